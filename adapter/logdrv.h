@@ -1,0 +1,140 @@
+// Records and operations of logical drives (arrays): listing, settings, deletion and locating.
+// Creation is in creation.h, the background activities are in activity.h. All operations return 0 on
+// success; the argument called reserved is always 0.
+#pragma once
+
+#include "adapter/common.h"
+
+inline constexpr std::uint32_t kMaxLogDrvs = 128;   // of one controller
+inline constexpr std::size_t kMaxArrayMembers = 32; // that a LogDrvInfo can name
+
+enum RaidLevel : std::uint8_t {
+    kRaid0 = 0,
+    kRaid1 = 1,
+    kRaid5 = 5,
+    kJbod = 10,
+    kRaid10 = 16,
+    kRaid50 = 80,
+    kRaidMf = 96,
+    kUnknownRaid = 255,
+};
+
+enum ActivityBit : std::uint8_t {
+    kRebuilding = 1,
+    kInitializing = 2,
+    kRedundancyChecking = 4,
+    kSynchronizing = 8,
+    kMigrating = 16,
+    kAnyActivity = 31,
+};
+
+enum FunctionalBit : std::uint8_t { // no bit: offline
+    kOnline = 1,
+    kCritical = 2,
+    kDegraded = 4,
+};
+
+enum WriteCacheBit : std::uint8_t { // none of the three: write through
+    kWriteBack = 1,
+    kBypass = 4,
+    kAutoMode = 8,
+    kWritePolicyMask = 13,
+};
+
+struct LogDrvQuery {
+    std::uint32_t logDrvId; // first one wanted
+    std::uint32_t count;
+};
+RECORD_SIZE(LogDrvQuery, 8);
+
+struct LogDrvInfo {
+    std::uint16_t arrayId; // the array's identifier; usually equal to logDrvId
+    std::uint8_t raidLevel;
+    std::uint8_t reserved3[2];
+    std::uint8_t activityStatus; // bits of ActivityBit
+    std::uint8_t reserved6;
+    std::uint8_t functionalStatus; // bits of FunctionalBit
+    std::uint32_t writeCacheMode;
+    std::uint8_t reserved12[4];
+    std::uint64_t sectorCount;
+    std::uint8_t reserved24[18];
+    std::uint16_t diskCount; // claimed by the adapter; boundedMemberCount() bounds it
+    std::uint8_t reserved44[4];
+    std::uint32_t stripeBlocks;
+    std::uint16_t logDrvId; // the ID that users type
+    std::uint8_t reserved54[2];
+    char name[88];
+    std::uint8_t memberIds[kMaxArrayMembers]; // physical drive IDs from 0
+    std::uint8_t parityCount;                 // RAIDMF only
+    std::uint8_t symmetric;                   // RAIDMF only
+    std::int16_t shift;                       // RAIDMF only
+    std::uint8_t subArrayCount;               // RAID50 only
+    std::uint8_t reserved181[11];
+    std::uint32_t sectorSize; // bytes
+    std::uint8_t reserved196[12];
+};
+RECORD_SIZE(LogDrvInfo, 208);
+RECORD_AT(LogDrvInfo, raidLevel, 2);
+RECORD_AT(LogDrvInfo, activityStatus, 5);
+RECORD_AT(LogDrvInfo, functionalStatus, 7);
+RECORD_AT(LogDrvInfo, writeCacheMode, 8);
+RECORD_AT(LogDrvInfo, sectorCount, 16);
+RECORD_AT(LogDrvInfo, diskCount, 42);
+RECORD_AT(LogDrvInfo, stripeBlocks, 48);
+RECORD_AT(LogDrvInfo, logDrvId, 52);
+RECORD_AT(LogDrvInfo, name, 56);
+RECORD_AT(LogDrvInfo, memberIds, 144);
+RECORD_AT(LogDrvInfo, parityCount, 176);
+RECORD_AT(LogDrvInfo, symmetric, 177);
+RECORD_AT(LogDrvInfo, shift, 178);
+RECORD_AT(LogDrvInfo, subArrayCount, 180);
+RECORD_AT(LogDrvInfo, sectorSize, 192);
+
+// How many members a record really names, whatever it claims.
+inline int boundedMemberCount(const LogDrvInfo& drive) {
+    return drive.diskCount < kMaxArrayMembers ? drive.diskCount : static_cast<int>(kMaxArrayMembers);
+}
+
+// One logical drive's settings; they follow the ReplyHeader. Changed by read, modify, write.
+struct LogDrvSettings {
+    std::uint8_t reserved0[4];
+    std::uint8_t cacheFlags; // kWritePolicyMask holds the policy; the other bits are kept
+    std::uint8_t reserved5[11];
+    char name[32];
+    std::uint8_t consolidation; // non-zero: enabled
+    std::uint8_t reserved49;
+    std::uint16_t lookahead;
+    std::uint8_t reserved52[64];
+};
+RECORD_SIZE(LogDrvSettings, 116);
+RECORD_AT(LogDrvSettings, cacheFlags, 4);
+RECORD_AT(LogDrvSettings, name, 16);
+RECORD_AT(LogDrvSettings, consolidation, 48);
+RECORD_AT(LogDrvSettings, lookahead, 50);
+
+// Names the array to delete; the size argument is 8.
+struct DeleteArrayRequest {
+    std::uint32_t count; // always 1
+    std::uint32_t arrayId;
+};
+RECORD_SIZE(DeleteArrayRequest, 8);
+
+extern "C" {
+// reply: a Reply of LogDrvInfo records.
+int q5_getLogDrvInfo(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
+                     std::uint32_t size);
+// reply, settings: a Reply of LogDrvSettings records, one of them to set.
+int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
+                         std::uint32_t size);
+int q5_setLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query,
+                         const void* settings, std::uint32_t size);
+// lostMask: bit n set when the member with ID n has gone down.
+int q5_getAryLostDisk(HbaAddress address, std::uint32_t reserved, std::uint8_t logDrvId,
+                      std::uint32_t* lostMask);
+int q5_delDiskArray(HbaAddress address, std::uint32_t reserved, const DeleteArrayRequest* request,
+                    std::uint32_t size);
+// Blinks all members for so many seconds.
+int q5_locateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId,
+                    std::uint32_t seconds);
+int q5_stopLocateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId);
+}

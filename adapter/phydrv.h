@@ -1,0 +1,123 @@
+// Records and operations of physical drives. Drive IDs count from 0 here; users type and see them
+// from 1. All operations return 0 on success; the argument called reserved is always 0.
+#pragma once
+
+#include <span>
+
+#include "adapter/common.h"
+#include "adapter/extent.h"
+
+struct PhyDrvQuery {
+    std::uint32_t firstDriveId;
+    std::uint32_t count;
+    std::uint16_t filter; // kAllDrives
+    std::uint8_t reserved10[2];
+};
+RECORD_SIZE(PhyDrvQuery, 12);
+RECORD_AT(PhyDrvQuery, filter, 8);
+
+inline constexpr std::uint16_t kAllDrives = 255;
+inline constexpr std::uint16_t kNoEnclosureId = 255; // of a drive outside any enclosure
+inline constexpr std::uint32_t kMaxDrives = 16;      // that one listing asks for
+
+struct PhyDrvInfo {
+    std::uint8_t reserved0[4];
+    std::uint16_t driveId;
+    std::uint8_t reserved6[4];
+    std::uint16_t channel;
+    std::uint8_t reserved12[2];
+    std::uint16_t enclosureId; // kNoEnclosureId: not in an enclosure
+    std::uint8_t reserved16[8];
+    std::uint64_t capacity; // sectors
+    std::uint8_t reserved32[20];
+    std::int32_t cylinders;
+    std::uint16_t heads;
+    std::uint16_t sectorsPerTrack;
+    std::uint8_t reserved60[4];
+    char model[22];
+    char serial[24];
+    char firmware[38];
+    std::uint8_t dmaMode;
+    std::uint8_t reserved149[2];
+    std::uint8_t extentCount; // claimed by the adapter; extents() bounds it
+    ExtentEntry extent[kMaxExtents];
+};
+RECORD_SIZE(PhyDrvInfo, 664);
+RECORD_AT(PhyDrvInfo, driveId, 4);
+RECORD_AT(PhyDrvInfo, channel, 10);
+RECORD_AT(PhyDrvInfo, enclosureId, 14);
+RECORD_AT(PhyDrvInfo, capacity, 24);
+RECORD_AT(PhyDrvInfo, cylinders, 52);
+RECORD_AT(PhyDrvInfo, heads, 56);
+RECORD_AT(PhyDrvInfo, sectorsPerTrack, 58);
+RECORD_AT(PhyDrvInfo, model, 64);
+RECORD_AT(PhyDrvInfo, serial, 86);
+RECORD_AT(PhyDrvInfo, firmware, 110);
+RECORD_AT(PhyDrvInfo, dmaMode, 148);
+RECORD_AT(PhyDrvInfo, extentCount, 151);
+RECORD_AT(PhyDrvInfo, extent, 152);
+
+// The extents a drive entry holds, never more than it has room for.
+inline std::span<const ExtentEntry> extents(const PhyDrvInfo& drive) {
+    return {drive.extent, drive.extentCount < kMaxExtents ? drive.extentCount : kMaxExtents};
+}
+
+// Names the drive of a drive-wide operation.
+struct DriveSelector {
+    std::uint32_t driveId;
+    std::uint32_t count; // always 1
+};
+RECORD_SIZE(DriveSelector, 8);
+
+struct PhyDrvSelector {
+    std::uint32_t driveId;
+    std::uint32_t count;     // always 1 for a single drive
+    std::uint16_t reserved8; // always 1
+    std::uint8_t reserved10[2];
+};
+RECORD_SIZE(PhyDrvSelector, 12);
+
+// One drive's settings; they follow the ReplyHeader. Changed by read, modify, write.
+struct PhyDrvSettings {
+    std::uint8_t reserved0[4];
+    std::uint16_t pdId;
+    std::uint8_t reserved6[2];
+    std::uint8_t writeCache;   // 1: enabled, 0: disabled
+    std::uint8_t smartCheck;   // likewise
+    std::uint8_t tcqSupported; // non-zero: the drive can queue tagged commands
+    std::uint8_t ncqSupported; // non-zero: the drive can queue native commands
+    std::uint8_t tcqEnabled;
+    std::uint8_t ncqEnabled;
+    std::uint8_t reserved14[2];
+};
+RECORD_SIZE(PhyDrvSettings, 16);
+RECORD_AT(PhyDrvSettings, pdId, 68 - 64);
+RECORD_AT(PhyDrvSettings, writeCache, 72 - 64);
+RECORD_AT(PhyDrvSettings, smartCheck, 73 - 64);
+RECORD_AT(PhyDrvSettings, tcqSupported, 74 - 64);
+RECORD_AT(PhyDrvSettings, ncqSupported, 75 - 64);
+RECORD_AT(PhyDrvSettings, tcqEnabled, 76 - 64);
+RECORD_AT(PhyDrvSettings, ncqEnabled, 77 - 64);
+
+extern "C" {
+// reply: a Reply of PhyDrvInfo records.
+int q5_getPhyDrvInfo(HbaAddress address, std::uint32_t reserved, const PhyDrvQuery* query, void* reply,
+                     std::uint32_t size);
+// reply, settings: a Reply of PhyDrvSettings records, one of them to set.
+int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
+                         void* reply, std::uint32_t size);
+int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
+                         const void* settings, std::uint32_t size);
+// state: non-zero when the drive's locate light is on.
+int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
+                             std::uint8_t* state);
+int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId, std::uint32_t seconds);
+int q5_stopLocatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId);
+// Clears the drive's reserved configuration sectors.
+int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive);
+// The 3 Gb/s option of all drives of this model and firmware; size is 4.
+int q5_getDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
+                            const char* firmware, int* setting, std::uint32_t size);
+int q5_setDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
+                            const char* firmware, const int* setting, std::uint32_t size);
+}

@@ -1,0 +1,31 @@
+// Opening and closing the adapter library. All operations return 0 on success.
+#pragma once
+
+#include "adapter/common.h"
+
+// How the library is to be opened. Everything not named here is zero.
+struct ApiInitRecord {
+    std::uint64_t reserved0; // written explicitly as 0
+    std::uint8_t reserved8[8];
+    std::uint32_t signature; // identifies this layout: kApiSignature
+    std::uint8_t mode;       // always 1
+    std::uint8_t reserved21[3];
+    std::uint32_t time; // a time value, always 60
+    std::uint8_t reserved28[107];
+    std::uint8_t flag; // written explicitly as 0
+    std::uint8_t reserved136[128];
+};
+RECORD_SIZE(ApiInitRecord, 264);
+RECORD_AT(ApiInitRecord, signature, 16);
+RECORD_AT(ApiInitRecord, mode, 20);
+RECORD_AT(ApiInitRecord, time, 24);
+RECORD_AT(ApiInitRecord, flag, 135);
+
+inline constexpr std::uint32_t kApiSignature = 0xBABA0001;
+
+extern "C" {
+int q5_initialize(const ApiInitRecord* record); // first call of the program
+int q5_discover(int always1);                   // scans the system for controllers
+int q5_getNumberOfHBA(std::uint32_t* count);    // controllers have the IDs 0 .. count - 1
+int q5_finalize();                              // last call of the program
+}
