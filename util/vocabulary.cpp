@@ -1,0 +1,114 @@
+// The words users and files have for RAID levels, write modes, initialisation modes and rounding
+// schemes. In the tables the first word found in a text wins: their order is behaviour.
+#include "util/vocabulary.h"
+
+#include <cstdio>
+#include <span>
+
+#include "adapter/logdrv.h"
+#include "util/utils.h"
+
+namespace {
+struct Word {
+    const char* text;
+    int code;
+};
+} // namespace
+
+static const Word* findWord(std::span<const Word> words, const char* text) {
+    for (const Word& word : words)
+        if (strstrNoCase(text, word.text) != nullptr)
+            return &word;
+    return nullptr;
+}
+
+static const char* textOf(std::span<const Word> words, int code, const char* otherwise) {
+    for (const Word& word : words)
+        if (word.code == code)
+            return word.text;
+    return otherwise;
+}
+
+// The longer words stand before those they begin with.
+static const Word raidLevels[] = {
+    {"RAID0", kRaid0}, {"RAID10", kRaid10}, {"RAID1", kRaid1}, {"RAID50", kRaid50},
+    {"RAID5", kRaid5}, {"RAIDMF", kRaidMf}, {"JBOD", kJbod},
+};
+
+int TranslateRaidLevel(const char* text) {
+    if (const Word* word = findWord(raidLevels, text))
+        return word->code;
+    std::printf("Unknown RAID level '%s' specified!\n", text);
+    return kUnknownRaid;
+}
+
+const char* TranslateRaidLevel2Str(int code) {
+    return textOf(raidLevels, code & 0xFF, "Unknown raid mode");
+}
+
+// Whatever else a text says, "auto" in it decides: "Auto - Write Back" is the automatic mode.
+static const Word writeModes[] = {
+    {"Auto", kAutoMode},
+    {"Write Back", kWriteBack},
+    {"Write Through", 0},
+    {"By Pass", kBypass},
+};
+
+int TranslateWriteMode(const char* text) {
+    const Word* word = findWord(writeModes, text);
+    return word != nullptr ? word->code : -1;
+}
+
+const char* TranslateWriteMode2Str(int code) {
+    if (code & kAutoMode)
+        return code & kWriteBack ? "Auto - Write Back" : "Auto - Write Through";
+    return code & kWriteBack ? "Write Back" : "Write Through";
+}
+
+const char* TranslateWriteMode2StrForImport(int code) {
+    if (code & kAutoMode)
+        return "auto";
+    return code & kWriteBack ? "writeback" : "writethru";
+}
+
+// A foreground initialisation cannot be chosen by its word: it fails like an unknown one, silently.
+static const Word initializations[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", -1}, {"BACK", 4}};
+
+int TranslateInitialization(const char* text) {
+    if (const Word* word = findWord(initializations, text))
+        return word->code;
+    std::printf("Unknown initialization '%s' specified!\n", text);
+    return -1;
+}
+
+const char* TranslateLDInitOption2Str(int code) {
+    static const Word options[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", 2}, {"BACK", 4}};
+    return textOf(options, code, "NONE");
+}
+
+const char* TranslateInitialization2Str(int code) {
+    static const Word phrases[] = {
+        {"None Initialization", 0},
+        {"Quick Initialization", 1},
+        {"Foreground Initialization", 2},
+        {"Background Initialization", 4},
+    };
+    return textOf(phrases, code, "Unknown Initialization");
+}
+
+int TranslateRoundingScheme(const char* text) {
+    // "10GBB" contains "GBB" and means the same; code 2 has no word.
+    static const Word schemes[] = {{"NONE", 0}, {"GBB", 1}};
+    if (const Word* word = findWord(schemes, text))
+        return word->code;
+    std::printf("Unknown rounding scheme '%s' specified!\n", text);
+    return 255;
+}
+
+double SectorCount2MB(std::uint64_t sectors) {
+    return static_cast<double>(sectors * 512) * 9.5367431640625e-7;
+}
+
+double SectorCount2MBBase1000(std::uint64_t sectors) {
+    return static_cast<double>(sectors * 512) / 1000000.0;
+}
