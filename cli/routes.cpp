@@ -1,0 +1,246 @@
+// Which command function a command's second word asks for: one table for each command, and the one
+// function that walks them.
+#include "cli/routes.h"
+
+#include <span>
+
+#include "commands/battery.h"
+#include "commands/bga.h"
+#include "commands/buzz.h"
+#include "commands/controller.h"
+#include "commands/creation.h"
+#include "commands/enclosure.h"
+#include "commands/event.h"
+#include "commands/extent.h"
+#include "commands/init.h"
+#include "commands/logdrv.h"
+#include "commands/mediapatrol.h"
+#include "commands/migrate.h"
+#include "commands/phydrv.h"
+#include "commands/rebuild.h"
+#include "commands/sync.h"
+#include "config/export.h"
+#include "config/import.h"
+#include "util/result.h"
+#include "util/utils.h"
+
+using CommandFunction = int(int wordCount, char** words);
+
+namespace {
+struct Route {
+    const char* keyword;
+    CommandFunction* function; // null for the action marker: the word after it is looked up instead
+};
+
+struct Routing {
+    CommandFunction* alone; // for the command word alone; null when it never stands alone
+    std::span<const Route> routes;
+    const char* failure;
+};
+} // namespace
+
+static const Route* findRoute(std::span<const Route> routes, const char* word) {
+    for (const Route& route : routes)
+        if (strCmpNoCase(word, route.keyword) == 0)
+            return &route;
+    return nullptr;
+}
+
+// Calls the function that the second word asks for, or the third after the action marker. A marker
+// after the marker leads nowhere.
+static int takeRoute(int wordCount, char** words, const Routing& routing) {
+    if (wordCount == 1 && routing.alone != nullptr)
+        return routing.alone(wordCount, words);
+    const Route* route = findRoute(routing.routes, words[1]);
+    if (route != nullptr && route->function == nullptr)
+        route = findRoute(routing.routes, words[2]);
+    if (route == nullptr || route->function == nullptr)
+        return complain(Result::unknownCommand, routing.failure);
+    return route->function(wordCount, words);
+}
+
+int do_cmd_battery(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-i", ListBatteryInfo},
+    };
+    return takeRoute(wordCount, words, {ListBatteryInfo, routes, "Invalid command for \"battery\""});
+}
+
+int do_cmd_buzz(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListBuzzStatus},
+        {"enable", SetBuzzSettings},
+        {"disable", SetBuzzSettings},
+        {"-i", ListBuzzStatus},
+        {"-c", ListBuzzStatus},
+    };
+    return takeRoute(wordCount, words, {ListBuzzStatus, routes, "Invalid command for \"buzz\""});
+}
+
+int do_cmd_controller(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListControllerInfo},
+        {"mod", SetControllerSettings},
+        {"-i", ListControllerInfo},
+        {"-c", ListControllerInfo},
+        {"-v", ListControllerInfo},
+    };
+    return takeRoute(wordCount, words, {ListControllerInfo, routes, "Invalid command for \"ctrl\""});
+}
+
+int do_cmd_logdrv(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},          {"list", ListLogDrvInfo}, {"mod", SetLogDrvSettings},
+        {"locate", LocateLogDrv}, {"add", CreateLogDrv},    {"del", DeleteLogDrv},
+        {"-l", ListLogDrvInfo},   {"-i", ListLogDrvInfo},   {"-c", ListLogDrvInfo},
+        {"-v", ListLogDrvInfo},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvInfo, routes, "Invalid command for \"logdrv\""});
+}
+
+int do_cmd_migrate(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListLogDrvMigrateStatus},
+        {"start", StartLogDrvMigrate},
+        {"pause", PauseLogDrvMigrate},
+        {"resume", ResumeLogDrvMigrate},
+        {"-l", ListLogDrvMigrateStatus},
+        {"-i", ListLogDrvMigrateStatus},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvMigrateStatus, routes, "Invalid command for \"migrate\""});
+}
+
+int do_cmd_rebuild(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListLogDrvRebuildStatus},
+        {"start", StartLogDrvRebuild},
+        {"abort", StopLogDrvRebuild},
+        {"pause", PauseLogDrvRebuild},
+        {"resume", ResumeLogDrvRebuild},
+        {"restart", RestartLogDrvRebuild},
+        {"-l", ListLogDrvRebuildStatus},
+        {"-i", ListLogDrvRebuildStatus},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvRebuildStatus, routes, "Invalid command for \"rb\""});
+}
+
+int do_cmd_sync(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListLogDrvSyncStatus},
+        {"-l", StartLogDrvSync},
+        {"-i", StartLogDrvSync},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvSyncStatus, routes, "Invalid command for \"sync\""});
+}
+
+int do_cmd_redundancyCheck(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListLogDrvRCStatus},
+        {"start", StartLogDrvRC},
+        {"stop", StopLogDrvRC},
+        {"pause", PauseLogDrvRC},
+        {"resume", ResumeLogDrvRC},
+        {"-l", ListLogDrvRCStatus},
+        {"-i", ListLogDrvRCStatus},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvRCStatus, routes, "Invalid command for \"rc\""});
+}
+
+int do_cmd_init(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListLogDrvInitStatus},
+        {"start", StartLogDrvInit},
+        {"stop", StopLogDrvInit},
+        {"pause", PauseLogDrvInit},
+        {"resume", ResumeLogDrvInit},
+        {"-l", ListLogDrvInitStatus},
+        {"-i", ListLogDrvInitStatus},
+    };
+    return takeRoute(wordCount, words, {ListLogDrvInitStatus, routes, "Invalid command for \"init\""});
+}
+
+int do_cmd_phydrv(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},          {"list", ListPhyDrvInfo}, {"mod", SetPhyDrvSettings},
+        {"locate", LocatePhyDrv}, {"wipe", WipePhyDrvMDD},  {"set3G", Set3GSpeed},
+        {"list3G", List3GSpeed},  {"-p", ListPhyDrvInfo},   {"-i", ListPhyDrvInfo},
+        {"-c", ListPhyDrvInfo},   {"-v", ListPhyDrvInfo},
+    };
+    return takeRoute(wordCount, words, {ListPhyDrvInfo, routes, "Invalid command for \"phydrv\""});
+}
+
+int do_cmd_extent(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},        {"list", ListExtentInfo}, {"spare", SpareExtent},   {"free", FreeExtent},
+        {"add", AddExtent},     {"split", SplitExtent},   {"delete", DeleteExtent}, {"-p", ListExtentInfo},
+        {"-e", ListExtentInfo}, {"-i", ListExtentInfo},   {"-c", ListExtentInfo},   {"-v", ListExtentInfo},
+    };
+    return takeRoute(wordCount, words, {ListExtentInfo, routes, "Invalid command for \"extent\""});
+}
+
+int do_cmd_mediapatrol(int wordCount, char** words) {
+    if (wordCount != 7)
+        return complain(Result::badCount, "Invalid number of parameters for \"mp\"!");
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListPhyDrvMediaPatrol},
+        {"start", StartPhyDrvMediaPatrol},
+        {"stop", StopPhyDrvMediaPatrol},
+        {"pause", PausePhyDrvMediaPatrol},
+        {"resume", ResumePhyDrvMediaPatrol},
+    };
+    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"media patrol\""});
+}
+
+int do_cmd_enclosure(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},           {"list", ListEnclosureInfo}, {"locate", LocateEnclosure},
+        {"-e", ListEnclosureInfo}, {"-i", ListEnclosureInfo},   {"-v", ListEnclosureInfo},
+    };
+    return takeRoute(wordCount, words, {ListEnclosureInfo, routes, "Invalid command for \"enclosure\""});
+}
+
+int do_cmd_bga(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},
+        {"list", ListBGAInfo},
+        {"-l", ListBGAInfo},
+        {"-i", ListBGAInfo},
+    };
+    return takeRoute(wordCount, words, {ListBGAInfo, routes, "Invalid command for \"bga\""});
+}
+
+int do_cmd_event(int wordCount, char** words) {
+    static const Route routes[] = {
+        {"-a", nullptr},       {"list", ListEventInfo}, {"-v", ListEventInfo},
+        {"-c", ListEventInfo}, {"-i", ListEventInfo},
+    };
+    return takeRoute(wordCount, words, {ListEventInfo, routes, "Invalid command for \"event\""});
+}
+
+int do_cmd_export(int wordCount, char** words) {
+    if (wordCount != 5)
+        return complain(Result::badCount, "Invalid number of parameters for \"export\"!");
+    static const Route routes[] = {
+        {"-t", ExportFile},
+        {"-f", ExportFile},
+    };
+    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"export\""});
+}
+
+int do_cmd_import(int wordCount, char** words) {
+    if (wordCount <= 2)
+        return complain(Result::badCount, "Invalid number of parameters for \"import\"!");
+    static const Route routes[] = {
+        {"-k", ImportFile}, {"-p", ImportFile}, {"-l", ImportFile}, {"-b", ImportFile},
+        {"-a", ImportFile}, {"-c", ImportFile}, {"-f", ImportFile}, {"-i", ImportFile},
+    };
+    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"import\""});
+}

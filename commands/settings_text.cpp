@@ -1,0 +1,51 @@
+// Cutting settings texts into items.
+#include "commands/settings_text.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "util/utils.h"
+
+void copySettings(SettingsText* settings, const char* word) {
+    std::snprintf(settings->text, sizeof settings->text, "%s", word);
+}
+
+char* nextItem(char** rest) {
+    char* item = *rest;
+    if (item == nullptr)
+        return nullptr;
+    char* comma = std::strchr(item, ',');
+    if (comma != nullptr)
+        *comma = '\0';
+    *rest = comma != nullptr ? comma + 1 : nullptr;
+    return item;
+}
+
+ItemResult stopItems(const char* message) {
+    std::puts(message);
+    return ItemResult::stop;
+}
+
+const char* itemValue(const char* item) {
+    const char* equals = std::strchr(item, '=');
+    return equals != nullptr ? equals + 1 : nullptr;
+}
+
+bool itemSays(const char* item, const char* word) {
+    return strstrNoCase(item, word) != nullptr;
+}
+
+ItemResult readSwitch(const char* item, std::uint8_t* field) {
+    *field = itemSays(item, "enable");
+    return *field != 0 || itemSays(item, "disable") ? ItemResult::good : ItemResult::bad;
+}
+
+void readName(const char* value, char* field, std::size_t size) {
+    while (*value == ' ')
+        ++value;
+    std::size_t length = strnlen(value, 127);
+    while (length > 0 && value[length - 1] == ' ')
+        --length;
+    std::memset(field, 0, size);
+    std::memcpy(field, value, length < size ? length : size - 1);
+}
