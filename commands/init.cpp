@@ -1,0 +1,65 @@
+// The init command: shows and controls the initialisation of a logical drive.
+#include "commands/init.h"
+
+#include <cstdio>
+
+#include "commands/activity.h"
+
+static const char noDrive[] = "No logical drive with ID %d is existed!\n";
+
+int ListLogDrvInitStatus(int wordCount, char** words) {
+    return listActivity(
+        wordCount, words,
+        {&initialization, nullptr, noDrive, "No activity for initialization!", "Initialization is paused!\n",
+         "Initialization is in progress %d%% in logical drive with ID %d on controller #%d!\n"});
+}
+
+int StartLogDrvInit(int wordCount, char** words) {
+    if (wordCount != 7)
+        return complain(Result::badValue, "Invalid command for \"init\"!");
+    DriveWords read;
+    const Option options[] = {logDrvOption(&read), controllerOption(&read)};
+    if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
+        return result;
+    LogDrvInfo drive;
+    if (!findNamedDrive(read, &drive, noDrive))
+        return Result::notFound;
+    if (isBusy(drive))
+        return Result::done;
+
+    InitStartRequest request = {};
+    request.logDrvId = read.logDrv;
+    request.initType = 4;
+    request.word6 = request.word8 = 0xFFFF;
+    const int logDrv = static_cast<int>(read.logDrv);
+    if (q5_startLogDrvInit(at(read.controller), 0, &request, sizeof request) != 0) {
+        std::printf("Initialization is failed to start on Array %d Type %d\n", logDrv, request.initType);
+        return Result::refused;
+    }
+    std::printf("Initialization started on Array %d Type %d\n", logDrv, request.initType);
+    return Result::done;
+}
+
+int PauseLogDrvInit(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&initialization, ActivityGuard::notPaused, call<q5_pauseLogDrvInit>,
+                            "Invalid command for \"init -a pause\"!", noDrive,
+                            "Initialization paused on Array %d.\n",
+                            "Initialization is failed to pause on Array %d.\n"});
+}
+
+int ResumeLogDrvInit(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&initialization, ActivityGuard::paused, call<q5_resumeLogDrvInit>,
+                            "Invalid number of parameters in command \"init\"!", noDrive,
+                            "Initialization resumed on Array %d.\n",
+                            "Initialization is failed to resume on Array %d.\n"});
+}
+
+int StopLogDrvInit(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&initialization, ActivityGuard::running, call<q5_stopLogDrvInit>,
+                            "Invalid number of parameters in command \"init\"!", noDrive,
+                            "Initialization stopped on Array %d.\n",
+                            "Initialization is failed to stop on Array %d.\n"});
+}

@@ -1,0 +1,83 @@
+// logdrv -a mod: changes a logical drive's settings by the items of a settings text.
+#include <cstdio>
+
+#include "adapter/logdrv.h"
+#include "adapter/reply.h"
+#include "commands/logdrv.h"
+#include "commands/options.h"
+#include "commands/settings_text.h"
+#include "util/utils.h"
+
+// Replaces the policy bits by those of the first policy word in the item, and keeps the others.
+static ItemResult changeWritePolicy(const char* item, std::uint8_t* cacheFlags) {
+    static const struct {
+        const char* word;
+        int bits;
+    } policies[] = {{"writethru", 0}, {"writeback", kWriteBack}, {"bypass", kBypass}, {"auto", kAutoMode}};
+    for (const auto& policy : policies) {
+        if (!itemSays(item, policy.word))
+            continue;
+        *cacheFlags = static_cast<std::uint8_t>((*cacheFlags & ~kWritePolicyMask) | policy.bits);
+        return ItemResult::good;
+    }
+    return ItemResult::bad;
+}
+
+// A threshold above 8 ends the command, whatever else the text says; there is no lower bound.
+static ItemResult changeLookahead(const char* value, std::uint16_t* lookahead) {
+    if (value == nullptr)
+        return ItemResult::bad;
+    const int threshold = atoiText(value);
+    if (threshold > 8)
+        return stopItems("Invalid parameters defined");
+    *lookahead = static_cast<std::uint16_t>(threshold);
+    return ItemResult::good;
+}
+
+static ItemResult changeName(const char* value, LogDrvSettings* settings) {
+    if (value == nullptr)
+        return ItemResult::bad;
+    readName(value, settings->name, sizeof settings->name);
+    return ItemResult::good;
+}
+
+// Unknown items are ignored.
+static ItemResult changeSetting(LogDrvSettings* settings, const char* item) {
+    if (itemSays(item, "writepolicy"))
+        return changeWritePolicy(item, &settings->cacheFlags);
+    if (itemSays(item, "lookahead"))
+        return changeLookahead(itemValue(item), &settings->lookahead);
+    if (itemSays(item, "consolidation"))
+        return readSwitch(item, &settings->consolidation);
+    if (itemSays(item, "name"))
+        return changeName(itemValue(item), settings);
+    return ItemResult::good;
+}
+
+int SetLogDrvSettings(int wordCount, char** words) {
+    if (wordCount != (CheckIsIncludeCharacter(wordCount, words, "-i") ? 9 : 7))
+        return complain(Result::badCount, "Invalid number of parameters for \"logdrv -a mod\" defined");
+    std::uint32_t controller = 0, logDrv = 0;
+    const Option options[] = {
+        numberOption("-l", "logical drive ID", &logDrv, Result::badId),
+        numberOption("-i", "controller ID", &controller, Result::badId),
+        skippedOption("-s"),
+    };
+    int end = 0;
+    if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
+        return result;
+
+    const LogDrvQuery query = {logDrv, 1};
+    Reply<LogDrvSettings, 1> reply = {};
+    if (q5_getLogDrvSettings(at(controller), 0, &query, &reply, sizeof reply) != 0) {
+        std::printf("The logical drive with ID %d in controller #%d is not existed!\n",
+                    static_cast<int>(logDrv), static_cast<int>(controller));
+        return Result::notFound;
+    }
+    // The text is the last word, wherever "-s" stood.
+    if (const int result =
+            applyItems(wordAt(words, end - 1), &reply.record[0], changeSetting, "Incorrect parameters!"))
+        return result;
+    q5_setLogDrvSettings(at(controller), 0, &query, &reply, sizeof reply);
+    return Result::done;
+}

@@ -1,0 +1,162 @@
+// The migrate command: changes a logical drive's RAID level, stripe size or members while it stays
+// online, and shows, pauses and resumes that.
+#include "commands/migrate.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "commands/activity.h"
+#include "commands/settings_text.h"
+#include "util/utils.h"
+#include "util/vocabulary.h"
+
+static const char noDrive[] = "No logical drive with ID %d in controller #%d is existed!\n";
+
+int ListLogDrvMigrateStatus(int wordCount, char** words) {
+    return listActivity(wordCount, words,
+                        {&migration, nullptr, noDrive, "No activity for migration!", "Migration is paused!\n",
+                         "Migration is in progress %d%% on logical drive with ID %d in controller #%d!\n"});
+}
+
+int GetRaidLevelValue(int code) {
+    static const struct {
+        int code, rank;
+    } ranks[] = {{0, 10}, {1, 20},  {3, 30},  {16, 40}, {95, 50},
+                 {5, 60}, {80, 70}, {81, 80}, {85, 90}, {96, 100}};
+    for (const auto& row : ranks)
+        if (row.code == code)
+            return row.rank;
+    return 0;
+}
+
+bool IsAllowDoMigrate(int current, int target) {
+    return GetRaidLevelValue(target) >= GetRaidLevelValue(current);
+}
+
+namespace {
+// What a migration text asks for.
+struct MigrationTarget {
+    bool levelGiven;
+    int level;
+    std::uint16_t stripe; // 0: keep the drive's
+    long count;           // of parities or sub arrays; -1 when not given
+};
+} // namespace
+
+// Whether the key, the part before "=", says the word. Unlike elsewhere case counts.
+static bool keySays(const char* item, const char* word) {
+    const char* found = std::strstr(item, word);
+    return found != nullptr && found + std::strlen(word) <= item + std::strcspn(item, "=");
+}
+
+// Applies one item; every key needs a value.
+static ItemResult readItem(MigrationTarget* target, const char* item) {
+    const char* value = itemValue(item);
+    const bool raid = keySays(item, "raid"), stripe = keySays(item, "stripe");
+    if (!raid && !stripe && !keySays(item, "count"))
+        return stopItems("Invalid parameters for \"ctrl\"!");
+    if (value == nullptr)
+        return ItemResult::bad;
+    if (raid) {
+        target->levelGiven = true;
+        target->level = TranslateRaidLevel(value);
+    } else if (stripe) {
+        target->stripe = static_cast<std::uint16_t>(atoiText(value));
+    } else {
+        target->count = std::strtol(value, nullptr, 10);
+    }
+    return ItemResult::good;
+}
+
+// RAIDMF takes 2 or 3 parities and RAID50 two sub arrays; the other levels ignore the count.
+static bool storeCount(MigrateRequest* request, int level, long count) {
+    if (level == kRaidMf)
+        request->parityCount = static_cast<std::uint8_t>(count);
+    else if (level == kRaid50)
+        request->subArrayCount = static_cast<std::uint8_t>(count);
+    else
+        return true;
+    return count == 2 || (level == kRaidMf && count == 3);
+}
+
+static void storeMembers(MigrateRequest* request, const IdList<>& drives, const IdList<>& extents) {
+    request->memberCount = static_cast<std::uint16_t>(drives.count);
+    for (int i = 0; i < drives.count; ++i)
+        request->member[i] = {extents.id[i], drives.id[i]};
+}
+
+// Fills the request for the drive found, or says what forbids it.
+static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const MigrationTarget& target) {
+    const int level = target.levelGiven ? target.level : drive.raidLevel;
+    request->raidLevel = static_cast<std::uint16_t>(level);
+    request->stripeSize = target.stripe != 0 ? target.stripe : static_cast<std::uint16_t>(drive.stripeBlocks);
+    if (!IsAllowDoMigrate(drive.raidLevel, level))
+        return complain(Result::badValue,
+                        "Error: migrate only support from low level raid to high level raid");
+    if (!storeCount(request, level, target.count))
+        return complain(Result::badValue, "Invalide parameter in \"migrate count\"!");
+    return Result::done;
+}
+
+int StartLogDrvMigrate(int wordCount, char** words) {
+    if (wordCount < 9)
+        return complain(Result::badCount, "Invalid number of parameters in command \"migrate -a start\"!");
+    DriveWords read = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
+    IdList<> drives = {}, extents = {};
+    const Option options[] = {
+        logDrvOption(&read),        controllerOption(&read), driveListOption("-p", &drives),
+        listOption("-e", &extents), skippedOption("-s"),
+    };
+    int end = 0;
+    if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
+        return result;
+
+    MigrationTarget target = {.levelGiven = false, .level = 0, .stripe = 0, .count = -1};
+    // The text is the last word, wherever "-s" stood.
+    if (const int result =
+            applyItems(wordAt(words, end - 1), &target, readItem, "Invalide parameter in \"migrate\"!"))
+        return result;
+    if (static_cast<int>(read.controller) < 0 || static_cast<int>(read.logDrv) < 0)
+        return complain(Result::badValue, "Control id and array id must be refer in \"migrate\"!");
+    LogDrvInfo drive;
+    if (!findNamedDrive(read, &drive, noDrive))
+        return Result::notFound;
+
+    MigrateRequest request = {};
+    request.logDrvId = static_cast<std::uint16_t>(read.logDrv);
+    if (const int result = fillRequest(&request, drive, target))
+        return result;
+    storeMembers(&request, drives, extents);
+    if (isBusy(drive))
+        return Result::done;
+    return reportActivity(q5_migrateHBAArray(at(read.controller), 0, &request), read.logDrv,
+                          "Migration is started on Array %d.\n",
+                          "Migration is failed to start on Array %d.\n");
+}
+
+static int pauseMigration(HbaAddress address, const LogDrvIdBlock* drive) {
+    const ActivityQuery query = {drive->logDrvId, kMigrationKind};
+    return q5_PauseMigration(address, 0, &query);
+}
+
+static int resumeMigration(HbaAddress address, const LogDrvIdBlock* drive) {
+    const ActivityQuery query = {drive->logDrvId, kMigrationKind};
+    return q5_ResumeMigration(address, 0, &query);
+}
+
+int PauseLogDrvMigrate(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&migration, ActivityGuard::notPaused, pauseMigration,
+                            "Invalid numbers of parameter in command \"migrate -a pause\"!", noDrive,
+                            "Migration paused on Array %d.\n",
+                            "Migration is failed to pause on Array %d.\n"});
+}
+
+int ResumeLogDrvMigrate(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&migration, ActivityGuard::paused, resumeMigration,
+                            "Invalid numbers of parameter in command \"migrate -a resume\"!", noDrive,
+                            "Migration resumed on Array %d.\n",
+                            "Migration is failed to resume on Array %d.\n"});
+}

@@ -1,0 +1,74 @@
+// The rb command: shows and controls the rebuilding of a logical drive onto given drives and extents.
+#include "commands/rebuild.h"
+
+#include "commands/activity.h"
+
+static const char noDriveNamed[] = "No logical drive with ID %d on controller #%d is existed!\n";
+
+int ListLogDrvRebuildStatus(int wordCount, char** words) {
+    return listActivity(wordCount, words,
+                        {&rebuild, nullptr, "No logical drive with ID %d is existed!\n",
+                         "No activity for rebuild!",
+                         "Rebuild is paused in logical drive with ID %d on controller #%d!\n",
+                         "Rebuild is in progress %d%% in logical drive with ID %d on controller #%d!\n"});
+}
+
+int StartLogDrvRebuild(int wordCount, char** words) {
+    if (wordCount != 11)
+        return complain(Result::badCount, "Invalid numbers of parameter in command \"rebuild -a start\"!");
+    DriveWords read;
+    IdList<> drives = {}, extents = {};
+    const Option options[] = {
+        logDrvOption(&read),
+        controllerOption(&read),
+        driveListOption("-p", &drives),
+        listOption("-e", &extents),
+    };
+    if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
+        return result;
+    if (drives.count != extents.count)
+        return complain(Result::badValue, "Invalid parameters defined");
+    LogDrvInfo drive;
+    if (!findNamedDrive(read, &drive, "No logical drive with ID %d in controller #%d is existed!\n"))
+        return Result::notFound;
+    if (isBusy(drive))
+        return Result::done;
+
+    RebuildEntry entries[kMaxListItems] = {};
+    for (int i = 0; i < drives.count; ++i)
+        entries[i] = {read.logDrv, drives.id[i], extents.id[i], {}};
+    return reportActivity(q5_startHBARebuildExtent(at(read.controller), 0,
+                                                   static_cast<std::uint8_t>(drives.count), entries, &drive),
+                          read.logDrv, "Rebuild is started on Array %d.\n",
+                          "Rebuild is failed to start on Array %d.\n");
+}
+
+int PauseLogDrvRebuild(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&rebuild, ActivityGuard::notPaused, call<q5_pauseRebuild>,
+                            "Invalid numbers of parameter in command \"rebuild -a pause\"!", noDriveNamed,
+                            "Rebuild paused on Array %d.\n", "Rebuild is failed to pause on Array %d.\n"});
+}
+
+int ResumeLogDrvRebuild(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&rebuild, ActivityGuard::paused, call<q5_resumeRebuild>,
+                            "Invalid numbers of parameter in command \"rebuild -a resume\"!", noDriveNamed,
+                            "Rebuild resumed on Array %d.\n", "Rebuild is failed to resume on Array %d.\n"});
+}
+
+// A restart asks the adapter whatever the drive is doing.
+int RestartLogDrvRebuild(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&rebuild, ActivityGuard::none, call<q5_restartRebuild>,
+                            "Invalid numbers of parameter in command \"rebuild -a restart\"!", noDriveNamed,
+                            "Rebuild is restarted on Array %d.\n",
+                            "Rebuild is failed to restart on Array %d.\n"});
+}
+
+int StopLogDrvRebuild(int wordCount, char** words) {
+    return controlActivity(wordCount, words,
+                           {&rebuild, ActivityGuard::running, call<q5_stopRebuild>,
+                            "Invalid numbers of parameter in command \"rebuild -a stop\"!", noDriveNamed,
+                            "Rebuild aborted on Array %d.\n", "Rebuild is failed to abort on Array %d.\n"});
+}
