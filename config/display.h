@@ -1,0 +1,11 @@
+// How the records of a configuration file are shown: a frame around "label : value" lines.
+#pragma once
+
+void openDisplay(const char* kind, int setIndex);
+void closeDisplay();
+void showWord(const char* label, const char* value);
+void showNumber(const char* label, int value);
+
+// The words for a flag, in files and on display; non-zero is set.
+const char* enableText(int flag); // "Enable", "Disable"
+const char* onText(int flag);     // "On", "Off"

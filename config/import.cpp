@@ -1,0 +1,177 @@
+// The import command: reading the file block by block, displaying it or keeping what was selected.
+// Applying the kept records is in import_apply.cpp.
+#include "config/import.h"
+
+#include <cstdio>
+
+#include "commands/options.h"
+#include "config/block.h"
+#include "config/kept_records.h"
+#include "util/idlist.h"
+
+namespace {
+enum class BlockKind { ctrl, phyDrv, logDrv, end, badKeyword };
+
+// The block read last; only the record of its kind means something.
+struct ConfigBlock {
+    CtrlConfigRecord ctrl;
+    PhyDrvConfigRecord phyDrv;
+    LogDrvConfigRecord logDrv;
+};
+
+struct ConfigReader {
+    std::FILE* file;
+    bool anyWord; // whether the file held any word so far
+};
+} // namespace
+
+// Reads the next block. A word that is no marker ends the reading with a message, unless it is the very
+// end of the file.
+static BlockKind nextBlock(ConfigReader* reader, ConfigBlock* block) {
+    Token token;
+    while (readToken(reader->file, &token)) {
+        reader->anyWord = true;
+        if (strCmpNoCase(token.text, kCtrlMarker) == 0) {
+            GetControllerConfig(reader->file, &block->ctrl);
+            return BlockKind::ctrl;
+        }
+        if (strCmpNoCase(token.text, kPhyDrvMarker) == 0) {
+            GetPhyDrvConfig(reader->file, &block->phyDrv);
+            return BlockKind::phyDrv;
+        }
+        if (strCmpNoCase(token.text, kLogDrvMarker) == 0) {
+            GetLogDrvConfig(reader->file, &block->logDrv);
+            return BlockKind::logDrv;
+        }
+        if (!std::feof(reader->file)) {
+            std::puts("Invalid keyword in the configuration file!");
+            return BlockKind::badKeyword;
+        }
+    }
+    return BlockKind::end;
+}
+
+static int complainOpen(const char* fileName) {
+    std::printf("Unable to open the specified configuration file \"%s\"!!\n", fileName);
+    return Result::noFile;
+}
+
+// What the end of the reading means.
+static int readingResult(const ConfigReader& reader, BlockKind last) {
+    if (last == BlockKind::badKeyword)
+        return Result::badKeyword;
+    return reader.anyWord ? Result::done : Result::emptyFile;
+}
+
+int DisplayImportFile(const char* fileName) {
+    ConfigReader reader = {std::fopen(fileName, "r"), false};
+    if (reader.file == nullptr)
+        return complainOpen(fileName);
+    ConfigBlock block;
+    BlockKind kind = nextBlock(&reader, &block);
+    for (; kind != BlockKind::end && kind != BlockKind::badKeyword; kind = nextBlock(&reader, &block)) {
+        if (kind == BlockKind::ctrl)
+            DisplayControllerConfig(block.ctrl);
+        else if (kind == BlockKind::phyDrv)
+            DisplayPhyDrvConfig(block.phyDrv);
+        else
+            DisplayLogDrvConfig(block.logDrv);
+    }
+    std::fclose(reader.file);
+    return readingResult(reader, kind);
+}
+
+namespace {
+// Which blocks of a kind are kept: all, or those with a listed set index.
+struct Selection {
+    bool all;
+    int count;
+    const std::uint32_t* list;
+};
+} // namespace
+
+static bool isSelected(const Selection& selection, int setIndex) {
+    return selection.all ||
+           SearchItemIntList(selection.list, selection.count, static_cast<std::uint32_t>(setIndex));
+}
+
+// Keeps the record if it is selected; false when there is no more room for it.
+template <typename Record, int Room>
+static bool keep(const Record& record, const Selection& selection, Record (&kept)[Room], int* count) {
+    if (!isSelected(selection, record.setIndex))
+        return true;
+    if (*count == Room)
+        return false;
+    kept[(*count)++] = record;
+    return true;
+}
+
+static int readSelected(ConfigReader* reader, const Selection& ctrls, const Selection& phyDrvs,
+                        const Selection& logDrvs, KeptRecords* kept) {
+    ConfigBlock block;
+    for (;;) {
+        const BlockKind kind = nextBlock(reader, &block);
+        bool fits = true;
+        if (kind == BlockKind::ctrl)
+            fits = keep(block.ctrl, ctrls, kept->ctrl, &kept->ctrlCount);
+        else if (kind == BlockKind::phyDrv)
+            fits = keep(block.phyDrv, phyDrvs, kept->phyDrv, &kept->phyDrvCount);
+        else if (kind == BlockKind::logDrv)
+            fits = keep(block.logDrv, logDrvs, kept->logDrv, &kept->logDrvCount);
+        else
+            return readingResult(*reader, kind);
+        if (!fits)
+            return complain(Result::tooManyDrives,
+                            "The configuration file holds more settings than can be imported at once!");
+    }
+}
+
+int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCount,
+                          const std::uint32_t* ctrlList, int pdCount, const std::uint32_t* pdList,
+                          int ldCount, const std::uint32_t* ldList) {
+    static KeptRecords kept; // too large for the stack; only the counts matter from one import to the next
+    kept.ctrlCount = kept.phyDrvCount = kept.logDrvCount = 0;
+    ConfigReader reader = {std::fopen(fileName, "r"), false};
+    if (reader.file == nullptr)
+        return complainOpen(fileName);
+    const int result = readSelected(&reader, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
+                                    {all, ldCount, ldList}, &kept);
+    std::fclose(reader.file);
+    return result != Result::done ? result : applyRecords(kept, clear);
+}
+
+template <int Room>
+static void sortList(IdList<Room>* list) {
+    MergeSortIntegerList(reinterpret_cast<int*>(list->id), 0, list->count - 1);
+}
+
+int ImportFile(int wordCount, char** words) {
+    IdList<4> ctrls = {};
+    IdList<16> phyDrvs = {};
+    IdList<128> logDrvs = {};
+    const char* name = "";
+    bool selected = false, displayOnly = false, clear = false, everything = false;
+    Option options[] = {
+        listOption("-k", &ctrls),      driveListOption("-p", &phyDrvs), listOption("-l", &logDrvs),
+        textOption("-f", &name),       flagOption("-i", &displayOnly),  flagOption("-c", &clear),
+        flagOption("-a", &everything), // the default; it adds nothing
+    };
+    for (int list = 0; list < 3; ++list)
+        options[list].given = &selected; // any of the lists drops all blocks that none of them names
+    if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
+        return result;
+
+    std::FILE* file = std::fopen(name, "r");
+    if (file == nullptr)
+        return complainOpen(name);
+    std::fclose(file);
+    if (displayOnly) {
+        DisplayImportFile(name);
+        return Result::done;
+    }
+    sortList(&ctrls);
+    sortList(&phyDrvs);
+    sortList(&logDrvs);
+    return SetDataFromConfigFile(name, !selected, clear, ctrls.count, ctrls.id, phyDrvs.count, phyDrvs.id,
+                                 logDrvs.count, logDrvs.id);
+}

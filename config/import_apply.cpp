@@ -1,0 +1,237 @@
+// Applying a configuration file's records: every setting goes through the command that a user would
+// type, so that one set of checks guards both roads.
+#include <cstdarg>
+#include <initializer_list>
+
+#include "adapter/reply.h"
+#include "adapter/session.h"
+#include "commands/controller.h"
+#include "commands/creation.h"
+#include "commands/logdrv.h"
+#include "commands/phydrv.h"
+#include "config/kept_records.h"
+#include "util/result.h"
+#include "util/vocabulary.h"
+#include "util/words.h"
+
+static constexpr std::uint32_t kMaxControllers = 4; // that an import handles
+
+namespace {
+// The words of a command, in a word table of their own.
+struct ImportWords {
+    int count;
+    char slot[kMaxWords][kWordSize];
+    char* word[kMaxWords];
+};
+} // namespace
+
+// Adds a word; what does not fit its slot is cut.
+[[gnu::format(printf, 2, 3)]] static void addWord(ImportWords* words, const char* format, ...) {
+    char* slot = words->slot[words->count];
+    words->word[words->count++] = slot;
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(slot, kWordSize, format, arguments);
+    va_end(arguments);
+}
+
+static void addWords(ImportWords* words, std::initializer_list<const char*> texts) {
+    for (const char* text : texts)
+        addWord(words, "%s", text);
+}
+
+static const char* enableWord(bool flag) {
+    return flag ? "enable" : "disable";
+}
+
+int ImpFileSetCtrlSettings(const CtrlConfigRecord* record) {
+    if (record == nullptr)
+        return 0;
+    ImportWords words = {};
+    addWords(&words, {"ctrl", "-a", "mod", "-i"});
+    addWord(&words, "%d", record->setIndex);
+    addWord(&words, "-s");
+    addWord(&words,
+            "smart=%s,autorebuild=%s,smartpoll=%d,encpoll=%d,rebuildrate=%d,syncrate=%d,initrate=%d,"
+            "migraterate=%d,mprate=%d,rebuildpolicy=%s",
+            enableWord(record->smartCheck != 0), enableWord(record->autoRebuild != 0),
+            record->smartPollInterval, record->encPollInterval, record->rebuildRate, record->syncRate,
+            record->initRate, record->migrateRate, record->mpRate, enableWord(record->rebuildPolicy != 0));
+    SetControllerSettings(words.count, words.word);
+    return 0;
+}
+
+int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record) {
+    if (record == nullptr)
+        return 0;
+    ImportWords words = {};
+    addWords(&words, {"phydrv", "-a", "mod", "-p"});
+    addWord(&words, "%d", record->driveId);
+    addWord(&words, "-i");
+    addWord(&words, "%d", record->controller);
+    addWord(&words, "-s");
+    addWord(&words, "writecache=%s, NCQ=%s, TCQ=%s", enableWord(record->writeCache != 0),
+            enableWord(record->ncq != 0), enableWord(record->tcq != 0));
+    SetPhyDrvSettings(words.count, words.word);
+    return 0;
+}
+
+int ImpFileSetLogSettings(const LogDrvConfigRecord* record) {
+    if (record == nullptr)
+        return 0;
+    ImportWords words = {};
+    addWords(&words, {"logdrv", "-a", "mod", "-i"});
+    addWord(&words, "%d", record->controller);
+    addWord(&words, "-l");
+    addWord(&words, "%d", record->logDrvId);
+    addWord(&words, "-s");
+    addWord(&words, "writepolicy=%s,lookahead=%d,consolidation=%s,name=%s",
+            TranslateWriteMode2StrForImport(record->writeMode), record->lookahead,
+            enableWord(record->consolidation == 1), record->name);
+    SetLogDrvSettings(words.count, words.word);
+    return 0;
+}
+
+namespace {
+struct WordText {
+    char text[kWordSize];
+};
+} // namespace
+
+// The member IDs, each followed by a blank.
+static WordText memberWord(const LogDrvConfigRecord& record) {
+    WordText members = {};
+    std::size_t length = 0;
+    for (int i = 0; i < configMembers(record) && length < sizeof members.text; ++i)
+        length += static_cast<std::size_t>(
+            std::snprintf(members.text + length, sizeof members.text - length, "%d ", record.memberIds[i]));
+    return members;
+}
+
+// The part of the creation text that only some levels have.
+static WordText levelPart(const LogDrvConfigRecord& record) {
+    WordText part = {};
+    if (record.raidLevel == kRaidMf)
+        std::snprintf(part.text, sizeof part.text, ",ParityCnt=%d,Symmetric=%d,Shift=%d", record.parityCount,
+                      record.symmetric, record.shift);
+    else if (record.raidLevel == kRaid50)
+        std::snprintf(part.text, sizeof part.text, ", SubArrayCnt=%d", record.subArrayCount);
+    return part;
+}
+
+int ImpFileCreateLogDrv(const LogDrvConfigRecord* record) {
+    if (record == nullptr)
+        return 0;
+    ImportWords words = {};
+    addWords(&words, {"logdrv", "-a", "add", "-i"});
+    addWord(&words, "%d", record->controller);
+    addWord(&words, "-p");
+    addWord(&words, "%s", memberWord(*record).text);
+    addWord(&words, "-z");
+    addWord(&words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record->name,
+            TranslateRaidLevel2Str(record->raidLevel), record->stripeSize,
+            static_cast<unsigned long long>(record->sectorCount), TranslateLDInitOption2Str(record->initMode),
+            record->sectorSize, levelPart(*record).text);
+    CreateLogDrv2(words.count, words.word);
+    return 0;
+}
+
+static std::uint16_t readDiskCount(std::uint32_t controller) {
+    const ControllerQuery query = {controller, 1, kGeneralInfo, {}};
+    ControllerInfo info = {};
+    q5_getControllerInfo(at(controller), 0, &query, &info, sizeof info);
+    return info.diskCount;
+}
+
+static bool belongsTo(int recordController, std::uint32_t controller) {
+    return recordController == static_cast<int>(controller);
+}
+
+// Whether the controller has the drives that the records speak of.
+static int checkController(const KeptRecords& kept, std::uint32_t controller, int diskCount) {
+    int drives = 0;
+    for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
+        drives += belongsTo(record.controller, controller);
+    if (drives > diskCount)
+        return complain(Result::tooManyDrives,
+                        "The physical drive number specified is greater than the one in the controller");
+    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
+        if (belongsTo(record.controller, controller) && record.memberCount > diskCount)
+            return complain(Result::tooManyDrives, "The physical drive member number in logical drive "
+                                                   "specified is greater than the one in the controller");
+    return Result::done;
+}
+
+static void applyCtrlRecord(const KeptRecords& kept, std::uint32_t controller) {
+    for (int i = 0; i < kept.ctrlCount; ++i) {
+        if (belongsTo(kept.ctrl[i].setIndex, controller)) {
+            ImpFileSetCtrlSettings(&kept.ctrl[i]);
+            return; // of several for one controller the first counts
+        }
+    }
+}
+
+static void applyPhyDrvRecords(const KeptRecords& kept, std::uint32_t controller) {
+    for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
+        if (belongsTo(record.controller, controller))
+            ImpFileSetPhydrvSettings(&record);
+}
+
+using LogDrvReply = Reply<LogDrvInfo, kMaxLogDrvs>;
+
+static void readLogDrvs(std::uint32_t controller, LogDrvReply* reply) {
+    const LogDrvQuery all = {0, kMaxLogDrvs};
+    *reply = {};
+    q5_getLogDrvInfo(at(controller), 0, &all, reply, sizeof *reply);
+}
+
+static void recreateLogDrvs(const KeptRecords& kept, std::uint32_t controller) {
+    LogDrvReply reply;
+    readLogDrvs(controller, &reply);
+    for (const LogDrvInfo& drive : records(reply)) {
+        const DeleteArrayRequest request = {1, drive.arrayId};
+        q5_delDiskArray(at(controller), 0, &request, sizeof request);
+    }
+    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
+        if (belongsTo(record.controller, controller))
+            ImpFileCreateLogDrv(&record);
+}
+
+// The first record for the drive; null when there is none.
+static const LogDrvConfigRecord* findRecord(const KeptRecords& kept, std::uint32_t controller, int logDrvId) {
+    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
+        if (belongsTo(record.controller, controller) && record.logDrvId == logDrvId)
+            return &record;
+    return nullptr;
+}
+
+static void applyLogDrvRecords(const KeptRecords& kept, std::uint32_t controller, bool clear) {
+    if (clear)
+        recreateLogDrvs(kept, controller);
+    LogDrvReply reply;
+    readLogDrvs(controller, &reply);
+    for (const LogDrvInfo& drive : records(reply))
+        ImpFileSetLogSettings(findRecord(kept, controller, drive.logDrvId));
+}
+
+int applyRecords(const KeptRecords& kept, bool clear) {
+    std::uint32_t found = 0;
+    q5_getNumberOfHBA(&found);
+    if (found < static_cast<std::uint32_t>(kept.ctrlCount))
+        return complain(Result::notFound, "The number of controller in the system is less than the number of "
+                                          "controller specified!");
+    const std::uint32_t controllers = found < kMaxControllers ? found : kMaxControllers;
+    std::uint16_t diskCount[kMaxControllers] = {};
+    for (std::uint32_t controller = 0; controller < controllers; ++controller) {
+        diskCount[controller] = readDiskCount(controller);
+        if (const int result = checkController(kept, controller, diskCount[controller]))
+            return result;
+    }
+    for (std::uint32_t controller = 0; controller < controllers; ++controller) {
+        applyCtrlRecord(kept, controller);
+        applyPhyDrvRecords(kept, controller);
+        if (kept.logDrvCount > 0 && diskCount[controller] != 0)
+            applyLogDrvRecords(kept, controller, clear);
+    }
+    return Result::done;
+}
