@@ -1,0 +1,73 @@
+// The simulated logical drives (arrays) and their activities. Sizes are in sectors of 512 bytes, times
+// in seconds since the epoch on the world's clock.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "adapter/activity.h"
+#include "adapter/logdrv.h"
+
+namespace q5sim {
+
+inline constexpr std::uint8_t kStateNotReported = 255;
+
+// A drive on its way into an array: the place in the member list that it will take.
+struct RebuildTarget {
+    std::uint16_t drive = 0;
+    std::uint8_t position = 0;
+    bool operator==(const RebuildTarget&) const = default;
+};
+
+// What an array is after its migration.
+struct MigrationGoal {
+    std::uint8_t level = 0;
+    std::uint32_t stripe = 0;
+    std::uint8_t parity = 0;
+    std::uint8_t subArrays = 0;
+    std::vector<std::uint16_t> members;
+    bool operator==(const MigrationGoal&) const = default;
+};
+
+struct Activity {
+    std::uint8_t kind = 0; // one ActivityBit; 0: none
+    bool paused = false;
+    std::int64_t since = 0; // while it runs: when doneMb was true
+    std::uint64_t doneMb = 0;
+    std::uint64_t totalMb = 1;
+    std::uint8_t initType = 0;          // of an initialisation: 1 quick, 2 foreground, 4 background
+    bool noFix = false;                 // of a redundancy check
+    std::vector<RebuildTarget> targets; // of a rebuild
+    MigrationGoal goal;                 // of a migration
+    bool operator==(const Activity&) const = default;
+};
+
+// An array. A member whose drive is missing, failed or holds no extent of the array is lost.
+struct LogicalDrive {
+    std::uint16_t arrayId = 0;
+    std::uint16_t logDrvId = 0;
+    std::string name;
+    std::uint8_t level = 0;
+    std::uint32_t stripe = 64; // the number given when it was created (KB)
+    std::uint32_t sectorSize = 512;
+    std::uint64_t sectors = 0;
+    std::uint64_t memberSectors = 0; // what each member contributes
+    std::uint8_t parity = 0;         // RAIDMF
+    std::uint8_t symmetric = 0;      // RAIDMF
+    std::int16_t shift = 0;          // RAIDMF
+    std::uint8_t subArrays = 0;      // RAID50
+    std::uint8_t cacheFlags = 1;
+    bool consolidation = true;
+    std::uint16_t lookahead = 4;
+    bool active = true;
+    bool synchronized = true;
+    bool rebuildHeld = false; // stopped by the user: does not start by itself again
+    std::uint32_t inconsistencies = 0;
+    std::uint8_t reportedState = kStateNotReported; // functional status of the last event
+    std::vector<std::uint16_t> members;
+    Activity activity;
+    bool operator==(const LogicalDrive&) const = default;
+};
+
+} // namespace q5sim

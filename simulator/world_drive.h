@@ -1,0 +1,58 @@
+// The simulated physical drives and what is on them. Sizes are in sectors of 512 bytes, times in
+// seconds since the epoch on the world's clock.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "adapter/mediapatrol.h"
+#include "adapter/phydrv.h"
+
+namespace q5sim {
+
+enum ExtentUse : std::uint8_t { kUseFree, kUseArray, kUseGlobalSpare, kUseDedicatedSpare };
+
+// A piece of a drive. Its index is its place in the drive's list, which is in order of start.
+struct Extent {
+    std::uint8_t use = kUseFree;
+    std::uint16_t array = kNoArray; // array ID of a member or dedicated spare
+    std::uint64_t start = 0;
+    std::uint64_t size = 0;
+    bool operator==(const Extent&) const = default;
+};
+
+// A running patrol has done doneMb at the time since; the rest follows from the clock.
+struct Patrol {
+    std::uint16_t state = 0; // MediaPatrolState, 0: idle
+    std::int64_t since = 0;
+    std::uint64_t doneMb = 0;
+    std::uint16_t loops = 0;
+    std::uint16_t errors = 0;
+    bool operator==(const Patrol&) const = default;
+};
+
+struct Drive {
+    std::uint16_t id = 0;
+    std::uint16_t channel = 0;
+    std::uint16_t enclosure = kNoEnclosureId;
+    std::uint64_t sectors = 0;
+    std::string model, serial, firmware;
+    std::uint8_t dmaMode = 6;
+    bool failed = false;
+    bool failureReported = false; // its event has been written
+    bool smartFailure = false;
+    bool writeCache = true;
+    bool smartCheck = true;
+    bool tcqSupported = false;
+    bool ncqSupported = false;
+    bool tcqEnabled = false;
+    bool ncqEnabled = false;
+    std::uint16_t mediaErrors = 0; // bad spots that each pass of a patrol finds
+    std::int64_t locateUntil = 0;
+    Patrol patrol;
+    std::vector<Extent> extents;
+    bool operator==(const Drive&) const = default;
+};
+
+} // namespace q5sim
