@@ -6,77 +6,46 @@
 
 #include "commands/find_logdrv.h"
 
-template <typename Progress>
-static ActivityState stateOf(const Progress& progress) {
+// Reads the progress record of an activity; zero, that is running at 0 percent, when there is none.
+template <typename Progress, auto operation, std::uint32_t kind = 0>
+static ActivityState readProgress(std::uint32_t controller, std::uint32_t logDrvId) {
+    const ActivityQuery query = {logDrvId, kind};
+    Progress progress = {};
+    operation(at(controller), 0, &query, &progress, sizeof progress);
     return {progress.state == kActivityPaused, progress.percent};
-}
-
-static ActivityState readInitialization(std::uint32_t controller, std::uint32_t logDrvId) {
-    const ActivityQuery query = {logDrvId, 0};
-    InitProgress progress = {};
-    q5_getLogDrvInitProgress(at(controller), 0, &query, &progress, sizeof progress);
-    return stateOf(progress);
-}
-
-static ActivityState readSynchronization(std::uint32_t controller, std::uint32_t logDrvId) {
-    const ActivityQuery query = {logDrvId, 0};
-    SyncProgress progress = {};
-    q5_getLogDrvSynchProgress(at(controller), 0, &query, &progress, sizeof progress);
-    return stateOf(progress);
-}
-
-static ActivityState readRedundancyCheck(std::uint32_t controller, std::uint32_t logDrvId) {
-    const ActivityQuery query = {logDrvId, 0};
-    SyncProgress progress = {};
-    q5_getRedundancyCheckProgress(at(controller), 0, &query, &progress, sizeof progress);
-    return stateOf(progress);
-}
-
-static ActivityState readMigration(std::uint32_t controller, std::uint32_t logDrvId) {
-    const ActivityQuery query = {logDrvId, kMigrationKind};
-    MigrationProgress progress = {};
-    q5_getMigrationProgress(at(controller), 0, &query, &progress, sizeof progress);
-    return stateOf(progress);
-}
-
-static ActivityState readRebuild(std::uint32_t controller, std::uint32_t logDrvId) {
-    const ActivityQuery query = {logDrvId, 0};
-    RebuildProgress progress = {};
-    q5_getRebuildProgress(at(controller), 0, &query, &progress, sizeof progress);
-    return stateOf(progress);
 }
 
 const Activity initialization = {
     kInitializing,
-    readInitialization,
+    readProgress<InitProgress, q5_getLogDrvInitProgress>,
     "Array activity status : Initialization Paused",
     "Array activity status : Initializing",
     "Array initialization progress : %d %%\n",
 };
 const Activity synchronization = {
     kSynchronizing,
-    readSynchronization,
+    readProgress<SyncProgress, q5_getLogDrvSynchProgress>,
     "Array activity status : Synchronization Paused",
     "Array activity status : Synchronizing",
     "Array synchronization progress : %d %%\n",
 };
 const Activity redundancyCheck = {
     kRedundancyChecking,
-    readRedundancyCheck,
+    readProgress<SyncProgress, q5_getRedundancyCheckProgress>,
     "Array activity status : Redundancy Check Paused",
     "Array activity status : Redundancy Check In Progress",
     "Array redundancy check progress : %d %%\n",
 };
 const Activity migration = {
     kMigrating,
-    readMigration,
+    readProgress<MigrationProgress, q5_getMigrationProgress, kMigrationKind>,
     "Array activity status : Migration Paused",
     "Array activity status : Migrating",
     "Array migration progress : %d %%\n",
 };
 const Activity rebuild = {
     kRebuilding,
-    readRebuild,
+    readProgress<RebuildProgress, q5_getRebuildProgress>,
     "Array activity status : Rebuild Paused",
     "Array activity status : Rebuilding",
     "Array rebuilding progress : %d %%\n",

@@ -194,9 +194,9 @@ int PhraseCreateLogDrvArg(int wordCount, char** words, HbaAddress* address, std:
 }
 
 static int createArray(int wordCount, char** words, ArrayOrigin origin) {
-    HbaAddress address;
+    HbaAddress address = {};
     std::uint32_t secondArgument = 0;
-    CreateArrayRequest request;
+    CreateArrayRequest request = {};
     if (PhraseCreateLogDrvArg(wordCount, words, &address, &secondArgument, &request) != Result::done)
         return Result::refused;
     request.origin = origin;

@@ -5,7 +5,7 @@
 
 #include "adapter/extent.h"
 #include "adapter/phydrv.h"
-#include "adapter/reply.h"
+#include "commands/drive_listing.h"
 #include "commands/options.h"
 #include "util/vocabulary.h"
 
@@ -67,29 +67,18 @@ static void printDriveBlock(const PhyDrvInfo& drive) {
 }
 
 int ListExtentInfo(int wordCount, char** words) {
-    std::uint32_t controller = 0, first = 0, count = kMaxDrives;
-    bool verbose = false;
-    const Option options[] = {
-        flagOption("-v", &verbose),
-        driveOption("-p", "physical drive ID", &first, &count),
-        numberOption("-i", "controller ID", &controller, Result::badId),
-        countOption("-c", "physical drive count", &count, kMaxDrives),
-    };
-    if (const int result = readOptions(wordCount, words, firstOption(wordCount, words), options,
-                                       "Invalid parameters defined"))
+    DriveListing listing;
+    if (const int result = readDriveListing(wordCount, words, &listing))
         return result;
-
-    const PhyDrvQuery query = {first, count, kAllDrives, {}};
-    Reply<PhyDrvInfo, kMaxDrives> reply = {};
-    q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
-    if (records(reply).empty()) {
-        std::printf("Disk with ID %d is not existed!\n", static_cast<int>(first));
+    DriveReply reply;
+    if (!findDrives(listing, &reply)) {
+        std::printf("Disk with ID %d is not existed!\n", static_cast<int>(listing.first));
         return Result::notFound;
     }
-    if (!verbose)
+    if (!listing.verbose)
         std::printf("%6s %5s %5s %-8s %8s\n", "DiskID", "Index", "AryID", "Size", "StartLBA");
     for (const PhyDrvInfo& drive : records(reply))
-        (verbose ? printDriveBlock : printDriveRows)(drive);
+        (listing.verbose ? printDriveBlock : printDriveRows)(drive);
     return Result::done;
 }
 

@@ -7,6 +7,7 @@
 #include "adapter/enclosure.h"
 #include "adapter/phydrv.h"
 #include "adapter/reply.h"
+#include "commands/drive_listing.h"
 #include "commands/mediapatrol.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"
@@ -107,31 +108,20 @@ static void showDrive(std::uint32_t controller, const PhyDrvInfo& drive) {
 }
 
 int ListPhyDrvInfo(int wordCount, char** words) {
-    std::uint32_t controller = 0, first = 0, count = kMaxDrives;
-    bool verbose = false;
-    const Option options[] = {
-        flagOption("-v", &verbose),
-        driveOption("-p", "physical drive ID", &first, &count),
-        numberOption("-i", "controller ID", &controller, Result::badId),
-        countOption("-c", "physical drive count", &count, kMaxDrives),
-    };
-    if (const int result = readOptions(wordCount, words, firstOption(wordCount, words), options,
-                                       "Invalid parameters defined"))
+    DriveListing listing;
+    if (const int result = readDriveListing(wordCount, words, &listing))
         return result;
-
-    const PhyDrvQuery query = {first, count, kAllDrives, {}};
-    Reply<PhyDrvInfo, kMaxDrives> reply = {};
-    q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
-    if (records(reply).empty()) {
-        std::printf("Disk with ID %d in controller #%d is not existed\n", static_cast<int>(first),
-                    static_cast<int>(controller));
+    DriveReply reply;
+    if (!findDrives(listing, &reply)) {
+        std::printf("Disk with ID %d in controller #%d is not existed\n", static_cast<int>(listing.first),
+                    static_cast<int>(listing.controller));
         return Result::notFound;
     }
-    if (!verbose)
+    if (!listing.verbose)
         std::printf("%2s %2s %12s %22s %21s %10s\n", "ID", "CH", "Size", "Model", "Serial", "F/W");
     for (const PhyDrvInfo& drive : records(reply)) {
-        if (verbose)
-            showDrive(controller, drive);
+        if (listing.verbose)
+            showDrive(listing.controller, drive);
         else
             printRow(drive);
     }
