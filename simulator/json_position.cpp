@@ -63,6 +63,30 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
     return false;
 }
 
+std::size_t repeatedKey(const std::string& text) {
+    std::vector<std::vector<std::string>> open; // the keys so far of each object around this place
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] == '{' || text[at] == '[')
+            open.emplace_back();
+        else if (text[at] == '}' || text[at] == ']')
+            open.pop_back();
+        if (text[at] != '"') {
+            at++;
+            continue;
+        }
+        const std::size_t start = at;
+        const std::string word = takeString(text, at);
+        skipBlanks(text, at);
+        if (at >= text.size() || text[at] != ':')
+            continue;
+        std::vector<std::string>& keys = open.back();
+        if (std::find(keys.begin(), keys.end(), word) != keys.end())
+            return start;
+        keys.push_back(word);
+    }
+    return std::string::npos;
+}
+
 int lineOfByte(const std::string& text, std::size_t offset) {
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(offset, text.size()));
     return 1 + static_cast<int>(std::count(text.begin(), end, '\n'));

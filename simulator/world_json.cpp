@@ -332,10 +332,25 @@ static void putInOrder(Controller& controller) {
     std::ranges::sort(controller.logicalDrives, {}, &LogicalDrive::logDrvId);
 }
 
+// The parser's complaint about a number quotes it but does not say where it stands.
+static int lineOfQuoted(const std::string& text, const std::string& complaint) {
+    const std::size_t open = complaint.find('\'');
+    const std::size_t close = complaint.rfind('\'');
+    if (open == std::string::npos || open == close)
+        return 1;
+    const std::size_t at = text.find(complaint.substr(open + 1, close - open - 1));
+    return at == std::string::npos ? 1 : lineOfByte(text, at);
+}
+
 bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
     try {
         World read;
-        Reader::readRecord(Json::parse(text), {}, read);
+        const Json json = Json::parse(text);
+        if (const std::size_t twice = repeatedKey(text); twice != std::string::npos) {
+            fault = {lineOfByte(text, twice), "a key stands twice in one object"};
+            return false;
+        }
+        Reader::readRecord(json, {}, read);
         checkWorld(read);
         for (Controller& controller : read.controllers)
             putInOrder(controller);
@@ -343,6 +358,8 @@ bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
         return true;
     } catch (const WorldError& error) {
         fault = {lineOfPath(text, error.path), spelled(error.path) + error.reason};
+    } catch (const Json::out_of_range& error) {
+        fault = {lineOfQuoted(text, error.what()), "a number is far too large"};
     } catch (const Json::parse_error& error) {
         fault = {lineOfByte(text, error.byte > 0 ? error.byte - 1 : 0), "this is not valid JSON"};
     }

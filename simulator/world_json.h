@@ -34,6 +34,11 @@ void checkWorld(const World& world);
 // The line, from 1, on which the value at path stands in a valid JSON text; of a path that leads
 // nowhere, the line of the last step that exists.
 int lineOfPath(const std::string& text, const JsonPath& path);
+
+// Where, in a valid JSON text, an object has a key for the second time; npos: nowhere.
+std::size_t repeatedKey(const std::string& text);
+
+// The line, from 1, of a place in a text.
 int lineOfByte(const std::string& text, std::size_t offset);
 
 } // namespace q5sim
