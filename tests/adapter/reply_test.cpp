@@ -1,0 +1,99 @@
+// Reading replies and records that claim more than they hold.
+#include "adapter/reply.h"
+
+#include <cstdio>
+
+#include "adapter/logdrv.h"
+#include "adapter/phydrv.h"
+#include "tests/scripted_adapter.h"
+
+static std::size_t recordsSeen(std::uint32_t bytesUsed) {
+    Reply<LogDrvInfo, 2> reply = {};
+    reply.header.bytesUsed = bytesUsed;
+    return records(reply).size();
+}
+
+TEST(ReplyRecords, AreNoneWhenTheByteCountIsBelowTheHeader) {
+    EXPECT_EQ(recordsSeen(0), 0u);
+    EXPECT_EQ(recordsSeen(63), 0u);
+}
+
+TEST(ReplyRecords, AreNoneWhenOnlyTheHeaderOrPartOfARecordIsUsed) {
+    EXPECT_EQ(recordsSeen(64), 0u);
+    EXPECT_EQ(recordsSeen(64 + 207), 0u);
+}
+
+TEST(ReplyRecords, AreAsManyWholeOnesAsTheByteCountSays) {
+    EXPECT_EQ(recordsSeen(64 + 208), 1u);
+    EXPECT_EQ(recordsSeen(64 + 2 * 208 - 1), 1u);
+    EXPECT_EQ(recordsSeen(64 + 2 * 208), 2u);
+}
+
+TEST(ReplyRecords, NeverLeadBeyondTheBuffer) {
+    EXPECT_EQ(recordsSeen(64 + 3 * 208), 2u);
+    EXPECT_EQ(recordsSeen(0xFFFFFFFF), 2u);
+}
+
+TEST(ReplyRecords, StartBehindTheHeader) {
+    Reply<LogDrvInfo, 2> reply = {};
+    reply.header.bytesUsed = 64 + 2 * 208;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&reply);
+    EXPECT_EQ(static_cast<const void*>(&records(reply)[0]), bytes + 64);
+    EXPECT_EQ(static_cast<const void*>(&records(reply)[1]), bytes + 64 + 208);
+}
+
+TEST(FieldText, EndsAtItsNul) {
+    struct {
+        char text[6] = {'a', 'b', '\0', 'c', 'd', 'e'};
+    } record;
+    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_TEXT(record.text)); }), "<ab>");
+}
+
+TEST(FieldText, EndsWithItsFieldWhenUnterminated) {
+    struct {
+        char text[4] = {'a', 'b', 'c', 'd'};
+        char next[4] = {'n', 'e', 'x', 't'};
+    } record;
+    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_TEXT(record.text)); }), "<abcd>");
+}
+
+TEST(Extents, AreAsManyAsTheDriveClaims) {
+    PhyDrvInfo drive = {};
+    EXPECT_EQ(extents(drive).size(), 0u);
+    drive.extentCount = 3;
+    EXPECT_EQ(extents(drive).size(), 3u);
+    EXPECT_EQ(extents(drive).data(), drive.extent);
+    drive.extentCount = 16;
+    EXPECT_EQ(extents(drive).size(), 16u);
+}
+
+TEST(Extents, AreNeverMoreThanTheEntryHasRoomFor) {
+    PhyDrvInfo drive = {};
+    drive.extentCount = 17;
+    EXPECT_EQ(extents(drive).size(), 16u);
+    drive.extentCount = 255;
+    EXPECT_EQ(extents(drive).size(), 16u);
+}
+
+TEST(BoundedMemberCount, IsTheDiskCountWhileTheMembersHaveRoom) {
+    LogDrvInfo drive = {};
+    EXPECT_EQ(boundedMemberCount(drive), 0);
+    drive.diskCount = 31;
+    EXPECT_EQ(boundedMemberCount(drive), 31);
+    drive.diskCount = 32;
+    EXPECT_EQ(boundedMemberCount(drive), 32);
+}
+
+TEST(BoundedMemberCount, StopsAtTheLastMemberPlace) {
+    LogDrvInfo drive = {};
+    drive.diskCount = 33;
+    EXPECT_EQ(boundedMemberCount(drive), 32);
+    drive.diskCount = 0xFFFF;
+    EXPECT_EQ(boundedMemberCount(drive), 32);
+}
+
+TEST(ControllerAddress, CarriesTheLowSixteenBitsOfTheId) {
+    EXPECT_EQ(bytesOf(at(1)), (Bytes{1, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bytesOf(at(0xFFFFFFFF)), (Bytes{0xFF, 0xFF, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bytesOf(at(0x10002)), (Bytes{2, 0, 0, 0, 0, 0, 0, 0}));
+}

@@ -1,0 +1,346 @@
+// Every road from a command line to a command function, with stand-ins at its end.
+#include "cli/interface.h"
+#include "tests/cli/routing/recorded_commands.h"
+#include "tests/scripted_adapter.h"
+
+using Words = std::vector<std::string>;
+
+namespace {
+struct Keyword {
+    const char* word;
+    const char* function;
+};
+
+struct Road {
+    const char* command;
+    const char* alone;   // the function of the command word alone; null when it never stands alone
+    bool actions;        // whether "-a" introduces a keyword
+    std::size_t atLeast; // words that the handler needs
+    std::vector<Keyword> keywords;
+    const char* failure;
+};
+} // namespace
+
+static const Road roads[] = {
+    {"battery",
+     "ListBatteryInfo",
+     false,
+     1,
+     {{"-i", "ListBatteryInfo"}},
+     "Invalid command for \"battery\"\n"},
+    {"buzz",
+     "ListBuzzStatus",
+     true,
+     1,
+     {{"list", "ListBuzzStatus"},
+      {"enable", "SetBuzzSettings"},
+      {"disable", "SetBuzzSettings"},
+      {"-i", "ListBuzzStatus"},
+      {"-c", "ListBuzzStatus"}},
+     "Invalid command for \"buzz\"\n"},
+    {"ctrl",
+     "ListControllerInfo",
+     true,
+     1,
+     {{"list", "ListControllerInfo"},
+      {"mod", "SetControllerSettings"},
+      {"-i", "ListControllerInfo"},
+      {"-c", "ListControllerInfo"},
+      {"-v", "ListControllerInfo"}},
+     "Invalid command for \"ctrl\"\n"},
+    {"logdrv",
+     "ListLogDrvInfo",
+     true,
+     1,
+     {{"list", "ListLogDrvInfo"},
+      {"mod", "SetLogDrvSettings"},
+      {"locate", "LocateLogDrv"},
+      {"add", "CreateLogDrv"},
+      {"del", "DeleteLogDrv"},
+      {"-l", "ListLogDrvInfo"},
+      {"-i", "ListLogDrvInfo"},
+      {"-c", "ListLogDrvInfo"},
+      {"-v", "ListLogDrvInfo"}},
+     "Invalid command for \"logdrv\"\n"},
+    {"migrate",
+     "ListLogDrvMigrateStatus",
+     true,
+     1,
+     {{"list", "ListLogDrvMigrateStatus"},
+      {"start", "StartLogDrvMigrate"},
+      {"pause", "PauseLogDrvMigrate"},
+      {"resume", "ResumeLogDrvMigrate"},
+      {"-l", "ListLogDrvMigrateStatus"},
+      {"-i", "ListLogDrvMigrateStatus"}},
+     "Invalid command for \"migrate\"\n"},
+    {"rb",
+     "ListLogDrvRebuildStatus",
+     true,
+     1,
+     {{"list", "ListLogDrvRebuildStatus"},
+      {"start", "StartLogDrvRebuild"},
+      {"abort", "StopLogDrvRebuild"},
+      {"pause", "PauseLogDrvRebuild"},
+      {"resume", "ResumeLogDrvRebuild"},
+      {"restart", "RestartLogDrvRebuild"},
+      {"-l", "ListLogDrvRebuildStatus"},
+      {"-i", "ListLogDrvRebuildStatus"}},
+     "Invalid command for \"rb\"\n"},
+    {"sync",
+     "ListLogDrvSyncStatus",
+     true,
+     1,
+     {{"list", "ListLogDrvSyncStatus"}, {"-l", "StartLogDrvSync"}, {"-i", "StartLogDrvSync"}},
+     "Invalid command for \"sync\"\n"},
+    {"rc",
+     "ListLogDrvRCStatus",
+     true,
+     1,
+     {{"list", "ListLogDrvRCStatus"},
+      {"start", "StartLogDrvRC"},
+      {"stop", "StopLogDrvRC"},
+      {"pause", "PauseLogDrvRC"},
+      {"resume", "ResumeLogDrvRC"},
+      {"-l", "ListLogDrvRCStatus"},
+      {"-i", "ListLogDrvRCStatus"}},
+     "Invalid command for \"rc\"\n"},
+    {"init",
+     "ListLogDrvInitStatus",
+     true,
+     1,
+     {{"list", "ListLogDrvInitStatus"},
+      {"start", "StartLogDrvInit"},
+      {"stop", "StopLogDrvInit"},
+      {"pause", "PauseLogDrvInit"},
+      {"resume", "ResumeLogDrvInit"},
+      {"-l", "ListLogDrvInitStatus"},
+      {"-i", "ListLogDrvInitStatus"}},
+     "Invalid command for \"init\"\n"},
+    {"phydrv",
+     "ListPhyDrvInfo",
+     true,
+     1,
+     {{"list", "ListPhyDrvInfo"},
+      {"mod", "SetPhyDrvSettings"},
+      {"locate", "LocatePhyDrv"},
+      {"wipe", "WipePhyDrvMDD"},
+      {"set3G", "Set3GSpeed"},
+      {"list3G", "List3GSpeed"},
+      {"-p", "ListPhyDrvInfo"},
+      {"-i", "ListPhyDrvInfo"},
+      {"-c", "ListPhyDrvInfo"},
+      {"-v", "ListPhyDrvInfo"}},
+     "Invalid command for \"phydrv\"\n"},
+    {"extent",
+     "ListExtentInfo",
+     true,
+     1,
+     {{"list", "ListExtentInfo"},
+      {"spare", "SpareExtent"},
+      {"free", "FreeExtent"},
+      {"add", "AddExtent"},
+      {"split", "SplitExtent"},
+      {"delete", "DeleteExtent"},
+      {"-p", "ListExtentInfo"},
+      {"-e", "ListExtentInfo"},
+      {"-i", "ListExtentInfo"},
+      {"-c", "ListExtentInfo"},
+      {"-v", "ListExtentInfo"}},
+     "Invalid command for \"extent\"\n"},
+    {"mp",
+     nullptr,
+     true,
+     7,
+     {{"list", "ListPhyDrvMediaPatrol"},
+      {"start", "StartPhyDrvMediaPatrol"},
+      {"stop", "StopPhyDrvMediaPatrol"},
+      {"pause", "PausePhyDrvMediaPatrol"},
+      {"resume", "ResumePhyDrvMediaPatrol"}},
+     "Invalid command for \"media patrol\"\n"},
+    {"enclosure",
+     "ListEnclosureInfo",
+     true,
+     1,
+     {{"list", "ListEnclosureInfo"},
+      {"locate", "LocateEnclosure"},
+      {"-e", "ListEnclosureInfo"},
+      {"-i", "ListEnclosureInfo"},
+      {"-v", "ListEnclosureInfo"}},
+     "Invalid command for \"enclosure\"\n"},
+    {"bga",
+     "ListBGAInfo",
+     true,
+     1,
+     {{"list", "ListBGAInfo"}, {"-l", "ListBGAInfo"}, {"-i", "ListBGAInfo"}},
+     "Invalid command for \"bga\"\n"},
+    {"event",
+     "ListEventInfo",
+     true,
+     1,
+     {{"list", "ListEventInfo"}, {"-v", "ListEventInfo"}, {"-c", "ListEventInfo"}, {"-i", "ListEventInfo"}},
+     "Invalid command for \"event\"\n"},
+    {"export",
+     nullptr,
+     false,
+     5,
+     {{"-t", "ExportFile"}, {"-f", "ExportFile"}},
+     "Invalid command for \"export\"\n"},
+    {"import",
+     nullptr,
+     false,
+     3,
+     {{"-k", "ImportFile"},
+      {"-p", "ImportFile"},
+      {"-l", "ImportFile"},
+      {"-b", "ImportFile"},
+      {"-a", "ImportFile"},
+      {"-c", "ImportFile"},
+      {"-f", "ImportFile"},
+      {"-i", "ImportFile"}},
+     "Invalid command for \"import\"\n"},
+};
+
+static std::string shown(const Words& words) {
+    std::string line;
+    for (const std::string& word : words)
+        line += word + ' ';
+    return line;
+}
+
+static std::string upperCased(std::string word) {
+    for (char& c : word)
+        c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+    return word;
+}
+
+// The words, filled up to as many as the handler needs.
+static Words enough(const Road& road, Words words) {
+    while (words.size() < road.atLeast)
+        words.push_back("x");
+    return words;
+}
+
+static void expectRoadTo(const std::string& function, const Words& words, const Words& stale = {}) {
+    const Outcome outcome = run(cli_parse_command, words, stale);
+    const RecordedCall call = takeRecordedCall();
+    EXPECT_EQ(call.function, function) << shown(words);
+    EXPECT_EQ(outcome.result, kRecordedResult) << shown(words);
+    EXPECT_EQ(outcome.output, "") << shown(words);
+    EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << shown(words);
+    Words slots = words;
+    slots.insert(slots.end(), stale.begin(), stale.end());
+    slots.resize(16);
+    EXPECT_EQ(call.slots, slots) << shown(words);
+}
+
+static void expectNoRoad(int result, const std::string& message, const Words& words,
+                         const Words& stale = {}) {
+    const Outcome outcome = run(cli_parse_command, words, stale);
+    EXPECT_EQ(outcome.result, result) << shown(words);
+    EXPECT_EQ(outcome.output, message) << shown(words);
+    EXPECT_EQ(takeRecordedCall().function, "") << shown(words);
+}
+
+TEST(Routes, LeadTheCommandWordAloneToItsDefault) {
+    for (const Road& road : roads) {
+        if (road.alone != nullptr)
+            expectRoadTo(road.alone, {road.command}, {"no", "word"});
+    }
+}
+
+TEST(Routes, LeadEveryKeywordInSecondPlaceToItsFunction) {
+    for (const Road& road : roads) {
+        for (const Keyword& keyword : road.keywords) {
+            expectRoadTo(keyword.function, enough(road, {road.command, keyword.word}));
+            expectRoadTo(keyword.function, enough(road, {road.command, keyword.word, "more", "words"}));
+        }
+    }
+}
+
+TEST(Routes, LeadEveryKeywordBehindTheActionMarkerToItsFunction) {
+    for (const Road& road : roads) {
+        for (const Keyword& keyword : road.keywords) {
+            if (road.actions)
+                expectRoadTo(keyword.function, enough(road, {road.command, "-a", keyword.word}));
+        }
+    }
+}
+
+TEST(Routes, IgnoreCase) {
+    expectRoadTo("ListLogDrvInfo", {"LOGDRV", "-A", "LIST"});
+    for (const Road& road : roads) {
+        for (const Keyword& keyword : road.keywords)
+            expectRoadTo(keyword.function,
+                         enough(road, {upperCased(road.command), upperCased(keyword.word)}));
+    }
+}
+
+TEST(Routes, EndAtAnUnknownSecondWord) {
+    for (const Road& road : roads) {
+        for (const char* word : {"nosuch", "-x", "lis", ""})
+            expectNoRoad(9, road.failure, enough(road, {road.command, word}));
+    }
+}
+
+TEST(Routes, EndAtAnUnknownWordBehindTheActionMarker) {
+    for (const Road& road : roads) {
+        if (!road.actions)
+            continue;
+        for (const char* word : {"nosuch", "-x", "lis", ""})
+            expectNoRoad(9, road.failure, enough(road, {road.command, "-a", word}));
+    }
+}
+
+TEST(Routes, EndAtASecondActionMarker) {
+    for (const Road& road : roads) {
+        if (road.actions)
+            expectNoRoad(9, road.failure, enough(road, {road.command, "-a", "-a", "list"}));
+    }
+}
+
+TEST(Routes, ReadTheSlotBehindALoneActionMarker) {
+    expectNoRoad(9, "Invalid command for \"logdrv\"\n", {"logdrv", "-a"});
+    expectRoadTo("DeleteLogDrv", {"logdrv", "-a"}, {"del"});
+}
+
+TEST(Routes, ReadTheStaleSecondSlotAfterABlankLine) {
+    expectRoadTo("LocateLogDrv", {}, {"logdrv", "-a", "locate"});
+    expectRoadTo("ListLogDrvInfo", {}, {"logdrv", "-l", "2"});
+    expectNoRoad(9, "Invalid command for \"logdrv\"\n", {}, {"logdrv"});
+    expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", {}, {"mp", "-a", "start", "-p", "3"});
+    expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", {}, {"export", "-t"});
+    expectNoRoad(2, "Invalid number of parameters for \"import\"!\n", {}, {"import", "-f", "a.txt"});
+}
+
+TEST(Routes, LeadSyncWithAnOptionToTheStart) {
+    expectRoadTo("StartLogDrvSync", typed("sync -l 0 -i 0"));
+    expectRoadTo("ListLogDrvSyncStatus", typed("sync -a list"));
+}
+
+TEST(Routes, DoNotKnowTheWordsThatOnlyTheHelpShows) {
+    expectNoRoad(9, "Invalid command for \"sync\"\n", typed("sync -a start"));
+    expectNoRoad(9, "Invalid command for \"rb\"\n", typed("rb -a stop"));
+    expectNoRoad(9, "Invalid command for \"buzz\"\n", typed("buzz -a on"));
+    expectNoRoad(9, "Invalid command for \"buzz\"\n", typed("buzz -a off"));
+    expectNoRoad(9, "Invalid command for \"event\"\n", typed("event -a clear"));
+    expectNoRoad(9, "Invalid command for \"battery\"\n", typed("battery -a list"));
+}
+
+TEST(Routes, LeadMpNowhereWithoutSevenWords) {
+    for (const char* line : {"mp", "mp -a start", "mp -a start -p 3 -i", "mp -a start -p 3 -i 0 x"})
+        expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", typed(line));
+    expectRoadTo("StartPhyDrvMediaPatrol", typed("mp -a start -p 3 -i 0"));
+}
+
+TEST(Routes, LeadExportNowhereWithoutFiveWords) {
+    for (const char* line : {"export", "export -t ctrl", "export -t ctrl -f", "export -t ctrl -f a.txt x"})
+        expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", typed(line));
+    expectRoadTo("ExportFile", typed("export -f a.txt -t ctrl"));
+}
+
+TEST(Routes, LeadImportNowhereWithoutThreeWords) {
+    for (const char* line : {"import", "import -f"})
+        expectNoRoad(2, "Invalid number of parameters for \"import\"!\n", typed(line));
+    expectRoadTo("ImportFile", typed("import -f a.txt"));
+    expectRoadTo("ImportFile", typed("import -a -f a.txt"));
+}

@@ -1,0 +1,44 @@
+// What the tests of the ctrl command share: planning the calls that a listing makes.
+#pragma once
+
+#include "adapter/battery.h"
+#include "adapter/controller.h"
+#include "adapter/enclosure.h"
+#include "adapter/session.h"
+#include "tests/scripted_adapter.h"
+
+// All replies about one controller; zero where nothing is said.
+struct ControllerReplies {
+    DiscoverPathInfo path;
+    ControllerInfo info;
+    ControllerVersionInfo version;
+    ControllerSettings settings;
+    BatteryInfo battery;
+    std::uint8_t enclosureType[16];
+};
+
+inline void expectControllerCount(std::uint32_t count) {
+    expectCall("q5_getNumberOfHBA", {}, bytesOf(count));
+}
+
+inline void expectDriverInfo(std::uint32_t controller, const VersionNumber& version) {
+    expectCall("q5_getDriverInfo", bytesOf(at(controller), std::uint32_t{0}), bytesOf(version));
+}
+
+// The calls that a listing makes for one controller; result is what each of them returns.
+inline void expectController(std::uint32_t controller, const ControllerReplies& replies, int result = 0) {
+    const ControllerQuery general = {controller, 1, 0, {}}, version = {controller, 1, 2, {}};
+    expectCall("q5_getDiscoverPath", bytesOf(at(controller), std::uint32_t{656}), bytesOf(replies.path),
+               result);
+    expectCall("q5_getControllerInfo", asks(controller, general, 432), bytesOf(replies.info), result);
+    expectCall("q5_getControllerInfo", asks(controller, version, 88), bytesOf(replies.version), result);
+    expectCall("q5_getControllerSettings", asks(controller, general, 88), bytesOf(replies.settings), result);
+    expectCall("q5_getBatteryInfo", asks(controller, BatteryQuery{0, 0}, 112), bytesOf(replies.battery),
+               result);
+    for (std::uint16_t id = 0; id < 16; ++id) {
+        EnclosureEntry entry = {};
+        entry.type = replies.enclosureType[id];
+        expectCall("q5_getEnclosureInfo", asks(controller, EnclosureQuery{id, 1}, 80),
+                   listReply(std::vector<EnclosureEntry>{entry}), result);
+    }
+}

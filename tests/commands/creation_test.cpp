@@ -1,0 +1,400 @@
+// Creation of logical drives: the words and the creation text turned into a request, and the calls.
+#include "commands/creation.h"
+
+#include "tests/commands/logdrv_records.h"
+
+using Creation = Scripted;
+using Words = std::vector<std::string>;
+
+static const std::string kCountTold =
+    "2: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n";
+static const std::string kNoDriveTold = "2: No physical drive is defined!\n";
+static const std::string kBadTextTold = "1: Incorrect parameters!\n";
+static const std::string kNoNameTold = "2: Error: Logical drive name is not defined!\n";
+static const std::string kNoLevelTold = "2: Error: Raid level is not defined!\n";
+static const std::string kNoSizeTold = "2: Error: extent ID or the logical drive size is not defined!\n";
+static const std::string kUnmatchedTold =
+    "1: Error: number of extents and number of physical drives are not matched!\n";
+static const std::string kParsedTold = "0: ";
+
+// What the parser left, and a stand-in for the command that calls it.
+static HbaAddress parsedAddress;
+static std::uint32_t parsedSecond;
+static CreateArrayRequest parsed;
+
+static int parse(int wordCount, char** words) {
+    std::memset(&parsedAddress, kNoise, sizeof parsedAddress);
+    parsedSecond = 7;
+    parsed = {};
+    return PhraseCreateLogDrvArg(wordCount, words, &parsedAddress, &parsedSecond, &parsed);
+}
+
+static Words addWords(const Words& options, const std::string& text) {
+    Words words = {"logdrv", "-a", "add"};
+    words.insert(words.end(), options.begin(), options.end());
+    words.insert(words.end(), {"-z", text});
+    return words;
+}
+
+// Parses a creation from drives 1 and 2.
+static std::string toldText(const std::string& text) {
+    return told(parse, addWords({"-p", "1 2"}, text));
+}
+
+// The request for a RAID0 called "a" of 5 MB on drives 1 and 2, all else by default.
+static CreateArrayRequest plainRequest() {
+    CreateArrayRequest request = {};
+    request.stripeSize = 64;
+    request.constant4 = 1;
+    request.capacity = 5;
+    request.name[0] = 'a';
+    request.constant91 = 1;
+    request.allocation = 3;
+    request.memberCount = 2;
+    request.parityCount = 2;
+    request.subArrayCount = 2;
+    request.sectorSize = 512;
+    request.member[1].driveId = 1;
+    return request;
+}
+
+// The request that the parser left is this one.
+static void expectParsed(const CreateArrayRequest& request, const std::string& about) {
+    EXPECT_EQ(bytesOf(parsed), bytesOf(request)) << about;
+    EXPECT_EQ(parsedSecond, 0u) << about;
+}
+
+// The plain request with one field otherwise.
+template <typename Field, typename Value>
+static CreateArrayRequest with(Field CreateArrayRequest::*field, Value value) {
+    CreateArrayRequest request = plainRequest();
+    request.*field = static_cast<Field>(value);
+    return request;
+}
+
+TEST_F(Creation, StartsFromDefaults) {
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5"), kParsedTold);
+    expectParsed(plainRequest(), "defaults");
+    EXPECT_EQ(bytesOf(parsedAddress), Bytes(8, 0));
+}
+
+TEST_F(Creation, ReadsEveryItem) {
+    const struct {
+        const char* item;
+        CreateArrayRequest request;
+    } items[] = {
+        {"raid=raid1", with(&CreateArrayRequest::raidLevel, 1)},
+        {"raid=RAID5", with(&CreateArrayRequest::raidLevel, 5)},
+        {"raid=raid10", with(&CreateArrayRequest::raidLevel, 16)},
+        {"raid=raid50", with(&CreateArrayRequest::raidLevel, 80)},
+        {"raid=RaidMF", with(&CreateArrayRequest::raidLevel, 96)},
+        {"RAID = a raid1 set", with(&CreateArrayRequest::raidLevel, 1)},
+        {"capacity=1", with(&CreateArrayRequest::capacity, 1)},
+        {"Capacity= 12 MB", with(&CreateArrayRequest::capacity, 12)},
+        {"capacity=-1", with(&CreateArrayRequest::capacity, 0xFFFFFFFFFFFFFFFF)},
+        {"capacity=2147483648", with(&CreateArrayRequest::capacity, 2147483648)},
+        {"capacity=5000000000", with(&CreateArrayRequest::capacity, 5000000000)},
+        {"my capacity is=7=8", with(&CreateArrayRequest::capacity, 7)},
+        {"sectorsize=512", plainRequest()},
+        {"SectorSize=1024", with(&CreateArrayRequest::sectorSize, 1024)},
+        {"sectorsize=2048", with(&CreateArrayRequest::sectorSize, 2048)},
+        {"sectorsize=4096", with(&CreateArrayRequest::sectorSize, 4096)},
+        {"stripe=32", with(&CreateArrayRequest::stripeSize, 32)},
+        {"stripe=64", plainRequest()},
+        {"STRIPE=128KB", with(&CreateArrayRequest::stripeSize, 128)},
+        {"rounding=none", plainRequest()},
+        {"rounding=GBB", with(&CreateArrayRequest::rounding, 1)},
+        {"Rounding=10gbb", with(&CreateArrayRequest::rounding, 1)},
+        {"init=none", plainRequest()},
+        {"init=Quick", with(&CreateArrayRequest::initialization, 1)},
+        {"INIT=background", with(&CreateArrayRequest::initialization, 4)},
+        {"subarraycnt=2", plainRequest()},
+        {"paritycnt=2", plainRequest()},
+        {"ParityCnt=3", with(&CreateArrayRequest::parityCount, 3)},
+        {"symmetric=0", plainRequest()},
+        {"Symmetric=1", with(&CreateArrayRequest::symmetric, 1)},
+        {"shift=5", with(&CreateArrayRequest::shift, 5)},
+        {"Shift=-1", with(&CreateArrayRequest::shift, 65535)},
+        {"shift=none", plainRequest()},
+        {"shift=70000", with(&CreateArrayRequest::shift, 4464)},
+        {"color=red", plainRequest()},
+        {"", plainRequest()},
+        {",,", plainRequest()},
+    };
+    for (const auto& item : items) {
+        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+            << item.item;
+        expectParsed(item.request, item.item);
+    }
+}
+
+TEST_F(Creation, TakesTheFirstKeyThatAnItemHolds) {
+    EXPECT_EQ(toldText("raid=raid0,capacity=5,stripe name=a"), kParsedTold);
+    expectParsed(plainRequest(), "the name before the stripe");
+    EXPECT_EQ(toldText("name=a,capacity=5,raid init=raid0"), kParsedTold);
+    expectParsed(plainRequest(), "the level before the initialization");
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,capacity stripe=6"), kParsedTold);
+    expectParsed(with(&CreateArrayRequest::capacity, 6), "the capacity before the stripe");
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,sectorsize stripe=1024"), kParsedTold);
+    expectParsed(with(&CreateArrayRequest::sectorSize, 1024), "the sector size before the stripe");
+    EXPECT_EQ(toldText("raid=raid0,capacity=5,name=capacity=9"), kParsedTold);
+    EXPECT_STREQ(parsed.name, "capacity=9");
+    EXPECT_EQ(parsed.capacity, 5u);
+}
+
+TEST_F(Creation, ReadsTheTextAsASavedConfigurationHasIt) {
+    CreateArrayRequest request = plainRequest();
+    std::memcpy(request.name, "Set 1", 6);
+    request.raidLevel = 96;
+    request.stripeSize = 128;
+    request.capacity = 4294967296;
+    request.initialization = 4;
+    request.sectorSize = 1024;
+    request.parityCount = 3;
+    request.symmetric = 1;
+    request.shift = 0xFFFE;
+    EXPECT_EQ(told(parse, {"logdrv", "-a", "add", "-i", "1", "-p", "1 2", "-z",
+                           "name=Set 1,raid=RAIDMF,stripe=128,Capacity=4294967296,init=BACK,Sectorsize=1024,"
+                           "ParityCnt=3,Symmetric=1,Shift=-2"}),
+              kParsedTold);
+    expectParsed(request, "parities");
+    EXPECT_EQ(toldText("name=a,raid=RAID50,stripe=64,Capacity=5,init=NONE,Sectorsize=512, SubArrayCnt=2"),
+              kParsedTold);
+    expectParsed(with(&CreateArrayRequest::raidLevel, 80), "sub arrays");
+    EXPECT_EQ(toldText("Name=a , RAID=raid5, Capacity=5"), kParsedTold);
+    expectParsed(with(&CreateArrayRequest::raidLevel, 5), "blanks and capitals");
+}
+
+TEST_F(Creation, TrimsNamesAndCutsThem) {
+    const std::string letters(120, 'x'), blanks(70, ' ');
+    const struct {
+        std::string typed, stored;
+    } names[] = {
+        {"a", "a"},
+        {"  a b  ", "a b"},
+        {"CamelCase=yes", "CamelCase=yes"},
+        {letters.substr(0, 63), letters.substr(0, 63)},
+        {letters.substr(0, 64), letters.substr(0, 63)},
+        {letters, letters.substr(0, 63)},
+        {"a" + blanks + "b", "a" + blanks.substr(0, 62)},
+        {blanks + blanks + "a", "a"},
+        {"a" + blanks + blanks + "b", "a"}, // what lies beyond 127 characters leaves blanks to trim
+    };
+    for (const auto& name : names) {
+        CreateArrayRequest request = plainRequest();
+        std::memcpy(request.name, name.stored.c_str(), name.stored.size() + 1);
+        EXPECT_EQ(toldText("capacity=5,raid=raid0,name=" + name.typed), kParsedTold) << name.typed;
+        expectParsed(request, name.typed);
+    }
+    EXPECT_EQ(toldText("capacity=5,raid=raid0,name=long one,name=a"), kParsedTold);
+    expectParsed(plainRequest(), "the second name alone");
+}
+
+TEST_F(Creation, RefusesBadItemsInTheEnd) {
+    for (const char* item : {"name",          "raid",           "capacity",      "sectorsize",
+                             "stripe",        "rounding",       "init",          "subarraycnt",
+                             "paritycnt",     "symmetric",      "shift",         "name a",
+                             "sectorsize=0",  "sectorsize=513", "sectorsize=x",  "sectorsize=8192",
+                             "subarraycnt=1", "subarraycnt=3",  "subarraycnt=x", "subarraycnt=258",
+                             "paritycnt=1",   "paritycnt=4",    "paritycnt=258", "symmetric=2",
+                             "symmetric=-1",  "symmetric=256"}) {
+        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item), kBadTextTold) << item;
+        EXPECT_EQ(toldText(std::string(item) + ",name=a,raid=raid0,capacity=5"), kBadTextTold) << item;
+    }
+}
+
+TEST_F(Creation, SaysThatAStripeSizeIsIncorrectAndGoesOn) {
+    for (const char* size : {"0", "16", "256", "512", "1024", "-64", "", "x"})
+        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,stripe=") + size + ",capacity=5"),
+                  "1: Incorrect stripe size!\nIncorrect parameters!\n")
+            << size;
+    EXPECT_EQ(toldText("stripe=1,stripe=2"),
+              "1: Incorrect stripe size!\nIncorrect stripe size!\nIncorrect parameters!\n");
+    EXPECT_EQ(toldText("stripe=1,raid=no"),
+              "1: Incorrect stripe size!\nUnknown RAID level 'no' specified!\n");
+}
+
+TEST_F(Creation, StopsAtAWordThatItsVocabularyLacks) {
+    const struct {
+        const char* item;
+        const char* told;
+    } items[] = {
+        {"raid=zzz", "1: Unknown RAID level 'zzz' specified!\n"},
+        {"raid= Raid 5 ", "1: Unknown RAID level ' Raid 5 ' specified!\n"},
+        {"raid=", "1: Unknown RAID level '' specified!\n"},
+        {"rounding=Off=x", "1: Unknown rounding scheme 'Off=x' specified!\n"},
+        {"init=zzz", "1: Unknown initialization 'zzz' specified!\n"},
+        {"init=fore", "1: "},
+        {"Init=FOREGROUND", "1: "},
+    };
+    for (const auto& item : items) {
+        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), item.told);
+        EXPECT_EQ(toldText(std::string("name,") + item.item + ",raid=other,stripe=1"), item.told);
+    }
+}
+
+TEST_F(Creation, ChecksTheTextsOutcomeInOrder) {
+    EXPECT_EQ(toldText("stripe"), kBadTextTold);
+    EXPECT_EQ(toldText(""), kNoNameTold);
+    EXPECT_EQ(toldText("raid=raid1"), kNoNameTold);
+    EXPECT_EQ(toldText("name=,raid=raid1,capacity=5"), kNoNameTold);
+    EXPECT_EQ(toldText("name=   ,raid=raid1,capacity=5"), kNoNameTold);
+    EXPECT_EQ(toldText("name=a"), kNoLevelTold);
+    EXPECT_EQ(toldText("name=a,capacity=5"), kNoLevelTold);
+    EXPECT_EQ(toldText("name=a,raid=raid0"), kNoSizeTold);
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=0"), kNoSizeTold);
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=lots"), kNoSizeTold);
+    EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", ""}, "name=a,raid=raid0")), kNoSizeTold);
+    for (const char* extents : {"0", "0 1 2"})
+        EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", extents}, "name=a,raid=raid0")), kUnmatchedTold);
+}
+
+TEST_F(Creation, CountsItsWords) {
+    for (const char* line :
+         {"", "logdrv", "logdrv -a add", "logdrv -a add -p 1 -z", "logdrv -a add -p 1 -i 0",
+          "logdrv -a add -p 1 -i 0 -z", "logdrv add -i 0 -p 1 -z raid=jbod", "logdrv -a add -p 1 -z -I"})
+        EXPECT_EQ(told(parse, line), kCountTold) << line;
+}
+
+TEST_F(Creation, ReadsItsOptions) {
+    const std::string text = "raid=jbod";
+    EXPECT_EQ(told(parse, {"logdrv", "-a", "add", "-q", "1", "-z", text}), kUnknownOptionTold);
+    EXPECT_EQ(told(parse, addWords({"-i", "x", "-p", "1"}, text)),
+              "6: Invalid controller ID 'x' specified\n");
+    EXPECT_EQ(told(parse, addWords({"-e", "1"}, text)), kNoDriveTold);
+    EXPECT_EQ(told(parse, addWords({"-p", ""}, text)), kNoDriveTold);
+    EXPECT_EQ(told(parse, addWords({"-p", "1", "-p", ""}, "stripe")), kNoDriveTold);
+    EXPECT_EQ(
+        told(parse, {"logdrv", "-a", "add", "-Z", "x", "-P", "1", "-I", "65538", "-E", "4", "-z", text}),
+        kParsedTold);
+    EXPECT_EQ(bytesOf(parsedAddress), bytesOf(at(2)));
+    EXPECT_EQ(parsed.member[0].extent, 4u);
+}
+
+TEST_F(Creation, TakesTheLastWordForTheText) {
+    EXPECT_EQ(told(parse, "logdrv -a add -z name=a,raid=raid0,capacity=5 -p 1"), kNoNameTold);
+    EXPECT_EQ(told(parse, "logdrv -a add -z raid=raid0 -p raid=jbod"), kParsedTold);
+    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0"}), kParsedTold);
+    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0,stripe"}), kBadTextTold);
+    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z"), kNoNameTold);
+}
+
+TEST_F(Creation, NamesItsMembers) {
+    const struct {
+        const char* drives;
+        const char* extents;
+        std::vector<RequestMember> members;
+    } creations[] = {
+        {"1 2", "0", {{0, 0}, {0, 1}}},
+        {"1 2", "7", {{7, 0}, {0, 1}}},
+        {"3,1 8", "2 0 1", {{2, 2}, {0, 0}, {1, 7}}},
+        {"4", "1 2 3", {{1, 3}}},
+        {"0", "1", {{1, 0xFFFFFFFF}}},
+        {"1, 2", "5", {{5, 0}, {0, 0xFFFFFFFF}, {0, 1}}},
+        {"1 2 ", "5 6", {{5, 0}, {6, 1}}},
+    };
+    for (const auto& creation : creations) {
+        CreateArrayRequest request = plainRequest();
+        request.allocation = 0;
+        request.memberCount = static_cast<std::uint8_t>(creation.members.size());
+        request.member[1] = {};
+        for (std::size_t i = 0; i < creation.members.size(); ++i)
+            request.member[i] = creation.members[i];
+        EXPECT_EQ(told(parse, addWords({"-p", creation.drives, "-e", creation.extents},
+                                       "name=a,raid=raid0,capacity=5")),
+                  kParsedTold);
+        expectParsed(request, creation.drives);
+    }
+}
+
+TEST_F(Creation, TakesAsManyExtentsAsMembersForASize) {
+    CreateArrayRequest request = plainRequest();
+    request.allocation = 0;
+    request.capacity = 0;
+    request.member[0].extent = 3;
+    request.member[1].extent = 4;
+    EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", "3 4"}, "name=a,raid=raid0")), kParsedTold);
+    expectParsed(request, "extents alone");
+}
+
+TEST_F(Creation, TakesSixteenMembers) {
+    CreateArrayRequest request = plainRequest();
+    request.allocation = 0;
+    request.memberCount = 16;
+    for (std::uint32_t i = 0; i < 16; ++i)
+        request.member[i] = {i + 1, i};
+    const std::string ids = "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20";
+    EXPECT_EQ(told(parse, addWords({"-p", ids, "-e", ids}, "name=a,raid=raid0,capacity=5")), kParsedTold);
+    expectParsed(request, ids);
+}
+
+TEST_F(Creation, JbodNeedsNeitherNameNorSize) {
+    CreateArrayRequest request = plainRequest();
+    request.raidLevel = 10;
+    request.capacity = 0;
+    request.allocation = 0;
+    request.memberCount = 1;
+    request.member[1] = {};
+    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "name=a,raid=jbod")), kParsedTold);
+    expectParsed(request, "without a size");
+    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "capacity=100,name=a,raid=jbod")), kParsedTold);
+    expectParsed(request, "with a size, which it does not get");
+    request.name[0] = 0;
+    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "raid=JBOD")), kParsedTold);
+    expectParsed(request, "without a name");
+    request.member[0].extent = 5;
+    EXPECT_EQ(told(parse, addWords({"-p", "1", "-e", "5 6"}, "raid=JBOD")), kParsedTold);
+    expectParsed(request, "with extents, which are sent");
+}
+
+static void expectAddition(std::uint32_t controller, std::uint8_t origin, int result) {
+    CreateArrayRequest request = plainRequest();
+    request.origin = origin;
+    expectCall("q5_addHBAArray", bytesOf(at(controller), std::uint32_t{0}, request), {}, result);
+}
+
+TEST_F(Creation, IsSentWithItsOrigin) {
+    expectAddition(0, 0, 0);
+    EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")), kDoneSilently);
+    expectAddition(3, 1, 0);
+    EXPECT_EQ(told(CreateLogDrv2, addWords({"-i", "3", "-p", "1 2 "}, "name=a,raid=raid0,capacity=5")),
+              kDoneSilently);
+}
+
+TEST_F(Creation, ReportsARefusal) {
+    for (const int result : {1, -1}) {
+        expectAddition(0, 0, result);
+        EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
+                  "8: Failed to create an array specified\n");
+        expectAddition(0, 1, result);
+        EXPECT_EQ(told(CreateLogDrv2, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
+                  "8: Failed to create an array specified\n");
+    }
+}
+
+TEST_F(Creation, FailsWithOneResultForEveryReason) {
+    for (int (*create)(int, char**) : {CreateLogDrv, CreateLogDrv2}) {
+        EXPECT_EQ(told(create, "logdrv -a add"),
+                  "8: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n");
+        EXPECT_EQ(told(create, "logdrv -a add -i x -p 1 -z raid=jbod"),
+                  "8: Invalid controller ID 'x' specified\n");
+        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z stripe=5"),
+                  "8: Incorrect stripe size!\nIncorrect parameters!\n");
+        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z init=fore"), "8: ");
+    }
+}
+
+TEST_F(Creation, ActivationTakesThreeWords) {
+    for (const char* line : {"", "activate 3", "logdrv -a", "logdrv -a activate 3"})
+        EXPECT_EQ(told(ActivateArray, line), "2: Invalid number of parameters defined\n") << line;
+}
+
+TEST_F(Creation, ActivationTakesOneNumberForArrayAndController) {
+    for (const int result : {0, 1}) {
+        expectCall("q5_activateLogDrv", bytesOf(at(3), std::uint32_t{0}, std::uint16_t{3}), {}, result);
+        EXPECT_EQ(told(ActivateArray, "logdrv activate 3"), kDoneSilently);
+    }
+    expectCall("q5_activateLogDrv", bytesOf(at(4464), std::uint32_t{0}, std::uint16_t{4464}));
+    EXPECT_EQ(told(ActivateArray, "logdrv activate 70000"), kDoneSilently);
+    EXPECT_EQ(told(ActivateArray, "logdrv activate x"), "6: Invalid array ID 'x' specified\n");
+}

@@ -1,0 +1,85 @@
+// Logical drives and their activities as the adapter answers for them: what the tests of the commands
+// on logical drives share. Bytes that no command may look at hold noise.
+#pragma once
+
+#include "adapter/activity.h"
+#include "adapter/logdrv.h"
+#include "tests/scripted_adapter.h"
+
+inline constexpr std::uint8_t kNoise = 0xA6;
+
+template <typename Record>
+Record noisy() {
+    Record record;
+    std::memset(&record, kNoise, sizeof record);
+    return record;
+}
+
+// A drive in the midst of these activities, all else noise.
+inline LogDrvInfo driveDoing(int activities, std::uint16_t logDrvId = 3) {
+    LogDrvInfo drive = noisy<LogDrvInfo>();
+    drive.activityStatus = static_cast<std::uint8_t>(activities);
+    drive.logDrvId = logDrvId;
+    return drive;
+}
+
+// The look-up of one drive, which finds this one, or none.
+inline void expectLookup(std::uint32_t controller, std::uint32_t logDrvId, const LogDrvInfo& drive,
+                         int result = 0) {
+    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{logDrvId, 1}, 272),
+               listReply<LogDrvInfo>({drive}), result);
+}
+
+inline void expectMissing(std::uint32_t controller, std::uint32_t logDrvId) {
+    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{logDrvId, 1}, 272), bytesOf(headerOf(64)));
+}
+
+// How an activity's progress is asked for. Its reply is noise but for the state and the percentage.
+struct ProgressRead {
+    const char* operation;
+    std::uint32_t kind;
+    std::uint32_t size;
+    std::size_t stateAt;
+    std::size_t percentAt;
+};
+
+inline constexpr ProgressRead kInitRead = {"q5_getLogDrvInitProgress", 0, 524, 70, 71};
+inline constexpr ProgressRead kSyncRead = {"q5_getLogDrvSynchProgress", 0, 72, 70, 71};
+inline constexpr ProgressRead kCheckRead = {"q5_getRedundancyCheckProgress", 0, 72, 70, 71};
+inline constexpr ProgressRead kRebuildRead = {"q5_getRebuildProgress", 0, 88, 64, 66};
+inline constexpr ProgressRead kMigrationRead = {"q5_getMigrationProgress", 1, 208, 70, 68};
+
+inline constexpr std::uint8_t kRunning = 1;
+inline constexpr std::uint8_t kPaused = 3;
+
+inline void expectProgress(const ProgressRead& read, std::uint32_t controller, std::uint32_t logDrvId,
+                           std::uint8_t state, std::uint8_t percent, int result = 0) {
+    Bytes reply(read.size, kNoise);
+    reply[read.stateAt] = state;
+    reply[read.percentAt] = percent;
+    if (read.kind == 1)
+        reply[read.percentAt + 1] = 0; // the only percentage of two bytes
+    expectCall(read.operation, asks(controller, ActivityQuery{logDrvId, read.kind}, read.size), reply,
+               result);
+}
+
+// A control operation hands over the address, the reserved 0 and eight bytes that name the drive.
+inline void expectControl(const char* operation, std::uint32_t controller, std::uint32_t logDrvId,
+                          std::uint32_t kind = 0, int result = 0) {
+    expectCall(operation, bytesOf(at(controller), std::uint32_t{0}, logDrvId, kind), {}, result);
+}
+
+// What a command did, as one text: "result: output".
+inline std::string told(int (*function)(int, char**), const std::vector<std::string>& words,
+                        const std::vector<std::string>& stale = {}) {
+    const Outcome outcome = run(function, words, stale);
+    return std::to_string(outcome.result) + ": " + outcome.output;
+}
+
+inline std::string told(int (*function)(int, char**), const std::string& line,
+                        const std::vector<std::string>& stale = {}) {
+    return told(function, typed(line), stale);
+}
+
+inline const std::string kDoneSilently = "0: ";
+inline const std::string kUnknownOptionTold = "1: Invalid parameters defined\n";

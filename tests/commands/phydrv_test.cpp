@@ -1,0 +1,434 @@
+// The phydrv command: listing, settings, locating and wiping. The 3 Gb/s option has a file of its own.
+#include "commands/phydrv.h"
+
+#include "adapter/enclosure.h"
+#include "adapter/mediapatrol.h"
+#include "adapter/phydrv.h"
+#include "tests/scripted_adapter.h"
+
+using PhyDrv = Scripted;
+using Lines = std::vector<std::string>;
+
+static std::string told(int (*function)(int, char**), const std::string& line) {
+    const Outcome outcome = run(function, typed(line));
+    return std::to_string(outcome.result) + ": " + outcome.output;
+}
+
+static Bytes asksDrives(std::uint32_t controller, std::uint32_t first, std::uint32_t count) {
+    return asks(controller, PhyDrvQuery{first, count, 255, {}}, 10688);
+}
+
+template <std::size_t Size>
+static void put(char (&field)[Size], const std::string& text) {
+    std::memcpy(field, text.c_str(), text.size() < Size ? text.size() + 1 : Size);
+}
+
+// A drive entry that is noise but for the fields a listing shows.
+static PhyDrvInfo entryOf(std::uint16_t id) {
+    PhyDrvInfo entry;
+    std::memset(&entry, 0xA5, sizeof entry);
+    entry.driveId = id;
+    entry.channel = 5;
+    entry.enclosureId = 255;
+    entry.capacity = 488397168;
+    entry.cylinders = 16383;
+    entry.heads = 16;
+    entry.sectorsPerTrack = 63;
+    put(entry.model, "Model-M");
+    put(entry.serial, "S-" + std::to_string(id));
+    put(entry.firmware, "3.AAH");
+    entry.dmaMode = 6;
+    entry.extentCount = 2;
+    return entry;
+}
+
+static const std::string kHead =
+    "ID CH         Size                  Model                Serial        F/W\n";
+static const std::string kSeventh =
+    " 7  5  238475.18MB                Model-M                   S-6      3.AAH\n";
+
+namespace {
+// What the list is asked for, as the message about its emptiness confirms.
+struct Asked {
+    const char* line;
+    std::uint32_t controller, first, count;
+    const char* named;
+};
+} // namespace
+
+static const Asked kAsked[] = {
+    {"phydrv", 0, 0, 16, "0 in controller #0"},
+    {"phydrv -a list", 0, 0, 16, "0 in controller #0"},
+    {"phydrv -a -p", 0, 0, 16, "0 in controller #0"},
+    {"PHYDRV -A LIST -I 3", 3, 0, 16, "0 in controller #3"},
+    {"phydrv -i 65537", 1, 0, 16, "0 in controller #65537"},
+    {"phydrv -p 3", 0, 2, 1, "2 in controller #0"},
+    {"phydrv -V -P 3 -I 1", 1, 2, 1, "2 in controller #1"},
+    {"phydrv -p 0", 0, 0xFFFFFFFF, 1, "-1 in controller #0"},
+    {"phydrv -c 1", 0, 0, 1, "0 in controller #0"},
+    {"phydrv -c 16", 0, 0, 16, "0 in controller #0"},
+    {"phydrv -c 17", 0, 0, 16, "0 in controller #0"},
+    {"phydrv -c 0 -v", 0, 0, 16, "0 in controller #0"},
+    {"phydrv -c 5 -c 0", 0, 0, 5, "0 in controller #0"},
+    {"phydrv -a list -p 2 -c 4", 0, 1, 4, "1 in controller #0"},
+    {"phydrv -a list -c 4 -p 2", 0, 1, 1, "1 in controller #0"},
+    {"phydrv -p 2 -c 17", 0, 1, 1, "1 in controller #0"},
+};
+
+TEST_F(PhyDrv, AsksForTheDrivesThatTheOptionsName) {
+    for (const Asked& asked : kAsked) {
+        expectCall("q5_getPhyDrvInfo", asksDrives(asked.controller, asked.first, asked.count));
+        EXPECT_EQ(told(ListPhyDrvInfo, asked.line),
+                  std::string("5: Disk with ID ") + asked.named + " is not existed\n")
+            << asked.line;
+    }
+}
+
+TEST_F(PhyDrv, HandsTheQueryOverByteForByte) {
+    expectCall("q5_getPhyDrvInfo",
+               {1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0, 255, 0, 0, 0, 0xC0, 0x29, 0, 0});
+    run(ListPhyDrvInfo, typed("phydrv -i 1 -p 3 -c 3"));
+}
+
+TEST_F(PhyDrv, RefusesBadOptionsOfAListingBeforeAnyCall) {
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -p x"), "6: Invalid physical drive ID 'x' specified\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -p -1"), "6: Invalid physical drive ID '-1' specified\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -p"), "6: Invalid physical drive ID '' specified\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -v -i 1x"), "6: Invalid controller ID '1x' specified\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -c 1.0"), "1: Invalid physical drive count '1.0' specified\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -z"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv list"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -v 1"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -p 1 -a list"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -a list -z -p x"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -a list -p x -z"), "6: Invalid physical drive ID 'x' specified\n");
+}
+
+TEST_F(PhyDrv, LooksAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
+    expectCall("q5_getPhyDrvInfo", asksDrives(0, 3, 1));
+    EXPECT_EQ(run(ListPhyDrvInfo, typed("phydrv -p"), {"4"}).result, 5);
+    Lines words = typed("phydrv -a list");
+    words.resize(15, "-v");
+    words.push_back("-p");
+    EXPECT_EQ(run(ListPhyDrvInfo, words).output, "Invalid physical drive ID '' specified\n");
+}
+
+TEST_F(PhyDrv, ListsARowForEachDriveWhateverWasAskedAndReturned) {
+    PhyDrvInfo large = entryOf(9);
+    large.channel = 65535;
+    large.capacity = 0xFFFFFFFFFFFFFFFF;
+    expectCall("q5_getPhyDrvInfo", asksDrives(0, 6, 1), listReply<PhyDrvInfo>({entryOf(6), large}), -1);
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -p 7"),
+              "0: " + kHead + kSeventh +
+                  "10 65535 17592186044416.00MB                Model-M                   S-9      3.AAH\n");
+}
+
+TEST_F(PhyDrv, EndsTextsThatComeUnterminatedWithTheirFields) {
+    PhyDrvInfo entry = entryOf(6);
+    put(entry.model, std::string(22, 'M'));
+    put(entry.serial, std::string(24, 'S'));
+    put(entry.firmware, std::string(38, 'F'));
+    entry.dmaMode = 'X';
+    expectCall("q5_getPhyDrvInfo", asksDrives(0, 0, 16), listReply<PhyDrvInfo>({entry}));
+    EXPECT_EQ(run(ListPhyDrvInfo, typed("phydrv")).output,
+              kHead + " 7  5  238475.18MB " + std::string(22, 'M') + " " + std::string(24, 'S') + " " +
+                  std::string(38, 'F') + "\n");
+}
+
+TEST_F(PhyDrv, TrustsTheByteCountOnlyWithinTheBuffer) {
+    for (const std::size_t used : {0u, 63u, 64u, 64u + 663u}) {
+        expectCall("q5_getPhyDrvInfo", asksDrives(0, 0, 16), bytesOf(headerOf(used), entryOf(6)));
+        EXPECT_EQ(told(ListPhyDrvInfo, "phydrv"), "5: Disk with ID 0 in controller #0 is not existed\n");
+    }
+    const std::string nothing = " 1  0       0.00MB" + std::string(56, ' ') + "\n";
+    for (const std::size_t used : {64 + 17 * 664ul, 0xFFFFFFFFul}) {
+        expectCall("q5_getPhyDrvInfo", asksDrives(0, 0, 16), bytesOf(headerOf(used), entryOf(6)));
+        std::string rows = kSeventh;
+        for (int i = 1; i < 16; ++i)
+            rows += nothing;
+        EXPECT_EQ(run(ListPhyDrvInfo, typed("phydrv")).output, kHead + rows);
+    }
+}
+
+namespace {
+// What the adapter answers about drive 6, and the lines of its verbose block that follow from that.
+struct Verbose {
+    PhyDrvInfo entry = entryOf(6);
+    PhyDrvSettings settings = {{}, 6, {}, 1, 0, 0, 1, 1, 1, {}};
+    std::uint16_t patrolState = 0;
+    std::uint8_t enclosureType = 0; // asked for only in an enclosure
+    std::uint8_t lit = 0;
+    std::string patrol = "Media patrol status : idle\n";
+    std::string enclosure = "Enclosure existed : No\n";
+    std::string cacheAndQueues = "Disk write cache mode : enabled\nSmart check : disabled\n"
+                                 "NCQ is enabled\nTCQ feature is not supported\n";
+    std::string locate = "Current Locate Status : Off\n";
+};
+} // namespace
+
+static Bytes settingsReply(const PhyDrvSettings& settings) {
+    return bytesOf(headerOf(80), settings);
+}
+
+static void expectQuestions(const Verbose& drive, std::uint32_t controller) {
+    const std::uint32_t id = drive.entry.driveId;
+    MediaPatrolProgress patrol;
+    std::memset(&patrol, 0xA5, sizeof patrol);
+    patrol.state = drive.patrolState;
+    patrol.loopCount = 65535;
+    patrol.errorCount = 3;
+    patrol.progress = 42;
+    expectCall("q5_getPhyDrvSettings", asks(controller, PhyDrvSelector{id, 1, 1, {}}, 80),
+               settingsReply(drive.settings));
+    expectCall("q5_getHBAMediaPatrolProgress", asks(controller, DriveSelector{id, 1}, 124), bytesOf(patrol));
+    if (drive.entry.enclosureId != 255)
+        expectCall("q5_getEnclosureInfo", asks(controller, EnclosureQuery{drive.entry.enclosureId, 1}, 80),
+                   listReply<EnclosureEntry>({{{}, drive.enclosureType, 0}}));
+    expectCall("q5_getPhyDrvLocateStatus",
+               bytesOf(at(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)), {drive.lit});
+}
+
+static const std::string kIdentity = "****************************\nDisk ID : 7\nChannel# : 5\n"
+                                     "Disk name : Model-M\nFirmware version : 3.AAH\n"
+                                     "Disk size : 238475.18 MB\nNumber of cylinders : 16383\n"
+                                     "Number of heads : 16\nNumber of sectors : 63\nDMA mode : 6\n";
+
+static std::string block(const Verbose& drive) {
+    return kIdentity + drive.patrol + "Media patrol loop count : 65535\nMedia patrol error count : 3\n" +
+           drive.enclosure + "Number of extents : 2\n" + drive.cacheAndQueues + drive.locate;
+}
+
+static void expectBlock(const Verbose& drive) {
+    expectCall("q5_getPhyDrvInfo", asksDrives(1, 6, 1), listReply<PhyDrvInfo>({drive.entry}));
+    expectQuestions(drive, 1);
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -v -p 7 -i 1"), "0: " + block(drive));
+}
+
+TEST_F(PhyDrv, ShowsAllOfADrive) {
+    expectBlock({});
+}
+
+TEST_F(PhyDrv, AsksAboutEachDriveInTurn) {
+    Verbose second;
+    second.entry.driveId = 6 + 256;
+    second.settings.pdId = 6 + 256;
+    second.lit = 0x80;
+    expectCall("q5_getPhyDrvInfo", asksDrives(0, 0, 16), listReply<PhyDrvInfo>({entryOf(6), second.entry}));
+    expectQuestions({}, 0);
+    expectQuestions(second, 0);
+    second.locate = "Current Locate Status : On\n";
+    std::string secondBlock = block(second);
+    secondBlock.replace(secondBlock.find("ID : 7"), 6, "ID : 263");
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -a list -v"), "0: " + block({}) + secondBlock);
+}
+
+TEST_F(PhyDrv, ShowsTheMediaPatrolByItsState) {
+    const Lines states = {"idle", "Running\nMedia patrol progress : 42", "aborted", "paused", "stopped",
+                          "idle"};
+    for (std::uint16_t state = 0; state < states.size(); ++state) {
+        Verbose drive;
+        drive.patrolState = state;
+        drive.patrol = "Media patrol status : " + states[state] + "\n";
+        expectBlock(drive);
+    }
+    Verbose drive;
+    drive.patrolState = 0x0101; // not 1
+    expectBlock(drive);
+}
+
+TEST_F(PhyDrv, NamesTheEnclosureByItsType) {
+    const Lines types = {"Traybox 400", "Traybox 100", "OEM-A", "OEM-B", "OEM-C", "Traybox 400R"};
+    Verbose drive;
+    drive.entry.enclosureId = 4;
+    for (std::uint8_t type = 1; type <= types.size(); ++type) {
+        drive.enclosureType = type;
+        drive.enclosure = "Enclosure existed : Yes\nEnclosure type : " + types[type - 1u] + "\n";
+        expectBlock(drive);
+    }
+    drive.enclosure = "Enclosure existed : No\n";
+    for (const std::uint8_t type : Bytes{0, 7, 255}) {
+        drive.enclosureType = type;
+        expectBlock(drive);
+    }
+}
+
+TEST_F(PhyDrv, ShowsEachSettingByItself) {
+    Verbose drive;
+    drive.settings = {{}, 6, {}, 0, 1, 1, 0, 0, 1, {}};
+    drive.cacheAndQueues = "Disk write cache mode : disabled\nSmart check : enabled\n"
+                           "NCQ feature is not supported\nTCQ is disabled\n";
+    expectBlock(drive);
+    drive.settings = {{}, 6, {}, 1, 1, 0x80, 2, 1, 0, {}};
+    drive.cacheAndQueues = "Disk write cache mode : enabled\nSmart check : enabled\n"
+                           "NCQ is disabled\nTCQ is enabled\n";
+    expectBlock(drive);
+}
+
+TEST_F(PhyDrv, ShowsNoSettingsThatBelongToAnotherDrive) {
+    Verbose drive;
+    drive.settings.pdId = 7;
+    drive.cacheAndQueues = "";
+    drive.lit = 1;
+    drive.locate = "Current Locate Status : On\n";
+    expectBlock(drive);
+}
+
+TEST_F(PhyDrv, ShowsNumbersWithTheirSigns) {
+    PhyDrvInfo entry = entryOf(65535);
+    entry.cylinders = -1;
+    entry.heads = 65535;
+    entry.sectorsPerTrack = 65534;
+    entry.dmaMode = 255;
+    expectCall("q5_getPhyDrvInfo", asksDrives(0, 6, 1), listReply<PhyDrvInfo>({entry}));
+    expectQuestions({entry}, 0);
+    const std::string shown = run(ListPhyDrvInfo, typed("phydrv -p 7 -v")).output;
+    EXPECT_NE(shown.find("Disk ID : 65536\n"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("Number of cylinders : -1\nNumber of heads : 65535\n"
+                         "Number of sectors : 65534\nDMA mode : 255\n"),
+              std::string::npos)
+        << shown;
+}
+
+// A record of settings that is noise but for what a change may touch.
+static PhyDrvSettings noisySettings(std::uint8_t writeCache, std::uint8_t tcq, std::uint8_t ncq) {
+    PhyDrvSettings settings;
+    std::memset(&settings, 0xA5, sizeof settings);
+    settings.writeCache = writeCache;
+    settings.tcqEnabled = tcq;
+    settings.ncqEnabled = ncq;
+    return settings;
+}
+
+static void expectRead(const PhyDrvSettings& settings) {
+    expectCall("q5_getPhyDrvSettings", asks(1, PhyDrvSelector{2, 1, 1, {}}, 80), settingsReply(settings), 5);
+}
+
+static Outcome mod(const std::string& settings) {
+    return run(SetPhyDrvSettings, {"phydrv", "-a", "mod", "-p", "3", "-i", "1", "-s", settings});
+}
+
+namespace {
+struct Change {
+    const char* text;
+    std::uint8_t writeCache, tcq, ncq;
+};
+} // namespace
+
+TEST_F(PhyDrv, WritesTheWholeRecordBackWithOneFieldChangedPerItem) {
+    const Change changes[] = {{"writecache=enable", 1, 7, 7},
+                              {"WriteCache = Disable", 0, 7, 7},
+                              {"NCQ=ENABLE", 7, 7, 1},
+                              {"tcq=disable", 7, 0, 7},
+                              {"writecache=disable, ncq=enable,tcq=enabled", 0, 1, 1},
+                              {"ncq=enable,ncq=disable", 7, 7, 0},
+                              {"ncq writecache enable", 1, 7, 7}, // the first word that fits
+                              {"tcqncq:disable/enable", 7, 7, 1}};
+    for (const Change& change : changes) {
+        const PhyDrvSettings wanted = noisySettings(change.writeCache, change.tcq, change.ncq);
+        expectRead(noisySettings(7, 7, 7));
+        expectCall("q5_setPhyDrvSettings",
+                   bytesOf(at(1), std::uint32_t{0}, PhyDrvSelector{2, 1, 1, {}}, headerOf(80), wanted,
+                           std::uint32_t{80}),
+                   {}, 8);
+        const Outcome outcome = mod(change.text);
+        EXPECT_EQ(outcome.result, 0) << change.text;
+        EXPECT_EQ(outcome.output, "") << change.text;
+    }
+}
+
+TEST_F(PhyDrv, WritesNothingUnlessEveryItemIsGood) {
+    const std::string unknown = "Invalid parameters for \"phydrv\"!\n", bad = "Incorrect parameters!\n";
+    const std::pair<const char*, std::string> texts[] = {
+        {"", unknown},
+        {",ncq=enable", unknown},
+        {"ncq=enable,", unknown},
+        {"ncq=enable,,tcq=enable", unknown},
+        {"ncq=enable,smart=enable", unknown},
+        {"writecache=on,cache=enable", unknown},
+        {"writecache", bad},
+        {"writecache=1", bad},
+        {"tcq=maybe,ncq=enable", bad},
+        {"ncq=enable,tcq=en able", bad},
+    };
+    for (const auto& [text, message] : texts) {
+        expectRead({});
+        const Outcome outcome = mod(text);
+        EXPECT_EQ(outcome.result, 1) << text;
+        EXPECT_EQ(outcome.output, message) << text;
+    }
+}
+
+TEST_F(PhyDrv, ReadsASettingsTextAsLongAsASlotHoldsIt) {
+    expectRead({});
+    EXPECT_EQ(mod(std::string(256, 'x')).output, "Invalid parameters for \"phydrv\"!\n");
+    expectRead({});
+    EXPECT_EQ(mod("ncq" + std::string(253, '.')).output, "Incorrect parameters!\n");
+}
+
+TEST_F(PhyDrv, TakesTheSettingsFromTheNinthWordWhereverTheirLetterStood) {
+    expectCall("q5_getPhyDrvSettings", asks(0, PhyDrvSelector{4, 1, 1, {}}, 80));
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -i 0 -s ncq=enable -p 5"),
+              "1: Invalid parameters for \"phydrv\"!\n");
+    expectCall("q5_getPhyDrvSettings", asks(0, PhyDrvSelector{0, 1, 1, {}}, 80));
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -s x -s y -S tcq=no"), "1: Incorrect parameters!\n");
+}
+
+TEST_F(PhyDrv, JudgesTheWordsOfAChangeBeforeAnyCall) {
+    const std::string count = "2: Invalid number of parameters for \"phydrv -a mod\" defined\n";
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -p x -i 0 -s"), count);
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -p x -i 0 -s ncq=enable more"), count);
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv"), count);
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -p x -z 0 -s z"),
+              "6: Invalid physical drive ID 'x' specified\n");
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -s z -i y -p 1"),
+              "6: Invalid controller ID 'y' specified\n");
+    EXPECT_EQ(told(SetPhyDrvSettings, "phydrv -a mod -d 0 -p x -s z"), "1: Invalid parameters defined\n");
+}
+
+TEST_F(PhyDrv, LocatesForSoManySecondsAndStopsWithNone) {
+    const std::uint32_t zero = 0;
+    expectCall("q5_locatePhyDrv", bytesOf(at(1), zero, std::uint16_t{2}, std::uint32_t{30}), {}, 1);
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i 1 -d 30"), "0: ");
+    expectCall("q5_stopLocatePhyDrv", bytesOf(at(1), zero, std::uint16_t{2}), {}, 1);
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -D 0 -I 1 -P 3"), "0: ");
+    expectCall("q5_stopLocatePhyDrv", bytesOf(at(2), zero, std::uint16_t{0}));
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -i 0 -i 1 -i 2"), "0: ");
+    expectCall("q5_locatePhyDrv", bytesOf(at(0), zero, std::uint16_t{0xFFFF}, 0xFFFFFFFFu));
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 0 -i 0 -d 4294967295"), "0: ");
+}
+
+TEST_F(PhyDrv, RefusesToLocateByBadWords) {
+    const std::string count = "2: Invalid number of parameters for \"phydrv -a locate\" defined\n";
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i 1"), count);
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i 1 -d 30 40"), count);
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p ? -i 1 -d 30"),
+              "6: Invalid physical drive ID '?' specified\n");
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i -d -d 30"),
+              "6: Invalid controller ID '-d' specified\n");
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i 1 -d 30s"),
+              "1: Invalid duration '30s' specified\n");
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -s 1 -d x"), "1: Invalid parameters defined\n");
+}
+
+TEST_F(PhyDrv, WipesADriveOrSaysThatItFailed) {
+    expectCall("q5_removeHBADiskMDD", bytesOf(at(1), std::uint32_t{0}, DriveSelector{2, 1}));
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -I 1 -P 3"), "0: ");
+    for (const int result : {1, -1}) {
+        expectCall("q5_removeHBADiskMDD", bytesOf(at(0), std::uint32_t{0}, DriveSelector{0xFFFFFFFF, 1}), {},
+                   result);
+        EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 0 -i 65536"),
+                  "8: Failed to wipe the reserved sector of disk with ID -1 in controller #65536!\n");
+    }
+    expectCall("q5_removeHBADiskMDD", bytesOf(at(2), std::uint32_t{0}, DriveSelector{0, 1}));
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -i 1 -i 2"), "0: ");
+}
+
+TEST_F(PhyDrv, RefusesToWipeByBadWords) {
+    const std::string count = "2: Invalid number of parameters for \"phydrv -a wipe\" defined\n";
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 3"), count);
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 3 -i 1 -p"), count);
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p x -i y"), "6: Invalid disk ID 'x' specified\n");
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -i y -p x"), "6: Invalid controller ID 'y' specified\n");
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -d 3 -i y"),
+              "1: Invalid subcommand for \"phydrv -a wipe\" defined\n");
+}

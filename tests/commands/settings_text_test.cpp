@@ -1,0 +1,137 @@
+// Settings texts: cutting them into items and reading the items.
+#include "commands/settings_text.h"
+
+#include <string>
+#include <vector>
+
+#include "tests/scripted_adapter.h"
+
+using Items = std::vector<std::string>;
+
+static Items itemsOf(std::string text) {
+    Items items;
+    char* rest = text.data();
+    while (const char* item = nextItem(&rest))
+        items.push_back(item);
+    EXPECT_EQ(rest, nullptr);
+    return items;
+}
+
+TEST(CopySettings, KeepsALongWordWhole) {
+    SettingsText settings;
+    const std::string word(256, 'x');
+    copySettings(&settings, word.c_str());
+    EXPECT_EQ(settings.text, word);
+}
+
+TEST(CopySettings, CutsALongerText) {
+    SettingsText settings;
+    copySettings(&settings, std::string(1000, 'x').c_str());
+    EXPECT_EQ(settings.text, std::string(256, 'x'));
+}
+
+TEST(NextItem, SeparatesAtEveryComma) {
+    EXPECT_EQ(itemsOf("a=1,b=2"), (Items{"a=1", "b=2"}));
+    EXPECT_EQ(itemsOf("a"), (Items{"a"}));
+    EXPECT_EQ(itemsOf("a, b "), (Items{"a", " b "}));
+}
+
+TEST(NextItem, FindsEmptyItems) {
+    EXPECT_EQ(itemsOf(""), (Items{""}));
+    EXPECT_EQ(itemsOf(","), (Items{"", ""}));
+    EXPECT_EQ(itemsOf(",a,,b,"), (Items{"", "a", "", "b", ""}));
+}
+
+TEST(ItemValue, FollowsTheFirstEqualsSign) {
+    EXPECT_STREQ(itemValue("key=value"), "value");
+    EXPECT_STREQ(itemValue("key=a=b"), "a=b");
+    EXPECT_STREQ(itemValue("key="), "");
+    EXPECT_STREQ(itemValue("=x"), "x");
+    EXPECT_EQ(itemValue("key"), nullptr);
+    EXPECT_EQ(itemValue(""), nullptr);
+}
+
+TEST(ItemSays, FindsAWordAnywhereInAnyCase) {
+    EXPECT_TRUE(itemSays("WritePolicy=Auto", "writepolicy"));
+    EXPECT_TRUE(itemSays("xmprate", "mprate"));
+    EXPECT_FALSE(itemSays("mprat", "mprate"));
+    EXPECT_FALSE(itemSays("", "mprate"));
+}
+
+static void expectSwitch(const char* item, ItemResult result, int stored) {
+    std::uint8_t field = 77;
+    EXPECT_EQ(readSwitch(item, &field), result) << item;
+    EXPECT_EQ(field, stored) << item;
+}
+
+TEST(ReadSwitch, StoresWhatTheItemSays) {
+    expectSwitch("smart=enable", ItemResult::good, 1);
+    expectSwitch("smart=disable", ItemResult::good, 0);
+    expectSwitch("smart=disabled", ItemResult::good, 0);
+}
+
+TEST(ReadSwitch, LooksForEnableFirst) {
+    expectSwitch("disable,enable", ItemResult::good, 1);
+}
+
+TEST(ReadSwitch, StoresZeroForABadItem) {
+    expectSwitch("smart=on", ItemResult::bad, 0);
+    expectSwitch("", ItemResult::bad, 0);
+}
+
+template <std::size_t Size>
+static std::string nameRead(const std::string& value) {
+    char field[Size];
+    std::memset(field, 0x55, Size);
+    readName(value.c_str(), field, Size);
+    return {field, field + Size};
+}
+
+TEST(ReadName, DropsTheBlanksAroundAName) {
+    EXPECT_EQ(nameRead<8>("  a b  "), std::string("a b\0\0\0\0\0", 8));
+    EXPECT_EQ(nameRead<4>("   "), std::string(4, '\0'));
+    EXPECT_EQ(nameRead<4>(""), std::string(4, '\0'));
+    EXPECT_EQ(nameRead<4>("\tx"), std::string("\tx\0\0", 4));
+}
+
+TEST(ReadName, LooksAt127CharactersBehindTheLeadingBlanks) {
+    EXPECT_EQ(nameRead<132>("  " + std::string(130, 'x')), std::string(127, 'x') + std::string(5, '\0'));
+    EXPECT_EQ(nameRead<132>(std::string(120, 'x') + std::string(7, ' ') + "y"),
+              std::string(120, 'x') + std::string(12, '\0'));
+}
+
+TEST(ReadName, CutsANameToItsField) {
+    EXPECT_EQ(nameRead<4>("abc"), std::string("abc\0", 4));
+    EXPECT_EQ(nameRead<4>("abcdef"), std::string("abc\0", 4));
+    EXPECT_EQ(nameRead<32>(std::string(200, 'x')), std::string(31, 'x') + '\0');
+}
+
+TEST(StopItems, SaysWhy) {
+    EXPECT_EQ(printed([] { EXPECT_EQ(stopItems("No such item"), ItemResult::stop); }), "No such item\n");
+}
+
+// Notes its items: "bad" is a bad one, "stop" ends the command.
+static ItemResult note(Items* items, const char* item) {
+    items->push_back(item);
+    if (items->back() == "stop")
+        return stopItems("Stopped");
+    return items->back() == "bad" ? ItemResult::bad : ItemResult::good;
+}
+
+static void expectApplied(const char* text, const Items& looked, int result, const std::string& output) {
+    Items items;
+    EXPECT_EQ(printed([&] { EXPECT_EQ(applyItems(text, &items, note, "Bad text"), result); }), output);
+    EXPECT_EQ(items, looked);
+}
+
+TEST(ApplyItems, LooksAtEveryItemInOrder) {
+    expectApplied("b,a,,c", {"b", "a", "", "c"}, 0, "");
+}
+
+TEST(ApplyItems, GoesOnAfterABadItem) {
+    expectApplied("a,bad,bad,c", {"a", "bad", "bad", "c"}, 1, "Bad text\n");
+}
+
+TEST(ApplyItems, EndsWhereAnItemStops) {
+    expectApplied("bad,stop,c", {"bad", "stop"}, 1, "Stopped\n");
+}

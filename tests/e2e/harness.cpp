@@ -1,0 +1,133 @@
+// Sessions: a directory, an environment and a program.
+#include "tests/e2e/harness.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+// Variables of the tests' own environment that the programs need: the sanitizers' settings.
+static constexpr const char* kHandedOn[] = {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"};
+
+Session::Session() : program(E2E_REHEARSAL) {
+    std::string pattern = (fs::temp_directory_path() / "cli-e2e-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("cannot make a directory for the session");
+    directory = pattern;
+    for (const char* name : kHandedOn)
+        if (const char* value = std::getenv(name))
+            variables[name] = value;
+    variables["HOME"] = directory;
+    variables["Q5SIM_WORLD"] = world();
+    setClock(kSessionStart);
+}
+
+Session::~Session() {
+    std::error_code ignored;
+    fs::remove_all(directory, ignored);
+}
+
+static Launch launchOf(const Session& session, const std::vector<std::string>& words) {
+    Launch launch;
+    launch.words = {session.program};
+    launch.words.insert(launch.words.end(), words.begin(), words.end());
+    for (const auto& [name, value] : session.variables)
+        launch.variables.push_back(name + "=" + value);
+    launch.directory = session.directory;
+    launch.unprivileged = session.unprivileged;
+    return launch;
+}
+
+Outcome Session::run(const std::vector<std::string>& words) {
+    return runProgram(launchOf(*this, words), "");
+}
+
+Outcome Session::prompt(const std::string& input) {
+    return runProgram(launchOf(*this, {}), input);
+}
+
+Outcome Session::terminal(const std::vector<std::string>& typed) {
+    return runOnTerminal(launchOf(*this, {}), "cli>", typed);
+}
+
+Outcome Session::runWithoutInput(const std::vector<std::string>& words) {
+    Launch launch = launchOf(*this, words);
+    launch.inputClosed = true;
+    return runProgram(launch, "");
+}
+
+void Session::setClock(std::int64_t seconds) {
+    variables["Q5SIM_NOW"] = std::to_string(seconds);
+}
+
+void Session::setVariable(const std::string& name, const std::string& value) {
+    variables[name] = value;
+}
+
+void Session::preferLibraries(const std::string& libraries) {
+    variables["LD_LIBRARY_PATH"] = libraries;
+}
+
+static void copyForAll(const fs::path& from, const fs::path& to) {
+    fs::copy_file(from, to);
+    fs::permissions(to, fs::perms(0755));
+}
+
+void Session::useProduct(const std::string& libraries) {
+    const fs::path copies = fs::path(directory) / "product";
+    fs::create_directory(copies);
+    fs::permissions(directory, fs::perms(0755));
+    fs::permissions(copies, fs::perms(0755));
+    copyForAll(E2E_PRODUCT, copies / "cli");
+    copyForAll(E2E_ERROR_LOG, copies / fs::path(E2E_ERROR_LOG).filename());
+    for (const fs::directory_entry& entry : fs::directory_iterator(libraries))
+        if (entry.path().extension() == ".so")
+            copyForAll(entry.path(), copies / entry.path().filename());
+    program = (copies / "cli").string();
+    unprivileged = true;
+    preferLibraries(copies.string());
+}
+
+void Session::useWorld(const std::string& text) const {
+    writeFile(world(), text);
+}
+
+std::string Session::worldText() const {
+    return readFile(world());
+}
+
+std::string Session::world() const {
+    return path("world.json");
+}
+
+std::string Session::eventFile() const {
+    return path("CLIEvent.dat");
+}
+
+std::string Session::path(const std::string& name) const {
+    return directory + "/" + name;
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void writeFile(const std::string& path, const std::string& text) {
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream << text;
+    if (!stream.flush())
+        throw std::runtime_error("cannot write " + path);
+}
+
+std::string fixtureWorld(const std::string& name) {
+    const std::string text = readFile(std::string(E2E_WORLDS) + "/" + name + ".json");
+    if (text.empty())
+        throw std::runtime_error("there is no world " + name);
+    return text;
+}

@@ -1,0 +1,174 @@
+// Starting programs: fork, exec, pipes, terminals.
+#include "tests/e2e/process.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+static constexpr unsigned kPatience = 60; // seconds
+static constexpr uid_t kNobody = 65534;
+
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+    return stream << "status " << outcome.status << "\n--- out\n"
+                  << outcome.out << "--- err\n"
+                  << outcome.err;
+}
+
+static void require(bool good, const char* what) {
+    if (!good)
+        throw std::runtime_error(what);
+}
+
+static std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const std::string& text : texts)
+        pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// Gives up root, and makes sure that the machine's real event file is out of reach.
+static bool becomeHarmless() {
+    if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0))
+        return false;
+    return access("/usr/sbin", W_OK) != 0 && access("/usr/sbin/CLIEvent.dat", W_OK) != 0;
+}
+
+// The rest of the new process, its streams being in place: the alarm stays set over the exec.
+[[noreturn]] static void become(const Launch& launch) {
+    alarm(kPatience);
+    std::signal(SIGPIPE, SIG_DFL);
+    const std::vector<char*> words = pointersTo(launch.words), variables = pointersTo(launch.variables);
+    if (chdir(launch.directory.c_str()) == 0 && (!launch.unprivileged || becomeHarmless()))
+        execve(words[0], words.data(), variables.data());
+    _exit(126);
+}
+
+static int waitFor(pid_t child) {
+    int state = 0;
+    while (waitpid(child, &state, 0) < 0)
+        require(errno == EINTR, "cannot wait for the program");
+    return WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
+}
+
+static int outputFile(const std::string& path) {
+    const int file = open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    require(file >= 0, "cannot make an output file");
+    return file;
+}
+
+static std::string takeFile(int file, const std::string& path) {
+    close(file);
+    std::ifstream stream(path, std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    unlink(path.c_str());
+    return text;
+}
+
+// Writes all of it; what the program does not take because it has ended is dropped.
+static void feed(int pipe, const std::string& input) {
+    for (std::size_t done = 0; done < input.size();) {
+        const ssize_t written = write(pipe, input.data() + done, input.size() - done);
+        if (written < 0 && errno != EINTR)
+            break;
+        done += written > 0 ? static_cast<std::size_t>(written) : 0;
+    }
+    close(pipe);
+}
+
+Outcome runProgram(const Launch& launch, const std::string& input) {
+    std::signal(SIGPIPE, SIG_IGN);
+    const std::string outPath = launch.directory + "/.out", errPath = launch.directory + "/.err";
+    const int out = outputFile(outPath), err = outputFile(errPath);
+    int ends[2];
+    require(pipe(ends) == 0, "cannot make a pipe");
+    const pid_t child = fork();
+    require(child >= 0, "cannot start a process");
+    if (child == 0) {
+        dup2(ends[0], 0);
+        close(ends[0]);
+        close(ends[1]);
+        if (launch.inputClosed)
+            close(0);
+        dup2(out, 1);
+        dup2(err, 2);
+        become(launch);
+    }
+    close(ends[0]);
+    feed(ends[1], input);
+    Outcome outcome;
+    outcome.status = waitFor(child);
+    outcome.out = takeFile(out, outPath);
+    outcome.err = takeFile(err, errPath);
+    return outcome;
+}
+
+static int openTerminal() {
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    require(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0, "cannot make a terminal");
+    return terminal;
+}
+
+// The new process's side: the terminal becomes all three streams and the controlling one.
+static void useTerminal(int terminal) {
+    setsid();
+    const int line = open(ptsname(terminal), O_RDWR);
+    ioctl(line, TIOCSCTTY, 0);
+    for (int stream = 0; stream <= 2; ++stream)
+        dup2(line, stream);
+    if (line > 2)
+        close(line);
+    close(terminal);
+}
+
+// Reads on until shown holds one more awaited text after *from, and moves *from past it; false when
+// the program has let go of the terminal.
+static bool readUntil(int terminal, const std::string& awaited, std::string* shown, std::size_t* from) {
+    char piece[4096];
+    for (;;) {
+        const std::size_t found = shown->find(awaited, *from);
+        if (found != std::string::npos) {
+            *from = found + awaited.size();
+            return true;
+        }
+        const ssize_t length = read(terminal, piece, sizeof piece);
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length <= 0)
+            return false;
+        shown->append(piece, static_cast<std::size_t>(length));
+    }
+}
+
+Outcome runOnTerminal(const Launch& launch, const std::string& awaited,
+                      const std::vector<std::string>& typed) {
+    const int terminal = openTerminal();
+    const pid_t child = fork();
+    require(child >= 0, "cannot start a process");
+    if (child == 0) {
+        useTerminal(terminal);
+        become(launch);
+    }
+    Outcome outcome;
+    std::size_t from = 0;
+    for (const std::string& text : typed)
+        if (readUntil(terminal, awaited, &outcome.out, &from))
+            require(write(terminal, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
+                    "cannot type at the terminal");
+    while (readUntil(terminal, awaited, &outcome.out, &from)) {
+    }
+    outcome.status = waitFor(child);
+    close(terminal);
+    return outcome;
+}

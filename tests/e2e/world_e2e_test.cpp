@@ -1,0 +1,102 @@
+// The simulated world behind the program: made on first use, kept in one file, refused when broken.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/e2e/harness.h"
+
+static std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    const std::size_t at = text.find(from);
+    return at == std::string::npos ? "" : text.replace(at, from.size(), to);
+}
+
+TEST(World, IsMadeOnFirstUseAndKept) {
+    Session s;
+    EXPECT_EQ(s.worldText(), "");
+    EXPECT_EQ(s.run({"help", "exit"}).status, 2);
+    const std::string made = s.worldText();
+    EXPECT_NE(made, "");
+    s.setClock(kSessionStart + 1000);
+    EXPECT_EQ(s.run({"ctrl"}).status, 0);
+    EXPECT_EQ(s.worldText(), made);
+}
+
+// Two controllers, of which the second has no enclosure.
+TEST(World, OfAFirstUseHasTwoControllers) {
+    Session s;
+    const std::string listing = s.run({"ctrl"}).out;
+    EXPECT_EQ(std::count(listing.begin(), listing.end(), '\n'), 3);
+    EXPECT_NE(listing.find("\n 0          ECC "), std::string::npos) << listing;
+    EXPECT_NE(listing.find("\n 1      Non-ECC "), std::string::npos) << listing;
+    const std::string blocks = s.run({"ctrl", "-v"}).out;
+    EXPECT_NE(blocks.find("\nNumber of disks : 8\nNumber of arrays : 2\nNumber of enclosure : 1\n"
+                          "Battery installed : Yes\n"),
+              std::string::npos)
+        << blocks;
+    EXPECT_NE(blocks.find("\nNumber of disks : 4\nNumber of arrays : 1\nNumber of enclosure : 0\n"
+                          "Battery installed : No\n"),
+              std::string::npos)
+        << blocks;
+}
+
+TEST(World, StandsInTheStateFolderOfTheUser) {
+    Session s;
+    s.variables.erase("Q5SIM_WORLD");
+    EXPECT_EQ(s.run({"help", "exit"}).status, 2);
+    EXPECT_NE(readFile(s.path(".local/state/q5sim/world.json")), "");
+    EXPECT_EQ(readFile(s.path(".local/state/q5sim/CLIEvent.dat")).size(), 20408u);
+    s.setVariable("XDG_STATE_HOME", s.path("state"));
+    EXPECT_EQ(s.run({"help", "exit"}).status, 2);
+    EXPECT_NE(readFile(s.path("state/q5sim/world.json")), "");
+    EXPECT_EQ(readFile(s.path("state/q5sim/CLIEvent.dat")).size(), 20408u);
+}
+
+TEST(World, WithoutControllersEndsTheStart) {
+    Session s;
+    s.useWorld("{\"controllers\": []}\n");
+    EXPECT_EQ(s.run({"ctrl"}), (Outcome{5, "No controller is found in the system!\n", ""}));
+    EXPECT_EQ(s.worldText(), "{\"controllers\": []}\n");
+}
+
+// The reason is on standard error: one line with the file and the line in it.
+TEST(World, ThatIsBrokenIsRefusedAndLeftAlone) {
+    const std::string good = fixtureWorld("two_controllers");
+    const std::pair<std::string, std::string> broken[] = {
+        {"", ":1: "},
+        {"{\n\"controllers\": [\n", ":3: "},
+        {replaced(good, "\"memoryMb\": 128", "\"memoryMb\": \"much\""), ":8: "},
+        {replaced(good, "\"eccMemory\": true", "\"eccMemory\": 1"), ":7: "},
+        {replaced(good, "\"maxPorts\": 6", "\"maxPorts\": 256"), ":10: "},
+        {replaced(good, "\"id\": 3", "\"id\": 16"), ":27: "},
+    };
+    for (const auto& [text, place] : broken) {
+        Session s;
+        s.useWorld(text);
+        const Outcome outcome = s.run({"ctrl"});
+        EXPECT_EQ(outcome.status, 10) << text;
+        EXPECT_EQ(outcome.out, "Q5API is failed to initialized!\n") << text;
+        EXPECT_EQ(outcome.err.find(s.world() + place), 0u) << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+        EXPECT_EQ(s.worldText(), text);
+        EXPECT_EQ(readFile(s.eventFile()), "");
+    }
+}
+
+TEST(World, ChangedByHandShowsInTheNextRun) {
+    Session s;
+    s.useWorld(fixtureWorld("two_controllers"));
+    EXPECT_NE(s.run({"ctrl"}).out.find("   128 MB "), std::string::npos);
+    s.useWorld(replaced(s.worldText(), "\"memoryMb\": 128", "\"memoryMb\": 4096"));
+    EXPECT_NE(s.run({"ctrl"}).out.find("  4096 MB "), std::string::npos);
+}
+
+TEST(World, ThatCannotBeWrittenRefusesChangesAndKeepsRunning) {
+    Session s;
+    s.useWorld(fixtureWorld("two_controllers"));
+    const std::string before = s.worldText();
+    // A folder in the way of the lock file keeps root out as well.
+    std::filesystem::create_directory(s.world() + ".lock");
+    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}).status, 0);
+    EXPECT_EQ(s.worldText(), before);
+    EXPECT_EQ(s.run({"ctrl"}).status, 0);
+}

@@ -1,0 +1,236 @@
+// Rebuilds: started by hand, by an added extent, or by a spare of its own accord.
+#include "simulator/hardware.h"
+#include "simulator/world_store.h"
+#include "tests/simulator/simulated_world.h"
+
+static void fail(std::uint32_t drive) {
+    EXPECT_EQ(q5sim::changeWorld([&](q5sim::World& world, std::int64_t) {
+                  return q5sim::failDrive(world.controllers[0], drive) ? 0 : 1;
+              }),
+              0);
+}
+
+static void replace(std::uint32_t drive) {
+    EXPECT_EQ(q5sim::changeWorld([&](q5sim::World& world, std::int64_t now) {
+                  return q5sim::replaceDrive(world.controllers[0], drive, now) ? 0 : 1;
+              }),
+              0);
+}
+
+static void setAutoRebuild(bool on) {
+    ControllerSettings settings = {};
+    const ControllerQuery query = {0, 1, kGeneralInfo, {}};
+    EXPECT_EQ(q5_getControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    settings.autoRebuild = on;
+    EXPECT_EQ(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+}
+
+static int spare(std::uint16_t drive, std::uint16_t extent, std::uint16_t logDrv) {
+    const ExtentPlacement placement = {extent, drive, logDrv, 0};
+    return q5_spareHBAExtent(at(0), 0, &placement);
+}
+
+static int start(const std::vector<RebuildEntry>& entries, std::uint16_t logDrvId = 0) {
+    LogDrvInfo drive = {};
+    drive.logDrvId = logDrvId;
+    return q5_startHBARebuildExtent(at(0), 0, static_cast<std::uint8_t>(entries.size()), entries.data(),
+                                    &drive);
+}
+
+static RebuildProgress progress() {
+    RebuildProgress reply = {};
+    const ActivityQuery query = {0, 0};
+    EXPECT_EQ(q5_getRebuildProgress(at(0), 0, &query, &reply, sizeof reply), 0);
+    return reply;
+}
+
+static constexpr LogDrvIdBlock kFirst = {0, {}};
+
+// A synchronised RAID5 on drives 0 to 2 whose members give 400 MB: 50 seconds of work.
+class Rebuild : public SimulatedWorld {
+protected:
+    void SetUp() override {
+        open("bench");
+        ASSERT_EQ(create(request(kRaid5, 800, {0, 1, 2})), 0);
+        waitSeconds(50);
+        ASSERT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    }
+};
+
+TEST_F(Rebuild, ByHandWithPauseAndResume) {
+    EXPECT_NE(start({{0, 5, 0, {}}}), 0); // nothing is lost
+    fail(1);
+    EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 1 2");
+    waitSeconds(20);
+    EXPECT_EQ(progress().percent, 40);
+    EXPECT_EQ(q5_pauseRebuild(at(0), 0, &kFirst), 0);
+    waitSeconds(100);
+    EXPECT_EQ(progress().percent, 40);
+    EXPECT_EQ(progress().state, kActivityPaused);
+    EXPECT_EQ(q5_resumeRebuild(at(0), 0, &kFirst), 0);
+    waitSeconds(30);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 5 2");
+    std::uint32_t mask = 9;
+    EXPECT_EQ(q5_getAryLostDisk(at(0), 0, 0, &mask), 0);
+    EXPECT_EQ(mask, 0u);
+    EXPECT_EQ(extentsText(5), "0 array0 400, 400 free 600");
+    EXPECT_EQ(extentsText(1), "0 free 400, 400 free 600");
+    EXPECT_EQ(eventTexts(0, 2),
+              (std::vector<std::string>{"Logical drive 0: rebuild ended", "Logical drive 0 is online"}));
+}
+
+TEST_F(Rebuild, OntoANewDriveInTheOldPlace) {
+    fail(1);
+    replace(1);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical); // the new drive is empty
+    EXPECT_EQ(extentsText(1), "0 free 1000");
+    EXPECT_EQ(start({{0, 1, 0, {}}}), 0);
+    std::uint32_t mask = 0;
+    EXPECT_EQ(q5_getAryLostDisk(at(0), 0, 0, &mask), 0);
+    EXPECT_EQ(mask, 2u); // still, until it is done
+    waitSeconds(50);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 1 2");
+}
+
+TEST_F(Rebuild, OddRequestsAreRefused) {
+    const ExtentRef whole = {0, 4};
+    EXPECT_EQ(q5_splitHBAExtent(at(0), 0, &whole, 399), 0);
+    fail(1);
+    const std::string before = fileText();
+    EXPECT_NE(start({}), 0);
+    EXPECT_NE(q5_startHBARebuildExtent(at(0), 0, 1, nullptr, nullptr), 0);
+    EXPECT_NE(start({{1, 5, 0, {}}}), 0);                // entry and drive disagree
+    EXPECT_NE(start({{1, 5, 0, {}}}, 1), 0);             // no such array
+    EXPECT_NE(start({{0, 4, 0, {}}}), 0);                // too small
+    EXPECT_NE(start({{0, 1, 1, {}}}), 0);                // failed
+    EXPECT_NE(start({{0, 0, 1, {}}}), 0);                // a member that is there
+    EXPECT_NE(start({{0, 5, 1, {}}}), 0);                // no such extent
+    EXPECT_NE(start({{0, 9, 0, {}}}), 0);                // no such drive
+    EXPECT_NE(start({{0, 5, 0, {}}, {0, 6, 0, {}}}), 0); // one member is lost
+    EXPECT_NE(q5_restartRebuild(at(0), 0, &kFirst), 0);  // none runs
+    EXPECT_EQ(fileText(), before);
+}
+
+TEST_F(Rebuild, RestartBeginsAgain) {
+    fail(1);
+    EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
+    waitSeconds(40);
+    EXPECT_EQ(q5_pauseRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_restartRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(progress().percent, 0);
+    waitSeconds(25);
+    EXPECT_EQ(progress().percent, 50);
+    EXPECT_NE(progress().state, kActivityPaused);
+}
+
+TEST_F(Rebuild, StopGivesTheExtentBack) {
+    fail(1);
+    EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
+    waitSeconds(40);
+    EXPECT_EQ(q5_stopRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
+    EXPECT_EQ(extentsText(5), "0 free 400, 400 free 600");
+    EXPECT_EQ(newestEvent(), "Logical drive 0: rebuild stopped");
+}
+
+TEST_F(Rebuild, GlobalSpareStepsInByItself) {
+    setAutoRebuild(true);
+    EXPECT_EQ(spare(6, 0, kNoArray), 0);
+    fail(2);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
+    EXPECT_EQ(extentsText(6), "0 array0 400, 400 spare 600"); // the rest stays a spare
+    EXPECT_EQ(eventTexts(0, 3), (std::vector<std::string>{"Drive 3 has failed", "Logical drive 0 is critical",
+                                                          "Logical drive 0: rebuild onto drive 7 started"}));
+    waitSeconds(50);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 1 6");
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+}
+
+TEST_F(Rebuild, DedicatedSpareComesFirstAndOthersNever) {
+    EXPECT_EQ(create(request(kRaid1, 100, {3, 4})), 0);
+    EXPECT_EQ(spare(5, 0, kNoArray), 0);
+    EXPECT_EQ(spare(6, 0, 0), 0);
+    EXPECT_EQ(spare(7, 0, 1), 0);
+    waitSeconds(50);
+    fail(0);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // automatic rebuild is off
+    setAutoRebuild(true);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
+    EXPECT_EQ(extentText(6, 0), "0 array0 400");
+    EXPECT_EQ(extentText(7, 0), "0 spare1 1000");
+    waitSeconds(50);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "6 1 2");
+    fail(1);
+    EXPECT_EQ(extentText(5, 0), "0 array0 400"); // then the global one
+    waitSeconds(50);
+    fail(2);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // all that is left lies on members' drives
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
+    EXPECT_EQ(extentText(6, 1), "400 spare0 600");
+}
+
+TEST_F(Rebuild, StoppedByTheUserStaysStopped) {
+    setAutoRebuild(true);
+    EXPECT_EQ(spare(6, 0, kNoArray), 0);
+    EXPECT_EQ(spare(7, 0, kNoArray), 0);
+    fail(2);
+    EXPECT_EQ(q5_stopRebuild(at(0), 0, &kFirst), 0);
+    waitSeconds(10);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(start({{0, 7, 0, {}}}), 0);
+}
+
+TEST_F(Rebuild, EndsWhenItsTargetFails) {
+    setAutoRebuild(true);
+    EXPECT_EQ(spare(6, 0, kNoArray), 0);
+    EXPECT_EQ(spare(7, 0, kNoArray), 0);
+    fail(2);
+    EXPECT_EQ(extentText(6, 0), "0 array0 400");
+    waitSeconds(10);
+    fail(6);
+    EXPECT_EQ(extentText(7, 0), "0 array0 400"); // the next spare
+    EXPECT_EQ(progress().percent, 0);
+    EXPECT_EQ(extentText(6, 0), "0 free 400");
+}
+
+TEST_F(Rebuild, EndsWhenTheArrayGoesOffline) {
+    fail(1);
+    EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
+    fail(0);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, 0);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(extentsText(5), "0 free 400, 400 free 600");
+    EXPECT_NE(start({{0, 5, 0, {}}}), 0);
+}
+
+TEST_F(Rebuild, UnfinishedSynchronisationFollows) {
+    EXPECT_EQ(create(request(kRaid1, 80, {3, 4})), 0); // 10 s
+    fail(3);
+    const RebuildEntry entry = {1, 5, 0, {}};
+    EXPECT_EQ(start({entry}, 1), 0);
+    waitSeconds(10);
+    EXPECT_EQ(arrayInfo(0, 1).activityStatus, kSynchronizing);
+    EXPECT_EQ(membersText(arrayInfo(0, 1)), "5 4");
+}
+
+TEST_F(SimulatedWorld, RebuildOfTwoMembersAtOnce) {
+    open("bench");
+    EXPECT_EQ(create(request(kRaidMf, 800, {0, 1, 2, 3})), 0);
+    waitSeconds(50);
+    fail(0);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kDegraded);
+    fail(3);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
+    replace(3);
+    EXPECT_EQ(start({{0, 4, 0, {}}, {0, 3, 0, {}}}), 0);
+    waitSeconds(50);
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "4 1 2 3"); // drive 3 keeps its own place
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+}

@@ -1,0 +1,127 @@
+// What every reading operation does with a bad address, a bad buffer or no selector: it refuses, and
+// the buffer is zero as far as the size told and untouched behind it.
+#include <cstring>
+#include <functional>
+
+#include "adapter/battery.h"
+#include "adapter/enclosure.h"
+#include "tests/simulator/simulated_world.h"
+
+class Refusal : public SimulatedWorld {
+protected:
+    void SetUp() override { open("bench"); }
+};
+
+// One reading operation, asked as it must be but for address, reserved word, buffer and size.
+struct Question {
+    const char* name;
+    std::uint32_t size;
+    std::function<int(HbaAddress, std::uint32_t, void*, std::uint32_t)> ask;
+};
+
+template <typename Query, typename Buffer>
+static Question question(const char* name, std::uint32_t size, Query query,
+                         int (*operation)(HbaAddress, std::uint32_t, const Query*, Buffer*, std::uint32_t)) {
+    return {name, size, [=](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t given) {
+                return operation(address, reserved, &query, static_cast<Buffer*>(buffer), given);
+            }};
+}
+
+static std::vector<Question> questions() {
+    return {
+        question("info", 432, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerInfo),
+        question("version", 88, ControllerQuery{0, 1, kVersionInfo, {}}, q5_getControllerInfo),
+        question("settings", 88, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerSettings),
+        question("battery", 112, BatteryQuery{}, q5_getBatteryInfo),
+        question("enclosures", 80, EnclosureQuery{0, 1}, q5_getEnclosureInfo),
+        question("drives", 64, PhyDrvQuery{0, 1, kAllDrives, {}}, q5_getPhyDrvInfo),
+        question("drive settings", 80, PhyDrvSelector{0, 1, 1, {}}, q5_getPhyDrvSettings),
+        question("patrol", 124, DriveSelector{0, 1}, q5_getHBAMediaPatrolProgress),
+        question("arrays", 64, LogDrvQuery{0, 128}, q5_getLogDrvInfo),
+        question("array settings", 180, LogDrvQuery{0, 128}, q5_getLogDrvSettings),
+        {"buzzer", 1,
+         [](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t size) {
+             return q5_getBuzzerStatus(address, reserved, static_cast<std::uint8_t*>(buffer), size);
+         }},
+        {"events", 64,
+         [](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t size) {
+             EventQuery query = {-1, 5};
+             return q5_getHBAEvents(address, reserved, &query, buffer, size);
+         }},
+        {"speed", 4,
+         [](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t size) {
+             return q5_getDataTransferSpeed(address, reserved, "TQ500-7200AS", "TQ3.02",
+                                            static_cast<int*>(buffer), size);
+         }},
+    };
+}
+
+// Asks with this address, reserved word and size, and checks what a refusal leaves behind.
+static void expectRefusal(const Question& one, HbaAddress address, std::uint32_t reserved,
+                          std::uint32_t size) {
+    alignas(16) std::uint8_t buffer[512];
+    std::memset(buffer, 0xAA, sizeof buffer);
+    EXPECT_NE(one.ask(address, reserved, buffer, size), 0) << one.name;
+    for (std::uint32_t i = 0; i < sizeof buffer; i++)
+        ASSERT_EQ(buffer[i], i < size ? 0 : 0xAA) << one.name << " at " << i;
+}
+
+TEST_F(Refusal, LeavesBuffersZeroAndTheWorldUnchanged) {
+    for (const Question& one : questions()) {
+        alignas(16) std::uint8_t buffer[512];
+        EXPECT_EQ(one.ask(at(0), 0, buffer, one.size), 0) << one.name;
+        const std::string before = fileText();
+        expectRefusal(one, at(1), 0, one.size);
+        expectRefusal(one, at(65535), 0, one.size);
+        expectRefusal(one, {0, {0, 0, 0, 0, 0, 1}}, 0, one.size);
+        expectRefusal(one, at(0), 1, one.size);
+        expectRefusal(one, at(0), 0, one.size - 1);
+        expectRefusal(one, at(0), 0, 0);
+        EXPECT_NE(one.ask(at(0), 0, nullptr, one.size), 0) << one.name;
+        EXPECT_EQ(fileText(), before);
+    }
+}
+
+TEST_F(Refusal, OfClosedSessionsLeavesBuffersZero) {
+    EXPECT_EQ(q5_finalize(), 0);
+    for (const Question& one : questions())
+        expectRefusal(one, at(0), 0, one.size);
+}
+
+TEST_F(Refusal, OfMissingSelectors) {
+    std::uint8_t buffer[512];
+    EXPECT_NE(q5_getControllerInfo(at(0), 0, nullptr, buffer, 432), 0);
+    EXPECT_NE(q5_getControllerInfo(at(0), 0, nullptr, buffer, 88), 0);
+    EXPECT_NE(q5_getPhyDrvInfo(at(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getPhyDrvSettings(at(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_setPhyDrvSettings(at(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_getLogDrvInfo(at(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getLogDrvSettings(at(0), 0, nullptr, buffer, 180), 0);
+    EXPECT_NE(q5_setLogDrvSettings(at(0), 0, nullptr, buffer, 180), 0);
+    EXPECT_NE(q5_getEnclosureInfo(at(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_getHBAEvents(at(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getDriverInfo(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_getDiscoverPath(at(0), nullptr, 656), 0);
+    EXPECT_NE(q5_getAryLostDisk(at(0), 0, 0, nullptr), 0);
+    EXPECT_NE(q5_getPhyDrvLocateStatus(at(0), 0, 0, nullptr), 0);
+    EXPECT_NE(q5_removeHBADiskMDD(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_startHBAMediaPatrol(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_spareHBAExtent(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_addHBAExtentToArray(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_freeHBAExtent(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_splitHBAExtent(at(0), 0, nullptr, 1), 0);
+    EXPECT_NE(q5_delDiskArray(at(0), 0, nullptr, 8), 0);
+    EXPECT_NE(q5_startLogDrvInit(at(0), 0, nullptr, 524), 0);
+    EXPECT_NE(q5_startRedundancyCheck(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_PauseMigration(at(0), 0, nullptr), 0);
+}
+
+TEST_F(Refusal, OfQueriesThatDisagreeWithTheAddress) {
+    ControllerInfo info = {};
+    const ControllerQuery other = {1, 1, kGeneralInfo, {}}, two = {0, 2, kGeneralInfo, {}},
+                          third = {0, 1, 1, {}};
+    EXPECT_NE(q5_getControllerInfo(at(0), 0, &other, &info, sizeof info), 0);
+    EXPECT_NE(q5_getControllerInfo(at(0), 0, &two, &info, sizeof info), 0);
+    EXPECT_NE(q5_getControllerInfo(at(0), 0, &third, &info, sizeof info), 0);
+    EXPECT_EQ(info.diskCount, 0);
+}

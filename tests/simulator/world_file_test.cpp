@@ -1,0 +1,212 @@
+// The world file's life: created, kept whole, shared by programs, never overwritten when unreadable.
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "adapter/battery.h"
+#include "simulator/world_json.h"
+#include "simulator/world_store.h"
+#include "tests/simulator/simulated_world.h"
+
+namespace fs = std::filesystem;
+
+class WorldFile : public SimulatedWorld {};
+
+TEST_F(WorldFile, IsCreatedFromTheBuiltinWorldWithItsDirectories) {
+    file = directory + "/a/b/world.json";
+    setenv("Q5SIM_WORLD", file.c_str(), 1);
+    ASSERT_EQ(initialize(), 0);
+    EXPECT_EQ(fileText(), q5sim::worldToJson(q5sim::builtinWorld(kStart)));
+}
+
+TEST_F(WorldFile, StandsInTheStateDirectoryWhenNothingElseIsSaid) {
+    unsetenv("Q5SIM_WORLD");
+    setenv("HOME", directory.c_str(), 1);
+    unsetenv("XDG_STATE_HOME");
+    ASSERT_EQ(initialize(), 0);
+    EXPECT_TRUE(fs::exists(directory + "/.local/state/q5sim/world.json"));
+    setenv("XDG_STATE_HOME", (directory + "/state").c_str(), 1);
+    ASSERT_EQ(initialize(), 0);
+    EXPECT_TRUE(fs::exists(directory + "/state/q5sim/world.json"));
+    unsetenv("XDG_STATE_HOME");
+}
+
+TEST_F(WorldFile, WithoutControllersReportsNone) {
+    open("empty");
+    std::uint32_t count = 99;
+    EXPECT_EQ(q5_discover(1), 0);
+    EXPECT_EQ(q5_getNumberOfHBA(&count), 0);
+    EXPECT_EQ(count, 0u);
+}
+
+TEST_F(WorldFile, ThatIsBrokenIsNamedWithItsLineAndLeftAlone) {
+    fs::copy_file(std::string(WORLDS) + "/broken-range-line-4.json", file);
+    const std::string before = fileText();
+    testing::internal::CaptureStderr();
+    EXPECT_NE(initialize(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ":4: controllers[0].rates.rebuild: a whole number from 1 to 255 is expected\n");
+    EXPECT_EQ(fileText(), before);
+    EXPECT_NE(q5_discover(1), 0);
+    std::uint32_t count = 99;
+    EXPECT_NE(q5_getNumberOfHBA(&count), 0);
+    EXPECT_EQ(count, 0u);
+    EXPECT_NE(q5_turnOnBuzzer(at(0), 0, 0), 0);
+    EXPECT_EQ(fileText(), before);
+}
+
+TEST_F(WorldFile, ThatIsADirectoryOrAPipeIsRefused) {
+    fs::create_directory(file);
+    testing::internal::CaptureStderr();
+    EXPECT_NE(initialize(), 0);
+    fs::remove(file);
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_NE(initialize(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ": the world file cannot be read\n" + file + ": the world file cannot be read\n");
+}
+
+TEST_F(WorldFile, IsNotTouchedByReading) {
+    open("settings");
+    driveInfo(0, 0);
+    const auto before = fs::last_write_time(file);
+    const std::string text = fileText();
+    arrayInfo(0, 3);
+    eventTexts(0, 10);
+    EXPECT_EQ(fs::last_write_time(file), before);
+    EXPECT_EQ(fileText(), text);
+}
+
+TEST_F(WorldFile, IsNotRewrittenByAChangeThatChangesNothing) {
+    open("");
+    const auto before = fs::last_write_time(file);
+    EXPECT_EQ(q5_turnOnBuzzer(at(0), 0, 0), 0); // it is on already
+    EXPECT_EQ(fs::last_write_time(file), before);
+}
+
+TEST_F(WorldFile, KeepsChangesForTheNextSession) {
+    open("");
+    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    EXPECT_EQ(q5_finalize(), 0);
+    ASSERT_EQ(initialize(), 0);
+    std::uint8_t state = 9;
+    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(state, 0);
+    EXPECT_EQ(newestEvent(), "Buzzer disabled");
+}
+
+TEST_F(WorldFile, IsReadAgainWhenAHandChangedIt) {
+    open("bench");
+    EXPECT_EQ(driveInfo(0, 0).channel, 0);
+    replaceInFile("\"channel\": 0", "\"channel\": 77");
+    EXPECT_EQ(driveInfo(0, 0).channel, 77);
+}
+
+TEST_F(WorldFile, ThatAHandBreaksRefusesUntilItIsMended) {
+    open("bench");
+    const std::string good = fileText();
+    writeText(file, "{");
+    testing::internal::CaptureStderr();
+    EXPECT_NE(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    std::uint8_t state = 9;
+    EXPECT_NE(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ":1: this is not valid JSON\n");
+    EXPECT_EQ(fileText(), "{");
+    writeText(file, good);
+    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(state, 1);
+}
+
+TEST_F(WorldFile, ThatVanishesIsCreatedAgain) {
+    open("bench");
+    fs::remove(file);
+    EXPECT_EQ(driveInfo(0, 0).capacity, 976773168u);
+    EXPECT_TRUE(fs::exists(file));
+}
+
+TEST_F(WorldFile, ReachedThroughALinkKeepsTheLink) {
+    fs::copy_file(std::string(WORLDS) + "/bench.json", directory + "/real.json");
+    fs::create_symlink("real.json", file);
+    ASSERT_EQ(initialize(), 0);
+    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_NE(readText(directory + "/real.json").find("\"buzzer\": false"), std::string::npos);
+}
+
+// A full disk, played by a limit on file sizes: the change is refused and the old state stays.
+TEST_F(WorldFile, ThatCannotBeWrittenRefusesChanges) {
+    open("bench");
+    const std::string before = fileText();
+    rlimit old = {};
+    getrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit small = {100, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    testing::internal::CaptureStderr();
+    const int result = q5_turnOffBuzzer(at(0), 0, 0);
+    setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ": the world file cannot be written\n");
+    EXPECT_NE(result, 0);
+    EXPECT_EQ(fileText(), before);
+    EXPECT_FALSE(fs::exists(file + ".new"));
+    std::uint8_t state = 9;
+    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(state, 1);
+}
+
+static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {
+    for (std::uint32_t i = 0; i < times; i++) {
+        const ExtentRef last = {i, drive};
+        if (q5_splitHBAExtent(at(0), 0, &last, first) != 0)
+            return 1;
+    }
+    return 0;
+}
+
+// Two programs at work at once: each splits its own drive fifteen times, and none of it is lost.
+TEST_F(WorldFile, LosesNoChangeOfTwoPrograms) {
+    open("bench");
+    pid_t children[2];
+    for (std::uint32_t drive = 0; drive < 2; drive++) {
+        children[drive] = fork();
+        if (children[drive] == 0)
+            _exit(initialize() != 0 || splitOften(drive, 10, 15) != 0 ? 1 : 0);
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(driveInfo(0, 0).extentCount, 16);
+    EXPECT_EQ(driveInfo(0, 1).extentCount, 16);
+    EXPECT_EQ(eventTexts(0, 51).size(), 30u);
+}
+
+// A program killed at any moment leaves a world that can be read, with each change whole or absent.
+TEST_F(WorldFile, SurvivesKillsAtAnyMoment) {
+    open("bench");
+    for (int round = 0; round < 25; round++) {
+        const pid_t child = fork();
+        if (child == 0) {
+            initialize();
+            for (;;) {
+                q5_turnOffBuzzer(at(0), 0, 0);
+                q5_turnOnBuzzer(at(0), 0, 0);
+            }
+        }
+        usleep(static_cast<useconds_t>(500 + round * 700));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        q5sim::World world;
+        q5sim::WorldFault fault;
+        ASSERT_TRUE(q5sim::worldFromJson(fileText(), world, fault)) << fault.reason;
+        const std::vector<q5sim::Event>& events = world.controllers[0].events;
+        const bool on = events.empty() || events.back().text == "Buzzer enabled";
+        EXPECT_EQ(world.controllers[0].buzzer, on);
+    }
+    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0); // the lock went with its holder
+}

@@ -1,0 +1,130 @@
+// The world file's text: what is refused, and where the complaint points.
+#include <cstdlib>
+#include <filesystem>
+
+#include "simulator/world_json.h"
+#include "tests/simulator/simulated_world.h"
+
+using q5sim::World;
+using q5sim::WorldFault;
+
+// Every broken file names the line of its fault.
+TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(WORLDS)) {
+        const std::string name = entry.path().stem().string();
+        if (name.rfind("broken-", 0) != 0)
+            continue;
+        files++;
+        World world;
+        WorldFault fault;
+        EXPECT_FALSE(q5sim::worldFromJson(readText(entry.path().string()), world, fault)) << name;
+        EXPECT_EQ(fault.line, std::atoi(name.c_str() + name.rfind('-') + 1)) << name << ": " << fault.reason;
+        EXPECT_TRUE(world.controllers.empty()) << name;
+    }
+    EXPECT_EQ(files, 13);
+}
+
+static std::string reasonFor(const std::string& text) {
+    World world;
+    WorldFault fault;
+    return q5sim::worldFromJson(text, world, fault) ? "taken" : fault.reason;
+}
+
+TEST(WorldText, ReasonsNameTheKey) {
+    EXPECT_EQ(reasonFor("{}"), "the key \"controllers\" is missing");
+    EXPECT_EQ(reasonFor("{\"controllers\": {}}"), "controllers: a list of at most 16 is expected");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"buzzer\": 1}]}"),
+              "controllers[0].buzzer: true or false is expected");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"rates\": {\"rebuild\": 256}}]}"),
+              "controllers[0].rates.rebuild: a whole number from 1 to 255 is expected");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"bozzer\": true}]}"),
+              "controllers[0].bozzer: the key \"bozzer\" has no meaning here");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"drives\": [{\"id\": 32, \"sectors\": 4096}]}]}"),
+              "controllers[0].drives[0].id: a whole number from 0 to 31 is expected");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"drives\": [{\"id\": 0, \"sectors\": 4096, "
+                        "\"model\": \"1234567890123456789012\"}]}]}"),
+              "controllers[0].drives[0].model: a text of at most 21 bytes is expected");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"battery\": {\"state\": \"flat\"}}]}"),
+              "controllers[0].battery.state: one of \"charging\", \"discharging\", \"full\", \"failed\", "
+              "\"reconditioning\" is expected");
+    EXPECT_EQ(reasonFor("not json"), "this is not valid JSON");
+}
+
+TEST(WorldText, ActivitiesOfArraysAreJudged) {
+    const std::string start = "{\"controllers\": [{\"logicalDrives\": [{\"arrayId\": 0, \"logDrvId\": 0, "
+                              "\"level\": \"RAID0\", \"sectors\": 8, \"memberSectors\": 8, \"members\": [0], "
+                              "\"activity\": ";
+    EXPECT_EQ(reasonFor(start + "null}]}]}"), "taken");
+    EXPECT_EQ(reasonFor(start + "{\"kind\": 3, \"totalMb\": 1}}]}]}"),
+              "controllers[0].logicalDrives[0].activity.kind: this activity is unknown");
+    EXPECT_EQ(reasonFor(start + "{\"kind\": \"rebuild\", \"totalMb\": 0}}]}]}"),
+              "controllers[0].logicalDrives[0].activity.totalMb: a whole number from 1 to 1099511627776 is "
+              "expected");
+    EXPECT_EQ(reasonFor(start + "{\"kind\": \"rebuild\", \"totalMb\": 1, "
+                                "\"targets\": [{\"drive\": 1, \"position\": 1}]}}]}]}"),
+              "controllers[0].logicalDrives[0].activity.targets[0]: the rebuild's targets do not fit the "
+              "members");
+    EXPECT_EQ(reasonFor(start + "{\"kind\": \"migration\", \"totalMb\": 1}}]}]}"),
+              "controllers[0].logicalDrives[0].activity.goal: no array can become this");
+}
+
+// Text that is cut anywhere, and deep nesting, are refused and nothing worse.
+TEST(WorldText, HostileTextsAreRefused) {
+    const std::string whole = readText(std::string(WORLDS) + "/settings.json");
+    ASSERT_EQ(reasonFor(whole), "taken");
+    const std::size_t end = whole.rfind('}');
+    for (std::size_t length = 0; length < end; length++)
+        EXPECT_NE(reasonFor(whole.substr(0, length)), "taken") << length;
+    EXPECT_EQ(reasonFor(std::string(100000, '[')), "this is not valid JSON");
+    EXPECT_EQ(reasonFor("{\"controllers\": [{\"a\\u0000b\": 1}]}").empty(), false);
+    EXPECT_EQ(reasonFor(std::string("{\"controllers\": [{\"enclosures\": \"\xff\"}]}")),
+              "this is not valid JSON");
+}
+
+// Bytes changed at random must never lead outside the world's rules.
+TEST(WorldText, DamagedFilesDoNotCrash) {
+    const std::string whole = readText(std::string(WORLDS) + "/degraded.json");
+    unsigned random = 12345;
+    for (int round = 0; round < 3000; round++) {
+        std::string text = whole;
+        for (int change = 0; change < 3; change++) {
+            random = random * 1103515245 + 12345;
+            text[(random >> 8) % text.size()] = "0123456789,[]{}\":-ea"[random % 20];
+        }
+        World world;
+        WorldFault fault;
+        if (!q5sim::worldFromJson(text, world, fault)) {
+            EXPECT_GE(fault.line, 1);
+        }
+    }
+}
+
+TEST(WorldText, WritingAndReadingGivesTheSameWorld) {
+    const World world = q5sim::builtinWorld(kStart);
+    const std::string text = q5sim::worldToJson(world);
+    World read;
+    WorldFault fault;
+    ASSERT_TRUE(q5sim::worldFromJson(text, read, fault)) << fault.line << fault.reason;
+    EXPECT_EQ(read, world);
+    EXPECT_EQ(q5sim::worldToJson(read), text);
+}
+
+// Brackets, quotes and backslashes in names are no structure.
+TEST(WorldText, NamesCanHoldAnyCharacter) {
+    World world = q5sim::builtinWorld(kStart);
+    world.controllers[0].logicalDrives[0].name = "a]b}\"c\\\"[{\\,d\n\te";
+    world.controllers[0].speedOptions = {{"x}\"", "\\", 1}, {"]", "\"", 0}};
+    World read;
+    WorldFault fault;
+    ASSERT_TRUE(q5sim::worldFromJson(q5sim::worldToJson(world), read, fault)) << fault.line << fault.reason;
+    EXPECT_EQ(read, world);
+}
+
+TEST(WorldText, SmallRecordsStandOnOneLine) {
+    const std::string text = q5sim::worldToJson(q5sim::builtinWorld(kStart));
+    EXPECT_NE(text.find("\n      \"biosVersion\": [2, 3, 0, 12],\n"), std::string::npos);
+    EXPECT_NE(
+        text.find("\n            {\"use\": \"array\", \"array\": 0, \"start\": 0, \"size\": 409600000},\n"),
+        std::string::npos);
+}
