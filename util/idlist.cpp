@@ -88,7 +88,8 @@ void TranslateIDList(int* count, std::uint32_t* values, const char* text) {
     TranslateIDListUpTo(kMaxListItems, count, values, text);
 }
 
-static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids) {
+// Writes the list with its IDs counted from first.
+static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids, int first) {
     std::size_t length = 0;
     text[length++] = '(';
     for (int i = 0; i < count; ++i) {
@@ -97,7 +98,7 @@ static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids)
         if (ids[i] == kNoIdItem)
             std::snprintf(entry, sizeof entry, "%s-", separator);
         else
-            std::snprintf(entry, sizeof entry, "%s%d", separator, ids[i]);
+            std::snprintf(entry, sizeof entry, "%s%d", separator, ids[i] + first);
         const std::size_t entryLength = std::strlen(entry);
         if (length + entryLength + sizeof ")" > sizeof text)
             break;
@@ -111,15 +112,16 @@ static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids)
 
 const char* BlockIDsString(int count, std::uint8_t* ids) {
     static char text[80];
+    showIds(text, count, ids, 1);
     for (int i = 0; i < count; ++i)
         if (ids[i] != kNoIdItem)
             ++ids[i];
-    return showIds(text, count, ids);
+    return text;
 }
 
 const char* BlockExtentIDsString(int count, const std::uint8_t* ids) {
     static char text[80];
-    return showIds(text, count, ids);
+    return showIds(text, count, ids, 0);
 }
 
 void MergeSortIntegerList(int* list, int first, int last) {
