@@ -1,6 +1,7 @@
 // Finds the line of a value in a JSON text, so that a complaint about a hand-edited file can say
 // where to look. The text has been parsed before: nothing here judges it.
 #include <algorithm>
+#include <set>
 
 #include "simulator/world_json.h"
 
@@ -64,7 +65,7 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
 }
 
 std::size_t repeatedKey(const std::string& text) {
-    std::vector<std::vector<std::string>> open; // the keys so far of each object around this place
+    std::vector<std::set<std::string>> open; // the keys so far of each object around this place
     for (std::size_t at = 0; at < text.size();) {
         if (text[at] == '{' || text[at] == '[')
             open.emplace_back();
@@ -79,10 +80,8 @@ std::size_t repeatedKey(const std::string& text) {
         skipBlanks(text, at);
         if (at >= text.size() || text[at] != ':')
             continue;
-        std::vector<std::string>& keys = open.back();
-        if (std::find(keys.begin(), keys.end(), word) != keys.end())
+        if (!open.back().insert(word).second)
             return start;
-        keys.push_back(word);
     }
     return std::string::npos;
 }

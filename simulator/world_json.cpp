@@ -6,6 +6,7 @@
 namespace q5sim {
 
 static constexpr std::int64_t kMostSectors = std::int64_t{1} << 48;
+static constexpr std::int64_t kMostArraySectors = kMostSectors * std::int64_t{kMaxArrayMembers};
 static constexpr std::int64_t kMostSeconds = std::int64_t{1} << 50; // far beyond what a clock can say
 static constexpr std::int64_t kMostOffset = std::int64_t{1} << 40;
 static constexpr std::int64_t kMostMb = std::int64_t{1} << 40;
@@ -149,7 +150,7 @@ static void describe(Io& io, LogicalDrive& drive) {
     io.number("stripe", drive.stripe, 1, 65535);
     io.number("sectorSize", drive.sectorSize, 512, 4096);
     need(io, "sectors");
-    io.number("sectors", drive.sectors, 1, kMostSectors);
+    io.number("sectors", drive.sectors, 1, kMostArraySectors);
     need(io, "memberSectors");
     io.number("memberSectors", drive.memberSectors, 1, kMostSectors);
     io.number("parity", drive.parity, 0, 255);
@@ -345,7 +346,7 @@ static int lineOfQuoted(const std::string& text, const std::string& complaint) {
 bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
     try {
         World read;
-        const Json json = Json::parse(text);
+        const ParsedJson json = ParsedJson::parse(text);
         if (const std::size_t twice = repeatedKey(text); twice != std::string::npos) {
             fault = {lineOfByte(text, twice), "a key stands twice in one object"};
             return false;
@@ -358,9 +359,9 @@ bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
         return true;
     } catch (const WorldError& error) {
         fault = {lineOfPath(text, error.path), spelled(error.path) + error.reason};
-    } catch (const Json::out_of_range& error) {
+    } catch (const ParsedJson::out_of_range& error) {
         fault = {lineOfQuoted(text, error.what()), "a number is far too large"};
-    } catch (const Json::parse_error& error) {
+    } catch (const ParsedJson::parse_error& error) {
         fault = {lineOfByte(text, error.byte > 0 ? error.byte - 1 : 0), "this is not valid JSON"};
     }
     return false;

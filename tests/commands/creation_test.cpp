@@ -307,6 +307,16 @@ TEST_F(Creation, NamesItsMembers) {
     }
 }
 
+TEST_F(Creation, ForgetsTheListsThatALaterOneReplaces) {
+    CreateArrayRequest request = plainRequest();
+    request.allocation = 0;
+    request.member[0].extent = 9;
+    EXPECT_EQ(told(parse, addWords({"-p", "5 6 7", "-p", "1 2", "-e", "3 4 5", "-e", "9"},
+                                   "name=a,raid=raid0,capacity=5")),
+              kParsedTold);
+    expectParsed(request, "one extent for two drives");
+}
+
 TEST_F(Creation, TakesAsManyExtentsAsMembersForASize) {
     CreateArrayRequest request = plainRequest();
     request.allocation = 0;

@@ -77,6 +77,7 @@ static const AskedExtents kAskedExtents[] = {
     {"extent -c 0", 0, 0, 16, "0"},
     {"extent -p 2 -c 4", 0, 1, 4, "1"},
     {"extent -c 4 -p 2", 0, 1, 1, "1"},
+    {"extent -p 2 -c 16", 0, 1, 16, "1"},
     {"extent -p 2 -c 20", 0, 1, 1, "1"},
 };
 

@@ -34,6 +34,36 @@ inline void expectMissing(std::uint32_t controller, std::uint32_t logDrvId) {
     expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{logDrvId, 1}, 272), bytesOf(headerOf(64)));
 }
 
+using Drives = std::vector<LogDrvInfo>;
+
+// The reply that a listing asks for.
+inline void expectListing(std::uint32_t controller, std::uint32_t first, std::uint32_t count,
+                          const Bytes& reply, int result = 0) {
+    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{first, count}, 26688), reply, result);
+}
+
+template <std::size_t Size>
+inline void put(char (&field)[Size], const std::string& text) {
+    std::memcpy(field, text.c_str(), text.size() + 1);
+}
+
+// A RAID5 of 1000 MB on the drives that users call 1, 2 and 8; noise where a listing does not look.
+inline LogDrvInfo raid5(std::uint16_t id = 0) {
+    LogDrvInfo drive = driveDoing(0, id);
+    drive.raidLevel = 5;
+    drive.functionalStatus = 1;
+    drive.writeCacheMode = 1;
+    drive.sectorCount = 2048000;
+    drive.diskCount = 3;
+    drive.stripeBlocks = 128;
+    put(drive.name, "data");
+    drive.memberIds[0] = 0;
+    drive.memberIds[1] = 1;
+    drive.memberIds[2] = 7;
+    drive.sectorSize = 512;
+    return drive;
+}
+
 // How an activity's progress is asked for. Its reply is noise but for the state and the percentage.
 struct ProgressRead {
     const char* operation;
@@ -51,6 +81,7 @@ inline constexpr ProgressRead kMigrationRead = {"q5_getMigrationProgress", 1, 20
 
 inline constexpr std::uint8_t kRunning = 1;
 inline constexpr std::uint8_t kPaused = 3;
+inline constexpr std::uint8_t kUnpausedStates[] = {0, 1, 2, 4, 255};
 
 inline void expectProgress(const ProgressRead& read, std::uint32_t controller, std::uint32_t logDrvId,
                            std::uint8_t state, std::uint8_t percent, int result = 0) {
@@ -83,3 +114,17 @@ inline std::string told(int (*function)(int, char**), const std::string& line,
 
 inline const std::string kDoneSilently = "0: ";
 inline const std::string kUnknownOptionTold = "1: Invalid parameters defined\n";
+
+// Texts of several activities about drive 3 of controller 2.
+inline constexpr const char* kNoneOnController =
+    "5: No logical drive with ID 3 on controller #2 is existed!\n";
+inline constexpr const char* kNoneInController =
+    "5: No logical drive with ID 3 in controller #2 is existed!\n";
+
+// Names the tests over a table by its rows.
+struct RowName {
+    template <typename Row>
+    std::string operator()(const testing::TestParamInfo<Row>& info) const {
+        return info.param.name;
+    }
+};

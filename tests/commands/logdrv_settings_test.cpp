@@ -10,11 +10,13 @@ static const std::string kCountTold = "2: Invalid number of parameters for \"log
 static const std::string kBadTextTold = "1: Incorrect parameters!\n";
 static const std::string kBadLookaheadTold = "1: Invalid parameters defined\n";
 
+namespace {
 // Settings as read and as written: noise, but for those that a text changes.
 struct Image {
     ReplyHeader header = noisy<ReplyHeader>();
     LogDrvSettings settings = noisy<LogDrvSettings>();
 };
+} // namespace
 static_assert(sizeof(Image) == 180);
 
 static void expectRead(std::uint32_t controller, std::uint32_t logDrvId, const Image& image, int result = 0) {

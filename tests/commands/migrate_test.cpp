@@ -217,6 +217,7 @@ TEST_F(Migrate, NamesItsMembers) {
         {{"-e", "1 2"}, {}},
         {{"-p", "", "-e", ""}, {}},
         {{"-p", "1 2 3", "-p", "8"}, {{0, 7}}},
+        {{"-p", "1 2", "-e", "3 4", "-e", "9"}, {{9, 0}, {0, 1}}},
     };
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(0));

@@ -174,6 +174,18 @@ TEST_F(Extents, AreNotAddedWhereNothingIsNeeded) {
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
+TEST_F(Extents, OfAFailedDriveAreOutOfReach) {
+    std::string world = fixtureWorld("drives_and_boxes");
+    const std::string healthy = "\"mediaErrors\": 3";
+    world.replace(world.find(healthy), healthy.size(), "\"failed\": true, \"smartFailure\": true");
+    s.useWorld(world);
+    EXPECT_EQ(statusOf("2", 0), status("Idle", "Offline", "no access"));
+    EXPECT_EQ(statusOf("2", 1), status("Idle", "Offline", "no access"));
+    EXPECT_NE(s.run({"extent", "-v", "-p", "2"}).out.find("Smart status : Failed\n"), std::string::npos);
+    EXPECT_EQ(rows("2"), kHead + kSecond);
+    EXPECT_EQ(change("spare", "2", "1"), refused("spare an extent #1 in disk", 1));
+}
+
 TEST_F(Extents, LeaveAnEventForEachChange) {
     const auto events = [&] {
         const std::string listing = s.run({"event", "-c", "100"}).out;

@@ -87,6 +87,17 @@ TEST_F(MediaPatrol, RefusesWhatItsStateForbids) {
     EXPECT_EQ(after(0), patrol("stopped", 0, 0));
 }
 
+TEST_F(MediaPatrol, IsAbortedWhenTheDriveFails) {
+    std::string world = fixtureWorld("drives_and_boxes");
+    const std::string healthy = "\"mediaErrors\": 3";
+    world.replace(world.find(healthy), healthy.size(),
+                  "\"failed\": true, \"mediaPatrol\": {\"state\": \"running\", \"since\": 1700000000}");
+    s.useWorld(world);
+    EXPECT_EQ(after(100), patrol("aborted", 0, 0));
+    EXPECT_EQ(mp("start"), failed("start"));
+    EXPECT_EQ(after(9000), patrol("aborted", 0, 0));
+}
+
 TEST_F(MediaPatrol, RunsOnEachDriveByItself) {
     EXPECT_EQ(mp("list", "6").out, patrol("aborted", 2, 7));
     EXPECT_EQ(mp("start", "6"), kSilent);

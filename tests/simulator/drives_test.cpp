@@ -6,7 +6,7 @@
 class Drives : public SimulatedWorld {};
 
 static std::vector<int> listed(std::uint32_t first, std::uint32_t count, std::uint32_t size) {
-    static Reply<PhyDrvInfo, 64> reply;
+    static Reply<PhyDrvInfo, 65> reply; // more than 42752 bytes
     reply = {};
     const PhyDrvQuery query = {first, count, kAllDrives, {}};
     EXPECT_EQ(q5_getPhyDrvInfo(at(0), 0, &query, &reply, size), 0);

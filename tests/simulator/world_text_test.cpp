@@ -82,6 +82,14 @@ TEST(WorldText, HostileTextsAreRefused) {
               "this is not valid JSON");
 }
 
+// Work grows with the file, not with its square.
+TEST(WorldText, WideObjectsAreRefusedSoon) {
+    std::string text = "{\"controllers\": []";
+    for (int i = 0; i < 200000; i++)
+        text += ", \"k" + std::to_string(i) + "\": 1";
+    EXPECT_EQ(reasonFor(text + "}"), "k0: the key \"k0\" has no meaning here");
+}
+
 // Bytes changed at random must never lead outside the world's rules.
 TEST(WorldText, DamagedFilesDoNotCrash) {
     const std::string whole = readText(std::string(WORLDS) + "/degraded.json");
