@@ -69,10 +69,11 @@ static const Option* findOption(std::span<const Option> options, const char* wor
     return nullptr;
 }
 
+// A list given twice is the second alone: nothing of the first stays behind its end.
 static void readList(const Option& option, const char* word) {
     TranslateIDListUpTo(option.room, option.listed, option.value, word);
-    for (int i = 0; i < *option.listed; ++i)
-        option.value[i] -= option.typedFrom;
+    for (int i = 0; i < option.room; ++i)
+        option.value[i] = i < *option.listed ? option.value[i] - option.typedFrom : 0;
 }
 
 static int readNumber(const Option& option, const char* word) {

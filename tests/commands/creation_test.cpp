@@ -1,10 +1,10 @@
-// Creation of logical drives: the words and the creation text turned into a request, and the calls.
+// Creation of logical drives: the words and the creation text turned into a request. Sending it is in
+// creation_send_test.cpp.
 #include "commands/creation.h"
 
-#include "tests/commands/logdrv_records.h"
+#include "tests/commands/creation_request.h"
 
 using Creation = Scripted;
-using Words = std::vector<std::string>;
 
 static const std::string kCountTold =
     "2: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n";
@@ -29,33 +29,9 @@ static int parse(int wordCount, char** words) {
     return PhraseCreateLogDrvArg(wordCount, words, &parsedAddress, &parsedSecond, &parsed);
 }
 
-static Words addWords(const Words& options, const std::string& text) {
-    Words words = {"logdrv", "-a", "add"};
-    words.insert(words.end(), options.begin(), options.end());
-    words.insert(words.end(), {"-z", text});
-    return words;
-}
-
 // Parses a creation from drives 1 and 2.
 static std::string toldText(const std::string& text) {
     return told(parse, addWords({"-p", "1 2"}, text));
-}
-
-// The request for a RAID0 called "a" of 5 MB on drives 1 and 2, all else by default.
-static CreateArrayRequest plainRequest() {
-    CreateArrayRequest request = {};
-    request.stripeSize = 64;
-    request.constant4 = 1;
-    request.capacity = 5;
-    request.name[0] = 'a';
-    request.constant91 = 1;
-    request.allocation = 3;
-    request.memberCount = 2;
-    request.parityCount = 2;
-    request.subArrayCount = 2;
-    request.sectorSize = 512;
-    request.member[1].driveId = 1;
-    return request;
 }
 
 // The request that the parser left is this one.
@@ -129,14 +105,27 @@ TEST_F(Creation, ReadsEveryItem) {
 }
 
 TEST_F(Creation, TakesTheFirstKeyThatAnItemHolds) {
-    EXPECT_EQ(toldText("raid=raid0,capacity=5,stripe name=a"), kParsedTold);
-    expectParsed(plainRequest(), "the name before the stripe");
-    EXPECT_EQ(toldText("name=a,capacity=5,raid init=raid0"), kParsedTold);
-    expectParsed(plainRequest(), "the level before the initialization");
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,capacity stripe=6"), kParsedTold);
-    expectParsed(with(&CreateArrayRequest::capacity, 6), "the capacity before the stripe");
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,sectorsize stripe=1024"), kParsedTold);
-    expectParsed(with(&CreateArrayRequest::sectorSize, 1024), "the sector size before the stripe");
+    const struct {
+        const char* item; // holds two keys that are neighbours in the order
+        CreateArrayRequest request;
+    } items[] = {
+        {"raid name=a", plainRequest()},
+        {"capacity raid=raid1", with(&CreateArrayRequest::raidLevel, 1)},
+        {"sectorsize capacity=512", with(&CreateArrayRequest::capacity, 512)},
+        {"stripe sectorsize=1024", with(&CreateArrayRequest::sectorSize, 1024)},
+        {"rounding stripe=32", with(&CreateArrayRequest::stripeSize, 32)},
+        {"init rounding=gbb", with(&CreateArrayRequest::rounding, 1)},
+        {"subarraycnt init=back", with(&CreateArrayRequest::initialization, 4)},
+        {"paritycnt subarraycnt=2", plainRequest()},
+        {"symmetric paritycnt=3", with(&CreateArrayRequest::parityCount, 3)},
+        {"shift symmetric=1", with(&CreateArrayRequest::symmetric, 1)},
+    };
+    for (const auto& item : items) {
+        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+            << item.item;
+        expectParsed(item.request, item.item);
+    }
+    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,paritycnt subarraycnt=3"), kBadTextTold);
     EXPECT_EQ(toldText("raid=raid0,capacity=5,name=capacity=9"), kParsedTold);
     EXPECT_STREQ(parsed.name, "capacity=9");
     EXPECT_EQ(parsed.capacity, 5u);
@@ -178,7 +167,8 @@ TEST_F(Creation, TrimsNamesAndCutsThem) {
         {letters, letters.substr(0, 63)},
         {"a" + blanks + "b", "a" + blanks.substr(0, 62)},
         {blanks + blanks + "a", "a"},
-        {"a" + blanks + blanks + "b", "a"}, // what lies beyond 127 characters leaves blanks to trim
+        {"a" + std::string(125, ' ') + "b", "a" + blanks.substr(0, 62)},
+        {"a" + std::string(126, ' ') + "b", "a"}, // what lies beyond 127 characters leaves blanks to trim
     };
     for (const auto& name : names) {
         CreateArrayRequest request = plainRequest();
@@ -355,56 +345,4 @@ TEST_F(Creation, JbodNeedsNeitherNameNorSize) {
     request.member[0].extent = 5;
     EXPECT_EQ(told(parse, addWords({"-p", "1", "-e", "5 6"}, "raid=JBOD")), kParsedTold);
     expectParsed(request, "with extents, which are sent");
-}
-
-static void expectAddition(std::uint32_t controller, std::uint8_t origin, int result) {
-    CreateArrayRequest request = plainRequest();
-    request.origin = origin;
-    expectCall("q5_addHBAArray", bytesOf(at(controller), std::uint32_t{0}, request), {}, result);
-}
-
-TEST_F(Creation, IsSentWithItsOrigin) {
-    expectAddition(0, 0, 0);
-    EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")), kDoneSilently);
-    expectAddition(3, 1, 0);
-    EXPECT_EQ(told(CreateLogDrv2, addWords({"-i", "3", "-p", "1 2 "}, "name=a,raid=raid0,capacity=5")),
-              kDoneSilently);
-}
-
-TEST_F(Creation, ReportsARefusal) {
-    for (const int result : {1, -1}) {
-        expectAddition(0, 0, result);
-        EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
-                  "8: Failed to create an array specified\n");
-        expectAddition(0, 1, result);
-        EXPECT_EQ(told(CreateLogDrv2, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
-                  "8: Failed to create an array specified\n");
-    }
-}
-
-TEST_F(Creation, FailsWithOneResultForEveryReason) {
-    for (int (*create)(int, char**) : {CreateLogDrv, CreateLogDrv2}) {
-        EXPECT_EQ(told(create, "logdrv -a add"),
-                  "8: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n");
-        EXPECT_EQ(told(create, "logdrv -a add -i x -p 1 -z raid=jbod"),
-                  "8: Invalid controller ID 'x' specified\n");
-        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z stripe=5"),
-                  "8: Incorrect stripe size!\nIncorrect parameters!\n");
-        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z init=fore"), "8: ");
-    }
-}
-
-TEST_F(Creation, ActivationTakesThreeWords) {
-    for (const char* line : {"", "activate 3", "logdrv -a", "logdrv -a activate 3"})
-        EXPECT_EQ(told(ActivateArray, line), "2: Invalid number of parameters defined\n") << line;
-}
-
-TEST_F(Creation, ActivationTakesOneNumberForArrayAndController) {
-    for (const int result : {0, 1}) {
-        expectCall("q5_activateLogDrv", bytesOf(at(3), std::uint32_t{0}, std::uint16_t{3}), {}, result);
-        EXPECT_EQ(told(ActivateArray, "logdrv activate 3"), kDoneSilently);
-    }
-    expectCall("q5_activateLogDrv", bytesOf(at(4464), std::uint32_t{0}, std::uint16_t{4464}));
-    EXPECT_EQ(told(ActivateArray, "logdrv activate 70000"), kDoneSilently);
-    EXPECT_EQ(told(ActivateArray, "logdrv activate x"), "6: Invalid array ID 'x' specified\n");
 }

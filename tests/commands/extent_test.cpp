@@ -4,7 +4,7 @@
 #include "adapter/phydrv.h"
 #include "tests/scripted_adapter.h"
 
-using Extents = Scripted;
+using ExtentList = Scripted;
 using ExtentChange = Scripted;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
@@ -81,7 +81,7 @@ static const AskedExtents kAskedExtents[] = {
     {"extent -p 2 -c 20", 0, 1, 1, "1"},
 };
 
-TEST_F(Extents, AreAskedForAsTheOptionsSay) {
+TEST_F(ExtentList, AreAskedForAsTheOptionsSay) {
     for (const AskedExtents& asked : kAskedExtents) {
         expectList(asked.controller, asked.first, asked.count);
         EXPECT_EQ(told(ListExtentInfo, asked.line),
@@ -90,7 +90,7 @@ TEST_F(Extents, AreAskedForAsTheOptionsSay) {
     }
 }
 
-TEST_F(Extents, AreNotListedForBadOptions) {
+TEST_F(ExtentList, AreNotListedForBadOptions) {
     EXPECT_EQ(told(ListExtentInfo, "extent -p x"), "6: Invalid physical drive ID 'x' specified\n");
     EXPECT_EQ(told(ListExtentInfo, "extent -p"), "6: Invalid physical drive ID '' specified\n");
     EXPECT_EQ(told(ListExtentInfo, "extent -v -i 1x"), "6: Invalid controller ID '1x' specified\n");
@@ -102,7 +102,7 @@ TEST_F(Extents, AreNotListedForBadOptions) {
     EXPECT_EQ(told(ListExtentInfo, "extent -a list -p x -z"), "6: Invalid physical drive ID 'x' specified\n");
 }
 
-TEST_F(Extents, LookAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
+TEST_F(ExtentList, LookAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
     expectList(4, 0, 16);
     EXPECT_EQ(run(ListExtentInfo, typed("extent -i"), {"4"}).result, 5);
     std::vector<std::string> words = typed("extent -a list");
@@ -111,7 +111,7 @@ TEST_F(Extents, LookAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
     EXPECT_EQ(run(ListExtentInfo, words).output, "Invalid physical drive count '' specified\n");
 }
 
-TEST_F(Extents, StandInTheTableUnderTheirOwnIndex) {
+TEST_F(ExtentList, StandInTheTableUnderTheirOwnIndex) {
     ExtentEntry huge = extentOf(65535, 65535, 0, 0);
     huge.start = 1;
     huge.size = 0xFFFFFFFFFFFFFFFF;
@@ -125,7 +125,7 @@ TEST_F(Extents, StandInTheTableUnderTheirOwnIndex) {
                                                        " 65536 65535 65535 17592186044416.00     0.00\n");
 }
 
-TEST_F(Extents, StandInTheTableInHundredthsOfAMegabyte) {
+TEST_F(ExtentList, StandInTheTableInHundredthsOfAMegabyte) {
     ExtentEntry extent = extentOf(0, 254, 0, 0);
     extent.size = 2048 + 205; // 1.1000976...
     extent.start = 31;        // 0.0151367...
@@ -133,14 +133,14 @@ TEST_F(Extents, StandInTheTableInHundredthsOfAMegabyte) {
     EXPECT_EQ(run(ListExtentInfo, typed("extent")).output, kHead + "     1     0   254     1.10     0.02\n");
 }
 
-TEST_F(Extents, OfADriveWithoutAnyLeaveItsHeadingsAlone) {
+TEST_F(ExtentList, OfADriveWithoutAnyLeaveItsHeadingsAlone) {
     expectList(0, 0, 16, listReply<PhyDrvInfo>({driveOf(0, {})}));
     EXPECT_EQ(told(ListExtentInfo, "extent"), "0: " + kHead);
     expectList(0, 0, 16, listReply<PhyDrvInfo>({driveOf(0, {})}));
     EXPECT_EQ(told(ListExtentInfo, "extent -v"), "0: *********************************\nDisk ID : 1\n");
 }
 
-TEST_F(Extents, AreListedOnlyAsFarAsADriveHasRoomForThem) {
+TEST_F(ExtentList, AreListedOnlyAsFarAsADriveHasRoomForThem) {
     PhyDrvInfo drive = driveOf(0, std::vector<ExtentEntry>(16, extentOf(1, 255, 0, 1)));
     drive.extentCount = 255;
     std::string rows;
@@ -150,7 +150,7 @@ TEST_F(Extents, AreListedOnlyAsFarAsADriveHasRoomForThem) {
     EXPECT_EQ(told(ListExtentInfo, "extent -c 1"), "0: " + kHead + rows);
 }
 
-TEST_F(Extents, AreReadOnlyFromWholeEntriesWithinTheBuffer) {
+TEST_F(ExtentList, AreReadOnlyFromWholeEntriesWithinTheBuffer) {
     const PhyDrvInfo drive = driveOf(0, {extentOf(1, 255, 0, 1)});
     for (const std::size_t used : {0u, 63u, 64u, 64u + 663u}) {
         expectList(0, 0, 16, bytesOf(headerOf(used), drive));
@@ -166,7 +166,7 @@ TEST_F(Extents, AreReadOnlyFromWholeEntriesWithinTheBuffer) {
     EXPECT_EQ(told(ListExtentInfo, "extent -v"), "0: " + blocks);
 }
 
-TEST_F(Extents, StandInTheirBlocksUnderTheirPosition) {
+TEST_F(ExtentList, StandInTheirBlocksUnderTheirPosition) {
     const Bits member = {1, 0, 64, 1}, failing = {0, 0, 98, 0};
     expectList(0, 0, 16,
                listReply<PhyDrvInfo>(
@@ -231,7 +231,7 @@ static const BitsShown kBitsShown[] = {
     {{0, 0, 66, 1}, "Idle", "Online", "Unknown", "Failed"},
 };
 
-TEST_F(Extents, ShowTheirBitsFirstMatchFirst) {
+TEST_F(ExtentList, ShowTheirBitsFirstMatchFirst) {
     for (const BitsShown& shown : kBitsShown) {
         expectList(0, 0, 16, listReply<PhyDrvInfo>({driveOf(0, {extentOf(0, 255, 1, 2, shown.bits)})}));
         EXPECT_EQ(run(ListExtentInfo, typed("extent -v")).output,

@@ -118,7 +118,9 @@ TEST_F(LogDrvMod, ChangesTheName) {
         {"name=" + letters, letters.substr(0, 31)},
         {"name=" + blanks + letters, letters.substr(0, 31)},
         {"name=a" + blanks + "b", "a" + blanks.substr(0, 30)},
-        {"name=a" + blanks + blanks + "b", "a"}, // what lies beyond 127 characters leaves blanks to trim
+        {"name=a" + std::string(125, ' ') + "b", "a" + blanks.substr(0, 30)},
+        {"name=a" + std::string(126, ' ') + "b",
+         "a"}, // what lies beyond 127 characters leaves blanks to trim
         {"name=long enough,name=x", "x"},
     };
     for (const auto& row : rows)

@@ -44,6 +44,7 @@ static const Asked kAsked[] = {
     {"logdrv -c 0", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -c 500", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -c 4294967295", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
+    {"logdrv -c 5 -c 128", 0, 0, 5, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -c 5 -c 500", 0, 0, 5, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -c 5 -l 4294967295", 0, 4294967295, 1, "0: No array with ID -1 in controller #0 is existed\n"},
     {"logdrv -i 4294967297", 1, 0, 128, "0: No array with ID 0 in controller #1 is existed\n"},

@@ -1,0 +1,58 @@
+// What creations do with a request that is complete or not, and the activation of arrays.
+#include "commands/creation.h"
+
+#include "tests/commands/creation_request.h"
+
+using Creation = Scripted;
+
+static void expectAddition(std::uint32_t controller, std::uint8_t origin, int result) {
+    CreateArrayRequest request = plainRequest();
+    request.origin = origin;
+    expectCall("q5_addHBAArray", bytesOf(at(controller), std::uint32_t{0}, request), {}, result);
+}
+
+TEST_F(Creation, IsSentWithItsOrigin) {
+    expectAddition(0, 0, 0);
+    EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")), kDoneSilently);
+    expectAddition(3, 1, 0);
+    EXPECT_EQ(told(CreateLogDrv2, addWords({"-i", "3", "-p", "1 2 "}, "name=a,raid=raid0,capacity=5")),
+              kDoneSilently);
+}
+
+TEST_F(Creation, ReportsARefusal) {
+    for (const int result : {1, -1}) {
+        expectAddition(0, 0, result);
+        EXPECT_EQ(told(CreateLogDrv, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
+                  "8: Failed to create an array specified\n");
+        expectAddition(0, 1, result);
+        EXPECT_EQ(told(CreateLogDrv2, addWords({"-p", "1 2"}, "name=a,raid=raid0,capacity=5")),
+                  "8: Failed to create an array specified\n");
+    }
+}
+
+TEST_F(Creation, FailsWithOneResultForEveryReason) {
+    for (int (*create)(int, char**) : {CreateLogDrv, CreateLogDrv2}) {
+        EXPECT_EQ(told(create, "logdrv -a add"),
+                  "8: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n");
+        EXPECT_EQ(told(create, "logdrv -a add -i x -p 1 -z raid=jbod"),
+                  "8: Invalid controller ID 'x' specified\n");
+        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z stripe=5"),
+                  "8: Incorrect stripe size!\nIncorrect parameters!\n");
+        EXPECT_EQ(told(create, "logdrv -a add -p 1 -z init=fore"), "8: ");
+    }
+}
+
+TEST_F(Creation, ActivationTakesThreeWords) {
+    for (const char* line : {"", "activate 3", "logdrv -a", "logdrv -a activate 3"})
+        EXPECT_EQ(told(ActivateArray, line), "2: Invalid number of parameters defined\n") << line;
+}
+
+TEST_F(Creation, ActivationTakesOneNumberForArrayAndController) {
+    for (const int result : {0, 1}) {
+        expectCall("q5_activateLogDrv", bytesOf(at(3), std::uint32_t{0}, std::uint16_t{3}), {}, result);
+        EXPECT_EQ(told(ActivateArray, "logdrv activate 3"), kDoneSilently);
+    }
+    expectCall("q5_activateLogDrv", bytesOf(at(4464), std::uint32_t{0}, std::uint16_t{4464}));
+    EXPECT_EQ(told(ActivateArray, "logdrv activate 70000"), kDoneSilently);
+    EXPECT_EQ(told(ActivateArray, "logdrv activate x"), "6: Invalid array ID 'x' specified\n");
+}
