@@ -79,6 +79,11 @@ static void finishPatrol(Controller& controller, Drive& drive, std::int64_t at) 
     addEvent(controller, at, "Drive %d: media patrol ended, %d errors", drive.id + 1, drive.mediaErrors);
 }
 
+static bool failureIsUnnoticed(const Controller& controller) {
+    return std::any_of(controller.drives.begin(), controller.drives.end(),
+                       [](const Drive& drive) { return drive.failed != drive.failureReported; });
+}
+
 // Ends what was due first, so that events stand in order of time. Returns whether there was anything.
 static bool finishEarliest(Controller& controller, std::int64_t now) {
     std::int64_t earliest = kNever;
@@ -98,20 +103,22 @@ static bool finishEarliest(Controller& controller, std::int64_t now) {
         return false;
     if (patrolled != nullptr) {
         finishPatrol(controller, *patrolled, earliest);
-        return true;
+    } else if (array != nullptr) {
+        finishActivity(controller, *array, earliest);
+        if (!failureIsUnnoticed(controller)) // what a failure brings comes once it is noticed
+            react(controller, *array, earliest);
     }
-    finishActivity(controller, *array, earliest);
-    react(controller, *array, earliest);
     return true;
 }
 
+// A failure is noticed now: what had ended by then has ended.
 static void settleController(Controller& controller, std::int64_t now) {
+    while (finishEarliest(controller, now)) {
+    }
     for (Drive& drive : controller.drives)
         noticeFailure(controller, drive, now);
     for (LogicalDrive& array : controller.logicalDrives)
         react(controller, array, now);
-    while (finishEarliest(controller, now)) {
-    }
 }
 
 void settle(World& world, std::int64_t now) {

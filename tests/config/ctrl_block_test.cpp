@@ -2,7 +2,7 @@
 #include "config/ctrl_block.h"
 
 #include "config/block.h"
-#include "tests/config/config_file.h"
+#include "tests/config/config_blocks.h"
 
 static std::string blockOf(const ControllerSettings& settings, std::uint8_t buzzer, int spares) {
     char text[kBlockTextSize];

@@ -1,7 +1,7 @@
 // The calls by which an export asks an adapter, and what the adapter answers.
 #pragma once
 
-#include "tests/config/config_file.h"
+#include "tests/config/config_blocks.h"
 
 inline void expectSettingsRead(std::uint32_t controller, const ControllerSettings& settings, int result = 0) {
     expectCall("q5_getControllerSettings", asks(controller, ControllerQuery{controller, 1, 0, {}}, 88),

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "adapter/creation.h"
-#include "tests/config/config_file.h"
+#include "tests/config/config_blocks.h"
 
 // Controller, with this many drives.
 inline void expectDriveCount(std::uint32_t controller, std::uint16_t drives, int result = 0) {

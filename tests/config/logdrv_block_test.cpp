@@ -2,7 +2,7 @@
 #include "config/logdrv_block.h"
 
 #include "config/block.h"
-#include "tests/config/config_file.h"
+#include "tests/config/config_blocks.h"
 
 static std::string blockOf(const LogDrvInfo& drive, const LogDrvSettings& settings,
                            std::vector<std::uint8_t> extents) {
@@ -264,8 +264,11 @@ TEST(LogDrvBlock, TheEndOfTheFileLeavesAListEmpty) {
 
 TEST(LogDrvBlock, AListIsReadForSixteenEntries) {
     const LogDrvConfigRecord record =
-        readDrive(" 0 <LogDrvDiskMember> (1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18) [End]");
-    EXPECT_EQ(record.memberIds[15], 16);
+        readDrive(" 0 <LogDrvDiskMember> "
+                  "(100,101,102,103,104,105,106,107,108,109,110,111,112,113,114,115,"
+                  "116,117) [End]");
+    EXPECT_EQ(record.memberIds[0], 100);
+    EXPECT_EQ(record.memberIds[15], 115);
     EXPECT_EQ(record.memberIds[16], 0);
     EXPECT_EQ(record.memberIds[127], 0);
 }

@@ -2,7 +2,7 @@
 #include "config/phydrv_block.h"
 
 #include "config/block.h"
-#include "tests/config/config_file.h"
+#include "tests/config/config_blocks.h"
 
 static std::string blockOf(int controller, const PhyDrvSettings& settings) {
     char text[kBlockTextSize];

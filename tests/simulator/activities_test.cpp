@@ -180,6 +180,16 @@ TEST_F(Activities, LostMemberEndsThem) {
     EXPECT_NE(startInit(4), 0);
 }
 
+TEST_F(Activities, WhatEndedBeforeALossWasNoticedHasEnded) {
+    openWithMirror(false); // 50 s
+    waitSeconds(60);
+    replaceInFile("\"failed\": false", "\"failed\": true");
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
+    EXPECT_EQ(eventTexts(0, 3),
+              (std::vector<std::string>{"Logical drive 0: synchronization ended", "Drive 1 has failed",
+                                        "Logical drive 0 is critical"}));
+}
+
 TEST_F(Activities, ProgressOfNothingIsNothing) {
     openWithMirror(true);
     InitProgress progress;

@@ -1,0 +1,245 @@
+// The words that an import hands to the commands, by what the commands make of them.
+#include "config/kept_records.h"
+#include "tests/config/import_apply.h"
+
+using ImportWords = ImportApply;
+
+TEST_F(ImportWords, ControllerFlagsAreSetByAnyPolicyThatIsNotZero) {
+    ControllerSettings wanted = controllerSettings();
+    expectCtrlApplied(with(ctrlBlock(0), "Policy> 1", "Policy> 7"), wanted);
+    wanted.rebuildPolicy = 0;
+    expectCtrlApplied(with(ctrlBlock(0), "Policy> 1", "Policy> 256"), wanted);
+    wanted.autoRebuild = 0;
+    wanted.smartCheck = 0;
+    expectCtrlApplied(
+        with(with(with(ctrlBlock(0), "Policy> 1", "Policy> 0"), "CEnable> Enable", "CEnable> Disable"),
+             "Rebuild> Enable", "Rebuild> Disable"),
+        wanted);
+}
+
+// No call but those of the settings: the plan would name it.
+TEST_F(ImportWords, BuzzersAndSparesAreNotApplied) {
+    expectCtrlApplied(
+        with(with(ctrlBlock(0), "<BuzzerEnable> On", "<BuzzerEnable> Enable"), "Spare> 2", "Spare> 9"),
+        controllerSettings());
+}
+
+TEST_F(ImportWords, SettingsOutOfRangeAreRefusedByTheCommand) {
+    ControllerSettings settings = {};
+    expectChecks(1);
+    expectCall("q5_getControllerSettings", asks(0, ControllerQuery{0, 1, 0, {}}, 88), bytesOf(settings));
+    expectOutcome("[CrtlSetIndex] 0 [End]", false, 0,
+                  "smartpoll is out of range!\nencpoll is out of range!\nrebuild rate is out of range!\n"
+                  "syncrate is out of range!\ninitrate is out of range!\nmigraterate is out of range!\n"
+                  "mprate is out of range!\nIncorrect parameters!\n");
+}
+
+TEST_F(ImportWords, TheControllersWordsFitWhateverItsNumbers) {
+    std::string block = ctrlBlock(0);
+    for (const char* number : {"> 10\n", "> 20\n", "> 30\n", "> 40\n", "> 50\n", "> 60\n", "> 7\n"})
+        block = with(block, number, "> -2147483648\n");
+    expectChecks(1);
+    expectCall("q5_getControllerSettings", asks(0, ControllerQuery{0, 1, 0, {}}, 88),
+               bytesOf(controllerSettings()));
+    expectOutcome(block, false, 0,
+                  "smartpoll is out of range!\nencpoll is out of range!\nrebuild rate is out of range!\n"
+                  "syncrate is out of range!\ninitrate is out of range!\nmigraterate is out of range!\n"
+                  "mprate is out of range!\nIncorrect parameters!\n");
+}
+
+TEST_F(ImportWords, DriveFlagsAreAppliedEachToItsOwn) {
+    const std::string off = with(with(driveBlock(0, 0, 7), "Cache> Enable", "Cache> Disable"),
+                                 "NCQEnable> Enable", "NCQEnable> not supported");
+    for (const DriveFlags& wanted : {DriveFlags{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}}) {
+        std::string block = off;
+        if (wanted.writeCache != 0)
+            block = with(block, "Cache> Disable", "Cache> Enable");
+        if (wanted.tcq != 0)
+            block = with(block, "<TCQEnable> Disable", "<TCQEnable> Enable");
+        if (wanted.ncq != 0)
+            block = with(block, "<NCQEnable> not supported", "<NCQEnable> Enable");
+        expectChecks(1);
+        expectDriveChange(0, 6, wanted);
+        expectOutcome(block, false, 0);
+    }
+}
+
+TEST_F(ImportWords, ADriveIdIsTypedAsTheFileHasIt) {
+    expectChecks(1);
+    expectDriveChange(0, 0xFFFFFFFF);
+    expectOutcome(driveBlock(0, 0, 0), false, 0);
+    expectChecks(1);
+    expectOutcome(driveBlock(0, 0, -1), false, 0, "Invalid physical drive ID '-1' specified\n");
+}
+
+TEST_F(ImportWords, LogicalDriveSettingsTakeTheModeThatWasRead) {
+    const std::string block = logDrvBlock(0, 0);
+    expectLogDrvModified(with(block, "Write Back", "Write Through"), {0, 8, 1, "Data 1"});
+    expectLogDrvModified(with(block, "Write Back", "Auto - Write Back"), {8, 8, 1, "Data 1"});
+    expectLogDrvModified(with(block, "Write Back", "By Pass"), {0, 8, 1, "Data 1"});
+    expectLogDrvModified(with(block, "Write Back", "sometimes"), {8, 8, 1, "Data 1"}); // unknown: automatic
+}
+
+TEST_F(ImportWords, LogicalDriveSettingsAreAppliedWhole) {
+    const std::string block = logDrvBlock(0, 0);
+    expectLogDrvModified(with(block, "tion> Enable", "tion> Disable"), {1, 8, 0, "Data 1"});
+    expectLogDrvModified(with(block, "Value> 8", "Value> 0"), {1, 0, 1, "Data 1"});
+    expectLogDrvModified(with(block, "Value> 8", "Value> -1"), {1, 65535, 1, "Data 1"});
+    expectLogDrvModified(with(block, "Data 1", "  A=b  c "), {1, 8, 1, "A=b  c"});
+    expectLogDrvModified(with(block, "Data 1", "A,b"), {1, 8, 1, "A"}); // a comma ends an item
+}
+
+TEST_F(ImportWords, LogicalDriveSettingsThatAreRefusedAreTheCommandsConcern) {
+    expectChecks(1);
+    expectLogDrvList(0, {listed(21, 4)});
+    expectCall("q5_getLogDrvSettings", asks(0, LogDrvQuery{4, 1}, 180),
+               listReply<LogDrvSettings>({LogDrvSettings{}}));
+    expectOutcome(with(logDrvBlock(0, 0), "Value> 8", "Value> 9"), false, 0, "Invalid parameters defined\n");
+}
+
+TEST_F(ImportWords, ALongNameIsCutToTheSettingsField) {
+    expectLogDrvModified(with(logDrvBlock(0, 0), "Data 1", std::string(300, 'N')),
+                         {1, 8, 1, std::string(31, 'N')});
+    CreateArrayRequest request = creation();
+    put(request.name, std::string(63, 'N'));
+    expectCreated(with(logDrvBlock(0, 0), "Data 1", std::string(300, 'N')), request);
+}
+
+TEST_F(ImportWords, CreatesALogicalDriveFromItsRecord) {
+    expectCreated(logDrvBlock(0, 0), creation());
+}
+
+TEST_F(ImportWords, TheSizeIsTheSectorCountWhateverTheMegabytesSay) {
+    CreateArrayRequest request = creation();
+    request.capacity = 5859375000; // three million million bytes
+    expectCreated(with(logDrvBlock(0, 0), "2000000", "5859375000"), request);
+    expectCreated(with(logDrvBlock(0, 0), "1024.0000", "1.0000"), creation());
+}
+
+TEST_F(ImportWords, RaidMfCarriesItsParityAndOtherLevelsDoNot) {
+    const std::string keys = "<LogDrvParityCnt> 3\n<LogDrvSymmetric> 1\n<LogDrvShift> -2\n"
+                             "<LogDrvSubArrayCount> 2\n[End]";
+    const std::string block = with(logDrvBlock(0, 0), "[End]", keys);
+    expectCreated(block, creation());
+    CreateArrayRequest request = creation();
+    request.raidLevel = 96;
+    request.parityCount = 3;
+    request.symmetric = 1;
+    request.shift = 65534;
+    expectCreated(with(block, "RAID5", "RAIDMF"), request);
+}
+
+TEST_F(ImportWords, Raid50CarriesItsSubArraysAndOtherLevelsDoNot) {
+    const std::string block = with(logDrvBlock(0, 0), "[End]", "<LogDrvSubArrayCount> 3\n[End]");
+    CreateArrayRequest request = creation();
+    expectCreated(block, request);
+    request.raidLevel = 80;
+    expectCreated(with(with(block, "RAID5", "RAID50"), "Count> 3", "Count> 2"), request);
+    expectRefused(with(block, "RAID5", "RAID50"), "Incorrect parameters!\n"); // no adapter splits in three
+}
+
+TEST_F(ImportWords, EveryLevelIsCreatedByItsWord) {
+    const struct {
+        const char* word;
+        std::uint16_t code;
+    } levels[] = {{"RAID0", 0}, {"RAID1", 1}, {"RAID10", 16}};
+    for (const auto& level : levels) {
+        CreateArrayRequest request = creation();
+        request.raidLevel = level.code;
+        expectCreated(with(logDrvBlock(0, 0), "RAID5", level.word), request);
+    }
+}
+
+TEST_F(ImportWords, AJbodIsAsLargeAsItsDrive) {
+    CreateArrayRequest request = creation();
+    request.raidLevel = 10;
+    request.capacity = 0;
+    request.allocation = 0;
+    request.memberCount = 1;
+    request.member[1].driveId = 0;
+    request.member[2].driveId = 0;
+    expectCreated(with(with(logDrvBlock(0, 0), "RAID5", "JBOD"), "DiskNum> 3", "DiskNum> 1"), request);
+}
+
+TEST_F(ImportWords, AnInitializationSetByHandIsHonouredButForForeground) {
+    CreateArrayRequest request = creation();
+    expectCreated(with(logDrvBlock(0, 0), "NONE", "FORE"), request);
+    request.initialization = 1;
+    expectCreated(with(logDrvBlock(0, 0), "NONE", "QUICK"), request);
+    request.initialization = 4;
+    expectCreated(with(logDrvBlock(0, 0), "NONE", "BACK"), request);
+}
+
+TEST_F(ImportWords, SizesOfStripesAndSectorsAreApplied) {
+    CreateArrayRequest request = creation();
+    request.stripeSize = 128;
+    request.sectorSize = 4096;
+    expectCreated(with(with(logDrvBlock(0, 0), "SectorSize> 512", "SectorSize> 4096"), "StripeSize> 64",
+                       "StripeSize> 128"),
+                  request);
+}
+
+TEST_F(ImportWords, ABadStripeIsTheCommandsConcern) {
+    expectRefused(with(logDrvBlock(0, 0), "StripeSize> 64", "StripeSize> 256"),
+                  "Incorrect stripe size!\nIncorrect parameters!\n");
+}
+
+TEST_F(ImportWords, AnUnknownLevelIsNotCreated) {
+    expectRefused(
+        with(logDrvBlock(0, 0), "RAID5", "RAID7"),
+        "Unknown RAID level 'RAID7' specified!\nUnknown RAID level 'Unknown raid mode' specified!\n");
+}
+
+TEST_F(ImportWords, WithoutMembersNothingIsCreated) {
+    expectRefused(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 0"), "No physical drive is defined!\n");
+    expectRefused(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> -7"), "No physical drive is defined!\n");
+}
+
+TEST_F(ImportWords, AMemberListLongerThanItsWordIsCut) {
+    std::string list = "(100";
+    CreateArrayRequest request = creation();
+    request.memberCount = 16;
+    for (std::uint32_t i = 0; i < 16; ++i) {
+        request.member[i].driveId = 99 + i;
+        list += i == 0 ? "" : "," + std::to_string(100 + i);
+    }
+    expectAdapters(1);
+    expectDriveCount(0, 65535);
+    expectLogDrvList(0, {});
+    expectCreation(0, request);
+    expectLogDrvList(0, {});
+    expectOutcome(with(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 65535"), "(1,2,3)", list + ")"), true,
+                  0);
+}
+
+TEST_F(ImportWords, MembersThatTheFileDoesNotNameAreZeroes) {
+    CreateArrayRequest request = creation();
+    request.memberCount = 5;
+    request.member[3].driveId = 0xFFFFFFFF; // typed as 0, and lowered
+    request.member[4].driveId = 0xFFFFFFFF;
+    expectCreated(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 5"), request);
+}
+
+TEST_F(ImportWords, NoRecordNoCall) {
+    EXPECT_EQ(ImpFileSetCtrlSettings(nullptr), 0);
+    EXPECT_EQ(ImpFileSetPhydrvSettings(nullptr), 0);
+    EXPECT_EQ(ImpFileSetLogSettings(nullptr), 0);
+    EXPECT_EQ(ImpFileCreateLogDrv(nullptr), 0);
+}
+
+TEST_F(ImportWords, TheResultOfACommandIsItsOwn) {
+    CtrlConfigRecord ctrl = {};
+    ctrl.setIndex = -1;
+    PhyDrvConfigRecord drive = {};
+    drive.controller = -1;
+    LogDrvConfigRecord logDrv = {};
+    logDrv.controller = -1;
+    EXPECT_EQ(printed([&] {
+                  EXPECT_EQ(ImpFileSetCtrlSettings(&ctrl), 0);
+                  EXPECT_EQ(ImpFileSetPhydrvSettings(&drive), 0);
+                  EXPECT_EQ(ImpFileSetLogSettings(&logDrv), 0);
+                  EXPECT_EQ(ImpFileCreateLogDrv(&logDrv), 0);
+              }),
+              "Invalid controller ID '-1' specified\nInvalid controller ID '-1' specified\n"
+              "Invalid controller ID '-1' specified\nInvalid controller ID '-1' specified\n");
+}
