@@ -70,10 +70,13 @@ void writeBlock(std::span<const Key<Source, Record>> keys, const Source& source,
     append(&block, "%s \n", kEndMarker);
 }
 
-// Reads key lines, in any order, up to the end marker or the end of the file. A word that is no key is
-// passed over, and so is its value; of a key that comes twice the last counts.
+// Reads a block into a record, which is cleared before: the index after the marker, then key lines, in
+// any order, up to the end marker or the end of the file. A word that is no key is passed over, and so
+// is its value; of a key that comes twice the last counts.
 template <typename Source, typename Record>
 void readBlock(std::span<const Key<Source, Record>> keys, std::FILE* file, Record* record) {
+    *record = {};
+    readInteger(file, &record->setIndex);
     Token token;
     while (readToken(file, &token) && std::strcmp(token.text, kEndMarker) != 0)
         for (const Key<Source, Record>& row : keys)

@@ -57,8 +57,6 @@ int CtrlSettingsToBuffer(const ControllerSettings* settings, std::uint8_t buzzer
 }
 
 int GetControllerConfig(std::FILE* file, CtrlConfigRecord* record) {
-    *record = {};
-    readInteger(file, &record->setIndex);
     readBlock<Source, Record>(keys, file, record);
     return 0;
 }

@@ -28,7 +28,7 @@ struct CtrlConfigRecord {
 int CtrlSettingsToBuffer(const ControllerSettings* settings, std::uint8_t buzzer, int globalSpareCount,
                          char* text);
 
-// Reads the block that follows its marker into a cleared record. Returns 0.
+// Reads the block that follows its marker into the record. Returns 0.
 int GetControllerConfig(std::FILE* file, CtrlConfigRecord* record);
 
 void DisplayControllerConfig(CtrlConfigRecord record);

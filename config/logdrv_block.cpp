@@ -161,8 +161,6 @@ int LDSettingsToBuffer(int controller, const LogDrvInfo* drive, const LogDrvSett
 }
 
 int GetLogDrvConfig(std::FILE* file, LogDrvConfigRecord* record) {
-    *record = {};
-    readInteger(file, &record->setIndex);
     readBlock<Source, Record>(keys, file, record);
     return 0;
 }

@@ -41,7 +41,7 @@ int configMembers(const LogDrvConfigRecord& record);
 int LDSettingsToBuffer(int controller, const LogDrvInfo* drive, const LogDrvSettings* settings,
                        const std::uint8_t* extents, char* text);
 
-// Reads the block that follows its marker into a cleared record. Returns 0.
+// Reads the block that follows its marker into the record. Returns 0.
 int GetLogDrvConfig(std::FILE* file, LogDrvConfigRecord* record);
 
 void DisplayLogDrvConfig(LogDrvConfigRecord record);

@@ -45,8 +45,6 @@ int PDSettingsToBuffer(int controller, const PhyDrvSettings* settings, char* tex
 }
 
 int GetPhyDrvConfig(std::FILE* file, PhyDrvConfigRecord* record) {
-    *record = {};
-    readInteger(file, &record->setIndex);
     readBlock<Source, Record>(keys, file, record);
     return 0;
 }

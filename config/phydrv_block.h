@@ -20,7 +20,7 @@ struct PhyDrvConfigRecord {
 // Formats the block's lines, without its section line, into text (kBlockTextSize bytes). Returns 0.
 int PDSettingsToBuffer(int controller, const PhyDrvSettings* settings, char* text);
 
-// Reads the block that follows its marker into a cleared record. Returns 0.
+// Reads the block that follows its marker into the record. Returns 0.
 int GetPhyDrvConfig(std::FILE* file, PhyDrvConfigRecord* record);
 
 void DisplayPhyDrvConfig(PhyDrvConfigRecord record);
