@@ -43,22 +43,25 @@ static void readList(std::FILE* file, int (&numbers)[kConfigMembers]) {
         numbers[i] = static_cast<int>(values[i]);
 }
 
-// Names and cache modes hold blanks: the rest of the line is read, with the blank after the key.
-static void readLine(std::FILE* file, char (&text)[128]) {
-    text[0] = '\0';
+// Names and cache modes hold blanks: the rest of the line is read, with the blank after the key. False
+// when the file ends with the key.
+static bool readLine(std::FILE* file, char (&text)[128]) {
+    if (std::feof(file))
+        return false;
     GetStrFromFileUpTo(file, text, sizeof text, "\n\t\r");
+    return true;
 }
 
 static void readName(std::FILE* file, Record* record) {
-    char name[128];
-    readLine(file, name);
-    std::memcpy(record->name, name, sizeof name);
+    char name[128] = {};
+    if (readLine(file, name))
+        std::memcpy(record->name, name, sizeof name);
 }
 
 static void readCacheMode(std::FILE* file, Record* record) {
-    char mode[128];
-    readLine(file, mode);
-    record->writeMode = TranslateWriteMode(mode);
+    char mode[128] = {};
+    if (readLine(file, mode))
+        record->writeMode = TranslateWriteMode(mode);
 }
 
 static void readSectorCount(std::FILE* file, Record* record) {

@@ -208,6 +208,11 @@ TEST(LogDrvBlock, EitherAutomaticCacheModeReadsBackAsAutomaticForThatWordIsSough
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> sometimes\n[End]").writeMode, -1);
 }
 
+TEST(LogDrvBlock, ACacheModeKeyThatEndsTheFileChangesNothing) {
+    EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode>").writeMode, 0);
+    EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Write Back\n<LogDrvCacheMode>").writeMode, 1);
+}
+
 TEST(LogDrvBlock, AnUnknownLevelIsComplainedAboutAndReadingGoesOn) {
     std::string messages;
     const LogDrvConfigRecord record = readDrive(" 0 <LogDrvRaidMode> RAID7 <LogDrvID> 4 [End]", &messages);

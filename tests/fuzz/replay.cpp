@@ -14,8 +14,9 @@ int main(int argc, char** argv) {
         for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
             std::ifstream stream(entry.path(), std::ios::binary);
             const std::vector<char> text((std::istreambuf_iterator<char>(stream)), {});
-            const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-            LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+            std::vector<std::uint8_t> bytes(text.begin(), text.end());
+            bytes.push_back(0); // so that an empty file has an address too
+            LLVMFuzzerTestOneInput(bytes.data(), text.size());
             ++files;
         }
     std::fprintf(stderr, "%d files replayed\n", files);
