@@ -12,6 +12,7 @@
 #include "commands/settings_text.h"
 #include "util/result.h"
 #include "util/utils.h"
+#include "util/vocabulary.h"
 
 namespace {
 // All that a listing shows of one controller; zero where the adapter did not answer.
@@ -35,10 +36,6 @@ static VersionText versionText(const VersionNumber& version) {
     std::snprintf(result.text, sizeof result.text, "%d.%d.%d.%d", version.major, version.minor, version.third,
                   version.fourth);
     return result;
-}
-
-static const char* enableText(std::uint8_t flag) {
-    return flag != 0 ? "Enable" : "Disable";
 }
 
 static const char* memoryText(const ControllerInfo& info) {

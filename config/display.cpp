@@ -24,10 +24,6 @@ void showNumber(const char* label, int value) {
     std::printf("%s : %d\n", label, value);
 }
 
-const char* enableText(int flag) {
-    return flag != 0 ? "Enable" : "Disable";
-}
-
 const char* onText(int flag) {
     return flag != 0 ? "On" : "Off";
 }

@@ -6,6 +6,4 @@ void closeDisplay();
 void showWord(const char* label, const char* value);
 void showNumber(const char* label, int value);
 
-// The words for a flag, in files and on display; non-zero is set.
-const char* enableText(int flag); // "Enable", "Disable"
-const char* onText(int flag);     // "On", "Off"
+const char* onText(int flag); // "On", or "Off" for 0

@@ -3,6 +3,7 @@
 
 #include "config/block.h"
 #include "config/display.h"
+#include "util/vocabulary.h"
 
 namespace {
 struct PhyDrvSource {

@@ -105,6 +105,10 @@ int TranslateRoundingScheme(const char* text) {
     return 255;
 }
 
+const char* enableText(int flag) {
+    return flag != 0 ? "Enable" : "Disable";
+}
+
 double SectorCount2MB(std::uint64_t sectors) {
     return static_cast<double>(sectors * 512) * 9.5367431640625e-7;
 }

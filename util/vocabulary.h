@@ -14,5 +14,7 @@ const char* TranslateLDInitOption2Str(int code);       // as creation texts take
 const char* TranslateInitialization2Str(int code);     // as displays show it
 int TranslateRoundingScheme(const char* text);         // code; 255 after a message when unknown
 
+const char* enableText(int flag); // "Enable", or "Disable" for 0
+
 double SectorCount2MB(std::uint64_t sectors);         // of 1,048,576 bytes
 double SectorCount2MBBase1000(std::uint64_t sectors); // of 1,000,000 bytes
