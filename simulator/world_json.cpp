@@ -346,6 +346,11 @@ static int lineOfQuoted(const std::string& text, const std::string& complaint) {
 bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
     try {
         World read;
+        // The parser would take a NUL for the end, and leave whatever follows it unread.
+        if (const std::size_t nul = text.find('\0'); nul != std::string::npos) {
+            fault = {lineOfByte(text, nul), "this is not valid JSON"};
+            return false;
+        }
         const ParsedJson json = ParsedJson::parse(text);
         if (const std::size_t twice = repeatedKey(text); twice != std::string::npos) {
             fault = {lineOfByte(text, twice), "a key stands twice in one object"};

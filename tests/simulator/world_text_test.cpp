@@ -83,6 +83,16 @@ TEST(WorldText, HostileTextsAreRefused) {
 }
 
 // Work grows with the file, not with its square.
+// A NUL is no end: what follows it would be lost when the file is written again.
+TEST(WorldText, NulBytesAreRefusedOnTheirLine) {
+    World world;
+    WorldFault fault;
+    EXPECT_FALSE(q5sim::worldFromJson(std::string("{\"controllers\": []}\n\0 []}", 25), world, fault));
+    EXPECT_EQ(fault.line, 2);
+    EXPECT_EQ(fault.reason, "this is not valid JSON");
+    EXPECT_EQ(reasonFor(std::string("\"kind\"\0@, ild []}", 17)), "this is not valid JSON");
+}
+
 TEST(WorldText, WideObjectsAreRefusedSoon) {
     std::string text = "{\"controllers\": []";
     for (int i = 0; i < 200000; i++)
