@@ -1,4 +1,4 @@
-# Shared by ./run, ./test and .ci/run: what a build needs, how it is installed, and building without
+# Shared by ./run, ./test, ./bench and .ci/run: what a build needs, how it is installed, and building without
 # noise. Expects $root, the folder of the sources, and set -eu. Writes to standard error only.
 : "${root:?}"
 
@@ -36,6 +36,29 @@ missing_for_lint() {
     has clang-tidy || case $1 in apt-get) echo clang-tidy ;; pkg) echo llvm ;; esac
 }
 
+missing_for_bench() {
+    has valgrind || echo valgrind
+}
+
+# The compiler's own engine, which Debian packs beside it.
+missing_for_fuzz() {
+    has clang++ || case $1 in apt-get) echo clang ;; pkg) echo llvm ;; esac
+    has_fuzzing_engine || case $1 in apt-get) echo "libclang-rt-$(clang_version)-dev" ;; pkg) echo llvm ;; esac
+}
+
+# Of clang++, or of the one that the package manager would bring.
+clang_version() {
+    if has clang++; then
+        clang++ -dumpversion | sed 's/\..*//'
+    else
+        apt-cache depends clang | sed -n 's/.*Depends: clang-\([0-9][0-9]*\)$/\1/p'
+    fi
+}
+
+has_fuzzing_engine() {
+    has clang++ && [ -n "$(find "$(clang++ -print-resource-dir)/lib" -name '*clang_rt.fuzzer*' -print 2>/dev/null)" ]
+}
+
 # Runs a command as root: directly, or through sudo.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
@@ -55,8 +78,8 @@ install_packages() {
     esac
 }
 
-# Installs what is missing for a purpose (build, lint); says what and why. Ends the script when that
-# is not possible.
+# Installs what is missing for a purpose (build, lint, bench, fuzz); says what and why. Ends the script when
+# that is not possible.
 ensure() {
     if has apt-get; then manager=apt-get; elif has pkg; then manager=pkg; else manager=none; fi
     missing=$("missing_for_$1" "$manager" | sort -u | tr '\n' ' ')

@@ -1,0 +1,45 @@
+// A world that lives in memory alone, for fuzzers of the operations: the same rules, without the file.
+#include "tests/fuzz/memory_world.h"
+#include "simulator/settle.h"
+#include "simulator/world_store.h"
+
+namespace q5sim {
+
+World fuzzedWorld;
+
+static constexpr std::int64_t kNow = 1700000000;
+
+bool openWorld() {
+    return true;
+}
+
+void closeWorld() {}
+
+bool worldIsOpen() {
+    return true;
+}
+
+bool resetWorld() {
+    fuzzedWorld = builtinWorld(kNow);
+    return true;
+}
+
+std::int64_t worldTime(const World& world) {
+    return kNow + world.clockOffset;
+}
+
+const World* currentWorld() {
+    settle(fuzzedWorld, worldTime(fuzzedWorld));
+    return &fuzzedWorld;
+}
+
+int changeWorld(const Change& change) {
+    World changed = *currentWorld();
+    const int result = change(changed, worldTime(changed));
+    settle(changed, worldTime(changed));
+    if (result == 0)
+        fuzzedWorld = changed;
+    return result;
+}
+
+} // namespace q5sim

@@ -1,0 +1,26 @@
+// Fuzzes the simulated adapters' operations: one after the other, with random records, on one world, while
+// time passes. Whatever they did, the world's parts agree, and it is one that its file can hold (of which
+// every eighth length is asked: texts cost more than operations).
+#include <cstdlib>
+#include <iterator>
+
+#include "simulator/world_json.h"
+#include "simulator/world_store.h"
+#include "tests/fuzz/memory_world.h"
+#include "tests/fuzz/operation_table.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Bytes bytes = {data, size};
+    q5sim::resetWorld();
+    for (int i = 0; i < 64 && bytes.left > 0; ++i) {
+        operations[takeValue<std::uint8_t>(&bytes) % std::size(operations)](&bytes);
+        q5sim::fuzzedWorld.clockOffset += takeValue<std::uint8_t>(&bytes) * 60;
+    }
+    q5sim::checkWorld(q5sim::fuzzedWorld);
+    q5sim::World again;
+    q5sim::WorldFault fault;
+    if (size % 8 == 0 && (!q5sim::worldFromJson(q5sim::worldToJson(q5sim::fuzzedWorld), again, fault) ||
+                          !(again == q5sim::fuzzedWorld)))
+        std::abort();
+    return 0;
+}
