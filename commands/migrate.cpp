@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "commands/activity.h"
 #include "commands/settings_text.h"
@@ -43,12 +42,6 @@ struct MigrationTarget {
     long count;           // of parities or sub arrays; -1 when not given
 };
 } // namespace
-
-// Whether the key, the part before "=", says the word. Unlike elsewhere case counts.
-static bool keySays(const char* item, const char* word) {
-    const char* found = std::strstr(item, word);
-    return found != nullptr && found + std::strlen(word) <= item + std::strcspn(item, "=");
-}
 
 // Applies one item; every key needs a value.
 static ItemResult readItem(MigrationTarget* target, const char* item) {

@@ -35,6 +35,11 @@ bool itemSays(const char* item, const char* word) {
     return strstrNoCase(item, word) != nullptr;
 }
 
+bool keySays(const char* item, const char* word) {
+    const char* found = std::strstr(item, word);
+    return found != nullptr && found + std::strlen(word) <= item + std::strcspn(item, "=");
+}
+
 ItemResult readSwitch(const char* item, std::uint8_t* field) {
     *field = itemSays(item, "enable");
     return *field != 0 || itemSays(item, "disable") ? ItemResult::good : ItemResult::bad;

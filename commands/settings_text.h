@@ -52,6 +52,9 @@ const char* itemValue(const char* item);
 // Whether a key or a value word stands anywhere in the item, without regard to case.
 bool itemSays(const char* item, const char* word);
 
+// Whether the key of an item, the part before "=", says the word. Here case counts.
+bool keySays(const char* item, const char* word);
+
 // Stores 1 for an item that says "enable" and 0 for any other, which is bad unless it says "disable".
 ItemResult readSwitch(const char* item, std::uint8_t* field);
 

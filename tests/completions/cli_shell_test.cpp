@@ -1,0 +1,152 @@
+// cli-shell: when it puts a line editor before the prompt, what that is told, and whose exit status
+// it leaves with.
+#include <gtest/gtest.h>
+
+#include "tests/completions/shells.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+// An installation of its own: cli-shell, a cli that echoes lines in brackets and leaves with the status
+// that "exit" names, and a PATH of three programs, with or without a line editor that tells its words.
+class CliShell : public testing::Test {
+protected:
+    void SetUp() override {
+        for (const char* name : {"prefix", "prefix/sbin", "bin", "home"})
+            fs::create_directory(folder.path() + "/" + name);
+        fs::create_directories(fs::path(words()).parent_path());
+        fs::copy_file(CLI_SHELL, folder.path() + "/prefix/sbin/cli-shell");
+        folder.writeProgram("prefix/sbin/cli", R"(#!/bin/sh
+[ $# -eq 0 ] || { printf '[%s]' "$@"; exit 6; }
+while echo ready && printf 'cli>' && IFS= read -r line; do
+    case $line in
+    exit*) exit "${line#exit }" ;;
+    die) kill -TERM $$ ;;
+    esac
+    printf '[%s]\n' "$line"
+done
+exit 7
+)");
+        for (const char* name : {"dirname", "realpath", "stty"})
+            for (const char* place : {"/bin/", "/usr/bin/"})
+                if (fs::exists(std::string(place) + name) && !fs::exists(folder.path() + "/bin/" + name))
+                    fs::create_symlink(std::string(place) + name, folder.path() + "/bin/" + name);
+    }
+
+    std::string words() const {
+        return fs::path(folder.path() + "/prefix/sbin/" WORDS_FROM_SBIN).lexically_normal();
+    }
+
+    void giveEditor() const {
+        folder.writeProgram("bin/rlwrap", "#!/bin/sh\n"
+                                          "for word; do printf '{%s}' \"$word\"; done\n"
+                                          "exec \"$word\"\n");
+    }
+
+    Launch launch(const std::vector<std::string>& arguments, const std::string& terminal) const {
+        Launch launch = {.words = {"/bin/sh", "-c", "stty cols 80 rows 24 2>/dev/null; exec \"$@\"", "sh",
+                                   folder.path() + "/prefix/sbin/cli-shell"},
+                         .variables = {"PATH=" + path, "TERM=" + terminal, "HOME=" + folder.path() + "/home"},
+                         .directory = folder.path()};
+        launch.words.insert(launch.words.end(), arguments.begin(), arguments.end());
+        return launch;
+    }
+
+    Outcome onTerminal(const std::vector<std::string>& typed, const std::string& terminal = "vt100") const {
+        return runOnTerminal(launch({}, terminal), "ready", typed);
+    }
+
+    Folder folder;
+    std::string path = folder.path() + "/bin";
+};
+} // namespace
+
+static bool shows(const Outcome& outcome, const std::string& text) {
+    return outcome.out.find(text) != std::string::npos;
+}
+
+TEST_F(CliShell, TellsTheEditorWhereHistoryAndWordsAre) {
+    giveEditor();
+    folder.write(fs::path(words()).lexically_relative(folder.path()), "ctrl\n");
+    const Outcome outcome = onTerminal({"exit 0\n"});
+    EXPECT_TRUE(shows(outcome, "{--history-filename}{" + folder.path() + "/home/.cli_history}")) << outcome;
+    const std::size_t breaks = outcome.out.find("{--break-chars}{\",}"), list = outcome.out.find("{--file}{");
+    ASSERT_NE(list, std::string::npos) << outcome;
+    EXPECT_LT(breaks, list); // the editor splits the list by what it has been told before
+    EXPECT_TRUE(shows(outcome, "}{" + folder.path() + "/prefix/sbin/cli}")) << outcome;
+}
+
+TEST_F(CliShell, EditsWithoutWordsWhereTheListIsNot) {
+    giveEditor();
+    const Outcome outcome = onTerminal({"exit 0\n"});
+    EXPECT_TRUE(shows(outcome, "{--history-filename}")) << outcome;
+    EXPECT_FALSE(shows(outcome, "{--file}")) << outcome;
+}
+
+TEST_F(CliShell, KeepsNoHistoryWhereItCannotBeWritten) {
+    giveEditor();
+    Launch start = launch({}, "vt100");
+    start.variables.back() = "HOME=/nonexistent";
+    EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
+}
+
+TEST_F(CliShell, LeavesWithThePromptsStatus) {
+    giveEditor();
+    EXPECT_EQ(onTerminal({"exit 0\n"}).status, 0);
+    EXPECT_EQ(onTerminal({"exit 12\n"}).status, 12);
+    EXPECT_EQ(onTerminal({"\x04"}).status, 7);
+    EXPECT_EQ(onTerminal({"die\n"}).status, 128 + 15);
+}
+
+TEST_F(CliShell, IsThePlainPromptWithoutAnEditor) {
+    const Outcome outcome = onTerminal({"ctrl\n", "exit 3\n"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
+    EXPECT_EQ(onTerminal({"\x04"}).status, 7);
+}
+
+TEST_F(CliShell, IsThePlainPromptWhereNothingCanBeEdited) {
+    giveEditor();
+    const Outcome dumb = onTerminal({"exit 4\n"}, "dumb");
+    EXPECT_EQ(dumb.status, 4);
+    EXPECT_FALSE(shows(dumb, "{")) << dumb;
+    const Outcome narrow = runOnTerminal({.words = {folder.path() + "/prefix/sbin/cli-shell"},
+                                          .variables = {"PATH=" + path, "TERM=vt100"},
+                                          .directory = folder.path()},
+                                         "ready", {"exit 5\n"});
+    EXPECT_EQ(narrow.status, 5); // a terminal without a width
+    EXPECT_FALSE(shows(narrow, "{")) << narrow;
+}
+
+TEST_F(CliShell, IsThePlainPromptOnPipes) {
+    giveEditor();
+    EXPECT_EQ(runProgram(launch({}, "vt100"), "ctrl\nexit 9\n"),
+              (Outcome{9, "ready\ncli>[ctrl]\nready\ncli>", ""}));
+}
+
+TEST_F(CliShell, HandsArgumentsOnAsTheyAre) {
+    giveEditor();
+    const std::vector<std::string> arguments = {"logdrv", "-s", "name=a b", "", "*"};
+    const Outcome outcome = runOnTerminal(launch(arguments, "vt100"), "ready", {});
+    EXPECT_EQ(outcome.out, "[logdrv][-s][name=a b][][*]");
+    EXPECT_EQ(outcome.status, 6);
+    EXPECT_EQ(runProgram(launch(arguments, "vt100"), ""), (Outcome{6, "[logdrv][-s][name=a b][][*]", ""}));
+}
+
+TEST_F(CliShell, CompletesAndRemembersUnderTheRealEditor) {
+    if (std::string(RLWRAP_PROGRAM).empty())
+        GTEST_SKIP() << "no rlwrap here";
+    path += ":" + fs::path(RLWRAP_PROGRAM).parent_path().string();
+    fs::copy_file(COMPLETIONS "/cli.words", words());
+    const Outcome outcome = onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n",
+                                        "phyd\t -a set3\t\n", "\x1b[A\x1b[A\n", "exit 3\n"});
+    EXPECT_EQ(outcome.status, 3);
+    const std::string creation = "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]";
+    const std::size_t first = outcome.out.find(creation);
+    ASSERT_NE(first, std::string::npos) << outcome;
+    EXPECT_NE(outcome.out.find(creation, first + 1), std::string::npos) << outcome; // by two arrows up
+    EXPECT_TRUE(shows(outcome, "[phydrv -a set3G]")) << outcome;
+    EXPECT_NE(folder.read("home/.cli_history").find("phydrv -a set3G\n"), std::string::npos);
+    EXPECT_EQ(onTerminal({"\x04"}).status, 7);
+    EXPECT_EQ(onTerminal({"die\n"}).status, 128 + 15);
+}
