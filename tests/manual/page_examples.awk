@@ -1,0 +1,40 @@
+# Writes each block of the pages' examples as a script of its own, work/NN.example, and each part of a
+# configuration file as a script that imports it. A line "setup" below brings the simulated hardware into
+# the state that an example tells of.
+
+function setup(line) {
+    if (line ~ /rb -a start -l 0 /)
+        return "cli ctrl -a mod -i 0 -s autorebuild=disable\nq5sim fail-drive 0 2\nq5sim replace-drive 0 2\n"
+    return ""
+}
+
+function close_block() {
+    if (text == "")
+        return
+    file = sprintf("%s/%02d.example", work, ++blocks)
+    # The second and third block of the rehearsal go on in the world of the one before.
+    printf "%s%s%s", (text ~ /replace-drive 0 2/ ? "" : "q5sim reset\n"), before, text > file
+    close(file)
+    text = before = ""
+}
+
+/^\.Sh / { within = $0 == ".Sh EXAMPLES" }
+!within { next }
+/^\.Bd -literal/ { literal = 1; next }
+/^\.Ed/ {
+    if (config)
+        text = text "EOF\ncli import -i -f file >shown\ngrep -q '<<' shown\ncli import -c -f file\n"
+    close_block()
+    literal = config = 0
+    next
+}
+literal && /^\[/ && !config { config = 1; text = "cat >file <<EOF\n" }
+config { text = text $0 "\n"; next }
+literal && /^[#$] / {
+    before = before setup($0)
+    line = substr($0, 3)
+    sub(/ cli-rehearse$/, " cli-rehearse </dev/null", line)
+    gsub("/tmp/trial", work "/trial", line)
+    gsub(/\\e/, "\\", line)
+    text = text line "\n"
+}
