@@ -1,7 +1,6 @@
 // Text helpers shared by every command, and the common way to fail.
 #include "util/utils.h"
 
-#include <cctype>
 #include <cstdlib>
 #include <cstring>
 
@@ -12,13 +11,16 @@ int complain(Result::Code code, const char* message) {
     return code;
 }
 
+// Case is that of the letters of ASCII: no locale is ever set, and the C library's tables for it would
+// be brought into memory for these two functions alone.
+//
 // Bytes compare as signed characters, so that those above 127 sort before all letters.
 static int upperCase(char c) {
-    return static_cast<signed char>(std::toupper(static_cast<unsigned char>(c)));
+    return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
 }
 
 static char lowerCase(char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
 static bool isDigit(char c) {
