@@ -133,20 +133,40 @@ TEST_F(CliShell, HandsArgumentsOnAsTheyAre) {
     EXPECT_EQ(runProgram(launch(arguments, "vt100"), ""), (Outcome{6, "[logdrv][-s][name=a b][][*]", ""}));
 }
 
-TEST_F(CliShell, CompletesAndRemembersUnderTheRealEditor) {
-    if (std::string(RLWRAP_PROGRAM).empty())
-        GTEST_SKIP() << "no rlwrap here";
-    path += ":" + fs::path(RLWRAP_PROGRAM).parent_path().string();
-    fs::copy_file(COMPLETIONS "/cli.words", words());
-    const Outcome outcome = onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n",
-                                        "phyd\t -a set3\t\n", "\x1b[A\x1b[A\n", "exit 3\n"});
-    EXPECT_EQ(outcome.status, 3);
-    const std::string creation = "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]";
-    const std::size_t first = outcome.out.find(creation);
-    ASSERT_NE(first, std::string::npos) << outcome;
-    EXPECT_NE(outcome.out.find(creation, first + 1), std::string::npos) << outcome; // by two arrows up
+namespace {
+class CliShellUnderTheRealEditor : public CliShell {
+protected:
+    void SetUp() override {
+        if (std::string(RLWRAP_PROGRAM).empty())
+            GTEST_SKIP() << "no rlwrap here";
+        CliShell::SetUp();
+        path += ":" + fs::path(RLWRAP_PROGRAM).parent_path().string();
+        fs::copy_file(COMPLETIONS "/cli.words", words());
+    }
+};
+} // namespace
+
+// What the help promises of the prompt: backspace, left and right, and the lines before by up and down.
+TEST_F(CliShellUnderTheRealEditor, HasEditingKeysAndAHistory) {
+    const Outcome outcome = onTerminal({"crX\x7fl\x1b[D\x1b[Dt\n", "rc\x1b[D\x1b[Db\x1b[C\x7fz\n", "bga\n",
+                                        "\x1b[A\x1b[A\x1b[A\x1b[B!\n", "exit 3\n"});
+    EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
+    EXPECT_TRUE(shows(outcome, "[bzc]")) << outcome;
+    EXPECT_TRUE(shows(outcome, "[bzc!]")) << outcome;
+    EXPECT_EQ(folder.read("home/.cli_history"), "ctrl\nbzc\nbga\nbzc!\nexit 3\n");
+    EXPECT_TRUE(shows(onTerminal({"\x1b[A\x1b[A?\n", "exit 0\n"}), "[bzc!?]"));
+}
+
+TEST_F(CliShellUnderTheRealEditor, CompletesWords) {
+    const Outcome outcome =
+        onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n", "phyd\t -a set3\t\n", "exit 3\n"});
+    EXPECT_TRUE(shows(outcome, "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[phydrv -a set3G]")) << outcome;
-    EXPECT_NE(folder.read("home/.cli_history").find("phydrv -a set3G\n"), std::string::npos);
+}
+
+TEST_F(CliShellUnderTheRealEditor, LeavesWithThePromptsStatus) {
+    EXPECT_EQ(onTerminal({"exit 0\n"}).status, 0);
+    EXPECT_EQ(onTerminal({"exit 12\n"}).status, 12);
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);
     EXPECT_EQ(onTerminal({"die\n"}).status, 128 + 15);
 }

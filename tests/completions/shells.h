@@ -1,6 +1,8 @@
 // What the tests of the shells' completions share.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
