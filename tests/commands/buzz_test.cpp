@@ -42,6 +42,11 @@ TEST_F(Buzz, ShowsEachStateAndWhatIsUnknown) {
                                                 "     2   Unknown\n     3   Unknown\n");
 }
 
+TEST_F(Buzz, AStateThatDoesNotComeIsOff) {
+    expectCall("q5_getBuzzerStatus", bytesOf(at(3), std::uint32_t{0}, std::uint32_t{1}));
+    EXPECT_EQ(told(ListBuzzStatus, "buzz -i 3 -c 1"), "0: " + kHead + "     3  disabled\n");
+}
+
 TEST_F(Buzz, ListsFromTheFirstAsManyAsAskedFor) {
     const std::string two = "0: " + kHead + "     5  disabled\n     6  disabled\n";
     for (const char* line : {"buzz -i 5 -c 2", "buzz -c 2 -I 5", "buzz -a list -c 2 -i 5",

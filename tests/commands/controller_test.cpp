@@ -111,6 +111,11 @@ TEST_F(ControllerListing, SaysThatThereIsNoControllerBeforeJudgingTheOptions) {
     }
 }
 
+TEST_F(ControllerListing, ANumberOfControllersThatDoesNotComeIsZero) {
+    expectCall("q5_getNumberOfHBA", {}, {}, 1);
+    expectOutcome(run(ListControllerInfo, typed("ctrl")), 5, "No controller is existed\n");
+}
+
 TEST_F(ControllerListing, ComparesTheCountWithTheId) {
     expectRefused("ctrl -i 2", 5, "No controller with ID #2 is existed!\n");
     expectRefused("ctrl -i 1 -c 1", 5, "No controller with ID #1 is existed!\n");

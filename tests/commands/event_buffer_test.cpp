@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -163,6 +165,25 @@ TEST_F(HostileImage, NeverLeadsATakeOutsideTheSlots) {
     }
 }
 
+// The two IDs beside the last slot's tell a step too many or too few.
+TEST_F(HostileImage, TakesTheLastSlotForAPositionBehindIt) {
+    for (const std::uint32_t position : {50u, 51u, 4294967295u}) {
+        g_EventBuffer.slot[48].eventId = 1048;
+        g_EventBuffer.slot[49].eventId = 1049;
+        bringImage(position, 2);
+        EXPECT_EQ(takenId(), 1049u) << position;
+        EXPECT_EQ(takenId(), 1048u) << position;
+    }
+}
+
+TEST_F(HostileImage, TakesOneOfTheFiftyForACountAboveThem) {
+    for (const std::uint32_t count : {51u, 4294967295u}) {
+        bringImage(0, count);
+        takenId();
+        EXPECT_EQ(g_EventBuffer.count, 49u) << count;
+    }
+}
+
 TEST_F(HostileImage, NeverCountsMoreThanTheSlots) {
     for (const std::uint32_t count : {51u, 0x80000000u, 0xFFFFFFFFu}) {
         bringImage(0, count);
@@ -313,4 +334,19 @@ TEST(BrLocate, FindsNothingForDataAndForNoAddress) {
     EXPECT_EQ(located(&onTheStack), "(null)");
     EXPECT_EQ(located(&g_EventBuffer), "(null)");
     EXPECT_EQ(located(nullptr), "(null)");
+}
+
+// The part of the map that holds an address is code from its first byte to the one before its end.
+TEST(BrLocate, FindsTheFirstAndTheLastByteOfTheCodeButNothingBehindIt) {
+    if (!hasMemoryMap())
+        GTEST_SKIP() << "there is no memory map here";
+    const auto code = reinterpret_cast<std::uintptr_t>(&br_locate);
+    std::ifstream maps("/proc/self/maps");
+    std::uintptr_t start = 0, end = 0;
+    for (std::string line; std::getline(maps, line) && !(start <= code && code < end);)
+        ASSERT_EQ(std::sscanf(line.c_str(), "%lx-%lx", &start, &end), 2);
+    const std::string directory = located(reinterpret_cast<const void*>(code));
+    EXPECT_EQ(located(reinterpret_cast<const void*>(start)), directory);
+    EXPECT_EQ(located(reinterpret_cast<const void*>(end - 1)), directory);
+    EXPECT_EQ(located(reinterpret_cast<const void*>(end)), "(null)");
 }

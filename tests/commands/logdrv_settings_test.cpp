@@ -203,6 +203,14 @@ TEST_F(LogDrvMod, TakesTheLastWordForTheText) {
     EXPECT_EQ(told(SetLogDrvSettings, "logdrv -a mod -l 1 -l 3"), kDoneSilently);
 }
 
+TEST_F(LogDrvMod, TakesTheFirstDriveWhenNoneIsNamed) {
+    Image after;
+    after.settings.lookahead = 5;
+    expectRead(0, 0, {});
+    expectWritten(0, 0, after);
+    EXPECT_EQ(told(SetLogDrvSettings, typed("logdrv -a mod -s - -s lookahead=5")), kDoneSilently);
+}
+
 TEST_F(LogDrvMod, ChecksItsWords) {
     for (const char* line :
          {"", "logdrv -a mod", "logdrv -a mod -l 3", "logdrv -a mod -l 3 -s", "logdrv -a mod -l 3 -i 2",

@@ -167,6 +167,12 @@ TEST_F(LogDrv, LocateForNoTimeStopsTheBlinking) {
     }
 }
 
+TEST_F(LogDrv, LocateTakesTheFirstDriveWhenNoneIsNamed) {
+    expectLookup(0, 0, driveDoing(0, 0));
+    expectCall("q5_locateLogDrv", bytesOf(at(0), std::uint32_t{0}, std::uint16_t{0}, std::uint32_t{5}));
+    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -d 9 -d 5"), kDoneSilently);
+}
+
 TEST_F(LogDrv, LocateReportsARefusal) {
     for (const int result : {1, -1}) {
         expectLookup(2, 3, driveDoing(0));

@@ -189,6 +189,13 @@ static std::string lostLines(const std::vector<std::uint32_t>& masks) {
     return lines;
 }
 
+TEST_F(LogDrvBlocks, NameNoLostMembersWhereTheAdapterTellsNone) {
+    expectListing(0, 0, 128, listReply(Drives{raid5()}));
+    expectCall("q5_getAryLostDisk", bytesOf(at(0), std::uint32_t{0}, std::uint8_t{0}), {}, 1);
+    expectSettings(0, 0, settingsReply(0, 4, 1));
+    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -v"), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
+}
+
 TEST_F(LogDrvBlocks, NameLostMembers) {
     const std::string label = "Set down disk members with ID in array : ";
     EXPECT_EQ(lostLines({0}), "");

@@ -97,6 +97,7 @@ TEST_F(Migrate, ReadsLevelStripeAndCountFromItsText) {
         {"raid=raidmf,count=3", 96, requestFor(96, 64, 0, 3)},
         {"raid=raid5,count=7", 0, requestFor(5)},
         {"raid=raid5,count=none", 0, requestFor(5)},
+        {"raid=raid50,count=2a", 5, requestFor(80, 64, 2, 0)},
         {"raid=raid0", 10, requestFor(0)},
         {"raid=jbod", 10, requestFor(10)},
         {"my raid level=raid5,a stripe of=16", 0, requestFor(5, 16)},
@@ -178,6 +179,17 @@ TEST_F(Migrate, NeedsBothIds) {
         EXPECT_EQ(told(StartLogDrvMigrate, std::string("migrate -a start ") + line + " -s raid=raid5"),
                   kIdsTold)
             << line;
+}
+
+TEST_F(Migrate, TakesTheFirstDriveOfTheFirstController) {
+    LogDrvInfo drive = driveDoing(0, 0);
+    drive.raidLevel = 0;
+    MigrateRequest request = requestFor(5, 32);
+    request.logDrvId = 0;
+    expectLookup(0, 0, drive);
+    expectCall("q5_migrateHBAArray", bytesOf(at(0), std::uint32_t{0}, request));
+    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -l 0 -i 0 -s raid=raid5,stripe=32"),
+              "0: Migration is started on Array 0.\n");
 }
 
 TEST_F(Migrate, ChecksOptionsThenTextThenIdsThenTheDrive) {

@@ -132,6 +132,18 @@ TEST(ReadOptions, KeepAsManyNumbersAsAListHasRoomFor) {
     EXPECT_EQ(seen.list.count, 16);
 }
 
+TEST(ReadOptions, ReachNoFurtherThanTheRoomOfAList) {
+    std::uint32_t numbers[] = {4, 4, 4};
+    int count = 0, index = 0;
+    char letter[] = "-l", list[] = "7";
+    char* words[16] = {letter, list};
+    const Option options[] = {listOption("-l", numbers, &count, 2, 0)};
+    EXPECT_EQ(readOption(words, &index, options), 0);
+    EXPECT_EQ(numbers[0], 7u);
+    EXPECT_EQ(numbers[1], 0u);
+    EXPECT_EQ(numbers[2], 4u);
+}
+
 TEST(ReadOptions, TakeATextAsItIs) {
     const auto readText = [](int wordCount, char** words) {
         const int result = readEveryKind(wordCount, words);

@@ -121,6 +121,8 @@ TEST_F(PhyDrvAction, LocatesForSoManySecondsAndStopsWithNone) {
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -D 0 -I 1 -P 3"), "0: ");
     expectCall("q5_stopLocatePhyDrv", bytesOf(at(2), zero, std::uint16_t{0}));
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -i 0 -i 1 -i 2"), "0: ");
+    expectCall("q5_locatePhyDrv", bytesOf(at(0), zero, std::uint16_t{2}, std::uint32_t{30}));
+    EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -d 5 -d 30"), "0: ");
     expectCall("q5_locatePhyDrv", bytesOf(at(0), zero, std::uint16_t{0xFFFF}, 0xFFFFFFFFu));
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 0 -i 0 -d 4294967295"), "0: ");
 }
@@ -149,6 +151,8 @@ TEST_F(PhyDrvAction, WipesADriveOrSaysThatItFailed) {
     }
     expectCall("q5_removeHBADiskMDD", bytesOf(at(2), std::uint32_t{0}, DriveSelector{0, 1}));
     EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -i 1 -i 2"), "0: ");
+    expectCall("q5_removeHBADiskMDD", bytesOf(at(0), std::uint32_t{0}, DriveSelector{3, 1}));
+    EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 3 -p 4"), "0: ");
 }
 
 TEST_F(PhyDrvAction, RefusesToWipeByBadWords) {

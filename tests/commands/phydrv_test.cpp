@@ -168,7 +168,8 @@ struct Verbose {
 };
 } // namespace
 
-static void expectQuestions(const Verbose& drive, std::uint32_t controller) {
+// The questions about one drive; without a locate state the adapter does not answer the last of them.
+static void expectQuestions(const Verbose& drive, std::uint32_t controller, bool locateAnswered = true) {
     const std::uint32_t id = drive.entry.driveId;
     MediaPatrolProgress patrol;
     std::memset(&patrol, 0xA5, sizeof patrol);
@@ -183,7 +184,8 @@ static void expectQuestions(const Verbose& drive, std::uint32_t controller) {
         expectCall("q5_getEnclosureInfo", asks(controller, EnclosureQuery{drive.entry.enclosureId, 1}, 80),
                    listReply<EnclosureEntry>({{{}, drive.enclosureType, 0}}));
     expectCall("q5_getPhyDrvLocateStatus",
-               bytesOf(at(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)), {drive.lit});
+               bytesOf(at(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)),
+               locateAnswered ? Bytes{drive.lit} : Bytes{}, locateAnswered ? 0 : 1);
 }
 
 static const std::string kIdentity = "****************************\nDisk ID : 7\nChannel# : 5\n"
@@ -204,6 +206,12 @@ static void expectBlock(const Verbose& drive) {
 
 TEST_F(PhyDrv, ShowsAllOfADrive) {
     expectBlock({});
+}
+
+TEST_F(PhyDrv, ShowsADriveWhoseLocateStateIsUnknownAsNotLocated) {
+    expectCall("q5_getPhyDrvInfo", asksDrives(1, 6, 1), listReply<PhyDrvInfo>({entryOf(6)}));
+    expectQuestions({}, 1, false);
+    EXPECT_EQ(told(ListPhyDrvInfo, "phydrv -v -p 7 -i 1"), "0: " + block({}));
 }
 
 TEST_F(PhyDrv, AsksAboutEachDriveInTurn) {

@@ -159,6 +159,14 @@ TEST_F(Export, WithoutAnAdapterTheFileIsCreatedEmpty) {
     EXPECT_EQ(contents(), "");
 }
 
+TEST_F(Export, ANumberOfAdaptersThatDoesNotComeIsZero) {
+    expectCall("q5_getNumberOfHBA", {}, {}, 1);
+    const Outcome outcome = exported({"-t", "0", "-f", path});
+    EXPECT_EQ(outcome.result, 5);
+    EXPECT_EQ(outcome.output, "No controller is existed\n");
+    EXPECT_EQ(contents(), "");
+}
+
 TEST_F(Export, AFileThatWasNotWrittenWholeIsAsGoodAsNone) {
     if (access("/dev/full", W_OK) != 0)
         GTEST_SKIP() << "there is no device that is always full";

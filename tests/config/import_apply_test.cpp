@@ -16,6 +16,11 @@ TEST_F(ImportApply, WithoutAdaptersNothingIsDone) {
     expectOutcome(driveBlock(0, 0, 1) + logDrvBlock(0, 0), true, 0);
 }
 
+TEST_F(ImportApply, ANumberOfAdaptersThatDoesNotComeIsZero) {
+    expectCall("q5_getNumberOfHBA", {}, {}, 1);
+    expectOutcome(driveBlock(0, 0, 1) + logDrvBlock(0, 0), true, 0);
+}
+
 TEST_F(ImportApply, AControllerRecordForAnAdapterThatIsNotThereIsIgnored) {
     expectChecks(1);
     expectOutcome(ctrlBlock(7), false, 0);

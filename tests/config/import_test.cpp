@@ -154,6 +154,22 @@ TEST_F(Import, AFileThatCannotBeOpenedIsNamed) {
     expectOutcome({"-i", "-c"}, 12, "Unable to open the specified configuration file \"\"!!\n");
 }
 
+// Each step opens the file anew: it may be gone by then.
+TEST_F(Import, AFileThatHasGoneIsNamed) {
+    const std::string missing = directory + "/none.cfg";
+    const std::string complaint = "Unable to open the specified configuration file \"" + missing + "\"!!\n";
+    int result = -1;
+    EXPECT_EQ(printed([&] { result = DisplayImportFile(missing.c_str()); }), complaint);
+    EXPECT_EQ(result, 12);
+    result = -1;
+    EXPECT_EQ(printed([&] {
+                  result =
+                      SetDataFromConfigFile(missing.c_str(), true, true, 0, nullptr, 0, nullptr, 0, nullptr);
+              }),
+              complaint);
+    EXPECT_EQ(result, 12);
+}
+
 TEST_F(Import, AMissingValueIsWhateverTheNextSlotHolds) {
     write(driveBlock(0, 0, 9));
     const Outcome outcome = imported({"-i", "-f"}, {path});
@@ -302,6 +318,12 @@ TEST_F(Import, AListOfLogicalDrivesHolds128) {
     expectLogDrvChange(0, 4);
     expectLogDrvList(1, {listed(21, 4)});
     expectSelected({"-l", repeated("9,", 127) + "0"});
+    // Each comma ends an empty item, which is 0.
+    expectChecks(2);
+    expectLogDrvList(0, {listed(21, 4)});
+    expectLogDrvChange(0, 4);
+    expectLogDrvList(1, {listed(21, 4)});
+    expectSelected({"-l", repeated(",", 128) + "1"});
 }
 
 TEST_F(Import, ListItemsThatFillTheirWordAreWithinTheirRoom) {

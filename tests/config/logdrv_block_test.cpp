@@ -251,6 +251,14 @@ TEST(LogDrvBlock, ABadEntryOfAListIsComplainedAboutAndTheEntriesBeforeItStay) {
     EXPECT_EQ(record.logDrvId, 4);
 }
 
+TEST(LogDrvBlock, ABadListLeavesTheOneBeforeIt) {
+    std::string messages;
+    const LogDrvConfigRecord record = readDrive(
+        " 0 <LogDrvDiskMember> 5,6 <LogDrvDiskExtentIndex> 9,8 <LogDrvDiskMember> x [End]", &messages);
+    EXPECT_EQ(messages, "Invalid block ID 'x' specified!\n");
+    EXPECT_EQ(first(record.memberIds, 3), (std::vector<int>{5, 6, 0}));
+}
+
 // The character that an opening parenthesis is followed by always belongs to the first entry.
 TEST(LogDrvBlock, TheListsOfADriveWithoutMembersReadBackWithAComplaintEach) {
     std::string messages;

@@ -11,8 +11,10 @@ using Numbers = std::vector<std::uint32_t>;
 
 static Texts itemsOf(std::string text) {
     int count = -1;
-    char* items[kMaxListItems];
+    char behind[] = "behind the table", *items[kMaxListItems + 1];
+    items[kMaxListItems] = behind;
     FormIDStrAry(text.data(), &count, items);
+    EXPECT_EQ(items[kMaxListItems], behind);
     for (int i = count; i < kMaxListItems; ++i)
         EXPECT_EQ(items[i], nullptr);
     return {items, items + count};
@@ -221,6 +223,15 @@ TEST(BlockExtentIDsString, ShowsIdsAsTheyAre) {
     const std::uint8_t ids[] = {0, 1, 255, 254};
     EXPECT_STREQ(BlockExtentIDsString(4, ids), "(0,1,-,254)");
     EXPECT_STREQ(BlockExtentIDsString(0, ids), "()");
+}
+
+// 26 numbers of two digits, their commas, the parentheses and the NUL are 80 bytes.
+TEST(BlockExtentIDsString, FillsItsTextToTheLastByte) {
+    const std::vector<std::uint8_t> ids(27, 10);
+    const std::string full = BlockExtentIDsString(26, ids.data());
+    EXPECT_EQ(full.size(), 79u);
+    EXPECT_EQ(full.substr(72), ",10,10)");
+    EXPECT_EQ(BlockExtentIDsString(27, ids.data()), full);
 }
 
 TEST(BlockExtentIDsString, LeavesTheOtherFunctionsTextAlone) {

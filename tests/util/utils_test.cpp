@@ -25,6 +25,8 @@ TEST(StrCmpNoCase, SortsAProperPrefixFirst) {
     EXPECT_EQ(strCmpNoCase("a", ""), 1);
     EXPECT_EQ(strCmpNoCase("ctr", "CTRL"), -1);
     EXPECT_EQ(strCmpNoCase("CTRL", "ctr"), 1);
+    EXPECT_EQ(strCmpNoCase("ctr", "ctr\x80"), -1);
+    EXPECT_EQ(strCmpNoCase("ctr\x80", "ctr"), 1);
 }
 
 TEST(StrCmpNoCase, ComparesUpperCaseFormsAsSignedCharacters) {
@@ -251,6 +253,16 @@ TEST(GetStrFromFileUpTo, DropsWhatDoesNotFit) {
     char buffer[4];
     GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
     EXPECT_STREQ(buffer, "abc");
+    GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
+    EXPECT_STREQ(buffer, "gh");
+}
+
+TEST(GetStrFromFileUpTo, StepsOverAFieldThatThereIsNoRoomForAtAll) {
+    const File file = fileOf("abc,gh,");
+    char nothing[] = {'x', 'y'}, buffer[4];
+    GetStrFromFileUpTo(file.get(), nothing, 1, ",");
+    EXPECT_EQ(nothing[0], '\0');
+    EXPECT_EQ(nothing[1], 'y');
     GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
     EXPECT_STREQ(buffer, "gh");
 }
