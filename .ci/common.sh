@@ -40,6 +40,20 @@ missing_for_bench() {
     has valgrind || echo valgrind
 }
 
+# What single tests need that are skipped elsewhere, and what the checks beyond the tests do.
+missing_for_checks() {
+    missing_for_lint "$1"
+    missing_for_bench "$1"
+    missing_for_fuzz "$1"
+    has gcovr || case $1 in apt-get) echo gcovr ;; pkg) echo py311-gcovr ;; esac
+    has python3 || echo python3
+    has mandoc || echo mandoc
+    has rlwrap || echo rlwrap
+    has zsh || echo zsh
+    [ "$1" != apt-get ] || has fakeroot || echo fakeroot
+    [ "$1" != apt-get ] || has dpkg-shlibdeps || echo dpkg-dev
+}
+
 # The compiler's own engine, which Debian packs beside it.
 missing_for_fuzz() {
     has clang++ || case $1 in apt-get) echo clang ;; pkg) echo llvm ;; esac
@@ -78,7 +92,7 @@ install_packages() {
     esac
 }
 
-# Installs what is missing for a purpose (build, lint, bench, fuzz); says what and why. Ends the script when
+# Installs what is missing for a purpose (build, checks, ...); says what and why. Ends the script when
 # that is not possible.
 ensure() {
     if has apt-get; then manager=apt-get; elif has pkg; then manager=pkg; else manager=none; fi

@@ -1,5 +1,8 @@
 // The program: opens the adapters, runs the one command of its arguments or those typed at the
 // prompt, and leaves with the last result as exit status.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 
@@ -13,6 +16,14 @@ static constexpr std::size_t kMaxLine = 4096; // characters; a longer line goes 
 
 // The slots the words of every command lie in, cleared once here and never again.
 static char wordSlots[kMaxWords][kWordSize];
+
+// Puts /dev/null in the place of a closed standard stream. Otherwise the next file to be opened would get
+// its number, and listings would be written into the adapter's device.
+static void fillStandardStreams() {
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+        if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
+            return;
+}
 
 static bool openAdapters() {
     ApiInitRecord record = {};
@@ -57,6 +68,7 @@ static int runPrompt(char** words) {
 }
 
 int main(int argc, char** argv) {
+    fillStandardStreams();
     char* words[kMaxWords];
     for (int i = 0; i < kMaxWords; ++i)
         words[i] = wordSlots[i];

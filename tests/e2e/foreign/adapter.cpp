@@ -1,8 +1,12 @@
 // A library of somebody else's: only the operations that start-up and the controller listing need,
 // with fixed answers, written from the byte offsets of the records and without the product's headers.
-// It tells the calls of a session's start and end on standard error.
+// It tells the calls of a session's start and end on standard error, and keeps the file open that
+// $FOREIGN_DEVICE names, as a library does with its driver's device.
+#include <fcntl.h>
+
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 struct Address {
@@ -28,6 +32,8 @@ static void putVersion(void* record, std::size_t offset, std::int32_t first) {
 }
 
 extern "C" int q5_initialize(const void* record) {
+    if (const char* device = std::getenv("FOREIGN_DEVICE"))
+        static_cast<void>(open(device, O_RDWR));
     std::fprintf(stderr, "initialize %x %d %u\n", get<std::uint32_t>(record, 16),
                  get<std::uint8_t>(record, 20), get<std::uint32_t>(record, 24));
     return INITIALIZE;
