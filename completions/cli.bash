@@ -448,10 +448,11 @@ _cli_find_candidates() {
     done
 }
 
-# The candidates for an option's value. In a settings text the item behind the last comma is meant:
-# its key first, then its value.
+# The candidates for an option's value. In a settings text the item behind the last comma is meant,
+# without the blanks before it: its key first, then its value.
 _cli_find_values() {
     local word item=${cur##*,}
+    item=${item#"${item%%[![:blank:]]*}"}
     if [[ ${kinds[$1]} == file ]]; then
         style=files
     elif [[ ${settings[$1]} ]]; then

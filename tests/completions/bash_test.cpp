@@ -72,6 +72,8 @@ TEST_F(BashOffers, ValuesOfKeys) {
     EXPECT_EQ(offered("cli ctrl -a mod -s smart="), "enable disable ");
     EXPECT_EQ(offered("cli ctrl -a mod -s \"smart=en"), "smart=enable smart=enable, ");
     EXPECT_EQ(offered("cli ctrl -a mod -s smart=enable,autorebuild=d"), "disable ");
+    EXPECT_EQ(offered("cli ctrl -a mod -s \"smart=enable, autor"),
+              "smart=enable, autorebuild= smart=enable, autorebuild=<value> ");
     EXPECT_EQ(offered("cli logdrv -a mod -s 'name=x,writepolicy=write"),
               "name=x,writepolicy=writethru name=x,writepolicy=writeback ");
     EXPECT_EQ(offered("cli migrate -a start -s raid=raid5"), "RAID50 RAID5 ");

@@ -90,6 +90,14 @@ TEST_F(CliShell, KeepsNoHistoryWhereItCannotBeWritten) {
     EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
 }
 
+// Without a home it is not the file system's root that history goes to.
+TEST_F(CliShell, KeepsNoHistoryWithoutAHome) {
+    giveEditor();
+    Launch start = launch({}, "vt100");
+    start.variables.pop_back();
+    EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
+}
+
 TEST_F(CliShell, LeavesWithThePromptsStatus) {
     giveEditor();
     EXPECT_EQ(onTerminal({"exit 0\n"}).status, 0);

@@ -54,9 +54,11 @@ TEST_F(ZshOffers, KeysAndValuesOfSettings) {
     const Folder folder;
     const std::string screen =
         typed(folder, {"cli ctrl -a mod -s autor\te\t\n", "cli ctrl -a mod -s \"smart=en\t,smartp\t30\"\n",
+                       "cli ctrl -a mod -s \"smart=en\t, smartp\t30\"\n",
                        "cli logdrv -a add -p 1 -z ra\tj\t,init=q\t\n"});
     EXPECT_TRUE(shows(screen, "\n<ctrl><-a><mod><-s><autorebuild=enable>\r\n")) << screen;
     EXPECT_TRUE(shows(screen, "\n<ctrl><-a><mod><-s><smart=enable,smartpoll=30>\r\n")) << screen;
+    EXPECT_TRUE(shows(screen, "\n<ctrl><-a><mod><-s><smart=enable, smartpoll=30>\r\n")) << screen;
     EXPECT_TRUE(shows(screen, "\n<logdrv><-a><add><-p><1><-z><raid=JBOD,init=QUICK>\r\n")) << screen;
 }
 
