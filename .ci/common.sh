@@ -57,15 +57,15 @@ missing_for_checks() {
 # The compiler's own engine, which Debian packs beside it.
 missing_for_fuzz() {
     has clang++ || case $1 in apt-get) echo clang ;; pkg) echo llvm ;; esac
-    has_fuzzing_engine || case $1 in apt-get) echo "libclang-rt-$(clang_version)-dev" ;; pkg) echo llvm ;; esac
+    has_fuzzing_engine || case $1 in apt-get) fuzzing_engine ;; pkg) echo llvm ;; esac
 }
 
-# Of clang++, or of the one that the package manager would bring.
-clang_version() {
+# As a package of Debian: of the clang++ that is here, or of the one that comes with it.
+fuzzing_engine() {
     if has clang++; then
-        clang++ -dumpversion | sed 's/\..*//'
+        echo "libclang-rt-$(clang++ -dumpversion | sed 's/\..*//')-dev"
     else
-        apt-cache depends clang | sed -n 's/.*Depends: clang-\([0-9][0-9]*\)$/\1/p'
+        echo libclang-rt-dev
     fi
 }
 
@@ -109,7 +109,7 @@ ensure() {
         say "  $manager install $missing"
         exit $cannot_install
     fi
-    say "Installing what the $1 needs and this machine lacks, with $manager: $missing"
+    say "Installing what is missing here for the $1, with $manager: $missing"
     mkdir -p "$root/build"
     # One word for each package.
     # shellcheck disable=SC2086
