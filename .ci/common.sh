@@ -52,6 +52,7 @@ missing_for_checks() {
     has zsh || echo zsh
     [ "$1" != apt-get ] || has fakeroot || echo fakeroot
     [ "$1" != apt-get ] || has dpkg-shlibdeps || echo dpkg-dev
+    [ "$1" != apt-get ] || has file || echo file
 }
 
 # The compiler's own engine, which Debian packs beside it.

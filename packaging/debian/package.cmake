@@ -1,7 +1,7 @@
 # The Debian packages, made by cpack in a build that is configured for /usr:
 #     cmake -S . -B build/debian -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF
 #     cmake --build build/debian && cd build/debian && cpack
-# They come to build/debian/packages.
+# They come to build/debian/packages. cpack reads the dependencies with dpkg-dev and file.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cli)
 set(CPACK_PACKAGE_VERSION 1.0.0)
