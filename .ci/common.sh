@@ -40,12 +40,16 @@ missing_for_bench() {
     has valgrind || echo valgrind
 }
 
+missing_for_coverage() {
+    has gcovr || case $1 in apt-get) echo gcovr ;; pkg) echo py311-gcovr ;; esac
+}
+
 # What single tests need that are skipped elsewhere, and what the checks beyond the tests do.
 missing_for_checks() {
     missing_for_lint "$1"
     missing_for_bench "$1"
     missing_for_fuzz "$1"
-    has gcovr || case $1 in apt-get) echo gcovr ;; pkg) echo py311-gcovr ;; esac
+    missing_for_coverage "$1"
     has python3 || echo python3
     has mandoc || echo mandoc
     has rlwrap || echo rlwrap
