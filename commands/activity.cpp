@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "commands/find_logdrv.h"
+#include "commands/logdrv_lookup.h"
 
 // Reads the progress record of an activity; zero, that is running at 0 percent, when there is none.
 template <typename Progress, auto operation, std::uint32_t kind = 0>

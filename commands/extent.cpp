@@ -5,7 +5,7 @@
 
 #include "adapter/extent.h"
 #include "adapter/phydrv.h"
-#include "commands/drive_listing.h"
+#include "commands/phydrv_query.h"
 #include "commands/options.h"
 #include "util/vocabulary.h"
 

@@ -7,7 +7,7 @@
 #include "adapter/logdrv.h"
 #include "adapter/reply.h"
 #include "commands/activity.h"
-#include "commands/find_logdrv.h"
+#include "commands/logdrv_lookup.h"
 #include "commands/options.h"
 #include "util/utils.h"
 #include "util/vocabulary.h"

@@ -7,7 +7,7 @@
 #include "adapter/enclosure.h"
 #include "adapter/phydrv.h"
 #include "adapter/reply.h"
-#include "commands/drive_listing.h"
+#include "commands/phydrv_query.h"
 #include "commands/mediapatrol.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"

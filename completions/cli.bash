@@ -1,7 +1,7 @@
 # bash completion for cli.                                                       -*- shell-script -*-
 # Written by cli-words out of the commands themselves and completions/bash.in.
 
-# The words: one fact on a line, as completions/cli_words.cpp tells.
+# The words: one fact on a line, as completions/generate.cpp tells.
 _cli_table() {
     cat <<'END'
 ?

@@ -6,7 +6,7 @@
 
 #include "commands/options.h"
 #include "config/block.h"
-#include "config/kept_records.h"
+#include "config/import_set.h"
 #include "util/idlist.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "commands/creation.h"
 #include "commands/logdrv.h"
 #include "commands/phydrv.h"
-#include "config/kept_records.h"
+#include "config/import_set.h"
 #include "util/result.h"
 #include "util/vocabulary.h"
 #include "util/words.h"

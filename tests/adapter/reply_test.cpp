@@ -5,7 +5,7 @@
 
 #include "adapter/logdrv.h"
 #include "adapter/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 static std::size_t recordsSeen(std::uint32_t bytesUsed) {
     Reply<LogDrvInfo, 2> reply = {};

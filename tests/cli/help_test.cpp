@@ -5,7 +5,7 @@
 #include "cli/cmddef.h"
 #include "cli/help_texts.h"
 #include "cli/interface.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 namespace {
 struct TextProof {

@@ -8,7 +8,7 @@
 
 #include "cli/cmddef.h"
 #include "cli/routes.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 #include "util/words.h"
 
 using Words = std::vector<std::string>;

@@ -2,7 +2,7 @@
 #include "commands/buzz.h"
 
 #include "adapter/battery.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using Buzz = Scripted;
 

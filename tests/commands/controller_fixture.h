@@ -5,7 +5,7 @@
 #include "adapter/controller.h"
 #include "adapter/enclosure.h"
 #include "adapter/session.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 // All replies about one controller; zero where nothing is said.
 struct ControllerReplies {

@@ -2,7 +2,7 @@
 // fault is written.
 #include "adapter/controller.h"
 #include "commands/controller.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using ControllerChange = Scripted;
 using Words = std::vector<std::string>;

@@ -7,7 +7,7 @@
 
 #include "adapter/enclosure.h"
 #include "adapter/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using EnclosureList = Scripted;
 using EnclosureLocate = Scripted;

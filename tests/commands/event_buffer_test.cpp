@@ -10,7 +10,7 @@
 #include <fstream>
 #include <string>
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 namespace fs = std::filesystem;
 

@@ -6,7 +6,7 @@
 
 #include "adapter/event.h"
 #include "commands/event_buffer.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using Events = std::vector<HBAEvent>;
 

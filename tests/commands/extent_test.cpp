@@ -2,7 +2,7 @@
 #include "commands/extent.h"
 
 #include "adapter/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using ExtentList = Scripted;
 using ExtentChange = Scripted;

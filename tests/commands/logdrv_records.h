@@ -4,7 +4,7 @@
 
 #include "adapter/activity.h"
 #include "adapter/logdrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 inline constexpr std::uint8_t kNoise = 0xA6;
 

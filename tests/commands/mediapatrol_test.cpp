@@ -1,7 +1,7 @@
 // The mp command: one lookup of the drive, then one operation.
 #include "commands/mediapatrol.h"
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using MediaPatrol = Scripted;
 using Words = std::vector<std::string>;

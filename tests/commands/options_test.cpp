@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using Words = std::vector<std::string>;
 

@@ -1,7 +1,7 @@
 // What phydrv does to single drives: changing their settings, locating and wiping them.
 #include "adapter/phydrv.h"
 #include "commands/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using PhyDrvAction = Scripted;
 

@@ -3,7 +3,7 @@
 
 #include "adapter/phydrv.h"
 #include "commands/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using PhyDrvSpeed = Scripted;
 

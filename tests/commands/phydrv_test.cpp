@@ -5,7 +5,7 @@
 #include "adapter/enclosure.h"
 #include "adapter/mediapatrol.h"
 #include "adapter/phydrv.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using PhyDrv = Scripted;
 using Lines = std::vector<std::string>;

@@ -149,7 +149,7 @@ protected:
             GTEST_SKIP() << "no rlwrap here";
         CliShell::SetUp();
         path += ":" + fs::path(RLWRAP_PROGRAM).parent_path().string();
-        fs::copy_file(COMPLETIONS "/cli.words", words());
+        fs::copy_file(COMPLETIONS "/wordlist.txt", words());
     }
 };
 } // namespace

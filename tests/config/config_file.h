@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 // A test with an empty plan and a directory that goes with it.
 class Configuration : public Scripted {

@@ -1,5 +1,5 @@
 // The words that an import hands to the commands, by what the commands make of them.
-#include "config/kept_records.h"
+#include "config/import_set.h"
 #include "tests/config/import_apply.h"
 
 using ImportWords = ImportApply;

@@ -1,7 +1,7 @@
 // A world that lives in memory alone, for fuzzers of the operations: the same rules, without the file.
 #include "tests/fuzz/memory_world.h"
-#include "simulator/settle.h"
-#include "simulator/world_store.h"
+#include "simulator/engine/advance.h"
+#include "simulator/store/world_store.h"
 
 namespace q5sim {
 

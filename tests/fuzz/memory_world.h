@@ -1,7 +1,7 @@
 // The world of memory_world.cpp, for its fuzzers to look at and change.
 #pragma once
 
-#include "simulator/world.h"
+#include "simulator/world/world.h"
 
 namespace q5sim {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "simulator/world_json.h"
-#include "simulator/world_store.h"
+#include "simulator/file/world_json.h"
+#include "simulator/store/world_store.h"
 #include "tests/fuzz/memory_world.h"
 #include "tests/fuzz/operation_table.h"
 

@@ -2,8 +2,8 @@
 // still be a world then. One that is refused must say where and why.
 #include <cstdlib>
 
-#include "simulator/settle.h"
-#include "simulator/world_json.h"
+#include "simulator/engine/advance.h"
+#include "simulator/file/world_json.h"
 #include "tests/fuzz/bytes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

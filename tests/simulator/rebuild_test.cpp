@@ -1,6 +1,6 @@
 // Rebuilds: started by hand, by an added extent, or by a spare of its own accord.
-#include "simulator/hardware.h"
-#include "simulator/world_store.h"
+#include "simulator/engine/fault_injection.h"
+#include "simulator/store/world_store.h"
 #include "tests/simulator/simulated_world.h"
 
 static void fail(std::uint32_t drive) {

@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include "adapter/battery.h"
-#include "simulator/world_json.h"
-#include "simulator/world_store.h"
+#include "simulator/file/world_json.h"
+#include "simulator/store/world_store.h"
 #include "tests/simulator/simulated_world.h"
 
 namespace fs = std::filesystem;
@@ -44,7 +44,7 @@ TEST_F(WorldFile, WithoutControllersReportsNone) {
 }
 
 TEST_F(WorldFile, ThatIsBrokenIsNamedWithItsLineAndLeftAlone) {
-    fs::copy_file(std::string(WORLDS) + "/broken-range-line-4.json", file);
+    fs::copy_file(std::string(WORLDS) + "/invalid-range-line-4.json", file);
     const std::string before = fileText();
     testing::internal::CaptureStderr();
     EXPECT_NE(initialize(), 0);

@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "simulator/world_json.h"
+#include "simulator/file/world_json.h"
 #include "tests/simulator/simulated_world.h"
 
 using q5sim::World;
@@ -13,7 +13,7 @@ TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(WORLDS)) {
         const std::string name = entry.path().stem().string();
-        if (name.rfind("broken-", 0) != 0)
+        if (name.rfind("invalid-", 0) != 0)
             continue;
         files++;
         World world;

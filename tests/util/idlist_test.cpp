@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 using Texts = std::vector<std::string>;
 using Numbers = std::vector<std::uint32_t>;

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 #include "util/result.h"
 
 TEST(StrCmpNoCase, TakesLettersOfEitherCaseForEqual) {

@@ -1,7 +1,7 @@
 // The words for the adapter's codes, and sector counts as megabytes.
 #include "util/vocabulary.h"
 
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 namespace {
 struct Reading {

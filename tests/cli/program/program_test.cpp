@@ -11,7 +11,7 @@
 
 #include "adapter/controller.h"
 #include "commands/event_buffer.h"
-#include "tests/scripted_adapter.h"
+#include "tests/mock_adapter.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,7 @@
 // Every road from a command line to a command function, with stand-ins at its end.
 #include "cli/interface.h"
-#include "tests/cli/routing/recorded_commands.h"
-#include "tests/scripted_adapter.h"
+#include "tests/cli/routing/command_stubs.h"
+#include "tests/mock_adapter.h"
 
 using Words = std::vector<std::string>;
 

@@ -1,0 +1,12 @@
+// The existence check of logical drives: the reply's byte count decides, not the operation's result.
+#include "commands/logdrv_lookup.h"
+
+#include "adapter/reply.h"
+
+bool findLogDrv(std::uint32_t controller, std::uint32_t logDrvId, LogDrvInfo* drive) {
+    const LogDrvQuery query = {logDrvId, 1};
+    Reply<LogDrvInfo, 1> reply = {};
+    q5_getLogDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+    *drive = reply.record[0];
+    return !records(reply).empty();
+}

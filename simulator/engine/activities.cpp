@@ -1,0 +1,111 @@
+// How the activities of arrays begin and end. The operations that ask for it are in
+// activity_operations.cpp.
+#include "simulator/engine/activities.h"
+
+#include <algorithm>
+
+#include "simulator/world/array_rules.h"
+#include "simulator/engine/progress.h"
+#include "simulator/engine/rebuild.h"
+
+namespace q5sim {
+
+static constexpr std::uint8_t kQuickInit = 1;
+
+const char* activityName(std::uint8_t kind) {
+    switch (kind) {
+    case kRebuilding:
+        return "rebuild";
+    case kInitializing:
+        return "initialization";
+    case kRedundancyChecking:
+        return "redundancy check";
+    case kSynchronizing:
+        return "synchronization";
+    case kMigrating:
+        return "migration";
+    default:
+        return "activity";
+    }
+}
+
+void beginActivity(LogicalDrive& array, std::uint8_t kind, std::uint64_t totalMb, std::int64_t now) {
+    array.activity = {};
+    array.activity.kind = kind;
+    array.activity.since = now;
+    array.activity.totalMb = std::max<std::uint64_t>(1, totalMb);
+}
+
+void beginInitialization(Controller& controller, LogicalDrive& array, std::uint8_t type, std::int64_t now) {
+    const std::uint64_t whole = array.memberSectors / kSectorsPerMb;
+    beginActivity(array, kInitializing, type == kQuickInit ? std::min(kQuickInitMb, whole) : whole, now);
+    array.activity.initType = type;
+    array.synchronized = !isRedundant(array.level);
+    addEvent(controller, now, "Logical drive %d: initialization started", array.logDrvId);
+}
+
+void beginSynchronization(Controller& controller, LogicalDrive& array, std::int64_t now) {
+    beginActivity(array, kSynchronizing, array.memberSectors / kSectorsPerMb, now);
+    addEvent(controller, now, "Logical drive %d: synchronization started", array.logDrvId);
+}
+
+// A quick initialisation leaves most of the array untouched, so its redundancy is made afterwards.
+static void finishInitialization(Controller& controller, LogicalDrive& array, std::int64_t at) {
+    const bool quick = array.activity.initType == kQuickInit;
+    array.activity = {};
+    if (!quick) {
+        array.synchronized = true;
+        array.inconsistencies = 0;
+    } else if (!array.synchronized) {
+        beginSynchronization(controller, array, at);
+    }
+}
+
+static void finishCheck(Controller& controller, LogicalDrive& array, std::int64_t at) {
+    const bool mends = !array.activity.noFix;
+    addEvent(controller, at, "Logical drive %d: redundancy check found %u inconsistencies%s", array.logDrvId,
+             array.inconsistencies,
+             array.inconsistencies == 0 ? ""
+             : mends                    ? ", mended"
+                                        : ", left as they are");
+    if (mends)
+        array.inconsistencies = 0;
+    array.activity = {};
+}
+
+void finishActivity(Controller& controller, LogicalDrive& array, std::int64_t at) {
+    addEvent(controller, at, "Logical drive %d: %s ended", array.logDrvId, activityName(array.activity.kind));
+    switch (array.activity.kind) {
+    case kRebuilding:
+        finishRebuild(controller, array);
+        if (!array.synchronized && functionalStatus(controller, array) == kOnline)
+            beginSynchronization(controller, array, at); // a lost member had cut it short
+        break;
+    case kInitializing:
+        finishInitialization(controller, array, at);
+        break;
+    case kRedundancyChecking:
+        finishCheck(controller, array, at);
+        break;
+    case kMigrating:
+        finishMigration(array);
+        break;
+    default:
+        array.synchronized = true;
+        array.inconsistencies = 0;
+        array.activity = {};
+    }
+}
+
+void dropActivity(Controller& controller, LogicalDrive& array, const char* ending, std::int64_t now) {
+    addEvent(controller, now, "Logical drive %d: %s %s", array.logDrvId, activityName(array.activity.kind),
+             ending);
+    if (array.activity.kind == kRebuilding)
+        dropRebuild(controller, array);
+    else if (array.activity.kind == kMigrating)
+        dropMigration(controller, array);
+    else
+        array.activity = {};
+}
+
+} // namespace q5sim

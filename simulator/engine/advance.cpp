@@ -1,0 +1,135 @@
+// The world's own doings: endings of activities and patrols, failures noticed, spares stepping in.
+#include "simulator/engine/advance.h"
+
+#include <algorithm>
+
+#include "simulator/engine/activities.h"
+#include "simulator/world/array_rules.h"
+#include "simulator/engine/progress.h"
+#include "simulator/engine/rebuild.h"
+#include "simulator/world/extent_alloc.h"
+
+namespace q5sim {
+
+static void noticeFailure(Controller& controller, Drive& drive, std::int64_t now) {
+    if (drive.failed == drive.failureReported)
+        return;
+    drive.failureReported = drive.failed;
+    addEvent(controller, now, "Drive %d %s", drive.id + 1, drive.failed ? "has failed" : "is back");
+    const bool patrolled = drive.patrol.state == kPatrolRunning || drive.patrol.state == kPatrolPaused;
+    if (!drive.failed || !patrolled)
+        return;
+    foldPatrol(controller, drive, now);
+    drive.patrol.state = kPatrolAborted;
+    addEvent(controller, now, "Drive %d: media patrol aborted", drive.id + 1);
+}
+
+// Whether a drive that the activity brings into the array can no longer serve.
+static bool newcomerIsGone(const Controller& controller, const LogicalDrive& array) {
+    const auto gone = [&](std::uint16_t id) {
+        const Drive* drive = findDrive(controller, id);
+        return drive == nullptr || drive->failed || !hasMemberExtent(*drive, array.arrayId);
+    };
+    const Activity& activity = array.activity;
+    if (activity.kind == kRebuilding)
+        return std::any_of(activity.targets.begin(), activity.targets.end(),
+                           [&](const RebuildTarget& target) { return gone(target.drive); });
+    return activity.kind == kMigrating &&
+           std::any_of(
+               activity.goal.members.begin() +
+                   static_cast<std::ptrdiff_t>(std::min(array.members.size(), activity.goal.members.size())),
+               activity.goal.members.end(), gone);
+}
+
+static bool activityIsBroken(const Controller& controller, const LogicalDrive& array) {
+    const std::uint8_t kind = array.activity.kind;
+    if (kind == 0)
+        return false;
+    const bool outlivesLoss = kind == kRebuilding || kind == kMigrating;
+    return functionalStatus(controller, array) == 0 || newcomerIsGone(controller, array) ||
+           (!outlivesLoss && !lostMembers(controller, array).empty());
+}
+
+static void reportStatus(Controller& controller, LogicalDrive& array, std::int64_t now) {
+    const std::uint8_t status = functionalStatus(controller, array);
+    if (status == array.reportedState)
+        return;
+    if (array.reportedState != kStateNotReported || status != kOnline)
+        addEvent(controller, now, "Logical drive %d is %s", array.logDrvId, statusName(status));
+    array.reportedState = status;
+    array.rebuildHeld = false;
+}
+
+// What follows from the array's drives at once: the state is told, and a spare steps in.
+static void react(Controller& controller, LogicalDrive& array, std::int64_t now) {
+    if (activityIsBroken(controller, array))
+        dropActivity(controller, array, "aborted", now);
+    reportStatus(controller, array, now);
+    if (controller.autoRebuild && !array.rebuildHeld && array.activity.kind == 0)
+        startRebuild(controller, array, suitableSpares(controller, array), now);
+}
+
+static void finishPatrol(Controller& controller, Drive& drive, std::int64_t at) {
+    Patrol& patrol = drive.patrol;
+    patrol.loops = static_cast<std::uint16_t>(std::min(patrol.loops + 1, 65535));
+    patrol.errors = static_cast<std::uint16_t>(std::min(patrol.errors + drive.mediaErrors, 65535));
+    patrol.state = 0;
+    patrol.doneMb = 0;
+    patrol.since = at;
+    addEvent(controller, at, "Drive %d: media patrol ended, %d errors", drive.id + 1, drive.mediaErrors);
+}
+
+static bool failureIsUnnoticed(const Controller& controller) {
+    return std::any_of(controller.drives.begin(), controller.drives.end(),
+                       [](const Drive& drive) { return drive.failed != drive.failureReported; });
+}
+
+// Ends what was due first, so that events stand in order of time. Returns whether there was anything.
+static bool finishEarliest(Controller& controller, std::int64_t now) {
+    std::int64_t earliest = kNever;
+    LogicalDrive* array = nullptr;
+    Drive* patrolled = nullptr;
+    for (LogicalDrive& candidate : controller.logicalDrives)
+        if (candidate.activity.kind != 0 && endOf(controller, candidate.activity) < earliest) {
+            earliest = endOf(controller, candidate.activity);
+            array = &candidate;
+        }
+    for (Drive& candidate : controller.drives)
+        if (patrolEnd(controller, candidate) < earliest) {
+            earliest = patrolEnd(controller, candidate);
+            patrolled = &candidate;
+        }
+    if (earliest > now)
+        return false;
+    if (patrolled != nullptr) {
+        finishPatrol(controller, *patrolled, earliest);
+    } else if (array != nullptr) {
+        finishActivity(controller, *array, earliest);
+        if (!failureIsUnnoticed(controller)) // what a failure brings comes once it is noticed
+            react(controller, *array, earliest);
+    }
+    return true;
+}
+
+// A failure is noticed now: what had ended by then has ended.
+static void settleController(Controller& controller, std::int64_t now) {
+    while (finishEarliest(controller, now)) {
+    }
+    for (Drive& drive : controller.drives)
+        noticeFailure(controller, drive, now);
+    for (LogicalDrive& array : controller.logicalDrives)
+        react(controller, array, now);
+}
+
+void settle(World& world, std::int64_t now) {
+    for (Controller& controller : world.controllers)
+        settleController(controller, now);
+}
+
+bool settleIsDue(const World& world, std::int64_t now) {
+    World settled = world;
+    settle(settled, now);
+    return settled != world;
+}
+
+} // namespace q5sim

@@ -1,0 +1,123 @@
+// Rebuilds: which extents suit, which member each of them replaces, and the end.
+#include "simulator/engine/rebuild.h"
+
+#include <algorithm>
+
+#include "simulator/engine/activities.h"
+#include "simulator/world/array_rules.h"
+#include "simulator/world/extent_alloc.h"
+
+namespace q5sim {
+
+static bool isPresentMember(const Controller& controller, const LogicalDrive& array, std::uint32_t drive) {
+    for (std::size_t i = 0; i < array.members.size(); i++)
+        if (array.members[i] == drive && memberIsPresent(controller, array, i))
+            return true;
+    return false;
+}
+
+static bool canTake(const LogicalDrive& array, const Extent& extent) {
+    const bool spareOfAnother = extent.use == kUseDedicatedSpare && extent.array != array.arrayId;
+    return extent.use != kUseArray && !spareOfAnother && extent.size >= array.memberSectors;
+}
+
+static bool suits(const Controller& controller, const LogicalDrive& array, const RebuildChoice& choice) {
+    const Drive* drive = findDrive(controller, choice.drive);
+    return drive != nullptr && !drive->failed && choice.extent < drive->extents.size() &&
+           canTake(array, drive->extents[choice.extent]) && !hasMemberExtent(*drive, array.arrayId) &&
+           !isPresentMember(controller, array, choice.drive);
+}
+
+// A drive that stands where a lost one stood takes that place, any other one the first open place.
+static std::size_t placeFor(const LogicalDrive& array, const std::vector<std::size_t>& open,
+                            std::uint32_t drive) {
+    for (std::size_t position : open)
+        if (array.members[position] == drive)
+            return position;
+    return open.front();
+}
+
+// Places are given to drives that return to their own before others can have them.
+static std::vector<RebuildTarget> placesFor(const LogicalDrive& array, std::vector<std::size_t> open,
+                                            const std::vector<RebuildChoice>& choices) {
+    std::vector<RebuildTarget> targets;
+    for (const bool own : {true, false})
+        for (const RebuildChoice& choice : choices) {
+            const bool returns =
+                std::find(array.members.begin(), array.members.end(), choice.drive) != array.members.end();
+            if (returns != own || open.empty())
+                continue;
+            const std::size_t position = placeFor(array, open, choice.drive);
+            targets.push_back(
+                {static_cast<std::uint16_t>(choice.drive), static_cast<std::uint8_t>(position)});
+            std::erase(open, position);
+        }
+    return targets;
+}
+
+static bool hasDriveTwice(const std::vector<RebuildChoice>& choices) {
+    for (std::size_t i = 0; i < choices.size(); i++)
+        for (std::size_t k = 0; k < i; k++)
+            if (choices[i].drive == choices[k].drive)
+                return true;
+    return false;
+}
+
+bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,
+                  std::int64_t now) {
+    const std::uint8_t status = functionalStatus(controller, array);
+    const std::vector<std::size_t> lost = lostMembers(controller, array);
+    if (array.activity.kind != 0 || (status != kCritical && status != kDegraded) || choices.empty() ||
+        choices.size() > lost.size() || hasDriveTwice(choices))
+        return false;
+    for (const RebuildChoice& choice : choices)
+        if (!suits(controller, array, choice))
+            return false;
+    const std::vector<RebuildTarget> targets = placesFor(array, lost, choices);
+    for (const RebuildChoice& choice : choices)
+        takeExtent(controller, *findDrive(controller, choice.drive), choice.extent, array.memberSectors,
+                   array.arrayId);
+    beginActivity(array, kRebuilding, array.memberSectors / kSectorsPerMb, now);
+    array.activity.targets = targets;
+    array.rebuildHeld = false;
+    for (const RebuildTarget& target : targets)
+        addEvent(controller, now, "Logical drive %d: rebuild onto drive %d started", array.logDrvId,
+                 target.drive + 1);
+    return true;
+}
+
+std::vector<RebuildChoice> suitableSpares(const Controller& controller, const LogicalDrive& array) {
+    std::vector<RebuildChoice> spares;
+    const std::size_t wanted = lostMembers(controller, array).size();
+    for (const std::uint8_t use : {kUseDedicatedSpare, kUseGlobalSpare})
+        for (const Drive& drive : controller.drives)
+            for (std::size_t i = 0; i < drive.extents.size() && spares.size() < wanted; i++) {
+                const RebuildChoice choice = {drive.id, static_cast<std::uint32_t>(i)};
+                const bool taken = std::any_of(spares.begin(), spares.end(), [&](const RebuildChoice& spare) {
+                    return spare.drive == choice.drive;
+                });
+                if (drive.extents[i].use == use && !taken && suits(controller, array, choice))
+                    spares.push_back(choice);
+            }
+    return spares;
+}
+
+void finishRebuild(Controller& controller, LogicalDrive& array) {
+    for (const RebuildTarget& target : array.activity.targets) {
+        std::uint16_t& member = array.members[target.position];
+        Drive* old = findDrive(controller, member);
+        if (old != nullptr && member != target.drive)
+            freeMemberExtent(*old, array.arrayId);
+        member = target.drive;
+    }
+    array.activity = {};
+}
+
+void dropRebuild(Controller& controller, LogicalDrive& array) {
+    for (const RebuildTarget& target : array.activity.targets)
+        if (Drive* drive = findDrive(controller, target.drive))
+            freeMemberExtent(*drive, array.arrayId);
+    array.activity = {};
+}
+
+} // namespace q5sim

@@ -1,0 +1,106 @@
+// Finds the line of a value in a JSON text, so that a complaint about a hand-edited file can say
+// where to look. The text has been parsed before: nothing here judges it.
+#include <algorithm>
+#include <set>
+
+#include "simulator/file/world_json.h"
+
+namespace q5sim {
+
+static void skipBlanks(const std::string& text, std::size_t& at) {
+    while (at < text.size() && (text[at] == ' ' || text[at] == '\t' || text[at] == '\n' || text[at] == '\r'))
+        at++;
+}
+
+// Steps over a string and returns its characters as they stand; our own keys need no escapes.
+static std::string takeString(const std::string& text, std::size_t& at) {
+    const std::size_t start = ++at;
+    while (at < text.size() && text[at] != '"')
+        at += text[at] == '\\' ? 2u : 1u;
+    const std::size_t end = std::min(at, text.size());
+    at = end + 1;
+    return text.substr(start, end - start);
+}
+
+static void skipValue(const std::string& text, std::size_t& at) {
+    int depth = 0;
+    while (at < text.size()) {
+        const char c = text[at];
+        if (c == '"') {
+            takeString(text, at);
+        } else {
+            if (depth == 0 && (c == ',' || c == '}' || c == ']'))
+                return;
+            depth += c == '{' || c == '[' ? 1 : c == '}' || c == ']' ? -1 : 0;
+            at++;
+        }
+        if (depth == 0 && (c == '"' || c == '}' || c == ']'))
+            return;
+    }
+}
+
+// From the start of an object or list to the start of the value that step names.
+static bool enter(const std::string& text, std::size_t& at, const std::string& step) {
+    const bool object = at < text.size() && text[at] == '{';
+    if (!object && (at >= text.size() || text[at] != '['))
+        return false;
+    at++;
+    for (std::size_t position = 0; at < text.size(); position++) {
+        skipBlanks(text, at);
+        if (at >= text.size() || text[at] == '}' || text[at] == ']')
+            return false;
+        std::string key = object ? takeString(text, at) : std::to_string(position);
+        skipBlanks(text, at);
+        if (object && at < text.size() && text[at] == ':')
+            at++;
+        skipBlanks(text, at);
+        if (key == step)
+            return true;
+        skipValue(text, at);
+        skipBlanks(text, at);
+        if (at < text.size() && text[at] == ',')
+            at++;
+    }
+    return false;
+}
+
+std::size_t repeatedKey(const std::string& text) {
+    std::vector<std::set<std::string>> open; // the keys so far of each object around this place
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] == '{' || text[at] == '[')
+            open.emplace_back();
+        else if (text[at] == '}' || text[at] == ']')
+            open.pop_back();
+        if (text[at] != '"') {
+            at++;
+            continue;
+        }
+        const std::size_t start = at;
+        const std::string word = takeString(text, at);
+        skipBlanks(text, at);
+        if (at >= text.size() || text[at] != ':')
+            continue;
+        if (!open.back().insert(word).second)
+            return start;
+    }
+    return std::string::npos;
+}
+
+int lineOfByte(const std::string& text, std::size_t offset) {
+    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(offset, text.size()));
+    return 1 + static_cast<int>(std::count(text.begin(), end, '\n'));
+}
+
+int lineOfPath(const std::string& text, const JsonPath& path) {
+    std::size_t at = 0, found = 0;
+    skipBlanks(text, at);
+    found = at;
+    for (const std::string& step : path) {
+        if (!enter(text, at, step))
+            break;
+        found = at;
+    }
+    return lineOfByte(text, found);
+}
+
+} // namespace q5sim

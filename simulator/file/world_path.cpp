@@ -1,0 +1,25 @@
+// The place of the simulated world's state file.
+#include "simulator/file/world_path.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+// An environment variable's value; unset and empty are the same to us.
+static const char* setting(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr && value[0] != '\0' ? value : nullptr;
+}
+
+bool worldFilePath(char* path, std::size_t size) {
+    int length = -1;
+    if (const char* world = setting("Q5SIM_WORLD"))
+        length = std::snprintf(path, size, "%s", world);
+    else if (const char* state = setting("XDG_STATE_HOME"))
+        length = std::snprintf(path, size, "%s/q5sim/world.json", state);
+    else if (const char* home = setting("HOME"))
+        length = std::snprintf(path, size, "%s/.local/state/q5sim/world.json", home);
+    if (length >= 0 && static_cast<std::size_t>(length) < size)
+        return true;
+    path[0] = '\0';
+    return false;
+}

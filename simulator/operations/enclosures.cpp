@@ -1,0 +1,65 @@
+// Enclosures and their sensors.
+#include "adapter/enclosure.h"
+
+#include "simulator/operations/operation.h"
+
+using namespace q5sim;
+
+// How a kind of sensor moves around its reading: a new value each step seconds, at most swing away.
+struct Wander {
+    std::uint8_t type;
+    std::int64_t step;
+    std::int64_t swing;
+};
+static constexpr Wander kWander[] = {
+    {kFanSensor, 10, 40}, {kRail5VSensor, 20, 15}, {kRail12VSensor, 20, 30}, {kTemperatureSensor, 60, 1}};
+
+// The same time gives the same reading; neighbouring sensors do not move together.
+static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::int64_t now) {
+    std::int64_t reading = sensor.reading;
+    for (const Wander& wander : kWander) {
+        if (wander.type != sensor.type)
+            continue;
+        const std::int64_t span = 2 * wander.swing + 1;
+        const std::int64_t turn = (now / wander.step * 7 + static_cast<std::int64_t>(position) * 5) % span;
+        reading += (turn + span) % span - wander.swing;
+    }
+    return static_cast<std::uint32_t>(reading);
+}
+
+int q5_getEnclosureInfo(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query, void* reply,
+                        std::uint32_t size) {
+    const std::size_t needed = sizeof(ReplyHeader) + sizeof(EnclosureEntry);
+    return replying(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
+        if (query == nullptr || query->count < 1)
+            return kRefused;
+        RecordList list(reply, size);
+        const std::uint32_t end = std::uint32_t{query->enclosureId} + query->count;
+        for (std::uint32_t id = query->enclosureId; id < end && id < kMaxEnclosures; id++) {
+            const Enclosure* enclosure = findEnclosure(controller, id);
+            EnclosureEntry entry = {};
+            entry.type = enclosure != nullptr ? enclosure->type : std::uint8_t{kNoEnclosure};
+            if (!list.add(entry))
+                break;
+        }
+        return kDone;
+    });
+}
+
+int q5_getEnclosureStatus(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query,
+                          EnclosureStatus* status, std::uint32_t size) {
+    return replying(address, reserved, status, size, sizeof *status,
+                    [&](const Controller& controller, std::int64_t now) {
+                        if (query == nullptr || query->count != 1)
+                            return kRefused;
+                        const Enclosure* enclosure = findEnclosure(controller, query->enclosureId);
+                        if (enclosure == nullptr)
+                            return kRefused;
+                        status->header.bytesUsed = sizeof *status;
+                        for (std::size_t i = 0; i < enclosure->sensors.size(); i++) {
+                            status->sensor[i].type = enclosure->sensors[i].type;
+                            status->sensor[i].reading = readingAt(enclosure->sensors[i], i, now);
+                        }
+                        return kDone;
+                    });
+}

@@ -1,0 +1,100 @@
+// Migration: another level, stripe or more members, taking effect when it ends.
+#include "adapter/activity.h"
+#include "simulator/engine/activities.h"
+#include "simulator/world/array_rules.h"
+#include "simulator/operations/operation.h"
+#include "simulator/world/extent_alloc.h"
+
+using namespace q5sim;
+
+void q5sim::finishMigration(LogicalDrive& array) {
+    const std::size_t before = dataMembers(shapeOf(array));
+    const MigrationGoal goal = array.activity.goal;
+    array.level = goal.level;
+    array.stripe = goal.stripe;
+    array.parity = goal.parity;
+    array.subArrays = goal.subArrays;
+    array.members = goal.members;
+    if (dataMembers(shapeOf(array)) != before)
+        array.sectors = array.memberSectors * dataMembers(shapeOf(array));
+    array.synchronized = true;
+    array.activity = {};
+}
+
+void q5sim::dropMigration(Controller& controller, LogicalDrive& array) {
+    for (std::uint16_t member : array.activity.goal.members) {
+        const bool old = std::find(array.members.begin(), array.members.end(), member) != array.members.end();
+        Drive* drive = findDrive(controller, member);
+        if (!old && drive != nullptr)
+            freeMemberExtent(*drive, array.arrayId);
+    }
+    array.activity = {};
+}
+
+// What the request makes of the array, its added members included.
+static MigrationGoal goalOf(const LogicalDrive& array, const MigrateRequest& request) {
+    MigrationGoal goal;
+    goal.level = static_cast<std::uint8_t>(request.raidLevel);
+    goal.stripe = request.stripeSize != 0 ? request.stripeSize : array.stripe;
+    goal.parity = goal.level == kRaidMf ? request.parityCount : std::uint8_t{0};
+    goal.subArrays = goal.level == kRaid50 ? request.subArrayCount : std::uint8_t{0};
+    goal.members = array.members;
+    for (std::size_t i = 0; i < request.memberCount; i++)
+        goal.members.push_back(static_cast<std::uint16_t>(request.member[i].driveId));
+    return goal;
+}
+
+static bool isChange(const LogicalDrive& array, const MigrationGoal& goal) {
+    return goal.level != array.level || goal.stripe != array.stripe || goal.members != array.members ||
+           goal.parity != array.parity || goal.subArrays != array.subArrays;
+}
+
+static bool hasTwice(const std::vector<std::uint16_t>& members) {
+    for (std::size_t i = 0; i < members.size(); i++)
+        if (std::count(members.begin(), members.end(), members[i]) != 1)
+            return true;
+    return false;
+}
+
+// The data that is there must fit; only real levels are targets.
+static bool isPossible(const LogicalDrive& array, const MigrationGoal& goal) {
+    const Shape shape = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
+    return goal.level != kJbod && shapeIsPossible(shape) && stripeIsPossible(goal.stripe) &&
+           !hasTwice(goal.members) && array.sectors <= array.memberSectors * dataMembers(shape) &&
+           isChange(array, goal);
+}
+
+static bool takeMember(Controller& controller, const LogicalDrive& array, const RequestMember& member) {
+    Drive* drive = findDrive(controller, member.driveId);
+    if (drive == nullptr || drive->failed || member.extent >= drive->extents.size())
+        return false;
+    const Extent& extent = drive->extents[member.extent];
+    if (extent.use != kUseFree || extent.size < array.memberSectors || hasMemberExtent(*drive, array.arrayId))
+        return false;
+    takeExtent(controller, *drive, member.extent, array.memberSectors, array.arrayId);
+    return true;
+}
+
+int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const MigrateRequest* request) {
+    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+        if (request == nullptr || request->memberCount > kMaxTypedMembers || request->raidLevel > 255)
+            return kRefused;
+        LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
+        if (array == nullptr || array->activity.kind != 0 || functionalStatus(controller, *array) != kOnline)
+            return kRefused;
+        for (std::size_t i = 0; i < request->memberCount; i++)
+            if (request->member[i].driveId > kMaxDriveId)
+                return kRefused;
+        const MigrationGoal goal = goalOf(*array, *request);
+        if (!isPossible(*array, goal))
+            return kRefused;
+        for (std::size_t i = 0; i < request->memberCount; i++)
+            if (!takeMember(controller, *array, request->member[i]))
+                return kRefused;
+        beginActivity(*array, kMigrating, array->memberSectors / kSectorsPerMb, now);
+        array->activity.goal = goal;
+        addEvent(controller, now, "Logical drive %d: migration from %s to %s started", array->logDrvId,
+                 levelName(array->level), levelName(goal.level));
+        return kDone;
+    });
+}

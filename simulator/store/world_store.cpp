@@ -1,0 +1,164 @@
+// The session's world: loading, noticing other programs' changes, and changing it under the lock.
+#include "simulator/store/world_store.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include "simulator/engine/advance.h"
+#include "simulator/file/world_file.h"
+#include "simulator/file/world_json.h"
+#include "simulator/file/world_path.h"
+
+namespace q5sim {
+
+static constexpr std::size_t kPathSize = 4096;
+static constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
+
+struct Session {
+    bool open = false;
+    std::string path;
+    FileVersion version; // of the file that world was read from or written to
+    bool readable = false;
+    World world;
+};
+
+// The library's one session; the adapters' interface knows no handles.
+static Session session;
+
+static constexpr std::int64_t kLatestNow = std::int64_t{1} << 40; // leaves room to add to it
+
+static std::int64_t clockTime() {
+    const char* fixed = std::getenv("Q5SIM_NOW");
+    if (fixed == nullptr || fixed[0] == '\0')
+        return static_cast<std::int64_t>(std::time(nullptr));
+    return std::clamp<std::int64_t>(std::strtoll(fixed, nullptr, 10), 0, kLatestNow);
+}
+
+std::int64_t worldTime(const World& world) {
+    return clockTime() + world.clockOffset;
+}
+
+static bool complain(const std::string& path, const char* reason) {
+    std::fprintf(stderr, "%s: %s\n", path.c_str(), reason);
+    return false;
+}
+
+// Reads the file again when it is another one than last time. One complaint per bad version.
+static bool reload() {
+    const FileVersion version = versionOf(session.path);
+    if (version == session.version)
+        return session.readable;
+    session.version = version;
+    session.readable = false;
+    std::string text;
+    if (!readFile(session.path, kLargestFile, text))
+        return complain(session.path, "the world file cannot be read");
+    WorldFault fault;
+    session.readable = worldFromJson(text, session.world, fault);
+    if (!session.readable)
+        std::fprintf(stderr, "%s:%d: %s\n", session.path.c_str(), fault.line, fault.reason.c_str());
+    return session.readable;
+}
+
+static bool store(const World& world) {
+    if (!replaceFile(session.path, worldToJson(world)))
+        return complain(session.path, "the world file cannot be written");
+    session.world = world;
+    session.version = versionOf(session.path);
+    session.readable = true;
+    return true;
+}
+
+static bool createIfMissing() {
+    if (versionOf(session.path).exists)
+        return true;
+    return store(builtinWorld(clockTime()));
+}
+
+// The lock is held from construction to destruction.
+struct Lock {
+    int file = lockFile(session.path);
+    Lock() = default;
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+    ~Lock() {
+        if (file >= 0)
+            unlockFile(file);
+    }
+};
+
+static bool prepare() {
+    char path[kPathSize];
+    if (!worldFilePath(path, sizeof path)) {
+        std::fputs("no place for the simulated world: set Q5SIM_WORLD or HOME\n", stderr);
+        return false;
+    }
+    session = {};
+    session.path = realPath(path);
+    return makeDirectoriesFor(path) || complain(session.path, "the world file's directory cannot be made");
+}
+
+bool openWorld() {
+    if (!prepare())
+        return false;
+    if (!versionOf(session.path).exists) {
+        const Lock lock;
+        if (lock.file < 0)
+            return complain(session.path, "the world file cannot be locked");
+        if (!createIfMissing())
+            return false;
+    }
+    session.open = reload();
+    return session.open;
+}
+
+void closeWorld() {
+    session = {};
+}
+
+bool worldIsOpen() {
+    return session.open;
+}
+
+bool resetWorld() {
+    if (!prepare())
+        return false;
+    const Lock lock;
+    return lock.file >= 0 && store(builtinWorld(clockTime()));
+}
+
+int changeWorld(const Change& change) {
+    if (!session.open)
+        return 1;
+    const Lock lock;
+    if (lock.file < 0 || !createIfMissing() || !reload())
+        return 1;
+    World settled = session.world;
+    settle(settled, worldTime(settled));
+    World changed = settled;
+    const int result = change(changed, worldTime(changed));
+    settle(changed, worldTime(changed));
+    const World& next = result == 0 ? changed : settled;
+    if (next == session.world || store(next))
+        return result;
+    return 1;
+}
+
+const World* currentWorld() {
+    if (!session.open)
+        return nullptr;
+    const bool missing = !versionOf(session.path).exists;
+    if (!missing && !reload())
+        return nullptr;
+    const auto isDue = [] { return settleIsDue(session.world, worldTime(session.world)); };
+    if (!missing && !isDue())
+        return &session.world;
+    changeWorld([](World&, std::int64_t) { return 0; });
+    if (session.readable && isDue()) // the file cannot be written: time goes on all the same
+        settle(session.world, worldTime(session.world));
+    return session.readable ? &session.world : nullptr;
+}
+
+} // namespace q5sim

@@ -1,0 +1,57 @@
+// Extents taken by arrays and given back.
+#include "simulator/world/extent_alloc.h"
+
+#include <algorithm>
+
+namespace q5sim {
+
+std::size_t fittingFreeExtent(const Drive& drive, std::uint64_t sectors) {
+    std::size_t best = kNoExtent;
+    for (std::size_t i = 0; i < drive.extents.size(); i++) {
+        const Extent& extent = drive.extents[i];
+        if (extent.use == kUseFree && extent.size >= sectors &&
+            (best == kNoExtent || extent.size < drive.extents[best].size))
+            best = i;
+    }
+    return best;
+}
+
+void takeExtent(const Controller& controller, Drive& drive, std::size_t index, std::uint64_t sectors,
+                std::uint16_t arrayId) {
+    Extent rest = drive.extents[index];
+    Extent& taken = drive.extents[index];
+    taken.use = kUseArray;
+    taken.array = arrayId;
+    if (rest.size - sectors < kSectorsPerMb || drive.extents.size() >= controller.maxExtentsPerDisk)
+        return;
+    taken.size = sectors;
+    rest.start += sectors;
+    rest.size -= sectors;
+    drive.extents.insert(drive.extents.begin() + static_cast<std::ptrdiff_t>(index) + 1, rest);
+}
+
+static void makeFree(Extent& extent) {
+    extent.use = kUseFree;
+    extent.array = kNoArray;
+}
+
+void freeMemberExtent(Drive& drive, std::uint16_t arrayId) {
+    for (Extent& extent : drive.extents)
+        if (extent.use == kUseArray && extent.array == arrayId)
+            makeFree(extent);
+}
+
+void freeAllOfArray(Controller& controller, std::uint16_t arrayId) {
+    for (Drive& drive : controller.drives)
+        for (Extent& extent : drive.extents)
+            if (extent.array == arrayId)
+                makeFree(extent);
+}
+
+bool hasMemberExtent(const Drive& drive, std::uint16_t arrayId) {
+    return std::any_of(drive.extents.begin(), drive.extents.end(), [&](const Extent& extent) {
+        return extent.use == kUseArray && extent.array == arrayId;
+    });
+}
+
+} // namespace q5sim

@@ -1,0 +1,123 @@
+// The simulated adapters' whole state, as plain records. Numbers are the adapters' own: drives,
+// extents, arrays and controllers count from 0; sizes are in sectors of 512 bytes unless named
+// otherwise; times are seconds since the epoch on the world's clock.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "adapter/battery.h"
+#include "adapter/enclosure.h"
+#include "simulator/world/world_array.h"
+#include "simulator/world/world_drive.h"
+
+namespace q5sim {
+
+inline constexpr std::uint64_t kSectorsPerMb = 2048;
+inline constexpr std::size_t kMaxControllers = 16;
+inline constexpr std::uint16_t kMaxDriveId = 31; // the lost-disk mask has a bit for each
+inline constexpr std::size_t kMaxEventsKept = 256;
+inline constexpr std::size_t kMaxSpeedOptions = 64;
+
+struct Sensor {
+    std::uint8_t type = 0; // EnclosureSensorType
+    std::int32_t reading = 0;
+    bool operator==(const Sensor&) const = default;
+};
+
+struct Enclosure {
+    std::uint16_t id = 0;
+    std::uint8_t type = 0; // EnclosureType
+    std::vector<Sensor> sensors;
+    bool operator==(const Enclosure&) const = default;
+};
+
+struct Battery {
+    std::int32_t temperature = 250; // tenths of a degree Celsius
+    std::int32_t voltage = -1;      // millivolts; -1: no reading
+    std::uint8_t state = 0;         // BatteryState
+    bool operator==(const Battery&) const = default;
+};
+
+struct Version {
+    std::int32_t part[4] = {};
+    bool operator==(const Version&) const = default;
+};
+
+struct BusPlace {
+    std::int32_t irq = 0;
+    std::int32_t slot = 0;
+    std::uint32_t biosMemoryStart = 0;
+    std::int32_t biosMemoryRange = 0;
+    std::uint8_t busMasterBase = 0;
+    std::uint32_t ata = 0, xorEngine = 0, sequencer = 0, mmio = 0, sdram = 0;
+    bool operator==(const BusPlace&) const = default;
+};
+
+struct Rates {
+    std::uint8_t rebuild = 128, sync = 128, patrol = 128, init = 128, migrate = 128; // 1..255
+    bool operator==(const Rates&) const = default;
+};
+
+// The 3 Gb/s option of all drives of a model and firmware.
+struct SpeedOption {
+    std::string model, firmware;
+    std::int32_t setting = 0;
+    bool operator==(const SpeedOption&) const = default;
+};
+
+struct Event {
+    std::uint32_t id = 0;
+    std::int64_t time = 0;
+    std::string text;
+    bool operator==(const Event&) const = default;
+};
+
+struct Controller {
+    Version bios, firmware, driver;
+    bool ecc = false;
+    std::int32_t memoryMb = 0;
+    std::uint16_t maxExtentsPerDisk = kMaxExtents;
+    std::uint8_t maxPorts = 8;
+    BusPlace place;
+    Rates rates;
+    bool autoRebuild = false;
+    bool rebuildPolicy = false;
+    bool smartCheck = true;
+    std::uint8_t smartPoll = 10; // minutes
+    std::uint8_t encPoll = 1;    // minutes
+    bool buzzer = true;
+    bool hasBattery = false;
+    Battery battery;
+    std::vector<Enclosure> enclosures;
+    std::vector<Drive> drives;
+    std::vector<LogicalDrive> logicalDrives;
+    std::vector<SpeedOption> speedOptions;
+    std::vector<Event> events; // oldest first
+    bool operator==(const Controller&) const = default;
+};
+
+struct World {
+    std::int64_t clockOffset = 0; // seconds that the world is ahead of the clock outside
+    std::vector<Controller> controllers;
+    bool operator==(const World&) const = default;
+};
+
+// The world that a first use starts with; now: its newest event's time.
+World builtinWorld(std::int64_t now);
+
+// Finders; nullptr when there is none.
+Drive* findDrive(Controller& controller, std::uint32_t id);
+const Drive* findDrive(const Controller& controller, std::uint32_t id);
+const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id);
+LogicalDrive* findLogicalDrive(Controller& controller, std::uint32_t logDrvId);
+const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t logDrvId);
+LogicalDrive* findArray(Controller& controller, std::uint32_t arrayId);
+const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayId);
+
+// Appends an event with the next number; the oldest one goes when there are too many.
+[[gnu::format(printf, 3, 4)]] void addEvent(Controller& controller, std::int64_t time, const char* format,
+                                            ...);
+
+} // namespace q5sim

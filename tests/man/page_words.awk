@@ -1,0 +1,161 @@
+# Takes the words of the commands out of cli(8), one fact on a line, in the form of
+# completions/grammar.txt. What the page says twice or not at all comes out as a line of its own that
+# no table holds:
+#
+#     <command> undescribed <option>      a form takes it and no item below the heading tells of it
+#     <command> unused <option>           told of or spoken of, and no form takes it
+#     <command> stray <line>              stands where nothing of its kind belongs
+
+function flush_heading(    option) {
+    for (option in used)
+        if (!(option in told))
+            print heading " undescribed " option
+    for (option in told)
+        if (!(option in used))
+            print heading " unused " option
+    for (option in mentioned)
+        if (!(option in taken))
+            print heading " unused " option
+    split("", used)
+    split("", told)
+    split("", taken)
+    split("", mentioned)
+}
+
+function new_heading(    i, n, word) {
+    flush_heading()
+    heading = ""
+    n = split(substr($0, 5), word, " ")
+    for (i = 1; i <= n; i++) {
+        if (word[i] == "and")
+            continue
+        sub(/^\\&/, "", word[i])
+        heading = heading == "" ? word[i] : heading " " word[i]
+        print word[i]
+        commands = commands " " word[i]
+    }
+}
+
+# An option as the page writes it: a letter, and the name of its value unless it is a flag.
+function kind_of(value) {
+    return value == "" ? "flag" : value == "file" ? "file" : "value"
+}
+
+function begin_form() {
+    command = action = ""
+    optional_action = optional_seen = 0
+    split("", option_letter)
+    split("", option_value)
+    options = 0
+}
+
+# One line of a form: the command, its action, or one option.
+function form_line(line,    part, n, optional) {
+    n = split(line, part, " ")
+    optional = part[1] == "Op"
+    if (optional) {
+        sub(/^Op /, "", line)
+        n = split(line, part, " ")
+    }
+    if (part[1] == "Ic" && n == 2 && !optional) {
+        command = part[2]
+        sub(/^\\&/, "", command)
+    } else if (part[1] == "Fl" && part[2] == "a" && part[3] == "Cm" && n == 4) {
+        action = part[4]
+        optional_action = optional
+    } else if (part[1] == "Fl" && (n == 2 || (n == 4 && part[3] == "Ar"))) {
+        option_letter[++options] = "-" part[2]
+        option_value[options] = n == 4 ? part[4] : ""
+    } else if (line != "Ar command" || !optional)
+        print heading " stray " line
+    if (line == "Ar command")
+        takes_topic[command] = 1
+}
+
+function end_form(    i, k) {
+    if (index(" " heading " ", " " command " ") == 0)
+        print heading " stray form of " command
+    uses = 0
+    if (action == "" || optional_action)
+        use[++uses] = command
+    if (action != "")
+        print (use[++uses] = command " -a " action)
+    for (i = 1; i <= options; i++) {
+        used[option_letter[i] " " option_value[i]] = taken[option_letter[i]] = 1
+        for (k = 1; k <= uses; k++)
+            print use[k] " " option_letter[i] " " kind_of(option_value[i])
+    }
+}
+
+# An item that tells of an option.
+function tell_option(    value) {
+    letter = "-" $3
+    value = $4 == "Ar" ? $5 : ""
+    kind = kind_of(value)
+    told[letter " " value] = 1
+    if (NF != 3 && !(NF == 5 && $4 == "Ar") || $2 != "Fl")
+        print heading " stray " $0
+}
+
+# An item that tells of a key of the settings, or of one of the values that an option takes.
+function tell_word(line,    part, n, i, k, key) {
+    n = split(line, part, " ")
+    if (part[1] != "Cm") {
+        print heading " stray " line
+        return
+    }
+    if (n == 2) {
+        for (k = 1; k <= uses; k++)
+            print use[k] " " letter " " kind " " part[2]
+        return
+    }
+    key = part[2]
+    for (k = 1; k <= uses; k++)
+        print use[k] " " letter " " key "="
+    for (i = 3; i < n; i++)
+        if (part[i] == "Cm")
+            for (k = 1; k <= uses; k++)
+                print use[k] " " letter " " key "=" tolower(part[i + 1])
+}
+
+function end_item(text) {
+    if (depth == 1)
+        end_form()
+    else if (depth > 2)
+        tell_word(text)
+    else
+        print heading " stray " text
+}
+
+/^\.Sh / { within = $0 == ".Sh COMMANDS"; next }
+!within { next }
+
+# A macro line may go on with the next one.
+continued != "" { $0 = continued $0; continued = "" }
+/\\$/ { continued = substr($0, 1, length($0) - 1); next }
+
+/^\.Ss / { new_heading(); next }
+/^\.Bl/ { depth++; next }
+/^\.El/ { depth--; next }
+/^\.It Xo/ { gathering = 1; gathered = ""; if (depth == 1) begin_form(); next }
+/^\.Xc/ { gathering = 0; end_item(gathered); next }
+gathering {
+    if (depth == 1)
+        form_line(substr($0, 2))
+    else
+        gathered = gathered (gathered == "" ? "" : " ") substr($0, 2)
+    next
+}
+/^\.Fl [A-Za-z]( |$)/ && !/ Cm / { mentioned["-" $2] = 1; next }
+/^\.It / && depth == 1 { print heading " stray " $0; next }
+/^\.It / && depth == 2 { tell_option(); next }
+/^\.It / { tell_word(substr($0, 5)) }
+
+END {
+    flush_heading()
+    for (taker in takes_topic) {
+        n = split(commands, topic, " ")
+        for (i = 1; i <= n; i++)
+            print taker " topic " topic[i]
+    }
+}
