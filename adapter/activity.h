@@ -12,8 +12,8 @@ struct ActivityQuery {
     std::uint32_t logDrvId;
     std::uint32_t kind; // kMigrationKind for migration, 0 for the others
 };
-RECORD_SIZE(ActivityQuery, 8);
-RECORD_AT(ActivityQuery, kind, 4);
+ASSERT_SIZE(ActivityQuery, 8);
+ASSERT_OFFSET(ActivityQuery, kind, 4);
 
 inline constexpr std::uint32_t kMigrationKind = 1;
 
@@ -27,9 +27,9 @@ struct InitProgress {
     std::uint8_t percent; // 0..100
     std::uint8_t reserved72[452];
 };
-RECORD_SIZE(InitProgress, 524);
-RECORD_AT(InitProgress, state, 70);
-RECORD_AT(InitProgress, percent, 71);
+ASSERT_SIZE(InitProgress, 524);
+ASSERT_OFFSET(InitProgress, state, 70);
+ASSERT_OFFSET(InitProgress, percent, 71);
 
 // Starts an initialisation; as large as its progress record.
 struct InitStartRequest {
@@ -40,10 +40,10 @@ struct InitStartRequest {
     std::uint16_t word8;
     std::uint8_t reserved10[514];
 };
-RECORD_SIZE(InitStartRequest, 524);
-RECORD_AT(InitStartRequest, initType, 4);
-RECORD_AT(InitStartRequest, word6, 6);
-RECORD_AT(InitStartRequest, word8, 8);
+ASSERT_SIZE(InitStartRequest, 524);
+ASSERT_OFFSET(InitStartRequest, initType, 4);
+ASSERT_OFFSET(InitStartRequest, word6, 6);
+ASSERT_OFFSET(InitStartRequest, word8, 8);
 
 // Progress of a synchronisation or a redundancy check.
 struct SyncProgress {
@@ -52,9 +52,9 @@ struct SyncProgress {
     std::uint8_t state;
     std::uint8_t percent;
 };
-RECORD_SIZE(SyncProgress, 72);
-RECORD_AT(SyncProgress, state, 70);
-RECORD_AT(SyncProgress, percent, 71);
+ASSERT_SIZE(SyncProgress, 72);
+ASSERT_OFFSET(SyncProgress, state, 70);
+ASSERT_OFFSET(SyncProgress, percent, 71);
 
 struct MigrationProgress {
     ReplyHeader header;
@@ -63,9 +63,9 @@ struct MigrationProgress {
     std::uint8_t state;
     std::uint8_t reserved71[137];
 };
-RECORD_SIZE(MigrationProgress, 208);
-RECORD_AT(MigrationProgress, percent, 68);
-RECORD_AT(MigrationProgress, state, 70);
+ASSERT_SIZE(MigrationProgress, 208);
+ASSERT_OFFSET(MigrationProgress, percent, 68);
+ASSERT_OFFSET(MigrationProgress, state, 70);
 
 struct RebuildProgress {
     ReplyHeader header;
@@ -74,16 +74,16 @@ struct RebuildProgress {
     std::uint8_t percent;
     std::uint8_t reserved67[21];
 };
-RECORD_SIZE(RebuildProgress, 88);
-RECORD_AT(RebuildProgress, state, 64);
-RECORD_AT(RebuildProgress, percent, 66);
+ASSERT_SIZE(RebuildProgress, 88);
+ASSERT_OFFSET(RebuildProgress, state, 64);
+ASSERT_OFFSET(RebuildProgress, percent, 66);
 
 // Names the drive whose activity is stopped, paused, resumed or restarted.
 struct LogDrvIdBlock {
     std::uint32_t logDrvId;
     std::uint8_t reserved4[4];
 };
-RECORD_SIZE(LogDrvIdBlock, 8);
+ASSERT_SIZE(LogDrvIdBlock, 8);
 
 // Starts a redundancy check or, with noFix 0, a synchronisation: which of them is the adapter's choice.
 struct RedundancyCheckRequest {
@@ -92,8 +92,8 @@ struct RedundancyCheckRequest {
     std::uint8_t zero5;
     std::uint8_t reserved6[2];
 };
-RECORD_SIZE(RedundancyCheckRequest, 8);
-RECORD_AT(RedundancyCheckRequest, noFix, 4);
+ASSERT_SIZE(RedundancyCheckRequest, 8);
+ASSERT_OFFSET(RedundancyCheckRequest, noFix, 4);
 
 struct MigrateRequest {
     std::uint16_t logDrvId;
@@ -105,13 +105,13 @@ struct MigrateRequest {
     std::uint8_t reserved10[6];
     RequestMember member[kMaxTypedMembers];
 };
-RECORD_SIZE(MigrateRequest, 144);
-RECORD_AT(MigrateRequest, memberCount, 2);
-RECORD_AT(MigrateRequest, raidLevel, 4);
-RECORD_AT(MigrateRequest, stripeSize, 6);
-RECORD_AT(MigrateRequest, subArrayCount, 8);
-RECORD_AT(MigrateRequest, parityCount, 9);
-RECORD_AT(MigrateRequest, member, 16);
+ASSERT_SIZE(MigrateRequest, 144);
+ASSERT_OFFSET(MigrateRequest, memberCount, 2);
+ASSERT_OFFSET(MigrateRequest, raidLevel, 4);
+ASSERT_OFFSET(MigrateRequest, stripeSize, 6);
+ASSERT_OFFSET(MigrateRequest, subArrayCount, 8);
+ASSERT_OFFSET(MigrateRequest, parityCount, 9);
+ASSERT_OFFSET(MigrateRequest, member, 16);
 
 // One extent to rebuild onto; the operation takes an array of them.
 struct RebuildEntry {
@@ -120,9 +120,9 @@ struct RebuildEntry {
     std::uint32_t extent;
     std::uint8_t reserved12[4];
 };
-RECORD_SIZE(RebuildEntry, 16);
-RECORD_AT(RebuildEntry, driveId, 4);
-RECORD_AT(RebuildEntry, extent, 8);
+ASSERT_SIZE(RebuildEntry, 16);
+ASSERT_OFFSET(RebuildEntry, driveId, 4);
+ASSERT_OFFSET(RebuildEntry, extent, 8);
 
 extern "C" {
 int q5_getLogDrvInitProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,

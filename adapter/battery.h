@@ -8,7 +8,7 @@ struct BatteryQuery {
     std::uint16_t reserved0; // both always 0
     std::uint16_t reserved2;
 };
-RECORD_SIZE(BatteryQuery, 4);
+ASSERT_SIZE(BatteryQuery, 4);
 
 struct BatteryInfo {
     ReplyHeader header;
@@ -20,10 +20,10 @@ struct BatteryInfo {
     std::uint8_t status; // 0: no battery; else the low seven bits are the BatteryState
     std::uint8_t reserved111;
 };
-RECORD_SIZE(BatteryInfo, 112);
-RECORD_AT(BatteryInfo, temperature, 100);
-RECORD_AT(BatteryInfo, voltage, 106);
-RECORD_AT(BatteryInfo, status, 110);
+ASSERT_SIZE(BatteryInfo, 112);
+ASSERT_OFFSET(BatteryInfo, temperature, 100);
+ASSERT_OFFSET(BatteryInfo, voltage, 106);
+ASSERT_OFFSET(BatteryInfo, status, 110);
 
 inline constexpr std::uint16_t kNoVoltage = 0xCCCC;
 

@@ -13,20 +13,20 @@
 
 static_assert(std::endian::native == std::endian::little, "records are passed as they lie in memory");
 
-#define RECORD_SIZE(Record, bytes)            \
+#define ASSERT_SIZE(Record, bytes)            \
     static_assert(sizeof(Record) == (bytes)); \
     static_assert(std::is_standard_layout_v<Record> && std::is_trivially_copyable_v<Record>)
-#define RECORD_AT(Record, field, offset) static_assert(offsetof(Record, field) == (offset))
+#define ASSERT_OFFSET(Record, field, offset) static_assert(offsetof(Record, field) == (offset))
 
 // Names one controller; first argument of every device operation, passed by value.
 struct HbaAddress {
     std::uint16_t controllerId; // from 0
     std::uint8_t reserved2[6];
 };
-RECORD_SIZE(HbaAddress, 8);
+ASSERT_SIZE(HbaAddress, 8);
 
 // The address of a controller by its typed ID, of which the low 16 bits count.
-constexpr HbaAddress at(std::uint32_t controllerId) {
+constexpr HbaAddress hbaAddress(std::uint32_t controllerId) {
     return {static_cast<std::uint16_t>(controllerId), {}};
 }
 
@@ -34,7 +34,7 @@ constexpr HbaAddress at(std::uint32_t controllerId) {
 // would have to be resolved when the program starts, and a library that lacks one nobody uses would
 // not load.
 template <auto operation, typename Record>
-int call(HbaAddress address, const Record* record) {
+int invoke(HbaAddress address, const Record* record) {
     return operation(address, 0, record);
 }
 
@@ -44,5 +44,5 @@ struct ReplyHeader {
     std::uint32_t bytesUsed; // of the whole buffer, this header included
     std::uint8_t reserved40[24];
 };
-RECORD_SIZE(ReplyHeader, 64);
-RECORD_AT(ReplyHeader, bytesUsed, 36);
+ASSERT_SIZE(ReplyHeader, 64);
+ASSERT_OFFSET(ReplyHeader, bytesUsed, 36);

@@ -11,7 +11,7 @@ struct VersionNumber {
     std::int32_t third;
     std::int32_t fourth;
 };
-RECORD_SIZE(VersionNumber, 16);
+ASSERT_SIZE(VersionNumber, 16);
 
 // Selects the controller of an information or settings call.
 struct ControllerQuery {
@@ -20,8 +20,8 @@ struct ControllerQuery {
     std::uint16_t infoClass;    // ControllerInfoClass; general for the settings operations
     std::uint8_t reserved10[2];
 };
-RECORD_SIZE(ControllerQuery, 12);
-RECORD_AT(ControllerQuery, infoClass, 8);
+ASSERT_SIZE(ControllerQuery, 12);
+ASSERT_OFFSET(ControllerQuery, infoClass, 8);
 
 enum ControllerInfoClass : std::uint16_t {
     kGeneralInfo = 0, // answered by ControllerInfo
@@ -57,31 +57,31 @@ struct ControllerInfo {
     std::uint8_t maxPorts;
     std::uint8_t reserved379[53];
 };
-RECORD_SIZE(ControllerInfo, 432);
-RECORD_AT(ControllerInfo, biosVersion, 300);
-RECORD_AT(ControllerInfo, rebuildRate, 316);
-RECORD_AT(ControllerInfo, syncRate, 317);
-RECORD_AT(ControllerInfo, mpRate, 318);
-RECORD_AT(ControllerInfo, initRate, 320);
-RECORD_AT(ControllerInfo, migrateRate, 321);
-RECORD_AT(ControllerInfo, autoRebuild, 322);
-RECORD_AT(ControllerInfo, smartCheck, 324);
-RECORD_AT(ControllerInfo, smartPollInterval, 325);
-RECORD_AT(ControllerInfo, encPollInterval, 327);
-RECORD_AT(ControllerInfo, memoryType, 329);
-RECORD_AT(ControllerInfo, memorySize, 332);
-RECORD_AT(ControllerInfo, arrayCount, 338);
-RECORD_AT(ControllerInfo, diskCount, 348);
-RECORD_AT(ControllerInfo, maxExtentsPerDisk, 376);
-RECORD_AT(ControllerInfo, maxPorts, 378);
+ASSERT_SIZE(ControllerInfo, 432);
+ASSERT_OFFSET(ControllerInfo, biosVersion, 300);
+ASSERT_OFFSET(ControllerInfo, rebuildRate, 316);
+ASSERT_OFFSET(ControllerInfo, syncRate, 317);
+ASSERT_OFFSET(ControllerInfo, mpRate, 318);
+ASSERT_OFFSET(ControllerInfo, initRate, 320);
+ASSERT_OFFSET(ControllerInfo, migrateRate, 321);
+ASSERT_OFFSET(ControllerInfo, autoRebuild, 322);
+ASSERT_OFFSET(ControllerInfo, smartCheck, 324);
+ASSERT_OFFSET(ControllerInfo, smartPollInterval, 325);
+ASSERT_OFFSET(ControllerInfo, encPollInterval, 327);
+ASSERT_OFFSET(ControllerInfo, memoryType, 329);
+ASSERT_OFFSET(ControllerInfo, memorySize, 332);
+ASSERT_OFFSET(ControllerInfo, arrayCount, 338);
+ASSERT_OFFSET(ControllerInfo, diskCount, 348);
+ASSERT_OFFSET(ControllerInfo, maxExtentsPerDisk, 376);
+ASSERT_OFFSET(ControllerInfo, maxPorts, 378);
 
 struct ControllerVersionInfo {
     ReplyHeader header;
     std::uint8_t reserved64[8];
     VersionNumber firmwareVersion;
 };
-RECORD_SIZE(ControllerVersionInfo, 88);
-RECORD_AT(ControllerVersionInfo, firmwareVersion, 72);
+ASSERT_SIZE(ControllerVersionInfo, 88);
+ASSERT_OFFSET(ControllerVersionInfo, firmwareVersion, 72);
 
 // Changed by read, modify, write: what is not named here goes back as it came.
 struct ControllerSettings {
@@ -102,17 +102,17 @@ struct ControllerSettings {
     std::uint8_t rebuildPolicy; // 1: enabled, 0: disabled
     std::uint8_t reserved83[5];
 };
-RECORD_SIZE(ControllerSettings, 88);
-RECORD_AT(ControllerSettings, rebuildRate, 70);
-RECORD_AT(ControllerSettings, syncRate, 71);
-RECORD_AT(ControllerSettings, mpRate, 72);
-RECORD_AT(ControllerSettings, initRate, 74);
-RECORD_AT(ControllerSettings, migrateRate, 75);
-RECORD_AT(ControllerSettings, autoRebuild, 76);
-RECORD_AT(ControllerSettings, smartPollInterval, 78);
-RECORD_AT(ControllerSettings, smartCheck, 79);
-RECORD_AT(ControllerSettings, encPollInterval, 80);
-RECORD_AT(ControllerSettings, rebuildPolicy, 82);
+ASSERT_SIZE(ControllerSettings, 88);
+ASSERT_OFFSET(ControllerSettings, rebuildRate, 70);
+ASSERT_OFFSET(ControllerSettings, syncRate, 71);
+ASSERT_OFFSET(ControllerSettings, mpRate, 72);
+ASSERT_OFFSET(ControllerSettings, initRate, 74);
+ASSERT_OFFSET(ControllerSettings, migrateRate, 75);
+ASSERT_OFFSET(ControllerSettings, autoRebuild, 76);
+ASSERT_OFFSET(ControllerSettings, smartPollInterval, 78);
+ASSERT_OFFSET(ControllerSettings, smartCheck, 79);
+ASSERT_OFFSET(ControllerSettings, encPollInterval, 80);
+ASSERT_OFFSET(ControllerSettings, rebuildPolicy, 82);
 
 // Where the controller sits on the host bus.
 struct DiscoverPathInfo {
@@ -131,22 +131,22 @@ struct DiscoverPathInfo {
     std::uint32_t baseAddressSdram;
     std::uint8_t reserved504[152];
 };
-RECORD_SIZE(DiscoverPathInfo, 656);
-RECORD_AT(DiscoverPathInfo, irq, 464);
-RECORD_AT(DiscoverPathInfo, logicalSlot, 468);
-RECORD_AT(DiscoverPathInfo, biosMemoryStart, 472);
-RECORD_AT(DiscoverPathInfo, biosMemoryRange, 476);
-RECORD_AT(DiscoverPathInfo, busMasterBase, 480);
-RECORD_AT(DiscoverPathInfo, baseAddressAta, 484);
-RECORD_AT(DiscoverPathInfo, baseAddressXor, 488);
-RECORD_AT(DiscoverPathInfo, baseAddressSeq, 492);
-RECORD_AT(DiscoverPathInfo, baseAddressMmio, 496);
-RECORD_AT(DiscoverPathInfo, baseAddressSdram, 500);
+ASSERT_SIZE(DiscoverPathInfo, 656);
+ASSERT_OFFSET(DiscoverPathInfo, irq, 464);
+ASSERT_OFFSET(DiscoverPathInfo, logicalSlot, 468);
+ASSERT_OFFSET(DiscoverPathInfo, biosMemoryStart, 472);
+ASSERT_OFFSET(DiscoverPathInfo, biosMemoryRange, 476);
+ASSERT_OFFSET(DiscoverPathInfo, busMasterBase, 480);
+ASSERT_OFFSET(DiscoverPathInfo, baseAddressAta, 484);
+ASSERT_OFFSET(DiscoverPathInfo, baseAddressXor, 488);
+ASSERT_OFFSET(DiscoverPathInfo, baseAddressSeq, 492);
+ASSERT_OFFSET(DiscoverPathInfo, baseAddressMmio, 496);
+ASSERT_OFFSET(DiscoverPathInfo, baseAddressSdram, 500);
 
 struct DriverInfo {
     VersionNumber driverVersion;
 };
-RECORD_SIZE(DriverInfo, 16);
+ASSERT_SIZE(DriverInfo, 16);
 
 extern "C" {
 // reply: ControllerInfo or ControllerVersionInfo, as query->infoClass says; size is its size.

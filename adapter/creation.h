@@ -12,7 +12,7 @@ struct RequestMember {
     std::uint32_t extent;
     std::uint32_t driveId; // from 0
 };
-RECORD_SIZE(RequestMember, 8);
+ASSERT_SIZE(RequestMember, 8);
 
 struct CreateArrayRequest {
     std::uint32_t stripeSize; // KB
@@ -37,23 +37,23 @@ struct CreateArrayRequest {
     std::uint32_t sectorSize; // bytes
     RequestMember member[kMaxRequestMembers];
 };
-RECORD_SIZE(CreateArrayRequest, 2168);
-RECORD_AT(CreateArrayRequest, constant4, 4);
-RECORD_AT(CreateArrayRequest, capacity, 16);
-RECORD_AT(CreateArrayRequest, name, 24);
-RECORD_AT(CreateArrayRequest, raidLevel, 88);
-RECORD_AT(CreateArrayRequest, initialization, 90);
-RECORD_AT(CreateArrayRequest, constant91, 91);
-RECORD_AT(CreateArrayRequest, rounding, 92);
-RECORD_AT(CreateArrayRequest, allocation, 93);
-RECORD_AT(CreateArrayRequest, memberCount, 94);
-RECORD_AT(CreateArrayRequest, parityCount, 95);
-RECORD_AT(CreateArrayRequest, symmetric, 96);
-RECORD_AT(CreateArrayRequest, shift, 98);
-RECORD_AT(CreateArrayRequest, subArrayCount, 100);
-RECORD_AT(CreateArrayRequest, origin, 104);
-RECORD_AT(CreateArrayRequest, sectorSize, 108);
-RECORD_AT(CreateArrayRequest, member, 112);
+ASSERT_SIZE(CreateArrayRequest, 2168);
+ASSERT_OFFSET(CreateArrayRequest, constant4, 4);
+ASSERT_OFFSET(CreateArrayRequest, capacity, 16);
+ASSERT_OFFSET(CreateArrayRequest, name, 24);
+ASSERT_OFFSET(CreateArrayRequest, raidLevel, 88);
+ASSERT_OFFSET(CreateArrayRequest, initialization, 90);
+ASSERT_OFFSET(CreateArrayRequest, constant91, 91);
+ASSERT_OFFSET(CreateArrayRequest, rounding, 92);
+ASSERT_OFFSET(CreateArrayRequest, allocation, 93);
+ASSERT_OFFSET(CreateArrayRequest, memberCount, 94);
+ASSERT_OFFSET(CreateArrayRequest, parityCount, 95);
+ASSERT_OFFSET(CreateArrayRequest, symmetric, 96);
+ASSERT_OFFSET(CreateArrayRequest, shift, 98);
+ASSERT_OFFSET(CreateArrayRequest, subArrayCount, 100);
+ASSERT_OFFSET(CreateArrayRequest, origin, 104);
+ASSERT_OFFSET(CreateArrayRequest, sectorSize, 108);
+ASSERT_OFFSET(CreateArrayRequest, member, 112);
 
 enum ArrayAllocation : std::uint8_t {
     kAllocateGiven = 0,      // the extents are named, or the level is JBOD

@@ -8,7 +8,7 @@ struct EnclosureQuery {
     std::uint16_t enclosureId; // first one wanted
     std::uint16_t count;       // always 1
 };
-RECORD_SIZE(EnclosureQuery, 4);
+ASSERT_SIZE(EnclosureQuery, 4);
 
 // One enclosure of a list reply.
 struct EnclosureEntry {
@@ -16,8 +16,8 @@ struct EnclosureEntry {
     std::uint8_t type; // EnclosureType; 0: no enclosure with this ID
     std::uint8_t reserved15;
 };
-RECORD_SIZE(EnclosureEntry, 16);
-RECORD_AT(EnclosureEntry, type, 14);
+ASSERT_SIZE(EnclosureEntry, 16);
+ASSERT_OFFSET(EnclosureEntry, type, 14);
 
 enum EnclosureType : std::uint8_t {
     kNoEnclosure = 0,
@@ -36,8 +36,8 @@ struct EnclosureSensor {
     std::uint8_t reserved1[3];
     std::uint32_t reading; // fan speed and degrees Celsius signed, millivolts unsigned
 };
-RECORD_SIZE(EnclosureSensor, 8);
-RECORD_AT(EnclosureSensor, reading, 4);
+ASSERT_SIZE(EnclosureSensor, 8);
+ASSERT_OFFSET(EnclosureSensor, reading, 4);
 
 enum EnclosureSensorType : std::uint8_t {
     kFanSensor = 1,
@@ -51,8 +51,8 @@ struct EnclosureStatus {
     std::uint8_t reserved64[4];
     EnclosureSensor sensor[6];
 };
-RECORD_SIZE(EnclosureStatus, 116);
-RECORD_AT(EnclosureStatus, sensor, 68);
+ASSERT_SIZE(EnclosureStatus, 116);
+ASSERT_OFFSET(EnclosureStatus, sensor, 68);
 
 extern "C" {
 // reply: a Reply of EnclosureEntry records.

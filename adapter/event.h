@@ -8,7 +8,7 @@ struct EventQuery {
     std::int32_t first;  // -1: start with the newest
     std::uint32_t count; // in: events wanted; out: events delivered
 };
-RECORD_SIZE(EventQuery, 8);
+ASSERT_SIZE(EventQuery, 8);
 
 struct HBAEvent {
     std::uint8_t reserved0[12];
@@ -16,9 +16,9 @@ struct HBAEvent {
     std::uint8_t reserved16[68];
     char description[324];
 };
-RECORD_SIZE(HBAEvent, 408);
-RECORD_AT(HBAEvent, eventId, 12);
-RECORD_AT(HBAEvent, description, 84);
+ASSERT_SIZE(HBAEvent, 408);
+ASSERT_OFFSET(HBAEvent, eventId, 12);
+ASSERT_OFFSET(HBAEvent, description, 84);
 
 extern "C" {
 // reply: a Reply of HBAEvent records, as many as query->count then says; its byte count is not set.

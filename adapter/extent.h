@@ -40,14 +40,14 @@ struct ExtentEntry {
     std::uint64_t start;
     std::uint64_t size;
 };
-RECORD_SIZE(ExtentEntry, 32);
-RECORD_AT(ExtentEntry, assignment, 4);
-RECORD_AT(ExtentEntry, maintenance, 5);
-RECORD_AT(ExtentEntry, access, 6);
-RECORD_AT(ExtentEntry, state, 7);
-RECORD_AT(ExtentEntry, arrayId, 8);
-RECORD_AT(ExtentEntry, start, 16);
-RECORD_AT(ExtentEntry, size, 24);
+ASSERT_SIZE(ExtentEntry, 32);
+ASSERT_OFFSET(ExtentEntry, assignment, 4);
+ASSERT_OFFSET(ExtentEntry, maintenance, 5);
+ASSERT_OFFSET(ExtentEntry, access, 6);
+ASSERT_OFFSET(ExtentEntry, state, 7);
+ASSERT_OFFSET(ExtentEntry, arrayId, 8);
+ASSERT_OFFSET(ExtentEntry, start, 16);
+ASSERT_OFFSET(ExtentEntry, size, 24);
 
 // Gives an extent a purpose: spare, or part of an array.
 struct ExtentPlacement {
@@ -56,17 +56,17 @@ struct ExtentPlacement {
     std::uint16_t logDrvId; // low byte only; kNoArray: a spare for any array
     std::uint16_t reserved6;
 };
-RECORD_SIZE(ExtentPlacement, 8);
-RECORD_AT(ExtentPlacement, driveId, 2);
-RECORD_AT(ExtentPlacement, logDrvId, 4);
+ASSERT_SIZE(ExtentPlacement, 8);
+ASSERT_OFFSET(ExtentPlacement, driveId, 2);
+ASSERT_OFFSET(ExtentPlacement, logDrvId, 4);
 
 // Names the extent to free, delete or split.
 struct ExtentRef {
     std::uint32_t extent;
     std::uint32_t driveId;
 };
-RECORD_SIZE(ExtentRef, 8);
-RECORD_AT(ExtentRef, driveId, 4);
+ASSERT_SIZE(ExtentRef, 8);
+ASSERT_OFFSET(ExtentRef, driveId, 4);
 
 extern "C" {
 int q5_spareHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement);

@@ -45,7 +45,7 @@ struct LogDrvQuery {
     std::uint32_t logDrvId; // first one wanted
     std::uint32_t count;
 };
-RECORD_SIZE(LogDrvQuery, 8);
+ASSERT_SIZE(LogDrvQuery, 8);
 
 struct LogDrvInfo {
     std::uint16_t arrayId; // the array's identifier; usually equal to logDrvId
@@ -73,22 +73,22 @@ struct LogDrvInfo {
     std::uint32_t sectorSize; // bytes
     std::uint8_t reserved196[12];
 };
-RECORD_SIZE(LogDrvInfo, 208);
-RECORD_AT(LogDrvInfo, raidLevel, 2);
-RECORD_AT(LogDrvInfo, activityStatus, 5);
-RECORD_AT(LogDrvInfo, functionalStatus, 7);
-RECORD_AT(LogDrvInfo, writeCacheMode, 8);
-RECORD_AT(LogDrvInfo, sectorCount, 16);
-RECORD_AT(LogDrvInfo, diskCount, 42);
-RECORD_AT(LogDrvInfo, stripeBlocks, 48);
-RECORD_AT(LogDrvInfo, logDrvId, 52);
-RECORD_AT(LogDrvInfo, name, 56);
-RECORD_AT(LogDrvInfo, memberIds, 144);
-RECORD_AT(LogDrvInfo, parityCount, 176);
-RECORD_AT(LogDrvInfo, symmetric, 177);
-RECORD_AT(LogDrvInfo, shift, 178);
-RECORD_AT(LogDrvInfo, subArrayCount, 180);
-RECORD_AT(LogDrvInfo, sectorSize, 192);
+ASSERT_SIZE(LogDrvInfo, 208);
+ASSERT_OFFSET(LogDrvInfo, raidLevel, 2);
+ASSERT_OFFSET(LogDrvInfo, activityStatus, 5);
+ASSERT_OFFSET(LogDrvInfo, functionalStatus, 7);
+ASSERT_OFFSET(LogDrvInfo, writeCacheMode, 8);
+ASSERT_OFFSET(LogDrvInfo, sectorCount, 16);
+ASSERT_OFFSET(LogDrvInfo, diskCount, 42);
+ASSERT_OFFSET(LogDrvInfo, stripeBlocks, 48);
+ASSERT_OFFSET(LogDrvInfo, logDrvId, 52);
+ASSERT_OFFSET(LogDrvInfo, name, 56);
+ASSERT_OFFSET(LogDrvInfo, memberIds, 144);
+ASSERT_OFFSET(LogDrvInfo, parityCount, 176);
+ASSERT_OFFSET(LogDrvInfo, symmetric, 177);
+ASSERT_OFFSET(LogDrvInfo, shift, 178);
+ASSERT_OFFSET(LogDrvInfo, subArrayCount, 180);
+ASSERT_OFFSET(LogDrvInfo, sectorSize, 192);
 
 // How many members a record really names, whatever it claims.
 inline int boundedMemberCount(const LogDrvInfo& drive) {
@@ -106,18 +106,18 @@ struct LogDrvSettings {
     std::uint16_t lookahead;
     std::uint8_t reserved52[64];
 };
-RECORD_SIZE(LogDrvSettings, 116);
-RECORD_AT(LogDrvSettings, cacheFlags, 4);
-RECORD_AT(LogDrvSettings, name, 16);
-RECORD_AT(LogDrvSettings, consolidation, 48);
-RECORD_AT(LogDrvSettings, lookahead, 50);
+ASSERT_SIZE(LogDrvSettings, 116);
+ASSERT_OFFSET(LogDrvSettings, cacheFlags, 4);
+ASSERT_OFFSET(LogDrvSettings, name, 16);
+ASSERT_OFFSET(LogDrvSettings, consolidation, 48);
+ASSERT_OFFSET(LogDrvSettings, lookahead, 50);
 
 // Names the array to delete; the size argument is 8.
 struct DeleteArrayRequest {
     std::uint32_t count; // always 1
     std::uint32_t arrayId;
 };
-RECORD_SIZE(DeleteArrayRequest, 8);
+ASSERT_SIZE(DeleteArrayRequest, 8);
 
 extern "C" {
 // reply: a Reply of LogDrvInfo records.

@@ -21,11 +21,11 @@ struct MediaPatrolProgress {
     std::uint16_t progress; // percent of the running pass
     std::uint8_t reserved94[30];
 };
-RECORD_SIZE(MediaPatrolProgress, 124);
-RECORD_AT(MediaPatrolProgress, state, 86);
-RECORD_AT(MediaPatrolProgress, loopCount, 88);
-RECORD_AT(MediaPatrolProgress, errorCount, 90);
-RECORD_AT(MediaPatrolProgress, progress, 92);
+ASSERT_SIZE(MediaPatrolProgress, 124);
+ASSERT_OFFSET(MediaPatrolProgress, state, 86);
+ASSERT_OFFSET(MediaPatrolProgress, loopCount, 88);
+ASSERT_OFFSET(MediaPatrolProgress, errorCount, 90);
+ASSERT_OFFSET(MediaPatrolProgress, progress, 92);
 
 extern "C" {
 int q5_getHBAMediaPatrolProgress(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive,

@@ -13,8 +13,8 @@ struct PhyDrvQuery {
     std::uint16_t filter; // kAllDrives
     std::uint8_t reserved10[2];
 };
-RECORD_SIZE(PhyDrvQuery, 12);
-RECORD_AT(PhyDrvQuery, filter, 8);
+ASSERT_SIZE(PhyDrvQuery, 12);
+ASSERT_OFFSET(PhyDrvQuery, filter, 8);
 
 inline constexpr std::uint16_t kAllDrives = 255;
 inline constexpr std::uint16_t kNoEnclosureId = 255; // of a drive outside any enclosure
@@ -42,20 +42,20 @@ struct PhyDrvInfo {
     std::uint8_t extentCount; // claimed by the adapter; extents() bounds it
     ExtentEntry extent[kMaxExtents];
 };
-RECORD_SIZE(PhyDrvInfo, 664);
-RECORD_AT(PhyDrvInfo, driveId, 4);
-RECORD_AT(PhyDrvInfo, channel, 10);
-RECORD_AT(PhyDrvInfo, enclosureId, 14);
-RECORD_AT(PhyDrvInfo, capacity, 24);
-RECORD_AT(PhyDrvInfo, cylinders, 52);
-RECORD_AT(PhyDrvInfo, heads, 56);
-RECORD_AT(PhyDrvInfo, sectorsPerTrack, 58);
-RECORD_AT(PhyDrvInfo, model, 64);
-RECORD_AT(PhyDrvInfo, serial, 86);
-RECORD_AT(PhyDrvInfo, firmware, 110);
-RECORD_AT(PhyDrvInfo, dmaMode, 148);
-RECORD_AT(PhyDrvInfo, extentCount, 151);
-RECORD_AT(PhyDrvInfo, extent, 152);
+ASSERT_SIZE(PhyDrvInfo, 664);
+ASSERT_OFFSET(PhyDrvInfo, driveId, 4);
+ASSERT_OFFSET(PhyDrvInfo, channel, 10);
+ASSERT_OFFSET(PhyDrvInfo, enclosureId, 14);
+ASSERT_OFFSET(PhyDrvInfo, capacity, 24);
+ASSERT_OFFSET(PhyDrvInfo, cylinders, 52);
+ASSERT_OFFSET(PhyDrvInfo, heads, 56);
+ASSERT_OFFSET(PhyDrvInfo, sectorsPerTrack, 58);
+ASSERT_OFFSET(PhyDrvInfo, model, 64);
+ASSERT_OFFSET(PhyDrvInfo, serial, 86);
+ASSERT_OFFSET(PhyDrvInfo, firmware, 110);
+ASSERT_OFFSET(PhyDrvInfo, dmaMode, 148);
+ASSERT_OFFSET(PhyDrvInfo, extentCount, 151);
+ASSERT_OFFSET(PhyDrvInfo, extent, 152);
 
 // The extents a drive entry holds, never more than it has room for.
 inline std::span<const ExtentEntry> extents(const PhyDrvInfo& drive) {
@@ -67,7 +67,7 @@ struct DriveSelector {
     std::uint32_t driveId;
     std::uint32_t count; // always 1
 };
-RECORD_SIZE(DriveSelector, 8);
+ASSERT_SIZE(DriveSelector, 8);
 
 struct PhyDrvSelector {
     std::uint32_t driveId;
@@ -75,7 +75,7 @@ struct PhyDrvSelector {
     std::uint16_t reserved8; // always 1
     std::uint8_t reserved10[2];
 };
-RECORD_SIZE(PhyDrvSelector, 12);
+ASSERT_SIZE(PhyDrvSelector, 12);
 
 // One drive's settings; they follow the ReplyHeader. Changed by read, modify, write.
 struct PhyDrvSettings {
@@ -90,14 +90,14 @@ struct PhyDrvSettings {
     std::uint8_t ncqEnabled;
     std::uint8_t reserved14[2];
 };
-RECORD_SIZE(PhyDrvSettings, 16);
-RECORD_AT(PhyDrvSettings, pdId, 68 - 64);
-RECORD_AT(PhyDrvSettings, writeCache, 72 - 64);
-RECORD_AT(PhyDrvSettings, smartCheck, 73 - 64);
-RECORD_AT(PhyDrvSettings, tcqSupported, 74 - 64);
-RECORD_AT(PhyDrvSettings, ncqSupported, 75 - 64);
-RECORD_AT(PhyDrvSettings, tcqEnabled, 76 - 64);
-RECORD_AT(PhyDrvSettings, ncqEnabled, 77 - 64);
+ASSERT_SIZE(PhyDrvSettings, 16);
+ASSERT_OFFSET(PhyDrvSettings, pdId, 68 - 64);
+ASSERT_OFFSET(PhyDrvSettings, writeCache, 72 - 64);
+ASSERT_OFFSET(PhyDrvSettings, smartCheck, 73 - 64);
+ASSERT_OFFSET(PhyDrvSettings, tcqSupported, 74 - 64);
+ASSERT_OFFSET(PhyDrvSettings, ncqSupported, 75 - 64);
+ASSERT_OFFSET(PhyDrvSettings, tcqEnabled, 76 - 64);
+ASSERT_OFFSET(PhyDrvSettings, ncqEnabled, 77 - 64);
 
 extern "C" {
 // reply: a Reply of PhyDrvInfo records.

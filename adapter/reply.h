@@ -28,4 +28,4 @@ std::span<Record> records(Reply<Record, Room>& reply) {
 }
 
 // A text field of a record for printf's "%.*s": it ends at its NUL or, lacking one, with the field.
-#define FIELD_TEXT(field) static_cast<int>(sizeof(field)), (field)
+#define FIELD_PRINTF_ARGS(field) static_cast<int>(sizeof(field)), (field)

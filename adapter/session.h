@@ -15,11 +15,11 @@ struct ApiInitRecord {
     std::uint8_t flag; // written explicitly as 0
     std::uint8_t reserved136[128];
 };
-RECORD_SIZE(ApiInitRecord, 264);
-RECORD_AT(ApiInitRecord, signature, 16);
-RECORD_AT(ApiInitRecord, mode, 20);
-RECORD_AT(ApiInitRecord, time, 24);
-RECORD_AT(ApiInitRecord, flag, 135);
+ASSERT_SIZE(ApiInitRecord, 264);
+ASSERT_OFFSET(ApiInitRecord, signature, 16);
+ASSERT_OFFSET(ApiInitRecord, mode, 20);
+ASSERT_OFFSET(ApiInitRecord, time, 24);
+ASSERT_OFFSET(ApiInitRecord, flag, 135);
 
 inline constexpr std::uint32_t kApiSignature = 0xBABA0001;
 

@@ -22,7 +22,7 @@ const int numCmd = 19;
 
 // Copies the word at *line and moves *line past it. Returns false at the end of the line. A null
 // word is only stepped over.
-static bool takeWord(const char** line, char* word) {
+static bool nextToken(const char** line, char* word) {
     const char* next = *line;
     while (*next == ' ')
         ++next;
@@ -47,19 +47,19 @@ static bool takeWord(const char** line, char* word) {
 
 int processCmdLine(int* wordCount, char* line, char** words) {
     *wordCount = 0;
-    for (const char* rest = line; takeWord(&rest, nullptr);)
+    for (const char* rest = line; nextToken(&rest, nullptr);)
         ++*wordCount;
     if (*wordCount > kMaxWords)
         return 1;
     const char* rest = line;
     for (int i = 0; i < *wordCount; ++i)
-        takeWord(&rest, words[i]);
+        nextToken(&rest, words[i]);
     return strCmpNoCase(words[0], "EXIT") != 0;
 }
 
 int cli_parse_command(int wordCount, char** words) {
     const Command* command = findWord<Command>(cmdTable, words[0]);
     if (command == nullptr)
-        return complain(Result::unknownCommand, "Invalid command!");
+        return fail(Result::unknownCommand, "Invalid command!");
     return command->handler(wordCount, words);
 }

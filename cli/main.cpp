@@ -19,7 +19,7 @@ static char wordSlots[kMaxWords][kWordSize];
 
 // Puts /dev/null in the place of a closed standard stream. Otherwise the next file to be opened would get
 // its number, and listings would be written into the adapter's device.
-static void fillStandardStreams() {
+static void ensureStdioOpen() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
         if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
             return;
@@ -35,7 +35,7 @@ static bool openAdapters() {
 
 static int runWords(int wordCount, char** words) {
     if (wordCount > kMaxWords)
-        return complain(Result::badCount, "Too many words, at most 16 are taken!");
+        return fail(Result::badCount, "Too many words, at most 16 are taken!");
     return cli_parse_command(wordCount, words);
 }
 
@@ -68,7 +68,7 @@ static int runPrompt(char** words) {
 }
 
 int main(int argc, char** argv) {
-    fillStandardStreams();
+    ensureStdioOpen();
     char* words[kMaxWords];
     for (int i = 0; i < kMaxWords; ++i)
         words[i] = wordSlots[i];
@@ -79,11 +79,11 @@ int main(int argc, char** argv) {
         g_EventBuffer.position = g_EventBuffer.count = 0;
 
     if (!openAdapters())
-        return complain(Result::noAdapterApi, "Q5API is failed to initialized!");
+        return fail(Result::noAdapterApi, "Q5API is failed to initialized!");
     std::uint32_t controllerCount = 0;
     q5_getNumberOfHBA(&controllerCount);
     if (controllerCount == 0)
-        return complain(Result::notFound, "No controller is found in the system!");
+        return fail(Result::notFound, "No controller is found in the system!");
 
     const int result = argc > 1 ? runArguments(argc, argv, words) : runPrompt(words);
     q5_finalize();

@@ -32,14 +32,14 @@ struct Route {
     CommandFunction* function; // null for the action marker: the word after it is looked up instead
 };
 
-struct Routing {
+struct DispatchTable {
     CommandFunction* alone; // for the command word alone; null when it never stands alone
     std::span<const Route> routes;
     const char* failure;
 };
 } // namespace
 
-static const Route* findRoute(std::span<const Route> routes, const char* word) {
+static const Route* findSubcommand(std::span<const Route> routes, const char* word) {
     for (const Route& route : routes)
         if (strCmpNoCase(word, route.keyword) == 0)
             return &route;
@@ -48,14 +48,14 @@ static const Route* findRoute(std::span<const Route> routes, const char* word) {
 
 // Calls the function that the second word asks for, or the third after the action marker. A marker
 // after the marker leads nowhere.
-static int takeRoute(int wordCount, char** words, const Routing& routing) {
+static int dispatch(int wordCount, char** words, const DispatchTable& routing) {
     if (wordCount == 1 && routing.alone != nullptr)
         return routing.alone(wordCount, words);
-    const Route* route = findRoute(routing.routes, words[1]);
+    const Route* route = findSubcommand(routing.routes, words[1]);
     if (route != nullptr && route->function == nullptr)
-        route = findRoute(routing.routes, words[2]);
+        route = findSubcommand(routing.routes, words[2]);
     if (route == nullptr || route->function == nullptr)
-        return complain(Result::unknownCommand, routing.failure);
+        return fail(Result::unknownCommand, routing.failure);
     return route->function(wordCount, words);
 }
 
@@ -63,7 +63,7 @@ int do_cmd_battery(int wordCount, char** words) {
     static const Route routes[] = {
         {"-i", ListBatteryInfo},
     };
-    return takeRoute(wordCount, words, {ListBatteryInfo, routes, "Invalid command for \"battery\""});
+    return dispatch(wordCount, words, {ListBatteryInfo, routes, "Invalid command for \"battery\""});
 }
 
 int do_cmd_buzz(int wordCount, char** words) {
@@ -75,7 +75,7 @@ int do_cmd_buzz(int wordCount, char** words) {
         {"-i", ListBuzzStatus},
         {"-c", ListBuzzStatus},
     };
-    return takeRoute(wordCount, words, {ListBuzzStatus, routes, "Invalid command for \"buzz\""});
+    return dispatch(wordCount, words, {ListBuzzStatus, routes, "Invalid command for \"buzz\""});
 }
 
 int do_cmd_controller(int wordCount, char** words) {
@@ -87,7 +87,7 @@ int do_cmd_controller(int wordCount, char** words) {
         {"-c", ListControllerInfo},
         {"-v", ListControllerInfo},
     };
-    return takeRoute(wordCount, words, {ListControllerInfo, routes, "Invalid command for \"ctrl\""});
+    return dispatch(wordCount, words, {ListControllerInfo, routes, "Invalid command for \"ctrl\""});
 }
 
 int do_cmd_logdrv(int wordCount, char** words) {
@@ -97,7 +97,7 @@ int do_cmd_logdrv(int wordCount, char** words) {
         {"-l", ListLogDrvInfo},   {"-i", ListLogDrvInfo},   {"-c", ListLogDrvInfo},
         {"-v", ListLogDrvInfo},
     };
-    return takeRoute(wordCount, words, {ListLogDrvInfo, routes, "Invalid command for \"logdrv\""});
+    return dispatch(wordCount, words, {ListLogDrvInfo, routes, "Invalid command for \"logdrv\""});
 }
 
 int do_cmd_migrate(int wordCount, char** words) {
@@ -110,7 +110,7 @@ int do_cmd_migrate(int wordCount, char** words) {
         {"-l", ListLogDrvMigrateStatus},
         {"-i", ListLogDrvMigrateStatus},
     };
-    return takeRoute(wordCount, words, {ListLogDrvMigrateStatus, routes, "Invalid command for \"migrate\""});
+    return dispatch(wordCount, words, {ListLogDrvMigrateStatus, routes, "Invalid command for \"migrate\""});
 }
 
 int do_cmd_rebuild(int wordCount, char** words) {
@@ -125,7 +125,7 @@ int do_cmd_rebuild(int wordCount, char** words) {
         {"-l", ListLogDrvRebuildStatus},
         {"-i", ListLogDrvRebuildStatus},
     };
-    return takeRoute(wordCount, words, {ListLogDrvRebuildStatus, routes, "Invalid command for \"rb\""});
+    return dispatch(wordCount, words, {ListLogDrvRebuildStatus, routes, "Invalid command for \"rb\""});
 }
 
 int do_cmd_sync(int wordCount, char** words) {
@@ -135,7 +135,7 @@ int do_cmd_sync(int wordCount, char** words) {
         {"-l", StartLogDrvSync},
         {"-i", StartLogDrvSync},
     };
-    return takeRoute(wordCount, words, {ListLogDrvSyncStatus, routes, "Invalid command for \"sync\""});
+    return dispatch(wordCount, words, {ListLogDrvSyncStatus, routes, "Invalid command for \"sync\""});
 }
 
 int do_cmd_redundancyCheck(int wordCount, char** words) {
@@ -149,7 +149,7 @@ int do_cmd_redundancyCheck(int wordCount, char** words) {
         {"-l", ListLogDrvRCStatus},
         {"-i", ListLogDrvRCStatus},
     };
-    return takeRoute(wordCount, words, {ListLogDrvRCStatus, routes, "Invalid command for \"rc\""});
+    return dispatch(wordCount, words, {ListLogDrvRCStatus, routes, "Invalid command for \"rc\""});
 }
 
 int do_cmd_init(int wordCount, char** words) {
@@ -163,7 +163,7 @@ int do_cmd_init(int wordCount, char** words) {
         {"-l", ListLogDrvInitStatus},
         {"-i", ListLogDrvInitStatus},
     };
-    return takeRoute(wordCount, words, {ListLogDrvInitStatus, routes, "Invalid command for \"init\""});
+    return dispatch(wordCount, words, {ListLogDrvInitStatus, routes, "Invalid command for \"init\""});
 }
 
 int do_cmd_phydrv(int wordCount, char** words) {
@@ -173,7 +173,7 @@ int do_cmd_phydrv(int wordCount, char** words) {
         {"list3G", List3GSpeed},  {"-p", ListPhyDrvInfo},   {"-i", ListPhyDrvInfo},
         {"-c", ListPhyDrvInfo},   {"-v", ListPhyDrvInfo},
     };
-    return takeRoute(wordCount, words, {ListPhyDrvInfo, routes, "Invalid command for \"phydrv\""});
+    return dispatch(wordCount, words, {ListPhyDrvInfo, routes, "Invalid command for \"phydrv\""});
 }
 
 int do_cmd_extent(int wordCount, char** words) {
@@ -182,12 +182,12 @@ int do_cmd_extent(int wordCount, char** words) {
         {"add", AddExtent},     {"split", SplitExtent},   {"delete", DeleteExtent}, {"-p", ListExtentInfo},
         {"-e", ListExtentInfo}, {"-i", ListExtentInfo},   {"-c", ListExtentInfo},   {"-v", ListExtentInfo},
     };
-    return takeRoute(wordCount, words, {ListExtentInfo, routes, "Invalid command for \"extent\""});
+    return dispatch(wordCount, words, {ListExtentInfo, routes, "Invalid command for \"extent\""});
 }
 
 int do_cmd_mediapatrol(int wordCount, char** words) {
     if (wordCount != 7)
-        return complain(Result::badCount, "Invalid number of parameters for \"mp\"!");
+        return fail(Result::badCount, "Invalid number of parameters for \"mp\"!");
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListPhyDrvMediaPatrol},
@@ -196,7 +196,7 @@ int do_cmd_mediapatrol(int wordCount, char** words) {
         {"pause", PausePhyDrvMediaPatrol},
         {"resume", ResumePhyDrvMediaPatrol},
     };
-    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"media patrol\""});
+    return dispatch(wordCount, words, {nullptr, routes, "Invalid command for \"media patrol\""});
 }
 
 int do_cmd_enclosure(int wordCount, char** words) {
@@ -204,7 +204,7 @@ int do_cmd_enclosure(int wordCount, char** words) {
         {"-a", nullptr},           {"list", ListEnclosureInfo}, {"locate", LocateEnclosure},
         {"-e", ListEnclosureInfo}, {"-i", ListEnclosureInfo},   {"-v", ListEnclosureInfo},
     };
-    return takeRoute(wordCount, words, {ListEnclosureInfo, routes, "Invalid command for \"enclosure\""});
+    return dispatch(wordCount, words, {ListEnclosureInfo, routes, "Invalid command for \"enclosure\""});
 }
 
 int do_cmd_bga(int wordCount, char** words) {
@@ -214,7 +214,7 @@ int do_cmd_bga(int wordCount, char** words) {
         {"-l", ListBGAInfo},
         {"-i", ListBGAInfo},
     };
-    return takeRoute(wordCount, words, {ListBGAInfo, routes, "Invalid command for \"bga\""});
+    return dispatch(wordCount, words, {ListBGAInfo, routes, "Invalid command for \"bga\""});
 }
 
 int do_cmd_event(int wordCount, char** words) {
@@ -222,25 +222,25 @@ int do_cmd_event(int wordCount, char** words) {
         {"-a", nullptr},       {"list", ListEventInfo}, {"-v", ListEventInfo},
         {"-c", ListEventInfo}, {"-i", ListEventInfo},
     };
-    return takeRoute(wordCount, words, {ListEventInfo, routes, "Invalid command for \"event\""});
+    return dispatch(wordCount, words, {ListEventInfo, routes, "Invalid command for \"event\""});
 }
 
 int do_cmd_export(int wordCount, char** words) {
     if (wordCount != 5)
-        return complain(Result::badCount, "Invalid number of parameters for \"export\"!");
+        return fail(Result::badCount, "Invalid number of parameters for \"export\"!");
     static const Route routes[] = {
         {"-t", ExportFile},
         {"-f", ExportFile},
     };
-    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"export\""});
+    return dispatch(wordCount, words, {nullptr, routes, "Invalid command for \"export\""});
 }
 
 int do_cmd_import(int wordCount, char** words) {
     if (wordCount <= 2)
-        return complain(Result::badCount, "Invalid number of parameters for \"import\"!");
+        return fail(Result::badCount, "Invalid number of parameters for \"import\"!");
     static const Route routes[] = {
         {"-k", ImportFile}, {"-p", ImportFile}, {"-l", ImportFile}, {"-b", ImportFile},
         {"-a", ImportFile}, {"-c", ImportFile}, {"-f", ImportFile}, {"-i", ImportFile},
     };
-    return takeRoute(wordCount, words, {nullptr, routes, "Invalid command for \"import\""});
+    return dispatch(wordCount, words, {nullptr, routes, "Invalid command for \"import\""});
 }

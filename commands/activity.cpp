@@ -11,7 +11,7 @@ template <typename Progress, auto operation, std::uint32_t kind = 0>
 static ActivityState readProgress(std::uint32_t controller, std::uint32_t logDrvId) {
     const ActivityQuery query = {logDrvId, kind};
     Progress progress = {};
-    operation(at(controller), 0, &query, &progress, sizeof progress);
+    operation(hbaAddress(controller), 0, &query, &progress, sizeof progress);
     return {progress.state == kActivityPaused, progress.percent};
 }
 
@@ -83,20 +83,20 @@ void printActivity(std::uint32_t controller, const LogDrvInfo& drive) {
     std::printf(running->progress, running->read(controller, drive.logDrvId).percent);
 }
 
-Option logDrvOption(DriveWords* read) {
+Option logDrvOption(LogDrvArgs* read) {
     return numberOption("-l", "logical drive ID", &read->logDrv, Result::badId);
 }
 
-Option controllerOption(DriveWords* read) {
+Option controllerOption(LogDrvArgs* read) {
     return numberOption("-i", "controller ID", &read->controller, Result::badId);
 }
 
-static int readDriveWords(int wordCount, char** words, int first, DriveWords* read) {
+static int parseLogDrvArgs(int wordCount, char** words, int first, LogDrvArgs* read) {
     const Option options[] = {logDrvOption(read), controllerOption(read)};
     return readOptions(wordCount, words, first, options, "Invalid parameters defined");
 }
 
-bool findNamedDrive(const DriveWords& read, LogDrvInfo* drive, const char* noDrive) {
+bool lookupLogDrv(const LogDrvArgs& read, LogDrvInfo* drive, const char* noDrive) {
     if (findLogDrv(read.controller, read.logDrv, drive))
         return true;
     std::printf(noDrive, static_cast<int>(read.logDrv), static_cast<int>(read.controller));
@@ -113,15 +113,15 @@ static const Activity* listedActivity(const LogDrvInfo& drive, const ActivityLis
 }
 
 int listActivity(int wordCount, char** words, const ActivityList& list) {
-    DriveWords read;
-    if (const int result = readDriveWords(wordCount, words, firstOption(wordCount, words), &read))
+    LogDrvArgs read;
+    if (const int result = parseLogDrvArgs(wordCount, words, firstOption(wordCount, words), &read))
         return result;
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, list.noDrive))
+    if (!lookupLogDrv(read, &drive, list.noDrive))
         return Result::notFound;
     const Activity* activity = listedActivity(drive, list);
     if (activity == nullptr)
-        return complain(Result::done, list.noActivity);
+        return fail(Result::done, list.noActivity);
 
     const int logDrv = static_cast<int>(read.logDrv), controller = static_cast<int>(read.controller);
     const ActivityState state = activity->read(read.controller, read.logDrv);
@@ -132,15 +132,15 @@ int listActivity(int wordCount, char** words, const ActivityList& list) {
     return Result::done;
 }
 
-static bool guardHolds(const ActivityControl& control, const DriveWords& read, const LogDrvInfo& drive) {
-    if (control.guard == ActivityGuard::none)
+static bool preconditionMet(const ActivityControl& control, const LogDrvArgs& read, const LogDrvInfo& drive) {
+    if (control.guard == ActivityPrecondition::none)
         return true;
     if (!isRunning(drive, *control.activity))
         return false;
-    if (control.guard == ActivityGuard::running)
+    if (control.guard == ActivityPrecondition::running)
         return true;
     const bool paused = control.activity->read(read.controller, read.logDrv).paused;
-    return paused == (control.guard == ActivityGuard::paused);
+    return paused == (control.guard == ActivityPrecondition::paused);
 }
 
 int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success, const char* failure) {
@@ -150,16 +150,16 @@ int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success,
 
 int controlActivity(int wordCount, char** words, const ActivityControl& control) {
     if (wordCount != 7)
-        return complain(Result::badCount, control.countMessage);
-    DriveWords read;
-    if (const int result = readDriveWords(wordCount, words, 3, &read))
+        return fail(Result::badCount, control.countMessage);
+    LogDrvArgs read;
+    if (const int result = parseLogDrvArgs(wordCount, words, 3, &read))
         return result;
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, control.noDrive))
+    if (!lookupLogDrv(read, &drive, control.noDrive))
         return Result::notFound;
-    if (!guardHolds(control, read, drive))
+    if (!preconditionMet(control, read, drive))
         return Result::done;
     const LogDrvIdBlock block = {read.logDrv, {}};
-    return reportActivity(control.operation(at(read.controller), &block), read.logDrv, control.success,
-                          control.failure);
+    return reportActivity(control.operation(hbaAddress(read.controller), &block), read.logDrv,
+                          control.success, control.failure);
 }

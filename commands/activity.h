@@ -36,14 +36,14 @@ bool isRunning(const LogDrvInfo& drive, const Activity& activity);
 bool isBusy(const LogDrvInfo& drive);
 
 // The drive that the words of an activity command name.
-struct DriveWords {
+struct LogDrvArgs {
     std::uint32_t controller = 0;
     std::uint32_t logDrv = 0;
 };
 
 // Rows of its two options, for commands that take more.
-Option logDrvOption(DriveWords* read);
-Option controllerOption(DriveWords* read);
+Option logDrvOption(LogDrvArgs* read);
+Option controllerOption(LogDrvArgs* read);
 
 // How an activity's list speaks. Formats may take the logical drive's and the controller's ID, in this
 // order; inProgress takes the percentage before them.
@@ -58,7 +58,7 @@ struct ActivityList {
 int listActivity(int wordCount, char** words, const ActivityList& list);
 
 // When a control operation is called; otherwise the command ends well without a word.
-enum class ActivityGuard {
+enum class ActivityPrecondition {
     none,
     running,   // paused or not
     notPaused, // running and not paused
@@ -69,7 +69,7 @@ enum class ActivityGuard {
 // take the logical drive's and the controller's ID, in this order.
 struct ActivityControl {
     const Activity* activity;
-    ActivityGuard guard;
+    ActivityPrecondition guard;
     int (*operation)(HbaAddress address, const LogDrvIdBlock* drive);
     const char* countMessage;
     const char* noDrive;
@@ -79,7 +79,7 @@ struct ActivityControl {
 int controlActivity(int wordCount, char** words, const ActivityControl& control);
 
 // Looks the drive of a control or start up; false after noDrive, a format as above.
-bool findNamedDrive(const DriveWords& read, LogDrvInfo* drive, const char* noDrive);
+bool lookupLogDrv(const LogDrvArgs& read, LogDrvInfo* drive, const char* noDrive);
 
 // Says how an operation went, by formats that take the logical drive's ID.
 int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success, const char* failure);

@@ -51,14 +51,14 @@ int ListBatteryInfo(int wordCount, char** words) {
     // used alone. Scripts rely on the refusal.
     for (int i = 1; i < wordCount; i += 2) {
         if (strCmpNoCase(words[i], "-i") == 0)
-            return complain(Result::badValue, "Invalid subcommand - 'battery'");
+            return fail(Result::badValue, "Invalid subcommand - 'battery'");
         if (!TranslateStr2Int("controller ID", wordAt(words, i + 1), &controller))
             return Result::badId;
     }
 
     const BatteryQuery query = {};
     BatteryInfo info = {};
-    q5_getBatteryInfo(at(controller), 0, &query, &info, sizeof info);
+    q5_getBatteryInfo(hbaAddress(controller), 0, &query, &info, sizeof info);
     if (info.status == 0) {
         std::printf("No battery exists in controller with ID %d!\n", static_cast<int>(controller));
         return Result::notFound;

@@ -11,7 +11,7 @@ static constexpr std::uint32_t kBuzzersListed = 4; // whether there are as many 
 
 static const char* buzzerText(std::uint32_t controller) {
     std::uint8_t state = 0;
-    if (q5_getBuzzerStatus(at(controller), 0, &state, sizeof state) != 0)
+    if (q5_getBuzzerStatus(hbaAddress(controller), 0, &state, sizeof state) != 0)
         return "Unknown";
     return state != 0 ? "enabled" : "disabled";
 }
@@ -34,18 +34,18 @@ int ListBuzzStatus(int wordCount, char** words) {
 
 int SetBuzzSettings(int wordCount, char** words) {
     if (wordCount <= 2)
-        return complain(Result::badCount, "Invalid numbers of parameter for command \"buzz\"");
+        return fail(Result::badCount, "Invalid numbers of parameter for command \"buzz\"");
     const bool enable = strCmpNoCase(words[2], "enable") == 0;
     if (!enable && strCmpNoCase(words[2], "disable") != 0)
-        return complain(Result::badValue, "Invalid subcommand for \"buzz\"");
+        return fail(Result::badValue, "Invalid subcommand for \"buzz\"");
     std::uint32_t controller = 0;
     if (wordCount == 5 && strCmpNoCase(words[3], "-i") == 0 &&
         !TranslateStr2Int("controller ID", words[4], &controller))
         return Result::badId;
 
     if (enable)
-        q5_turnOnBuzzer(at(controller), 0, 0);
+        q5_turnOnBuzzer(hbaAddress(controller), 0, 0);
     else
-        q5_turnOffBuzzer(at(controller), 0, 0);
+        q5_turnOffBuzzer(hbaAddress(controller), 0, 0);
     return Result::done;
 }

@@ -47,7 +47,7 @@ static int countEnclosures(std::uint32_t controller) {
     for (std::uint16_t id = 0; id < kMaxEnclosures; ++id) {
         const EnclosureQuery query = {id, 1};
         Reply<EnclosureEntry, 1> reply = {};
-        q5_getEnclosureInfo(at(controller), 0, &query, &reply, sizeof reply);
+        q5_getEnclosureInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
         count += reply.record[0].type != kNoEnclosure;
     }
     return count;
@@ -56,7 +56,7 @@ static int countEnclosures(std::uint32_t controller) {
 static ControllerReport readController(std::uint32_t controller) {
     ControllerReport report = {};
     report.controllerId = controller;
-    const HbaAddress address = at(controller);
+    const HbaAddress address = hbaAddress(controller);
     const ControllerQuery general = {controller, 1, kGeneralInfo, {}};
     const ControllerQuery version = {controller, 1, kVersionInfo, {}};
     const BatteryQuery battery = {};
@@ -127,7 +127,7 @@ int ListControllerInfo(int wordCount, char** words) {
     std::uint32_t found = 0;
     q5_getNumberOfHBA(&found);
     if (found == 0)
-        return complain(Result::notFound, "No controller is existed");
+        return fail(Result::notFound, "No controller is existed");
 
     std::uint32_t first = 0, count = found;
     bool verbose = false;
@@ -146,7 +146,7 @@ int ListControllerInfo(int wordCount, char** words) {
         return Result::notFound;
     }
     DriverInfo driver = {};
-    q5_getDriverInfo(at(first), 0, &driver);
+    q5_getDriverInfo(hbaAddress(first), 0, &driver);
     const VersionText driverVersion = versionText(driver.driverVersion);
     if (!verbose)
         std::printf("%2s %12s %8s %4s %6s %10s %12s %12s\n", "ID", "MemType", "MemSize", "Disks", "Arrays",
@@ -181,7 +181,7 @@ static const SettingKey settingKeys[] = {
 
 static const SettingKey* findSettingKey(const char* item) {
     for (const SettingKey& row : settingKeys)
-        if (itemSays(item, row.key))
+        if (itemContains(item, row.key))
             return &row;
     return nullptr;
 }
@@ -190,45 +190,45 @@ static const SettingKey* findSettingKey(const char* item) {
 static ItemResult readRate(const char* item, std::uint8_t* field, const char* outOfRange) {
     const char* value = itemValue(item);
     if (value == nullptr)
-        return ItemResult::bad;
+        return ItemResult::invalid;
     const int number = atoiText(value);
     if (number < 1 || number > 255) {
         std::puts(outOfRange);
-        return ItemResult::bad;
+        return ItemResult::invalid;
     }
     *field = static_cast<std::uint8_t>(number);
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static ItemResult changeSetting(ControllerSettings* settings, const char* item) {
     const SettingKey* row = findSettingKey(item);
     if (row == nullptr)
-        return stopItems("Invalid parameters for \"ctrl\"!");
+        return abortItems("Invalid parameters for \"ctrl\"!");
     std::uint8_t* field = &(settings->*row->field);
     return row->outOfRange != nullptr ? readRate(item, field, row->outOfRange) : readSwitch(item, field);
 }
 
 int SetControllerSettings(int wordCount, char** words) {
     if (wordCount <= 4)
-        return complain(Result::badCount, "Invalid numbers of parameter in command \"ctrl -a mod\" ");
+        return fail(Result::badCount, "Invalid numbers of parameter in command \"ctrl -a mod\" ");
     std::uint32_t controller = 0;
     int settingsOption = 3;
     if (strCmpNoCase(words[3], "-i") == 0) {
         if (wordCount <= 6)
-            return complain(Result::badCount, "Invalid numbers of parameter in command \"ctrl -a mod\"");
+            return fail(Result::badCount, "Invalid numbers of parameter in command \"ctrl -a mod\"");
         if (!TranslateStr2Int("controller ID", words[4], &controller))
             return Result::badId;
         settingsOption = 5;
     }
     if (strCmpNoCase(words[settingsOption], "-s") != 0)
-        return complain(Result::badValue, "Invalid parameters defined");
+        return fail(Result::badValue, "Invalid parameters defined");
 
     const ControllerQuery query = {controller, 1, kGeneralInfo, {}};
     ControllerSettings settings = {};
-    q5_getControllerSettings(at(controller), 0, &query, &settings, sizeof settings);
+    q5_getControllerSettings(hbaAddress(controller), 0, &query, &settings, sizeof settings);
     if (const int result =
             applyItems(words[settingsOption + 1], &settings, changeSetting, "Incorrect parameters!"))
         return result;
-    q5_setControllerSettings(at(controller), 0, &query, &settings, sizeof settings);
+    q5_setControllerSettings(hbaAddress(controller), 0, &query, &settings, sizeof settings);
     return Result::done;
 }

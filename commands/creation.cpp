@@ -18,75 +18,75 @@ struct CreationKey {
 };
 } // namespace
 
-static ItemResult goodIf(bool good) {
-    return good ? ItemResult::good : ItemResult::bad;
+static ItemResult okIf(bool good) {
+    return good ? ItemResult::ok : ItemResult::invalid;
 }
 
 static ItemResult storeName(CreateArrayRequest* request, const char* value) {
     readName(value, request->name, sizeof request->name);
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static ItemResult storeRaid(CreateArrayRequest* request, const char* value) {
     const int code = TranslateRaidLevel(value);
     request->raidLevel = static_cast<std::uint16_t>(code);
-    return code == kUnknownRaid ? ItemResult::stop : ItemResult::good;
+    return code == kUnknownRaid ? ItemResult::abort : ItemResult::ok;
 }
 
 // Wider than the other numbers: an imported array of 2 TB and more comes back at its full size.
 static ItemResult storeCapacity(CreateArrayRequest* request, const char* value) {
     request->capacity = static_cast<std::uint64_t>(std::strtoll(value, nullptr, 10));
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static ItemResult storeSectorSize(CreateArrayRequest* request, const char* value) {
     const int size = atoiText(value);
     request->sectorSize = static_cast<std::uint32_t>(size);
-    return goodIf(size == 512 || size == 1024 || size == 2048 || size == 4096);
+    return okIf(size == 512 || size == 1024 || size == 2048 || size == 4096);
 }
 
 static ItemResult storeStripe(CreateArrayRequest* request, const char* value) {
     const int size = atoiText(value);
     request->stripeSize = static_cast<std::uint32_t>(size);
     if (size == 64 || size == 32 || size == 128)
-        return ItemResult::good;
+        return ItemResult::ok;
     std::puts("Incorrect stripe size!");
-    return ItemResult::bad;
+    return ItemResult::invalid;
 }
 
 static ItemResult storeRounding(CreateArrayRequest* request, const char* value) {
     const int code = TranslateRoundingScheme(value);
     request->rounding = static_cast<std::uint8_t>(code);
-    return code == 255 ? ItemResult::stop : ItemResult::good;
+    return code == 255 ? ItemResult::abort : ItemResult::ok;
 }
 
 static ItemResult storeInit(CreateArrayRequest* request, const char* value) {
     const int code = TranslateInitialization(value);
     request->initialization = static_cast<std::uint8_t>(code);
-    return code == -1 ? ItemResult::stop : ItemResult::good;
+    return code == -1 ? ItemResult::abort : ItemResult::ok;
 }
 
 static ItemResult storeSubArrayCount(CreateArrayRequest* request, const char* value) {
     const int count = atoiText(value);
     request->subArrayCount = static_cast<std::uint8_t>(count);
-    return goodIf(count == 2);
+    return okIf(count == 2);
 }
 
 static ItemResult storeParityCount(CreateArrayRequest* request, const char* value) {
     const int count = atoiText(value);
     request->parityCount = static_cast<std::uint8_t>(count);
-    return goodIf(count == 2 || count == 3);
+    return okIf(count == 2 || count == 3);
 }
 
 static ItemResult storeSymmetric(CreateArrayRequest* request, const char* value) {
     const int symmetric = atoiText(value);
     request->symmetric = static_cast<std::uint8_t>(symmetric);
-    return goodIf(symmetric == 0 || symmetric == 1);
+    return okIf(symmetric == 0 || symmetric == 1);
 }
 
 static ItemResult storeShift(CreateArrayRequest* request, const char* value) {
     request->shift = static_cast<std::uint16_t>(atoiText(value));
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static const CreationKey creationKeys[] = {
@@ -106,12 +106,12 @@ static const CreationKey creationKeys[] = {
 // Applies one item; what names no key is ignored.
 static ItemResult storeItem(CreateArrayRequest* request, const char* item) {
     for (const CreationKey& row : creationKeys) {
-        if (!itemSays(item, row.key))
+        if (!itemContains(item, row.key))
             continue;
         const char* value = itemValue(item);
-        return value != nullptr ? row.store(request, value) : ItemResult::bad;
+        return value != nullptr ? row.store(request, value) : ItemResult::invalid;
     }
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static bool isStripeSize(std::uint32_t size) {
@@ -122,19 +122,19 @@ static bool isStripeSize(std::uint32_t size) {
 static int checkRequest(const CreateArrayRequest& request, int extentCount) {
     const bool jbod = request.raidLevel == kJbod;
     if (request.name[0] == '\0' && !jbod)
-        return complain(Result::badCount, "Error: Logical drive name is not defined!");
+        return fail(Result::badCount, "Error: Logical drive name is not defined!");
     if (request.raidLevel == kUnknownRaid)
-        return complain(Result::badCount, "Error: Raid level is not defined!");
+        return fail(Result::badCount, "Error: Raid level is not defined!");
     if (extentCount == 0 && request.capacity == 0 && !jbod)
-        return complain(Result::badCount, "Error: extent ID or the logical drive size is not defined!");
+        return fail(Result::badCount, "Error: extent ID or the logical drive size is not defined!");
     // The text admits only some of these sizes; the adapter's own list guards the request once more.
     if (!isStripeSize(request.stripeSize)) {
         std::printf("Invalid stripe size %d is defined!\n", static_cast<int>(request.stripeSize));
         return Result::badValue;
     }
     if (request.capacity == 0 && extentCount != request.memberCount && !jbod)
-        return complain(Result::badValue,
-                        "Error: number of extents and number of physical drives are not matched!");
+        return fail(Result::badValue,
+                    "Error: number of extents and number of physical drives are not matched!");
     return Result::done;
 }
 
@@ -164,21 +164,20 @@ static CreateArrayRequest defaultRequest() {
 int PhraseCreateLogDrvArg(int wordCount, char** words, HbaAddress* address, std::uint32_t* secondArgument,
                           CreateArrayRequest* request) {
     if (wordCount < (CheckIsIncludeCharacter(wordCount, words, "-i") ? 9 : 7))
-        return complain(Result::badCount,
-                        "Invalid number of parameters defined for \"logdrv -a add\" \"add\"!");
+        return fail(Result::badCount, "Invalid number of parameters defined for \"logdrv -a add\" \"add\"!");
     std::uint32_t controller = 0;
     IdList<> drives = {}, extents = {};
     const Option options[] = {
         driveListOption("-p", &drives),
         numberOption("-i", "controller ID", &controller, Result::badId),
         listOption("-e", &extents),
-        skippedOption("-z"),
+        ignoredOption("-z"),
     };
     int end = 0;
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
         return result;
     if (drives.count == 0)
-        return complain(Result::badCount, "No physical drive is defined!");
+        return fail(Result::badCount, "No physical drive is defined!");
 
     *request = defaultRequest();
     request->memberCount = static_cast<std::uint8_t>(drives.count);
@@ -189,7 +188,7 @@ int PhraseCreateLogDrvArg(int wordCount, char** words, HbaAddress* address, std:
         return result;
     storeMembers(request, drives, extents);
     *secondArgument = 0;
-    *address = at(controller);
+    *address = hbaAddress(controller);
     return Result::done;
 }
 
@@ -201,7 +200,7 @@ static int createArray(int wordCount, char** words, ArrayOrigin origin) {
         return Result::refused;
     request.origin = origin;
     if (q5_addHBAArray(address, secondArgument, &request) != 0)
-        return complain(Result::refused, "Failed to create an array specified");
+        return fail(Result::refused, "Failed to create an array specified");
     return Result::done;
 }
 
@@ -215,11 +214,11 @@ int CreateLogDrv2(int wordCount, char** words) {
 
 int ActivateArray(int wordCount, char** words) {
     if (wordCount != 3)
-        return complain(Result::badCount, "Invalid number of parameters defined");
+        return fail(Result::badCount, "Invalid number of parameters defined");
     std::uint32_t array = 0, controller = 0;
     if (!TranslateStr2Int("array ID", words[2], &array) ||
         !TranslateStr2Int("controller ID", words[2], &controller))
         return Result::badId;
-    q5_activateLogDrv(at(controller), 0, static_cast<std::uint16_t>(array));
+    q5_activateLogDrv(hbaAddress(controller), 0, static_cast<std::uint16_t>(array));
     return Result::done;
 }

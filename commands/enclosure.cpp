@@ -11,7 +11,7 @@
 static std::uint8_t readEnclosureType(std::uint32_t controller, std::uint32_t enclosure) {
     const EnclosureQuery query = {static_cast<std::uint16_t>(enclosure), 1};
     Reply<EnclosureEntry, kMaxEnclosures> reply = {};
-    q5_getEnclosureInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getEnclosureInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     return reply.record[0].type;
 }
 
@@ -76,7 +76,7 @@ int ListEnclosureInfo(int wordCount, char** words) {
     }
     const EnclosureQuery query = {static_cast<std::uint16_t>(enclosure), 1};
     EnclosureStatus status = {};
-    q5_getEnclosureStatus(at(controller), 0, &query, &status, sizeof status);
+    q5_getEnclosureStatus(hbaAddress(controller), 0, &query, &status, sizeof status);
     if (type == kTraybox400) {
         std::puts("Enclosure type : Traybox 400");
         printSensors(status, true);
@@ -97,16 +97,16 @@ struct LocatePlace {
     std::uint16_t enclosureId;
     std::uint8_t reserved16[648];
 };
-RECORD_SIZE(LocatePlace, sizeof(PhyDrvInfo));
-RECORD_AT(LocatePlace, enclosureId, 14);
+ASSERT_SIZE(LocatePlace, sizeof(PhyDrvInfo));
+ASSERT_OFFSET(LocatePlace, enclosureId, 14);
 
 struct LocateReply {
     ReplyHeader header;
     std::uint8_t reserved64[192];
     LocatePlace place[64];
 };
-RECORD_SIZE(LocateReply, 42752);
-RECORD_AT(LocateReply, place, 256);
+ASSERT_SIZE(LocateReply, 42752);
+ASSERT_OFFSET(LocateReply, place, 256);
 } // namespace
 
 // Looks once for every entry, and goes to the next place only when a place matched.
@@ -147,7 +147,7 @@ int LocateEnclosure(int wordCount, char** words) {
     }
     const PhyDrvQuery query = {0, kMaxDrives, kAllDrives, {}};
     LocateReply reply = {};
-    q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
-    locateDrives(at(controller), reply, enclosure, seconds);
+    q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
+    locateDrives(hbaAddress(controller), reply, enclosure, seconds);
     return Result::done;
 }

@@ -17,7 +17,7 @@ static_assert(kEventReplySize == 20872);
 static void fetchEvents(std::uint32_t controller, std::uint32_t wanted) {
     Reply<HBAEvent, kMaxWanted> reply = {};
     EventQuery query = {-1, wanted};
-    q5_getHBAEvents(at(controller), 0, &query, &reply, kEventReplySize);
+    q5_getHBAEvents(hbaAddress(controller), 0, &query, &reply, kEventReplySize);
     const std::uint32_t delivered = query.count < kMaxWanted ? query.count : kMaxWanted;
     for (std::uint32_t i = 0; i < delivered; ++i)
         AddEventToBuffer(&reply.record[i]);
@@ -26,7 +26,7 @@ static void fetchEvents(std::uint32_t controller, std::uint32_t wanted) {
 static void printEvent(int index, const HBAEvent& event, bool verbose) {
     if (verbose) {
         std::printf("EventID: 0x%x \n", event.eventId);
-        std::printf("Event Desciption: %.*s\n", FIELD_TEXT(event.description));
+        std::printf("Event Desciption: %.*s\n", FIELD_PRINTF_ARGS(event.description));
     } else {
         std::printf("%11d  0x%x\n", index, event.eventId);
     }

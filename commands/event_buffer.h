@@ -15,8 +15,8 @@ struct EventBuffer {
     std::uint32_t count;    // records held
     HBAEvent slot[kEventSlots];
 };
-RECORD_SIZE(EventBuffer, 20408);
-RECORD_AT(EventBuffer, slot, 8);
+ASSERT_SIZE(EventBuffer, 20408);
+ASSERT_OFFSET(EventBuffer, slot, 8);
 
 extern EventBuffer g_EventBuffer;
 

@@ -5,8 +5,8 @@
 
 #include "adapter/extent.h"
 #include "adapter/phydrv.h"
-#include "commands/phydrv_query.h"
 #include "commands/options.h"
+#include "commands/phydrv_query.h"
 #include "util/vocabulary.h"
 
 static void printRow(int driveId, const ExtentEntry& extent) {
@@ -84,7 +84,7 @@ int ListExtentInfo(int wordCount, char** words) {
 
 namespace {
 // What the words of a change name; drive counts from 0.
-struct ExtentWords {
+struct ExtentArgs {
     std::uint32_t controller = 0;
     std::uint32_t drive = 0;
     std::uint32_t extent = 0;
@@ -92,7 +92,7 @@ struct ExtentWords {
 } // namespace
 
 // Reads the options every change takes and the one more that some have.
-static int readExtentWords(int wordCount, char** words, ExtentWords* read, const Option& more = {}) {
+static int parseExtentArgs(int wordCount, char** words, ExtentArgs* read, const Option& more = {}) {
     const Option options[] = {
         driveOption("-p", "physical drive ID", &read->drive),
         numberOption("-i", "controller ID", &read->controller, Result::badId),
@@ -103,13 +103,13 @@ static int readExtentWords(int wordCount, char** words, ExtentWords* read, const
     return readOptions(wordCount, words, 3, taken, "Invalid parameters defined");
 }
 
-static ExtentPlacement placementOf(const ExtentWords& read, std::uint32_t logDrvId) {
+static ExtentPlacement placementOf(const ExtentArgs& read, std::uint32_t logDrvId) {
     return {static_cast<std::uint16_t>(read.extent), static_cast<std::uint16_t>(read.drive),
             static_cast<std::uint8_t>(logDrvId), 0};
 }
 
 // A refused change says so and counts as done.
-static int report(int adapterResult, const char* failure, const ExtentWords& read) {
+static int report(int adapterResult, const char* failure, const ExtentArgs& read) {
     if (adapterResult != 0)
         std::printf(failure, static_cast<int>(read.extent), static_cast<int>(read.drive),
                     static_cast<int>(read.controller));
@@ -118,69 +118,69 @@ static int report(int adapterResult, const char* failure, const ExtentWords& rea
 
 int SpareExtent(int wordCount, char** words) {
     if (wordCount < 9)
-        return complain(Result::badCount, "Invalid number of parameters for \"extent -a spare\" defined");
-    ExtentWords read;
+        return fail(Result::badCount, "Invalid number of parameters for \"extent -a spare\" defined");
+    ExtentArgs read;
     std::uint32_t logDrv = kNoArray;
-    if (const int result = readExtentWords(wordCount, words, &read,
+    if (const int result = parseExtentArgs(wordCount, words, &read,
                                            numberOption("-l", "logical drive ID", &logDrv, Result::badId)))
         return result;
     const ExtentPlacement placement = placementOf(read, logDrv);
-    return report(q5_spareHBAExtent(at(read.controller), 0, &placement),
+    return report(q5_spareHBAExtent(hbaAddress(read.controller), 0, &placement),
                   "Failed to spare an extent #%d in disk with ID %d on controller #%d!\n", read);
 }
 
 int FreeExtent(int wordCount, char** words) {
     if (wordCount != 9)
-        return complain(Result::badCount, "Invalid number of parameters for \"extent -a free\" defined");
-    ExtentWords read;
-    if (const int result = readExtentWords(wordCount, words, &read))
+        return fail(Result::badCount, "Invalid number of parameters for \"extent -a free\" defined");
+    ExtentArgs read;
+    if (const int result = parseExtentArgs(wordCount, words, &read))
         return result;
     const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_freeHBAExtent(at(read.controller), 0, &extent),
+    return report(q5_freeHBAExtent(hbaAddress(read.controller), 0, &extent),
                   "Failed to free an extent #%d in disk with ID %d on controller #%d!\n", read);
 }
 
 int AddExtent(int wordCount, char** words) {
     if (wordCount != 11)
-        return complain(Result::badCount, "Invalid number of parameters for \"extent -a add\" defined");
-    ExtentWords read;
+        return fail(Result::badCount, "Invalid number of parameters for \"extent -a add\" defined");
+    ExtentArgs read;
     std::uint32_t logDrv = 0;
     bool logDrvGiven = false;
     if (const int result =
-            readExtentWords(wordCount, words, &read,
+            parseExtentArgs(wordCount, words, &read,
                             numberOption("-l", "logical drive ID", &logDrv, Result::badId, &logDrvGiven)))
         return result;
     if (!logDrvGiven)
-        return complain(Result::badId, "Invalid logical drive ID defined!");
+        return fail(Result::badId, "Invalid logical drive ID defined!");
     const ExtentPlacement placement = placementOf(read, logDrv);
-    return report(q5_addHBAExtentToArray(at(read.controller), 0, &placement),
+    return report(q5_addHBAExtentToArray(hbaAddress(read.controller), 0, &placement),
                   "Failed to add extent #%d in physical drive with ID %d on controller #%d!\n", read);
 }
 
 int SplitExtent(int wordCount, char** words) {
     if (wordCount != 11)
-        return complain(Result::badCount, "Invalid number of parameters for \"extent -a split\" defined");
-    ExtentWords read;
+        return fail(Result::badCount, "Invalid number of parameters for \"extent -a split\" defined");
+    ExtentArgs read;
     std::uint32_t offset = 0;
     if (const int result =
-            readExtentWords(wordCount, words, &read, numberOption("-o", "offset", &offset, Result::badId)))
+            parseExtentArgs(wordCount, words, &read, numberOption("-o", "offset", &offset, Result::badId)))
         return result;
     if (offset == 0) {
         std::printf("Incorrect offset %d is defined!\n", 0);
         return Result::badOffset;
     }
     const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_splitHBAExtent(at(read.controller), 0, &extent, offset),
+    return report(q5_splitHBAExtent(hbaAddress(read.controller), 0, &extent, offset),
                   "Failed to split extent #%d in physical drive with ID %d on controller #%d!\n", read);
 }
 
 int DeleteExtent(int wordCount, char** words) {
     if (wordCount != 9)
-        return complain(Result::badCount, "Invalid number of parameters for \"extent -a delete\" defined");
-    ExtentWords read;
-    if (const int result = readExtentWords(wordCount, words, &read))
+        return fail(Result::badCount, "Invalid number of parameters for \"extent -a delete\" defined");
+    ExtentArgs read;
+    if (const int result = parseExtentArgs(wordCount, words, &read))
         return result;
     const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_deleteHBAExtent(at(read.controller), 0, &extent),
+    return report(q5_deleteHBAExtent(hbaAddress(read.controller), 0, &extent),
                   "Failed to delete an extent #%d in disk with ID %d on controller #%d!\n", read);
 }

@@ -16,13 +16,13 @@ int ListLogDrvInitStatus(int wordCount, char** words) {
 
 int StartLogDrvInit(int wordCount, char** words) {
     if (wordCount != 7)
-        return complain(Result::badValue, "Invalid command for \"init\"!");
-    DriveWords read;
+        return fail(Result::badValue, "Invalid command for \"init\"!");
+    LogDrvArgs read;
     const Option options[] = {logDrvOption(&read), controllerOption(&read)};
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, noDrive))
+    if (!lookupLogDrv(read, &drive, noDrive))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
@@ -32,7 +32,7 @@ int StartLogDrvInit(int wordCount, char** words) {
     request.initType = 4;
     request.word6 = request.word8 = 0xFFFF;
     const int logDrv = static_cast<int>(read.logDrv);
-    if (q5_startLogDrvInit(at(read.controller), 0, &request, sizeof request) != 0) {
+    if (q5_startLogDrvInit(hbaAddress(read.controller), 0, &request, sizeof request) != 0) {
         std::printf("Initialization is failed to start on Array %d Type %d\n", logDrv, request.initType);
         return Result::refused;
     }
@@ -42,7 +42,7 @@ int StartLogDrvInit(int wordCount, char** words) {
 
 int PauseLogDrvInit(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&initialization, ActivityGuard::notPaused, call<q5_pauseLogDrvInit>,
+                           {&initialization, ActivityPrecondition::notPaused, invoke<q5_pauseLogDrvInit>,
                             "Invalid command for \"init -a pause\"!", noDrive,
                             "Initialization paused on Array %d.\n",
                             "Initialization is failed to pause on Array %d.\n"});
@@ -50,7 +50,7 @@ int PauseLogDrvInit(int wordCount, char** words) {
 
 int ResumeLogDrvInit(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&initialization, ActivityGuard::paused, call<q5_resumeLogDrvInit>,
+                           {&initialization, ActivityPrecondition::paused, invoke<q5_resumeLogDrvInit>,
                             "Invalid number of parameters in command \"init\"!", noDrive,
                             "Initialization resumed on Array %d.\n",
                             "Initialization is failed to resume on Array %d.\n"});
@@ -58,7 +58,7 @@ int ResumeLogDrvInit(int wordCount, char** words) {
 
 int StopLogDrvInit(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&initialization, ActivityGuard::running, call<q5_stopLogDrvInit>,
+                           {&initialization, ActivityPrecondition::running, invoke<q5_stopLogDrvInit>,
                             "Invalid number of parameters in command \"init\"!", noDrive,
                             "Initialization stopped on Array %d.\n",
                             "Initialization is failed to stop on Array %d.\n"});

@@ -25,13 +25,13 @@ static const char* memberText(LogDrvInfo drive) {
 static void printRow(const LogDrvInfo& drive) {
     std::printf("%2d %7s %5d %7u %10.2f %15s %.*s\n", drive.logDrvId, TranslateRaidLevel2Str(drive.raidLevel),
                 drive.diskCount, drive.stripeBlocks, megabytes(drive), memberText(drive),
-                FIELD_TEXT(drive.name));
+                FIELD_PRINTF_ARGS(drive.name));
 }
 
 static void printDrive(const LogDrvInfo& drive) {
     std::puts("*******************************");
     std::printf("Array ID : %d\n", drive.logDrvId);
-    std::printf("Array name : %.*s\n", FIELD_TEXT(drive.name));
+    std::printf("Array name : %.*s\n", FIELD_PRINTF_ARGS(drive.name));
     std::printf("Array size : %.2f MB\n", megabytes(drive));
     std::printf("Array stripe size in number of blocks : %d\n", static_cast<int>(drive.stripeBlocks));
     std::printf("Array sector size : %d\n", static_cast<int>(drive.sectorSize));
@@ -68,7 +68,7 @@ static const char* functionalLine(const LogDrvInfo& drive) {
 static LogDrvSettings readSettings(std::uint32_t controller, std::uint32_t position) {
     const LogDrvQuery query = {position, 1};
     Reply<LogDrvSettings, 1> reply = {};
-    q5_getLogDrvSettings(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getLogDrvSettings(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     return reply.record[0];
 }
 
@@ -95,7 +95,7 @@ static void printSettings(const LogDrvInfo& drive, const LogDrvSettings& setting
 static void showDrive(std::uint32_t controller, const LogDrvInfo& drive, std::uint32_t position,
                       int* lostPrinted) {
     std::uint32_t lostMask = 0;
-    q5_getAryLostDisk(at(controller), 0, static_cast<std::uint8_t>(drive.logDrvId), &lostMask);
+    q5_getAryLostDisk(hbaAddress(controller), 0, static_cast<std::uint8_t>(drive.logDrvId), &lostMask);
     printDrive(drive);
     printLostMembers(lostMask, lostPrinted);
     printActivity(controller, drive);
@@ -132,7 +132,7 @@ int ListLogDrvInfo(int wordCount, char** words) {
 
     const LogDrvQuery query = {first, single ? 1 : count};
     Reply<LogDrvInfo, kMaxLogDrvs> reply = {};
-    q5_getLogDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getLogDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     if (records(reply).empty())
         std::printf("No array with ID %d in controller #%d is existed\n", static_cast<int>(first),
                     static_cast<int>(controller));
@@ -145,7 +145,7 @@ int ListLogDrvInfo(int wordCount, char** words) {
 
 int LocateLogDrv(int wordCount, char** words) {
     if (wordCount != (CheckIsIncludeCharacter(wordCount, words, "-i") ? 9 : 7))
-        return complain(Result::badCount, "Invalid number of parameters for \"logdrv\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"logdrv\" defined");
     std::uint32_t controller = 0, logDrv = 0, seconds = 0;
     const Option options[] = {
         numberOption("-l", "logical drive ID", &logDrv, Result::badId),
@@ -161,8 +161,8 @@ int LocateLogDrv(int wordCount, char** words) {
         return Result::notFound;
     }
     const auto id = static_cast<std::uint16_t>(logDrv);
-    const int adapterResult = seconds == 0 ? q5_stopLocateLogDrv(at(controller), 0, id)
-                                           : q5_locateLogDrv(at(controller), 0, id, seconds);
+    const int adapterResult = seconds == 0 ? q5_stopLocateLogDrv(hbaAddress(controller), 0, id)
+                                           : q5_locateLogDrv(hbaAddress(controller), 0, id, seconds);
     if (adapterResult != 0) {
         std::printf("Failed to locate the logical drive with ID %d in controller #%d!\n",
                     static_cast<int>(logDrv), static_cast<int>(controller));
@@ -173,7 +173,7 @@ int LocateLogDrv(int wordCount, char** words) {
 
 int DeleteLogDrv(int wordCount, char** words) {
     if (wordCount != (CheckIsIncludeCharacter(wordCount, words, "-i") ? 7 : 5))
-        return complain(Result::badCount, "Invalid number of parameters for \"logdrv -a del\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"logdrv -a del\" defined");
     std::uint32_t controller = 0, logDrv = 0;
     const Option options[] = {
         numberOption("-l", "logical drive ID", &logDrv, Result::badId),
@@ -182,7 +182,7 @@ int DeleteLogDrv(int wordCount, char** words) {
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
     const DeleteArrayRequest request = {1, logDrv};
-    if (q5_delDiskArray(at(controller), 0, &request, sizeof request) != 0) {
+    if (q5_delDiskArray(hbaAddress(controller), 0, &request, sizeof request) != 0) {
         std::printf("Failed to delete an array with ID %d specified\n", static_cast<int>(logDrv));
         return Result::refused;
     }

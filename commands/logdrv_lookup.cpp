@@ -6,7 +6,7 @@
 bool findLogDrv(std::uint32_t controller, std::uint32_t logDrvId, LogDrvInfo* drive) {
     const LogDrvQuery query = {logDrvId, 1};
     Reply<LogDrvInfo, 1> reply = {};
-    q5_getLogDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getLogDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     *drive = reply.record[0];
     return !records(reply).empty();
 }

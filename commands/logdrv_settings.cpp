@@ -15,53 +15,53 @@ static ItemResult changeWritePolicy(const char* item, std::uint8_t* cacheFlags) 
         int bits;
     } policies[] = {{"writethru", 0}, {"writeback", kWriteBack}, {"bypass", kBypass}, {"auto", kAutoMode}};
     for (const auto& policy : policies) {
-        if (!itemSays(item, policy.word))
+        if (!itemContains(item, policy.word))
             continue;
         *cacheFlags = static_cast<std::uint8_t>((*cacheFlags & ~kWritePolicyMask) | policy.bits);
-        return ItemResult::good;
+        return ItemResult::ok;
     }
-    return ItemResult::bad;
+    return ItemResult::invalid;
 }
 
 // A threshold above 8 ends the command, whatever else the text says; there is no lower bound.
 static ItemResult changeLookahead(const char* value, std::uint16_t* lookahead) {
     if (value == nullptr)
-        return ItemResult::bad;
+        return ItemResult::invalid;
     const int threshold = atoiText(value);
     if (threshold > 8)
-        return stopItems("Invalid parameters defined");
+        return abortItems("Invalid parameters defined");
     *lookahead = static_cast<std::uint16_t>(threshold);
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 static ItemResult changeName(const char* value, LogDrvSettings* settings) {
     if (value == nullptr)
-        return ItemResult::bad;
+        return ItemResult::invalid;
     readName(value, settings->name, sizeof settings->name);
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 // Unknown items are ignored.
 static ItemResult changeSetting(LogDrvSettings* settings, const char* item) {
-    if (itemSays(item, "writepolicy"))
+    if (itemContains(item, "writepolicy"))
         return changeWritePolicy(item, &settings->cacheFlags);
-    if (itemSays(item, "lookahead"))
+    if (itemContains(item, "lookahead"))
         return changeLookahead(itemValue(item), &settings->lookahead);
-    if (itemSays(item, "consolidation"))
+    if (itemContains(item, "consolidation"))
         return readSwitch(item, &settings->consolidation);
-    if (itemSays(item, "name"))
+    if (itemContains(item, "name"))
         return changeName(itemValue(item), settings);
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 int SetLogDrvSettings(int wordCount, char** words) {
     if (wordCount != (CheckIsIncludeCharacter(wordCount, words, "-i") ? 9 : 7))
-        return complain(Result::badCount, "Invalid number of parameters for \"logdrv -a mod\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"logdrv -a mod\" defined");
     std::uint32_t controller = 0, logDrv = 0;
     const Option options[] = {
         numberOption("-l", "logical drive ID", &logDrv, Result::badId),
         numberOption("-i", "controller ID", &controller, Result::badId),
-        skippedOption("-s"),
+        ignoredOption("-s"),
     };
     int end = 0;
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
@@ -69,7 +69,7 @@ int SetLogDrvSettings(int wordCount, char** words) {
 
     const LogDrvQuery query = {logDrv, 1};
     Reply<LogDrvSettings, 1> reply = {};
-    if (q5_getLogDrvSettings(at(controller), 0, &query, &reply, sizeof reply) != 0) {
+    if (q5_getLogDrvSettings(hbaAddress(controller), 0, &query, &reply, sizeof reply) != 0) {
         std::printf("The logical drive with ID %d in controller #%d is not existed!\n",
                     static_cast<int>(logDrv), static_cast<int>(controller));
         return Result::notFound;
@@ -78,6 +78,6 @@ int SetLogDrvSettings(int wordCount, char** words) {
     if (const int result =
             applyItems(wordAt(words, end - 1), &reply.record[0], changeSetting, "Incorrect parameters!"))
         return result;
-    q5_setLogDrvSettings(at(controller), 0, &query, &reply, sizeof reply);
+    q5_setLogDrvSettings(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     return Result::done;
 }

@@ -9,7 +9,7 @@
 MediaPatrolProgress readMediaPatrol(std::uint32_t controller, std::uint32_t drive) {
     const DriveSelector selector = {drive, 1};
     MediaPatrolProgress patrol = {};
-    q5_getHBAMediaPatrolProgress(at(controller), 0, &selector, &patrol, sizeof patrol);
+    q5_getHBAMediaPatrolProgress(hbaAddress(controller), 0, &selector, &patrol, sizeof patrol);
     return patrol;
 }
 
@@ -40,7 +40,7 @@ void printMediaPatrol(const MediaPatrolProgress& patrol) {
 static bool driveExists(std::uint32_t controller, std::uint32_t drive) {
     const PhyDrvQuery query = {drive, 1, kAllDrives, {}};
     Reply<PhyDrvInfo, kMaxDrives> reply = {};
-    q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     return !records(reply).empty() && reply.record[0].driveId == drive;
 }
 
@@ -48,7 +48,7 @@ static bool driveExists(std::uint32_t controller, std::uint32_t drive) {
 static int readPatrolWords(int wordCount, char** words, const char* countMessage, std::uint32_t* controller,
                            std::uint32_t* drive) {
     if (wordCount != 7)
-        return complain(Result::badCount, countMessage);
+        return fail(Result::badCount, countMessage);
     const Option options[] = {
         driveOption("-p", "physical drive ID", drive),
         numberOption("-i", "controller ID", controller, Result::badId),
@@ -85,7 +85,7 @@ static int controlPatrol(int wordCount, char** words, const PatrolControl& contr
     if (const int result = readPatrolWords(wordCount, words, control.countMessage, &controller, &drive))
         return result;
     const DriveSelector selector = {drive, 1};
-    if (control.operation(at(controller), &selector) != 0) {
+    if (control.operation(hbaAddress(controller), &selector) != 0) {
         std::printf(control.failure, static_cast<int>(drive));
         return Result::refused;
     }
@@ -94,25 +94,25 @@ static int controlPatrol(int wordCount, char** words, const PatrolControl& contr
 
 int StartPhyDrvMediaPatrol(int wordCount, char** words) {
     return controlPatrol(wordCount, words,
-                         {call<q5_startHBAMediaPatrol>,
+                         {invoke<q5_startHBAMediaPatrol>,
                           "Invalid number of parameters for \"mp -a start\" defined",
                           "Failed to start media patrol operation on disk with ID %d!\n"});
 }
 
 int StopPhyDrvMediaPatrol(int wordCount, char** words) {
     return controlPatrol(wordCount, words,
-                         {call<q5_stopHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
+                         {invoke<q5_stopHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
                           "Failed to stop media patrol operation on disk with ID %d!\n"});
 }
 
 int PausePhyDrvMediaPatrol(int wordCount, char** words) {
     return controlPatrol(wordCount, words,
-                         {call<q5_pauseHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
+                         {invoke<q5_pauseHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
                           "Failed to pause media patrol operation on disk with ID %d!\n"});
 }
 
 int ResumePhyDrvMediaPatrol(int wordCount, char** words) {
     return controlPatrol(wordCount, words,
-                         {call<q5_resumeHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
+                         {invoke<q5_resumeHBAMediaPatrol>, "Invalid number of parameters for \"mp\" defined",
                           "Failed to resume media patrol operation on disk with ID %d!\n"});
 }

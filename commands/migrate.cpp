@@ -35,7 +35,7 @@ bool IsAllowDoMigrate(int current, int target) {
 
 namespace {
 // What a migration text asks for.
-struct MigrationTarget {
+struct MigrationSettings {
     bool levelGiven;
     int level;
     std::uint16_t stripe; // 0: keep the drive's
@@ -44,13 +44,13 @@ struct MigrationTarget {
 } // namespace
 
 // Applies one item; every key needs a value.
-static ItemResult readItem(MigrationTarget* target, const char* item) {
+static ItemResult readItem(MigrationSettings* target, const char* item) {
     const char* value = itemValue(item);
-    const bool raid = keySays(item, "raid"), stripe = keySays(item, "stripe");
-    if (!raid && !stripe && !keySays(item, "count"))
-        return stopItems("Invalid parameters for \"ctrl\"!");
+    const bool raid = keyContains(item, "raid"), stripe = keyContains(item, "stripe");
+    if (!raid && !stripe && !keyContains(item, "count"))
+        return abortItems("Invalid parameters for \"ctrl\"!");
     if (value == nullptr)
-        return ItemResult::bad;
+        return ItemResult::invalid;
     if (raid) {
         target->levelGiven = true;
         target->level = TranslateRaidLevel(value);
@@ -59,7 +59,7 @@ static ItemResult readItem(MigrationTarget* target, const char* item) {
     } else {
         target->count = std::strtol(value, nullptr, 10);
     }
-    return ItemResult::good;
+    return ItemResult::ok;
 }
 
 // RAIDMF takes 2 or 3 parities and RAID50 two sub arrays; the other levels ignore the count.
@@ -80,40 +80,39 @@ static void storeMembers(MigrateRequest* request, const IdList<>& drives, const 
 }
 
 // Fills the request for the drive found, or says what forbids it.
-static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const MigrationTarget& target) {
+static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const MigrationSettings& target) {
     const int level = target.levelGiven ? target.level : drive.raidLevel;
     request->raidLevel = static_cast<std::uint16_t>(level);
     request->stripeSize = target.stripe != 0 ? target.stripe : static_cast<std::uint16_t>(drive.stripeBlocks);
     if (!IsAllowDoMigrate(drive.raidLevel, level))
-        return complain(Result::badValue,
-                        "Error: migrate only support from low level raid to high level raid");
+        return fail(Result::badValue, "Error: migrate only support from low level raid to high level raid");
     if (!storeCount(request, level, target.count))
-        return complain(Result::badValue, "Invalide parameter in \"migrate count\"!");
+        return fail(Result::badValue, "Invalide parameter in \"migrate count\"!");
     return Result::done;
 }
 
 int StartLogDrvMigrate(int wordCount, char** words) {
     if (wordCount < 9)
-        return complain(Result::badCount, "Invalid number of parameters in command \"migrate -a start\"!");
-    DriveWords read = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
+        return fail(Result::badCount, "Invalid number of parameters in command \"migrate -a start\"!");
+    LogDrvArgs read = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
     IdList<> drives = {}, extents = {};
     const Option options[] = {
         logDrvOption(&read),        controllerOption(&read), driveListOption("-p", &drives),
-        listOption("-e", &extents), skippedOption("-s"),
+        listOption("-e", &extents), ignoredOption("-s"),
     };
     int end = 0;
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
         return result;
 
-    MigrationTarget target = {.levelGiven = false, .level = 0, .stripe = 0, .count = -1};
+    MigrationSettings target = {.levelGiven = false, .level = 0, .stripe = 0, .count = -1};
     // The text is the last word, wherever "-s" stood.
     if (const int result =
             applyItems(wordAt(words, end - 1), &target, readItem, "Invalide parameter in \"migrate\"!"))
         return result;
     if (static_cast<int>(read.controller) < 0 || static_cast<int>(read.logDrv) < 0)
-        return complain(Result::badValue, "Control id and array id must be refer in \"migrate\"!");
+        return fail(Result::badValue, "Control id and array id must be refer in \"migrate\"!");
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, noDrive))
+    if (!lookupLogDrv(read, &drive, noDrive))
         return Result::notFound;
 
     MigrateRequest request = {};
@@ -123,7 +122,7 @@ int StartLogDrvMigrate(int wordCount, char** words) {
     storeMembers(&request, drives, extents);
     if (isBusy(drive))
         return Result::done;
-    return reportActivity(q5_migrateHBAArray(at(read.controller), 0, &request), read.logDrv,
+    return reportActivity(q5_migrateHBAArray(hbaAddress(read.controller), 0, &request), read.logDrv,
                           "Migration is started on Array %d.\n",
                           "Migration is failed to start on Array %d.\n");
 }
@@ -140,7 +139,7 @@ static int resumeMigration(HbaAddress address, const LogDrvIdBlock* drive) {
 
 int PauseLogDrvMigrate(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&migration, ActivityGuard::notPaused, pauseMigration,
+                           {&migration, ActivityPrecondition::notPaused, pauseMigration,
                             "Invalid numbers of parameter in command \"migrate -a pause\"!", noDrive,
                             "Migration paused on Array %d.\n",
                             "Migration is failed to pause on Array %d.\n"});
@@ -148,7 +147,7 @@ int PauseLogDrvMigrate(int wordCount, char** words) {
 
 int ResumeLogDrvMigrate(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&migration, ActivityGuard::paused, resumeMigration,
+                           {&migration, ActivityPrecondition::paused, resumeMigration,
                             "Invalid numbers of parameter in command \"migrate -a resume\"!", noDrive,
                             "Migration resumed on Array %d.\n",
                             "Migration is failed to resume on Array %d.\n"});

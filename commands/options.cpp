@@ -18,8 +18,8 @@ Option numberOption(const char* letter, const char* noun, std::uint32_t* value, 
             .refused = refused};
 }
 
-Option looseOption(const char* letter, std::uint32_t* value) {
-    return {.letter = letter, .kind = Option::looseNumber, .value = value};
+Option atoiOption(const char* letter, std::uint32_t* value) {
+    return {.letter = letter, .kind = Option::atoiNumber, .value = value};
 }
 
 Option driveOption(const char* letter, const char* noun, std::uint32_t* value, std::uint32_t* single) {
@@ -54,7 +54,7 @@ Option textOption(const char* letter, const char** word) {
     return {.letter = letter, .kind = Option::text, .word = word};
 }
 
-Option skippedOption(const char* letter) {
+Option ignoredOption(const char* letter) {
     return {.letter = letter, .kind = Option::skipped};
 }
 
@@ -92,7 +92,7 @@ static int readValue(const Option& option, const char* word) {
     case Option::number:
     case Option::count:
         return readNumber(option, word);
-    case Option::looseNumber:
+    case Option::atoiNumber:
         *option.value = static_cast<std::uint32_t>(atoiText(word));
         break;
     case Option::idList:
@@ -124,12 +124,12 @@ int readOption(char** words, int* index, std::span<const Option> options) {
 }
 
 int readOptions(int wordCount, char** words, int first, std::span<const Option> options,
-                const char* complaint, int* stoppedAt) {
+                const char* errorMessage, int* stoppedAt) {
     int index = first;
     while (index < wordCount) {
         const int result = readOption(words, &index, options);
         if (result == kUnknownOption)
-            return complain(Result::badValue, complaint);
+            return fail(Result::badValue, errorMessage);
         if (result != Result::done)
             return result;
     }

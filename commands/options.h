@@ -17,11 +17,11 @@ struct IdList {
 
 // A row of a command's option table, made by one of the functions below.
 struct Option {
-    enum Kind { flag, number, looseNumber, count, idList, text, skipped };
+    enum Kind { flag, number, atoiNumber, count, idList, text, skipped };
 
     const char* letter = nullptr; // with its dash; case does not matter
     Kind kind = skipped;
-    const char* noun = nullptr;          // what a complaint calls the value
+    const char* noun = nullptr;          // what a errorMessage calls the value
     std::uint32_t* value = nullptr;      // of numbers, counts and the numbers of a list
     int* listed = nullptr;               // how many numbers a list has
     int room = 0;                        // how many it may have
@@ -41,7 +41,7 @@ Option numberOption(const char* letter, const char* noun, std::uint32_t* value, 
                     bool* given = nullptr);
 
 // A number as the C library's atoi reads it: never refused.
-Option looseOption(const char* letter, std::uint32_t* value);
+Option atoiOption(const char* letter, std::uint32_t* value);
 
 // A drive ID, typed from 1 and kept from 0. In a listing it also asks for a single drive.
 Option driveOption(const char* letter, const char* noun, std::uint32_t* value,
@@ -68,7 +68,7 @@ Option driveListOption(const char* letter, IdList<Room>* list) {
 Option textOption(const char* letter, const char** word);
 
 // Its value is looked at elsewhere.
-Option skippedOption(const char* letter);
+Option ignoredOption(const char* letter);
 
 // Where the options of a listing start: after "-a" and its action, or after the command word.
 int firstOption(int wordCount, char** words);
@@ -79,8 +79,8 @@ int firstOption(int wordCount, char** words);
 inline constexpr int kUnknownOption = -1;
 int readOption(char** words, int* index, std::span<const Option> options);
 
-// Reads the options from words[first] on. A word that is no option prints complaint and returns
+// Reads the options from words[first] on. A word that is no option prints errorMessage and returns
 // Result::badValue; a refused value returns its row's result. stoppedAt, when asked for, is the index
 // after the last word read.
 int readOptions(int wordCount, char** words, int first, std::span<const Option> options,
-                const char* complaint, int* stoppedAt = nullptr);
+                const char* errorMessage, int* stoppedAt = nullptr);

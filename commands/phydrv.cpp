@@ -7,9 +7,9 @@
 #include "adapter/enclosure.h"
 #include "adapter/phydrv.h"
 #include "adapter/reply.h"
-#include "commands/phydrv_query.h"
 #include "commands/mediapatrol.h"
 #include "commands/options.h"
+#include "commands/phydrv_query.h"
 #include "commands/settings_text.h"
 #include "util/vocabulary.h"
 
@@ -21,16 +21,16 @@ static const char* enabledText(std::uint8_t flag) {
 
 static void printRow(const PhyDrvInfo& drive) {
     std::printf("%2d %2d %10.2fMB %22.*s %21.*s %10.*s\n", drive.driveId + 1, drive.channel,
-                SectorCount2MB(drive.capacity), FIELD_TEXT(drive.model), FIELD_TEXT(drive.serial),
-                FIELD_TEXT(drive.firmware));
+                SectorCount2MB(drive.capacity), FIELD_PRINTF_ARGS(drive.model),
+                FIELD_PRINTF_ARGS(drive.serial), FIELD_PRINTF_ARGS(drive.firmware));
 }
 
 static void printDrive(const PhyDrvInfo& drive) {
     std::puts("****************************");
     std::printf("Disk ID : %d\n", drive.driveId + 1);
     std::printf("Channel# : %d\n", drive.channel);
-    std::printf("Disk name : %.*s\n", FIELD_TEXT(drive.model));
-    std::printf("Firmware version : %.*s\n", FIELD_TEXT(drive.firmware));
+    std::printf("Disk name : %.*s\n", FIELD_PRINTF_ARGS(drive.model));
+    std::printf("Firmware version : %.*s\n", FIELD_PRINTF_ARGS(drive.firmware));
     std::printf("Disk size : %.2f MB\n", SectorCount2MB(drive.capacity));
     std::printf("Number of cylinders : %d\n", drive.cylinders);
     std::printf("Number of heads : %d\n", drive.heads);
@@ -41,7 +41,7 @@ static void printDrive(const PhyDrvInfo& drive) {
 static SettingsReply readSettings(std::uint32_t controller, std::uint32_t drive) {
     const PhyDrvSelector selector = {drive, 1, 1, {}};
     SettingsReply reply = {};
-    q5_getPhyDrvSettings(at(controller), 0, &selector, &reply, sizeof reply);
+    q5_getPhyDrvSettings(hbaAddress(controller), 0, &selector, &reply, sizeof reply);
     return reply;
 }
 
@@ -51,7 +51,7 @@ static std::uint8_t readEnclosureType(std::uint32_t controller, const PhyDrvInfo
         return kNoEnclosure;
     const EnclosureQuery query = {drive.enclosureId, 1};
     Reply<EnclosureEntry, 1> reply = {};
-    q5_getEnclosureInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getEnclosureInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     return reply.record[0].type;
 }
 
@@ -75,7 +75,7 @@ static void printEnclosure(std::uint8_t type) {
 
 static bool readLocateState(std::uint32_t controller, std::uint16_t drive) {
     std::uint8_t state = 0;
-    q5_getPhyDrvLocateStatus(at(controller), 0, drive, &state);
+    q5_getPhyDrvLocateStatus(hbaAddress(controller), 0, drive, &state);
     return state != 0;
 }
 
@@ -129,28 +129,28 @@ int ListPhyDrvInfo(int wordCount, char** words) {
 }
 
 static std::uint8_t* settingField(PhyDrvSettings* settings, const char* item) {
-    if (itemSays(item, "writecache"))
+    if (itemContains(item, "writecache"))
         return &settings->writeCache;
-    if (itemSays(item, "ncq"))
+    if (itemContains(item, "ncq"))
         return &settings->ncqEnabled;
-    if (itemSays(item, "tcq"))
+    if (itemContains(item, "tcq"))
         return &settings->tcqEnabled;
     return nullptr;
 }
 
 static ItemResult changeSetting(PhyDrvSettings* settings, const char* item) {
     std::uint8_t* field = settingField(settings, item);
-    return field != nullptr ? readSwitch(item, field) : stopItems("Invalid parameters for \"phydrv\"!");
+    return field != nullptr ? readSwitch(item, field) : abortItems("Invalid parameters for \"phydrv\"!");
 }
 
 int SetPhyDrvSettings(int wordCount, char** words) {
     if (wordCount != 9)
-        return complain(Result::badCount, "Invalid number of parameters for \"phydrv -a mod\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"phydrv -a mod\" defined");
     std::uint32_t controller = 0, drive = 0;
     const Option options[] = {
         driveOption("-p", "physical drive ID", &drive),
         numberOption("-i", "controller ID", &controller, Result::badId),
-        skippedOption("-s"),
+        ignoredOption("-s"),
     };
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
@@ -160,13 +160,13 @@ int SetPhyDrvSettings(int wordCount, char** words) {
     if (const int result = applyItems(words[8], &reply.record[0], changeSetting, "Incorrect parameters!"))
         return result;
     const PhyDrvSelector selector = {drive, 1, 1, {}};
-    q5_setPhyDrvSettings(at(controller), 0, &selector, &reply, sizeof reply);
+    q5_setPhyDrvSettings(hbaAddress(controller), 0, &selector, &reply, sizeof reply);
     return Result::done;
 }
 
 int LocatePhyDrv(int wordCount, char** words) {
     if (wordCount != 9)
-        return complain(Result::badCount, "Invalid number of parameters for \"phydrv -a locate\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"phydrv -a locate\" defined");
     std::uint32_t controller = 0, drive = 0, seconds = 0;
     const Option options[] = {
         driveOption("-p", "physical drive ID", &drive),
@@ -178,15 +178,15 @@ int LocatePhyDrv(int wordCount, char** words) {
 
     const auto driveId = static_cast<std::uint16_t>(drive);
     if (seconds != 0)
-        q5_locatePhyDrv(at(controller), 0, driveId, seconds);
+        q5_locatePhyDrv(hbaAddress(controller), 0, driveId, seconds);
     else
-        q5_stopLocatePhyDrv(at(controller), 0, driveId);
+        q5_stopLocatePhyDrv(hbaAddress(controller), 0, driveId);
     return Result::done;
 }
 
 int WipePhyDrvMDD(int wordCount, char** words) {
     if (wordCount != 7)
-        return complain(Result::badCount, "Invalid number of parameters for \"phydrv -a wipe\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"phydrv -a wipe\" defined");
     std::uint32_t controller = 0, drive = 0;
     const Option options[] = {
         driveOption("-p", "disk ID", &drive),
@@ -197,7 +197,7 @@ int WipePhyDrvMDD(int wordCount, char** words) {
         return result;
 
     const DriveSelector selector = {drive, 1};
-    if (q5_removeHBADiskMDD(at(controller), 0, &selector) != 0) {
+    if (q5_removeHBADiskMDD(hbaAddress(controller), 0, &selector) != 0) {
         std::printf("Failed to wipe the reserved sector of disk with ID %d in controller #%d!\n",
                     static_cast<int>(drive), static_cast<int>(controller));
         return Result::refused;

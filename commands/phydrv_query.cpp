@@ -17,6 +17,6 @@ int readDriveListing(int wordCount, char** words, DriveListing* listing) {
 bool findDrives(const DriveListing& listing, DriveReply* reply) {
     const PhyDrvQuery query = {listing.first, listing.count, kAllDrives, {}};
     *reply = {};
-    q5_getPhyDrvInfo(at(listing.controller), 0, &query, reply, sizeof *reply);
+    q5_getPhyDrvInfo(hbaAddress(listing.controller), 0, &query, reply, sizeof *reply);
     return !records(*reply).empty();
 }

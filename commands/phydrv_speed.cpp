@@ -21,16 +21,16 @@ struct DriveKind {
 };
 } // namespace
 
-static int readSpeedWords(int wordCount, char** words, bool settingTaken, const char* complaint,
+static int readSpeedWords(int wordCount, char** words, bool settingTaken, const char* errorMessage,
                           SpeedWords* read) {
     std::uint32_t controller = 0, drive = 1, setting = 0;
     const Option options[] = {
-        looseOption("-p", &drive),
-        looseOption("-i", &controller),
-        looseOption("-e", &setting),
+        atoiOption("-p", &drive),
+        atoiOption("-i", &controller),
+        atoiOption("-e", &setting),
     };
     const std::span<const Option> taken(options, settingTaken ? 3 : 2);
-    if (const int result = readOptions(wordCount, words, 3, taken, complaint))
+    if (const int result = readOptions(wordCount, words, 3, taken, errorMessage))
         return result;
     read->controller = static_cast<std::uint8_t>(controller);
     read->drive = static_cast<std::uint8_t>(drive - 1);
@@ -41,20 +41,20 @@ static int readSpeedWords(int wordCount, char** words, bool settingTaken, const 
 static int findDriveKind(const SpeedWords& read, DriveKind* kind) {
     const PhyDrvQuery query = {read.drive, 1, kAllDrives, {}};
     Reply<PhyDrvInfo, 1> reply = {};
-    q5_getPhyDrvInfo(at(read.controller), 0, &query, &reply, sizeof reply);
+    q5_getPhyDrvInfo(hbaAddress(read.controller), 0, &query, &reply, sizeof reply);
     if (records(reply).empty()) {
         std::printf("Disk %d is not existed!\n", read.drive);
         return Result::refused;
     }
     const PhyDrvInfo& drive = reply.record[0];
-    std::snprintf(kind->model, sizeof kind->model, "%.*s", FIELD_TEXT(drive.model));
-    std::snprintf(kind->firmware, sizeof kind->firmware, "%.*s", FIELD_TEXT(drive.firmware));
+    std::snprintf(kind->model, sizeof kind->model, "%.*s", FIELD_PRINTF_ARGS(drive.model));
+    std::snprintf(kind->firmware, sizeof kind->firmware, "%.*s", FIELD_PRINTF_ARGS(drive.firmware));
     return Result::done;
 }
 
 int Set3GSpeed(int wordCount, char** words) {
     if (wordCount <= 6)
-        return complain(Result::badCount, "Invalid number of parameters for \"phydrv -a set3G\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"phydrv -a set3G\" defined");
     SpeedWords read = {};
     if (const int result = readSpeedWords(wordCount, words, true,
                                           "Invalid subcommand for \"phydrv -a set3G\" defined", &read))
@@ -63,7 +63,7 @@ int Set3GSpeed(int wordCount, char** words) {
     if (const int result = findDriveKind(read, &kind))
         return result;
 
-    if (q5_setDataTransferSpeed(at(read.controller), 0, kind.model, kind.firmware, &read.setting,
+    if (q5_setDataTransferSpeed(hbaAddress(read.controller), 0, kind.model, kind.firmware, &read.setting,
                                 sizeof read.setting) != 0) {
         std::printf("Failed to set the 3G setting for control %d disk %d\n", read.controller, read.drive);
         return Result::refused;
@@ -73,7 +73,7 @@ int Set3GSpeed(int wordCount, char** words) {
 
 int List3GSpeed(int wordCount, char** words) {
     if (wordCount <= 4)
-        return complain(Result::badCount, "Invalid number of parameters for \"phydrv -a list3G\" defined");
+        return fail(Result::badCount, "Invalid number of parameters for \"phydrv -a list3G\" defined");
     SpeedWords read = {};
     if (const int result = readSpeedWords(wordCount, words, false,
                                           "Invalid subcommand for \"phydrv -a list3G\" defined", &read))
@@ -83,7 +83,7 @@ int List3GSpeed(int wordCount, char** words) {
         return result;
 
     int setting = 0;
-    if (q5_getDataTransferSpeed(at(read.controller), 0, kind.model, kind.firmware, &setting,
+    if (q5_getDataTransferSpeed(hbaAddress(read.controller), 0, kind.model, kind.firmware, &setting,
                                 sizeof setting) != 0) {
         std::printf("Failed to get the 3G setting for control %d disk %d\n", read.controller, read.drive);
         return Result::refused;

@@ -15,8 +15,8 @@ int ListLogDrvRebuildStatus(int wordCount, char** words) {
 
 int StartLogDrvRebuild(int wordCount, char** words) {
     if (wordCount != 11)
-        return complain(Result::badCount, "Invalid numbers of parameter in command \"rebuild -a start\"!");
-    DriveWords read;
+        return fail(Result::badCount, "Invalid numbers of parameter in command \"rebuild -a start\"!");
+    LogDrvArgs read;
     IdList<> drives = {}, extents = {};
     const Option options[] = {
         logDrvOption(&read),
@@ -27,9 +27,9 @@ int StartLogDrvRebuild(int wordCount, char** words) {
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
     if (drives.count != extents.count)
-        return complain(Result::badValue, "Invalid parameters defined");
+        return fail(Result::badValue, "Invalid parameters defined");
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, "No logical drive with ID %d in controller #%d is existed!\n"))
+    if (!lookupLogDrv(read, &drive, "No logical drive with ID %d in controller #%d is existed!\n"))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
@@ -37,7 +37,7 @@ int StartLogDrvRebuild(int wordCount, char** words) {
     RebuildEntry entries[kMaxListItems] = {};
     for (int i = 0; i < drives.count; ++i)
         entries[i] = {read.logDrv, drives.id[i], extents.id[i], {}};
-    return reportActivity(q5_startHBARebuildExtent(at(read.controller), 0,
+    return reportActivity(q5_startHBARebuildExtent(hbaAddress(read.controller), 0,
                                                    static_cast<std::uint8_t>(drives.count), entries, &drive),
                           read.logDrv, "Rebuild is started on Array %d.\n",
                           "Rebuild is failed to start on Array %d.\n");
@@ -45,14 +45,14 @@ int StartLogDrvRebuild(int wordCount, char** words) {
 
 int PauseLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&rebuild, ActivityGuard::notPaused, call<q5_pauseRebuild>,
+                           {&rebuild, ActivityPrecondition::notPaused, invoke<q5_pauseRebuild>,
                             "Invalid numbers of parameter in command \"rebuild -a pause\"!", noDriveNamed,
                             "Rebuild paused on Array %d.\n", "Rebuild is failed to pause on Array %d.\n"});
 }
 
 int ResumeLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&rebuild, ActivityGuard::paused, call<q5_resumeRebuild>,
+                           {&rebuild, ActivityPrecondition::paused, invoke<q5_resumeRebuild>,
                             "Invalid numbers of parameter in command \"rebuild -a resume\"!", noDriveNamed,
                             "Rebuild resumed on Array %d.\n", "Rebuild is failed to resume on Array %d.\n"});
 }
@@ -60,7 +60,7 @@ int ResumeLogDrvRebuild(int wordCount, char** words) {
 // A restart asks the adapter whatever the drive is doing.
 int RestartLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&rebuild, ActivityGuard::none, call<q5_restartRebuild>,
+                           {&rebuild, ActivityPrecondition::none, invoke<q5_restartRebuild>,
                             "Invalid numbers of parameter in command \"rebuild -a restart\"!", noDriveNamed,
                             "Rebuild is restarted on Array %d.\n",
                             "Rebuild is failed to restart on Array %d.\n"});
@@ -68,7 +68,7 @@ int RestartLogDrvRebuild(int wordCount, char** words) {
 
 int StopLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&rebuild, ActivityGuard::running, call<q5_stopRebuild>,
+                           {&rebuild, ActivityPrecondition::running, invoke<q5_stopRebuild>,
                             "Invalid numbers of parameter in command \"rebuild -a stop\"!", noDriveNamed,
                             "Rebuild aborted on Array %d.\n", "Rebuild is failed to abort on Array %d.\n"});
 }

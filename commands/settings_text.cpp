@@ -21,9 +21,9 @@ char* nextItem(char** rest) {
     return item;
 }
 
-ItemResult stopItems(const char* message) {
+ItemResult abortItems(const char* message) {
     std::puts(message);
-    return ItemResult::stop;
+    return ItemResult::abort;
 }
 
 const char* itemValue(const char* item) {
@@ -31,18 +31,18 @@ const char* itemValue(const char* item) {
     return equals != nullptr ? equals + 1 : nullptr;
 }
 
-bool itemSays(const char* item, const char* word) {
+bool itemContains(const char* item, const char* word) {
     return strstrNoCase(item, word) != nullptr;
 }
 
-bool keySays(const char* item, const char* word) {
+bool keyContains(const char* item, const char* word) {
     const char* found = std::strstr(item, word);
     return found != nullptr && found + std::strlen(word) <= item + std::strcspn(item, "=");
 }
 
 ItemResult readSwitch(const char* item, std::uint8_t* field) {
-    *field = itemSays(item, "enable");
-    return *field != 0 || itemSays(item, "disable") ? ItemResult::good : ItemResult::bad;
+    *field = itemContains(item, "enable");
+    return *field != 0 || itemContains(item, "disable") ? ItemResult::ok : ItemResult::invalid;
 }
 
 void readName(const char* value, char* field, std::size_t size) {

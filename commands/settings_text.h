@@ -20,9 +20,9 @@ char* nextItem(char** rest);
 
 // How an item fares.
 enum class ItemResult {
-    good,
-    bad,  // the text is refused once all of it is read
-    stop, // the command ends at once; the reason has been printed
+    ok,
+    invalid, // the text is refused once all of it is read
+    abort,   // the command ends at once; the reason has been printed
 };
 
 // Applies every item of the text to target. A bad one does not keep the others from being looked at,
@@ -35,25 +35,25 @@ int applyItems(const char* word, Target* target, ItemResult (*apply)(Target* tar
     bool good = true;
     for (char *rest = settings.text, *item; (item = nextItem(&rest)) != nullptr;) {
         const ItemResult result = apply(target, item);
-        if (result == ItemResult::stop)
+        if (result == ItemResult::abort)
             return Result::badValue;
-        if (result == ItemResult::bad)
+        if (result == ItemResult::invalid)
             good = false;
     }
-    return good ? Result::done : complain(Result::badValue, badMessage);
+    return good ? Result::done : fail(Result::badValue, badMessage);
 }
 
 // Says why the command ends here.
-ItemResult stopItems(const char* message);
+ItemResult abortItems(const char* message);
 
 // What follows the first "=" of an item; null when it has none.
 const char* itemValue(const char* item);
 
 // Whether a key or a value word stands anywhere in the item, without regard to case.
-bool itemSays(const char* item, const char* word);
+bool itemContains(const char* item, const char* word);
 
 // Whether the key of an item, the part before "=", says the word. Here case counts.
-bool keySays(const char* item, const char* word);
+bool keyContains(const char* item, const char* word);
 
 // Stores 1 for an item that says "enable" and 0 for any other, which is bad unless it says "disable".
 ItemResult readSwitch(const char* item, std::uint8_t* field);

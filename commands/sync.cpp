@@ -25,21 +25,21 @@ int ListLogDrvRCStatus(int wordCount, char** words) {
 }
 
 // Starts the check on an idle drive; a busy one is left alone without a word.
-static int startCheck(const DriveWords& read, bool noFix, const char* success, const char* failure) {
+static int startCheck(const LogDrvArgs& read, bool noFix, const char* success, const char* failure) {
     LogDrvInfo drive;
-    if (!findNamedDrive(read, &drive, noDriveNamed))
+    if (!lookupLogDrv(read, &drive, noDriveNamed))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
     const RedundancyCheckRequest request = {read.logDrv, noFix, 0, {}};
-    return reportActivity(q5_startRedundancyCheck(at(read.controller), 0, &request), read.logDrv, success,
-                          failure);
+    return reportActivity(q5_startRedundancyCheck(hbaAddress(read.controller), 0, &request), read.logDrv,
+                          success, failure);
 }
 
 int StartLogDrvSync(int wordCount, char** words) {
     if (wordCount < 5)
-        return complain(Result::badCount, "Invalid number of parameters in command \"sync \"!");
-    DriveWords read;
+        return fail(Result::badCount, "Invalid number of parameters in command \"sync \"!");
+    LogDrvArgs read;
     const Option options[] = {logDrvOption(&read), controllerOption(&read)};
     // The line begins with the options: there is no action word before them.
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
@@ -50,8 +50,8 @@ int StartLogDrvSync(int wordCount, char** words) {
 
 int StartLogDrvRC(int wordCount, char** words) {
     if (wordCount < 7)
-        return complain(Result::badCount, "Invalid number of parameters in command \"rc -a start\"!");
-    DriveWords read;
+        return fail(Result::badCount, "Invalid number of parameters in command \"rc -a start\"!");
+    LogDrvArgs read;
     bool noFix = false;
     const Option options[] = {logDrvOption(&read), controllerOption(&read), flagOption("-n", &noFix)};
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
@@ -61,16 +61,16 @@ int StartLogDrvRC(int wordCount, char** words) {
 }
 
 int PauseLogDrvRC(int wordCount, char** words) {
-    return controlActivity(wordCount, words,
-                           {&redundancyCheck, ActivityGuard::notPaused, call<q5_pauseRedundancyCheck>,
-                            "Invalid number of parameters in command \"rc -a pause\"!", noDriveNamed,
-                            "Redundancy check paused on Array %d.\n",
-                            "Redundancy check is failed to pause on Array %d.\n"});
+    return controlActivity(
+        wordCount, words,
+        {&redundancyCheck, ActivityPrecondition::notPaused, invoke<q5_pauseRedundancyCheck>,
+         "Invalid number of parameters in command \"rc -a pause\"!", noDriveNamed,
+         "Redundancy check paused on Array %d.\n", "Redundancy check is failed to pause on Array %d.\n"});
 }
 
 int ResumeLogDrvRC(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&redundancyCheck, ActivityGuard::paused, call<q5_resumeRedundancyCheck>,
+                           {&redundancyCheck, ActivityPrecondition::paused, invoke<q5_resumeRedundancyCheck>,
                             "Invalid number of parameters in command \"rc -a resume\"!", noDriveNamed,
                             "Redundancy check resumed on Array %d.\n",
                             "Redundancy check is failed to resume on Array %d.\n"});
@@ -78,7 +78,7 @@ int ResumeLogDrvRC(int wordCount, char** words) {
 
 int StopLogDrvRC(int wordCount, char** words) {
     return controlActivity(wordCount, words,
-                           {&redundancyCheck, ActivityGuard::running, call<q5_stopRedundancyCheck>,
+                           {&redundancyCheck, ActivityPrecondition::running, invoke<q5_stopRedundancyCheck>,
                             "Invalid number of parameters in command \"rc -a stop\"!", noDriveNamed,
                             "Redundancy check stopped on Array %d.\n",
                             "Redundancy check is failed to stop on Array %d.\n"});

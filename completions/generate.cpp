@@ -118,7 +118,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     const std::string templates = std::string(argv[1]) + "/", folder = std::string(argv[2]) + "/";
-    const std::string table = tableText(askCommands());
+    const std::string table = tableText(probeCommands());
     writeFile(folder + "grammar.txt", table);
     writeFile(folder + "wordlist.txt", listText(table));
     writeFile(folder + "cli.bash", filledIn(templates + "bash.in", table));

@@ -12,16 +12,17 @@
 #include "util/words.h"
 
 // What those below stand in for, under the names that the build gives them.
-int plainStrCmpNoCase(const char* a, const char* b);
-const char* plainStrstrNoCase(const char* haystack, const char* needle);
-bool plainKeySays(const char* item, const char* word);
-Option plainTextOption(const char* letter, const char** word);
-Option plainListOption(const char* letter, std::uint32_t* numbers, int* count, int room,
-                       std::uint32_t typedFrom);
+int realStrCmpNoCase(const char* a, const char* b);
+const char* realStrstrNoCase(const char* haystack, const char* needle);
+bool realKeyContains(const char* item, const char* word);
+Option realTextOption(const char* letter, const char** word);
+Option realListOption(const char* letter, std::uint32_t* numbers, int* count, int room,
+                      std::uint32_t typedFrom);
 
-static constexpr int kPatience = 1000; // comparisons; no line that is read to its end takes near as many
+static constexpr int kMaxComparisons =
+    1000; // comparisons; no line that is read to its end takes near as many
 
-static Heard heard;
+static Recording heard;
 static int comparisons;
 
 void addNew(std::vector<std::string>* words, const std::vector<std::string>& more) {
@@ -33,37 +34,37 @@ void addNew(std::vector<std::string>* words, const std::vector<std::string>& mor
 // A command that asks about the same word for ever is told in the end that it is the one.
 int strCmpNoCase(const char* a, const char* b) {
     if (std::strcmp(a, kUnknownWord) != 0)
-        return plainStrCmpNoCase(a, b);
+        return realStrCmpNoCase(a, b);
     addNew(&heard.compared, {b});
-    return ++comparisons > kPatience ? 0 : plainStrCmpNoCase(a, b);
+    return ++comparisons > kMaxComparisons ? 0 : realStrCmpNoCase(a, b);
 }
 
-static void hearSought(const char* text, const char* word) {
+static void recordSearch(const char* text, const char* word) {
     if (std::strstr(text, kUnknownWord) != nullptr)
         addNew(&heard.sought, {word});
 }
 
 const char* strstrNoCase(const char* haystack, const char* needle) {
-    hearSought(haystack, needle);
-    return plainStrstrNoCase(haystack, needle);
+    recordSearch(haystack, needle);
+    return realStrstrNoCase(haystack, needle);
 }
 
-bool keySays(const char* item, const char* word) {
-    hearSought(item, word);
-    return plainKeySays(item, word);
+bool keyContains(const char* item, const char* word) {
+    recordSearch(item, word);
+    return realKeyContains(item, word);
 }
 
 Option textOption(const char* letter, const char** word) {
     addNew(&heard.files, {letter});
-    return plainTextOption(letter, word);
+    return realTextOption(letter, word);
 }
 
 Option listOption(const char* letter, std::uint32_t* numbers, int* count, int room, std::uint32_t typedFrom) {
     addNew(&heard.lists, {letter});
-    return plainListOption(letter, numbers, count, room, typedFrom);
+    return realListOption(letter, numbers, count, room, typedFrom);
 }
 
-Heard hear(const std::vector<std::string>& line, int count) {
+Recording hear(const std::vector<std::string>& line, int count) {
     static char slots[kMaxWords][kWordSize];
     static char* words[kMaxWords];
     for (std::size_t i = 0; i < kMaxWords; ++i) {

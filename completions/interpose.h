@@ -9,7 +9,7 @@
 inline constexpr char kUnknownWord[] = "\x01/\x01";
 
 // What was heard while one line ran, in order and each once.
-struct Heard {
+struct Recording {
     std::vector<std::string> compared; // words that the unknown word might have been
     std::vector<std::string> sought;   // words that a text with the unknown word might have held
     std::vector<std::string> files;    // options whose value is a file's name
@@ -17,7 +17,7 @@ struct Heard {
 };
 
 // Runs a line: the words, and unknown words up to count.
-Heard hear(const std::vector<std::string>& line, int count);
+Recording hear(const std::vector<std::string>& line, int count);
 
 // Adds the words that are not there yet.
 void addNew(std::vector<std::string>* words, const std::vector<std::string>& more);

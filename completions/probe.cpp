@@ -30,10 +30,10 @@ static bool holds(const Line& words, const std::string& word) {
 
 // Runs the line with one unknown word behind it, then with two, and so on: some commands look at a line
 // only when it has as many words as they want.
-static Heard hearBehind(const Line& line) {
-    Heard all;
+static Recording recordWithPadding(const Line& line) {
+    Recording all;
     for (int count = static_cast<int>(line.size()) + 1; count <= kMaxWords; ++count) {
-        const Heard heard = hear(line, count);
+        const Recording heard = hear(line, count);
         addNew(&all.compared, heard.compared);
         addNew(&all.sought, heard.sought);
         addNew(&all.files, heard.files);
@@ -48,10 +48,10 @@ static std::string anyValue(const Line& files, const std::string& letter) {
 }
 
 // The letters that the command looks for behind start and one of the first; letters are known already.
-static Line askLetters(const Line& start, Line first, Line letters, Heard* all) {
+static Line probeOptions(const Line& start, Line first, Line letters, Recording* all) {
     for (std::size_t i = 0; i < first.size(); ++i)
         for (const Line& option : {Line{first[i]}, Line{first[i], anyValue(all->files, first[i])}}) {
-            const Heard heard = hearBehind(start + option);
+            const Recording heard = recordWithPadding(start + option);
             addNew(&all->files, heard.files);
             addNew(&all->lists, heard.lists);
             addNew(&letters, heard.compared);
@@ -62,7 +62,7 @@ static Line askLetters(const Line& start, Line first, Line letters, Heard* all) 
 
 namespace {
 // What is known of a command's use while it is being asked.
-struct Asked {
+struct ProbeContext {
     Line start;
     Line letters;
     Line files;
@@ -72,8 +72,8 @@ struct Asked {
 
 // Runs the line that ends in the given words, with any of the other options before them, until one is
 // heard out: a line may have to name things before the command looks at its end.
-static Heard hearComplete(const Asked& asked, const std::string& letter, const Line& end,
-                          const std::function<bool(const Heard&)>& enough) {
+static Recording recordUntil(const ProbeContext& asked, const std::string& letter, const Line& end,
+                             const std::function<bool(const Recording&)>& enough) {
     Line others;
     for (const std::string& other : asked.letters)
         if (other != letter)
@@ -86,7 +86,7 @@ static Heard hearComplete(const Asked& asked, const std::string& letter, const L
         line = line + Line{letter} + end;
         if (line.size() > kMaxWords)
             continue;
-        Heard heard = hear(line, static_cast<int>(line.size()));
+        Recording heard = hear(line, static_cast<int>(line.size()));
         if (enough(heard))
             return heard;
     }
@@ -94,25 +94,25 @@ static Heard hearComplete(const Asked& asked, const std::string& letter, const L
 }
 
 // Behind a flag the next word is compared with the options; behind any other it is the value.
-static bool isFlag(const Asked& asked, const std::string& letter) {
-    const auto compared = [](const Heard& heard) { return !heard.compared.empty(); };
-    return compared(hearComplete(asked, letter, {kUnknownWord}, compared));
+static bool isFlag(const ProbeContext& asked, const std::string& letter) {
+    const auto compared = [](const Recording& heard) { return !heard.compared.empty(); };
+    return compared(recordUntil(asked, letter, {kUnknownWord}, compared));
 }
 
-static Line soughtIn(const Asked& asked, const std::string& letter, const std::string& text) {
-    return hearComplete(asked, letter, {text}, [](const Heard& heard) { return !heard.sought.empty(); })
+static Line soughtIn(const ProbeContext& asked, const std::string& letter, const std::string& text) {
+    return recordUntil(asked, letter, {text}, [](const Recording& heard) { return !heard.sought.empty(); })
         .sought;
 }
 
 // Whether the item behind this one is still looked at: some words of a table end the command.
-static bool isTaken(const Asked& asked, const std::string& letter, const std::string& item) {
+static bool isTaken(const ProbeContext& asked, const std::string& letter, const std::string& item) {
     std::string text = item;
     text.append(",").append(kUnknownWord);
     return !soughtIn(asked, letter, text).empty();
 }
 
 // The words sought in a key's value that are no keys.
-static Line askSettingValues(const Asked& asked, const std::string& letter, const std::string& key,
+static Line askSettingValues(const ProbeContext& asked, const std::string& letter, const std::string& key,
                              const Line& keys) {
     const std::string start = key + "=";
     Line values;
@@ -122,7 +122,7 @@ static Line askSettingValues(const Asked& asked, const std::string& letter, cons
     return values;
 }
 
-static void askSettings(const Asked& asked, const std::string& letter, Words* words) {
+static void probeKeys(const ProbeContext& asked, const std::string& letter, Words* words) {
     const Line keys = soughtIn(asked, letter, kUnknownWord);
     for (const std::string& key : keys)
         words->settings.push_back({letter, key, askSettingValues(asked, letter, key, keys)});
@@ -140,7 +140,7 @@ static bool writesFile(const Line& line, const std::string& path) {
 }
 
 // Of a command that writes a file: the numbers that make it write any.
-static Line askTypes(const Asked& asked, const std::string& letter) {
+static Line probeTypes(const ProbeContext& asked, const std::string& letter) {
     static const std::string path = "cli-words.tmp";
     Line types;
     for (int number = 0; asked.files.size() == 1 && number < 10; ++number) {
@@ -151,9 +151,9 @@ static Line askTypes(const Asked& asked, const std::string& letter) {
     return types;
 }
 
-static Words askUse(const Line& start, const Line& first, const Line& known, Heard heard) {
-    const Line letters = askLetters(start, first, known, &heard);
-    const Asked asked = {start, letters, heard.files, heard.lists};
+static Words probeAction(const Line& start, const Line& first, const Line& known, Recording heard) {
+    const Line letters = probeOptions(start, first, known, &heard);
+    const ProbeContext asked = {start, letters, heard.files, heard.lists};
     Words words;
     for (const std::string& letter : asked.letters) {
         if (holds(asked.files, letter))
@@ -161,9 +161,9 @@ static Words askUse(const Line& start, const Line& first, const Line& known, Hea
         else if (isFlag(asked, letter))
             words.options.push_back({letter, OptionWord::flag, {}});
         else {
-            words.options.push_back({letter, OptionWord::value, askTypes(asked, letter)});
+            words.options.push_back({letter, OptionWord::value, probeTypes(asked, letter)});
             if (!holds(asked.lists, letter)) // some commands look for keys in any last word
-                askSettings(asked, letter, &words);
+                probeKeys(asked, letter, &words);
         }
     }
     return words;
@@ -172,16 +172,16 @@ static Words askUse(const Line& start, const Line& first, const Line& known, Hea
 static CommandWords askCommand(const char* name) {
     CommandWords command = {name, false, {}, {}};
     Line letters, actions;
-    for (const std::string& word : hearBehind({name}).compared)
+    for (const std::string& word : recordWithPadding({name}).compared)
         (isLetter(word) ? letters : actions).push_back(word);
     if (!actions.empty())
         std::erase(letters, kMarker);
     // Not all that may follow the command word is then taken as an option.
-    command.uses.push_back(askUse({name}, letters, {}, {}));
+    command.uses.push_back(probeAction({name}, letters, {}, {}));
     for (const std::string& action : actions) {
         const Line start = {name, kMarker, action};
-        const Heard heard = hearBehind(start);
-        command.uses.push_back(askUse(start, heard.compared, heard.compared, heard));
+        const Recording heard = recordWithPadding(start);
+        command.uses.push_back(probeAction(start, heard.compared, heard.compared, heard));
         command.uses.back().action = action;
     }
     return command;
@@ -194,7 +194,7 @@ static const Command* findCommand(const char* name) {
     return nullptr;
 }
 
-std::vector<CommandWords> askCommands() {
+std::vector<CommandWords> probeCommands() {
     static_cast<void>(std::freopen("/dev/null", "w", stdout));
     Line topics;
     for (const CommandDefinition& definition : ls_icdCmdDefs)

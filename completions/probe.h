@@ -35,4 +35,4 @@ struct CommandWords {
 };
 
 // All commands, in the order of their table. Standard output is lost to the commands from here on.
-std::vector<CommandWords> askCommands();
+std::vector<CommandWords> probeCommands();

@@ -45,7 +45,7 @@ static const Key<Source, Record> keys[] = {
      readNumber<&Record::rebuildPolicy>},
     // Written as "On", which does not set a flag: an exported state always reads back as off. Like the
     // count of spares it is shown, never applied.
-    {"<BuzzerEnable>", [](BlockText* text, const Source& s) { append(text, "%s", onText(s.buzzer)); },
+    {"<BuzzerEnable>", [](BlockText* text, const Source& s) { append(text, "%s", onOffText(s.buzzer)); },
      readFlag<&Record::buzzer>},
     {"<GlobalSpare>", [](BlockText* text, const Source& s) { append(text, "%d", s.globalSpareCount); },
      readNumber<&Record::globalSpareCount>},
@@ -74,7 +74,7 @@ void DisplayControllerConfig(CtrlConfigRecord record) {
     showNumber("Rebuild rate", record.rebuildRate);
     showNumber("Smart check polling interval", record.smartPollInterval);
     showNumber("Enclosure polling interval", record.encPollInterval);
-    showWord("Buzzer", onText(record.buzzer));
+    showWord("Buzzer", onOffText(record.buzzer));
     showNumber("Number of extent with Global Spare setting", record.globalSpareCount);
     closeDisplay();
 }

@@ -24,6 +24,6 @@ void showNumber(const char* label, int value) {
     std::printf("%s : %d\n", label, value);
 }
 
-const char* onText(int flag) {
+const char* onOffText(int flag) {
     return flag != 0 ? "On" : "Off";
 }

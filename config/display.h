@@ -6,4 +6,4 @@ void closeDisplay();
 void showWord(const char* label, const char* value);
 void showNumber(const char* label, int value);
 
-const char* onText(int flag); // "On", or "Off" for 0
+const char* onOffText(int flag); // "On", or "Off" for 0

@@ -29,7 +29,7 @@ static int countGlobalSpares(const PhyDrvInfo& drive) {
 int GetSpareInfo(std::uint32_t controller, int countGlobal, int* count) {
     const PhyDrvQuery query = {0, kMaxDrives, kAllDrives, {}};
     Reply<PhyDrvInfo, kMaxDrives> reply = {};
-    q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+    q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     const int drives = static_cast<int>(records(reply).size());
     *count = countGlobal != 0 ? drives * countGlobalSpares(reply.record[0]) : 0;
     return 0;
@@ -39,9 +39,9 @@ int WriteCtrlSettings(std::uint32_t hbaCount, std::FILE* stream) {
     for (std::uint32_t controller = 0; controller < hbaCount; ++controller) {
         const ControllerQuery query = {controller, 1, kGeneralInfo, {}};
         ControllerSettings settings = {};
-        q5_getControllerSettings(at(controller), 0, &query, &settings, sizeof settings);
+        q5_getControllerSettings(hbaAddress(controller), 0, &query, &settings, sizeof settings);
         std::uint8_t buzzer = 0;
-        q5_getBuzzerStatus(at(controller), 0, &buzzer, sizeof buzzer);
+        q5_getBuzzerStatus(hbaAddress(controller), 0, &buzzer, sizeof buzzer);
         int spares = 0;
         GetSpareInfo(controller, 1, &spares);
 
@@ -57,7 +57,7 @@ int WritePDSettings(std::uint32_t hbaCount, std::FILE* stream) {
     for (std::uint32_t controller = 0; controller < hbaCount; ++controller) {
         const PhyDrvSelector all = {0, kMaxDrives, 1, {}};
         Reply<PhyDrvSettings, kMaxDrives> reply = {};
-        q5_getPhyDrvSettings(at(controller), 0, &all, &reply, sizeof reply);
+        q5_getPhyDrvSettings(hbaAddress(controller), 0, &all, &reply, sizeof reply);
         for (const PhyDrvSettings& settings : records(reply)) {
             char text[kBlockTextSize];
             PDSettingsToBuffer(static_cast<int>(controller), &settings, text);
@@ -82,7 +82,7 @@ static void listExtents(std::uint32_t controller, const LogDrvInfo& array, std::
     for (int i = 0; i < boundedMemberCount(array); ++i) {
         const PhyDrvQuery query = {array.memberIds[i], 1, kAllDrives, {}};
         Reply<PhyDrvInfo, 1> reply = {};
-        q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply);
+        q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
         if (const ExtentEntry* extent = findExtent(reply.record[0], array.arrayId))
             list[listed++] = static_cast<std::uint8_t>(extent->index);
     }
@@ -92,11 +92,11 @@ static void listExtents(std::uint32_t controller, const LogDrvInfo& array, std::
 static void writeLogDrvs(std::uint32_t controller, std::FILE* stream, int* index, std::uint8_t* extentList) {
     const LogDrvQuery all = {0, kMaxLogDrvs};
     Reply<LogDrvInfo, kMaxLogDrvs> drives = {};
-    q5_getLogDrvInfo(at(controller), 0, &all, &drives, sizeof drives);
+    q5_getLogDrvInfo(hbaAddress(controller), 0, &all, &drives, sizeof drives);
     if (records(drives).empty())
         return;
     Reply<LogDrvSettings, kMaxLogDrvs> settings = {};
-    q5_getLogDrvSettings(at(controller), 0, &all, &settings, sizeof settings);
+    q5_getLogDrvSettings(hbaAddress(controller), 0, &all, &settings, sizeof settings);
     const LogDrvSettings* paired = settings.record;
     for (const LogDrvInfo& drive : records(drives)) {
         listExtents(controller, drive, extentList);
@@ -143,12 +143,12 @@ static void writeTypes(const IdList<>& types, std::uint32_t hbaCount, std::FILE*
 }
 
 // Closes the file; false when it was not written whole.
-static bool closeWhole(std::FILE* file) {
+static bool closeChecked(std::FILE* file) {
     const bool written = std::ferror(file) == 0;
     return std::fclose(file) == 0 && written;
 }
 
-static int complainFile(const char* name) {
+static int failFile(const char* name) {
     std::printf("Unable to create or open the specified configuration file \"%s\"\n", name);
     return Result::noFile;
 }
@@ -162,14 +162,14 @@ int ExportFile(int wordCount, char** words) {
 
     std::FILE* file = std::fopen(name, "w");
     if (file == nullptr)
-        return complainFile(name);
+        return failFile(name);
     std::uint32_t hbaCount = 0;
     q5_getNumberOfHBA(&hbaCount);
     if (hbaCount == 0) {
         std::fclose(file);
-        return complain(Result::notFound, "No controller is existed");
+        return fail(Result::notFound, "No controller is existed");
     }
     writeTypes(types, hbaCount, file);
     // A torn backup must not be trusted: a full disk is a file that could not be created.
-    return closeWhole(file) ? Result::done : complainFile(name);
+    return closeChecked(file) ? Result::done : failFile(name);
 }

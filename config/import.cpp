@@ -21,7 +21,7 @@ struct ConfigBlock {
 
 struct ConfigReader {
     std::FILE* file;
-    bool anyWord; // whether the file held any word so far
+    bool sawToken; // whether the file held any word so far
 };
 } // namespace
 
@@ -30,7 +30,7 @@ struct ConfigReader {
 static BlockKind nextBlock(ConfigReader* reader, ConfigBlock* block) {
     Token token;
     while (readToken(reader->file, &token)) {
-        reader->anyWord = true;
+        reader->sawToken = true;
         if (strCmpNoCase(token.text, kCtrlMarker) == 0) {
             GetControllerConfig(reader->file, &block->ctrl);
             return BlockKind::ctrl;
@@ -51,22 +51,22 @@ static BlockKind nextBlock(ConfigReader* reader, ConfigBlock* block) {
     return BlockKind::end;
 }
 
-static int complainOpen(const char* fileName) {
+static int failOpen(const char* fileName) {
     std::printf("Unable to open the specified configuration file \"%s\"!!\n", fileName);
     return Result::noFile;
 }
 
 // What the end of the reading means.
-static int readingResult(const ConfigReader& reader, BlockKind last) {
+static int importStatus(const ConfigReader& reader, BlockKind last) {
     if (last == BlockKind::badKeyword)
         return Result::badKeyword;
-    return reader.anyWord ? Result::done : Result::emptyFile;
+    return reader.sawToken ? Result::done : Result::emptyFile;
 }
 
 int DisplayImportFile(const char* fileName) {
     ConfigReader reader = {std::fopen(fileName, "r"), false};
     if (reader.file == nullptr)
-        return complainOpen(fileName);
+        return failOpen(fileName);
     ConfigBlock block;
     BlockKind kind = nextBlock(&reader, &block);
     for (; kind != BlockKind::end && kind != BlockKind::badKeyword; kind = nextBlock(&reader, &block)) {
@@ -78,7 +78,7 @@ int DisplayImportFile(const char* fileName) {
             DisplayLogDrvConfig(block.logDrv);
     }
     std::fclose(reader.file);
-    return readingResult(reader, kind);
+    return importStatus(reader, kind);
 }
 
 namespace {
@@ -107,7 +107,7 @@ static bool keep(const Record& record, const Selection& selection, Record (&kept
 }
 
 static int readSelected(ConfigReader* reader, const Selection& ctrls, const Selection& phyDrvs,
-                        const Selection& logDrvs, KeptRecords* kept) {
+                        const Selection& logDrvs, ImportSet* kept) {
     ConfigBlock block;
     for (;;) {
         const BlockKind kind = nextBlock(reader, &block);
@@ -119,21 +119,21 @@ static int readSelected(ConfigReader* reader, const Selection& ctrls, const Sele
         else if (kind == BlockKind::logDrv)
             fits = keep(block.logDrv, logDrvs, kept->logDrv, &kept->logDrvCount);
         else
-            return readingResult(*reader, kind);
+            return importStatus(*reader, kind);
         if (!fits)
-            return complain(Result::tooManyDrives,
-                            "The configuration file holds more settings than can be imported at once!");
+            return fail(Result::tooManyDrives,
+                        "The configuration file holds more settings than can be imported at once!");
     }
 }
 
 int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCount,
                           const std::uint32_t* ctrlList, int pdCount, const std::uint32_t* pdList,
                           int ldCount, const std::uint32_t* ldList) {
-    static KeptRecords kept; // too large for the stack; only the counts matter from one import to the next
+    static ImportSet kept; // too large for the stack; only the counts matter from one import to the next
     kept.ctrlCount = kept.phyDrvCount = kept.logDrvCount = 0;
     ConfigReader reader = {std::fopen(fileName, "r"), false};
     if (reader.file == nullptr)
-        return complainOpen(fileName);
+        return failOpen(fileName);
     const int result = readSelected(&reader, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
                                     {all, ldCount, ldList}, &kept);
     std::fclose(reader.file);
@@ -163,7 +163,7 @@ int ImportFile(int wordCount, char** words) {
 
     std::FILE* file = std::fopen(name, "r");
     if (file == nullptr)
-        return complainOpen(name);
+        return failOpen(name);
     std::fclose(file);
     if (displayOnly) {
         DisplayImportFile(name);

@@ -18,7 +18,7 @@ static constexpr std::uint32_t kMaxControllers = 4; // that an import handles
 
 namespace {
 // The words of a command, in a word table of their own.
-struct ImportWords {
+struct ArgvBuilder {
     int count;
     char slot[kMaxWords][kWordSize];
     char* word[kMaxWords];
@@ -26,7 +26,7 @@ struct ImportWords {
 } // namespace
 
 // Adds a word; what does not fit its slot is cut.
-[[gnu::format(printf, 2, 3)]] static void addWord(ImportWords* words, const char* format, ...) {
+[[gnu::format(printf, 2, 3)]] static void appendArg(ArgvBuilder* words, const char* format, ...) {
     char* slot = words->slot[words->count];
     words->word[words->count++] = slot;
     std::va_list arguments;
@@ -35,9 +35,9 @@ struct ImportWords {
     va_end(arguments);
 }
 
-static void addWords(ImportWords* words, std::initializer_list<const char*> texts) {
+static void addWords(ArgvBuilder* words, std::initializer_list<const char*> texts) {
     for (const char* text : texts)
-        addWord(words, "%s", text);
+        appendArg(words, "%s", text);
 }
 
 static const char* enableWord(bool flag) {
@@ -47,16 +47,16 @@ static const char* enableWord(bool flag) {
 int ImpFileSetCtrlSettings(const CtrlConfigRecord* record) {
     if (record == nullptr)
         return 0;
-    ImportWords words = {};
+    ArgvBuilder words = {};
     addWords(&words, {"ctrl", "-a", "mod", "-i"});
-    addWord(&words, "%d", record->setIndex);
-    addWord(&words, "-s");
-    addWord(&words,
-            "smart=%s,autorebuild=%s,smartpoll=%d,encpoll=%d,rebuildrate=%d,syncrate=%d,initrate=%d,"
-            "migraterate=%d,mprate=%d,rebuildpolicy=%s",
-            enableWord(record->smartCheck != 0), enableWord(record->autoRebuild != 0),
-            record->smartPollInterval, record->encPollInterval, record->rebuildRate, record->syncRate,
-            record->initRate, record->migrateRate, record->mpRate, enableWord(record->rebuildPolicy != 0));
+    appendArg(&words, "%d", record->setIndex);
+    appendArg(&words, "-s");
+    appendArg(&words,
+              "smart=%s,autorebuild=%s,smartpoll=%d,encpoll=%d,rebuildrate=%d,syncrate=%d,initrate=%d,"
+              "migraterate=%d,mprate=%d,rebuildpolicy=%s",
+              enableWord(record->smartCheck != 0), enableWord(record->autoRebuild != 0),
+              record->smartPollInterval, record->encPollInterval, record->rebuildRate, record->syncRate,
+              record->initRate, record->migrateRate, record->mpRate, enableWord(record->rebuildPolicy != 0));
     SetControllerSettings(words.count, words.word);
     return 0;
 }
@@ -64,14 +64,14 @@ int ImpFileSetCtrlSettings(const CtrlConfigRecord* record) {
 int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
-    ImportWords words = {};
+    ArgvBuilder words = {};
     addWords(&words, {"phydrv", "-a", "mod", "-p"});
-    addWord(&words, "%d", record->driveId);
-    addWord(&words, "-i");
-    addWord(&words, "%d", record->controller);
-    addWord(&words, "-s");
-    addWord(&words, "writecache=%s, NCQ=%s, TCQ=%s", enableWord(record->writeCache != 0),
-            enableWord(record->ncq != 0), enableWord(record->tcq != 0));
+    appendArg(&words, "%d", record->driveId);
+    appendArg(&words, "-i");
+    appendArg(&words, "%d", record->controller);
+    appendArg(&words, "-s");
+    appendArg(&words, "writecache=%s, NCQ=%s, TCQ=%s", enableWord(record->writeCache != 0),
+              enableWord(record->ncq != 0), enableWord(record->tcq != 0));
     SetPhyDrvSettings(words.count, words.word);
     return 0;
 }
@@ -79,15 +79,15 @@ int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record) {
 int ImpFileSetLogSettings(const LogDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
-    ImportWords words = {};
+    ArgvBuilder words = {};
     addWords(&words, {"logdrv", "-a", "mod", "-i"});
-    addWord(&words, "%d", record->controller);
-    addWord(&words, "-l");
-    addWord(&words, "%d", record->logDrvId);
-    addWord(&words, "-s");
-    addWord(&words, "writepolicy=%s,lookahead=%d,consolidation=%s,name=%s",
-            TranslateWriteMode2StrForImport(record->writeMode), record->lookahead,
-            enableWord(record->consolidation == 1), record->name);
+    appendArg(&words, "%d", record->controller);
+    appendArg(&words, "-l");
+    appendArg(&words, "%d", record->logDrvId);
+    appendArg(&words, "-s");
+    appendArg(&words, "writepolicy=%s,lookahead=%d,consolidation=%s,name=%s",
+              TranslateWriteMode2StrForImport(record->writeMode), record->lookahead,
+              enableWord(record->consolidation == 1), record->name);
     SetLogDrvSettings(words.count, words.word);
     return 0;
 }
@@ -99,7 +99,7 @@ struct WordText {
 } // namespace
 
 // The member IDs, each followed by a blank.
-static WordText memberWord(const LogDrvConfigRecord& record) {
+static WordText memberListArg(const LogDrvConfigRecord& record) {
     WordText members = {};
     std::size_t length = 0;
     for (int i = 0; i < configMembers(record) && length < sizeof members.text; ++i)
@@ -109,7 +109,7 @@ static WordText memberWord(const LogDrvConfigRecord& record) {
 }
 
 // The part of the creation text that only some levels have.
-static WordText levelPart(const LogDrvConfigRecord& record) {
+static WordText levelOptions(const LogDrvConfigRecord& record) {
     WordText part = {};
     if (record.raidLevel == kRaidMf)
         std::snprintf(part.text, sizeof part.text, ",ParityCnt=%d,Symmetric=%d,Shift=%d", record.parityCount,
@@ -122,16 +122,16 @@ static WordText levelPart(const LogDrvConfigRecord& record) {
 int ImpFileCreateLogDrv(const LogDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
-    ImportWords words = {};
+    ArgvBuilder words = {};
     addWords(&words, {"logdrv", "-a", "add", "-i"});
-    addWord(&words, "%d", record->controller);
-    addWord(&words, "-p");
-    addWord(&words, "%s", memberWord(*record).text);
-    addWord(&words, "-z");
-    addWord(&words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record->name,
-            TranslateRaidLevel2Str(record->raidLevel), record->stripeSize,
-            static_cast<unsigned long long>(record->sectorCount), TranslateLDInitOption2Str(record->initMode),
-            record->sectorSize, levelPart(*record).text);
+    appendArg(&words, "%d", record->controller);
+    appendArg(&words, "-p");
+    appendArg(&words, "%s", memberListArg(*record).text);
+    appendArg(&words, "-z");
+    appendArg(&words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record->name,
+              TranslateRaidLevel2Str(record->raidLevel), record->stripeSize,
+              static_cast<unsigned long long>(record->sectorCount),
+              TranslateLDInitOption2Str(record->initMode), record->sectorSize, levelOptions(*record).text);
     CreateLogDrv2(words.count, words.word);
     return 0;
 }
@@ -139,7 +139,7 @@ int ImpFileCreateLogDrv(const LogDrvConfigRecord* record) {
 static std::uint16_t readDiskCount(std::uint32_t controller) {
     const ControllerQuery query = {controller, 1, kGeneralInfo, {}};
     ControllerInfo info = {};
-    q5_getControllerInfo(at(controller), 0, &query, &info, sizeof info);
+    q5_getControllerInfo(hbaAddress(controller), 0, &query, &info, sizeof info);
     return info.diskCount;
 }
 
@@ -148,21 +148,21 @@ static bool belongsTo(int recordController, std::uint32_t controller) {
 }
 
 // Whether the controller has the drives that the records speak of.
-static int checkController(const KeptRecords& kept, std::uint32_t controller, int diskCount) {
+static int checkController(const ImportSet& kept, std::uint32_t controller, int diskCount) {
     int drives = 0;
     for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
         drives += belongsTo(record.controller, controller);
     if (drives > diskCount)
-        return complain(Result::tooManyDrives,
-                        "The physical drive number specified is greater than the one in the controller");
+        return fail(Result::tooManyDrives,
+                    "The physical drive number specified is greater than the one in the controller");
     for (const LogDrvConfigRecord& record : logDrvRecords(kept))
         if (belongsTo(record.controller, controller) && record.memberCount > diskCount)
-            return complain(Result::tooManyDrives, "The physical drive member number in logical drive "
-                                                   "specified is greater than the one in the controller");
+            return fail(Result::tooManyDrives, "The physical drive member number in logical drive "
+                                               "specified is greater than the one in the controller");
     return Result::done;
 }
 
-static void applyCtrlRecord(const KeptRecords& kept, std::uint32_t controller) {
+static void applyCtrlRecord(const ImportSet& kept, std::uint32_t controller) {
     for (int i = 0; i < kept.ctrlCount; ++i) {
         if (belongsTo(kept.ctrl[i].setIndex, controller)) {
             ImpFileSetCtrlSettings(&kept.ctrl[i]);
@@ -171,7 +171,7 @@ static void applyCtrlRecord(const KeptRecords& kept, std::uint32_t controller) {
     }
 }
 
-static void applyPhyDrvRecords(const KeptRecords& kept, std::uint32_t controller) {
+static void applyPhyDrvRecords(const ImportSet& kept, std::uint32_t controller) {
     for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
         if (belongsTo(record.controller, controller))
             ImpFileSetPhydrvSettings(&record);
@@ -182,15 +182,15 @@ using LogDrvReply = Reply<LogDrvInfo, kMaxLogDrvs>;
 static void readLogDrvs(std::uint32_t controller, LogDrvReply* reply) {
     const LogDrvQuery all = {0, kMaxLogDrvs};
     *reply = {};
-    q5_getLogDrvInfo(at(controller), 0, &all, reply, sizeof *reply);
+    q5_getLogDrvInfo(hbaAddress(controller), 0, &all, reply, sizeof *reply);
 }
 
-static void recreateLogDrvs(const KeptRecords& kept, std::uint32_t controller) {
+static void recreateLogDrvs(const ImportSet& kept, std::uint32_t controller) {
     LogDrvReply reply;
     readLogDrvs(controller, &reply);
     for (const LogDrvInfo& drive : records(reply)) {
         const DeleteArrayRequest request = {1, drive.arrayId};
-        q5_delDiskArray(at(controller), 0, &request, sizeof request);
+        q5_delDiskArray(hbaAddress(controller), 0, &request, sizeof request);
     }
     for (const LogDrvConfigRecord& record : logDrvRecords(kept))
         if (belongsTo(record.controller, controller))
@@ -198,14 +198,14 @@ static void recreateLogDrvs(const KeptRecords& kept, std::uint32_t controller) {
 }
 
 // The first record for the drive; null when there is none.
-static const LogDrvConfigRecord* findRecord(const KeptRecords& kept, std::uint32_t controller, int logDrvId) {
+static const LogDrvConfigRecord* findRecord(const ImportSet& kept, std::uint32_t controller, int logDrvId) {
     for (const LogDrvConfigRecord& record : logDrvRecords(kept))
         if (belongsTo(record.controller, controller) && record.logDrvId == logDrvId)
             return &record;
     return nullptr;
 }
 
-static void applyLogDrvRecords(const KeptRecords& kept, std::uint32_t controller, bool clear) {
+static void applyLogDrvRecords(const ImportSet& kept, std::uint32_t controller, bool clear) {
     if (clear)
         recreateLogDrvs(kept, controller);
     LogDrvReply reply;
@@ -214,12 +214,12 @@ static void applyLogDrvRecords(const KeptRecords& kept, std::uint32_t controller
         ImpFileSetLogSettings(findRecord(kept, controller, drive.logDrvId));
 }
 
-int applyRecords(const KeptRecords& kept, bool clear) {
+int applyRecords(const ImportSet& kept, bool clear) {
     std::uint32_t found = 0;
     q5_getNumberOfHBA(&found);
     if (found < static_cast<std::uint32_t>(kept.ctrlCount))
-        return complain(Result::notFound, "The number of controller in the system is less than the number of "
-                                          "controller specified!");
+        return fail(Result::notFound, "The number of controller in the system is less than the number of "
+                                      "controller specified!");
     const std::uint32_t controllers = found < kMaxControllers ? found : kMaxControllers;
     std::uint16_t diskCount[kMaxControllers] = {};
     for (std::uint32_t controller = 0; controller < controllers; ++controller) {

@@ -12,7 +12,7 @@ inline constexpr int kMaxPhyDrvRecords = 64;
 inline constexpr int kMaxLogDrvRecords = 512;
 
 // In file order.
-struct KeptRecords {
+struct ImportSet {
     int ctrlCount;
     int phyDrvCount;
     int logDrvCount;
@@ -21,17 +21,17 @@ struct KeptRecords {
     LogDrvConfigRecord logDrv[kMaxLogDrvRecords];
 };
 
-inline std::span<const PhyDrvConfigRecord> phyDrvRecords(const KeptRecords& kept) {
+inline std::span<const PhyDrvConfigRecord> phyDrvRecords(const ImportSet& kept) {
     return {kept.phyDrv, static_cast<std::size_t>(kept.phyDrvCount)};
 }
 
-inline std::span<const LogDrvConfigRecord> logDrvRecords(const KeptRecords& kept) {
+inline std::span<const LogDrvConfigRecord> logDrvRecords(const ImportSet& kept) {
     return {kept.logDrv, static_cast<std::size_t>(kept.logDrvCount)};
 }
 
 // Checks the records against the adapters present, then applies them: the checks end the import before
 // any change, but once begun nothing stops it. Result::done, notFound or tooManyDrives.
-int applyRecords(const KeptRecords& kept, bool clear);
+int applyRecords(const ImportSet& kept, bool clear);
 
 // Apply one record through the command a user would type, whose result is ignored. Return 0, also for
 // a null record.

@@ -99,7 +99,8 @@ static const Key<Source, Record> keys[] = {
     {"<LogyDrvCtrlID>", [](BlockText* text, const Source& s) { append(text, "%d", s.controller); },
      readNumber<&Record::controller>},
     {"<LogDrvName>",
-     [](BlockText* text, const Source& s) { append(text, "%.*s", FIELD_TEXT(s.drive->name)); }, readName},
+     [](BlockText* text, const Source& s) { append(text, "%.*s", FIELD_PRINTF_ARGS(s.drive->name)); },
+     readName},
     // Shown, never applied: a drive is created again by its sector count.
     {"<LogDrvSize>",
      [](BlockText* text, const Source& s) {

@@ -40,7 +40,7 @@ void expectCall(const char* operation, const Bytes& handedOver, const Bytes& rep
 // The arguments of most calls: controller, the reserved 0, a record by pointer, the buffer's size.
 template <typename Query>
 Bytes asks(std::uint32_t controller, const Query& query, std::uint32_t size) {
-    return bytesOf(at(controller), std::uint32_t{0}, query, size);
+    return bytesOf(hbaAddress(controller), std::uint32_t{0}, query, size);
 }
 
 // The header of a reply that uses so many bytes.

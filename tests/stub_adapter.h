@@ -1,5 +1,5 @@
 // An adapter whose answers a test gives, without regard to what is asked: whoever links
-// answering_adapter.cpp defines these functions.
+// stub_adapter.cpp defines these functions.
 #pragma once
 
 #include <cstddef>

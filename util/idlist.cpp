@@ -63,7 +63,7 @@ int BlockIDStr2Int(int* count, std::uint32_t* values, char* text) {
 
 // The number at *text, 0 when there is no digit, of which eight digits count; *text moves past the
 // whole run of digits.
-static std::uint32_t takeNumber(const char** text) {
+static std::uint32_t parseNumber(const char** text) {
     std::uint32_t number = 0;
     for (int digits = 0; **text >= '0' && **text <= '9'; ++*text, ++digits)
         if (digits < 8)
@@ -78,7 +78,7 @@ void TranslateIDListUpTo(int room, int* count, std::uint32_t* values, const char
         return;
     }
     while (*text != '\0' && *count < room) {
-        values[(*count)++] = takeNumber(&text);
+        values[(*count)++] = parseNumber(&text);
         if (*text != '\0')
             ++text; // the separator, whatever it is
     }

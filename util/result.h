@@ -20,4 +20,4 @@ struct Result {
 };
 
 // Prints the message and a newline, and returns the code: what a command ends with when it fails.
-int complain(Result::Code code, const char* message);
+int fail(Result::Code code, const char* message);

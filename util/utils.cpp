@@ -6,7 +6,7 @@
 
 #include "util/result.h"
 
-int complain(Result::Code code, const char* message) {
+int fail(Result::Code code, const char* message) {
     std::puts(message);
     return code;
 }

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "simulator/world/array_rules.h"
 #include "simulator/engine/progress.h"
 #include "simulator/engine/rebuild.h"
+#include "simulator/world/array_rules.h"
 
 namespace q5sim {
 
@@ -29,23 +29,23 @@ const char* activityName(std::uint8_t kind) {
     }
 }
 
-void beginActivity(LogicalDrive& array, std::uint8_t kind, std::uint64_t totalMb, std::int64_t now) {
+void startActivity(LogicalDrive& array, std::uint8_t kind, std::uint64_t totalMb, std::int64_t now) {
     array.activity = {};
     array.activity.kind = kind;
     array.activity.since = now;
     array.activity.totalMb = std::max<std::uint64_t>(1, totalMb);
 }
 
-void beginInitialization(Controller& controller, LogicalDrive& array, std::uint8_t type, std::int64_t now) {
+void startInitialization(Controller& controller, LogicalDrive& array, std::uint8_t type, std::int64_t now) {
     const std::uint64_t whole = array.memberSectors / kSectorsPerMb;
-    beginActivity(array, kInitializing, type == kQuickInit ? std::min(kQuickInitMb, whole) : whole, now);
+    startActivity(array, kInitializing, type == kQuickInit ? std::min(kQuickInitMb, whole) : whole, now);
     array.activity.initType = type;
     array.synchronized = !isRedundant(array.level);
     addEvent(controller, now, "Logical drive %d: initialization started", array.logDrvId);
 }
 
-void beginSynchronization(Controller& controller, LogicalDrive& array, std::int64_t now) {
-    beginActivity(array, kSynchronizing, array.memberSectors / kSectorsPerMb, now);
+void startSynchronization(Controller& controller, LogicalDrive& array, std::int64_t now) {
+    startActivity(array, kSynchronizing, array.memberSectors / kSectorsPerMb, now);
     addEvent(controller, now, "Logical drive %d: synchronization started", array.logDrvId);
 }
 
@@ -57,7 +57,7 @@ static void finishInitialization(Controller& controller, LogicalDrive& array, st
         array.synchronized = true;
         array.inconsistencies = 0;
     } else if (!array.synchronized) {
-        beginSynchronization(controller, array, at);
+        startSynchronization(controller, array, at);
     }
 }
 
@@ -79,7 +79,7 @@ void finishActivity(Controller& controller, LogicalDrive& array, std::int64_t at
     case kRebuilding:
         finishRebuild(controller, array);
         if (!array.synchronized && functionalStatus(controller, array) == kOnline)
-            beginSynchronization(controller, array, at); // a lost member had cut it short
+            startSynchronization(controller, array, at); // a lost member had cut it short
         break;
     case kInitializing:
         finishInitialization(controller, array, at);
@@ -97,13 +97,13 @@ void finishActivity(Controller& controller, LogicalDrive& array, std::int64_t at
     }
 }
 
-void dropActivity(Controller& controller, LogicalDrive& array, const char* ending, std::int64_t now) {
+void abortActivity(Controller& controller, LogicalDrive& array, const char* ending, std::int64_t now) {
     addEvent(controller, now, "Logical drive %d: %s %s", array.logDrvId, activityName(array.activity.kind),
              ending);
     if (array.activity.kind == kRebuilding)
-        dropRebuild(controller, array);
+        abortRebuild(controller, array);
     else if (array.activity.kind == kMigrating)
-        dropMigration(controller, array);
+        abortMigration(controller, array);
     else
         array.activity = {};
 }

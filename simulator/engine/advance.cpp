@@ -4,14 +4,14 @@
 #include <algorithm>
 
 #include "simulator/engine/activities.h"
-#include "simulator/world/array_rules.h"
 #include "simulator/engine/progress.h"
 #include "simulator/engine/rebuild.h"
+#include "simulator/world/array_rules.h"
 #include "simulator/world/extent_alloc.h"
 
 namespace q5sim {
 
-static void noticeFailure(Controller& controller, Drive& drive, std::int64_t now) {
+static void reportDriveFailure(Controller& controller, Drive& drive, std::int64_t now) {
     if (drive.failed == drive.failureReported)
         return;
     drive.failureReported = drive.failed;
@@ -19,13 +19,13 @@ static void noticeFailure(Controller& controller, Drive& drive, std::int64_t now
     const bool patrolled = drive.patrol.state == kPatrolRunning || drive.patrol.state == kPatrolPaused;
     if (!drive.failed || !patrolled)
         return;
-    foldPatrol(controller, drive, now);
+    checkpointPatrol(controller, drive, now);
     drive.patrol.state = kPatrolAborted;
     addEvent(controller, now, "Drive %d: media patrol aborted", drive.id + 1);
 }
 
 // Whether a drive that the activity brings into the array can no longer serve.
-static bool newcomerIsGone(const Controller& controller, const LogicalDrive& array) {
+static bool targetLost(const Controller& controller, const LogicalDrive& array) {
     const auto gone = [&](std::uint16_t id) {
         const Drive* drive = findDrive(controller, id);
         return drive == nullptr || drive->failed || !hasMemberExtent(*drive, array.arrayId);
@@ -41,12 +41,12 @@ static bool newcomerIsGone(const Controller& controller, const LogicalDrive& arr
                activity.goal.members.end(), gone);
 }
 
-static bool activityIsBroken(const Controller& controller, const LogicalDrive& array) {
+static bool mustAbort(const Controller& controller, const LogicalDrive& array) {
     const std::uint8_t kind = array.activity.kind;
     if (kind == 0)
         return false;
     const bool outlivesLoss = kind == kRebuilding || kind == kMigrating;
-    return functionalStatus(controller, array) == 0 || newcomerIsGone(controller, array) ||
+    return functionalStatus(controller, array) == 0 || targetLost(controller, array) ||
            (!outlivesLoss && !lostMembers(controller, array).empty());
 }
 
@@ -57,15 +57,15 @@ static void reportStatus(Controller& controller, LogicalDrive& array, std::int64
     if (array.reportedState != kStateNotReported || status != kOnline)
         addEvent(controller, now, "Logical drive %d is %s", array.logDrvId, statusName(status));
     array.reportedState = status;
-    array.rebuildHeld = false;
+    array.autoRebuildInhibited = false;
 }
 
 // What follows from the array's drives at once: the state is told, and a spare steps in.
-static void react(Controller& controller, LogicalDrive& array, std::int64_t now) {
-    if (activityIsBroken(controller, array))
-        dropActivity(controller, array, "aborted", now);
+static void updateArray(Controller& controller, LogicalDrive& array, std::int64_t now) {
+    if (mustAbort(controller, array))
+        abortActivity(controller, array, "aborted", now);
     reportStatus(controller, array, now);
-    if (controller.autoRebuild && !array.rebuildHeld && array.activity.kind == 0)
+    if (controller.autoRebuild && !array.autoRebuildInhibited && array.activity.kind == 0)
         startRebuild(controller, array, suitableSpares(controller, array), now);
 }
 
@@ -74,7 +74,7 @@ static void finishPatrol(Controller& controller, Drive& drive, std::int64_t at) 
     patrol.loops = static_cast<std::uint16_t>(std::min(patrol.loops + 1, 65535));
     patrol.errors = static_cast<std::uint16_t>(std::min(patrol.errors + drive.mediaErrors, 65535));
     patrol.state = 0;
-    patrol.doneMb = 0;
+    patrol.completedMb = 0;
     patrol.since = at;
     addEvent(controller, at, "Drive %d: media patrol ended, %d errors", drive.id + 1, drive.mediaErrors);
 }
@@ -85,8 +85,8 @@ static bool failureIsUnnoticed(const Controller& controller) {
 }
 
 // Ends what was due first, so that events stand in order of time. Returns whether there was anything.
-static bool finishEarliest(Controller& controller, std::int64_t now) {
-    std::int64_t earliest = kNever;
+static bool completeNextDue(Controller& controller, std::int64_t now) {
+    std::int64_t earliest = kNoDeadline;
     LogicalDrive* array = nullptr;
     Drive* patrolled = nullptr;
     for (LogicalDrive& candidate : controller.logicalDrives)
@@ -106,29 +106,29 @@ static bool finishEarliest(Controller& controller, std::int64_t now) {
     } else if (array != nullptr) {
         finishActivity(controller, *array, earliest);
         if (!failureIsUnnoticed(controller)) // what a failure brings comes once it is noticed
-            react(controller, *array, earliest);
+            updateArray(controller, *array, earliest);
     }
     return true;
 }
 
 // A failure is noticed now: what had ended by then has ended.
 static void settleController(Controller& controller, std::int64_t now) {
-    while (finishEarliest(controller, now)) {
+    while (completeNextDue(controller, now)) {
     }
     for (Drive& drive : controller.drives)
-        noticeFailure(controller, drive, now);
+        reportDriveFailure(controller, drive, now);
     for (LogicalDrive& array : controller.logicalDrives)
-        react(controller, array, now);
+        updateArray(controller, array, now);
 }
 
-void settle(World& world, std::int64_t now) {
+void advanceTo(World& world, std::int64_t now) {
     for (Controller& controller : world.controllers)
         settleController(controller, now);
 }
 
-bool settleIsDue(const World& world, std::int64_t now) {
+bool hasDueTransitions(const World& world, std::int64_t now) {
     World settled = world;
-    settle(settled, now);
+    advanceTo(settled, now);
     return settled != world;
 }
 

@@ -7,9 +7,9 @@
 namespace q5sim {
 
 // Brings the world up to the time now. Idempotent: a second call changes nothing.
-void settle(World& world, std::int64_t now);
+void advanceTo(World& world, std::int64_t now);
 
-// Whether settle would change anything.
-bool settleIsDue(const World& world, std::int64_t now);
+// Whether advanceTo would change anything.
+bool hasDueTransitions(const World& world, std::int64_t now);
 
 } // namespace q5sim

@@ -36,21 +36,22 @@ static std::uint64_t speedOf(const Controller& controller, std::uint8_t activity
     return std::max<std::uint64_t>(1, rateOf(controller, activityKind)) * kMbPerRate;
 }
 
-std::uint64_t doneMb(const Controller& controller, const Activity& activity, std::int64_t now) {
+std::uint64_t completedMb(const Controller& controller, const Activity& activity, std::int64_t now) {
     if (activity.paused)
-        return std::min(activity.doneMb, activity.totalMb);
-    return doneAt(activity.doneMb, activity.totalMb, activity.since, now, speedOf(controller, activity.kind));
+        return std::min(activity.completedMb, activity.totalMb);
+    return doneAt(activity.completedMb, activity.totalMb, activity.since, now,
+                  speedOf(controller, activity.kind));
 }
 
 std::uint8_t percentDone(const Controller& controller, const Activity& activity, std::int64_t now) {
-    const std::uint64_t done = doneMb(controller, activity, now);
+    const std::uint64_t done = completedMb(controller, activity, now);
     return static_cast<std::uint8_t>(done * 100 / std::max<std::uint64_t>(1, activity.totalMb));
 }
 
 std::int64_t endOf(const Controller& controller, const Activity& activity) {
     if (activity.paused)
-        return kNever;
-    return endAt(activity.doneMb, activity.totalMb, activity.since, speedOf(controller, activity.kind));
+        return kNoDeadline;
+    return endAt(activity.completedMb, activity.totalMb, activity.since, speedOf(controller, activity.kind));
 }
 
 static std::uint64_t patrolSpeed(const Controller& controller) {
@@ -65,8 +66,8 @@ std::uint64_t patrolDoneMb(const Controller& controller, const Drive& drive, std
     const std::uint64_t total = patrolTotalMb(drive);
     const Patrol& patrol = drive.patrol;
     if (patrol.state != kPatrolRunning)
-        return std::min(patrol.doneMb, total);
-    return doneAt(patrol.doneMb, total, patrol.since, now, patrolSpeed(controller));
+        return std::min(patrol.completedMb, total);
+    return doneAt(patrol.completedMb, total, patrol.since, now, patrolSpeed(controller));
 }
 
 std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, std::int64_t now) {
@@ -75,29 +76,29 @@ std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, st
 
 std::int64_t patrolEnd(const Controller& controller, const Drive& drive) {
     if (drive.patrol.state != kPatrolRunning)
-        return kNever;
-    return endAt(drive.patrol.doneMb, patrolTotalMb(drive), drive.patrol.since, patrolSpeed(controller));
+        return kNoDeadline;
+    return endAt(drive.patrol.completedMb, patrolTotalMb(drive), drive.patrol.since, patrolSpeed(controller));
 }
 
-void foldProgress(const Controller& controller, Activity& activity, std::int64_t now) {
+void checkpointProgress(const Controller& controller, Activity& activity, std::int64_t now) {
     if (activity.kind == 0 || activity.paused)
         return;
-    activity.doneMb = doneMb(controller, activity, now);
+    activity.completedMb = completedMb(controller, activity, now);
     activity.since = now;
 }
 
-void foldPatrol(const Controller& controller, Drive& drive, std::int64_t now) {
+void checkpointPatrol(const Controller& controller, Drive& drive, std::int64_t now) {
     if (drive.patrol.state != kPatrolRunning)
         return;
-    drive.patrol.doneMb = patrolDoneMb(controller, drive, now);
+    drive.patrol.completedMb = patrolDoneMb(controller, drive, now);
     drive.patrol.since = now;
 }
 
-void foldAllProgress(Controller& controller, std::int64_t now) {
+void checkpointAllProgress(Controller& controller, std::int64_t now) {
     for (LogicalDrive& drive : controller.logicalDrives)
-        foldProgress(controller, drive.activity, now);
+        checkpointProgress(controller, drive.activity, now);
     for (Drive& drive : controller.drives)
-        foldPatrol(controller, drive, now);
+        checkpointPatrol(controller, drive, now);
 }
 
 } // namespace q5sim

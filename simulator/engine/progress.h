@@ -10,14 +10,14 @@ namespace q5sim {
 // rehearsal of hours takes minutes.
 inline constexpr std::uint64_t kMbPerRate = 8;
 inline constexpr std::uint64_t kQuickInitMb = 16;
-inline constexpr std::int64_t kNever = INT64_MAX;
+inline constexpr std::int64_t kNoDeadline = INT64_MAX;
 
 std::uint8_t rateOf(const Controller& controller, std::uint8_t activityKind);
 
 // Megabytes done at the time now, at most totalMb.
-std::uint64_t doneMb(const Controller& controller, const Activity& activity, std::int64_t now);
+std::uint64_t completedMb(const Controller& controller, const Activity& activity, std::int64_t now);
 std::uint8_t percentDone(const Controller& controller, const Activity& activity, std::int64_t now);
-// When a running activity will be done; kNever of a paused one.
+// When a running activity will be done; kNoDeadline of a paused one.
 std::int64_t endOf(const Controller& controller, const Activity& activity);
 
 std::uint64_t patrolTotalMb(const Drive& drive);
@@ -26,8 +26,8 @@ std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, st
 std::int64_t patrolEnd(const Controller& controller, const Drive& drive);
 
 // Fixes what has been done so far, before a rate changes or a pause begins.
-void foldProgress(const Controller& controller, Activity& activity, std::int64_t now);
-void foldPatrol(const Controller& controller, Drive& drive, std::int64_t now);
-void foldAllProgress(Controller& controller, std::int64_t now);
+void checkpointProgress(const Controller& controller, Activity& activity, std::int64_t now);
+void checkpointPatrol(const Controller& controller, Drive& drive, std::int64_t now);
+void checkpointAllProgress(Controller& controller, std::int64_t now);
 
 } // namespace q5sim

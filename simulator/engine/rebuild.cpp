@@ -16,21 +16,22 @@ static bool isPresentMember(const Controller& controller, const LogicalDrive& ar
     return false;
 }
 
-static bool canTake(const LogicalDrive& array, const Extent& extent) {
+static bool isUsableExtent(const LogicalDrive& array, const Extent& extent) {
     const bool spareOfAnother = extent.use == kUseDedicatedSpare && extent.array != array.arrayId;
     return extent.use != kUseArray && !spareOfAnother && extent.size >= array.memberSectors;
 }
 
-static bool suits(const Controller& controller, const LogicalDrive& array, const RebuildChoice& choice) {
+static bool isEligibleTarget(const Controller& controller, const LogicalDrive& array,
+                             const RebuildChoice& choice) {
     const Drive* drive = findDrive(controller, choice.drive);
     return drive != nullptr && !drive->failed && choice.extent < drive->extents.size() &&
-           canTake(array, drive->extents[choice.extent]) && !hasMemberExtent(*drive, array.arrayId) &&
+           isUsableExtent(array, drive->extents[choice.extent]) && !hasMemberExtent(*drive, array.arrayId) &&
            !isPresentMember(controller, array, choice.drive);
 }
 
 // A drive that stands where a lost one stood takes that place, any other one the first open place.
-static std::size_t placeFor(const LogicalDrive& array, const std::vector<std::size_t>& open,
-                            std::uint32_t drive) {
+static std::size_t slotFor(const LogicalDrive& array, const std::vector<std::size_t>& open,
+                           std::uint32_t drive) {
     for (std::size_t position : open)
         if (array.members[position] == drive)
             return position;
@@ -47,7 +48,7 @@ static std::vector<RebuildTarget> placesFor(const LogicalDrive& array, std::vect
                 std::find(array.members.begin(), array.members.end(), choice.drive) != array.members.end();
             if (returns != own || open.empty())
                 continue;
-            const std::size_t position = placeFor(array, open, choice.drive);
+            const std::size_t position = slotFor(array, open, choice.drive);
             targets.push_back(
                 {static_cast<std::uint16_t>(choice.drive), static_cast<std::uint8_t>(position)});
             std::erase(open, position);
@@ -71,15 +72,15 @@ bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector
         choices.size() > lost.size() || hasDriveTwice(choices))
         return false;
     for (const RebuildChoice& choice : choices)
-        if (!suits(controller, array, choice))
+        if (!isEligibleTarget(controller, array, choice))
             return false;
     const std::vector<RebuildTarget> targets = placesFor(array, lost, choices);
     for (const RebuildChoice& choice : choices)
-        takeExtent(controller, *findDrive(controller, choice.drive), choice.extent, array.memberSectors,
-                   array.arrayId);
-    beginActivity(array, kRebuilding, array.memberSectors / kSectorsPerMb, now);
+        allocateExtent(controller, *findDrive(controller, choice.drive), choice.extent, array.memberSectors,
+                       array.arrayId);
+    startActivity(array, kRebuilding, array.memberSectors / kSectorsPerMb, now);
     array.activity.targets = targets;
-    array.rebuildHeld = false;
+    array.autoRebuildInhibited = false;
     for (const RebuildTarget& target : targets)
         addEvent(controller, now, "Logical drive %d: rebuild onto drive %d started", array.logDrvId,
                  target.drive + 1);
@@ -96,7 +97,7 @@ std::vector<RebuildChoice> suitableSpares(const Controller& controller, const Lo
                 const bool taken = std::any_of(spares.begin(), spares.end(), [&](const RebuildChoice& spare) {
                     return spare.drive == choice.drive;
                 });
-                if (drive.extents[i].use == use && !taken && suits(controller, array, choice))
+                if (drive.extents[i].use == use && !taken && isEligibleTarget(controller, array, choice))
                     spares.push_back(choice);
             }
     return spares;
@@ -113,7 +114,7 @@ void finishRebuild(Controller& controller, LogicalDrive& array) {
     array.activity = {};
 }
 
-void dropRebuild(Controller& controller, LogicalDrive& array) {
+void abortRebuild(Controller& controller, LogicalDrive& array) {
     for (const RebuildTarget& target : array.activity.targets)
         if (Drive* drive = findDrive(controller, target.drive))
             freeMemberExtent(*drive, array.arrayId);

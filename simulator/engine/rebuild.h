@@ -21,6 +21,6 @@ std::vector<RebuildChoice> suitableSpares(const Controller& controller, const Lo
 
 void finishRebuild(Controller& controller, LogicalDrive& array);
 // Gives the extents of an unfinished rebuild back.
-void dropRebuild(Controller& controller, LogicalDrive& array);
+void abortRebuild(Controller& controller, LogicalDrive& array);
 
 } // namespace q5sim

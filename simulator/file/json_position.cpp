@@ -1,4 +1,4 @@
-// Finds the line of a value in a JSON text, so that a complaint about a hand-edited file can say
+// Finds the line of a value in a JSON text, so that a errorMessage about a hand-edited file can say
 // where to look. The text has been parsed before: nothing here judges it.
 #include <algorithm>
 #include <set>
@@ -13,7 +13,7 @@ static void skipBlanks(const std::string& text, std::size_t& at) {
 }
 
 // Steps over a string and returns its characters as they stand; our own keys need no escapes.
-static std::string takeString(const std::string& text, std::size_t& at) {
+static std::string parseString(const std::string& text, std::size_t& at) {
     const std::size_t start = ++at;
     while (at < text.size() && text[at] != '"')
         at += text[at] == '\\' ? 2u : 1u;
@@ -27,7 +27,7 @@ static void skipValue(const std::string& text, std::size_t& at) {
     while (at < text.size()) {
         const char c = text[at];
         if (c == '"') {
-            takeString(text, at);
+            parseString(text, at);
         } else {
             if (depth == 0 && (c == ',' || c == '}' || c == ']'))
                 return;
@@ -49,7 +49,7 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
         skipBlanks(text, at);
         if (at >= text.size() || text[at] == '}' || text[at] == ']')
             return false;
-        std::string key = object ? takeString(text, at) : std::to_string(position);
+        std::string key = object ? parseString(text, at) : std::to_string(position);
         skipBlanks(text, at);
         if (object && at < text.size() && text[at] == ':')
             at++;
@@ -64,7 +64,7 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
     return false;
 }
 
-std::size_t repeatedKey(const std::string& text) {
+std::size_t findDuplicateKey(const std::string& text) {
     std::vector<std::set<std::string>> open; // the keys so far of each object around this place
     for (std::size_t at = 0; at < text.size();) {
         if (text[at] == '{' || text[at] == '[')
@@ -76,7 +76,7 @@ std::size_t repeatedKey(const std::string& text) {
             continue;
         }
         const std::size_t start = at;
-        const std::string word = takeString(text, at);
+        const std::string word = parseString(text, at);
         skipBlanks(text, at);
         if (at >= text.size() || text[at] != ':')
             continue;
@@ -91,7 +91,7 @@ int lineOfByte(const std::string& text, std::size_t offset) {
     return 1 + static_cast<int>(std::count(text.begin(), end, '\n'));
 }
 
-int lineOfPath(const std::string& text, const JsonPath& path) {
+int lineForPath(const std::string& text, const JsonPath& path) {
     std::size_t at = 0, found = 0;
     skipBlanks(text, at);
     found = at;

@@ -16,7 +16,7 @@ static std::int64_t nanoseconds(const ::timespec& time) {
     return static_cast<std::int64_t>(time.tv_sec) * 1000000000 + time.tv_nsec;
 }
 
-FileVersion versionOf(const std::string& path) {
+FileStamp fileStamp(const std::string& path) {
     struct ::stat info;
     if (::stat(path.c_str(), &info) != 0)
         return {};

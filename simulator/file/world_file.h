@@ -8,16 +8,16 @@
 namespace q5sim {
 
 // Tells versions of a file apart: each replacement has a number of its own in the file system.
-struct FileVersion {
+struct FileStamp {
     bool exists = false;
     ::dev_t device = 0;
     ::ino_t number = 0;
     ::off_t size = 0;
     std::int64_t modified = 0; // nanoseconds
     std::int64_t changed = 0;
-    bool operator==(const FileVersion&) const = default;
+    bool operator==(const FileStamp&) const = default;
 };
-FileVersion versionOf(const std::string& path);
+FileStamp fileStamp(const std::string& path);
 
 // The file that a path leads to through links, so that a link survives the file's replacement; the
 // path itself when there is no such file.

@@ -5,13 +5,13 @@
 
 namespace q5sim {
 
-static constexpr std::int64_t kMostSectors = std::int64_t{1} << 48;
-static constexpr std::int64_t kMostArraySectors = kMostSectors * std::int64_t{kMaxArrayMembers};
-static constexpr std::int64_t kMostSeconds = std::int64_t{1} << 50; // far beyond what a clock can say
-static constexpr std::int64_t kMostOffset = std::int64_t{1} << 40;
-static constexpr std::int64_t kMostMb = std::int64_t{1} << 40;
+static constexpr std::int64_t kMaxSectors = std::int64_t{1} << 48;
+static constexpr std::int64_t kMaxArraySectors = kMaxSectors * std::int64_t{kMaxArrayMembers};
+static constexpr std::int64_t kMaxSeconds = std::int64_t{1} << 50; // far beyond what a clock can say
+static constexpr std::int64_t kMaxOffset = std::int64_t{1} << 40;
+static constexpr std::int64_t kMaxMb = std::int64_t{1} << 40;
 static constexpr std::int64_t kMost32 = 0x7FFFFFFF;
-static constexpr std::int64_t kMostUnsigned32 = 0xFFFFFFFF;
+static constexpr std::int64_t kMaxUnsigned32 = 0xFFFFFFFF;
 
 static constexpr Word kUseWords[] = {{"free", kUseFree},
                                      {"array", kUseArray},
@@ -65,16 +65,16 @@ static void describe(Io& io, Extent& extent) {
     io.word("use", extent.use, std::span(kUseWords));
     io.number("array", extent.array, 0, 255);
     need(io, "start");
-    io.number("start", extent.start, 0, kMostSectors);
+    io.number("start", extent.start, 0, kMaxSectors);
     need(io, "size");
-    io.number("size", extent.size, 1, kMostSectors);
+    io.number("size", extent.size, 1, kMaxSectors);
 }
 
 template <typename Io>
 static void describe(Io& io, Patrol& patrol) {
     io.word("state", patrol.state, std::span(kPatrolWords));
-    io.number("since", patrol.since, 0, kMostSeconds);
-    io.number("doneMb", patrol.doneMb, 0, kMostMb);
+    io.number("since", patrol.since, 0, kMaxSeconds);
+    io.number("doneMb", patrol.completedMb, 0, kMaxMb);
     io.number("loops", patrol.loops, 0, 65535);
     io.number("errors", patrol.errors, 0, 65535);
 }
@@ -89,7 +89,7 @@ static void describe(Io& io, Drive& drive) {
     io.text("serial", drive.serial, 23);
     io.text("firmware", drive.firmware, 37);
     need(io, "sectors");
-    io.number("sectors", drive.sectors, kSectorsPerMb, kMostSectors);
+    io.number("sectors", drive.sectors, kSectorsPerMb, kMaxSectors);
     io.number("dmaMode", drive.dmaMode, 0, 255);
     io.flag("failed", drive.failed);
     io.flag("failureReported", drive.failureReported);
@@ -101,7 +101,7 @@ static void describe(Io& io, Drive& drive) {
     io.flag("tcqEnabled", drive.tcqEnabled);
     io.flag("ncqEnabled", drive.ncqEnabled);
     io.number("mediaErrors", drive.mediaErrors, 0, 65535);
-    io.number("locateUntil", drive.locateUntil, 0, kMostSeconds);
+    io.number("locateUntil", drive.locateUntil, 0, kMaxSeconds);
     io.object("mediaPatrol", drive.patrol);
     io.list("extents", drive.extents, kMaxExtents);
 }
@@ -115,7 +115,7 @@ static void describe(Io& io, RebuildTarget& target) {
 }
 
 template <typename Io>
-static void describe(Io& io, MigrationGoal& goal) {
+static void describe(Io& io, MigrationTarget& goal) {
     io.word("level", goal.level, std::span(kLevelWords));
     io.number("stripe", goal.stripe, 0, 1024);
     io.number("parity", goal.parity, 0, 255);
@@ -128,10 +128,10 @@ static void describe(Io& io, Activity& activity) {
     need(io, "kind");
     io.word("kind", activity.kind, std::span(kActivityWords));
     io.flag("paused", activity.paused);
-    io.number("since", activity.since, 0, kMostSeconds);
-    io.number("doneMb", activity.doneMb, 0, kMostMb);
+    io.number("since", activity.since, 0, kMaxSeconds);
+    io.number("doneMb", activity.completedMb, 0, kMaxMb);
     need(io, "totalMb");
-    io.number("totalMb", activity.totalMb, 1, kMostMb);
+    io.number("totalMb", activity.totalMb, 1, kMaxMb);
     io.word("initType", activity.initType, std::span(kInitWords));
     io.flag("noFix", activity.noFix);
     io.list("targets", activity.targets, kMaxArrayMembers);
@@ -150,9 +150,9 @@ static void describe(Io& io, LogicalDrive& drive) {
     io.number("stripe", drive.stripe, 1, 65535);
     io.number("sectorSize", drive.sectorSize, 512, 4096);
     need(io, "sectors");
-    io.number("sectors", drive.sectors, 1, kMostArraySectors);
+    io.number("sectors", drive.sectors, 1, kMaxArraySectors);
     need(io, "memberSectors");
-    io.number("memberSectors", drive.memberSectors, 1, kMostSectors);
+    io.number("memberSectors", drive.memberSectors, 1, kMaxSectors);
     io.number("parity", drive.parity, 0, 255);
     io.number("symmetric", drive.symmetric, 0, 1);
     io.number("shift", drive.shift, -32768, 32767);
@@ -162,8 +162,8 @@ static void describe(Io& io, LogicalDrive& drive) {
     io.number("lookahead", drive.lookahead, 0, 65535);
     io.flag("active", drive.active);
     io.flag("synchronized", drive.synchronized);
-    io.flag("rebuildHeld", drive.rebuildHeld);
-    io.number("inconsistencies", drive.inconsistencies, 0, kMostUnsigned32);
+    io.flag("rebuildHeld", drive.autoRebuildInhibited);
+    io.number("inconsistencies", drive.inconsistencies, 0, kMaxUnsigned32);
     io.word("reportedState", drive.reportedState, std::span(kStateWords));
     need(io, "members");
     io.numbers("members", drive.members, kMaxDriveId, kMaxArrayMembers);
@@ -197,14 +197,14 @@ template <typename Io>
 static void describe(Io& io, BusPlace& place) {
     io.number("irq", place.irq, 0, kMost32);
     io.number("slot", place.slot, 0, kMost32);
-    io.number("biosMemoryStart", place.biosMemoryStart, 0, kMostUnsigned32);
+    io.number("biosMemoryStart", place.biosMemoryStart, 0, kMaxUnsigned32);
     io.number("biosMemoryRange", place.biosMemoryRange, 0, kMost32);
     io.number("busMasterBase", place.busMasterBase, 0, 255);
-    io.number("ata", place.ata, 0, kMostUnsigned32);
-    io.number("xor", place.xorEngine, 0, kMostUnsigned32);
-    io.number("sequencer", place.sequencer, 0, kMostUnsigned32);
-    io.number("mmio", place.mmio, 0, kMostUnsigned32);
-    io.number("sdram", place.sdram, 0, kMostUnsigned32);
+    io.number("ata", place.ata, 0, kMaxUnsigned32);
+    io.number("xor", place.xorEngine, 0, kMaxUnsigned32);
+    io.number("sequencer", place.sequencer, 0, kMaxUnsigned32);
+    io.number("mmio", place.mmio, 0, kMaxUnsigned32);
+    io.number("sdram", place.sdram, 0, kMaxUnsigned32);
 }
 
 template <typename Io>
@@ -226,8 +226,8 @@ static void describe(Io& io, SpeedOption& option) {
 template <typename Io>
 static void describe(Io& io, Event& event) {
     need(io, "id");
-    io.number("id", event.id, 0, kMostUnsigned32 - 1);
-    io.number("time", event.time, 0, kMostSeconds);
+    io.number("id", event.id, 0, kMaxUnsigned32 - 1);
+    io.number("time", event.time, 0, kMaxSeconds);
     io.text("text", event.text, 323);
 }
 
@@ -258,14 +258,14 @@ static void describe(Io& io, Controller& controller) {
 
 template <typename Io>
 static void describe(Io& io, World& world) {
-    io.number("clockOffset", world.clockOffset, 0, kMostOffset);
+    io.number("clockOffset", world.clockOffset, 0, kMaxOffset);
     need(io, "controllers");
     io.list("controllers", world.controllers, kMaxControllers);
 }
 
 // What stands from an opening bracket to its closing one, at close, on one line; empty when it holds
 // other brackets or gets too long to read well.
-static std::string onOneLine(const std::string& text, std::size_t open, std::size_t& close) {
+static std::string joinLines(const std::string& text, std::size_t open, std::size_t& close) {
     static constexpr std::size_t kLongest = 100;
     std::string line(1, text[open]);
     bool quoted = false;
@@ -297,7 +297,7 @@ static std::string compacted(const std::string& text) {
     for (std::size_t i = 0; i < text.size(); i++) {
         std::size_t close = i;
         const bool opens = !quoted && (text[i] == '{' || text[i] == '[');
-        const std::string line = opens ? onOneLine(text, i, close) : "";
+        const std::string line = opens ? joinLines(text, i, close) : "";
         if (!line.empty()) {
             result += line;
             i = close;
@@ -318,7 +318,7 @@ std::string worldToJson(const World& world) {
     return compacted(io.json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
-static std::string spelled(const JsonPath& path) {
+static std::string pathText(const JsonPath& path) {
     std::string text;
     for (const std::string& step : path) {
         const bool position = !step.empty() && step.find_first_not_of("0123456789") == std::string::npos;
@@ -328,22 +328,22 @@ static std::string spelled(const JsonPath& path) {
 }
 
 // Listings run in order of ID, whatever order a hand gave the file.
-static void putInOrder(Controller& controller) {
+static void normalizeOrder(Controller& controller) {
     std::ranges::sort(controller.drives, {}, &Drive::id);
     std::ranges::sort(controller.logicalDrives, {}, &LogicalDrive::logDrvId);
 }
 
-// The parser's complaint about a number quotes it but does not say where it stands.
-static int lineOfQuoted(const std::string& text, const std::string& complaint) {
-    const std::size_t open = complaint.find('\'');
-    const std::size_t close = complaint.rfind('\'');
+// The parser's errorMessage about a number quotes it but does not say where it stands.
+static int lineOfQuoted(const std::string& text, const std::string& errorMessage) {
+    const std::size_t open = errorMessage.find('\'');
+    const std::size_t close = errorMessage.rfind('\'');
     if (open == std::string::npos || open == close)
         return 1;
-    const std::size_t at = text.find(complaint.substr(open + 1, close - open - 1));
+    const std::size_t at = text.find(errorMessage.substr(open + 1, close - open - 1));
     return at == std::string::npos ? 1 : lineOfByte(text, at);
 }
 
-bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
+bool worldFromJson(const std::string& text, World& world, ValidationError& fault) {
     try {
         World read;
         // The parser would take a NUL for the end, and leave whatever follows it unread.
@@ -352,18 +352,18 @@ bool worldFromJson(const std::string& text, World& world, WorldFault& fault) {
             return false;
         }
         const ParsedJson json = ParsedJson::parse(text);
-        if (const std::size_t twice = repeatedKey(text); twice != std::string::npos) {
+        if (const std::size_t twice = findDuplicateKey(text); twice != std::string::npos) {
             fault = {lineOfByte(text, twice), "a key stands twice in one object"};
             return false;
         }
         Reader::readRecord(json, {}, read);
         checkWorld(read);
         for (Controller& controller : read.controllers)
-            putInOrder(controller);
+            normalizeOrder(controller);
         world = std::move(read);
         return true;
     } catch (const WorldError& error) {
-        fault = {lineOfPath(text, error.path), spelled(error.path) + error.reason};
+        fault = {lineForPath(text, error.path), pathText(error.path) + error.reason};
     } catch (const ParsedJson::out_of_range& error) {
         fault = {lineOfQuoted(text, error.what()), "a number is far too large"};
     } catch (const ParsedJson::parse_error& error) {

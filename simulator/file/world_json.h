@@ -8,7 +8,7 @@
 namespace q5sim {
 
 // What is wrong with a text that should describe a world.
-struct WorldFault {
+struct ValidationError {
     int line = 0; // from 1
     std::string reason;
 };
@@ -17,7 +17,7 @@ std::string worldToJson(const World& world);
 
 // Reads and checks a whole world. Returns false, with world untouched and fault told, when the text
 // is not JSON, has a key or value that means nothing here, or describes a world that cannot be.
-bool worldFromJson(const std::string& text, World& world, WorldFault& fault);
+bool worldFromJson(const std::string& text, World& world, ValidationError& fault);
 
 // A place in a JSON text: object keys, and list positions as decimal digits.
 using JsonPath = std::vector<std::string>;
@@ -33,10 +33,10 @@ void checkWorld(const World& world);
 
 // The line, from 1, on which the value at path stands in a valid JSON text; of a path that leads
 // nowhere, the line of the last step that exists.
-int lineOfPath(const std::string& text, const JsonPath& path);
+int lineForPath(const std::string& text, const JsonPath& path);
 
 // Where, in a valid JSON text, an object has a key for the second time; npos: nowhere.
-std::size_t repeatedKey(const std::string& text);
+std::size_t findDuplicateKey(const std::string& text);
 
 // The line, from 1, of a place in a text.
 int lineOfByte(const std::string& text, std::size_t offset);

@@ -2,10 +2,10 @@
 #include "adapter/activity.h"
 
 #include "simulator/engine/activities.h"
-#include "simulator/world/array_rules.h"
-#include "simulator/operations/operation.h"
 #include "simulator/engine/progress.h"
 #include "simulator/engine/rebuild.h"
+#include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 
 using namespace q5sim;
 
@@ -14,7 +14,7 @@ static constexpr std::uint8_t kCheckKinds = kRedundancyChecking | kSynchronizing
 
 // Answers a progress query: state and percent of the activity, when it is the one asked for.
 template <typename Progress>
-static int tellProgress(HbaAddress address, std::uint32_t reserved, std::uint8_t kind,
+static int fillProgress(HbaAddress address, std::uint32_t reserved, std::uint8_t kind,
                         const ActivityQuery* query, Progress* progress, std::uint32_t size) {
     return replying(address, reserved, progress, size, sizeof *progress,
                     [&](const Controller& controller, std::int64_t now) {
@@ -33,27 +33,27 @@ static int tellProgress(HbaAddress address, std::uint32_t reserved, std::uint8_t
 
 int q5_getLogDrvInitProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                              InitProgress* progress, std::uint32_t size) {
-    return tellProgress(address, reserved, kInitializing, query, progress, size);
+    return fillProgress(address, reserved, kInitializing, query, progress, size);
 }
 
 int q5_getLogDrvSynchProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                               SyncProgress* progress, std::uint32_t size) {
-    return tellProgress(address, reserved, kSynchronizing, query, progress, size);
+    return fillProgress(address, reserved, kSynchronizing, query, progress, size);
 }
 
 int q5_getRedundancyCheckProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                                   SyncProgress* progress, std::uint32_t size) {
-    return tellProgress(address, reserved, kRedundancyChecking, query, progress, size);
+    return fillProgress(address, reserved, kRedundancyChecking, query, progress, size);
 }
 
 int q5_getMigrationProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                             MigrationProgress* progress, std::uint32_t size) {
-    return tellProgress(address, reserved, kMigrating, query, progress, size);
+    return fillProgress(address, reserved, kMigrating, query, progress, size);
 }
 
 int q5_getRebuildProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                           RebuildProgress* progress, std::uint32_t size) {
-    return tellProgress(address, reserved, kRebuilding, query, progress, size);
+    return fillProgress(address, reserved, kRebuilding, query, progress, size);
 }
 
 enum class Turn { pause, resume, stop, restart };
@@ -64,15 +64,15 @@ static bool turn(Controller& controller, LogicalDrive& array, Turn wanted, std::
         return false;
     static constexpr const char* words[] = {"paused", "resumed", "stopped", "restarted"};
     if (wanted == Turn::stop) {
-        array.rebuildHeld = activity.kind == kRebuilding;
-        dropActivity(controller, array, "stopped", now);
+        array.autoRebuildInhibited = activity.kind == kRebuilding;
+        abortActivity(controller, array, "stopped", now);
         return true;
     }
-    foldProgress(controller, activity, now);
+    checkpointProgress(controller, activity, now);
     activity.since = now;
     activity.paused = wanted == Turn::pause;
     if (wanted == Turn::restart)
-        activity.doneMb = 0;
+        activity.completedMb = 0;
     addEvent(controller, now, "Logical drive %d: %s %s", array.logDrvId, activityName(activity.kind),
              words[static_cast<int>(wanted)]);
     return true;
@@ -156,10 +156,10 @@ int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitSta
         if (array == nullptr || functionalStatus(controller, *array) != kOnline)
             return kRefused;
         if (array->activity.kind == kSynchronizing)
-            dropActivity(controller, *array, "halted for an initialization", now);
+            abortActivity(controller, *array, "halted for an initialization", now);
         if (array->activity.kind != 0)
             return kRefused;
-        beginInitialization(controller, *array, request->initType, now);
+        startInitialization(controller, *array, request->initType, now);
         return kDone;
     });
 }
@@ -176,10 +176,10 @@ int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
             functionalStatus(controller, *array) != kOnline)
             return kRefused;
         if (request->noFix == 0 && !array->synchronized) {
-            beginSynchronization(controller, *array, now);
+            startSynchronization(controller, *array, now);
             return kDone;
         }
-        beginActivity(*array, kRedundancyChecking, array->memberSectors / kSectorsPerMb, now);
+        startActivity(*array, kRedundancyChecking, array->memberSectors / kSectorsPerMb, now);
         array->activity.noFix = request->noFix != 0;
         addEvent(controller, now, "Logical drive %d: redundancy check started", array->logDrvId);
         return kDone;

@@ -1,8 +1,8 @@
 // Listing logical drives, their lost members, and locating and activating them.
 #include "adapter/creation.h"
 
-#include "simulator/world/array_rules.h"
 #include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 
 using namespace q5sim;
 

@@ -1,8 +1,8 @@
 // Controllers: information, settings, driver and place on the bus.
 #include "adapter/controller.h"
 
-#include "simulator/operations/operation.h"
 #include "simulator/engine/progress.h"
+#include "simulator/operations/operation.h"
 
 using namespace q5sim;
 
@@ -109,7 +109,7 @@ int q5_setControllerSettings(HbaAddress address, std::uint32_t reserved, const C
         if (changed == controller)
             return kDone;
         if (changed.rates != controller.rates)
-            foldAllProgress(controller, now);
+            checkpointAllProgress(controller, now);
         applySettings(controller, *settings);
         addEvent(controller, now, "Controller settings changed");
         return kDone;

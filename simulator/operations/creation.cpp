@@ -3,19 +3,19 @@
 
 #include "adapter/logdrv.h"
 #include "simulator/engine/activities.h"
-#include "simulator/world/array_rules.h"
 #include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 #include "simulator/world/extent_alloc.h"
 
 using namespace q5sim;
 
 static constexpr std::uint64_t kSectorsPerGb = 1953125; // of 10^9 bytes
-static constexpr std::uint64_t kMostSectors = std::uint64_t{1} << 47;
+static constexpr std::uint64_t kMaxSectors = std::uint64_t{1} << 47;
 static constexpr std::uint8_t kRoundToGb = 1;
 static constexpr std::uint8_t kRoundToTenGb = 2;
 
-static Shape shapeOf(const CreateArrayRequest& request) {
-    Shape shape = {static_cast<std::uint8_t>(request.raidLevel), request.memberCount, 0, 0};
+static ArrayGeometry geometryOf(const CreateArrayRequest& request) {
+    ArrayGeometry shape = {static_cast<std::uint8_t>(request.raidLevel), request.memberCount, 0, 0};
     if (shape.level == kRaidMf)
         shape.parity = request.parityCount;
     if (shape.level == kRaid50)
@@ -51,7 +51,7 @@ static bool membersArePossible(const Controller& controller, const CreateArrayRe
 }
 
 static bool isPossible(const Controller& controller, const CreateArrayRequest& request) {
-    return request.raidLevel <= 255 && shapeIsPossible(shapeOf(request)) && codesAreKnown(request) &&
+    return request.raidLevel <= 255 && shapeIsPossible(geometryOf(request)) && codesAreKnown(request) &&
            stripeIsPossible(request.stripeSize) && membersArePossible(controller, request) &&
            (request.raidLevel != kRaidMf || shiftIsPossible(request)) &&
            (request.raidLevel == kJbod || request.name[0] != '\0') &&
@@ -61,7 +61,7 @@ static bool isPossible(const Controller& controller, const CreateArrayRequest& r
 // The sectors wanted of the whole array; 0 when the number is absurd.
 static std::uint64_t wantedSectors(const CreateArrayRequest& request) {
     const std::uint64_t unit = request.origin == kOriginTyped ? kSectorsPerMb : 1;
-    return request.capacity > kMostSectors / unit ? 0 : request.capacity * unit;
+    return request.capacity > kMaxSectors / unit ? 0 : request.capacity * unit;
 }
 
 static std::uint64_t rounded(std::uint64_t sectors, std::uint8_t scheme) {
@@ -73,7 +73,7 @@ static std::uint64_t rounded(std::uint64_t sectors, std::uint8_t scheme) {
 
 // The smallest given extent, in whole MB; 0 when one of them is not free.
 static std::uint64_t commonSize(const Controller& controller, const CreateArrayRequest& request) {
-    std::uint64_t smallest = kMostSectors;
+    std::uint64_t smallest = kMaxSectors;
     for (std::size_t i = 0; i < request.memberCount; i++) {
         const Drive& drive = *findDrive(controller, request.member[i].driveId);
         const std::uint32_t index = request.member[i].extent;
@@ -90,7 +90,7 @@ struct Sizes {
 };
 
 static Sizes sizesFor(const Controller& controller, const CreateArrayRequest& request) {
-    const std::uint64_t data = dataMembers(shapeOf(request));
+    const std::uint64_t data = dataMembers(geometryOf(request));
     const bool given = request.capacity == 0;
     const std::uint64_t whole = given ? commonSize(controller, request) * data : wantedSectors(request);
     Sizes sizes;
@@ -109,7 +109,7 @@ static bool takeMembers(Controller& controller, const CreateArrayRequest& reques
         if (index >= drive.extents.size() || drive.extents[index].use != kUseFree ||
             drive.extents[index].size < sectors)
             return false;
-        takeExtent(controller, drive, index, sectors, arrayId);
+        allocateExtent(controller, drive, index, sectors, arrayId);
     }
     return true;
 }
@@ -123,7 +123,7 @@ static std::uint16_t freeId(const Controller& controller) {
 }
 
 static LogicalDrive newArray(const CreateArrayRequest& request, std::uint16_t id, const Sizes& sizes) {
-    const Shape shape = shapeOf(request);
+    const ArrayGeometry shape = geometryOf(request);
     LogicalDrive array;
     array.arrayId = id;
     array.logDrvId = id;
@@ -166,9 +166,9 @@ int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArray
         addEvent(controller, now, "Logical drive %d created: %s with %d drives", id, levelName(array.level),
                  request->memberCount);
         if (request->initialization != 0)
-            beginInitialization(controller, array, request->initialization, now);
+            startInitialization(controller, array, request->initialization, now);
         else if (!array.synchronized)
-            beginSynchronization(controller, array, now);
+            startSynchronization(controller, array, now);
         return kDone;
     });
 }

@@ -35,7 +35,7 @@ int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
     });
 }
 
-static bool suits(const PhyDrvSettings& settings, const Drive& drive) {
+static bool isEligibleTarget(const PhyDrvSettings& settings, const Drive& drive) {
     const std::uint8_t flags[] = {settings.writeCache, settings.smartCheck, settings.tcqEnabled,
                                   settings.ncqEnabled};
     return settings.pdId == drive.id && !drive.failed &&
@@ -53,7 +53,7 @@ int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
             return kRefused;
         std::memcpy(&wanted, static_cast<const std::uint8_t*>(settings) + sizeof(ReplyHeader), sizeof wanted);
         Drive* drive = findDrive(controller, selector->driveId);
-        if (drive == nullptr || !suits(wanted, *drive))
+        if (drive == nullptr || !isEligibleTarget(wanted, *drive))
             return kRefused;
         const Drive before = *drive;
         drive->writeCache = wanted.writeCache != 0;

@@ -1,6 +1,6 @@
 // Listing physical drives, and their locate lights.
-#include "simulator/world/array_rules.h"
 #include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 
 using namespace q5sim;
 

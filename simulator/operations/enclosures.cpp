@@ -5,24 +5,24 @@
 
 using namespace q5sim;
 
-// How a kind of sensor moves around its reading: a new value each step seconds, at most swing away.
-struct Wander {
+// How a kind of sensor moves around its reading: a new value each step seconds, at most amplitude away.
+struct SensorDrift {
     std::uint8_t type;
     std::int64_t step;
-    std::int64_t swing;
+    std::int64_t amplitude;
 };
-static constexpr Wander kWander[] = {
+static constexpr SensorDrift kWander[] = {
     {kFanSensor, 10, 40}, {kRail5VSensor, 20, 15}, {kRail12VSensor, 20, 30}, {kTemperatureSensor, 60, 1}};
 
 // The same time gives the same reading; neighbouring sensors do not move together.
 static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::int64_t now) {
     std::int64_t reading = sensor.reading;
-    for (const Wander& wander : kWander) {
+    for (const SensorDrift& wander : kWander) {
         if (wander.type != sensor.type)
             continue;
-        const std::int64_t span = 2 * wander.swing + 1;
+        const std::int64_t span = 2 * wander.amplitude + 1;
         const std::int64_t turn = (now / wander.step * 7 + static_cast<std::int64_t>(position) * 5) % span;
-        reading += (turn + span) % span - wander.swing;
+        reading += (turn + span) % span - wander.amplitude;
     }
     return static_cast<std::uint32_t>(reading);
 }

@@ -1,7 +1,7 @@
 // Operations on single extents of a drive.
-#include "simulator/world/array_rules.h"
-#include "simulator/operations/operation.h"
 #include "simulator/engine/rebuild.h"
+#include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 
 using namespace q5sim;
 
@@ -30,7 +30,7 @@ static Place findPlace(Controller& controller, const ExtentPlacement* placement)
 }
 
 // A dedicated spare must be able to replace a member: big enough, on a drive that is not one itself.
-static bool canServe(const LogicalDrive& array, const Place& place) {
+static bool isUsableSpare(const LogicalDrive& array, const Place& place) {
     return isRedundant(array.level) && place.extent().size >= array.memberSectors &&
            std::find(array.members.begin(), array.members.end(), place.drive->id) == array.members.end();
 }
@@ -42,7 +42,7 @@ int q5_spareHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentPl
             return kRefused;
         const bool global = placement->logDrvId == kNoArray;
         const LogicalDrive* array = global ? nullptr : findLogicalDrive(controller, placement->logDrvId);
-        if (!global && (array == nullptr || !canServe(*array, place)))
+        if (!global && (array == nullptr || !isUsableSpare(*array, place)))
             return kRefused;
         const std::uint8_t use = global ? kUseGlobalSpare : kUseDedicatedSpare;
         const std::uint16_t owner = global ? kNoArray : array->arrayId;

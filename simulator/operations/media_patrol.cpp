@@ -1,8 +1,8 @@
 // Media patrol on single drives.
 #include "adapter/mediapatrol.h"
 
-#include "simulator/operations/operation.h"
 #include "simulator/engine/progress.h"
+#include "simulator/operations/operation.h"
 
 using namespace q5sim;
 
@@ -37,10 +37,10 @@ static int step(HbaAddress address, std::uint32_t reserved, const DriveSelector*
         if (drive == nullptr || selector->count != 1 || drive->failed ||
             (wanted.from >> drive->patrol.state & 1) == 0)
             return kRefused;
-        foldPatrol(controller, *drive, now);
+        checkpointPatrol(controller, *drive, now);
         const bool resumed = drive->patrol.state == kPatrolPaused;
         if (wanted.to == kPatrolRunning && !resumed)
-            drive->patrol.doneMb = 0;
+            drive->patrol.completedMb = 0;
         drive->patrol.state = wanted.to;
         drive->patrol.since = now;
         addEvent(controller, now, "Drive %d: media patrol %s", drive->id + 1, wanted.event);

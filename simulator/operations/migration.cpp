@@ -1,27 +1,27 @@
 // Migration: another level, stripe or more members, taking effect when it ends.
 #include "adapter/activity.h"
 #include "simulator/engine/activities.h"
-#include "simulator/world/array_rules.h"
 #include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 #include "simulator/world/extent_alloc.h"
 
 using namespace q5sim;
 
 void q5sim::finishMigration(LogicalDrive& array) {
-    const std::size_t before = dataMembers(shapeOf(array));
-    const MigrationGoal goal = array.activity.goal;
+    const std::size_t before = dataMembers(geometryOf(array));
+    const MigrationTarget goal = array.activity.goal;
     array.level = goal.level;
     array.stripe = goal.stripe;
     array.parity = goal.parity;
     array.subArrays = goal.subArrays;
     array.members = goal.members;
-    if (dataMembers(shapeOf(array)) != before)
-        array.sectors = array.memberSectors * dataMembers(shapeOf(array));
+    if (dataMembers(geometryOf(array)) != before)
+        array.sectors = array.memberSectors * dataMembers(geometryOf(array));
     array.synchronized = true;
     array.activity = {};
 }
 
-void q5sim::dropMigration(Controller& controller, LogicalDrive& array) {
+void q5sim::abortMigration(Controller& controller, LogicalDrive& array) {
     for (std::uint16_t member : array.activity.goal.members) {
         const bool old = std::find(array.members.begin(), array.members.end(), member) != array.members.end();
         Drive* drive = findDrive(controller, member);
@@ -32,8 +32,8 @@ void q5sim::dropMigration(Controller& controller, LogicalDrive& array) {
 }
 
 // What the request makes of the array, its added members included.
-static MigrationGoal goalOf(const LogicalDrive& array, const MigrateRequest& request) {
-    MigrationGoal goal;
+static MigrationTarget migrationTarget(const LogicalDrive& array, const MigrateRequest& request) {
+    MigrationTarget goal;
     goal.level = static_cast<std::uint8_t>(request.raidLevel);
     goal.stripe = request.stripeSize != 0 ? request.stripeSize : array.stripe;
     goal.parity = goal.level == kRaidMf ? request.parityCount : std::uint8_t{0};
@@ -44,7 +44,7 @@ static MigrationGoal goalOf(const LogicalDrive& array, const MigrateRequest& req
     return goal;
 }
 
-static bool isChange(const LogicalDrive& array, const MigrationGoal& goal) {
+static bool isChange(const LogicalDrive& array, const MigrationTarget& goal) {
     return goal.level != array.level || goal.stripe != array.stripe || goal.members != array.members ||
            goal.parity != array.parity || goal.subArrays != array.subArrays;
 }
@@ -57,8 +57,8 @@ static bool hasTwice(const std::vector<std::uint16_t>& members) {
 }
 
 // The data that is there must fit; only real levels are targets.
-static bool isPossible(const LogicalDrive& array, const MigrationGoal& goal) {
-    const Shape shape = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
+static bool isPossible(const LogicalDrive& array, const MigrationTarget& goal) {
+    const ArrayGeometry shape = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
     return goal.level != kJbod && shapeIsPossible(shape) && stripeIsPossible(goal.stripe) &&
            !hasTwice(goal.members) && array.sectors <= array.memberSectors * dataMembers(shape) &&
            isChange(array, goal);
@@ -71,7 +71,7 @@ static bool takeMember(Controller& controller, const LogicalDrive& array, const 
     const Extent& extent = drive->extents[member.extent];
     if (extent.use != kUseFree || extent.size < array.memberSectors || hasMemberExtent(*drive, array.arrayId))
         return false;
-    takeExtent(controller, *drive, member.extent, array.memberSectors, array.arrayId);
+    allocateExtent(controller, *drive, member.extent, array.memberSectors, array.arrayId);
     return true;
 }
 
@@ -85,13 +85,13 @@ int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const Migrate
         for (std::size_t i = 0; i < request->memberCount; i++)
             if (request->member[i].driveId > kMaxDriveId)
                 return kRefused;
-        const MigrationGoal goal = goalOf(*array, *request);
+        const MigrationTarget goal = migrationTarget(*array, *request);
         if (!isPossible(*array, goal))
             return kRefused;
         for (std::size_t i = 0; i < request->memberCount; i++)
             if (!takeMember(controller, *array, request->member[i]))
                 return kRefused;
-        beginActivity(*array, kMigrating, array->memberSectors / kSectorsPerMb, now);
+        startActivity(*array, kMigrating, array->memberSectors / kSectorsPerMb, now);
         array->activity.goal = goal;
         addEvent(controller, now, "Logical drive %d: migration from %s to %s started", array->logDrvId,
                  levelName(array->level), levelName(goal.level));

@@ -9,18 +9,18 @@
 
 using namespace q5sim;
 
-static constexpr unsigned long long kLongestAdvance = 1ull << 40;
+static constexpr unsigned long long kMaxAdvance = 1ull << 40;
 
-static int complain(const char* message) {
+static int fail(const char* message) {
     std::fprintf(stderr, "%s\n", message);
     return 1;
 }
 
 static int usage() {
-    return complain("Usage: q5sim fail-drive <ctrl ID> <drive ID>\n"
-                    "       q5sim replace-drive <ctrl ID> <drive ID>\n"
-                    "       q5sim advance <seconds>\n"
-                    "       q5sim reset");
+    return fail("Usage: q5sim fail-drive <ctrl ID> <drive ID>\n"
+                "       q5sim replace-drive <ctrl ID> <drive ID>\n"
+                "       q5sim advance <seconds>\n"
+                "       q5sim reset");
 }
 
 // Reads plain decimal digits up to a limit.
@@ -36,7 +36,7 @@ static int changeDrive(char** words, bool replace) {
     unsigned long long controller = 0, drive = 0;
     if (!readNumber(words[2], kMaxControllers, controller) || !readNumber(words[3], kMaxDriveId + 1, drive) ||
         drive == 0)
-        return complain("A controller ID and a drive ID are expected");
+        return fail("A controller ID and a drive ID are expected");
     if (!openWorld())
         return 1;
     const int result = changeWorld([&](World& world, std::int64_t now) {
@@ -48,19 +48,18 @@ static int changeDrive(char** words, bool replace) {
     });
     if (result == 0)
         return 0;
-    return complain(replace ? "There is no failed drive with this ID"
-                            : "There is no working drive with this ID");
+    return fail(replace ? "There is no failed drive with this ID" : "There is no working drive with this ID");
 }
 
 static int advance(const char* text) {
     unsigned long long seconds = 0;
-    if (!readNumber(text, kLongestAdvance, seconds))
-        return complain("A number of seconds is expected");
+    if (!readNumber(text, kMaxAdvance, seconds))
+        return fail("A number of seconds is expected");
     if (!openWorld())
         return 1;
     return changeWorld([&](World& world, std::int64_t) {
         world.clockOffset += static_cast<std::int64_t>(seconds);
-        return world.clockOffset <= static_cast<std::int64_t>(kLongestAdvance) ? 0 : 1;
+        return world.clockOffset <= static_cast<std::int64_t>(kMaxAdvance) ? 0 : 1;
     });
 }
 

@@ -14,12 +14,12 @@
 namespace q5sim {
 
 static constexpr std::size_t kPathSize = 4096;
-static constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
+static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024;
 
 struct Session {
     bool open = false;
     std::string path;
-    FileVersion version; // of the file that world was read from or written to
+    FileStamp version; // of the file that world was read from or written to
     bool readable = false;
     World world;
 };
@@ -40,22 +40,22 @@ std::int64_t worldTime(const World& world) {
     return clockTime() + world.clockOffset;
 }
 
-static bool complain(const std::string& path, const char* reason) {
+static bool fail(const std::string& path, const char* reason) {
     std::fprintf(stderr, "%s: %s\n", path.c_str(), reason);
     return false;
 }
 
-// Reads the file again when it is another one than last time. One complaint per bad version.
+// Reads the file again when it is another one than last time. One errorMessage per bad version.
 static bool reload() {
-    const FileVersion version = versionOf(session.path);
+    const FileStamp version = fileStamp(session.path);
     if (version == session.version)
         return session.readable;
     session.version = version;
     session.readable = false;
     std::string text;
-    if (!readFile(session.path, kLargestFile, text))
-        return complain(session.path, "the world file cannot be read");
-    WorldFault fault;
+    if (!readFile(session.path, kMaxFileSize, text))
+        return fail(session.path, "the world file cannot be read");
+    ValidationError fault;
     session.readable = worldFromJson(text, session.world, fault);
     if (!session.readable)
         std::fprintf(stderr, "%s:%d: %s\n", session.path.c_str(), fault.line, fault.reason.c_str());
@@ -64,15 +64,15 @@ static bool reload() {
 
 static bool store(const World& world) {
     if (!replaceFile(session.path, worldToJson(world)))
-        return complain(session.path, "the world file cannot be written");
+        return fail(session.path, "the world file cannot be written");
     session.world = world;
-    session.version = versionOf(session.path);
+    session.version = fileStamp(session.path);
     session.readable = true;
     return true;
 }
 
 static bool createIfMissing() {
-    if (versionOf(session.path).exists)
+    if (fileStamp(session.path).exists)
         return true;
     return store(builtinWorld(clockTime()));
 }
@@ -97,16 +97,16 @@ static bool prepare() {
     }
     session = {};
     session.path = realPath(path);
-    return makeDirectoriesFor(path) || complain(session.path, "the world file's directory cannot be made");
+    return makeDirectoriesFor(path) || fail(session.path, "the world file's directory cannot be made");
 }
 
 bool openWorld() {
     if (!prepare())
         return false;
-    if (!versionOf(session.path).exists) {
+    if (!fileStamp(session.path).exists) {
         const Lock lock;
         if (lock.file < 0)
-            return complain(session.path, "the world file cannot be locked");
+            return fail(session.path, "the world file cannot be locked");
         if (!createIfMissing())
             return false;
     }
@@ -136,10 +136,10 @@ int changeWorld(const Change& change) {
     if (lock.file < 0 || !createIfMissing() || !reload())
         return 1;
     World settled = session.world;
-    settle(settled, worldTime(settled));
+    advanceTo(settled, worldTime(settled));
     World changed = settled;
     const int result = change(changed, worldTime(changed));
-    settle(changed, worldTime(changed));
+    advanceTo(changed, worldTime(changed));
     const World& next = result == 0 ? changed : settled;
     if (next == session.world || store(next))
         return result;
@@ -149,15 +149,15 @@ int changeWorld(const Change& change) {
 const World* currentWorld() {
     if (!session.open)
         return nullptr;
-    const bool missing = !versionOf(session.path).exists;
+    const bool missing = !fileStamp(session.path).exists;
     if (!missing && !reload())
         return nullptr;
-    const auto isDue = [] { return settleIsDue(session.world, worldTime(session.world)); };
+    const auto isDue = [] { return hasDueTransitions(session.world, worldTime(session.world)); };
     if (!missing && !isDue())
         return &session.world;
     changeWorld([](World&, std::int64_t) { return 0; });
     if (session.readable && isDue()) // the file cannot be written: time goes on all the same
-        settle(session.world, worldTime(session.world));
+        advanceTo(session.world, worldTime(session.world));
     return session.readable ? &session.world : nullptr;
 }
 

@@ -5,7 +5,7 @@
 
 namespace q5sim {
 
-Shape shapeOf(const LogicalDrive& drive) {
+ArrayGeometry geometryOf(const LogicalDrive& drive) {
     return {drive.level, drive.members.size(), drive.parity, drive.subArrays};
 }
 
@@ -30,7 +30,7 @@ const char* levelName(std::uint8_t level) {
     }
 }
 
-bool shapeIsPossible(const Shape& shape) {
+bool shapeIsPossible(const ArrayGeometry& shape) {
     const std::size_t members = shape.members;
     if (members > kMaxArrayMembers)
         return false;
@@ -55,7 +55,7 @@ bool shapeIsPossible(const Shape& shape) {
     }
 }
 
-std::size_t dataMembers(const Shape& shape) {
+std::size_t dataMembers(const ArrayGeometry& shape) {
     if (!shapeIsPossible(shape))
         return 0;
     switch (shape.level) {
@@ -103,7 +103,7 @@ std::vector<std::size_t> lostMembers(const Controller& controller, const Logical
 }
 
 // Members that lose data together form a group: a mirror pair, a sub array or the whole array.
-static std::size_t groupSize(const Shape& shape) {
+static std::size_t groupSize(const ArrayGeometry& shape) {
     if (shape.level == kRaid10)
         return 2;
     if (shape.level == kRaid50 && shape.subArrays > 0)
@@ -112,14 +112,14 @@ static std::size_t groupSize(const Shape& shape) {
 }
 
 // How many members a group can lose and still give all its data.
-static std::size_t groupSurvives(const Shape& shape) {
+static std::size_t groupSurvives(const ArrayGeometry& shape) {
     if (shape.level == kRaidMf)
         return shape.parity;
     return isRedundant(shape.level) ? 1 : 0;
 }
 
 std::uint8_t functionalStatus(const Controller& controller, const LogicalDrive& drive) {
-    const Shape shape = shapeOf(drive);
+    const ArrayGeometry shape = geometryOf(drive);
     const std::vector<std::size_t> lost = lostMembers(controller, drive);
     if (!drive.active)
         return 0;

@@ -6,21 +6,21 @@
 namespace q5sim {
 
 // The shape of an array, existing or wanted.
-struct Shape {
+struct ArrayGeometry {
     std::uint8_t level = 0;
     std::size_t members = 0;
     std::uint8_t parity = 0;    // RAIDMF
     std::uint8_t subArrays = 0; // RAID50
 };
-Shape shapeOf(const LogicalDrive& drive);
+ArrayGeometry geometryOf(const LogicalDrive& drive);
 
 const char* levelName(std::uint8_t level);
 
 // Whether an array of this level can have so many members.
-bool shapeIsPossible(const Shape& shape);
+bool shapeIsPossible(const ArrayGeometry& shape);
 
 // How many members' worth of space holds data; 0 of an impossible shape.
-std::size_t dataMembers(const Shape& shape);
+std::size_t dataMembers(const ArrayGeometry& shape);
 
 bool isRedundant(std::uint8_t level);
 

@@ -36,7 +36,7 @@ static void addArray(Controller& controller, const char* name, std::uint8_t leve
     array.level = level;
     array.members = std::move(members);
     array.memberSectors = memberMb * kSectorsPerMb;
-    array.sectors = array.memberSectors * dataMembers(shapeOf(array));
+    array.sectors = array.memberSectors * dataMembers(geometryOf(array));
     array.reportedState = kOnline;
     for (std::uint16_t member : array.members)
         useFirstMb(*findDrive(controller, member), array.arrayId, memberMb);

@@ -16,8 +16,8 @@ std::size_t fittingFreeExtent(const Drive& drive, std::uint64_t sectors) {
     return best;
 }
 
-void takeExtent(const Controller& controller, Drive& drive, std::size_t index, std::uint64_t sectors,
-                std::uint16_t arrayId) {
+void allocateExtent(const Controller& controller, Drive& drive, std::size_t index, std::uint64_t sectors,
+                    std::uint16_t arrayId) {
     Extent rest = drive.extents[index];
     Extent& taken = drive.extents[index];
     taken.use = kUseArray;
@@ -30,7 +30,7 @@ void takeExtent(const Controller& controller, Drive& drive, std::size_t index, s
     drive.extents.insert(drive.extents.begin() + static_cast<std::ptrdiff_t>(index) + 1, rest);
 }
 
-static void makeFree(Extent& extent) {
+static void releaseExtent(Extent& extent) {
     extent.use = kUseFree;
     extent.array = kNoArray;
 }
@@ -38,14 +38,14 @@ static void makeFree(Extent& extent) {
 void freeMemberExtent(Drive& drive, std::uint16_t arrayId) {
     for (Extent& extent : drive.extents)
         if (extent.use == kUseArray && extent.array == arrayId)
-            makeFree(extent);
+            releaseExtent(extent);
 }
 
 void freeAllOfArray(Controller& controller, std::uint16_t arrayId) {
     for (Drive& drive : controller.drives)
         for (Extent& extent : drive.extents)
             if (extent.array == arrayId)
-                makeFree(extent);
+                releaseExtent(extent);
 }
 
 bool hasMemberExtent(const Drive& drive, std::uint16_t arrayId) {

@@ -12,8 +12,8 @@ std::size_t fittingFreeExtent(const Drive& drive, std::uint64_t sectors);
 
 // Gives the extent's first sectors to an array; the rest keeps its purpose in an extent of its own,
 // unless it is below one MB or the drive has no room for another extent.
-void takeExtent(const Controller& controller, Drive& drive, std::size_t index, std::uint64_t sectors,
-                std::uint16_t arrayId);
+void allocateExtent(const Controller& controller, Drive& drive, std::size_t index, std::uint64_t sectors,
+                    std::uint16_t arrayId);
 
 // Frees the extent that the array holds on one drive, or all that belongs to it, its spares included.
 void freeMemberExtent(Drive& drive, std::uint16_t arrayId);

@@ -21,25 +21,25 @@ struct RebuildTarget {
 };
 
 // What an array is after its migration.
-struct MigrationGoal {
+struct MigrationTarget {
     std::uint8_t level = 0;
     std::uint32_t stripe = 0;
     std::uint8_t parity = 0;
     std::uint8_t subArrays = 0;
     std::vector<std::uint16_t> members;
-    bool operator==(const MigrationGoal&) const = default;
+    bool operator==(const MigrationTarget&) const = default;
 };
 
 struct Activity {
     std::uint8_t kind = 0; // one ActivityBit; 0: none
     bool paused = false;
-    std::int64_t since = 0; // while it runs: when doneMb was true
-    std::uint64_t doneMb = 0;
+    std::int64_t since = 0; // while it runs: when completedMb was true
+    std::uint64_t completedMb = 0;
     std::uint64_t totalMb = 1;
     std::uint8_t initType = 0;          // of an initialisation: 1 quick, 2 foreground, 4 background
     bool noFix = false;                 // of a redundancy check
     std::vector<RebuildTarget> targets; // of a rebuild
-    MigrationGoal goal;                 // of a migration
+    MigrationTarget goal;               // of a migration
     bool operator==(const Activity&) const = default;
 };
 
@@ -62,7 +62,7 @@ struct LogicalDrive {
     std::uint16_t lookahead = 4;
     bool active = true;
     bool synchronized = true;
-    bool rebuildHeld = false; // stopped by the user: does not start by itself again
+    bool autoRebuildInhibited = false; // stopped by the user: does not start by itself again
     std::uint32_t inconsistencies = 0;
     std::uint8_t reportedState = kStateNotReported; // functional status of the last event
     std::vector<std::uint16_t> members;

@@ -1,8 +1,8 @@
 // Whether the parts of a world agree: what a hand-edited file can get wrong beyond single values.
 #include <algorithm>
 
-#include "simulator/world/array_rules.h"
 #include "simulator/file/world_json.h"
+#include "simulator/world/array_rules.h"
 
 namespace q5sim {
 
@@ -104,19 +104,19 @@ static void checkActivity(const LogicalDrive& array, const JsonPath& path) {
         throw WorldError{below(here, "kind"), "this activity is unknown"};
     checkTargets(array, here);
     checkMembers(activity.goal.members, below(here, "goal"));
-    const MigrationGoal& goal = activity.goal;
+    const MigrationTarget& goal = activity.goal;
     const bool keepsMembers = goal.members.size() >= array.members.size() &&
                               std::equal(array.members.begin(), array.members.end(), goal.members.begin());
-    const Shape wanted = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
+    const ArrayGeometry wanted = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
     if (activity.kind == kMigrating &&
         (!keepsMembers || !shapeIsPossible(wanted) || !stripeIsPossible(goal.stripe)))
         throw WorldError{below(here, "goal"), "no array can become this"};
 }
 
 static void checkArray(const LogicalDrive& array, const JsonPath& path) {
-    if (!shapeIsPossible(shapeOf(array)))
+    if (!shapeIsPossible(geometryOf(array)))
         throw WorldError{below(path, "level"), "this level cannot have these members, parity and subArrays"};
-    const std::size_t data = dataMembers(shapeOf(array));
+    const std::size_t data = dataMembers(geometryOf(array));
     if (array.sectors > array.memberSectors * data)
         throw WorldError{below(path, "sectors"), "the members do not give so much space"};
     checkMembers(array.members, path);

@@ -22,11 +22,11 @@ struct Extent {
     bool operator==(const Extent&) const = default;
 };
 
-// A running patrol has done doneMb at the time since; the rest follows from the clock.
+// A running patrol has done completedMb at the time since; the rest follows from the clock.
 struct Patrol {
     std::uint16_t state = 0; // MediaPatrolState, 0: idle
     std::int64_t since = 0;
-    std::uint64_t doneMb = 0;
+    std::uint64_t completedMb = 0;
     std::uint16_t loops = 0;
     std::uint16_t errors = 0;
     bool operator==(const Patrol&) const = default;

@@ -22,8 +22,9 @@ TEST_F(ScriptedAdapter, FailsForAnotherOperation) {
 TEST_F(ScriptedAdapter, FailsForOtherBytes) {
     expectCall("q5_discover", bytesOf(1));
     EXPECT_NONFATAL_FAILURE(q5_discover(0x101), "first difference at byte 1");
-    expectCall("q5_locatePhyDrv", bytesOf(at(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{10}));
-    EXPECT_NONFATAL_FAILURE(q5_locatePhyDrv(at(0), 0, 2, 10), "first difference at byte 12");
+    expectCall("q5_locatePhyDrv",
+               bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{10}));
+    EXPECT_NONFATAL_FAILURE(q5_locatePhyDrv(hbaAddress(0), 0, 2, 10), "first difference at byte 12");
 }
 
 TEST_F(ScriptedAdapter, FailsForACallThatDoesNotCome) {
@@ -46,15 +47,15 @@ TEST_F(ScriptedAdapter, WritesNoFurtherThanTheSizeSays) {
     std::uint8_t buffer[4] = {1, 1, 1, 1};
     expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{}, 2), {5, 6, 7, 8});
     const PhyDrvQuery query = {};
-    q5_getPhyDrvInfo(at(0), 0, &query, buffer, 2);
+    q5_getPhyDrvInfo(hbaAddress(0), 0, &query, buffer, 2);
     EXPECT_EQ(bytesOf(buffer), (Bytes{5, 6, 1, 1}));
 }
 
 TEST_F(ScriptedAdapter, ComparesTextsWithTheirNul) {
     int setting = 0;
-    expectCall("q5_getDataTransferSpeed", bytesOf(at(0), std::uint32_t{0}, "DISK 1", "F1", std::uint32_t{4}),
-               bytesOf(9));
-    q5_getDataTransferSpeed(at(0), 0, "DISK 1", "F1", &setting, 4);
+    expectCall("q5_getDataTransferSpeed",
+               bytesOf(hbaAddress(0), std::uint32_t{0}, "DISK 1", "F1", std::uint32_t{4}), bytesOf(9));
+    q5_getDataTransferSpeed(hbaAddress(0), 0, "DISK 1", "F1", &setting, 4);
     EXPECT_EQ(setting, 9);
 }
 
@@ -62,7 +63,7 @@ TEST_F(ScriptedAdapter, FillsTheEventQueryBeforeTheEvents) {
     EventQuery query = {-1, 5};
     std::uint8_t reply[3] = {};
     expectCall("q5_getHBAEvents", asks(1, query, 2), joined({bytesOf(EventQuery{-1, 3}), {7, 8, 9}}));
-    q5_getHBAEvents(at(1), 0, &query, reply, 2);
+    q5_getHBAEvents(hbaAddress(1), 0, &query, reply, 2);
     EXPECT_EQ(query.count, 3u);
     EXPECT_EQ(bytesOf(reply), (Bytes{7, 8, 9}));
 }
@@ -70,6 +71,6 @@ TEST_F(ScriptedAdapter, FillsTheEventQueryBeforeTheEvents) {
 TEST_F(ScriptedAdapter, SurvivesNullPointers) {
     expectCall("q5_initialize", {});
     EXPECT_EQ(q5_initialize(nullptr), 0);
-    expectCall("q5_getDriverInfo", bytesOf(at(0), std::uint32_t{0}), {1, 2, 3});
-    EXPECT_EQ(q5_getDriverInfo(at(0), 0, nullptr), 0);
+    expectCall("q5_getDriverInfo", bytesOf(hbaAddress(0), std::uint32_t{0}), {1, 2, 3});
+    EXPECT_EQ(q5_getDriverInfo(hbaAddress(0), 0, nullptr), 0);
 }

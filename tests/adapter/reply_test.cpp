@@ -46,7 +46,7 @@ TEST(FieldText, EndsAtItsNul) {
     struct {
         char text[6] = {'a', 'b', '\0', 'c', 'd', 'e'};
     } record;
-    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_TEXT(record.text)); }), "<ab>");
+    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<ab>");
 }
 
 TEST(FieldText, EndsWithItsFieldWhenUnterminated) {
@@ -54,7 +54,7 @@ TEST(FieldText, EndsWithItsFieldWhenUnterminated) {
         char text[4] = {'a', 'b', 'c', 'd'};
         char next[4] = {'n', 'e', 'x', 't'};
     } record;
-    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_TEXT(record.text)); }), "<abcd>");
+    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<abcd>");
 }
 
 TEST(Extents, AreAsManyAsTheDriveClaims) {
@@ -93,7 +93,7 @@ TEST(BoundedMemberCount, StopsAtTheLastMemberPlace) {
 }
 
 TEST(ControllerAddress, CarriesTheLowSixteenBitsOfTheId) {
-    EXPECT_EQ(bytesOf(at(1)), (Bytes{1, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(bytesOf(at(0xFFFFFFFF)), (Bytes{0xFF, 0xFF, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(bytesOf(at(0x10002)), (Bytes{2, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bytesOf(hbaAddress(1)), (Bytes{1, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bytesOf(hbaAddress(0xFFFFFFFF)), (Bytes{0xFF, 0xFF, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bytesOf(hbaAddress(0x10002)), (Bytes{2, 0, 0, 0, 0, 0, 0, 0}));
 }

@@ -35,8 +35,8 @@ static void printDrive(const PhyDrvInfo& drive) {
     std::puts("****************************");
     std::printf("Disk ID : %d\n", drive.driveId + 1);
     std::printf("Channel# : %d\n", drive.channel);
-    std::printf("Disk name : %.*s\n", FIELD_TEXT(drive.model));
-    std::printf("Firmware version : %.*s\n", FIELD_TEXT(drive.firmware));
+    std::printf("Disk name : %.*s\n", FIELD_PRINTF_ARGS(drive.model));
+    std::printf("Firmware version : %.*s\n", FIELD_PRINTF_ARGS(drive.firmware));
     std::printf("Disk size : %.2f MB\n", megabytes(drive.capacity));
     std::printf("Number of cylinders : %d\n", drive.cylinders);
     std::printf("Number of heads : %d\n", drive.heads);
@@ -57,7 +57,7 @@ static void printDrive(const PhyDrvInfo& drive) {
 static void printLogDrv(const LogDrvInfo& drive) {
     std::puts("*******************************");
     std::printf("Array ID : %d\n", drive.logDrvId);
-    std::printf("Array name : %.*s\n", FIELD_TEXT(drive.name));
+    std::printf("Array name : %.*s\n", FIELD_PRINTF_ARGS(drive.name));
     std::printf("Array size : %.2f MB\n", megabytes(drive.sectorCount));
     std::printf("Array stripe size in number of blocks : %d\n", static_cast<int>(drive.stripeBlocks));
     std::printf("Array sector size : %d\n", static_cast<int>(drive.sectorSize));
@@ -74,7 +74,7 @@ static void printLogDrv(const LogDrvInfo& drive) {
 
 static void printEvent(const HBAEvent& event) {
     std::printf("EventID: 0x%x \n", event.eventId);
-    std::printf("Event Desciption: %.*s\n", FIELD_TEXT(event.description));
+    std::printf("Event Desciption: %.*s\n", FIELD_PRINTF_ARGS(event.description));
 }
 
 // Everything of the records is made before the first is printed, and always all of them: what another

@@ -29,7 +29,7 @@ static void printExportedDrive(int index, int controller, const PhyDrvSettings& 
 
 static void printSizes(const LogDrvInfo& drive) {
     std::printf("%s ", "<LogDrvName>");
-    std::printf("%.*s", FIELD_TEXT(drive.name));
+    std::printf("%.*s", FIELD_PRINTF_ARGS(drive.name));
     std::printf("\n");
     std::printf("%s ", "<LogDrvSize>");
     std::printf("%.4f", static_cast<double>(drive.sectorCount * 512) / 1000000);

@@ -27,7 +27,7 @@ class ActivityStarts : public Scripted, public testing::WithParamInterface<Start
 protected:
     void expectStart(const LogDrvInfo& drive, int result) const {
         expectCall(GetParam().operation,
-                   joined({bytesOf(at(2), std::uint32_t{0}), GetParam().request,
+                   joined({bytesOf(hbaAddress(2), std::uint32_t{0}), GetParam().request,
                            GetParam().withRecord ? bytesOf(drive) : Bytes()}),
                    {}, result);
     }

@@ -21,7 +21,7 @@ static Bytes batteryOf(std::uint16_t temperature, std::uint16_t voltage, std::ui
     return bytesOf(info);
 }
 
-static void expectQuestion(std::uint32_t controller, const Bytes& reply, int result = 0) {
+static void expectQuery(std::uint32_t controller, const Bytes& reply, int result = 0) {
     expectCall("q5_getBatteryInfo", asks(controller, BatteryQuery{0, 0}, 112), reply, result);
 }
 
@@ -31,7 +31,7 @@ static const std::string kVoltage = "  Battery Voltage - 12.600000 V\n";
 
 TEST_F(BatteryCommand, ShowsTheBatteryOfTheFirstController) {
     for (const int result : {0, -1}) {
-        expectQuestion(0, batteryOf(3132, 12600, 0x82), result);
+        expectQuery(0, batteryOf(3132, 12600, 0x82), result);
         EXPECT_EQ(told("battery"), kHead + kWarm + kVoltage + "  Battery Status - Fully charged\n\n");
     }
 }
@@ -51,7 +51,7 @@ TEST_F(BatteryCommand, ShowsTheStateInTheLowSevenBits) {
         {0xC0, ""},
     };
     for (const auto& [status, line] : states) {
-        expectQuestion(0, batteryOf(3132, 12600, status));
+        expectQuery(0, batteryOf(3132, 12600, status));
         EXPECT_EQ(told("battery"), kHead + kWarm + kVoltage + line + "\n") << int{status};
     }
 }
@@ -70,7 +70,7 @@ TEST_F(BatteryCommand, ShowsATemperatureOnlyWithinItsRange) {
         {65535, out},
     };
     for (const auto& [temperature, line] : temperatures) {
-        expectQuestion(0, batteryOf(temperature, 12600, 0x85));
+        expectQuery(0, batteryOf(temperature, 12600, 0x85));
         EXPECT_EQ(told("battery"), kHead + line + kVoltage + "\n") << temperature;
     }
 }
@@ -83,15 +83,15 @@ TEST_F(BatteryCommand, ShowsAVoltageUnlessThereIsNoReading) {
         {65535, "  Battery Voltage - 65.535004 V\n"},
     };
     for (const auto& [voltage, line] : voltages) {
-        expectQuestion(0, batteryOf(3132, voltage, 0x85));
+        expectQuery(0, batteryOf(3132, voltage, 0x85));
         EXPECT_EQ(told("battery"), kHead + kWarm + line + "\n") << voltage;
     }
 }
 
 TEST_F(BatteryCommand, MissesABatteryWhoseStatusIsZero) {
-    expectQuestion(0, batteryOf(3132, 12600, 0));
+    expectQuery(0, batteryOf(3132, 12600, 0));
     EXPECT_EQ(told("battery"), "5: No battery exists in controller with ID 0!\n");
-    expectQuestion(0, {}, 1);
+    expectQuery(0, {}, 1);
     EXPECT_EQ(told("battery"), "5: No battery exists in controller with ID 0!\n");
 }
 
@@ -103,13 +103,13 @@ TEST_F(BatteryCommand, RefusesTheOptionThatItIsCalledWith) {
 }
 
 TEST_F(BatteryCommand, TakesAnyOtherOptionForTheController) {
-    expectQuestion(2, batteryOf(0, 0xCCCC, 0x80));
+    expectQuery(2, batteryOf(0, 0xCCCC, 0x80));
     EXPECT_EQ(told("battery -x 2"), "0: Battery Information of controller with ID 2:\n"
                                     "  Battery Temperature out of range.\n  Can not get Voltage.\n"
                                     "  Battery Status - Charging\n\n");
-    expectQuestion(3, {});
+    expectQuery(3, {});
     EXPECT_EQ(told("battery a 1 b 3"), "5: No battery exists in controller with ID 3!\n");
-    expectQuestion(0, {});
+    expectQuery(0, {});
     EXPECT_EQ(told("battery -c 65536"), "5: No battery exists in controller with ID 65536!\n");
     EXPECT_EQ(told("battery list x"), "6: Invalid controller ID 'x' specified\n");
     EXPECT_EQ(told("battery list x -i 0"), "6: Invalid controller ID 'x' specified\n");
@@ -117,13 +117,13 @@ TEST_F(BatteryCommand, TakesAnyOtherOptionForTheController) {
 }
 
 TEST_F(BatteryCommand, LooksAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
-    expectQuestion(4, {});
+    expectQuery(4, {});
     EXPECT_EQ(run(ListBatteryInfo, typed("battery list"), {"4"}).result, 5);
     std::vector<std::string> words(16, "1");
     EXPECT_EQ(run(ListBatteryInfo, words).output, "Invalid controller ID '' specified\n");
 }
 
 TEST_F(BatteryCommand, ShowsTheFirstControllersBatteryForNoWordsAtAll) {
-    expectQuestion(0, {});
+    expectQuery(0, {});
     EXPECT_EQ(run(ListBatteryInfo, {}, {"battery", "-i", "1"}).result, 5);
 }

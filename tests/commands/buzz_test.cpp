@@ -11,14 +11,14 @@ static std::string told(int (*function)(int, char**), const std::string& line) {
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 
-static void expectQuestion(std::uint32_t controller, std::uint8_t state, int result = 0) {
-    expectCall("q5_getBuzzerStatus", bytesOf(at(controller), std::uint32_t{0}, std::uint32_t{1}), {state},
-               result);
+static void expectQuery(std::uint32_t controller, std::uint8_t state, int result = 0) {
+    expectCall("q5_getBuzzerStatus", bytesOf(hbaAddress(controller), std::uint32_t{0}, std::uint32_t{1}),
+               {state}, result);
 }
 
 static void expectQuestions(std::uint32_t first, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i)
-        expectQuestion(first + i, 0);
+        expectQuery(first + i, 0);
 }
 
 static const std::string kHead = "CtrlId    Status\n";
@@ -33,17 +33,17 @@ TEST_F(Buzz, ListsFourControllersWhateverTheSystemHas) {
 }
 
 TEST_F(Buzz, ShowsEachStateAndWhatIsUnknown) {
-    expectQuestion(0, 1);
-    expectQuestion(1, 0x80);
-    expectQuestion(2, 1, 1);
-    expectQuestion(3, 0, -1);
+    expectQuery(0, 1);
+    expectQuery(1, 0x80);
+    expectQuery(2, 1, 1);
+    expectQuery(3, 0, -1);
     EXPECT_EQ(told(ListBuzzStatus, "buzz"), "0: " + kHead +
                                                 "     0   enabled\n     1   enabled\n"
                                                 "     2   Unknown\n     3   Unknown\n");
 }
 
 TEST_F(Buzz, AStateThatDoesNotComeIsOff) {
-    expectCall("q5_getBuzzerStatus", bytesOf(at(3), std::uint32_t{0}, std::uint32_t{1}));
+    expectCall("q5_getBuzzerStatus", bytesOf(hbaAddress(3), std::uint32_t{0}, std::uint32_t{1}));
     EXPECT_EQ(told(ListBuzzStatus, "buzz -i 3 -c 1"), "0: " + kHead + "     3  disabled\n");
 }
 
@@ -79,7 +79,7 @@ TEST_F(Buzz, ListsNothingForBadOptions) {
 }
 
 TEST_F(Buzz, LooksAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
-    expectQuestion(7, 0);
+    expectQuery(7, 0);
     EXPECT_EQ(run(ListBuzzStatus, typed("buzz -c 1 -i"), {"7"}).output, kHead + "     7  disabled\n");
     std::vector<std::string> words = typed("buzz -a list");
     words.resize(15, "3");
@@ -121,8 +121,8 @@ static const Switch kSwitches[] = {
 TEST_F(Buzz, IsSwitchedByTheThirdWord) {
     for (const Switch& given : kSwitches)
         for (const int result : {0, 1, -1}) {
-            expectCall(given.operation, bytesOf(at(given.controller), std::uint32_t{0}, std::uint32_t{0}), {},
-                       result);
+            expectCall(given.operation,
+                       bytesOf(hbaAddress(given.controller), std::uint32_t{0}, std::uint32_t{0}), {}, result);
             EXPECT_EQ(told(SetBuzzSettings, given.line), "0: ") << given.line;
         }
 }

@@ -22,14 +22,14 @@ inline void expectControllerCount(std::uint32_t count) {
 }
 
 inline void expectDriverInfo(std::uint32_t controller, const VersionNumber& version) {
-    expectCall("q5_getDriverInfo", bytesOf(at(controller), std::uint32_t{0}), bytesOf(version));
+    expectCall("q5_getDriverInfo", bytesOf(hbaAddress(controller), std::uint32_t{0}), bytesOf(version));
 }
 
 // The calls that a listing makes for one controller; result is what each of them returns.
 inline void expectController(std::uint32_t controller, const ControllerReplies& replies, int result = 0) {
     const ControllerQuery general = {controller, 1, 0, {}}, version = {controller, 1, 2, {}};
-    expectCall("q5_getDiscoverPath", bytesOf(at(controller), std::uint32_t{656}), bytesOf(replies.path),
-               result);
+    expectCall("q5_getDiscoverPath", bytesOf(hbaAddress(controller), std::uint32_t{656}),
+               bytesOf(replies.path), result);
     expectCall("q5_getControllerInfo", asks(controller, general, 432), bytesOf(replies.info), result);
     expectCall("q5_getControllerInfo", asks(controller, version, 88), bytesOf(replies.version), result);
     expectCall("q5_getControllerSettings", asks(controller, general, 88), bytesOf(replies.settings), result);

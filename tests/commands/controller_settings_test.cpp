@@ -34,9 +34,10 @@ static void expectRead(std::uint32_t controller) {
 }
 
 static void expectWritten(std::uint32_t controller, const ControllerSettings& settings, int result = 0) {
-    expectCall("q5_setControllerSettings",
-               bytesOf(at(controller), std::uint32_t{0}, queryOf(controller), settings, std::uint32_t{88}),
-               {}, result);
+    expectCall(
+        "q5_setControllerSettings",
+        bytesOf(hbaAddress(controller), std::uint32_t{0}, queryOf(controller), settings, std::uint32_t{88}),
+        {}, result);
 }
 
 // The text is accepted, and the whole record goes back with these settings.

@@ -99,7 +99,7 @@ TEST_F(ControllerListing, ShowsWideAndNegativeNumbersWhole) {
 
 TEST_F(ControllerListing, GoesByTheRepliesAndNotByTheResults) {
     expectCall("q5_getNumberOfHBA", {}, bytesOf(std::uint32_t{1}), 1);
-    expectCall("q5_getDriverInfo", bytesOf(at(0), std::uint32_t{0}), bytesOf(driver2_0_0_15), 1);
+    expectCall("q5_getDriverInfo", bytesOf(hbaAddress(0), std::uint32_t{0}), bytesOf(driver2_0_0_15), 1);
     expectController(0, busyController(), 1);
     expectOutcome(run(ListControllerInfo, {"ctrl"}), 0, std::string(header) + rowOf(" 0", busyRow));
 }

@@ -8,7 +8,7 @@ using Creation = Scripted;
 static void expectAddition(std::uint32_t controller, std::uint8_t origin, int result) {
     CreateArrayRequest request = plainRequest();
     request.origin = origin;
-    expectCall("q5_addHBAArray", bytesOf(at(controller), std::uint32_t{0}, request), {}, result);
+    expectCall("q5_addHBAArray", bytesOf(hbaAddress(controller), std::uint32_t{0}, request), {}, result);
 }
 
 TEST_F(Creation, IsSentWithItsOrigin) {
@@ -49,10 +49,11 @@ TEST_F(Creation, ActivationTakesThreeWords) {
 
 TEST_F(Creation, ActivationTakesOneNumberForArrayAndController) {
     for (const int result : {0, 1}) {
-        expectCall("q5_activateLogDrv", bytesOf(at(3), std::uint32_t{0}, std::uint16_t{3}), {}, result);
+        expectCall("q5_activateLogDrv", bytesOf(hbaAddress(3), std::uint32_t{0}, std::uint16_t{3}), {},
+                   result);
         EXPECT_EQ(told(ActivateArray, "logdrv activate 3"), kDoneSilently);
     }
-    expectCall("q5_activateLogDrv", bytesOf(at(4464), std::uint32_t{0}, std::uint16_t{4464}));
+    expectCall("q5_activateLogDrv", bytesOf(hbaAddress(4464), std::uint32_t{0}, std::uint16_t{4464}));
     EXPECT_EQ(told(ActivateArray, "logdrv activate 70000"), kDoneSilently);
     EXPECT_EQ(told(ActivateArray, "logdrv activate x"), "6: Invalid array ID 'x' specified\n");
 }

@@ -30,7 +30,7 @@ static int parse(int wordCount, char** words) {
 }
 
 // Parses a creation from drives 1 and 2.
-static std::string toldText(const std::string& text) {
+static std::string outcomeOfText(const std::string& text) {
     return told(parse, addWords({"-p", "1 2"}, text));
 }
 
@@ -49,7 +49,7 @@ static CreateArrayRequest with(Field CreateArrayRequest::*field, Value value) {
 }
 
 TEST_F(Creation, StartsFromDefaults) {
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5"), kParsedTold);
     expectParsed(plainRequest(), "defaults");
     EXPECT_EQ(bytesOf(parsedAddress), Bytes(8, 0));
 }
@@ -98,7 +98,7 @@ TEST_F(Creation, ReadsEveryItem) {
         {",,", plainRequest()},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
             << item.item;
         expectParsed(item.request, item.item);
     }
@@ -121,12 +121,12 @@ TEST_F(Creation, TakesTheFirstKeyThatAnItemHolds) {
         {"shift symmetric=1", with(&CreateArrayRequest::symmetric, 1)},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
             << item.item;
         expectParsed(item.request, item.item);
     }
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=5,paritycnt subarraycnt=3"), kBadTextTold);
-    EXPECT_EQ(toldText("raid=raid0,capacity=5,name=capacity=9"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5,paritycnt subarraycnt=3"), kBadTextTold);
+    EXPECT_EQ(outcomeOfText("raid=raid0,capacity=5,name=capacity=9"), kParsedTold);
     EXPECT_STREQ(parsed.name, "capacity=9");
     EXPECT_EQ(parsed.capacity, 5u);
 }
@@ -147,10 +147,11 @@ TEST_F(Creation, ReadsTheTextAsASavedConfigurationHasIt) {
                            "ParityCnt=3,Symmetric=1,Shift=-2"}),
               kParsedTold);
     expectParsed(request, "parities");
-    EXPECT_EQ(toldText("name=a,raid=RAID50,stripe=64,Capacity=5,init=NONE,Sectorsize=512, SubArrayCnt=2"),
-              kParsedTold);
+    EXPECT_EQ(
+        outcomeOfText("name=a,raid=RAID50,stripe=64,Capacity=5,init=NONE,Sectorsize=512, SubArrayCnt=2"),
+        kParsedTold);
     expectParsed(with(&CreateArrayRequest::raidLevel, 80), "sub arrays");
-    EXPECT_EQ(toldText("Name=a , RAID=raid5, Capacity=5"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("Name=a , RAID=raid5, Capacity=5"), kParsedTold);
     expectParsed(with(&CreateArrayRequest::raidLevel, 5), "blanks and capitals");
 }
 
@@ -173,10 +174,10 @@ TEST_F(Creation, TrimsNamesAndCutsThem) {
     for (const auto& name : names) {
         CreateArrayRequest request = plainRequest();
         std::memcpy(request.name, name.stored.c_str(), name.stored.size() + 1);
-        EXPECT_EQ(toldText("capacity=5,raid=raid0,name=" + name.typed), kParsedTold) << name.typed;
+        EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=" + name.typed), kParsedTold) << name.typed;
         expectParsed(request, name.typed);
     }
-    EXPECT_EQ(toldText("capacity=5,raid=raid0,name=long one,name=a"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=long one,name=a"), kParsedTold);
     expectParsed(plainRequest(), "the second name alone");
 }
 
@@ -188,19 +189,19 @@ TEST_F(Creation, RefusesBadItemsInTheEnd) {
                              "subarraycnt=1", "subarraycnt=3",  "subarraycnt=x", "subarraycnt=258",
                              "paritycnt=1",   "paritycnt=4",    "paritycnt=258", "symmetric=2",
                              "symmetric=-1",  "symmetric=256"}) {
-        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item), kBadTextTold) << item;
-        EXPECT_EQ(toldText(std::string(item) + ",name=a,raid=raid0,capacity=5"), kBadTextTold) << item;
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item), kBadTextTold) << item;
+        EXPECT_EQ(outcomeOfText(std::string(item) + ",name=a,raid=raid0,capacity=5"), kBadTextTold) << item;
     }
 }
 
 TEST_F(Creation, SaysThatAStripeSizeIsIncorrectAndGoesOn) {
     for (const char* size : {"0", "16", "256", "512", "1024", "-64", "", "x"})
-        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,stripe=") + size + ",capacity=5"),
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,stripe=") + size + ",capacity=5"),
                   "1: Incorrect stripe size!\nIncorrect parameters!\n")
             << size;
-    EXPECT_EQ(toldText("stripe=1,stripe=2"),
+    EXPECT_EQ(outcomeOfText("stripe=1,stripe=2"),
               "1: Incorrect stripe size!\nIncorrect stripe size!\nIncorrect parameters!\n");
-    EXPECT_EQ(toldText("stripe=1,raid=no"),
+    EXPECT_EQ(outcomeOfText("stripe=1,raid=no"),
               "1: Incorrect stripe size!\nUnknown RAID level 'no' specified!\n");
 }
 
@@ -218,22 +219,22 @@ TEST_F(Creation, StopsAtAWordThatItsVocabularyLacks) {
         {"Init=FOREGROUND", "1: "},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(toldText(std::string("name=a,raid=raid0,capacity=5,") + item.item), item.told);
-        EXPECT_EQ(toldText(std::string("name,") + item.item + ",raid=other,stripe=1"), item.told);
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), item.told);
+        EXPECT_EQ(outcomeOfText(std::string("name,") + item.item + ",raid=other,stripe=1"), item.told);
     }
 }
 
 TEST_F(Creation, ChecksTheTextsOutcomeInOrder) {
-    EXPECT_EQ(toldText("stripe"), kBadTextTold);
-    EXPECT_EQ(toldText(""), kNoNameTold);
-    EXPECT_EQ(toldText("raid=raid1"), kNoNameTold);
-    EXPECT_EQ(toldText("name=,raid=raid1,capacity=5"), kNoNameTold);
-    EXPECT_EQ(toldText("name=   ,raid=raid1,capacity=5"), kNoNameTold);
-    EXPECT_EQ(toldText("name=a"), kNoLevelTold);
-    EXPECT_EQ(toldText("name=a,capacity=5"), kNoLevelTold);
-    EXPECT_EQ(toldText("name=a,raid=raid0"), kNoSizeTold);
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=0"), kNoSizeTold);
-    EXPECT_EQ(toldText("name=a,raid=raid0,capacity=lots"), kNoSizeTold);
+    EXPECT_EQ(outcomeOfText("stripe"), kBadTextTold);
+    EXPECT_EQ(outcomeOfText(""), kNoNameTold);
+    EXPECT_EQ(outcomeOfText("raid=raid1"), kNoNameTold);
+    EXPECT_EQ(outcomeOfText("name=,raid=raid1,capacity=5"), kNoNameTold);
+    EXPECT_EQ(outcomeOfText("name=   ,raid=raid1,capacity=5"), kNoNameTold);
+    EXPECT_EQ(outcomeOfText("name=a"), kNoLevelTold);
+    EXPECT_EQ(outcomeOfText("name=a,capacity=5"), kNoLevelTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0"), kNoSizeTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=0"), kNoSizeTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=lots"), kNoSizeTold);
     EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", ""}, "name=a,raid=raid0")), kNoSizeTold);
     for (const char* extents : {"0", "0 1 2"})
         EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", extents}, "name=a,raid=raid0")), kUnmatchedTold);
@@ -257,7 +258,7 @@ TEST_F(Creation, ReadsItsOptions) {
     EXPECT_EQ(
         told(parse, {"logdrv", "-a", "add", "-Z", "x", "-P", "1", "-I", "65538", "-E", "4", "-z", text}),
         kParsedTold);
-    EXPECT_EQ(bytesOf(parsedAddress), bytesOf(at(2)));
+    EXPECT_EQ(bytesOf(parsedAddress), bytesOf(hbaAddress(2)));
     EXPECT_EQ(parsed.member[0].extent, 4u);
 }
 

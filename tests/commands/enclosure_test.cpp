@@ -161,7 +161,7 @@ static void expectDrives(std::uint32_t controller, const Bytes& reply, int resul
 }
 
 static void expectBlink(std::uint16_t drive, std::uint32_t seconds, int result = 0) {
-    expectCall("q5_locatePhyDrv", bytesOf(at(1), std::uint32_t{0}, drive, seconds), {}, result);
+    expectCall("q5_locatePhyDrv", bytesOf(hbaAddress(1), std::uint32_t{0}, drive, seconds), {}, result);
 }
 
 TEST_F(EnclosureLocate, BlinksADriveAtEachStepThatMatches) {
@@ -178,7 +178,7 @@ TEST_F(EnclosureLocate, StopsTheBlinkingWithoutADuration) {
     for (const char* line : {"enclosure -a locate -e 3 -i 1", "enclosure -a locate -i 1 -e 3 -s 5 -s 0"}) {
         expectEnclosure(1, 3, 1);
         expectDrives(1, DriveReply(usedBy(1)).place(0, 3, 2).bytes);
-        expectCall("q5_stopLocatePhyDrv", bytesOf(at(1), std::uint32_t{0}, std::uint16_t{2}), {}, 1);
+        expectCall("q5_stopLocatePhyDrv", bytesOf(hbaAddress(1), std::uint32_t{0}, std::uint16_t{2}), {}, 1);
         EXPECT_EQ(told(LocateEnclosure, line), "0: ");
     }
 }

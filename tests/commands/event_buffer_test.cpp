@@ -34,7 +34,7 @@ static std::uint32_t takenId() {
     return event.eventId;
 }
 
-static void bringImage(std::uint32_t position, std::uint32_t count) {
+static void loadImage(std::uint32_t position, std::uint32_t count) {
     g_EventBuffer.position = position;
     g_EventBuffer.count = count;
 }
@@ -90,7 +90,7 @@ TEST_F(AddEvent, KeepsTheCountAt50) {
 }
 
 TEST_F(AddEvent, LandsInASlotAfterATakeThatWrapped) {
-    bringImage(0, 2);
+    loadImage(0, 2);
     takenId(); // leaves the position at the last slot
     EXPECT_EQ(g_EventBuffer.position, 49u);
     store(7, 8);
@@ -145,7 +145,7 @@ TEST_F(GetEvent, TakesTheNeverWrittenSlotAlongFromAFullBuffer) {
 TEST_F(HostileImage, NeverLeadsAStoreOutsideTheSlots) {
     for (const std::uint32_t position : {48u, 49u, 50u, 5000u, 0x7FFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
         g_EventBuffer = {};
-        bringImage(position, 0xFFFFFFFF);
+        loadImage(position, 0xFFFFFFFF);
         store(7, 8);
         EXPECT_EQ(g_EventBuffer.slot[0].eventId, 7u) << position;
         EXPECT_EQ(g_EventBuffer.slot[1].eventId, 8u) << position;
@@ -155,7 +155,7 @@ TEST_F(HostileImage, NeverLeadsAStoreOutsideTheSlots) {
 
 TEST_F(HostileImage, NeverLeadsATakeOutsideTheSlots) {
     for (const std::uint32_t position : {49u, 50u, 5000u, 0x80000000u, 0xFFFFFFFFu}) {
-        bringImage(position, 0xFFFFFFFF);
+        loadImage(position, 0xFFFFFFFF);
         HBAEvent event;
         int taken = 0;
         while (GetEventFromBuffer(&event) && taken < 1000)
@@ -170,7 +170,7 @@ TEST_F(HostileImage, TakesTheLastSlotForAPositionBehindIt) {
     for (const std::uint32_t position : {50u, 51u, 4294967295u}) {
         g_EventBuffer.slot[48].eventId = 1048;
         g_EventBuffer.slot[49].eventId = 1049;
-        bringImage(position, 2);
+        loadImage(position, 2);
         EXPECT_EQ(takenId(), 1049u) << position;
         EXPECT_EQ(takenId(), 1048u) << position;
     }
@@ -178,7 +178,7 @@ TEST_F(HostileImage, TakesTheLastSlotForAPositionBehindIt) {
 
 TEST_F(HostileImage, TakesOneOfTheFiftyForACountAboveThem) {
     for (const std::uint32_t count : {51u, 4294967295u}) {
-        bringImage(0, count);
+        loadImage(0, count);
         takenId();
         EXPECT_EQ(g_EventBuffer.count, 49u) << count;
     }
@@ -186,7 +186,7 @@ TEST_F(HostileImage, TakesOneOfTheFiftyForACountAboveThem) {
 
 TEST_F(HostileImage, NeverCountsMoreThanTheSlots) {
     for (const std::uint32_t count : {51u, 0x80000000u, 0xFFFFFFFFu}) {
-        bringImage(0, count);
+        loadImage(0, count);
         EXPECT_EQ(GetBufferEventCount(), 50u) << count;
     }
 }
@@ -255,7 +255,7 @@ TEST_F(EventFile, IsReadUpToTheBuffersSize) {
 
 TEST_F(EventFile, FillsOnlyItsLength) {
     writeFile(std::string("\x05\0\0\0\x02", 5));
-    bringImage(0x01010101, 0x01010101);
+    loadImage(0x01010101, 0x01010101);
     g_EventBuffer.slot[0].eventId = 4711;
     EXPECT_EQ(ReadEventBufferFromFile(path.c_str(), &g_EventBuffer), 1);
     EXPECT_EQ(g_EventBuffer.position, 5u);
@@ -265,14 +265,14 @@ TEST_F(EventFile, FillsOnlyItsLength) {
 
 TEST_F(EventFile, MayBeEmpty) {
     writeFile("");
-    bringImage(3, 2);
+    loadImage(3, 2);
     EXPECT_EQ(ReadEventBufferFromFile(path.c_str(), &g_EventBuffer), 1);
     EXPECT_EQ(g_EventBuffer.position, 3u);
     EXPECT_EQ(g_EventBuffer.count, 2u);
 }
 
 TEST_F(EventFile, CannotBeReadWhenItIsMissing) {
-    bringImage(3, 2);
+    loadImage(3, 2);
     EXPECT_EQ(ReadEventBufferFromFile(path.c_str(), &g_EventBuffer), 0);
     EXPECT_EQ(ReadEventBufferFromFile((path / "below").c_str(), &g_EventBuffer), 0);
     EXPECT_EQ(g_EventBuffer.position, 3u);
@@ -281,7 +281,7 @@ TEST_F(EventFile, CannotBeReadWhenItIsMissing) {
 
 TEST_F(EventFile, BringsNothingWhenItIsADirectory) {
     fs::create_directory(path);
-    bringImage(3, 2);
+    loadImage(3, 2);
     ReadEventBufferFromFile(path.c_str(), &g_EventBuffer); // systems differ in whether it opens
     EXPECT_EQ(g_EventBuffer.position, 3u);
     EXPECT_EQ(g_EventBuffer.count, 2u);

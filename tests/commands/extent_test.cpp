@@ -276,11 +276,11 @@ static std::string told(const Action& action, const std::string& options) {
 
 static Bytes placement(std::uint32_t controller, std::uint16_t extent, std::uint16_t drive,
                        std::uint16_t logDrv) {
-    return bytesOf(at(controller), std::uint32_t{0}, extent, drive, logDrv, std::uint16_t{0});
+    return bytesOf(hbaAddress(controller), std::uint32_t{0}, extent, drive, logDrv, std::uint16_t{0});
 }
 
 static Bytes reference(std::uint32_t controller, std::uint32_t extent, std::uint32_t drive) {
-    return bytesOf(at(controller), std::uint32_t{0}, extent, drive);
+    return bytesOf(hbaAddress(controller), std::uint32_t{0}, extent, drive);
 }
 
 // What the action hands over for extent 4 on drive 2 of controller 1.

@@ -17,7 +17,7 @@ TEST_F(Init, StartsOnDriveZeroOfControllerZero) {
     request[6] = request[7] = request[8] = request[9] = 0xFF;
     expectLookup(0, 0, driveDoing(0, 0));
     expectCall("q5_startLogDrvInit",
-               joined({bytesOf(at(0), std::uint32_t{0}), request, bytesOf(std::uint32_t{524})}));
+               joined({bytesOf(hbaAddress(0), std::uint32_t{0}), request, bytesOf(std::uint32_t{524})}));
     EXPECT_EQ(told(StartLogDrvInit, "init -a start -l 0 -i 0"),
               "0: Initialization started on Array 0 Type 4\n");
 }

@@ -9,7 +9,7 @@
 inline constexpr std::uint8_t kNoise = 0xA6;
 
 template <typename Record>
-Record noisy() {
+Record patternFilled() {
     Record record;
     std::memset(&record, kNoise, sizeof record);
     return record;
@@ -17,7 +17,7 @@ Record noisy() {
 
 // A drive in the midst of these activities, all else noise.
 inline LogDrvInfo driveDoing(int activities, std::uint16_t logDrvId = 3) {
-    LogDrvInfo drive = noisy<LogDrvInfo>();
+    LogDrvInfo drive = patternFilled<LogDrvInfo>();
     drive.activityStatus = static_cast<std::uint8_t>(activities);
     drive.logDrvId = logDrvId;
     return drive;
@@ -97,7 +97,7 @@ inline void expectProgress(const ProgressRead& read, std::uint32_t controller, s
 // A control operation hands over the address, the reserved 0 and eight bytes that name the drive.
 inline void expectControl(const char* operation, std::uint32_t controller, std::uint32_t logDrvId,
                           std::uint32_t kind = 0, int result = 0) {
-    expectCall(operation, bytesOf(at(controller), std::uint32_t{0}, logDrvId, kind), {}, result);
+    expectCall(operation, bytesOf(hbaAddress(controller), std::uint32_t{0}, logDrvId, kind), {}, result);
 }
 
 // What a command did, as one text: "result: output".

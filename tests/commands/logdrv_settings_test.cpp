@@ -13,8 +13,8 @@ static const std::string kBadLookaheadTold = "1: Invalid parameters defined\n";
 namespace {
 // Settings as read and as written: noise, but for those that a text changes.
 struct Image {
-    ReplyHeader header = noisy<ReplyHeader>();
-    LogDrvSettings settings = noisy<LogDrvSettings>();
+    ReplyHeader header = patternFilled<ReplyHeader>();
+    LogDrvSettings settings = patternFilled<LogDrvSettings>();
 };
 } // namespace
 static_assert(sizeof(Image) == 180);
@@ -27,11 +27,12 @@ static void expectRead(std::uint32_t controller, std::uint32_t logDrvId, const I
 static void expectWritten(std::uint32_t controller, std::uint32_t logDrvId, const Image& image,
                           int result = 0) {
     expectCall("q5_setLogDrvSettings",
-               bytesOf(at(controller), std::uint32_t{0}, LogDrvQuery{logDrvId, 1}, image, std::uint32_t{180}),
+               bytesOf(hbaAddress(controller), std::uint32_t{0}, LogDrvQuery{logDrvId, 1}, image,
+                       std::uint32_t{180}),
                {}, result);
 }
 
-static std::string toldText(const std::string& text) {
+static std::string outcomeOfText(const std::string& text) {
     return told(SetLogDrvSettings, {"logdrv", "-a", "mod", "-l", "3", "-s", text});
 }
 
@@ -39,7 +40,7 @@ static std::string toldText(const std::string& text) {
 static void expectChange(const std::string& text, const Image& before, const Image& after) {
     expectRead(0, 3, before);
     expectWritten(0, 3, after);
-    EXPECT_EQ(toldText(text), kDoneSilently) << text;
+    EXPECT_EQ(outcomeOfText(text), kDoneSilently) << text;
 }
 
 static Image named(const std::string& name) {
@@ -159,7 +160,7 @@ TEST_F(LogDrvMod, RefusesBadItemsInTheEndAndWritesNothing) {
                              "lookahead 5", "consolidation", "consolidation=on", "name", "name x",
                              "name=writepolicy", "consolidation=on,name=x", "lookahead=3,name"}) {
         expectRead(0, 3, Image());
-        EXPECT_EQ(toldText(text), kBadTextTold) << text;
+        EXPECT_EQ(outcomeOfText(text), kBadTextTold) << text;
     }
 }
 
@@ -168,7 +169,7 @@ TEST_F(LogDrvMod, RefusesALookaheadAboveEightAtOnce) {
          {"lookahead=9", "lookahead=70000", "name=x,lookahead=9", "consolidation=on,lookahead=9",
           "lookahead=9,consolidation=on", "lookahead=65537"}) {
         expectRead(0, 3, Image());
-        EXPECT_EQ(toldText(text), kBadLookaheadTold) << text;
+        EXPECT_EQ(outcomeOfText(text), kBadLookaheadTold) << text;
     }
 }
 
@@ -176,7 +177,7 @@ TEST_F(LogDrvMod, DoesNotJudgeTheResultOfWriting) {
     for (const int result : {1, -1}) {
         expectRead(0, 3, Image());
         expectWritten(0, 3, named("x"), result);
-        EXPECT_EQ(toldText("name=x"), kDoneSilently);
+        EXPECT_EQ(outcomeOfText("name=x"), kDoneSilently);
     }
 }
 

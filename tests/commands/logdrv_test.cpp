@@ -18,14 +18,14 @@ static const std::string kHead = "ID    RAID Disks Sectors   Size(MB)          D
 static const std::string kRaid5Row = " 0   RAID5     3     128    1000.00         (1,2,8) data\n";
 
 namespace {
-struct Asked {
+struct ProbeContext {
     const char* line;
     std::uint32_t controller, first, count;
     const char* told;
 };
 } // namespace
 
-static const Asked kAsked[] = {
+static const ProbeContext kAsked[] = {
     {"", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -a", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
@@ -51,7 +51,7 @@ static const Asked kAsked[] = {
 };
 
 TEST_F(LogDrv, ListsWhatItsOptionsName) {
-    for (const Asked& asked : kAsked) {
+    for (const ProbeContext& asked : kAsked) {
         expectListing(asked.controller, asked.first, asked.count, bytesOf(headerOf(64)));
         EXPECT_EQ(told(ListLogDrvInfo, asked.line), asked.told) << asked.line;
     }
@@ -151,37 +151,40 @@ static const std::string kLocateCountTold = "2: Invalid number of parameters for
 
 TEST_F(LogDrv, LocateBlinksForItsDuration) {
     expectLookup(2, 3, driveDoing(0));
-    expectCall("q5_locateLogDrv", bytesOf(at(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}));
+    expectCall("q5_locateLogDrv",
+               bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}));
     EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 30"), kDoneSilently);
     expectLookup(0, 65539, driveDoing(31), 1);
     expectCall("q5_locateLogDrv",
-               bytesOf(at(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{4294967295}));
+               bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{4294967295}));
     EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -D 4294967295 -L 65539"), kDoneSilently);
 }
 
 TEST_F(LogDrv, LocateForNoTimeStopsTheBlinking) {
     for (const char* line : {"logdrv -a locate -l 3 -d 0", "logdrv -a locate -l 1 -l 3"}) {
         expectLookup(0, 3, driveDoing(0));
-        expectCall("q5_stopLocateLogDrv", bytesOf(at(0), std::uint32_t{0}, std::uint16_t{3}));
+        expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}));
         EXPECT_EQ(told(LocateLogDrv, line), kDoneSilently) << line;
     }
 }
 
 TEST_F(LogDrv, LocateTakesTheFirstDriveWhenNoneIsNamed) {
     expectLookup(0, 0, driveDoing(0, 0));
-    expectCall("q5_locateLogDrv", bytesOf(at(0), std::uint32_t{0}, std::uint16_t{0}, std::uint32_t{5}));
+    expectCall("q5_locateLogDrv",
+               bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{0}, std::uint32_t{5}));
     EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -d 9 -d 5"), kDoneSilently);
 }
 
 TEST_F(LogDrv, LocateReportsARefusal) {
     for (const int result : {1, -1}) {
         expectLookup(2, 3, driveDoing(0));
-        expectCall("q5_locateLogDrv", bytesOf(at(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}),
-                   {}, result);
+        expectCall("q5_locateLogDrv",
+                   bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}), {}, result);
         EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 30"),
                   "8: Failed to locate the logical drive with ID 3 in controller #2!\n");
         expectLookup(2, 3, driveDoing(0));
-        expectCall("q5_stopLocateLogDrv", bytesOf(at(2), std::uint32_t{0}, std::uint16_t{3}), {}, result);
+        expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}), {},
+                   result);
         EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 0"),
                   "8: Failed to locate the logical drive with ID 3 in controller #2!\n");
     }

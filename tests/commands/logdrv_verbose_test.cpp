@@ -8,7 +8,7 @@ using LogDrvBlocks = Scripted;
 
 // Settings whose reply header is not looked at.
 static Bytes settingsReply(std::uint8_t cacheFlags, std::uint16_t lookahead, std::uint8_t consolidation) {
-    LogDrvSettings settings = noisy<LogDrvSettings>();
+    LogDrvSettings settings = patternFilled<LogDrvSettings>();
     settings.cacheFlags = cacheFlags;
     settings.lookahead = lookahead;
     settings.consolidation = consolidation;
@@ -16,8 +16,8 @@ static Bytes settingsReply(std::uint8_t cacheFlags, std::uint16_t lookahead, std
 }
 
 static void expectLost(std::uint32_t controller, std::uint8_t logDrvId, std::uint32_t mask, int result = 0) {
-    expectCall("q5_getAryLostDisk", bytesOf(at(controller), std::uint32_t{0}, logDrvId), bytesOf(mask),
-               result);
+    expectCall("q5_getAryLostDisk", bytesOf(hbaAddress(controller), std::uint32_t{0}, logDrvId),
+               bytesOf(mask), result);
 }
 
 static void expectSettings(std::uint32_t controller, std::uint32_t position, const Bytes& reply,
@@ -42,7 +42,7 @@ static const std::string kDriverLines = "Driver Cache Mode: Write Back\n"
                                         "Driver Consolidation: enabled\n";
 
 // Lists one drive verbosely whose members are all there.
-static std::string toldBlock(const LogDrvInfo& drive, const Bytes& settings = settingsReply(0, 4, 1)) {
+static std::string outcomeOfBlock(const LogDrvInfo& drive, const Bytes& settings = settingsReply(0, 4, 1)) {
     expectListing(0, 0, 128, listReply(Drives{drive}));
     expectLost(0, static_cast<std::uint8_t>(drive.logDrvId), 0);
     expectSettings(0, 0, settings);
@@ -50,7 +50,7 @@ static std::string toldBlock(const LogDrvInfo& drive, const Bytes& settings = se
 }
 
 TEST_F(LogDrvBlocks, ShowADrive) {
-    EXPECT_EQ(toldBlock(raid5()), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
+    EXPECT_EQ(outcomeOfBlock(raid5()), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
 }
 
 TEST_F(LogDrvBlocks, ShowNumbersSignedAndTextsBounded) {
@@ -65,7 +65,7 @@ TEST_F(LogDrvBlocks, ShowNumbersSignedAndTextsBounded) {
     std::string members = "(1";
     for (int i = 1; i < 32; ++i)
         members += ",1";
-    EXPECT_EQ(toldBlock(drive, settingsReply(0, 65535, 255)),
+    EXPECT_EQ(outcomeOfBlock(drive, settingsReply(0, 65535, 255)),
               "0: " + kStars + "Array ID : 65535\nArray name : " + std::string(88, 'n') +
                   "\nArray size : 0.00 MB\n"
                   "Array stripe size in number of blocks : -1\n"
@@ -101,7 +101,7 @@ TEST_F(LogDrvBlocks, NameTheFunctionalState) {
     for (const auto& row : rows) {
         LogDrvInfo drive = raid5();
         drive.functionalStatus = static_cast<std::uint8_t>(row.status);
-        EXPECT_EQ(lineOf(toldBlock(drive), "Array functional"), row.line) << row.status;
+        EXPECT_EQ(lineOf(outcomeOfBlock(drive), "Array functional"), row.line) << row.status;
     }
 }
 
@@ -126,7 +126,7 @@ TEST_F(LogDrvBlocks, NameTheCacheModes) {
     for (const auto& row : rows) {
         LogDrvInfo drive = raid5();
         drive.writeCacheMode = row.mode;
-        const std::string block = toldBlock(drive, settingsReply(row.flags, 0, 0));
+        const std::string block = outcomeOfBlock(drive, settingsReply(row.flags, 0, 0));
         EXPECT_EQ(lineOf(block, "Array write"), row.array) << row.mode;
         EXPECT_EQ(lineOf(block, "Driver Cache"), row.driver) << row.mode;
         EXPECT_EQ(lineOf(block, "Driver Look"), "Driver Lookahead threshold: 0");
@@ -138,16 +138,16 @@ TEST_F(LogDrvBlocks, EndWithWhatALevelHasOfItsOwn) {
     LogDrvInfo drive = raid5();
     drive.raidLevel = 80;
     drive.subArrayCount = 255;
-    EXPECT_TRUE(toldBlock(drive).ends_with(kDriverLines + "Array sub array count:255\n"));
+    EXPECT_TRUE(outcomeOfBlock(drive).ends_with(kDriverLines + "Array sub array count:255\n"));
     drive.raidLevel = 96;
     drive.parityCount = 3;
     drive.symmetric = 1;
     drive.shift = -2;
-    EXPECT_TRUE(toldBlock(drive).ends_with(kDriverLines +
-                                           "Array parity count:3\nArray Symmetric:1\nArray Shift:-2\n"));
+    EXPECT_TRUE(outcomeOfBlock(drive).ends_with(kDriverLines +
+                                                "Array parity count:3\nArray Symmetric:1\nArray Shift:-2\n"));
     for (const RaidLevel level : {kRaid0, kRaid1, kJbod, kRaid10}) {
         drive.raidLevel = level;
-        EXPECT_TRUE(toldBlock(drive).ends_with(kDriverLines)) << int{level};
+        EXPECT_TRUE(outcomeOfBlock(drive).ends_with(kDriverLines)) << int{level};
     }
 }
 
@@ -191,7 +191,7 @@ static std::string lostLines(const std::vector<std::uint32_t>& masks) {
 
 TEST_F(LogDrvBlocks, NameNoLostMembersWhereTheAdapterTellsNone) {
     expectListing(0, 0, 128, listReply(Drives{raid5()}));
-    expectCall("q5_getAryLostDisk", bytesOf(at(0), std::uint32_t{0}, std::uint8_t{0}), {}, 1);
+    expectCall("q5_getAryLostDisk", bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint8_t{0}), {}, 1);
     expectSettings(0, 0, settingsReply(0, 4, 1));
     EXPECT_EQ(told(ListLogDrvInfo, "logdrv -v"), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
 }

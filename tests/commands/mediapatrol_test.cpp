@@ -57,7 +57,7 @@ static Bytes found(std::uint16_t id) {
 
 // The operation of an action on drive 2 of controller 1, which answers with this result.
 static void expectOperation(const Action& action, int result) {
-    const Bytes handedOver = bytesOf(at(1), std::uint32_t{0}, DriveSelector{2, 1});
+    const Bytes handedOver = bytesOf(hbaAddress(1), std::uint32_t{0}, DriveSelector{2, 1});
     if (&action == &kList)
         expectCall(action.operation, joined({handedOver, bytesOf(std::uint32_t{124})}), {}, result);
     else

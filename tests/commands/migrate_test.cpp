@@ -24,7 +24,7 @@ static LogDrvInfo driveAt(std::uint8_t raidLevel, std::uint32_t stripeBlocks = 6
 }
 
 static void expectRequest(const MigrateRequest& request, int result = 0) {
-    expectCall("q5_migrateHBAArray", bytesOf(at(2), std::uint32_t{0}, request), {}, result);
+    expectCall("q5_migrateHBAArray", bytesOf(hbaAddress(2), std::uint32_t{0}, request), {}, result);
 }
 
 // A request for drive 3 without members.
@@ -40,7 +40,8 @@ static MigrateRequest requestFor(std::uint16_t raidLevel, std::uint16_t stripeSi
 }
 
 // A start on drive 3 of controller 2 with this text behind these options.
-static std::string toldStart(const std::string& text, const Words& options = {}, const Words& stale = {}) {
+static std::string outcomeOfStart(const std::string& text, const Words& options = {},
+                                  const Words& stale = {}) {
     Words words = {"migrate", "-a", "start", "-l", "3", "-i", "2"};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), {"-s", text});
@@ -111,14 +112,14 @@ TEST_F(Migrate, ReadsLevelStripeAndCountFromItsText) {
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
         expectRequest(start.request);
-        EXPECT_EQ(toldStart(start.text), kStartedTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kStartedTold) << start.text;
     }
 }
 
 TEST_F(Migrate, KeepsAsMuchOfTheStripeAsTheRequestHolds) {
     expectLookup(2, 3, driveAt(5, 70000));
     expectRequest(requestFor(5, 4464));
-    EXPECT_EQ(toldStart("raid=raid5"), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid5"), kStartedTold);
 }
 
 TEST_F(Migrate, RefusesALowerLevel) {
@@ -129,7 +130,7 @@ TEST_F(Migrate, RefusesALowerLevel) {
                   {16, "raid=raid1,count=9"}, {5, "raid=raid10"}, {96, "raid=raid0"}};
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
-        EXPECT_EQ(toldStart(start.text), kDownwardsTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kDownwardsTold) << start.text;
     }
 }
 
@@ -144,33 +145,33 @@ TEST_F(Migrate, AsksForACountThatFitsTheLevel) {
         {80, "stripe=64"},           {5, "raid=raid50,count=2,count=5"}, {5, "raid=raid50,count=258"}};
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
-        EXPECT_EQ(toldStart(start.text), kCountTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kCountTold) << start.text;
     }
 }
 
 TEST_F(Migrate, GoesOnAfterAnUnknownLevel) {
     expectLookup(2, 3, driveAt(0));
-    EXPECT_EQ(toldStart("raid=raid 5"),
+    EXPECT_EQ(outcomeOfStart("raid=raid 5"),
               "1: Unknown RAID level 'raid 5' specified!\n"
               "Error: migrate only support from low level raid to high level raid\n");
     expectLookup(2, 3, driveAt(10));
     expectRequest(requestFor(255));
-    EXPECT_EQ(toldStart("raid=none"),
+    EXPECT_EQ(outcomeOfStart("raid=none"),
               "0: Unknown RAID level 'none' specified!\nMigration is started on Array 3.\n");
-    EXPECT_EQ(toldStart("raid=,x=1"),
+    EXPECT_EQ(outcomeOfStart("raid=,x=1"),
               "1: Unknown RAID level '' specified!\nInvalid parameters for \"ctrl\"!\n");
 }
 
 TEST_F(Migrate, StopsAtTheFirstItemItDoesNotKnow) {
     for (const char* text : {"RAID=raid5", "raid=raid5,Stripe=128", "raid=raid50,COUNT=2", "name=x", "x=raid",
                              "", "raid=raid5,", ",raid=raid5", "raid=raid5,,stripe=64", "raid,x", "=raid"})
-        EXPECT_EQ(toldStart(text), kUnknownItemTold) << text;
+        EXPECT_EQ(outcomeOfStart(text), kUnknownItemTold) << text;
 }
 
 TEST_F(Migrate, RefusesATextThatLacksAnEqualsSign) {
     for (const char* text :
          {"raid", "raid raid5", "raid=raid5,stripe", "count", "stripe,raid=raid5", "raid=raid5,count 2"})
-        EXPECT_EQ(toldStart(text), kBadTextTold) << text;
+        EXPECT_EQ(outcomeOfStart(text), kBadTextTold) << text;
 }
 
 TEST_F(Migrate, NeedsBothIds) {
@@ -187,7 +188,7 @@ TEST_F(Migrate, TakesTheFirstDriveOfTheFirstController) {
     MigrateRequest request = requestFor(5, 32);
     request.logDrvId = 0;
     expectLookup(0, 0, drive);
-    expectCall("q5_migrateHBAArray", bytesOf(at(0), std::uint32_t{0}, request));
+    expectCall("q5_migrateHBAArray", bytesOf(hbaAddress(0), std::uint32_t{0}, request));
     EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -l 0 -i 0 -s raid=raid5,stripe=32"),
               "0: Migration is started on Array 0.\n");
 }
@@ -199,11 +200,11 @@ TEST_F(Migrate, ChecksOptionsThenTextThenIdsThenTheDrive) {
     LogDrvInfo busy = driveAt(5);
     busy.activityStatus = 8;
     expectLookup(2, 3, busy);
-    EXPECT_EQ(toldStart("raid=raid0"), kDownwardsTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid0"), kDownwardsTold);
     expectLookup(2, 3, busy);
-    EXPECT_EQ(toldStart("raid=raidmf"), kCountTold);
+    EXPECT_EQ(outcomeOfStart("raid=raidmf"), kCountTold);
     expectLookup(2, 3, busy);
-    EXPECT_EQ(toldStart("raid=raid5"), kDoneSilently);
+    EXPECT_EQ(outcomeOfStart("raid=raid5"), kDoneSilently);
 }
 
 // A request to RAID5 whose members are these.
@@ -234,7 +235,7 @@ TEST_F(Migrate, NamesItsMembers) {
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(0));
         expectRequest(requestWith(start.members));
-        EXPECT_EQ(toldStart("raid=raid5", start.options), kStartedTold)
+        EXPECT_EQ(outcomeOfStart("raid=raid5", start.options), kStartedTold)
             << testing::PrintToString(start.options);
     }
 }
@@ -246,7 +247,7 @@ TEST_F(Migrate, TakesSixteenMembers) {
     expectLookup(2, 3, driveAt(0));
     expectRequest(requestWith(members));
     const std::string ids = "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20";
-    EXPECT_EQ(toldStart("raid=raid5", {"-p", ids, "-e", ids}), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid5", {"-p", ids, "-e", ids}), kStartedTold);
 }
 
 TEST_F(Migrate, TakesTheLastWordForTheText) {

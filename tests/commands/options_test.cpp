@@ -28,12 +28,12 @@ static int readEveryKind(int wordCount, char** words) {
         numberOption("-i", "controller ID", &seen.controller, Result::badId, &seen.controllerGiven),
         countOption("-c", "drive count", &seen.count, 16),
         driveOption("-p", "physical drive ID", &seen.drive, &seen.single),
-        looseOption("-o", &seen.loose),
+        atoiOption("-o", &seen.loose),
         listOption("-e", &seen.list),
         driveListOption("-d", &seen.drives),
         listOption("-l", &seen.shortList),
         textOption("-t", &seen.text),
-        skippedOption("-s"),
+        ignoredOption("-s"),
     };
     return readOptions(wordCount, words, firstOption(wordCount, words), options, "No such option",
                        &seen.stoppedAt);

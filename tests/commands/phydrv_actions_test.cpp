@@ -54,10 +54,10 @@ TEST_F(PhyDrvAction, WritesTheWholeRecordBackWithOneFieldChangedPerItem) {
     for (const Change& change : changes) {
         const PhyDrvSettings wanted = noisySettings(change.writeCache, change.tcq, change.ncq);
         expectRead(noisySettings(7, 7, 7));
-        expectCall(
-            "q5_setPhyDrvSettings",
-            bytesOf(at(1), std::uint32_t{0}, PhyDrvSelector{2, 1, 1, {}}, noise, wanted, std::uint32_t{80}),
-            {}, 8);
+        expectCall("q5_setPhyDrvSettings",
+                   bytesOf(hbaAddress(1), std::uint32_t{0}, PhyDrvSelector{2, 1, 1, {}}, noise, wanted,
+                           std::uint32_t{80}),
+                   {}, 8);
         const Outcome outcome = mod(change.text);
         EXPECT_EQ(outcome.result, 0) << change.text;
         EXPECT_EQ(outcome.output, "") << change.text;
@@ -115,15 +115,15 @@ TEST_F(PhyDrvAction, JudgesTheWordsOfAChangeBeforeAnyCall) {
 
 TEST_F(PhyDrvAction, LocatesForSoManySecondsAndStopsWithNone) {
     const std::uint32_t zero = 0;
-    expectCall("q5_locatePhyDrv", bytesOf(at(1), zero, std::uint16_t{2}, std::uint32_t{30}), {}, 1);
+    expectCall("q5_locatePhyDrv", bytesOf(hbaAddress(1), zero, std::uint16_t{2}, std::uint32_t{30}), {}, 1);
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -i 1 -d 30"), "0: ");
-    expectCall("q5_stopLocatePhyDrv", bytesOf(at(1), zero, std::uint16_t{2}), {}, 1);
+    expectCall("q5_stopLocatePhyDrv", bytesOf(hbaAddress(1), zero, std::uint16_t{2}), {}, 1);
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -D 0 -I 1 -P 3"), "0: ");
-    expectCall("q5_stopLocatePhyDrv", bytesOf(at(2), zero, std::uint16_t{0}));
+    expectCall("q5_stopLocatePhyDrv", bytesOf(hbaAddress(2), zero, std::uint16_t{0}));
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -i 0 -i 1 -i 2"), "0: ");
-    expectCall("q5_locatePhyDrv", bytesOf(at(0), zero, std::uint16_t{2}, std::uint32_t{30}));
+    expectCall("q5_locatePhyDrv", bytesOf(hbaAddress(0), zero, std::uint16_t{2}, std::uint32_t{30}));
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 3 -d 5 -d 30"), "0: ");
-    expectCall("q5_locatePhyDrv", bytesOf(at(0), zero, std::uint16_t{0xFFFF}, 0xFFFFFFFFu));
+    expectCall("q5_locatePhyDrv", bytesOf(hbaAddress(0), zero, std::uint16_t{0xFFFF}, 0xFFFFFFFFu));
     EXPECT_EQ(told(LocatePhyDrv, "phydrv -a locate -p 0 -i 0 -d 4294967295"), "0: ");
 }
 
@@ -141,17 +141,17 @@ TEST_F(PhyDrvAction, RefusesToLocateByBadWords) {
 }
 
 TEST_F(PhyDrvAction, WipesADriveOrSaysThatItFailed) {
-    expectCall("q5_removeHBADiskMDD", bytesOf(at(1), std::uint32_t{0}, DriveSelector{2, 1}));
+    expectCall("q5_removeHBADiskMDD", bytesOf(hbaAddress(1), std::uint32_t{0}, DriveSelector{2, 1}));
     EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -I 1 -P 3"), "0: ");
     for (const int result : {1, -1}) {
-        expectCall("q5_removeHBADiskMDD", bytesOf(at(0), std::uint32_t{0}, DriveSelector{0xFFFFFFFF, 1}), {},
-                   result);
+        expectCall("q5_removeHBADiskMDD",
+                   bytesOf(hbaAddress(0), std::uint32_t{0}, DriveSelector{0xFFFFFFFF, 1}), {}, result);
         EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 0 -i 65536"),
                   "8: Failed to wipe the reserved sector of disk with ID -1 in controller #65536!\n");
     }
-    expectCall("q5_removeHBADiskMDD", bytesOf(at(2), std::uint32_t{0}, DriveSelector{0, 1}));
+    expectCall("q5_removeHBADiskMDD", bytesOf(hbaAddress(2), std::uint32_t{0}, DriveSelector{0, 1}));
     EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -i 1 -i 2"), "0: ");
-    expectCall("q5_removeHBADiskMDD", bytesOf(at(0), std::uint32_t{0}, DriveSelector{3, 1}));
+    expectCall("q5_removeHBADiskMDD", bytesOf(hbaAddress(0), std::uint32_t{0}, DriveSelector{3, 1}));
     EXPECT_EQ(told(WipePhyDrvMDD, "phydrv -a wipe -p 3 -p 4"), "0: ");
 }
 

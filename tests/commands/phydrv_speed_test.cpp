@@ -37,12 +37,12 @@ static void expectNoDrive(std::uint32_t controller, std::uint32_t drive) {
 }
 
 static Bytes setsTo(int setting) {
-    return joined(
-        {bytesOf(at(1), kZero), text("ST-1"), text("3.A"), bytesOf(std::int32_t{setting}, kSettingSize)});
+    return joined({bytesOf(hbaAddress(1), kZero), text("ST-1"), text("3.A"),
+                   bytesOf(std::int32_t{setting}, kSettingSize)});
 }
 
 static Bytes asksFor(const std::string& model, const std::string& firmware) {
-    return joined({bytesOf(at(1), kZero), text(model), text(firmware), bytesOf(kSettingSize)});
+    return joined({bytesOf(hbaAddress(1), kZero), text(model), text(firmware), bytesOf(kSettingSize)});
 }
 
 TEST_F(PhyDrvSpeed, SetsWhatWasGivenForTheDrivesModelAndFirmware) {
@@ -128,7 +128,8 @@ TEST_F(PhyDrvSpeed, KeepsOneByteOfEachId) {
 TEST_F(PhyDrvSpeed, PrintsTheBytesItKept) {
     expectLookup(255, 255);
     expectCall("q5_getDataTransferSpeed",
-               joined({bytesOf(at(255), kZero), text("ST-1"), text("3.A"), bytesOf(kSettingSize)}), {}, 1);
+               joined({bytesOf(hbaAddress(255), kZero), text("ST-1"), text("3.A"), bytesOf(kSettingSize)}),
+               {}, 1);
     EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 0 -i -1"),
               "8: Failed to get the 3G setting for control 255 disk 255\n");
     expectLookup(1, 255);
@@ -144,7 +145,7 @@ TEST_F(PhyDrvSpeed, HandsUnterminatedTextsOverUpToTheirFieldsEnd) {
     EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -i 1"),
               "0: 3G option in control 1 disk 0 " + model + " is off.\n");
     expectLookup(1, 0, model, firmware);
-    expectCall("q5_setDataTransferSpeed", joined({bytesOf(at(1), kZero), text(model), text(firmware),
+    expectCall("q5_setDataTransferSpeed", joined({bytesOf(hbaAddress(1), kZero), text(model), text(firmware),
                                                   bytesOf(std::int32_t{2}, kSettingSize)}));
     EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -i 1 -e 2"), "0: ");
 }

@@ -50,14 +50,14 @@ static const std::string kSeventh =
 
 namespace {
 // What the list is asked for, as the message about its emptiness confirms.
-struct Asked {
+struct ProbeContext {
     const char* line;
     std::uint32_t controller, first, count;
     const char* named;
 };
 } // namespace
 
-static const Asked kAsked[] = {
+static const ProbeContext kAsked[] = {
     {"phydrv", 0, 0, 16, "0 in controller #0"},
     {"phydrv -a list", 0, 0, 16, "0 in controller #0"},
     {"phydrv -a -p", 0, 0, 16, "0 in controller #0"},
@@ -78,7 +78,7 @@ static const Asked kAsked[] = {
 };
 
 TEST_F(PhyDrv, AsksForTheDrivesThatTheOptionsName) {
-    for (const Asked& asked : kAsked) {
+    for (const ProbeContext& asked : kAsked) {
         expectCall("q5_getPhyDrvInfo", asksDrives(asked.controller, asked.first, asked.count));
         EXPECT_EQ(told(ListPhyDrvInfo, asked.line),
                   std::string("5: Disk with ID ") + asked.named + " is not existed\n")
@@ -184,7 +184,7 @@ static void expectQuestions(const Verbose& drive, std::uint32_t controller, bool
         expectCall("q5_getEnclosureInfo", asks(controller, EnclosureQuery{drive.entry.enclosureId, 1}, 80),
                    listReply<EnclosureEntry>({{{}, drive.enclosureType, 0}}));
     expectCall("q5_getPhyDrvLocateStatus",
-               bytesOf(at(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)),
+               bytesOf(hbaAddress(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)),
                locateAnswered ? Bytes{drive.lit} : Bytes{}, locateAnswered ? 0 : 1);
 }
 

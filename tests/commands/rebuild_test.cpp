@@ -8,7 +8,7 @@ using Rebuild = Scripted;
 using Words = std::vector<std::string>;
 
 // A start on drive 3 of controller 2 onto these drives and extents.
-static std::string toldStart(const std::string& drives, const std::string& extents) {
+static std::string outcomeOfStart(const std::string& drives, const std::string& extents) {
     return told(StartLogDrvRebuild, {"rb", "-a", "start", "-l", "3", "-i", "2", "-p", drives, "-e", extents});
 }
 
@@ -19,10 +19,11 @@ static void expectStart(std::uint32_t controller, std::uint32_t logDrvId,
     Bytes entryBytes;
     for (const RebuildEntry& entry : entries)
         appendBytes(&entryBytes, &entry, sizeof entry);
-    expectCall("q5_startHBARebuildExtent",
-               joined({bytesOf(at(controller), std::uint32_t{0}, static_cast<std::uint8_t>(entries.size())),
-                       entryBytes, bytesOf(drive)}),
-               {}, result);
+    expectCall(
+        "q5_startHBARebuildExtent",
+        joined({bytesOf(hbaAddress(controller), std::uint32_t{0}, static_cast<std::uint8_t>(entries.size())),
+                entryBytes, bytesOf(drive)}),
+        {}, result);
 }
 
 static const std::string kStartedTold = "0: Rebuild is started on Array 3.\n";
@@ -38,13 +39,13 @@ TEST_F(Rebuild, StartTakesElevenWords) {
 
 TEST_F(Rebuild, StartNamesDrivesAndExtents) {
     expectStart(2, 3, {{3, 4, 1, {}}});
-    EXPECT_EQ(toldStart("5", "1"), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("5", "1"), kStartedTold);
     expectStart(2, 3, {{3, 0, 7, {}}, {3, 8, 0, {}}, {3, 2, 6, {}}});
-    EXPECT_EQ(toldStart("1 9,3", "7;0 6"), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("1 9,3", "7;0 6"), kStartedTold);
     expectStart(2, 3, {{3, 0xFFFFFFFF, 0, {}}});
-    EXPECT_EQ(toldStart("0", "x"), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("0", "x"), kStartedTold);
     expectStart(2, 3, {});
-    EXPECT_EQ(toldStart("", ""), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("", ""), kStartedTold);
 }
 
 TEST_F(Rebuild, StartTakesSixteenEntries) {
@@ -52,8 +53,8 @@ TEST_F(Rebuild, StartTakesSixteenEntries) {
     for (std::uint32_t i = 0; i < 16; ++i)
         entries.push_back({3, i, i + 1, {}});
     expectStart(2, 3, entries);
-    EXPECT_EQ(toldStart("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17",
-                        "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18"),
+    EXPECT_EQ(outcomeOfStart("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17",
+                             "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18"),
               kStartedTold);
 }
 
@@ -73,10 +74,10 @@ TEST_F(Rebuild, StartWithoutListsHasNoEntries) {
 }
 
 TEST_F(Rebuild, StartRefusesListsOfDifferentLengths) {
-    EXPECT_EQ(toldStart("1 2", "0"), kUnknownOptionTold);
-    EXPECT_EQ(toldStart("1", "0 1"), kUnknownOptionTold);
-    EXPECT_EQ(toldStart("1", ""), kUnknownOptionTold);
-    EXPECT_EQ(toldStart("", "0"), kUnknownOptionTold);
+    EXPECT_EQ(outcomeOfStart("1 2", "0"), kUnknownOptionTold);
+    EXPECT_EQ(outcomeOfStart("1", "0 1"), kUnknownOptionTold);
+    EXPECT_EQ(outcomeOfStart("1", ""), kUnknownOptionTold);
+    EXPECT_EQ(outcomeOfStart("", "0"), kUnknownOptionTold);
     EXPECT_EQ(told(StartLogDrvRebuild, "rb -a start -l 3 -i 2 -p 5 -p 5"), kUnknownOptionTold);
 }
 

@@ -52,10 +52,10 @@ TEST(ItemValue, FollowsTheFirstEqualsSign) {
 }
 
 TEST(ItemSays, FindsAWordAnywhereInAnyCase) {
-    EXPECT_TRUE(itemSays("WritePolicy=Auto", "writepolicy"));
-    EXPECT_TRUE(itemSays("xmprate", "mprate"));
-    EXPECT_FALSE(itemSays("mprat", "mprate"));
-    EXPECT_FALSE(itemSays("", "mprate"));
+    EXPECT_TRUE(itemContains("WritePolicy=Auto", "writepolicy"));
+    EXPECT_TRUE(itemContains("xmprate", "mprate"));
+    EXPECT_FALSE(itemContains("mprat", "mprate"));
+    EXPECT_FALSE(itemContains("", "mprate"));
 }
 
 static void expectSwitch(const char* item, ItemResult result, int stored) {
@@ -65,18 +65,18 @@ static void expectSwitch(const char* item, ItemResult result, int stored) {
 }
 
 TEST(ReadSwitch, StoresWhatTheItemSays) {
-    expectSwitch("smart=enable", ItemResult::good, 1);
-    expectSwitch("smart=disable", ItemResult::good, 0);
-    expectSwitch("smart=disabled", ItemResult::good, 0);
+    expectSwitch("smart=enable", ItemResult::ok, 1);
+    expectSwitch("smart=disable", ItemResult::ok, 0);
+    expectSwitch("smart=disabled", ItemResult::ok, 0);
 }
 
 TEST(ReadSwitch, LooksForEnableFirst) {
-    expectSwitch("disable,enable", ItemResult::good, 1);
+    expectSwitch("disable,enable", ItemResult::ok, 1);
 }
 
 TEST(ReadSwitch, StoresZeroForABadItem) {
-    expectSwitch("smart=on", ItemResult::bad, 0);
-    expectSwitch("", ItemResult::bad, 0);
+    expectSwitch("smart=on", ItemResult::invalid, 0);
+    expectSwitch("", ItemResult::invalid, 0);
 }
 
 template <std::size_t Size>
@@ -107,15 +107,15 @@ TEST(ReadName, CutsANameToItsField) {
 }
 
 TEST(StopItems, SaysWhy) {
-    EXPECT_EQ(printed([] { EXPECT_EQ(stopItems("No such item"), ItemResult::stop); }), "No such item\n");
+    EXPECT_EQ(printed([] { EXPECT_EQ(abortItems("No such item"), ItemResult::abort); }), "No such item\n");
 }
 
 // Notes its items: "bad" is a bad one, "stop" ends the command.
 static ItemResult note(Items* items, const char* item) {
     items->push_back(item);
     if (items->back() == "stop")
-        return stopItems("Stopped");
-    return items->back() == "bad" ? ItemResult::bad : ItemResult::good;
+        return abortItems("Stopped");
+    return items->back() == "bad" ? ItemResult::invalid : ItemResult::ok;
 }
 
 static void expectApplied(const char* text, const Items& looked, int result, const std::string& output) {

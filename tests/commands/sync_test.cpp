@@ -9,8 +9,8 @@ using RedundancyCheck = Scripted;
 // A start on this idle drive, successful.
 static void expectStart(std::uint32_t controller, std::uint32_t logDrvId, std::uint8_t noFix) {
     expectLookup(controller, logDrvId, driveDoing(0));
-    expectCall("q5_startRedundancyCheck",
-               bytesOf(at(controller), std::uint32_t{0}, logDrvId, noFix, std::uint8_t{0}, std::uint16_t{0}));
+    expectCall("q5_startRedundancyCheck", bytesOf(hbaAddress(controller), std::uint32_t{0}, logDrvId, noFix,
+                                                  std::uint8_t{0}, std::uint16_t{0}));
 }
 
 TEST_F(Sync, StartTakesFiveWordsOrMore) {

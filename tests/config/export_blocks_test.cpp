@@ -40,7 +40,7 @@ TEST_F(ExportBlocks, AControllerThatDoesNotAnswerIsWrittenAsZeroes) {
     expectBuzzerRead(0, 1);
     expectDrivesRead(0, {});
     expectCall("q5_getControllerSettings", asks(1, ControllerQuery{1, 1, 0, {}}, 88), {}, -1);
-    expectCall("q5_getBuzzerStatus", bytesOf(at(1), std::uint32_t{0}, std::uint32_t{1}), {}, 1);
+    expectCall("q5_getBuzzerStatus", bytesOf(hbaAddress(1), std::uint32_t{0}, std::uint32_t{1}), {}, 1);
     expectDrivesRead(1, {}, 1);
     const std::string text = written(WriteCtrlSettings, 2);
     EXPECT_NE(text.find("[CrtlSetIndex] 1\n<AutoRebuild> Disable\n<SyncRate> 0\n"), std::string::npos)

@@ -9,7 +9,7 @@ inline void expectSettingsRead(std::uint32_t controller, const ControllerSetting
 }
 
 inline void expectBuzzerRead(std::uint32_t controller, std::uint8_t state) {
-    expectCall("q5_getBuzzerStatus", bytesOf(at(controller), std::uint32_t{0}, std::uint32_t{1}),
+    expectCall("q5_getBuzzerStatus", bytesOf(hbaAddress(controller), std::uint32_t{0}, std::uint32_t{1}),
                bytesOf(state));
 }
 

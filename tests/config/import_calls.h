@@ -38,7 +38,7 @@ inline void expectCtrlChange(std::uint32_t controller,
     settings.encPollInterval = wanted.encPollInterval;
     settings.rebuildPolicy = wanted.rebuildPolicy;
     expectCall("q5_setControllerSettings",
-               bytesOf(at(controller), std::uint32_t{0}, query, settings, std::uint32_t{88}));
+               bytesOf(hbaAddress(controller), std::uint32_t{0}, query, settings, std::uint32_t{88}));
 }
 
 struct DriveFlags {
@@ -55,7 +55,7 @@ inline void expectDriveChange(std::uint32_t controller, std::uint32_t driveId,
     settings.tcqEnabled = wanted.tcq;
     settings.ncqEnabled = wanted.ncq;
     expectCall("q5_setPhyDrvSettings",
-               joined({bytesOf(at(controller), std::uint32_t{0}, selector),
+               joined({bytesOf(hbaAddress(controller), std::uint32_t{0}, selector),
                        listReply<PhyDrvSettings>({settings}), bytesOf(std::uint32_t{80})}));
 }
 
@@ -77,7 +77,7 @@ inline void expectLogDrvChange(std::uint32_t controller, std::uint32_t logDrvId,
     settings.consolidation = wanted.consolidation;
     put(settings.name, wanted.name);
     expectCall("q5_setLogDrvSettings",
-               joined({bytesOf(at(controller), std::uint32_t{0}, query),
+               joined({bytesOf(hbaAddress(controller), std::uint32_t{0}, query),
                        listReply<LogDrvSettings>({settings}), bytesOf(std::uint32_t{180})}));
 }
 
@@ -93,9 +93,10 @@ inline void expectLogDrvList(std::uint32_t controller, const std::vector<LogDrvI
 }
 
 inline void expectDeletion(std::uint32_t controller, std::uint32_t arrayId, int result = 0) {
-    expectCall("q5_delDiskArray",
-               bytesOf(at(controller), std::uint32_t{0}, DeleteArrayRequest{1, arrayId}, std::uint32_t{8}),
-               {}, result);
+    expectCall(
+        "q5_delDiskArray",
+        bytesOf(hbaAddress(controller), std::uint32_t{0}, DeleteArrayRequest{1, arrayId}, std::uint32_t{8}),
+        {}, result);
 }
 
 // The creation of the drive of kLogDrvLines.
@@ -119,5 +120,5 @@ inline CreateArrayRequest creation() {
 }
 
 inline void expectCreation(std::uint32_t controller, const CreateArrayRequest& request, int result = 0) {
-    expectCall("q5_addHBAArray", bytesOf(at(controller), std::uint32_t{0}, request), {}, result);
+    expectCall("q5_addHBAArray", bytesOf(hbaAddress(controller), std::uint32_t{0}, request), {}, result);
 }

@@ -147,9 +147,10 @@ TEST_F(Import, UnknownOptionsEndItBeforeTheFileIsLookedAt) {
 
 TEST_F(Import, AFileThatCannotBeOpenedIsNamed) {
     const std::string missing = directory + "/none.cfg";
-    const std::string complaint = "Unable to open the specified configuration file \"" + missing + "\"!!\n";
-    expectOutcome({"-f", missing}, 12, complaint);
-    expectOutcome({"-f", missing, "-i"}, 12, complaint);
+    const std::string errorMessage =
+        "Unable to open the specified configuration file \"" + missing + "\"!!\n";
+    expectOutcome({"-f", missing}, 12, errorMessage);
+    expectOutcome({"-f", missing, "-i"}, 12, errorMessage);
     expectOutcome({"-a"}, 12, "Unable to open the specified configuration file \"\"!!\n");
     expectOutcome({"-i", "-c"}, 12, "Unable to open the specified configuration file \"\"!!\n");
 }
@@ -157,16 +158,17 @@ TEST_F(Import, AFileThatCannotBeOpenedIsNamed) {
 // Each step opens the file anew: it may be gone by then.
 TEST_F(Import, AFileThatHasGoneIsNamed) {
     const std::string missing = directory + "/none.cfg";
-    const std::string complaint = "Unable to open the specified configuration file \"" + missing + "\"!!\n";
+    const std::string errorMessage =
+        "Unable to open the specified configuration file \"" + missing + "\"!!\n";
     int result = -1;
-    EXPECT_EQ(printed([&] { result = DisplayImportFile(missing.c_str()); }), complaint);
+    EXPECT_EQ(printed([&] { result = DisplayImportFile(missing.c_str()); }), errorMessage);
     EXPECT_EQ(result, 12);
     result = -1;
     EXPECT_EQ(printed([&] {
                   result =
                       SetDataFromConfigFile(missing.c_str(), true, true, 0, nullptr, 0, nullptr, 0, nullptr);
               }),
-              complaint);
+              errorMessage);
     EXPECT_EQ(result, 12);
 }
 

@@ -10,10 +10,10 @@ static const std::string kNoCheck = "0: No activity for redundancy check!\n";
 
 TEST_F(Activities, InitializationGoesThroughItsLife) {
     addRaid5();
-    at(200);
+    advanceClockTo(200);
     EXPECT_EQ(told("init"), kNoInit);
     EXPECT_EQ(told("init -a start -l 0 -i 0"), "0: Initialization started on Array 0 Type 4\n");
-    at(225);
+    advanceClockTo(225);
     EXPECT_EQ(told("init"),
               "0: Initialization is in progress 25% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(told("init -a start -l 0 -i 0"), "0: ");
@@ -25,15 +25,15 @@ TEST_F(Activities, InitializationGoesThroughItsLife) {
               "Array activity status : Initializing\nArray initialization progress : 25 %\n" + kOnlineLine);
     EXPECT_EQ(told("init -a pause -l 0 -i 0"), "0: Initialization paused on Array 0.\n");
 
-    at(1000);
+    advanceClockTo(1000);
     EXPECT_EQ(told("init -l 0"), "0: Initialization is paused!\n");
     EXPECT_EQ(bga(0),
               "0: Array activity status : Initialization Paused\nArray initialization progress : 25 %\n");
     EXPECT_EQ(told("init -a pause -l 0 -i 0"), "0: ");
     EXPECT_EQ(told("init -a resume -l 0 -i 0"), "0: Initialization resumed on Array 0.\n");
-    at(1074);
+    advanceClockTo(1074);
     EXPECT_EQ(bga(0), "0: Array activity status : Initializing\nArray initialization progress : 99 %\n");
-    at(1075);
+    advanceClockTo(1075);
     EXPECT_EQ(bga(0), kIdleTold);
     EXPECT_EQ(told("init -a list"), kNoInit);
     EXPECT_EQ(told("init -a stop -l 0 -i 0"), "0: ");
@@ -46,7 +46,7 @@ TEST_F(Activities, AStoppedInitializationLeavesASynchronizationToDo) {
     EXPECT_EQ(told("init -a stop -l 0 -i 0"), "0: Initialization stopped on Array 0.\n");
     EXPECT_EQ(bga(0), kIdleTold);
     EXPECT_EQ(told("sync -l 0 -i 0"), "0: Synchronization started on Array 0!\n");
-    at(130);
+    advanceClockTo(130);
     EXPECT_EQ(told("sync"),
               "0: Synchronization is in progress 30% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(told("rc"),
@@ -54,10 +54,10 @@ TEST_F(Activities, AStoppedInitializationLeavesASynchronizationToDo) {
     for (const char* action : {"pause", "resume", "stop"}) // they steer checks only
         EXPECT_EQ(told(std::string("rc -a ") + action + " -l 0 -i 0"), "0: ");
     EXPECT_EQ(told("sync -l 0 -i 0"), "0: ");
-    at(199);
+    advanceClockTo(199);
     EXPECT_EQ(state(0),
               "Array activity status : Synchronizing\nArray synchronization progress : 99 %\n" + kOnlineLine);
-    at(200);
+    advanceClockTo(200);
     EXPECT_EQ(bga(0), kIdleTold);
     EXPECT_EQ(told("sync"), kNoSync);
 }
@@ -65,7 +65,7 @@ TEST_F(Activities, AStoppedInitializationLeavesASynchronizationToDo) {
 TEST_F(Activities, RedundancyCheckGoesThroughItsLife) {
     addRaid5();
     EXPECT_EQ(told("rc -a start -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
-    at(110);
+    advanceClockTo(110);
     EXPECT_EQ(told("rc"),
               "0: Redundancy check is in progress 10% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(told("sync"), kNoSync);
@@ -73,13 +73,13 @@ TEST_F(Activities, RedundancyCheckGoesThroughItsLife) {
         bga(0),
         "0: Array activity status : Redundancy Check In Progress\nArray redundancy check progress : 10 %\n");
     EXPECT_EQ(told("rc -a pause -l 0 -i 0"), "0: Redundancy check paused on Array 0.\n");
-    at(500);
+    advanceClockTo(500);
     EXPECT_EQ(told("rc"), "0: Redundancy check is paused!\n");
     EXPECT_EQ(state(0),
               "Array activity status : Redundancy Check Paused\nArray redundancy check progress : 10 %\n" +
                   kOnlineLine);
     EXPECT_EQ(told("rc -a resume -l 0 -i 0"), "0: Redundancy check resumed on Array 0.\n");
-    at(520);
+    advanceClockTo(520);
     EXPECT_EQ(told("rc"),
               "0: Redundancy check is in progress 30% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(told("rc -a stop -l 0 -i 0"), "0: Redundancy check stopped on Array 0.\n");
@@ -96,13 +96,13 @@ TEST_F(Activities, RedundancyCheckMendsUnlessTold) {
     s.useWorld(text.replace(text.find(none), none.size(), "\"inconsistencies\": 4"));
 
     EXPECT_EQ(told("rc -a start -n -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
-    at(200);
+    advanceClockTo(200);
     EXPECT_EQ(told("rc"), kNoCheck);
     EXPECT_EQ(told("rc -a start -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
-    at(300);
+    advanceClockTo(300);
     EXPECT_EQ(told("rc"), kNoCheck);
     EXPECT_EQ(told("rc -a start -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
-    at(400);
+    advanceClockTo(400);
     EXPECT_EQ(told("rc"), kNoCheck);
     const std::string found = "Logical drive 0: redundancy check found ", newestFirst = events();
     const std::size_t third = newestFirst.find(found + "0 inconsistencies\n");
@@ -123,9 +123,9 @@ TEST_F(Activities, AreRefusedWhereThereIsNoRedundancy) {
 
 TEST_F(Activities, FollowTheControllersRate) {
     EXPECT_EQ(add("1 2", "name=a,raid=raid1,capacity=800"), "0: ");
-    at(10); // 80 of 800 MB done; from now on 40 MB a second
+    advanceClockTo(10); // 80 of 800 MB done; from now on 40 MB a second
     EXPECT_EQ(told("ctrl -a mod -s syncrate=5"), "0: ");
-    at(14);
+    advanceClockTo(14);
     EXPECT_EQ(bga(0), "0: Array activity status : Synchronizing\nArray synchronization progress : 30 %\n");
 }
 

@@ -13,7 +13,7 @@ struct Arrays : testing::Test {
     Arrays() { s.useWorld(fixtureWorld("eight_drives")); }
 
     // The clock, in seconds of the session.
-    void at(int seconds) { s.setClock(kSessionStart + seconds); }
+    void advanceClockTo(int seconds) { s.setClock(kSessionStart + seconds); }
 
     // What a run did, as one text: "status: output". The last word, if there is one, may hold blanks.
     std::string told(const std::string& line, const std::string& lastWord = "") {
@@ -38,7 +38,7 @@ struct Arrays : testing::Test {
     // A RAID5 of 1600 MB on drives 1 to 3, synchronised by second 100.
     void addRaid5() {
         EXPECT_EQ(add("1 2 3", "name=five,raid=raid5,capacity=1600"), "0: ");
-        at(100);
+        advanceClockTo(100);
     }
 
     // The one row of a drive in the table.

@@ -49,15 +49,15 @@ TEST_P(ArrayLevels, AreCreatedAndSynchronizeIfRedundant) {
     EXPECT_TRUE(s.run({"logdrv", "-v"}).out.ends_with(GetParam().lastLines));
     const std::string none = "0: No activity for synchronization!\n";
     if (GetParam().synchronizes) {
-        at(50);
+        advanceClockTo(50);
         EXPECT_EQ(bga(0),
                   "0: Array activity status : Synchronizing\nArray synchronization progress : 50 %\n");
-        at(99);
+        advanceClockTo(99);
         EXPECT_EQ(state(0), "Array activity status : Synchronizing\nArray synchronization progress : 99 %\n" +
                                 kOnlineLine);
         EXPECT_EQ(told("sync"),
                   "0: Synchronization is in progress 99% in logical drive with ID 0 on controller #0!\n");
-        at(100);
+        advanceClockTo(100);
     }
     EXPECT_EQ(told("sync -a list"), none);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
@@ -88,12 +88,12 @@ TEST_F(Creation, RoundsToWholeBillionsOfBytes) {
 TEST_F(Creation, StartsTheInitializationThatWasAskedFor) {
     EXPECT_EQ(add("1 2", "name=a,raid=raid1,capacity=800,init=back"), "0: ");
     EXPECT_EQ(add("3 4", "name=b,raid=raid1,capacity=800,init=quick"), "0: ");
-    at(1);
+    advanceClockTo(1);
     EXPECT_EQ(bga(0), "0: Array activity status : Initializing\nArray initialization progress : 1 %\n");
     EXPECT_EQ(bga(1), "0: Array activity status : Initializing\nArray initialization progress : 50 %\n");
-    at(12); // the quick one has written its 16 MB, and is ten seconds into the synchronization
+    advanceClockTo(12); // the quick one has written its 16 MB, and is ten seconds into the synchronization
     EXPECT_EQ(bga(1), "0: Array activity status : Synchronizing\nArray synchronization progress : 10 %\n");
-    at(100);
+    advanceClockTo(100);
     EXPECT_EQ(bga(0), kIdleTold);
 }
 

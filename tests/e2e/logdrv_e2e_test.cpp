@@ -49,7 +49,7 @@ TEST_F(LogDrv, KeepsSettingsFromRunToRun) {
     EXPECT_EQ(told("logdrv -a mod -i 0 -l 1 -s",
                    "writepolicy=auto,lookahead=8,consolidation=disable,name= two words "),
               "0: ");
-    at(10); // 80 of 500 MB
+    advanceClockTo(10); // 80 of 500 MB
     const std::string autoLines = "Driver Cache Mode: Auto - Write Thru\n"
                                   "Driver Lookahead threshold: 8\n"
                                   "Driver Consolidation: disabled\n";
@@ -88,10 +88,10 @@ TEST_F(LogDrv, BlinksItsMembersForAWhile) {
                std::string::npos;
     };
     EXPECT_EQ(told("logdrv -a locate -l 0 -d 30"), "0: ");
-    at(29);
+    advanceClockTo(29);
     EXPECT_TRUE(blinks("3") && blinks("4"));
     EXPECT_FALSE(blinks("2") || blinks("5"));
-    at(30);
+    advanceClockTo(30);
     EXPECT_FALSE(blinks("3") || blinks("4"));
     EXPECT_EQ(told("logdrv -a locate -l 0 -d 30"), "0: ");
     EXPECT_TRUE(blinks("3") && blinks("4"));

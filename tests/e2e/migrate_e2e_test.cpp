@@ -18,7 +18,7 @@ TEST_F(Migrate, GoesThroughItsLife) {
     EXPECT_EQ(told("migrate"), kNoMigration);
     EXPECT_EQ(control("pause"), "0: ");
     EXPECT_EQ(start("-p 3 -e 0", "raid=raid5"), kStarted);
-    at(25);
+    advanceClockTo(25);
     EXPECT_EQ(told("migrate"),
               "0: Migration is in progress 25% on logical drive with ID 0 in controller #0!\n");
     EXPECT_EQ(bga(0), "0: Array activity status : Migrating\nArray migration progress : 25 %\n");
@@ -26,15 +26,15 @@ TEST_F(Migrate, GoesThroughItsLife) {
     EXPECT_EQ(start("-p 4 -e 0", "raid=raid5"), "0: ");
     EXPECT_EQ(control("resume"), "0: ");
     EXPECT_EQ(control("pause"), "0: Migration paused on Array 0.\n");
-    at(300);
+    advanceClockTo(300);
     EXPECT_EQ(told("migrate -a list -l 0 -i 0"), "0: Migration is paused!\n");
     EXPECT_EQ(state(0),
               "Array activity status : Migration Paused\nArray migration progress : 25 %\n" + kOnlineLine);
     EXPECT_EQ(control("pause"), "0: ");
     EXPECT_EQ(control("resume"), "0: Migration resumed on Array 0.\n");
-    at(374);
+    advanceClockTo(374);
     EXPECT_EQ(bga(0), "0: Array activity status : Migrating\nArray migration progress : 99 %\n");
-    at(375);
+    advanceClockTo(375);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(told("migrate -l 0"), kNoMigration);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,3) data\n");
@@ -42,7 +42,7 @@ TEST_F(Migrate, GoesThroughItsLife) {
 
     // It is a real RAID5 now, and can be deleted like one.
     EXPECT_EQ(told("rc -a start -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
-    at(500);
+    advanceClockTo(500);
     EXPECT_EQ(start("", "raid=raid0"),
               "1: Error: migrate only support from low level raid to high level raid\n");
     failDrive(3);
@@ -56,12 +56,12 @@ TEST_F(Migrate, GoesThroughItsLife) {
 
 TEST_F(Migrate, ChangesTheStripeAlone) {
     EXPECT_EQ(start("", "raid=raid0,stripe=128"), kStarted);
-    at(99);
+    advanceClockTo(99);
     EXPECT_EQ(row(0), " 0   RAID0     2      64    1600.00           (1,2) data\n");
-    at(100);
+    advanceClockTo(100);
     EXPECT_EQ(row(0), " 0   RAID0     2     128    1600.00           (1,2) data\n");
     EXPECT_EQ(start("", "stripe=32"), kStarted);
-    at(200);
+    advanceClockTo(200);
     EXPECT_EQ(row(0), " 0   RAID0     2      32    1600.00           (1,2) data\n");
 }
 
@@ -69,7 +69,7 @@ TEST_F(Migrate, TakesParitiesFromTheCount) {
     EXPECT_EQ(told({"migrate", "-a", "start", "-l", "0", "-i", "0", "-p", "3 4 5", "-e", "0 0 0", "-s",
                     "raid=raidmf,count=3"}),
               kStarted);
-    at(100);
+    advanceClockTo(100);
     EXPECT_EQ(row(0), " 0  RAIDMF     5      64    1600.00     (1,2,3,4,5) data\n");
     EXPECT_TRUE(told("logdrv -v").ends_with("Array parity count:3\nArray Symmetric:0\nArray Shift:0\n"));
 }

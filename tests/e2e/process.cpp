@@ -16,7 +16,7 @@
 #include <iterator>
 #include <stdexcept>
 
-static constexpr unsigned kPatience = 60; // seconds
+static constexpr unsigned kMaxComparisons = 60; // seconds
 static constexpr uid_t kNobody = 65534;
 
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
@@ -47,7 +47,7 @@ static bool becomeHarmless() {
 
 // The rest of the new process, its streams being in place: the alarm stays set over the exec.
 [[noreturn]] static void become(const Launch& launch) {
-    alarm(kPatience);
+    alarm(kMaxComparisons);
     std::signal(SIGPIPE, SIG_DFL);
     const std::vector<char*> words = pointersTo(launch.words), variables = pointersTo(launch.variables);
     if (chdir(launch.directory.c_str()) == 0 && (!launch.unprivileged || becomeHarmless()))

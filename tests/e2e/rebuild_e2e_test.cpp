@@ -46,9 +46,9 @@ TEST_F(Rebuild, EachLossShowsInTheState) {
     };
     for (const Loss& loss : losses) {
         s.useWorld(fixtureWorld("eight_drives"));
-        at(0);
+        advanceClockTo(0);
         EXPECT_EQ(add(loss.drives, loss.text), "0: ");
-        at(100);
+        advanceClockTo(100);
         EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
         for (std::size_t i = 0; i < loss.failing.size(); ++i) {
             failDrive(loss.failing[i]);
@@ -65,7 +65,7 @@ struct LostMember : Arrays {
     LostMember() {
         addRaid5();
         EXPECT_EQ(bga(0), kIdleTold);
-        at(200);
+        advanceClockTo(200);
         failDrive(2);
         EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
     }
@@ -78,22 +78,22 @@ struct LostMember : Arrays {
 TEST_F(LostMember, IsRebuiltOntoAnotherDrive) {
     EXPECT_EQ(told("rb"), kNoRebuild);
     EXPECT_EQ(start("4", "0"), kStarted);
-    at(230);
+    advanceClockTo(230);
     EXPECT_EQ(told("rb"), "0: Rebuild is in progress 30% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 30 %\n");
     EXPECT_EQ(start("5", "0"), "0: ");
     EXPECT_EQ(control("resume"), "0: ");
     EXPECT_EQ(control("pause"), "0: Rebuild paused on Array 0.\n");
-    at(500);
+    advanceClockTo(500);
     EXPECT_EQ(told("rb"), "0: Rebuild is paused in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(
         state(0),
         lost("1", "Array activity status : Rebuild Paused\nArray rebuilding progress : 30 %\n", "Critical"));
     EXPECT_EQ(control("pause"), "0: ");
     EXPECT_EQ(control("resume"), "0: Rebuild resumed on Array 0.\n");
-    at(569);
+    advanceClockTo(569);
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 99 %\n");
-    at(570);
+    advanceClockTo(570);
     EXPECT_EQ(bga(0), kIdleTold);
     EXPECT_EQ(told("rb -a list -l 0"), kNoRebuild);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
@@ -106,10 +106,10 @@ TEST_F(LostMember, CanBeRestartedAndAborted) {
     EXPECT_EQ(control("restart"), "8: Rebuild is failed to restart on Array 0.\n");
     EXPECT_EQ(control("abort"), "0: ");
     EXPECT_EQ(start("4", "0"), kStarted);
-    at(240);
+    advanceClockTo(240);
     EXPECT_EQ(control("restart"), "0: Rebuild is restarted on Array 0.\n");
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 0 %\n");
-    at(250);
+    advanceClockTo(250);
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 10 %\n");
     EXPECT_EQ(control("abort"), "0: Rebuild aborted on Array 0.\n");
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
@@ -137,14 +137,14 @@ TEST_F(LostMember, ComesBackOnADriveInItsPlace) {
     replaceDrive(2);
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
     EXPECT_EQ(start("2", "0"), kStarted);
-    at(300);
+    advanceClockTo(300);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,3) five\n");
 }
 
 TEST_F(LostMember, ThatIsRebuiltCanBeLostAgain) {
     EXPECT_EQ(start("4", "0"), kStarted);
-    at(250);
+    advanceClockTo(250);
     failDrive(4);
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
     EXPECT_EQ(told("rb"), kNoRebuild);
@@ -154,26 +154,26 @@ TEST_F(Rebuild, ASpareStepsInByItself) {
     addRaid5();
     EXPECT_EQ(told("extent -a spare -p 7 -e 0 -i 0"), "0: ");
     EXPECT_EQ(told("ctrl -a mod -s autorebuild=enable"), "0: ");
-    at(200);
+    advanceClockTo(200);
     failDrive(3);
     EXPECT_EQ(state(0),
               lost("2", "Array activity status : Rebuilding\nArray rebuilding progress : 0 %\n", "Critical"));
-    at(260);
+    advanceClockTo(260);
     EXPECT_EQ(told("rb"), "0: Rebuild is in progress 60% in logical drive with ID 0 on controller #0!\n");
-    at(300);
+    advanceClockTo(300);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,7) five\n");
 }
 
 TEST_F(Rebuild, TwoMembersComeBackAtOnce) {
     EXPECT_EQ(add("1 2 3 4 5", "name=a,raid=raidmf,capacity=2400"), "0: ");
-    at(100);
+    advanceClockTo(100);
     EXPECT_EQ(bga(0), kIdleTold);
     failDrive(2);
     failDrive(5);
     EXPECT_EQ(state(0), lost("4,1", kIdleLine, "Critical"));
     EXPECT_EQ(told({"rb", "-a", "start", "-l", "0", "-i", "0", "-p", "7 8", "-e", "0 0"}), kStarted);
-    at(200);
+    advanceClockTo(200);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0  RAIDMF     5      64    2400.00     (1,7,3,4,8) a\n");
 }

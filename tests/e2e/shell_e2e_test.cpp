@@ -55,8 +55,8 @@ TEST(OneShot, TakesSixteenWordsAndRefusesSeventeen) {
 TEST(OneShot, CutsALongArgumentTo256Characters) {
     Session s;
     const std::string kept(256, '7');
-    const std::string complaint = "Invalid controller ID '" + std::string(255, '7') + "x' specified\n";
-    EXPECT_EQ(s.run({"event", "-i", std::string(255, '7') + "x" + kept}), (Outcome{6, complaint, ""}));
+    const std::string errorMessage = "Invalid controller ID '" + std::string(255, '7') + "x' specified\n";
+    EXPECT_EQ(s.run({"event", "-i", std::string(255, '7') + "x" + kept}), (Outcome{6, errorMessage, ""}));
 }
 
 TEST(OneShot, WorksWithoutAnyStandardInput) {

@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         AddEventToBuffer(&event);
     runLine(&table, "event -v -c 3");
     for (std::uint32_t i = 0; i <= kEventSlots && GetEventFromBuffer(&event); ++i)
-        std::printf("%.*s\n", FIELD_TEXT(event.description));
+        std::printf("%.*s\n", FIELD_PRINTF_ARGS(event.description));
     runLine(&table, "event -c 50");
     if (GetEventFromBuffer(&event) != 0)
         std::abort(); // more events than there are slots

@@ -5,7 +5,7 @@
 
 Bytes randomReplies;
 
-static constexpr std::uint32_t kMostControllers = 3; // listings go through all that are reported
+static constexpr std::uint32_t kMaxCheckedControllers = 3; // listings go through all that are reported
 
 // Three answers of four are 0, the others have either sign.
 int answer(const char*, void* reply, std::size_t size) {
@@ -20,7 +20,7 @@ int answerList(const char* operation, void* reply, std::size_t size) {
 }
 
 int answerControllers(const char*, std::uint32_t* count) {
-    *count = takeValue<std::uint8_t>(&randomReplies) % (kMostControllers + 1);
+    *count = takeValue<std::uint8_t>(&randomReplies) % (kMaxCheckedControllers + 1);
     return 0;
 }
 

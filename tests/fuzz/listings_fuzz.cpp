@@ -1,7 +1,7 @@
 // Fuzzes what the program makes of replies: one command, chosen by the first byte, over an adapter that
 // answers with the others. Replies, byte counts, member counts, texts and results are whatever they say.
-#include "tests/fuzz/listings.h"
 #include "tests/fuzz/fuzzed_reply_stub.h"
+#include "tests/fuzz/listings.h"
 #include "tests/fuzz/scratch_file.h"
 #include "tests/fuzz/word_table.h"
 

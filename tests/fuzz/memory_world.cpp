@@ -29,14 +29,14 @@ std::int64_t worldTime(const World& world) {
 }
 
 const World* currentWorld() {
-    settle(fuzzedWorld, worldTime(fuzzedWorld));
+    advanceTo(fuzzedWorld, worldTime(fuzzedWorld));
     return &fuzzedWorld;
 }
 
 int changeWorld(const Change& change) {
     World changed = *currentWorld();
     const int result = change(changed, worldTime(changed));
-    settle(changed, worldTime(changed));
+    advanceTo(changed, worldTime(changed));
     if (result == 0)
         fuzzedWorld = changed;
     return result;

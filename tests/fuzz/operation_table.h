@@ -27,7 +27,7 @@ struct Arguments {
     std::uint32_t size = 0;                        // of the reply or record that came last
 };
 
-inline constexpr std::size_t kMostEntries = 255; // of a rebuild, which an 8-bit number counts
+inline constexpr std::size_t kMaxEntries = 255; // of a rebuild, which an 8-bit number counts
 
 // How large a record is that a pointer points to. Replies and lists of any length get a random size.
 template <typename Record>
@@ -35,7 +35,7 @@ std::size_t recordSize(Arguments* arguments) {
     if constexpr (std::is_void_v<Record>)
         return takeValue<std::uint16_t>(arguments->bytes) % 8192;
     else if constexpr (std::is_same_v<std::remove_const_t<Record>, RebuildEntry>)
-        return kMostEntries * sizeof(RebuildEntry);
+        return kMaxEntries * sizeof(RebuildEntry);
     else
         return sizeof(Record);
 }
@@ -81,7 +81,7 @@ template <>
 struct Taken<HbaAddress> {
     static HbaAddress take(Arguments* arguments) {
         const auto choice = takeValue<std::uint8_t>(arguments->bytes);
-        return choice < 250 ? at(choice % 3) : takeValue<HbaAddress>(arguments->bytes);
+        return choice < 250 ? hbaAddress(choice % 3) : takeValue<HbaAddress>(arguments->bytes);
     }
 };
 

@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     q5sim::checkWorld(q5sim::fuzzedWorld);
     q5sim::World again;
-    q5sim::WorldFault fault;
+    q5sim::ValidationError fault;
     if (size % 8 == 0 && (!q5sim::worldFromJson(q5sim::worldToJson(q5sim::fuzzedWorld), again, fault) ||
                           !(again == q5sim::fuzzedWorld)))
         std::abort();

@@ -16,7 +16,7 @@ struct WordTable {
 // Set while a command runs; null_files.cpp then keeps it away from the machine's files.
 inline bool commandRuns = false;
 
-// A word that is no option makes this one complain without end, on purpose.
+// A word that is no option makes this one fail without end, on purpose.
 inline bool isEndless(int wordCount, char** words) {
     return wordCount > 3 && strCmpNoCase(words[0], "enclosure") == 0 &&
            (strCmpNoCase(words[1], "locate") == 0 || strCmpNoCase(words[2], "locate") == 0);

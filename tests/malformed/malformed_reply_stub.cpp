@@ -6,7 +6,7 @@
 #include "adapter/common.h"
 #include "tests/stub_adapter.h"
 
-HostileAdapter hostile;
+MalformedReplyStub hostile;
 
 int answer(const char* operation, void* reply, std::size_t size) {
     ++hostile.calls[operation];

@@ -8,7 +8,7 @@
 #include <string>
 
 // What the adapter does until a test says otherwise: it succeeds and leaves buffers cleared.
-struct HostileAdapter {
+struct MalformedReplyStub {
     std::optional<std::uint8_t> fill;       // written to every byte of every reply
     std::optional<std::uint32_t> bytesUsed; // the byte count of list replies, whatever the fill
     std::uint32_t controllers = 1;
@@ -17,4 +17,4 @@ struct HostileAdapter {
     std::map<std::string, int> calls;  // by operation
     std::string model, firmware;       // that the last operation of the 3 Gb/s option was handed
 };
-extern HostileAdapter hostile;
+extern MalformedReplyStub hostile;

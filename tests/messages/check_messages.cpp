@@ -1,7 +1,7 @@
 // Compares the messages of the sources with the catalogue of messages (docs/messages.md): every message
 // stands in it, with the exit code that the source names, and nothing else does. What is no message is
 // told by narrow rules about the place and the form of a text, or stands in listings.txt.
-//   catalogue_check <root of the sources>
+//   check_messages <root of the sources>
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -140,8 +140,8 @@ struct MessagePlace {
 
 static const MessagePlace messagePlaces[] = {
     {"readOptions", false, 4, "badValue"},     {"readSpeedWords", false, 3, "badValue"},
-    {"stopItems", false, 0, "badValue"},       {"applyItems", false, 3, "badValue"},
-    {"readPatrolWords", false, 2, "badCount"}, {"takeRoute", true, 2, "unknownCommand"},
+    {"abortItems", false, 0, "badValue"},       {"applyItems", false, 3, "badValue"},
+    {"readPatrolWords", false, 2, "badCount"}, {"dispatch", true, 2, "unknownCommand"},
     {"listActivity", true, 2, "notFound"},     {"listActivity", true, 3, "done"},
     {"listActivity", true, 4, "done"},         {"listActivity", true, 5, "done"},
     {"controlActivity", true, 3, "badCount"},  {"controlActivity", true, 4, "notFound"},
@@ -149,12 +149,12 @@ static const MessagePlace messagePlaces[] = {
     {"controlPatrol", true, 1, "badCount"},    {"controlPatrol", true, 2, "refused"},
     {"reportActivity", false, 2, "done"},      {"reportActivity", false, 3, "refused"},
     {"startCheck", false, 2, "done"},          {"startCheck", false, 3, "refused"},
-    {"findNamedDrive", false, 2, "notFound"},  {"report", false, 1, "done"},
+    {"lookupLogDrv", false, 2, "notFound"},  {"report", false, 1, "done"},
 };
 
 // The result that the source names for a message; empty where it names none.
 static std::string namedResult(const SourceText& text) {
-    if (text.inner.name == "complain")
+    if (text.inner.name == "fail")
         return text.inner.result;
     for (const MessagePlace& place : messagePlaces) {
         const std::string& name = place.list ? text.outer.name : text.inner.name;
@@ -199,8 +199,9 @@ static bool isRow(const std::string& text) {
 // "Label : value", or what a label and its colon begin.
 static bool isLabelled(const std::string& text) {
     static const std::regex labelled(R"([A-Z0-9][A-Za-z0-9#' ]*(#%d )?: ?([^ :].*\n?)?)");
-    static const std::regex complaint(R"((Error|Invalid|Failed|Unable|Unknown|No|Warning)\b[\s\S]*)");
-    return std::regex_match(text, labelled) && !std::regex_match(text, complaint) && !endsLikeSentence(text);
+    static const std::regex errorMessage(R"((Error|Invalid|Failed|Unable|Unknown|No|Warning)\b[\s\S]*)");
+    return std::regex_match(text, labelled) && !std::regex_match(text, errorMessage) &&
+           !endsLikeSentence(text);
 }
 
 // The calls whose texts do not reach the screen, or only as a label.
@@ -208,7 +209,7 @@ static bool isElsewhere(const SourceText& text) {
     if (text.inner.name == "printf" && text.inner.argument > 0)
         return true;
     return isOneOf(text.inner.name,
-                   {"showWord", "showNumber", "showNumbers", "openDisplay", "append", "addWord", "addWords",
+                   {"showWord", "showNumber", "showNumbers", "openDisplay", "append", "appendArg", "addWords",
                     "snprintf", "fprintf", "fscanf", "sscanf", "fopen", "strstr", "strcspn",
                     "GetStrFromFileUpTo", "FormIDStrAry", "CheckIsIncludeCharacter"});
 }
@@ -255,7 +256,7 @@ static void checkMessage(Check* check, const SourceText& text, const std::string
 static void checkText(Check* check, const SourceText& text) {
     ++check->texts;
     const std::string result = namedResult(text);
-    if (!result.empty() || isOneOf(text.inner.name, {"complain", "stopItems"}))
+    if (!result.empty() || isOneOf(text.inner.name, {"fail", "abortItems"}))
         return checkMessage(check, text, text.text, resultSeen(*check, text, result));
     if (isWhat(text))
         return checkWhat(check, text);
@@ -273,7 +274,7 @@ static void checkSimulatorText(Check* check, const SourceText& text) {
     const bool error = text.inner.name == "WorldError" && text.inner.argument == 1;
     const bool wrapped = text.outer.name == "WorldError" && text.outer.argument == 1; // std::string("...")
     const bool fields = text.inner.name == "fault" && text.inner.argument == 1;
-    const bool told = isOneOf(text.inner.name, {"complain", "fputs"});
+    const bool told = isOneOf(text.inner.name, {"fail", "fputs"});
     ++check->texts;
     if (text.inner.name == "fprintf") {
         check->found.insert(linesOf(withoutDirectives(text.text))[0]);
@@ -282,18 +283,17 @@ static void checkSimulatorText(Check* check, const SourceText& text) {
     } else if (error || fields) {
         checkMessage(check, text, text.message, "");
     } else if (told && !wrapped) {
-        const bool named = text.inner.name == "complain" && text.inner.argument == 1;
+        const bool named = text.inner.name == "fail" && text.inner.argument == 1;
         checkMessage(check, text, (named ? "<>: " : "") + text.text, "");
     }
 }
 
 static void checkFolder(Check* check, const char* folder, void (*look)(Check*, const SourceText&)) {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(check->root + "/" + folder))
-        names.push_back(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(check->root + "/" + folder))
+        names.push_back(entry.path().lexically_relative(check->root).string());
     std::sort(names.begin(), names.end());
-    for (const std::string& file : names) {
-        const std::string name = std::string(folder) + "/" + file;
+    for (const std::string& name : names) {
         const bool source = name.ends_with(".cpp") || name.ends_with(".h");
         if (!source || isOneOf(name, {"cli/help_short.cpp", "cli/help_texts.cpp"}))
             continue;
@@ -319,7 +319,7 @@ static void checkCatalogue(Check* check) {
 
 int main(int count, char** words) {
     if (count != 2) {
-        std::fputs("catalogue_check <root of the sources>\n", stderr);
+        std::fputs("check_messages <root of the sources>\n", stderr);
         return 2;
     }
     Check check;

@@ -21,29 +21,29 @@ static int startInit(std::uint8_t type) {
     InitStartRequest request = {};
     request.initType = type;
     request.word6 = request.word8 = 0xFFFF;
-    return q5_startLogDrvInit(at(0), 0, &request, sizeof request);
+    return q5_startLogDrvInit(hbaAddress(0), 0, &request, sizeof request);
 }
 
 static int startCheck(std::uint8_t noFix) {
     const RedundancyCheckRequest request = {0, noFix, 0, {}};
-    return q5_startRedundancyCheck(at(0), 0, &request);
+    return q5_startRedundancyCheck(hbaAddress(0), 0, &request);
 }
 
 static InitProgress initProgress() {
     InitProgress progress = {};
-    EXPECT_EQ(q5_getLogDrvInitProgress(at(0), 0, &kQuery, &progress, sizeof progress), 0);
+    EXPECT_EQ(q5_getLogDrvInitProgress(hbaAddress(0), 0, &kQuery, &progress, sizeof progress), 0);
     return progress;
 }
 
 static SyncProgress syncProgress() {
     SyncProgress progress = {};
-    EXPECT_EQ(q5_getLogDrvSynchProgress(at(0), 0, &kQuery, &progress, sizeof progress), 0);
+    EXPECT_EQ(q5_getLogDrvSynchProgress(hbaAddress(0), 0, &kQuery, &progress, sizeof progress), 0);
     return progress;
 }
 
 static SyncProgress checkProgress() {
     SyncProgress progress = {};
-    EXPECT_EQ(q5_getRedundancyCheckProgress(at(0), 0, &kQuery, &progress, sizeof progress), 0);
+    EXPECT_EQ(q5_getRedundancyCheckProgress(hbaAddress(0), 0, &kQuery, &progress, sizeof progress), 0);
     return progress;
 }
 
@@ -55,13 +55,13 @@ TEST_F(Activities, InitialisationThroughItsLife) {
     waitSeconds(10);
     EXPECT_EQ(initProgress().percent, 20);
     EXPECT_NE(initProgress().state, kActivityPaused);
-    EXPECT_EQ(q5_pauseLogDrvInit(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_pauseLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(500);
     EXPECT_EQ(initProgress().percent, 20);
     EXPECT_EQ(initProgress().state, kActivityPaused);
-    EXPECT_NE(q5_pauseLogDrvInit(at(0), 0, &kFirst), 0);
-    EXPECT_EQ(q5_resumeLogDrvInit(at(0), 0, &kFirst), 0);
-    EXPECT_NE(q5_resumeLogDrvInit(at(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_pauseLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_resumeLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_resumeLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(39);
     EXPECT_EQ(initProgress().percent, 98);
     waitSeconds(1);
@@ -75,10 +75,10 @@ TEST_F(Activities, InitialisationThroughItsLife) {
 TEST_F(Activities, InitialisationStops) {
     openWithMirror(true);
     EXPECT_EQ(startInit(2), 0);
-    EXPECT_EQ(q5_stopLogDrvInit(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_stopLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(newestEvent(), "Logical drive 0: initialization stopped");
-    EXPECT_NE(q5_stopLogDrvInit(at(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_stopLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(startCheck(0), 0); // the array is not consistent any more
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
 }
@@ -102,23 +102,23 @@ TEST_F(Activities, OddStartsAreRefused) {
     InitStartRequest other = {};
     other.logDrvId = 1;
     other.initType = 4;
-    EXPECT_NE(q5_startLogDrvInit(at(0), 0, &other, sizeof other), 0);
+    EXPECT_NE(q5_startLogDrvInit(hbaAddress(0), 0, &other, sizeof other), 0);
     EXPECT_NE(startCheck(2), 0);
-    EXPECT_NE(q5_pauseRedundancyCheck(at(0), 0, &kFirst), 0);
-    EXPECT_NE(q5_pauseLogDrvInit(at(0), 0, &kFirst), 0);
-    EXPECT_NE(q5_pauseLogDrvInit(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_pauseRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_pauseLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_pauseLogDrvInit(hbaAddress(0), 0, nullptr), 0);
     EXPECT_EQ(fileText(), before);
 }
 
 TEST_F(Activities, WhatACheckStartsDependsOnTheArray) {
     openWithMirror(false);
-    EXPECT_EQ(q5_stopRedundancyCheck(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(startCheck(0), 0); // never consistent: synchronisation
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
-    EXPECT_EQ(q5_stopRedundancyCheck(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(startCheck(1), 0); // must not mend: check
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRedundancyChecking);
-    EXPECT_EQ(q5_stopRedundancyCheck(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(startCheck(0), 0);
     waitSeconds(50);
     EXPECT_EQ(startCheck(0), 0); // consistent by now: check
@@ -130,12 +130,12 @@ TEST_F(Activities, SynchronisationIsSteeredByTheCheckOperations) {
     waitSeconds(25);
     EXPECT_EQ(syncProgress().percent, 50);
     SyncProgress none = {};
-    EXPECT_NE(q5_getRedundancyCheckProgress(at(0), 0, &kQuery, &none, sizeof none), 0);
-    EXPECT_EQ(q5_pauseRedundancyCheck(at(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_getRedundancyCheckProgress(hbaAddress(0), 0, &kQuery, &none, sizeof none), 0);
+    EXPECT_EQ(q5_pauseRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(25);
     EXPECT_EQ(syncProgress().state, kActivityPaused);
     EXPECT_EQ(syncProgress().percent, 50);
-    EXPECT_EQ(q5_resumeRedundancyCheck(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_resumeRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(25);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
 }
@@ -195,12 +195,12 @@ TEST_F(Activities, ProgressOfNothingIsNothing) {
     InitProgress progress;
     progress.state = 77;
     progress.percent = 77;
-    EXPECT_NE(q5_getLogDrvInitProgress(at(0), 0, &kQuery, &progress, sizeof progress), 0);
+    EXPECT_NE(q5_getLogDrvInitProgress(hbaAddress(0), 0, &kQuery, &progress, sizeof progress), 0);
     EXPECT_EQ(progress.state, 0);
     EXPECT_EQ(progress.percent, 0);
     EXPECT_EQ(startInit(4), 0);
     const ActivityQuery migration = {0, kMigrationKind};
-    EXPECT_NE(q5_getLogDrvInitProgress(at(0), 0, &migration, &progress, sizeof progress), 0);
+    EXPECT_NE(q5_getLogDrvInitProgress(hbaAddress(0), 0, &migration, &progress, sizeof progress), 0);
 }
 
 TEST_F(Activities, EventsOfSeveralEndingsStandInOrderOfTime) {
@@ -208,7 +208,7 @@ TEST_F(Activities, EventsOfSeveralEndingsStandInOrderOfTime) {
     EXPECT_EQ(create(request(kRaid1, 800, {0, 1})), 0); // 100 s
     EXPECT_EQ(create(request(kRaid1, 80, {2, 3})), 0);  // 10 s
     const DriveSelector drive = {4, 1};
-    EXPECT_EQ(q5_startHBAMediaPatrol(at(0), 0, &drive), 0); // 125 s
+    EXPECT_EQ(q5_startHBAMediaPatrol(hbaAddress(0), 0, &drive), 0); // 125 s
     waitSeconds(1000);
     arrayInfo(0, 0);
     EXPECT_EQ(eventTexts(0, 3), (std::vector<std::string>{"Logical drive 1: synchronization ended",

@@ -9,7 +9,7 @@ static std::vector<int> listed(std::uint32_t first, std::uint32_t count, std::ui
     static Reply<LogDrvInfo, 128> reply;
     reply = {};
     const LogDrvQuery query = {first, count};
-    EXPECT_EQ(q5_getLogDrvInfo(at(0), 0, &query, &reply, size), 0);
+    EXPECT_EQ(q5_getLogDrvInfo(hbaAddress(0), 0, &query, &reply, size), 0);
     std::vector<int> ids;
     for (const LogDrvInfo& drive : records(reply))
         ids.push_back(drive.logDrvId);
@@ -28,7 +28,7 @@ TEST_F(Arrays, ListingHonoursFirstCountAndRoom) {
 
 static std::uint32_t lost(std::uint8_t logDrvId) {
     std::uint32_t mask = 0xFFFFFFFF;
-    EXPECT_EQ(q5_getAryLostDisk(at(0), 0, logDrvId, &mask), 0);
+    EXPECT_EQ(q5_getAryLostDisk(hbaAddress(0), 0, logDrvId, &mask), 0);
     return mask;
 }
 
@@ -48,7 +48,7 @@ TEST_F(Arrays, StateFollowsTheMembers) {
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, 0);
     EXPECT_EQ(lost(0), 3u);
     std::uint32_t mask = 5;
-    EXPECT_NE(q5_getAryLostDisk(at(0), 0, 3, &mask), 0);
+    EXPECT_NE(q5_getAryLostDisk(hbaAddress(0), 0, 3, &mask), 0);
     EXPECT_EQ(mask, 0u);
 }
 
@@ -84,13 +84,13 @@ TEST_F(Arrays, LargeArraysKeepTheirSize) {
 static Reply<LogDrvSettings, 1> settingsOf(std::uint32_t logDrvId) {
     Reply<LogDrvSettings, 1> reply = {};
     const LogDrvQuery query = {logDrvId, 1};
-    EXPECT_EQ(q5_getLogDrvSettings(at(0), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getLogDrvSettings(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
     return reply;
 }
 
 static int set(std::uint32_t logDrvId, const Reply<LogDrvSettings, 1>& settings) {
     const LogDrvQuery query = {logDrvId, 1};
-    return q5_setLogDrvSettings(at(0), 0, &query, &settings, sizeof settings);
+    return q5_setLogDrvSettings(hbaAddress(0), 0, &query, &settings, sizeof settings);
 }
 
 TEST_F(Arrays, SettingsKeepForeignCacheBitsAndLongNames) {
@@ -131,7 +131,7 @@ TEST_F(Arrays, SettingsOfAnAbsentDriveAreRefused) {
     Reply<LogDrvSettings, 1> reply;
     std::memset(static_cast<void*>(&reply), 0xAA, sizeof reply);
     const LogDrvQuery query = {0, 1};
-    EXPECT_NE(q5_getLogDrvSettings(at(0), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_NE(q5_getLogDrvSettings(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
     EXPECT_EQ(reply.header.bytesUsed, 0u);
     EXPECT_EQ(reply.record[0].name[31], '\0');
     EXPECT_NE(set(0, settingsOf(3)), 0);
@@ -142,31 +142,31 @@ TEST_F(Arrays, SettingsOfAllDrivesInOneReply) {
     static Reply<LogDrvSettings, 128> reply;
     reply = {};
     const LogDrvQuery query = {0, 128};
-    EXPECT_EQ(q5_getLogDrvSettings(at(0), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getLogDrvSettings(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
     EXPECT_EQ(reply.header.bytesUsed, 64u + 3 * 116);
     EXPECT_STREQ(reply.record[2].name, "offline");
 }
 
 static int light(std::uint16_t drive) {
     std::uint8_t state = 9;
-    EXPECT_EQ(q5_getPhyDrvLocateStatus(at(0), 0, drive, &state), 0);
+    EXPECT_EQ(q5_getPhyDrvLocateStatus(hbaAddress(0), 0, drive, &state), 0);
     return state;
 }
 
 TEST_F(Arrays, LocatingLightsAllMembers) {
     open("settings");
-    EXPECT_EQ(q5_locateLogDrv(at(0), 0, 3, 20), 0);
+    EXPECT_EQ(q5_locateLogDrv(hbaAddress(0), 0, 3, 20), 0);
     waitSeconds(19);
     EXPECT_EQ(light(0) + light(1), 2);
     EXPECT_EQ(light(2), 0);
     waitSeconds(1);
     EXPECT_EQ(light(0) + light(1), 0);
-    EXPECT_EQ(q5_locateLogDrv(at(0), 0, 3, 20), 0);
-    EXPECT_EQ(q5_stopLocateLogDrv(at(0), 0, 3), 0);
+    EXPECT_EQ(q5_locateLogDrv(hbaAddress(0), 0, 3, 20), 0);
+    EXPECT_EQ(q5_stopLocateLogDrv(hbaAddress(0), 0, 3), 0);
     EXPECT_EQ(light(0) + light(1), 0);
-    EXPECT_EQ(q5_stopLocateLogDrv(at(0), 0, 3), 0); // nothing to stop is no fault
-    EXPECT_NE(q5_locateLogDrv(at(0), 0, 7, 20), 0); // the array's ID, not the drive's
-    EXPECT_NE(q5_locateLogDrv(at(0), 0, 3, 0), 0);
+    EXPECT_EQ(q5_stopLocateLogDrv(hbaAddress(0), 0, 3), 0); // nothing to stop is no fault
+    EXPECT_NE(q5_locateLogDrv(hbaAddress(0), 0, 7, 20), 0); // the array's ID, not the drive's
+    EXPECT_NE(q5_locateLogDrv(hbaAddress(0), 0, 3, 0), 0);
 }
 
 TEST_F(Arrays, ArrayIdAndLogicalDriveIdAreKeptApart) {
@@ -175,9 +175,9 @@ TEST_F(Arrays, ArrayIdAndLogicalDriveIdAreKeptApart) {
     EXPECT_EQ(arrayInfo(0, 7).logDrvId, 0xFFFF);
     EXPECT_EQ(driveInfo(0, 0).extent[0].arrayId, 7);
     const DeleteArrayRequest byDrive = {1, 3}, byArray = {1, 7}, two = {2, 7};
-    EXPECT_NE(q5_delDiskArray(at(0), 0, &byDrive, 8), 0);
-    EXPECT_NE(q5_delDiskArray(at(0), 0, &two, 8), 0);
-    EXPECT_EQ(q5_delDiskArray(at(0), 0, &byArray, 8), 0);
+    EXPECT_NE(q5_delDiskArray(hbaAddress(0), 0, &byDrive, 8), 0);
+    EXPECT_NE(q5_delDiskArray(hbaAddress(0), 0, &two, 8), 0);
+    EXPECT_EQ(q5_delDiskArray(hbaAddress(0), 0, &byArray, 8), 0);
     EXPECT_EQ(arrayInfo(0, 3).logDrvId, 0xFFFF);
     EXPECT_EQ(extentsText(0), "0 free 400, 400 free 600");
     EXPECT_EQ(newestEvent(), "Logical drive 3 deleted");
@@ -187,21 +187,21 @@ TEST_F(Arrays, DeletionFreesDedicatedSparesToo) {
     open("bench");
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0);
     const ExtentPlacement spare = {0, 2, 0, 0};
-    EXPECT_EQ(q5_spareHBAExtent(at(0), 0, &spare), 0);
+    EXPECT_EQ(q5_spareHBAExtent(hbaAddress(0), 0, &spare), 0);
     EXPECT_EQ(extentsText(2), "0 spare0 1000");
     const DeleteArrayRequest request = {1, 0};
-    EXPECT_EQ(q5_delDiskArray(at(0), 0, &request, 8), 0);
+    EXPECT_EQ(q5_delDiskArray(hbaAddress(0), 0, &request, 8), 0);
     EXPECT_EQ(extentsText(2), "0 free 1000");
-    EXPECT_NE(q5_delDiskArray(at(0), 0, &request, 8), 0);
+    EXPECT_NE(q5_delDiskArray(hbaAddress(0), 0, &request, 8), 0);
 }
 
 TEST_F(Arrays, ActivationBringsOneOnline) {
     open("settings");
     EXPECT_EQ(arrayInfo(0, 3).functionalStatus, kOnline);
-    EXPECT_NE(q5_activateLogDrv(at(0), 0, 7), 0); // it is active
+    EXPECT_NE(q5_activateLogDrv(hbaAddress(0), 0, 7), 0); // it is active
     replaceInFile("\"active\": true", "\"active\": false");
     EXPECT_EQ(arrayInfo(0, 3).functionalStatus, 0);
-    EXPECT_NE(q5_activateLogDrv(at(0), 0, 3), 0); // not an array's ID
-    EXPECT_EQ(q5_activateLogDrv(at(0), 0, 7), 0);
+    EXPECT_NE(q5_activateLogDrv(hbaAddress(0), 0, 3), 0); // not an array's ID
+    EXPECT_EQ(q5_activateLogDrv(hbaAddress(0), 0, 7), 0);
     EXPECT_EQ(arrayInfo(0, 3).functionalStatus, kOnline);
 }

@@ -36,13 +36,13 @@ TEST_F(Controllers, BuiltinWorldHasTwo) {
     EXPECT_EQ(count, 2u);
     ControllerInfo info = {};
     ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.memoryType, 1);
     EXPECT_EQ(info.diskCount, 8);
     EXPECT_EQ(info.arrayCount, 2);
     EXPECT_EQ(info.autoRebuild, 1);
     query.controllerId = 1;
-    EXPECT_EQ(q5_getControllerInfo(at(1), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(1), 0, &query, &info, sizeof info), 0);
     EXPECT_NE(info.memoryType, 1);
     EXPECT_EQ(info.diskCount, 4);
     EXPECT_EQ(info.arrayCount, 1);
@@ -59,14 +59,14 @@ TEST_F(Controllers, VersionsComeInTheirOwnRecord) {
     open("");
     ControllerVersionInfo info = {};
     const ControllerQuery query = {0, 1, kVersionInfo, {}};
-    EXPECT_EQ(q5_getControllerInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.firmwareVersion.major, 2);
     EXPECT_EQ(info.firmwareVersion.fourth, 7);
     DriverInfo driver = {};
-    EXPECT_EQ(q5_getDriverInfo(at(1), 0, &driver), 0);
+    EXPECT_EQ(q5_getDriverInfo(hbaAddress(1), 0, &driver), 0);
     EXPECT_EQ(driver.driverVersion.minor, 8);
     DiscoverPathInfo path = {};
-    EXPECT_EQ(q5_getDiscoverPath(at(0), &path, sizeof path), 0);
+    EXPECT_EQ(q5_getDiscoverPath(hbaAddress(0), &path, sizeof path), 0);
     EXPECT_EQ(path.irq, 16);
     EXPECT_EQ(path.baseAddressSdram, 0xD0000000u);
 }
@@ -76,7 +76,7 @@ TEST_F(Controllers, AnswersWriteNothingBehindTheirRecord) {
     std::uint8_t buffer[500];
     std::memset(buffer, 0xAA, sizeof buffer);
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerInfo(at(0), 0, &query, buffer, 432), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(0), 0, &query, buffer, 432), 0);
     EXPECT_EQ(buffer[431], 0);
     EXPECT_EQ(buffer[432], 0xAA);
 }
@@ -85,7 +85,7 @@ TEST_F(Controllers, SettingsAreKept) {
     open("bench");
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_getControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     EXPECT_EQ(settings.rebuildRate, 1);
     EXPECT_EQ(settings.smartPollInterval, 10);
     EXPECT_EQ(settings.smartCheck, 1);
@@ -93,9 +93,9 @@ TEST_F(Controllers, SettingsAreKept) {
     settings.smartPollInterval = 7;
     settings.smartCheck = 0;
     settings.rebuildPolicy = 1;
-    EXPECT_EQ(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     ControllerInfo info = {};
-    EXPECT_EQ(q5_getControllerInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.rebuildRate, 255);
     EXPECT_EQ(info.smartPollInterval, 7);
     EXPECT_EQ(info.smartCheck, 0);
@@ -106,17 +106,17 @@ TEST_F(Controllers, ImpossibleSettingsAreRefused) {
     open("bench");
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_getControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     const std::string before = fileText();
     for (std::uint8_t* field :
          {&settings.rebuildRate, &settings.smartPollInterval, &settings.encPollInterval}) {
         ControllerSettings kept = settings;
         *field = 0;
-        EXPECT_NE(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+        EXPECT_NE(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
         settings = kept;
     }
     settings.autoRebuild = 2;
-    EXPECT_NE(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_NE(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     EXPECT_EQ(fileText(), before);
 }
 
@@ -124,11 +124,11 @@ TEST_F(Controllers, BatteryTellsTenthsOfAKelvin) {
     open("");
     BatteryInfo info = {};
     const BatteryQuery query = {};
-    EXPECT_EQ(q5_getBatteryInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getBatteryInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.temperature, 2731 + 312);
     EXPECT_EQ(info.voltage, 4105);
     EXPECT_EQ(info.status, 0x82);
-    EXPECT_EQ(q5_getBatteryInfo(at(1), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getBatteryInfo(hbaAddress(1), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.status, 0);
     EXPECT_EQ(info.temperature, 0);
 }
@@ -137,7 +137,7 @@ TEST_F(Controllers, BatteryWithoutAReading) {
     open("settings");
     BatteryInfo info = {};
     const BatteryQuery query = {};
-    EXPECT_EQ(q5_getBatteryInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getBatteryInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.temperature, 2726);
     EXPECT_EQ(info.voltage, 0xCCCC);
     EXPECT_EQ(info.status, 0x80);
@@ -146,15 +146,15 @@ TEST_F(Controllers, BatteryWithoutAReading) {
 TEST_F(Controllers, BuzzersAreTheirOwn) {
     open("");
     std::uint8_t first = 9, second = 9;
-    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0);
-    EXPECT_EQ(q5_turnOnBuzzer(at(1), 0, 0), 0);
-    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &first, 1), 0);
-    EXPECT_EQ(q5_getBuzzerStatus(at(1), 0, &second, 1), 0);
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    EXPECT_EQ(q5_turnOnBuzzer(hbaAddress(1), 0, 0), 0);
+    EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(0), 0, &first, 1), 0);
+    EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(1), 0, &second, 1), 0);
     EXPECT_EQ(first, 0);
     EXPECT_EQ(second, 1);
     EXPECT_EQ(newestEvent(0), "Buzzer disabled");
     EXPECT_EQ(newestEvent(1), "Buzzer enabled");
-    EXPECT_NE(q5_turnOnBuzzer(at(2), 0, 0), 0);
+    EXPECT_NE(q5_turnOnBuzzer(hbaAddress(2), 0, 0), 0);
 }
 
 TEST_F(Controllers, EnclosureOfEachType) {
@@ -163,14 +163,14 @@ TEST_F(Controllers, EnclosureOfEachType) {
     for (std::uint16_t id = 0; id < 9; id++) {
         Reply<EnclosureEntry, 16> reply = {};
         const EnclosureQuery query = {id, 1};
-        EXPECT_EQ(q5_getEnclosureInfo(at(0), 0, &query, &reply, sizeof reply), 0);
+        EXPECT_EQ(q5_getEnclosureInfo(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
         EXPECT_EQ(reply.record[0].type, types[id]) << id;
         EXPECT_EQ(reply.record[1].type, 0);
         EXPECT_EQ(reply.header.bytesUsed, 80u);
     }
     Reply<EnclosureEntry, 16> all = {};
     const EnclosureQuery query = {2, 16};
-    EXPECT_EQ(q5_getEnclosureInfo(at(0), 0, &query, &all, sizeof all), 0);
+    EXPECT_EQ(q5_getEnclosureInfo(hbaAddress(0), 0, &query, &all, sizeof all), 0);
     EXPECT_EQ(all.header.bytesUsed, 64u + 14 * 16);
     EXPECT_EQ(all.record[0].type, 3);
     EXPECT_EQ(all.record[4].type, 9);
@@ -183,8 +183,8 @@ TEST_F(Controllers, SensorsVaryALittleAndReproducibly) {
     for (int minute = 0; minute < 20; minute++) {
         waitSeconds(60);
         EnclosureStatus one = {}, two = {};
-        EXPECT_EQ(q5_getEnclosureStatus(at(0), 0, &query, &one, sizeof one), 0);
-        EXPECT_EQ(q5_getEnclosureStatus(at(0), 0, &query, &two, sizeof two), 0);
+        EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &one, sizeof one), 0);
+        EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &two, sizeof two), 0);
         EXPECT_EQ(std::memcmp(&one, &two, sizeof one), 0);
         fans.insert(one.sensor[0].reading);
         EXPECT_EQ(one.sensor[0].type, kFanSensor);
@@ -198,10 +198,10 @@ TEST_F(Controllers, SensorsVaryALittleAndReproducibly) {
 
 TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
     open("bench");
-    q5_turnOffBuzzer(at(0), 0, 0);
-    q5_turnOnBuzzer(at(0), 0, 0);
+    q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+    q5_turnOnBuzzer(hbaAddress(0), 0, 0);
     const ExtentRef extent = {0, 0};
-    q5_splitHBAExtent(at(0), 0, &extent, 1);
+    q5_splitHBAExtent(hbaAddress(0), 0, &extent, 1);
     EXPECT_EQ(eventTexts(0, 2),
               (std::vector<std::string>{"Buzzer enabled", "Drive 1: extent 0 split at 1 MB"}));
     EXPECT_EQ(eventTexts(0, 2).size(), 2u); // none is used up
@@ -209,7 +209,7 @@ TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
     EXPECT_EQ(eventTexts(0, 0).size(), 0u);
     Reply<HBAEvent, 51> reply = {};
     EventQuery query = {-1, 1};
-    EXPECT_EQ(q5_getHBAEvents(at(0), 0, &query, &reply, 20872), 0);
+    EXPECT_EQ(q5_getHBAEvents(hbaAddress(0), 0, &query, &reply, 20872), 0);
     EXPECT_EQ(reply.record[0].eventId, 3u);
 }
 
@@ -217,19 +217,19 @@ TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
 TEST_F(Controllers, EventsStayWithinTheRoomTold) {
     open("bench");
     for (int i = 0; i < 30; i++) {
-        q5_turnOffBuzzer(at(0), 0, 0);
-        q5_turnOnBuzzer(at(0), 0, 0);
+        q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+        q5_turnOnBuzzer(hbaAddress(0), 0, 0);
     }
     const auto reply = std::make_unique<Reply<HBAEvent, 100>>();
     std::memset(static_cast<void*>(reply.get()), 0xAA, sizeof *reply);
     EventQuery query = {-1, 100};
-    EXPECT_EQ(q5_getHBAEvents(at(0), 0, &query, reply.get(), 20872), 0);
+    EXPECT_EQ(q5_getHBAEvents(hbaAddress(0), 0, &query, reply.get(), 20872), 0);
     EXPECT_EQ(query.count, 51u);
     EXPECT_EQ(reply->record[0].eventId, 10u);
     EXPECT_EQ(reply->record[50].eventId, 60u);
     EXPECT_EQ(reply->record[51].reserved0[0], 0xAA);
     query = {3, 5};
-    EXPECT_NE(q5_getHBAEvents(at(0), 0, &query, reply.get(), 20872), 0);
+    EXPECT_NE(q5_getHBAEvents(hbaAddress(0), 0, &query, reply.get(), 20872), 0);
     EXPECT_EQ(query.count, 0u);
     EXPECT_EQ(reply->record[0].eventId, 0u);
 }
@@ -237,8 +237,8 @@ TEST_F(Controllers, EventsStayWithinTheRoomTold) {
 TEST_F(Controllers, OldEventsGo) {
     open("bench");
     for (int i = 0; i < 150; i++) {
-        q5_turnOffBuzzer(at(0), 0, 0);
-        q5_turnOnBuzzer(at(0), 0, 0);
+        q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+        q5_turnOnBuzzer(hbaAddress(0), 0, 0);
     }
     EXPECT_EQ(fileText().find("{\"id\": 44,"), std::string::npos); // 300 events, 256 kept
     EXPECT_NE(fileText().find("{\"id\": 45,"), std::string::npos);

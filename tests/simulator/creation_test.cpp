@@ -30,10 +30,10 @@ TEST_F(Creation, OfEachLevelSharesTheCapacity) {
         for (std::uint32_t drive : one.drives)
             EXPECT_EQ(extentsText(drive), "0 array0 " + share + ", " + share + " free " + rest);
         const DeleteArrayRequest gone = {1, 0};
-        ASSERT_EQ(q5_delDiskArray(at(0), 0, &gone, 8), 0);
+        ASSERT_EQ(q5_delDiskArray(hbaAddress(0), 0, &gone, 8), 0);
         for (std::uint32_t drive : one.drives) {
             const ExtentRef second = {1, drive};
-            ASSERT_EQ(q5_deleteHBAExtent(at(0), 0, &second), 0);
+            ASSERT_EQ(q5_deleteHBAExtent(hbaAddress(0), 0, &second), 0);
         }
     }
 }
@@ -49,7 +49,7 @@ TEST_F(Creation, MirrorsAndJbod) {
     EXPECT_EQ(arrayInfo(0, 1).activityStatus, 0);
     ControllerInfo info = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerInfo(at(0), 0, &query, &info, sizeof info), 0);
+    EXPECT_EQ(q5_getControllerInfo(hbaAddress(0), 0, &query, &info, sizeof info), 0);
     EXPECT_EQ(info.arrayCount, 2);
     EXPECT_EQ(info.diskCount, 8);
 }
@@ -100,7 +100,7 @@ TEST_F(Creation, OddRequestsAreRefused) {
     EXPECT_TRUE(refused([](CreateArrayRequest& r) { r.capacity = std::uint64_t{1} << 53; }));
     EXPECT_TRUE(refused([](CreateArrayRequest& r) { r.memberCount = 255; }));
     EXPECT_TRUE(refused([](CreateArrayRequest& r) { r.raidLevel = 0x105; }));
-    EXPECT_NE(q5_addHBAArray(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_addHBAArray(hbaAddress(0), 0, nullptr), 0);
     EXPECT_EQ(fileText(), before);
     EXPECT_EQ(create(good), 0);
 }
@@ -125,7 +125,7 @@ TEST_F(Creation, RaidMfChecksParityShiftAndSymmetry) {
 
 TEST_F(Creation, GivenExtentsDecideTheSize) {
     const ExtentRef first = {0, 1};
-    EXPECT_EQ(q5_splitHBAExtent(at(0), 0, &first, 300), 0);
+    EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &first, 300), 0);
     CreateArrayRequest wanted = request(kRaid0, 0, {0, 1});
     wanted.member[1].extent = 1; // 700 MB
     EXPECT_EQ(create(wanted), 0);
@@ -140,7 +140,7 @@ TEST_F(Creation, GivenExtentsDecideTheSize) {
 
 TEST_F(Creation, SmallestExtentThatFitsIsTaken) {
     const ExtentRef first = {0, 0};
-    EXPECT_EQ(q5_splitHBAExtent(at(0), 0, &first, 600), 0);
+    EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &first, 600), 0);
     EXPECT_EQ(create(request(kRaid0, 300, {0})), 0);
     EXPECT_EQ(extentsText(0), "0 free 600, 600 array0 300, 900 free 100");
 }
@@ -201,12 +201,12 @@ TEST_F(Creation, IdsAreTheLowestFree) {
     for (std::uint32_t drive = 0; drive < 3; drive++)
         EXPECT_EQ(create(request(kRaid0, 100, {drive})), 0);
     const DeleteArrayRequest middle = {1, 1};
-    EXPECT_EQ(q5_delDiskArray(at(0), 0, &middle, 8), 0);
+    EXPECT_EQ(q5_delDiskArray(hbaAddress(0), 0, &middle, 8), 0);
     EXPECT_EQ(create(request(kRaid0, 100, {7})), 0);
     EXPECT_EQ(membersText(arrayInfo(0, 1)), "7");
     static Reply<LogDrvInfo, 128> reply;
     const LogDrvQuery query = {0, 128};
-    EXPECT_EQ(q5_getLogDrvInfo(at(0), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getLogDrvInfo(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
     EXPECT_EQ(reply.record[1].logDrvId, 1); // in order
 }
 

@@ -9,7 +9,7 @@ static std::vector<int> listed(std::uint32_t first, std::uint32_t count, std::ui
     static Reply<PhyDrvInfo, 65> reply; // more than 42752 bytes
     reply = {};
     const PhyDrvQuery query = {first, count, kAllDrives, {}};
-    EXPECT_EQ(q5_getPhyDrvInfo(at(0), 0, &query, &reply, size), 0);
+    EXPECT_EQ(q5_getPhyDrvInfo(hbaAddress(0), 0, &query, &reply, size), 0);
     std::vector<int> ids;
     for (const PhyDrvInfo& drive : records(reply))
         ids.push_back(drive.driveId);
@@ -72,13 +72,13 @@ TEST_F(Drives, ExtentsOfAFailedDriveAreOutOfReach) {
 static Reply<PhyDrvSettings, 1> settingsOf(std::uint32_t controller, std::uint32_t drive) {
     Reply<PhyDrvSettings, 1> reply = {};
     const PhyDrvSelector selector = {drive, 1, 1, {}};
-    EXPECT_EQ(q5_getPhyDrvSettings(at(controller), 0, &selector, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getPhyDrvSettings(hbaAddress(controller), 0, &selector, &reply, sizeof reply), 0);
     return reply;
 }
 
 static int set(std::uint32_t drive, const Reply<PhyDrvSettings, 1>& settings) {
     const PhyDrvSelector selector = {drive, 1, 1, {}};
-    return q5_setPhyDrvSettings(at(0), 0, &selector, &settings, sizeof settings);
+    return q5_setPhyDrvSettings(hbaAddress(0), 0, &selector, &settings, sizeof settings);
 }
 
 TEST_F(Drives, SettingsAreKeptForEachDrive) {
@@ -115,36 +115,36 @@ TEST_F(Drives, SettingsOfAllDrivesInOneReply) {
     open("bench");
     Reply<PhyDrvSettings, 16> reply = {};
     const PhyDrvSelector selector = {0, 16, 1, {}};
-    EXPECT_EQ(q5_getPhyDrvSettings(at(0), 0, &selector, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getPhyDrvSettings(hbaAddress(0), 0, &selector, &reply, sizeof reply), 0);
     EXPECT_EQ(reply.header.bytesUsed, 64u + 8 * 16);
     EXPECT_EQ(reply.record[7].pdId, 7);
 }
 
 static int light(std::uint16_t drive) {
     std::uint8_t state = 9;
-    EXPECT_EQ(q5_getPhyDrvLocateStatus(at(0), 0, drive, &state), 0);
+    EXPECT_EQ(q5_getPhyDrvLocateStatus(hbaAddress(0), 0, drive, &state), 0);
     return state;
 }
 
 TEST_F(Drives, LocateLightGoesOutByItself) {
     open("bench");
     EXPECT_EQ(light(3), 0);
-    EXPECT_EQ(q5_locatePhyDrv(at(0), 0, 3, 30), 0);
+    EXPECT_EQ(q5_locatePhyDrv(hbaAddress(0), 0, 3, 30), 0);
     waitSeconds(29);
     EXPECT_EQ(light(3), 1);
     EXPECT_EQ(light(2), 0);
     waitSeconds(1);
     EXPECT_EQ(light(3), 0);
-    EXPECT_EQ(q5_locatePhyDrv(at(0), 0, 3, 30), 0);
-    EXPECT_EQ(q5_stopLocatePhyDrv(at(0), 0, 3), 0);
+    EXPECT_EQ(q5_locatePhyDrv(hbaAddress(0), 0, 3, 30), 0);
+    EXPECT_EQ(q5_stopLocatePhyDrv(hbaAddress(0), 0, 3), 0);
     EXPECT_EQ(light(3), 0);
-    EXPECT_NE(q5_locatePhyDrv(at(0), 0, 8, 30), 0);
-    EXPECT_NE(q5_locatePhyDrv(at(0), 0, 3, 0), 0);
+    EXPECT_NE(q5_locatePhyDrv(hbaAddress(0), 0, 8, 30), 0);
+    EXPECT_NE(q5_locatePhyDrv(hbaAddress(0), 0, 3, 0), 0);
 }
 
 TEST_F(Drives, LocatingForTheLongestTimeStillGivesAFileThatReads) {
     open("bench");
-    EXPECT_EQ(q5_locatePhyDrv(at(0), 0, 0, 0xFFFFFFFF), 0);
+    EXPECT_EQ(q5_locatePhyDrv(hbaAddress(0), 0, 0, 0xFFFFFFFF), 0);
     EXPECT_EQ(q5_finalize(), 0);
     ASSERT_EQ(initialize(), 0);
     EXPECT_EQ(light(0), 1);
@@ -153,29 +153,29 @@ TEST_F(Drives, LocatingForTheLongestTimeStillGivesAFileThatReads) {
 TEST_F(Drives, WipeClearsSparesAndSparesMembers) {
     open("settings");
     const ExtentPlacement spare = {0, 2, kNoArray, 0};
-    EXPECT_EQ(q5_spareHBAExtent(at(0), 0, &spare), 0);
+    EXPECT_EQ(q5_spareHBAExtent(hbaAddress(0), 0, &spare), 0);
     EXPECT_EQ(extentsText(2), "0 spare 1000");
     const DriveSelector free = {2, 1}, member = {0, 1}, absent = {9, 1};
-    EXPECT_EQ(q5_removeHBADiskMDD(at(0), 0, &free), 0);
+    EXPECT_EQ(q5_removeHBADiskMDD(hbaAddress(0), 0, &free), 0);
     EXPECT_EQ(extentsText(2), "0 free 1000");
     EXPECT_EQ(newestEvent(), "Drive 3: configuration sectors cleared");
     const std::string before = fileText();
-    EXPECT_NE(q5_removeHBADiskMDD(at(0), 0, &member), 0);
-    EXPECT_NE(q5_removeHBADiskMDD(at(0), 0, &absent), 0);
+    EXPECT_NE(q5_removeHBADiskMDD(hbaAddress(0), 0, &member), 0);
+    EXPECT_NE(q5_removeHBADiskMDD(hbaAddress(0), 0, &absent), 0);
     EXPECT_EQ(fileText(), before);
 }
 
 TEST_F(Drives, SpeedOptionIsOfModelAndFirmware) {
     open("bench");
     int setting = 9;
-    EXPECT_EQ(q5_getDataTransferSpeed(at(0), 0, "TQ500-7200AS", "TQ3.02", &setting, 4), 0);
+    EXPECT_EQ(q5_getDataTransferSpeed(hbaAddress(0), 0, "TQ500-7200AS", "TQ3.02", &setting, 4), 0);
     EXPECT_EQ(setting, 0);
     const int wanted = -7;
-    EXPECT_EQ(q5_setDataTransferSpeed(at(0), 0, "TQ500-7200AS", "TQ3.02", &wanted, 4), 0);
-    EXPECT_EQ(q5_getDataTransferSpeed(at(0), 0, "TQ500-7200AS", "TQ3.02", &setting, 4), 0);
+    EXPECT_EQ(q5_setDataTransferSpeed(hbaAddress(0), 0, "TQ500-7200AS", "TQ3.02", &wanted, 4), 0);
+    EXPECT_EQ(q5_getDataTransferSpeed(hbaAddress(0), 0, "TQ500-7200AS", "TQ3.02", &setting, 4), 0);
     EXPECT_EQ(setting, -7);
     EXPECT_EQ(newestEvent(), "Drives TQ500-7200AS TQ3.02: 3 Gb/s option set to -7");
-    EXPECT_NE(q5_getDataTransferSpeed(at(0), 0, "TQ500-7200AS", "TQ3.03", &setting, 4), 0);
+    EXPECT_NE(q5_getDataTransferSpeed(hbaAddress(0), 0, "TQ500-7200AS", "TQ3.03", &setting, 4), 0);
     EXPECT_EQ(setting, 0);
-    EXPECT_NE(q5_setDataTransferSpeed(at(0), 0, "other", "TQ3.02", &wanted, 4), 0);
+    EXPECT_NE(q5_setDataTransferSpeed(hbaAddress(0), 0, "other", "TQ3.02", &wanted, 4), 0);
 }

@@ -8,27 +8,27 @@ protected:
 
 static int spare(std::uint16_t drive, std::uint16_t extent, std::uint16_t logDrv) {
     const ExtentPlacement placement = {extent, drive, logDrv, 0};
-    return q5_spareHBAExtent(at(0), 0, &placement);
+    return q5_spareHBAExtent(hbaAddress(0), 0, &placement);
 }
 
 static int add(std::uint16_t drive, std::uint16_t extent, std::uint16_t logDrv) {
     const ExtentPlacement placement = {extent, drive, logDrv, 0};
-    return q5_addHBAExtentToArray(at(0), 0, &placement);
+    return q5_addHBAExtentToArray(hbaAddress(0), 0, &placement);
 }
 
 static int release(std::uint32_t drive, std::uint32_t extent) {
     const ExtentRef ref = {extent, drive};
-    return q5_freeHBAExtent(at(0), 0, &ref);
+    return q5_freeHBAExtent(hbaAddress(0), 0, &ref);
 }
 
 static int remove(std::uint32_t drive, std::uint32_t extent) {
     const ExtentRef ref = {extent, drive};
-    return q5_deleteHBAExtent(at(0), 0, &ref);
+    return q5_deleteHBAExtent(hbaAddress(0), 0, &ref);
 }
 
 static int split(std::uint32_t drive, std::uint32_t extent, std::uint32_t offset) {
     const ExtentRef ref = {extent, drive};
-    return q5_splitHBAExtent(at(0), 0, &ref, offset);
+    return q5_splitHBAExtent(hbaAddress(0), 0, &ref, offset);
 }
 
 TEST_F(Extents, SplitMakesTwoAndStaysSplit) {

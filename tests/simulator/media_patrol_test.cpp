@@ -10,13 +10,13 @@ using Operation = int (*)(HbaAddress, std::uint32_t, const DriveSelector*);
 
 static int on(std::uint32_t drive, Operation operation) {
     const DriveSelector selector = {drive, 1};
-    return operation(at(0), 0, &selector);
+    return operation(hbaAddress(0), 0, &selector);
 }
 
 static MediaPatrolProgress progress(std::uint32_t drive) {
     MediaPatrolProgress reply = {};
     const DriveSelector selector = {drive, 1};
-    EXPECT_EQ(q5_getHBAMediaPatrolProgress(at(0), 0, &selector, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getHBAMediaPatrolProgress(hbaAddress(0), 0, &selector, &reply, sizeof reply), 0);
     return reply;
 }
 
@@ -96,9 +96,9 @@ TEST_F(Patrol, ChangedRateCountsFromThen) {
     waitSeconds(25); // 200 MB
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_getControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     settings.mpRate = 10;
-    EXPECT_EQ(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     EXPECT_EQ(progress(0).progress, 20);
     waitSeconds(5); // 400 MB more
     EXPECT_EQ(progress(0).progress, 60);

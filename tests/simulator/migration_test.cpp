@@ -20,14 +20,14 @@ static MigrateRequest to(RaidLevel level, const std::vector<std::uint32_t>& adde
 }
 
 static int migrate(const MigrateRequest& request) {
-    return q5_migrateHBAArray(at(0), 0, &request);
+    return q5_migrateHBAArray(hbaAddress(0), 0, &request);
 }
 
 static constexpr ActivityQuery kFirst = {0, kMigrationKind};
 
 static MigrationProgress progress() {
     MigrationProgress reply = {};
-    EXPECT_EQ(q5_getMigrationProgress(at(0), 0, &kFirst, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getMigrationProgress(hbaAddress(0), 0, &kFirst, &reply, sizeof reply), 0);
     return reply;
 }
 
@@ -40,11 +40,11 @@ TEST_F(Migration, FromRaid0ToRaid5WithOneMoreDrive) {
     EXPECT_EQ(extentsText(2), "0 array0 400, 400 free 600");
     waitSeconds(10);
     EXPECT_EQ(progress().percent, 20);
-    EXPECT_EQ(q5_PauseMigration(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_PauseMigration(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(100);
     EXPECT_EQ(progress().percent, 20);
     EXPECT_EQ(progress().state, kActivityPaused);
-    EXPECT_EQ(q5_ResumeMigration(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_ResumeMigration(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(40);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(arrayInfo(0, 0).raidLevel, kRaid5);
@@ -101,7 +101,7 @@ TEST_F(Migration, OddRequestsAreRefused) {
     request = to(kRaid5, {2});
     request.logDrvId = 1;
     EXPECT_NE(migrate(request), 0);
-    EXPECT_NE(q5_migrateHBAArray(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_migrateHBAArray(hbaAddress(0), 0, nullptr), 0);
     EXPECT_EQ(fileText(), before);
 }
 
@@ -109,10 +109,10 @@ TEST_F(Migration, SteeringNeedsItsKind) {
     EXPECT_EQ(migrate(to(kRaid5, {2})), 0);
     EXPECT_NE(migrate(to(kRaid5, {3})), 0); // one activity at a time
     const ActivityQuery other = {0, 0};
-    EXPECT_NE(q5_PauseMigration(at(0), 0, &other), 0);
-    EXPECT_NE(q5_ResumeMigration(at(0), 0, &kFirst), 0);
+    EXPECT_NE(q5_PauseMigration(hbaAddress(0), 0, &other), 0);
+    EXPECT_NE(q5_ResumeMigration(hbaAddress(0), 0, &kFirst), 0);
     MigrationProgress reply = {};
-    EXPECT_NE(q5_getMigrationProgress(at(0), 0, &other, &reply, sizeof reply), 0);
+    EXPECT_NE(q5_getMigrationProgress(hbaAddress(0), 0, &other, &reply, sizeof reply), 0);
 }
 
 TEST_F(Migration, ThatLosesItsNewDriveIsAborted) {

@@ -3,7 +3,7 @@
 #include "simulator/store/world_store.h"
 #include "tests/simulator/simulated_world.h"
 
-static void fail(std::uint32_t drive) {
+static void failDrive(std::uint32_t drive) {
     EXPECT_EQ(q5sim::changeWorld([&](q5sim::World& world, std::int64_t) {
                   return q5sim::failDrive(world.controllers[0], drive) ? 0 : 1;
               }),
@@ -20,27 +20,27 @@ static void replace(std::uint32_t drive) {
 static void setAutoRebuild(bool on) {
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
-    EXPECT_EQ(q5_getControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_getControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
     settings.autoRebuild = on;
-    EXPECT_EQ(q5_setControllerSettings(at(0), 0, &query, &settings, sizeof settings), 0);
+    EXPECT_EQ(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
 }
 
 static int spare(std::uint16_t drive, std::uint16_t extent, std::uint16_t logDrv) {
     const ExtentPlacement placement = {extent, drive, logDrv, 0};
-    return q5_spareHBAExtent(at(0), 0, &placement);
+    return q5_spareHBAExtent(hbaAddress(0), 0, &placement);
 }
 
 static int start(const std::vector<RebuildEntry>& entries, std::uint16_t logDrvId = 0) {
     LogDrvInfo drive = {};
     drive.logDrvId = logDrvId;
-    return q5_startHBARebuildExtent(at(0), 0, static_cast<std::uint8_t>(entries.size()), entries.data(),
-                                    &drive);
+    return q5_startHBARebuildExtent(hbaAddress(0), 0, static_cast<std::uint8_t>(entries.size()),
+                                    entries.data(), &drive);
 }
 
 static RebuildProgress progress() {
     RebuildProgress reply = {};
     const ActivityQuery query = {0, 0};
-    EXPECT_EQ(q5_getRebuildProgress(at(0), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getRebuildProgress(hbaAddress(0), 0, &query, &reply, sizeof reply), 0);
     return reply;
 }
 
@@ -59,24 +59,24 @@ protected:
 
 TEST_F(Rebuild, ByHandWithPauseAndResume) {
     EXPECT_NE(start({{0, 5, 0, {}}}), 0); // nothing is lost
-    fail(1);
+    failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 1 2");
     waitSeconds(20);
     EXPECT_EQ(progress().percent, 40);
-    EXPECT_EQ(q5_pauseRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_pauseRebuild(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(100);
     EXPECT_EQ(progress().percent, 40);
     EXPECT_EQ(progress().state, kActivityPaused);
-    EXPECT_EQ(q5_resumeRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_resumeRebuild(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(30);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
     EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 5 2");
     std::uint32_t mask = 9;
-    EXPECT_EQ(q5_getAryLostDisk(at(0), 0, 0, &mask), 0);
+    EXPECT_EQ(q5_getAryLostDisk(hbaAddress(0), 0, 0, &mask), 0);
     EXPECT_EQ(mask, 0u);
     EXPECT_EQ(extentsText(5), "0 array0 400, 400 free 600");
     EXPECT_EQ(extentsText(1), "0 free 400, 400 free 600");
@@ -85,13 +85,13 @@ TEST_F(Rebuild, ByHandWithPauseAndResume) {
 }
 
 TEST_F(Rebuild, OntoANewDriveInTheOldPlace) {
-    fail(1);
+    failDrive(1);
     replace(1);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical); // the new drive is empty
     EXPECT_EQ(extentsText(1), "0 free 1000");
     EXPECT_EQ(start({{0, 1, 0, {}}}), 0);
     std::uint32_t mask = 0;
-    EXPECT_EQ(q5_getAryLostDisk(at(0), 0, 0, &mask), 0);
+    EXPECT_EQ(q5_getAryLostDisk(hbaAddress(0), 0, 0, &mask), 0);
     EXPECT_EQ(mask, 2u); // still, until it is done
     waitSeconds(50);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
@@ -100,29 +100,29 @@ TEST_F(Rebuild, OntoANewDriveInTheOldPlace) {
 
 TEST_F(Rebuild, OddRequestsAreRefused) {
     const ExtentRef whole = {0, 4};
-    EXPECT_EQ(q5_splitHBAExtent(at(0), 0, &whole, 399), 0);
-    fail(1);
+    EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &whole, 399), 0);
+    failDrive(1);
     const std::string before = fileText();
     EXPECT_NE(start({}), 0);
-    EXPECT_NE(q5_startHBARebuildExtent(at(0), 0, 1, nullptr, nullptr), 0);
-    EXPECT_NE(start({{1, 5, 0, {}}}), 0);                // entry and drive disagree
-    EXPECT_NE(start({{1, 5, 0, {}}}, 1), 0);             // no such array
-    EXPECT_NE(start({{0, 4, 0, {}}}), 0);                // too small
-    EXPECT_NE(start({{0, 1, 1, {}}}), 0);                // failed
-    EXPECT_NE(start({{0, 0, 1, {}}}), 0);                // a member that is there
-    EXPECT_NE(start({{0, 5, 1, {}}}), 0);                // no such extent
-    EXPECT_NE(start({{0, 9, 0, {}}}), 0);                // no such drive
-    EXPECT_NE(start({{0, 5, 0, {}}, {0, 6, 0, {}}}), 0); // one member is lost
-    EXPECT_NE(q5_restartRebuild(at(0), 0, &kFirst), 0);  // none runs
+    EXPECT_NE(q5_startHBARebuildExtent(hbaAddress(0), 0, 1, nullptr, nullptr), 0);
+    EXPECT_NE(start({{1, 5, 0, {}}}), 0);                       // entry and drive disagree
+    EXPECT_NE(start({{1, 5, 0, {}}}, 1), 0);                    // no such array
+    EXPECT_NE(start({{0, 4, 0, {}}}), 0);                       // too small
+    EXPECT_NE(start({{0, 1, 1, {}}}), 0);                       // failed
+    EXPECT_NE(start({{0, 0, 1, {}}}), 0);                       // a member that is there
+    EXPECT_NE(start({{0, 5, 1, {}}}), 0);                       // no such extent
+    EXPECT_NE(start({{0, 9, 0, {}}}), 0);                       // no such drive
+    EXPECT_NE(start({{0, 5, 0, {}}, {0, 6, 0, {}}}), 0);        // one member is lost
+    EXPECT_NE(q5_restartRebuild(hbaAddress(0), 0, &kFirst), 0); // none runs
     EXPECT_EQ(fileText(), before);
 }
 
 TEST_F(Rebuild, RestartBeginsAgain) {
-    fail(1);
+    failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     waitSeconds(40);
-    EXPECT_EQ(q5_pauseRebuild(at(0), 0, &kFirst), 0);
-    EXPECT_EQ(q5_restartRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_pauseRebuild(hbaAddress(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_restartRebuild(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(progress().percent, 0);
     waitSeconds(25);
     EXPECT_EQ(progress().percent, 50);
@@ -130,10 +130,10 @@ TEST_F(Rebuild, RestartBeginsAgain) {
 }
 
 TEST_F(Rebuild, StopGivesTheExtentBack) {
-    fail(1);
+    failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     waitSeconds(40);
-    EXPECT_EQ(q5_stopRebuild(at(0), 0, &kFirst), 0);
+    EXPECT_EQ(q5_stopRebuild(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     EXPECT_EQ(extentsText(5), "0 free 400, 400 free 600");
@@ -143,7 +143,7 @@ TEST_F(Rebuild, StopGivesTheExtentBack) {
 TEST_F(Rebuild, GlobalSpareStepsInByItself) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
-    fail(2);
+    failDrive(2);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
     EXPECT_EQ(extentsText(6), "0 array0 400, 400 spare 600"); // the rest stays a spare
     EXPECT_EQ(eventTexts(0, 3), (std::vector<std::string>{"Drive 3 has failed", "Logical drive 0 is critical",
@@ -159,7 +159,7 @@ TEST_F(Rebuild, DedicatedSpareComesFirstAndOthersNever) {
     EXPECT_EQ(spare(6, 0, 0), 0);
     EXPECT_EQ(spare(7, 0, 1), 0);
     waitSeconds(50);
-    fail(0);
+    failDrive(0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // automatic rebuild is off
     setAutoRebuild(true);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
@@ -167,10 +167,10 @@ TEST_F(Rebuild, DedicatedSpareComesFirstAndOthersNever) {
     EXPECT_EQ(extentText(7, 0), "0 spare1 1000");
     waitSeconds(50);
     EXPECT_EQ(membersText(arrayInfo(0, 0)), "6 1 2");
-    fail(1);
+    failDrive(1);
     EXPECT_EQ(extentText(5, 0), "0 array0 400"); // then the global one
     waitSeconds(50);
-    fail(2);
+    failDrive(2);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // all that is left lies on members' drives
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     EXPECT_EQ(extentText(6, 1), "400 spare0 600");
@@ -180,8 +180,8 @@ TEST_F(Rebuild, StoppedByTheUserStaysStopped) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
     EXPECT_EQ(spare(7, 0, kNoArray), 0);
-    fail(2);
-    EXPECT_EQ(q5_stopRebuild(at(0), 0, &kFirst), 0);
+    failDrive(2);
+    EXPECT_EQ(q5_stopRebuild(hbaAddress(0), 0, &kFirst), 0);
     waitSeconds(10);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(start({{0, 7, 0, {}}}), 0);
@@ -191,19 +191,19 @@ TEST_F(Rebuild, EndsWhenItsTargetFails) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
     EXPECT_EQ(spare(7, 0, kNoArray), 0);
-    fail(2);
+    failDrive(2);
     EXPECT_EQ(extentText(6, 0), "0 array0 400");
     waitSeconds(10);
-    fail(6);
+    failDrive(6);
     EXPECT_EQ(extentText(7, 0), "0 array0 400"); // the next spare
     EXPECT_EQ(progress().percent, 0);
     EXPECT_EQ(extentText(6, 0), "0 free 400");
 }
 
 TEST_F(Rebuild, EndsWhenTheArrayGoesOffline) {
-    fail(1);
+    failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
-    fail(0);
+    failDrive(0);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(extentsText(5), "0 free 400, 400 free 600");
@@ -212,7 +212,7 @@ TEST_F(Rebuild, EndsWhenTheArrayGoesOffline) {
 
 TEST_F(Rebuild, UnfinishedSynchronisationFollows) {
     EXPECT_EQ(create(request(kRaid1, 80, {3, 4})), 0); // 10 s
-    fail(3);
+    failDrive(3);
     const RebuildEntry entry = {1, 5, 0, {}};
     EXPECT_EQ(start({entry}, 1), 0);
     waitSeconds(10);
@@ -224,9 +224,9 @@ TEST_F(SimulatedWorld, RebuildOfTwoMembersAtOnce) {
     open("bench");
     EXPECT_EQ(create(request(kRaidMf, 800, {0, 1, 2, 3})), 0);
     waitSeconds(50);
-    fail(0);
+    failDrive(0);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kDegraded);
-    fail(3);
+    failDrive(3);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     replace(3);
     EXPECT_EQ(start({{0, 4, 0, {}}, {0, 3, 0, {}}}), 0);

@@ -69,15 +69,15 @@ static void expectRefusal(const Question& one, HbaAddress address, std::uint32_t
 TEST_F(Refusal, LeavesBuffersZeroAndTheWorldUnchanged) {
     for (const Question& one : questions()) {
         alignas(16) std::uint8_t buffer[512];
-        EXPECT_EQ(one.ask(at(0), 0, buffer, one.size), 0) << one.name;
+        EXPECT_EQ(one.ask(hbaAddress(0), 0, buffer, one.size), 0) << one.name;
         const std::string before = fileText();
-        expectRefusal(one, at(1), 0, one.size);
-        expectRefusal(one, at(65535), 0, one.size);
+        expectRefusal(one, hbaAddress(1), 0, one.size);
+        expectRefusal(one, hbaAddress(65535), 0, one.size);
         expectRefusal(one, {0, {0, 0, 0, 0, 0, 1}}, 0, one.size);
-        expectRefusal(one, at(0), 1, one.size);
-        expectRefusal(one, at(0), 0, one.size - 1);
-        expectRefusal(one, at(0), 0, 0);
-        EXPECT_NE(one.ask(at(0), 0, nullptr, one.size), 0) << one.name;
+        expectRefusal(one, hbaAddress(0), 1, one.size);
+        expectRefusal(one, hbaAddress(0), 0, one.size - 1);
+        expectRefusal(one, hbaAddress(0), 0, 0);
+        EXPECT_NE(one.ask(hbaAddress(0), 0, nullptr, one.size), 0) << one.name;
         EXPECT_EQ(fileText(), before);
     }
 }
@@ -85,43 +85,43 @@ TEST_F(Refusal, LeavesBuffersZeroAndTheWorldUnchanged) {
 TEST_F(Refusal, OfClosedSessionsLeavesBuffersZero) {
     EXPECT_EQ(q5_finalize(), 0);
     for (const Question& one : questions())
-        expectRefusal(one, at(0), 0, one.size);
+        expectRefusal(one, hbaAddress(0), 0, one.size);
 }
 
 TEST_F(Refusal, OfMissingSelectors) {
     std::uint8_t buffer[512];
-    EXPECT_NE(q5_getControllerInfo(at(0), 0, nullptr, buffer, 432), 0);
-    EXPECT_NE(q5_getControllerInfo(at(0), 0, nullptr, buffer, 88), 0);
-    EXPECT_NE(q5_getPhyDrvInfo(at(0), 0, nullptr, buffer, 512), 0);
-    EXPECT_NE(q5_getPhyDrvSettings(at(0), 0, nullptr, buffer, 80), 0);
-    EXPECT_NE(q5_setPhyDrvSettings(at(0), 0, nullptr, buffer, 80), 0);
-    EXPECT_NE(q5_getLogDrvInfo(at(0), 0, nullptr, buffer, 512), 0);
-    EXPECT_NE(q5_getLogDrvSettings(at(0), 0, nullptr, buffer, 180), 0);
-    EXPECT_NE(q5_setLogDrvSettings(at(0), 0, nullptr, buffer, 180), 0);
-    EXPECT_NE(q5_getEnclosureInfo(at(0), 0, nullptr, buffer, 80), 0);
-    EXPECT_NE(q5_getHBAEvents(at(0), 0, nullptr, buffer, 512), 0);
-    EXPECT_NE(q5_getDriverInfo(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_getDiscoverPath(at(0), nullptr, 656), 0);
-    EXPECT_NE(q5_getAryLostDisk(at(0), 0, 0, nullptr), 0);
-    EXPECT_NE(q5_getPhyDrvLocateStatus(at(0), 0, 0, nullptr), 0);
-    EXPECT_NE(q5_removeHBADiskMDD(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_startHBAMediaPatrol(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_spareHBAExtent(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_addHBAExtentToArray(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_freeHBAExtent(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_splitHBAExtent(at(0), 0, nullptr, 1), 0);
-    EXPECT_NE(q5_delDiskArray(at(0), 0, nullptr, 8), 0);
-    EXPECT_NE(q5_startLogDrvInit(at(0), 0, nullptr, 524), 0);
-    EXPECT_NE(q5_startRedundancyCheck(at(0), 0, nullptr), 0);
-    EXPECT_NE(q5_PauseMigration(at(0), 0, nullptr), 0);
+    EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, nullptr, buffer, 432), 0);
+    EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, nullptr, buffer, 88), 0);
+    EXPECT_NE(q5_getPhyDrvInfo(hbaAddress(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getPhyDrvSettings(hbaAddress(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_setPhyDrvSettings(hbaAddress(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_getLogDrvInfo(hbaAddress(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getLogDrvSettings(hbaAddress(0), 0, nullptr, buffer, 180), 0);
+    EXPECT_NE(q5_setLogDrvSettings(hbaAddress(0), 0, nullptr, buffer, 180), 0);
+    EXPECT_NE(q5_getEnclosureInfo(hbaAddress(0), 0, nullptr, buffer, 80), 0);
+    EXPECT_NE(q5_getHBAEvents(hbaAddress(0), 0, nullptr, buffer, 512), 0);
+    EXPECT_NE(q5_getDriverInfo(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_getDiscoverPath(hbaAddress(0), nullptr, 656), 0);
+    EXPECT_NE(q5_getAryLostDisk(hbaAddress(0), 0, 0, nullptr), 0);
+    EXPECT_NE(q5_getPhyDrvLocateStatus(hbaAddress(0), 0, 0, nullptr), 0);
+    EXPECT_NE(q5_removeHBADiskMDD(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_startHBAMediaPatrol(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_spareHBAExtent(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_addHBAExtentToArray(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_freeHBAExtent(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_splitHBAExtent(hbaAddress(0), 0, nullptr, 1), 0);
+    EXPECT_NE(q5_delDiskArray(hbaAddress(0), 0, nullptr, 8), 0);
+    EXPECT_NE(q5_startLogDrvInit(hbaAddress(0), 0, nullptr, 524), 0);
+    EXPECT_NE(q5_startRedundancyCheck(hbaAddress(0), 0, nullptr), 0);
+    EXPECT_NE(q5_PauseMigration(hbaAddress(0), 0, nullptr), 0);
 }
 
 TEST_F(Refusal, OfQueriesThatDisagreeWithTheAddress) {
     ControllerInfo info = {};
     const ControllerQuery other = {1, 1, kGeneralInfo, {}}, two = {0, 2, kGeneralInfo, {}},
                           third = {0, 1, 1, {}};
-    EXPECT_NE(q5_getControllerInfo(at(0), 0, &other, &info, sizeof info), 0);
-    EXPECT_NE(q5_getControllerInfo(at(0), 0, &two, &info, sizeof info), 0);
-    EXPECT_NE(q5_getControllerInfo(at(0), 0, &third, &info, sizeof info), 0);
+    EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, &other, &info, sizeof info), 0);
+    EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, &two, &info, sizeof info), 0);
+    EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, &third, &info, sizeof info), 0);
     EXPECT_EQ(info.diskCount, 0);
 }

@@ -64,7 +64,7 @@ int initialize() {
 PhyDrvInfo driveInfo(std::uint32_t controller, std::uint32_t drive) {
     Reply<PhyDrvInfo, 1> reply = {};
     const PhyDrvQuery query = {drive, 1, kAllDrives, {}};
-    EXPECT_EQ(q5_getPhyDrvInfo(at(controller), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply), 0);
     EXPECT_EQ(reply.header.bytesUsed, 728u);
     return reply.record[0];
 }
@@ -103,7 +103,7 @@ std::string extentsText(std::uint32_t drive) {
 LogDrvInfo arrayInfo(std::uint32_t controller, std::uint32_t logDrvId) {
     Reply<LogDrvInfo, 1> reply = {};
     const LogDrvQuery query = {logDrvId, 1};
-    EXPECT_EQ(q5_getLogDrvInfo(at(controller), 0, &query, &reply, sizeof reply), 0);
+    EXPECT_EQ(q5_getLogDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply), 0);
     if (reply.header.bytesUsed != 272)
         reply.record[0].logDrvId = 0xFFFF;
     return reply.record[0];
@@ -120,7 +120,7 @@ std::vector<std::string> eventTexts(std::uint32_t controller, std::uint32_t coun
     static Reply<HBAEvent, 51> reply;
     reply = {};
     EventQuery query = {-1, count};
-    EXPECT_EQ(q5_getHBAEvents(at(controller), 0, &query, &reply, 20872), 0);
+    EXPECT_EQ(q5_getHBAEvents(hbaAddress(controller), 0, &query, &reply, 20872), 0);
     std::vector<std::string> texts;
     for (std::uint32_t i = 0; i < query.count; i++)
         texts.emplace_back(reply.record[i].description);
@@ -152,5 +152,5 @@ CreateArrayRequest request(RaidLevel level, std::uint64_t capacity,
 }
 
 int create(const CreateArrayRequest& request) {
-    return q5_addHBAArray(at(0), 0, &request);
+    return q5_addHBAArray(hbaAddress(0), 0, &request);
 }

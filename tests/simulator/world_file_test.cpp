@@ -55,7 +55,7 @@ TEST_F(WorldFile, ThatIsBrokenIsNamedWithItsLineAndLeftAlone) {
     std::uint32_t count = 99;
     EXPECT_NE(q5_getNumberOfHBA(&count), 0);
     EXPECT_EQ(count, 0u);
-    EXPECT_NE(q5_turnOnBuzzer(at(0), 0, 0), 0);
+    EXPECT_NE(q5_turnOnBuzzer(hbaAddress(0), 0, 0), 0);
     EXPECT_EQ(fileText(), before);
 }
 
@@ -84,17 +84,17 @@ TEST_F(WorldFile, IsNotTouchedByReading) {
 TEST_F(WorldFile, IsNotRewrittenByAChangeThatChangesNothing) {
     open("");
     const auto before = fs::last_write_time(file);
-    EXPECT_EQ(q5_turnOnBuzzer(at(0), 0, 0), 0); // it is on already
+    EXPECT_EQ(q5_turnOnBuzzer(hbaAddress(0), 0, 0), 0); // it is on already
     EXPECT_EQ(fs::last_write_time(file), before);
 }
 
 TEST_F(WorldFile, KeepsChangesForTheNextSession) {
     open("");
-    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     EXPECT_EQ(q5_finalize(), 0);
     ASSERT_EQ(initialize(), 0);
     std::uint8_t state = 9;
-    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(0), 0, &state, 1), 0);
     EXPECT_EQ(state, 0);
     EXPECT_EQ(newestEvent(), "Buzzer disabled");
 }
@@ -111,13 +111,13 @@ TEST_F(WorldFile, ThatAHandBreaksRefusesUntilItIsMended) {
     const std::string good = fileText();
     writeText(file, "{");
     testing::internal::CaptureStderr();
-    EXPECT_NE(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     std::uint8_t state = 9;
-    EXPECT_NE(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_NE(q5_getBuzzerStatus(hbaAddress(0), 0, &state, 1), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ":1: this is not valid JSON\n");
     EXPECT_EQ(fileText(), "{");
     writeText(file, good);
-    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(0), 0, &state, 1), 0);
     EXPECT_EQ(state, 1);
 }
 
@@ -132,7 +132,7 @@ TEST_F(WorldFile, ReachedThroughALinkKeepsTheLink) {
     fs::copy_file(std::string(WORLDS) + "/bench.json", directory + "/real.json");
     fs::create_symlink("real.json", file);
     ASSERT_EQ(initialize(), 0);
-    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0);
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_NE(readText(directory + "/real.json").find("\"buzzer\": false"), std::string::npos);
 }
@@ -147,21 +147,21 @@ TEST_F(WorldFile, ThatCannotBeWrittenRefusesChanges) {
     const rlimit small = {100, old.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     testing::internal::CaptureStderr();
-    const int result = q5_turnOffBuzzer(at(0), 0, 0);
+    const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
     setrlimit(RLIMIT_FSIZE, &old);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ": the world file cannot be written\n");
     EXPECT_NE(result, 0);
     EXPECT_EQ(fileText(), before);
     EXPECT_FALSE(fs::exists(file + ".new"));
     std::uint8_t state = 9;
-    EXPECT_EQ(q5_getBuzzerStatus(at(0), 0, &state, 1), 0);
+    EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(0), 0, &state, 1), 0);
     EXPECT_EQ(state, 1);
 }
 
 static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {
     for (std::uint32_t i = 0; i < times; i++) {
         const ExtentRef last = {i, drive};
-        if (q5_splitHBAExtent(at(0), 0, &last, first) != 0)
+        if (q5_splitHBAExtent(hbaAddress(0), 0, &last, first) != 0)
             return 1;
     }
     return 0;
@@ -194,19 +194,19 @@ TEST_F(WorldFile, SurvivesKillsAtAnyMoment) {
         if (child == 0) {
             initialize();
             for (;;) {
-                q5_turnOffBuzzer(at(0), 0, 0);
-                q5_turnOnBuzzer(at(0), 0, 0);
+                q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+                q5_turnOnBuzzer(hbaAddress(0), 0, 0);
             }
         }
         usleep(static_cast<useconds_t>(500 + round * 700));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         q5sim::World world;
-        q5sim::WorldFault fault;
+        q5sim::ValidationError fault;
         ASSERT_TRUE(q5sim::worldFromJson(fileText(), world, fault)) << fault.reason;
         const std::vector<q5sim::Event>& events = world.controllers[0].events;
         const bool on = events.empty() || events.back().text == "Buzzer enabled";
         EXPECT_EQ(world.controllers[0].buzzer, on);
     }
-    EXPECT_EQ(q5_turnOffBuzzer(at(0), 0, 0), 0); // the lock went with its holder
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0); // the lock went with its holder
 }

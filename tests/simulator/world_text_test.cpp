@@ -1,12 +1,12 @@
-// The world file's text: what is refused, and where the complaint points.
+// The world file's text: what is refused, and where the errorMessage points.
 #include <cstdlib>
 #include <filesystem>
 
 #include "simulator/file/world_json.h"
 #include "tests/simulator/simulated_world.h"
 
+using q5sim::ValidationError;
 using q5sim::World;
-using q5sim::WorldFault;
 
 // Every broken file names the line of its fault.
 TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
@@ -17,7 +17,7 @@ TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
             continue;
         files++;
         World world;
-        WorldFault fault;
+        ValidationError fault;
         EXPECT_FALSE(q5sim::worldFromJson(readText(entry.path().string()), world, fault)) << name;
         EXPECT_EQ(fault.line, std::atoi(name.c_str() + name.rfind('-') + 1)) << name << ": " << fault.reason;
         EXPECT_TRUE(world.controllers.empty()) << name;
@@ -27,7 +27,7 @@ TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
 
 static std::string reasonFor(const std::string& text) {
     World world;
-    WorldFault fault;
+    ValidationError fault;
     return q5sim::worldFromJson(text, world, fault) ? "taken" : fault.reason;
 }
 
@@ -86,7 +86,7 @@ TEST(WorldText, HostileTextsAreRefused) {
 // A NUL is no end: what follows it would be lost when the file is written again.
 TEST(WorldText, NulBytesAreRefusedOnTheirLine) {
     World world;
-    WorldFault fault;
+    ValidationError fault;
     EXPECT_FALSE(q5sim::worldFromJson(std::string("{\"controllers\": []}\n\0 []}", 25), world, fault));
     EXPECT_EQ(fault.line, 2);
     EXPECT_EQ(fault.reason, "this is not valid JSON");
@@ -111,7 +111,7 @@ TEST(WorldText, DamagedFilesDoNotCrash) {
             text[(random >> 8) % text.size()] = "0123456789,[]{}\":-ea"[random % 20];
         }
         World world;
-        WorldFault fault;
+        ValidationError fault;
         if (!q5sim::worldFromJson(text, world, fault)) {
             EXPECT_GE(fault.line, 1);
         }
@@ -122,7 +122,7 @@ TEST(WorldText, WritingAndReadingGivesTheSameWorld) {
     const World world = q5sim::builtinWorld(kStart);
     const std::string text = q5sim::worldToJson(world);
     World read;
-    WorldFault fault;
+    ValidationError fault;
     ASSERT_TRUE(q5sim::worldFromJson(text, read, fault)) << fault.line << fault.reason;
     EXPECT_EQ(read, world);
     EXPECT_EQ(q5sim::worldToJson(read), text);
@@ -134,7 +134,7 @@ TEST(WorldText, NamesCanHoldAnyCharacter) {
     world.controllers[0].logicalDrives[0].name = "a]b}\"c\\\"[{\\,d\n\te";
     world.controllers[0].speedOptions = {{"x}\"", "\\", 1}, {"]", "\"", 0}};
     World read;
-    WorldFault fault;
+    ValidationError fault;
     ASSERT_TRUE(q5sim::worldFromJson(q5sim::worldToJson(world), read, fault)) << fault.line << fault.reason;
     EXPECT_EQ(read, world);
 }

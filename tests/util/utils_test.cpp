@@ -269,7 +269,6 @@ TEST(GetStrFromFileUpTo, StepsOverAFieldThatThereIsNoRoomForAtAll) {
 
 TEST(Complain, PrintsTheMessageAsALineAndReturnsTheCode) {
     int code = 0;
-    EXPECT_EQ(printed([&] { code = complain(Result::unknownCommand, "100% wrong: %s"); }),
-              "100% wrong: %s\n");
+    EXPECT_EQ(printed([&] { code = fail(Result::unknownCommand, "100% wrong: %s"); }), "100% wrong: %s\n");
     EXPECT_EQ(code, 9);
 }

@@ -170,7 +170,7 @@ TEST_F(OneCommand, CallsTheAdapterBetweenOpeningAndFinalising) {
         expectCall("q5_getControllerSettings", asks(1, query, 88));
         settings.syncRate = 5;
         expectCall("q5_setControllerSettings",
-                   bytesOf(at(1), std::uint32_t{0}, query, settings, std::uint32_t{88}));
+                   bytesOf(hbaAddress(1), std::uint32_t{0}, query, settings, std::uint32_t{88}));
         expectCall("q5_finalize", {});
     };
     expectRun(runOn(typed("ctrl -a mod -i 1 -s syncrate=5"), "", plan), 0, "");

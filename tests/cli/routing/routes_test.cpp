@@ -11,7 +11,7 @@ struct Keyword {
     const char* function;
 };
 
-struct Road {
+struct DispatchCase {
     const char* command;
     const char* alone;   // the function of the command word alone; null when it never stands alone
     bool actions;        // whether "-a" introduces a keyword
@@ -21,7 +21,7 @@ struct Road {
 };
 } // namespace
 
-static const Road roads[] = {
+static const DispatchCase roads[] = {
     {"battery",
      "ListBatteryInfo",
      false,
@@ -214,13 +214,13 @@ static std::string upperCased(std::string word) {
 }
 
 // The words, filled up to as many as the handler needs.
-static Words enough(const Road& road, Words words) {
+static Words enough(const DispatchCase& road, Words words) {
     while (words.size() < road.atLeast)
         words.push_back("x");
     return words;
 }
 
-static void expectRoadTo(const std::string& function, const Words& words, const Words& stale = {}) {
+static void expectDispatch(const std::string& function, const Words& words, const Words& stale = {}) {
     const Outcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
     EXPECT_EQ(call.function, function) << shown(words);
@@ -242,48 +242,48 @@ static void expectNoRoad(int result, const std::string& message, const Words& wo
 }
 
 TEST(Routes, LeadTheCommandWordAloneToItsDefault) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         if (road.alone != nullptr)
-            expectRoadTo(road.alone, {road.command}, {"no", "word"});
+            expectDispatch(road.alone, {road.command}, {"no", "word"});
     }
 }
 
 TEST(Routes, LeadEveryKeywordInSecondPlaceToItsFunction) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         for (const Keyword& keyword : road.keywords) {
-            expectRoadTo(keyword.function, enough(road, {road.command, keyword.word}));
-            expectRoadTo(keyword.function, enough(road, {road.command, keyword.word, "more", "words"}));
+            expectDispatch(keyword.function, enough(road, {road.command, keyword.word}));
+            expectDispatch(keyword.function, enough(road, {road.command, keyword.word, "more", "words"}));
         }
     }
 }
 
 TEST(Routes, LeadEveryKeywordBehindTheActionMarkerToItsFunction) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         for (const Keyword& keyword : road.keywords) {
             if (road.actions)
-                expectRoadTo(keyword.function, enough(road, {road.command, "-a", keyword.word}));
+                expectDispatch(keyword.function, enough(road, {road.command, "-a", keyword.word}));
         }
     }
 }
 
 TEST(Routes, IgnoreCase) {
-    expectRoadTo("ListLogDrvInfo", {"LOGDRV", "-A", "LIST"});
-    for (const Road& road : roads) {
+    expectDispatch("ListLogDrvInfo", {"LOGDRV", "-A", "LIST"});
+    for (const DispatchCase& road : roads) {
         for (const Keyword& keyword : road.keywords)
-            expectRoadTo(keyword.function,
-                         enough(road, {upperCased(road.command), upperCased(keyword.word)}));
+            expectDispatch(keyword.function,
+                           enough(road, {upperCased(road.command), upperCased(keyword.word)}));
     }
 }
 
 TEST(Routes, EndAtAnUnknownSecondWord) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         for (const char* word : {"nosuch", "-x", "lis", ""})
             expectNoRoad(9, road.failure, enough(road, {road.command, word}));
     }
 }
 
 TEST(Routes, EndAtAnUnknownWordBehindTheActionMarker) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         if (!road.actions)
             continue;
         for (const char* word : {"nosuch", "-x", "lis", ""})
@@ -292,7 +292,7 @@ TEST(Routes, EndAtAnUnknownWordBehindTheActionMarker) {
 }
 
 TEST(Routes, EndAtASecondActionMarker) {
-    for (const Road& road : roads) {
+    for (const DispatchCase& road : roads) {
         if (road.actions)
             expectNoRoad(9, road.failure, enough(road, {road.command, "-a", "-a", "list"}));
     }
@@ -300,12 +300,12 @@ TEST(Routes, EndAtASecondActionMarker) {
 
 TEST(Routes, ReadTheSlotBehindALoneActionMarker) {
     expectNoRoad(9, "Invalid command for \"logdrv\"\n", {"logdrv", "-a"});
-    expectRoadTo("DeleteLogDrv", {"logdrv", "-a"}, {"del"});
+    expectDispatch("DeleteLogDrv", {"logdrv", "-a"}, {"del"});
 }
 
 TEST(Routes, ReadTheStaleSecondSlotAfterABlankLine) {
-    expectRoadTo("LocateLogDrv", {}, {"logdrv", "-a", "locate"});
-    expectRoadTo("ListLogDrvInfo", {}, {"logdrv", "-l", "2"});
+    expectDispatch("LocateLogDrv", {}, {"logdrv", "-a", "locate"});
+    expectDispatch("ListLogDrvInfo", {}, {"logdrv", "-l", "2"});
     expectNoRoad(9, "Invalid command for \"logdrv\"\n", {}, {"logdrv"});
     expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", {}, {"mp", "-a", "start", "-p", "3"});
     expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", {}, {"export", "-t"});
@@ -313,8 +313,8 @@ TEST(Routes, ReadTheStaleSecondSlotAfterABlankLine) {
 }
 
 TEST(Routes, LeadSyncWithAnOptionToTheStart) {
-    expectRoadTo("StartLogDrvSync", typed("sync -l 0 -i 0"));
-    expectRoadTo("ListLogDrvSyncStatus", typed("sync -a list"));
+    expectDispatch("StartLogDrvSync", typed("sync -l 0 -i 0"));
+    expectDispatch("ListLogDrvSyncStatus", typed("sync -a list"));
 }
 
 TEST(Routes, DoNotKnowTheWordsThatOnlyTheHelpShows) {
@@ -329,18 +329,18 @@ TEST(Routes, DoNotKnowTheWordsThatOnlyTheHelpShows) {
 TEST(Routes, LeadMpNowhereWithoutSevenWords) {
     for (const char* line : {"mp", "mp -a start", "mp -a start -p 3 -i", "mp -a start -p 3 -i 0 x"})
         expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", typed(line));
-    expectRoadTo("StartPhyDrvMediaPatrol", typed("mp -a start -p 3 -i 0"));
+    expectDispatch("StartPhyDrvMediaPatrol", typed("mp -a start -p 3 -i 0"));
 }
 
 TEST(Routes, LeadExportNowhereWithoutFiveWords) {
     for (const char* line : {"export", "export -t ctrl", "export -t ctrl -f", "export -t ctrl -f a.txt x"})
         expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", typed(line));
-    expectRoadTo("ExportFile", typed("export -f a.txt -t ctrl"));
+    expectDispatch("ExportFile", typed("export -f a.txt -t ctrl"));
 }
 
 TEST(Routes, LeadImportNowhereWithoutThreeWords) {
     for (const char* line : {"import", "import -f"})
         expectNoRoad(2, "Invalid number of parameters for \"import\"!\n", typed(line));
-    expectRoadTo("ImportFile", typed("import -f a.txt"));
-    expectRoadTo("ImportFile", typed("import -a -f a.txt"));
+    expectDispatch("ImportFile", typed("import -f a.txt"));
+    expectDispatch("ImportFile", typed("import -a -f a.txt"));
 }
