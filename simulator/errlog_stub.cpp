@@ -1,4 +1,4 @@
-// Stands in for the closed error-logging library: it is needed at load time and nothing calls it.
+// Replaces the closed error-logging library, which is needed at load time but never called.
 extern "C" {
 extern const char zverrlog_stub[];
 const char zverrlog_stub[] = "no error log is kept by the simulated adapters";

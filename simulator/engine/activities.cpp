@@ -1,5 +1,4 @@
-// How the activities of arrays begin and end. The operations that ask for it are in
-// activity_operations.cpp.
+// Start and end of the activities of arrays.
 #include "simulator/engine/activities.h"
 
 #include <algorithm>
@@ -49,7 +48,7 @@ void startSynchronization(Controller& controller, LogicalDrive& array, std::int6
     addEvent(controller, now, "Logical drive %d: synchronization started", array.logDrvId);
 }
 
-// A quick initialisation leaves most of the array untouched, so its redundancy is made afterwards.
+// A quick initialization leaves most of the array untouched, so a synchronization follows.
 static void finishInitialization(Controller& controller, LogicalDrive& array, std::int64_t at) {
     const bool quick = array.activity.initType == kQuickInit;
     array.activity = {};
@@ -62,13 +61,13 @@ static void finishInitialization(Controller& controller, LogicalDrive& array, st
 }
 
 static void finishCheck(Controller& controller, LogicalDrive& array, std::int64_t at) {
-    const bool mends = !array.activity.noFix;
+    const bool repairs = !array.activity.noFix;
     addEvent(controller, at, "Logical drive %d: redundancy check found %u inconsistencies%s", array.logDrvId,
              array.inconsistencies,
              array.inconsistencies == 0 ? ""
-             : mends                    ? ", mended"
+             : repairs                  ? ", mended"
                                         : ", left as they are");
-    if (mends)
+    if (repairs)
         array.inconsistencies = 0;
     array.activity = {};
 }
@@ -79,7 +78,7 @@ void finishActivity(Controller& controller, LogicalDrive& array, std::int64_t at
     case kRebuilding:
         finishRebuild(controller, array);
         if (!array.synchronized && functionalStatus(controller, array) == kOnline)
-            startSynchronization(controller, array, at); // a lost member had cut it short
+            startSynchronization(controller, array, at); // aborted earlier by a lost member
         break;
     case kInitializing:
         finishInitialization(controller, array, at);

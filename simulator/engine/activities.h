@@ -1,4 +1,4 @@
-// The background activities of arrays: one at a time for each.
+// The background activities of arrays. An array has one at a time.
 #pragma once
 
 #include "simulator/world/world.h"
@@ -7,20 +7,20 @@ namespace q5sim {
 
 const char* activityName(std::uint8_t kind);
 
-// Sets the array's one activity going; totalMb 0 counts as 1.
+// Starts the array's activity; totalMb 0 counts as 1.
 void startActivity(LogicalDrive& array, std::uint8_t kind, std::uint64_t totalMb, std::int64_t now);
 
-// Initialises with type 1 (quick), 2 or 4. Until its end a redundant array counts as not synchronised.
+// type: 1 quick, 2 foreground, 4 background. A redundant array is not synchronized until it ends.
 void startInitialization(Controller& controller, LogicalDrive& array, std::uint8_t type, std::int64_t now);
 void startSynchronization(Controller& controller, LogicalDrive& array, std::int64_t now);
 
-// What the end of the array's activity brings, at the time it ended.
+// Completes the array's activity at the time at.
 void finishActivity(Controller& controller, LogicalDrive& array, std::int64_t at);
 
-// Ends the activity without its result; the event calls it ending.
+// Ends the activity without its result. ending is the verb of the event, such as "stopped".
 void abortActivity(Controller& controller, LogicalDrive& array, const char* ending, std::int64_t now);
 
-// Migration's own part of the two.
+// The parts of finishActivity and abortActivity for a migration.
 void finishMigration(LogicalDrive& array);
 void abortMigration(Controller& controller, LogicalDrive& array);
 

@@ -1,4 +1,4 @@
-// The world's own doings: endings of activities and patrols, failures noticed, spares stepping in.
+// Completes due activities and patrols, reports failures and starts automatic rebuilds.
 #include "simulator/engine/advance.h"
 
 #include <algorithm>
@@ -24,11 +24,11 @@ static void reportDriveFailure(Controller& controller, Drive& drive, std::int64_
     addEvent(controller, now, "Drive %d: media patrol aborted", drive.id + 1);
 }
 
-// Whether a drive that the activity brings into the array can no longer serve.
+// Whether a drive that the activity adds to the array is no longer usable.
 static bool targetLost(const Controller& controller, const LogicalDrive& array) {
     const auto gone = [&](std::uint16_t id) {
         const Drive* drive = findDrive(controller, id);
-        return drive == nullptr || drive->failed || !hasMemberExtent(*drive, array.arrayId);
+        return drive == nullptr || drive->failed || !holdsExtentOf(*drive, array.arrayId);
     };
     const Activity& activity = array.activity;
     if (activity.kind == kRebuilding)
@@ -45,9 +45,9 @@ static bool mustAbort(const Controller& controller, const LogicalDrive& array) {
     const std::uint8_t kind = array.activity.kind;
     if (kind == 0)
         return false;
-    const bool outlivesLoss = kind == kRebuilding || kind == kMigrating;
+    const bool survivesLoss = kind == kRebuilding || kind == kMigrating;
     return functionalStatus(controller, array) == 0 || targetLost(controller, array) ||
-           (!outlivesLoss && !lostMembers(controller, array).empty());
+           (!survivesLoss && !lostMembers(controller, array).empty());
 }
 
 static void reportStatus(Controller& controller, LogicalDrive& array, std::int64_t now) {
@@ -60,13 +60,14 @@ static void reportStatus(Controller& controller, LogicalDrive& array, std::int64
     array.autoRebuildInhibited = false;
 }
 
-// What follows from the array's drives at once: the state is told, and a spare steps in.
+// Brings the array in line with its drives: aborts what cannot go on, logs a new state, rebuilds onto
+// a spare.
 static void updateArray(Controller& controller, LogicalDrive& array, std::int64_t now) {
     if (mustAbort(controller, array))
         abortActivity(controller, array, "aborted", now);
     reportStatus(controller, array, now);
     if (controller.autoRebuild && !array.autoRebuildInhibited && array.activity.kind == 0)
-        startRebuild(controller, array, suitableSpares(controller, array), now);
+        startRebuild(controller, array, usableSpares(controller, array), now);
 }
 
 static void finishPatrol(Controller& controller, Drive& drive, std::int64_t at) {
@@ -79,24 +80,25 @@ static void finishPatrol(Controller& controller, Drive& drive, std::int64_t at) 
     addEvent(controller, at, "Drive %d: media patrol ended, %d errors", drive.id + 1, drive.mediaErrors);
 }
 
-static bool failureIsUnnoticed(const Controller& controller) {
+static bool hasUnreportedFailure(const Controller& controller) {
     return std::any_of(controller.drives.begin(), controller.drives.end(),
                        [](const Drive& drive) { return drive.failed != drive.failureReported; });
 }
 
-// Ends what was due first, so that events stand in order of time. Returns whether there was anything.
+// Completes the earliest due activity or patrol, so that events are in order of time. Returns false
+// when nothing is due.
 static bool completeNextDue(Controller& controller, std::int64_t now) {
     std::int64_t earliest = kNoDeadline;
     LogicalDrive* array = nullptr;
     Drive* patrolled = nullptr;
     for (LogicalDrive& candidate : controller.logicalDrives)
-        if (candidate.activity.kind != 0 && endOf(controller, candidate.activity) < earliest) {
-            earliest = endOf(controller, candidate.activity);
+        if (candidate.activity.kind != 0 && dueTime(controller, candidate.activity) < earliest) {
+            earliest = dueTime(controller, candidate.activity);
             array = &candidate;
         }
     for (Drive& candidate : controller.drives)
-        if (patrolEnd(controller, candidate) < earliest) {
-            earliest = patrolEnd(controller, candidate);
+        if (patrolDueTime(controller, candidate) < earliest) {
+            earliest = patrolDueTime(controller, candidate);
             patrolled = &candidate;
         }
     if (earliest > now)
@@ -105,14 +107,14 @@ static bool completeNextDue(Controller& controller, std::int64_t now) {
         finishPatrol(controller, *patrolled, earliest);
     } else if (array != nullptr) {
         finishActivity(controller, *array, earliest);
-        if (!failureIsUnnoticed(controller)) // what a failure brings comes once it is noticed
+        if (!hasUnreportedFailure(controller)) // a failure takes effect when it is reported
             updateArray(controller, *array, earliest);
     }
     return true;
 }
 
-// A failure is noticed now: what had ended by then has ended.
-static void settleController(Controller& controller, std::int64_t now) {
+// Failures are reported last: what was due before has completed by then.
+static void advanceController(Controller& controller, std::int64_t now) {
     while (completeNextDue(controller, now)) {
     }
     for (Drive& drive : controller.drives)
@@ -123,13 +125,13 @@ static void settleController(Controller& controller, std::int64_t now) {
 
 void advanceTo(World& world, std::int64_t now) {
     for (Controller& controller : world.controllers)
-        settleController(controller, now);
+        advanceController(controller, now);
 }
 
 bool hasDueTransitions(const World& world, std::int64_t now) {
-    World settled = world;
-    advanceTo(settled, now);
-    return settled != world;
+    World advanced = world;
+    advanceTo(advanced, now);
+    return advanced != world;
 }
 
 } // namespace q5sim

@@ -1,5 +1,5 @@
-// What happens in the world without being asked for: activities and patrols end, failures are
-// noticed, spares step in.
+// What happens by itself: activities and patrols complete, failures are reported, automatic rebuilds
+// start.
 #pragma once
 
 #include "simulator/world/world.h"

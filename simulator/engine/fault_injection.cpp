@@ -1,4 +1,4 @@
-// Drives that break and are exchanged.
+// Fault injection: drives fail and are replaced.
 #include "simulator/engine/fault_injection.h"
 
 namespace q5sim {

@@ -1,14 +1,14 @@
-// What hands do to drives, and no operation of the adapters can.
+// Fault injection: changes to the hardware that no operation of the adapters can make.
 #pragma once
 
 #include "simulator/world/world.h"
 
 namespace q5sim {
 
-// All return false, with nothing changed, when the controller has no such drive or it is not in the
-// state for this. The consequences follow when the world settles.
+// Both return false, with nothing changed, when the controller has no such drive or its state does not
+// allow it. The consequences follow with advanceTo.
 bool failDrive(Controller& controller, std::uint32_t driveId);
-// Puts a new, empty drive of the same kind in the place of a failed one.
+// Replaces a failed drive by a new, empty one of the same kind.
 bool replaceDrive(Controller& controller, std::uint32_t driveId, std::int64_t now);
 
 } // namespace q5sim

@@ -1,4 +1,4 @@
-// Progress from time, size and rate. All arithmetic is in whole megabytes and seconds.
+// Progress computed from time, size and rate, in whole megabytes and seconds.
 #include "simulator/engine/progress.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ std::uint8_t rateOf(const Controller& controller, std::uint8_t activityKind) {
     }
 }
 
-// A clock that was set back stops progress, it does not undo it.
+// A clock that was set back stops progress but does not undo it.
 static std::uint64_t doneAt(std::uint64_t start, std::uint64_t total, std::int64_t since, std::int64_t now,
                             std::uint64_t speed) {
     const std::uint64_t elapsed = now > since ? static_cast<std::uint64_t>(now - since) : 0;
@@ -27,7 +27,8 @@ static std::uint64_t doneAt(std::uint64_t start, std::uint64_t total, std::int64
     return start + elapsed * speed;
 }
 
-static std::int64_t endAt(std::uint64_t start, std::uint64_t total, std::int64_t since, std::uint64_t speed) {
+static std::int64_t dueTimeOf(std::uint64_t start, std::uint64_t total, std::int64_t since,
+                              std::uint64_t speed) {
     const std::uint64_t left = start < total ? total - start : 0;
     return since + static_cast<std::int64_t>((left + speed - 1) / speed);
 }
@@ -48,10 +49,11 @@ std::uint8_t percentDone(const Controller& controller, const Activity& activity,
     return static_cast<std::uint8_t>(done * 100 / std::max<std::uint64_t>(1, activity.totalMb));
 }
 
-std::int64_t endOf(const Controller& controller, const Activity& activity) {
+std::int64_t dueTime(const Controller& controller, const Activity& activity) {
     if (activity.paused)
         return kNoDeadline;
-    return endAt(activity.completedMb, activity.totalMb, activity.since, speedOf(controller, activity.kind));
+    return dueTimeOf(activity.completedMb, activity.totalMb, activity.since,
+                     speedOf(controller, activity.kind));
 }
 
 static std::uint64_t patrolSpeed(const Controller& controller) {
@@ -74,10 +76,11 @@ std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, st
     return static_cast<std::uint16_t>(patrolDoneMb(controller, drive, now) * 100 / patrolTotalMb(drive));
 }
 
-std::int64_t patrolEnd(const Controller& controller, const Drive& drive) {
+std::int64_t patrolDueTime(const Controller& controller, const Drive& drive) {
     if (drive.patrol.state != kPatrolRunning)
         return kNoDeadline;
-    return endAt(drive.patrol.completedMb, patrolTotalMb(drive), drive.patrol.since, patrolSpeed(controller));
+    return dueTimeOf(drive.patrol.completedMb, patrolTotalMb(drive), drive.patrol.since,
+                     patrolSpeed(controller));
 }
 
 void checkpointProgress(const Controller& controller, Activity& activity, std::int64_t now) {

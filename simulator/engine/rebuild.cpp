@@ -1,4 +1,4 @@
-// Rebuilds: which extents suit, which member each of them replaces, and the end.
+// Rebuilds: eligible extents, the member that each one replaces, completion and abort.
 #include "simulator/engine/rebuild.h"
 
 #include <algorithm>
@@ -9,9 +9,9 @@
 
 namespace q5sim {
 
-static bool isPresentMember(const Controller& controller, const LogicalDrive& array, std::uint32_t drive) {
+static bool isOnWorkingMember(const Controller& controller, const LogicalDrive& array, std::uint32_t drive) {
     for (std::size_t i = 0; i < array.members.size(); i++)
-        if (array.members[i] == drive && memberIsPresent(controller, array, i))
+        if (array.members[i] == drive && isWorkingMember(controller, array, i))
             return true;
     return false;
 }
@@ -25,11 +25,11 @@ static bool isEligibleTarget(const Controller& controller, const LogicalDrive& a
                              const RebuildChoice& choice) {
     const Drive* drive = findDrive(controller, choice.drive);
     return drive != nullptr && !drive->failed && choice.extent < drive->extents.size() &&
-           isUsableExtent(array, drive->extents[choice.extent]) && !hasMemberExtent(*drive, array.arrayId) &&
-           !isPresentMember(controller, array, choice.drive);
+           isUsableExtent(array, drive->extents[choice.extent]) && !holdsExtentOf(*drive, array.arrayId) &&
+           !isOnWorkingMember(controller, array, choice.drive);
 }
 
-// A drive that stands where a lost one stood takes that place, any other one the first open place.
+// A drive that replaced a lost member takes its position, any other drive the first open one.
 static std::size_t slotFor(const LogicalDrive& array, const std::vector<std::size_t>& open,
                            std::uint32_t drive) {
     for (std::size_t position : open)
@@ -38,9 +38,9 @@ static std::size_t slotFor(const LogicalDrive& array, const std::vector<std::siz
     return open.front();
 }
 
-// Places are given to drives that return to their own before others can have them.
-static std::vector<RebuildTarget> placesFor(const LogicalDrive& array, std::vector<std::size_t> open,
-                                            const std::vector<RebuildChoice>& choices) {
+// Drives that return to their own position come first.
+static std::vector<RebuildTarget> assignSlots(const LogicalDrive& array, std::vector<std::size_t> open,
+                                              const std::vector<RebuildChoice>& choices) {
     std::vector<RebuildTarget> targets;
     for (const bool own : {true, false})
         for (const RebuildChoice& choice : choices) {
@@ -74,7 +74,7 @@ bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector
     for (const RebuildChoice& choice : choices)
         if (!isEligibleTarget(controller, array, choice))
             return false;
-    const std::vector<RebuildTarget> targets = placesFor(array, lost, choices);
+    const std::vector<RebuildTarget> targets = assignSlots(array, lost, choices);
     for (const RebuildChoice& choice : choices)
         allocateExtent(controller, *findDrive(controller, choice.drive), choice.extent, array.memberSectors,
                        array.arrayId);
@@ -87,17 +87,17 @@ bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector
     return true;
 }
 
-std::vector<RebuildChoice> suitableSpares(const Controller& controller, const LogicalDrive& array) {
+std::vector<RebuildChoice> usableSpares(const Controller& controller, const LogicalDrive& array) {
     std::vector<RebuildChoice> spares;
     const std::size_t wanted = lostMembers(controller, array).size();
     for (const std::uint8_t use : {kUseDedicatedSpare, kUseGlobalSpare})
         for (const Drive& drive : controller.drives)
             for (std::size_t i = 0; i < drive.extents.size() && spares.size() < wanted; i++) {
                 const RebuildChoice choice = {drive.id, static_cast<std::uint32_t>(i)};
-                const bool taken = std::any_of(spares.begin(), spares.end(), [&](const RebuildChoice& spare) {
-                    return spare.drive == choice.drive;
-                });
-                if (drive.extents[i].use == use && !taken && isEligibleTarget(controller, array, choice))
+                const bool chosen =
+                    std::any_of(spares.begin(), spares.end(),
+                                [&](const RebuildChoice& spare) { return spare.drive == choice.drive; });
+                if (drive.extents[i].use == use && !chosen && isEligibleTarget(controller, array, choice))
                     spares.push_back(choice);
             }
     return spares;

@@ -1,4 +1,4 @@
-// Bringing lost members of an array back onto other extents.
+// Rebuilds of lost members onto other extents.
 #pragma once
 
 #include "simulator/world/world.h"
@@ -11,16 +11,16 @@ struct RebuildChoice {
     std::uint32_t extent = 0;
 };
 
-// Starts a rebuild onto these extents, each taking the place of a lost member. Returns false, with
-// the controller perhaps half changed, when the array or an extent does not allow it.
+// Starts a rebuild onto these extents, each of which replaces a lost member. Returns false when the
+// array or an extent does not allow it.
 bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,
                   std::int64_t now);
 
-// The spares that would step in for the array's lost members; the array's own spares come first.
-std::vector<RebuildChoice> suitableSpares(const Controller& controller, const LogicalDrive& array);
+// The spares that would replace the array's lost members; dedicated spares come first.
+std::vector<RebuildChoice> usableSpares(const Controller& controller, const LogicalDrive& array);
 
 void finishRebuild(Controller& controller, LogicalDrive& array);
-// Gives the extents of an unfinished rebuild back.
+// Frees the extents of an unfinished rebuild.
 void abortRebuild(Controller& controller, LogicalDrive& array);
 
 } // namespace q5sim

@@ -1,5 +1,5 @@
-// Finds the line of a value in a JSON text, so that a errorMessage about a hand-edited file can say
-// where to look. The text has been parsed before: nothing here judges it.
+// Finds the line of a value in a JSON text, so that an error in a hand-edited file names its line. The
+// text has been parsed before, so nothing is checked here.
 #include <algorithm>
 #include <set>
 
@@ -12,7 +12,7 @@ static void skipBlanks(const std::string& text, std::size_t& at) {
         at++;
 }
 
-// Steps over a string and returns its characters as they stand; our own keys need no escapes.
+// Skips a string and returns its raw characters; our own keys need no escapes.
 static std::string parseString(const std::string& text, std::size_t& at) {
     const std::size_t start = ++at;
     while (at < text.size() && text[at] != '"')
@@ -39,7 +39,7 @@ static void skipValue(const std::string& text, std::size_t& at) {
     }
 }
 
-// From the start of an object or list to the start of the value that step names.
+// Moves from the start of an object or list to the value at the key or position step.
 static bool enter(const std::string& text, std::size_t& at, const std::string& step) {
     const bool object = at < text.size() && text[at] == '{';
     if (!object && (at >= text.size() || text[at] != '['))
@@ -65,7 +65,7 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
 }
 
 std::size_t findDuplicateKey(const std::string& text) {
-    std::vector<std::set<std::string>> open; // the keys so far of each object around this place
+    std::vector<std::set<std::string>> open; // keys so far of each enclosing object
     for (std::size_t at = 0; at < text.size();) {
         if (text[at] == '{' || text[at] == '[')
             open.emplace_back();
@@ -91,7 +91,7 @@ int lineOfByte(const std::string& text, std::size_t offset) {
     return 1 + static_cast<int>(std::count(text.begin(), end, '\n'));
 }
 
-int lineForPath(const std::string& text, const JsonPath& path) {
+int lineForPath(const std::string& text, const FieldPath& path) {
     std::size_t at = 0, found = 0;
     skipBlanks(text, at);
     found = at;

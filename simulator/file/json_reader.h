@@ -1,4 +1,4 @@
-// Reads records from JSON, judging each value; the counterpart of json_writer.h.
+// Reads records from JSON and checks each value; the counterpart of json_writer.h.
 #pragma once
 
 #include <algorithm>
@@ -8,36 +8,36 @@
 
 namespace q5sim {
 
-// Unlike the writer's, it finds keys quickly however many a hostile file has.
+// Unlike the writer's type, it looks up keys in logarithmic time, however many a hostile file has.
 using ParsedJson = nlohmann::json;
 
-// Reads one object. A key that is absent leaves the field as it was, except for those said to be
-// needed; finish() refuses keys that nobody asked for, which catches misspelt ones.
+// Reads one object. A missing key leaves its field unchanged, unless it is required.
+// rejectUnknownKeys() throws for keys that were never looked up, which catches misspelled ones.
 class Reader {
 public:
-    Reader(const ParsedJson& object, JsonPath where) : json(object), path(std::move(where)) {
+    Reader(const ParsedJson& object, FieldPath where) : json(object), path(std::move(where)) {
         if (!json.is_object())
             throw WorldError{path, "an object in braces is expected"};
     }
 
-    void need(const char* key) const {
+    void require(const char* key) const {
         if (!json.contains(key))
             throw WorldError{path, std::string("the key \"") + key + "\" is missing"};
     }
 
     template <typename Number>
     void number(const char* key, Number& value, std::int64_t low, std::int64_t high) {
-        if (const ParsedJson* found = take(key))
+        if (const ParsedJson* found = find(key))
             value = static_cast<Number>(wholeNumber(*found, at(key), low, high));
     }
     void flag(const char* key, bool& value) {
-        const ParsedJson* found = take(key);
+        const ParsedJson* found = find(key);
         if (found != nullptr && !found->is_boolean())
             throw WorldError{at(key), "true or false is expected"};
         value = found != nullptr ? found->get<bool>() : value;
     }
     void text(const char* key, std::string& value, std::size_t longest) {
-        const ParsedJson* found = take(key);
+        const ParsedJson* found = find(key);
         if (found == nullptr)
             return;
         if (!found->is_string() || found->get_ref<const std::string&>().size() > longest)
@@ -48,24 +48,24 @@ public:
     }
     template <typename Code>
     void word(const char* key, Code& code, std::span<const Word> words) {
-        if (const ParsedJson* found = take(key))
+        if (const ParsedJson* found = find(key))
             code = static_cast<Code>(wordCode(*found, at(key), words));
     }
     template <typename Record>
     void object(const char* key, Record& record) {
-        if (const ParsedJson* found = take(key))
+        if (const ParsedJson* found = find(key))
             readRecord(*found, at(key), record);
     }
     template <typename Record>
     void optional(const char* key, bool& present, Record& record) {
-        const ParsedJson* found = take(key);
+        const ParsedJson* found = find(key);
         present = found != nullptr && !found->is_null();
         if (present)
             readRecord(*found, at(key), record);
     }
     template <typename Record>
     void list(const char* key, std::vector<Record>& records, std::size_t most) {
-        const ParsedJson* found = takeList(key, most);
+        const ParsedJson* found = findList(key, most);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++) {
             records.emplace_back();
             readRecord((*found)[i], at(key, i), records.back());
@@ -73,57 +73,57 @@ public:
     }
     template <typename Number>
     void numbers(const char* key, std::vector<Number>& values, std::int64_t high, std::size_t most) {
-        const ParsedJson* found = takeList(key, most);
+        const ParsedJson* found = findList(key, most);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
             values.push_back(static_cast<Number>(wholeNumber((*found)[i], at(key, i), 0, high)));
     }
     void version(const char* key, Version& version) {
-        const ParsedJson* found = takeList(key, std::size(version.part));
+        const ParsedJson* found = findList(key, std::size(version.part));
         if (found != nullptr && found->size() != std::size(version.part))
             throw WorldError{at(key), "four numbers are expected"};
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
             version.part[i] = static_cast<std::int32_t>(wholeNumber((*found)[i], at(key, i), 0, 99999));
     }
-    void finish() const {
+    void rejectUnknownKeys() const {
         for (const auto& item : json.items())
-            if (std::find(asked.begin(), asked.end(), item.key()) == asked.end())
+            if (std::find(seenKeys.begin(), seenKeys.end(), item.key()) == seenKeys.end())
                 throw WorldError{at(item.key()), "the key \"" + item.key() + "\" has no meaning here"};
     }
 
     template <typename Record>
-    static void readRecord(const ParsedJson& json, JsonPath path, Record& record) {
+    static void readRecord(const ParsedJson& json, FieldPath path, Record& record) {
         Reader inner(json, std::move(path));
         describe(inner, record);
-        inner.finish();
+        inner.rejectUnknownKeys();
     }
 
 private:
     const ParsedJson& json;
-    JsonPath path;
-    std::vector<std::string> asked;
+    FieldPath path;
+    std::vector<std::string> seenKeys;
 
-    JsonPath at(const std::string& key) const {
-        JsonPath inner = path;
+    FieldPath at(const std::string& key) const {
+        FieldPath inner = path;
         inner.push_back(key);
         return inner;
     }
-    JsonPath at(const std::string& key, std::size_t position) const {
-        JsonPath inner = at(key);
+    FieldPath at(const std::string& key, std::size_t position) const {
+        FieldPath inner = at(key);
         inner.push_back(std::to_string(position));
         return inner;
     }
-    const ParsedJson* take(const char* key) {
-        asked.emplace_back(key);
+    const ParsedJson* find(const char* key) {
+        seenKeys.emplace_back(key);
         const auto found = json.find(key);
         return found == json.end() ? nullptr : &*found;
     }
-    const ParsedJson* takeList(const char* key, std::size_t most) {
-        const ParsedJson* found = take(key);
+    const ParsedJson* findList(const char* key, std::size_t most) {
+        const ParsedJson* found = find(key);
         if (found != nullptr && (!found->is_array() || found->size() > most))
             throw WorldError{at(key), "a list of at most " + std::to_string(most) + " is expected"};
         return found;
     }
-    static std::int64_t wholeNumber(const ParsedJson& json, const JsonPath& path, std::int64_t low,
+    static std::int64_t wholeNumber(const ParsedJson& json, const FieldPath& path, std::int64_t low,
                                     std::int64_t high) {
         bool good = json.is_number_integer();
         if (good && json.is_number_unsigned())
@@ -134,7 +134,7 @@ private:
                                        std::to_string(high) + " is expected"};
         return value;
     }
-    static int wordCode(const ParsedJson& json, const JsonPath& path, std::span<const Word> words) {
+    static int wordCode(const ParsedJson& json, const FieldPath& path, std::span<const Word> words) {
         std::string choices;
         for (const Word& row : words) {
             if (json.is_string() && json.get_ref<const std::string&>() == row.word)

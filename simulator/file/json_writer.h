@@ -1,5 +1,5 @@
 // Writes records as JSON. The reader in json_reader.h has the same members, so that one
-// describe(io, record) names each key once for both directions.
+// describe(io, record) names each key once for reading and writing.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -14,7 +14,7 @@ namespace q5sim {
 
 using Json = nlohmann::ordered_json;
 
-// A word of the file and the code it stands for.
+// A word of the file and its code.
 struct Word {
     const char* word;
     int code;

@@ -1,4 +1,4 @@
-// Files replaced whole, and the lock that puts their writers in a row.
+// Atomic replacement of a file, and its advisory lock.
 #include "simulator/file/world_file.h"
 
 #include <cerrno>
@@ -42,20 +42,38 @@ static bool readAll(int file, std::size_t limit, std::string& text) {
         if (got <= 0)
             return got == 0;
         text.append(piece, static_cast<std::size_t>(got));
-        if (text.size() > limit)
+        if (text.size() > limit) {
+            errno = EFBIG;
             return false;
+        }
     }
+}
+
+// Closes a file without losing the error of a call before.
+static int closeKeepingErrno(int file) {
+    const int cause = errno;
+    const int result = ::close(file);
+    if (result == 0)
+        errno = cause;
+    return result;
+}
+
+static bool isRegularFile(int file) {
+    struct ::stat info;
+    if (::fstat(file, &info) != 0)
+        return false;
+    errno = S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+    return S_ISREG(info.st_mode);
 }
 
 bool readFile(const std::string& path, std::size_t limit, std::string& text) {
     text.clear();
-    // Without O_NONBLOCK a pipe of this name would keep the program waiting for ever.
+    // Without O_NONBLOCK, opening a pipe would block.
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0)
         return false;
-    struct ::stat info;
-    const bool good = ::fstat(file, &info) == 0 && S_ISREG(info.st_mode) && readAll(file, limit, text);
-    ::close(file);
+    const bool good = isRegularFile(file) && readAll(file, limit, text);
+    closeKeepingErrno(file);
     return good;
 }
 
@@ -78,7 +96,7 @@ static std::string directoryOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// A rename lasts through a power cut only once its directory is on the disk.
+// A rename survives a power cut only after its directory was synchronized.
 static void syncDirectoryOf(const std::string& path) {
     const int directory = ::open(directoryOf(path).c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY);
     if (directory < 0)
@@ -89,21 +107,24 @@ static void syncDirectoryOf(const std::string& path) {
 
 bool replaceFile(const std::string& path, const std::string& text) {
     const std::string temporary = path + ".new";
-    ::unlink(temporary.c_str()); // left by a killed program
+    ::unlink(temporary.c_str()); // left behind by a killed program
     const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (file < 0)
         return false;
     struct ::stat old;
     if (::stat(path.c_str(), &old) == 0)
-        ::fchmod(file, old.st_mode & 0777); // whoever could read it before still can
+        ::fchmod(file, old.st_mode & 0777); // keep its permissions
     bool good = writeAll(file, text) && ::fsync(file) == 0;
-    good = ::close(file) == 0 && good;
+    good = closeKeepingErrno(file) == 0 && good;
     good = good && std::rename(temporary.c_str(), path.c_str()) == 0;
-    if (good)
+    if (good) {
         syncDirectoryOf(path);
-    else
-        ::unlink(temporary.c_str());
-    return good;
+        return true;
+    }
+    const int cause = errno;
+    ::unlink(temporary.c_str());
+    errno = cause;
+    return false;
 }
 
 bool makeDirectoriesFor(const std::string& path) {
@@ -122,7 +143,7 @@ int lockFile(const std::string& path) {
     whole.l_whence = SEEK_SET;
     while (::fcntl(lock, F_SETLKW, &whole) != 0) {
         if (errno != EINTR) {
-            ::close(lock);
+            closeKeepingErrno(lock);
             return -1;
         }
     }

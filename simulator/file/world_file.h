@@ -1,4 +1,4 @@
-// Reading and replacing one file as a whole. Plain POSIX; knows nothing of the world.
+// Reading, atomic replacement and locking of one file. Plain POSIX; knows nothing of the world.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace q5sim {
 
-// Tells versions of a file apart: each replacement has a number of its own in the file system.
+// Identifies a version of a file: each replacement has an inode number of its own.
 struct FileStamp {
     bool exists = false;
     ::dev_t device = 0;
@@ -19,21 +19,23 @@ struct FileStamp {
 };
 FileStamp fileStamp(const std::string& path);
 
-// The file that a path leads to through links, so that a link survives the file's replacement; the
-// path itself when there is no such file.
+// The path with symbolic links resolved, so that a link survives replacement of the file; the path
+// itself when there is no such file.
 std::string realPath(const std::string& path);
 
-// Reads the whole file; false when it cannot be read or is larger than the limit.
+// Reads the whole file. Returns false, with errno set, when it cannot be read, is no regular file or
+// exceeds the limit.
 bool readFile(const std::string& path, std::size_t limit, std::string& text);
 
-// Puts text in the file's place: whoever opens the path finds the old or the new content whole, even
-// after a crash at any moment. The caller holds the file's lock.
+// Replaces the file atomically: a reader sees the old or the new content, even after a crash. The
+// caller holds the file's lock. Returns false, with errno set, on failure.
 bool replaceFile(const std::string& path, const std::string& text);
 
-// Makes the directories that lead to the file.
+// Creates the directories of the path. Returns false, with errno set, on failure.
 bool makeDirectoriesFor(const std::string& path);
 
-// An exclusive lock on the file beside path; waits for it. release with unlockFile. -1 on failure.
+// Waits for an exclusive advisory lock on path.lock. Release it with unlockFile. Returns -1, with errno
+// set, on failure.
 int lockFile(const std::string& path);
 void unlockFile(int lock);
 

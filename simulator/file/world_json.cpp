@@ -1,4 +1,4 @@
-// The keys of the world file, each named once for both directions.
+// The keys of the world file, each named once for reading and writing.
 #include <algorithm>
 
 #include "simulator/file/json_reader.h"
@@ -7,10 +7,10 @@ namespace q5sim {
 
 static constexpr std::int64_t kMaxSectors = std::int64_t{1} << 48;
 static constexpr std::int64_t kMaxArraySectors = kMaxSectors * std::int64_t{kMaxArrayMembers};
-static constexpr std::int64_t kMaxSeconds = std::int64_t{1} << 50; // far beyond what a clock can say
+static constexpr std::int64_t kMaxSeconds = std::int64_t{1} << 50; // far beyond any clock
 static constexpr std::int64_t kMaxOffset = std::int64_t{1} << 40;
 static constexpr std::int64_t kMaxMb = std::int64_t{1} << 40;
-static constexpr std::int64_t kMost32 = 0x7FFFFFFF;
+static constexpr std::int64_t kMaxSigned32 = 0x7FFFFFFF;
 static constexpr std::int64_t kMaxUnsigned32 = 0xFFFFFFFF;
 
 static constexpr Word kUseWords[] = {{"free", kUseFree},
@@ -54,19 +54,19 @@ static constexpr Word kBatteryWords[] = {{"charging", kBatteryCharging},
                                          {"failed", kBatteryFailed},
                                          {"reconditioning", kBatteryReconditioning}};
 
-// A reader insists on a key; a writer writes all of them anyway.
-static void need(Writer&, const char*) {}
-static void need(Reader& io, const char* key) {
-    io.need(key);
+// A reader insists on these keys; a writer always writes all of them.
+static void require(Writer&, const char*) {}
+static void require(Reader& io, const char* key) {
+    io.require(key);
 }
 
 template <typename Io>
 static void describe(Io& io, Extent& extent) {
     io.word("use", extent.use, std::span(kUseWords));
     io.number("array", extent.array, 0, 255);
-    need(io, "start");
+    require(io, "start");
     io.number("start", extent.start, 0, kMaxSectors);
-    need(io, "size");
+    require(io, "size");
     io.number("size", extent.size, 1, kMaxSectors);
 }
 
@@ -81,14 +81,14 @@ static void describe(Io& io, Patrol& patrol) {
 
 template <typename Io>
 static void describe(Io& io, Drive& drive) {
-    need(io, "id");
+    require(io, "id");
     io.number("id", drive.id, 0, kMaxDriveId);
     io.number("channel", drive.channel, 0, 65535);
     io.number("enclosure", drive.enclosure, 0, kNoEnclosureId);
     io.text("model", drive.model, 21);
     io.text("serial", drive.serial, 23);
     io.text("firmware", drive.firmware, 37);
-    need(io, "sectors");
+    require(io, "sectors");
     io.number("sectors", drive.sectors, kSectorsPerMb, kMaxSectors);
     io.number("dmaMode", drive.dmaMode, 0, 255);
     io.flag("failed", drive.failed);
@@ -108,9 +108,9 @@ static void describe(Io& io, Drive& drive) {
 
 template <typename Io>
 static void describe(Io& io, RebuildTarget& target) {
-    need(io, "drive");
+    require(io, "drive");
     io.number("drive", target.drive, 0, kMaxDriveId);
-    need(io, "position");
+    require(io, "position");
     io.number("position", target.position, 0, kMaxArrayMembers - 1);
 }
 
@@ -125,12 +125,12 @@ static void describe(Io& io, MigrationTarget& goal) {
 
 template <typename Io>
 static void describe(Io& io, Activity& activity) {
-    need(io, "kind");
+    require(io, "kind");
     io.word("kind", activity.kind, std::span(kActivityWords));
     io.flag("paused", activity.paused);
     io.number("since", activity.since, 0, kMaxSeconds);
     io.number("doneMb", activity.completedMb, 0, kMaxMb);
-    need(io, "totalMb");
+    require(io, "totalMb");
     io.number("totalMb", activity.totalMb, 1, kMaxMb);
     io.word("initType", activity.initType, std::span(kInitWords));
     io.flag("noFix", activity.noFix);
@@ -140,18 +140,18 @@ static void describe(Io& io, Activity& activity) {
 
 template <typename Io>
 static void describe(Io& io, LogicalDrive& drive) {
-    need(io, "arrayId");
+    require(io, "arrayId");
     io.number("arrayId", drive.arrayId, 0, 254);
-    need(io, "logDrvId");
+    require(io, "logDrvId");
     io.number("logDrvId", drive.logDrvId, 0, 254);
     io.text("name", drive.name, 63);
-    need(io, "level");
+    require(io, "level");
     io.word("level", drive.level, std::span(kLevelWords));
     io.number("stripe", drive.stripe, 1, 65535);
     io.number("sectorSize", drive.sectorSize, 512, 4096);
-    need(io, "sectors");
+    require(io, "sectors");
     io.number("sectors", drive.sectors, 1, kMaxArraySectors);
-    need(io, "memberSectors");
+    require(io, "memberSectors");
     io.number("memberSectors", drive.memberSectors, 1, kMaxSectors);
     io.number("parity", drive.parity, 0, 255);
     io.number("symmetric", drive.symmetric, 0, 1);
@@ -165,7 +165,7 @@ static void describe(Io& io, LogicalDrive& drive) {
     io.flag("rebuildHeld", drive.autoRebuildInhibited);
     io.number("inconsistencies", drive.inconsistencies, 0, kMaxUnsigned32);
     io.word("reportedState", drive.reportedState, std::span(kStateWords));
-    need(io, "members");
+    require(io, "members");
     io.numbers("members", drive.members, kMaxDriveId, kMaxArrayMembers);
     bool busy = drive.activity.kind != 0;
     io.optional("activity", busy, drive.activity);
@@ -174,14 +174,14 @@ static void describe(Io& io, LogicalDrive& drive) {
 template <typename Io>
 static void describe(Io& io, Sensor& sensor) {
     io.word("type", sensor.type, std::span(kSensorWords));
-    io.number("reading", sensor.reading, -kMost32, kMost32);
+    io.number("reading", sensor.reading, -kMaxSigned32, kMaxSigned32);
 }
 
 template <typename Io>
 static void describe(Io& io, Enclosure& enclosure) {
-    need(io, "id");
+    require(io, "id");
     io.number("id", enclosure.id, 0, kMaxEnclosures - 1);
-    need(io, "type");
+    require(io, "type");
     io.word("type", enclosure.type, std::span(kEnclosureWords));
     io.list("sensors", enclosure.sensors, 6);
 }
@@ -194,17 +194,17 @@ static void describe(Io& io, Battery& battery) {
 }
 
 template <typename Io>
-static void describe(Io& io, BusPlace& place) {
-    io.number("irq", place.irq, 0, kMost32);
-    io.number("slot", place.slot, 0, kMost32);
-    io.number("biosMemoryStart", place.biosMemoryStart, 0, kMaxUnsigned32);
-    io.number("biosMemoryRange", place.biosMemoryRange, 0, kMost32);
-    io.number("busMasterBase", place.busMasterBase, 0, 255);
-    io.number("ata", place.ata, 0, kMaxUnsigned32);
-    io.number("xor", place.xorEngine, 0, kMaxUnsigned32);
-    io.number("sequencer", place.sequencer, 0, kMaxUnsigned32);
-    io.number("mmio", place.mmio, 0, kMaxUnsigned32);
-    io.number("sdram", place.sdram, 0, kMaxUnsigned32);
+static void describe(Io& io, BusLocation& location) {
+    io.number("irq", location.irq, 0, kMaxSigned32);
+    io.number("slot", location.slot, 0, kMaxSigned32);
+    io.number("biosMemoryStart", location.biosMemoryStart, 0, kMaxUnsigned32);
+    io.number("biosMemoryRange", location.biosMemoryRange, 0, kMaxSigned32);
+    io.number("busMasterBase", location.busMasterBase, 0, 255);
+    io.number("ata", location.ata, 0, kMaxUnsigned32);
+    io.number("xor", location.xorEngine, 0, kMaxUnsigned32);
+    io.number("sequencer", location.sequencer, 0, kMaxUnsigned32);
+    io.number("mmio", location.mmio, 0, kMaxUnsigned32);
+    io.number("sdram", location.sdram, 0, kMaxUnsigned32);
 }
 
 template <typename Io>
@@ -220,12 +220,12 @@ template <typename Io>
 static void describe(Io& io, SpeedOption& option) {
     io.text("model", option.model, 21);
     io.text("firmware", option.firmware, 37);
-    io.number("setting", option.setting, -kMost32 - 1, kMost32);
+    io.number("setting", option.setting, -kMaxSigned32 - 1, kMaxSigned32);
 }
 
 template <typename Io>
 static void describe(Io& io, Event& event) {
-    need(io, "id");
+    require(io, "id");
     io.number("id", event.id, 0, kMaxUnsigned32 - 1);
     io.number("time", event.time, 0, kMaxSeconds);
     io.text("text", event.text, 323);
@@ -237,10 +237,10 @@ static void describe(Io& io, Controller& controller) {
     io.version("firmwareVersion", controller.firmware);
     io.version("driverVersion", controller.driver);
     io.flag("eccMemory", controller.ecc);
-    io.number("memoryMb", controller.memoryMb, 0, kMost32);
+    io.number("memoryMb", controller.memoryMb, 0, kMaxSigned32);
     io.number("maxExtentsPerDisk", controller.maxExtentsPerDisk, 1, kMaxExtents);
     io.number("maxPorts", controller.maxPorts, 0, 255);
-    io.object("busPlace", controller.place);
+    io.object("busPlace", controller.busLocation);
     io.object("rates", controller.rates);
     io.flag("autoRebuild", controller.autoRebuild);
     io.flag("rebuildPolicy", controller.rebuildPolicy);
@@ -259,17 +259,17 @@ static void describe(Io& io, Controller& controller) {
 template <typename Io>
 static void describe(Io& io, World& world) {
     io.number("clockOffset", world.clockOffset, 0, kMaxOffset);
-    need(io, "controllers");
+    require(io, "controllers");
     io.list("controllers", world.controllers, kMaxControllers);
 }
 
-// What stands from an opening bracket to its closing one, at close, on one line; empty when it holds
-// other brackets or gets too long to read well.
+// The text from the bracket at open to its closing one, at close, on one line. Empty when it contains
+// other brackets or gets too long.
 static std::string joinLines(const std::string& text, std::size_t open, std::size_t& close) {
-    static constexpr std::size_t kLongest = 100;
+    static constexpr std::size_t kMaxLineLength = 100;
     std::string line(1, text[open]);
     bool quoted = false;
-    for (std::size_t i = open + 1; i < text.size() && line.size() < kLongest; i++) {
+    for (std::size_t i = open + 1; i < text.size() && line.size() < kMaxLineLength; i++) {
         const char c = text[i];
         if (quoted && c == '\\')
             line += text[i++];
@@ -318,7 +318,7 @@ std::string worldToJson(const World& world) {
     return compacted(io.json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
-static std::string pathText(const JsonPath& path) {
+static std::string pathText(const FieldPath& path) {
     std::string text;
     for (const std::string& step : path) {
         const bool position = !step.empty() && step.find_first_not_of("0123456789") == std::string::npos;
@@ -327,33 +327,33 @@ static std::string pathText(const JsonPath& path) {
     return text.empty() ? "" : text + ": ";
 }
 
-// Listings run in order of ID, whatever order a hand gave the file.
+// Listings are in order of ID, whatever the order in a hand-edited file.
 static void normalizeOrder(Controller& controller) {
     std::ranges::sort(controller.drives, {}, &Drive::id);
     std::ranges::sort(controller.logicalDrives, {}, &LogicalDrive::logDrvId);
 }
 
-// The parser's errorMessage about a number quotes it but does not say where it stands.
-static int lineOfQuoted(const std::string& text, const std::string& errorMessage) {
-    const std::size_t open = errorMessage.find('\'');
-    const std::size_t close = errorMessage.rfind('\'');
+// The parser's message about a number quotes it but gives no position.
+static int lineOfQuoted(const std::string& text, const std::string& message) {
+    const std::size_t open = message.find('\'');
+    const std::size_t close = message.rfind('\'');
     if (open == std::string::npos || open == close)
         return 1;
-    const std::size_t at = text.find(errorMessage.substr(open + 1, close - open - 1));
+    const std::size_t at = text.find(message.substr(open + 1, close - open - 1));
     return at == std::string::npos ? 1 : lineOfByte(text, at);
 }
 
-bool worldFromJson(const std::string& text, World& world, ValidationError& fault) {
+bool worldFromJson(const std::string& text, World& world, ValidationError& error) {
     try {
         World read;
-        // The parser would take a NUL for the end, and leave whatever follows it unread.
+        // The parser would take a NUL for the end of the text.
         if (const std::size_t nul = text.find('\0'); nul != std::string::npos) {
-            fault = {lineOfByte(text, nul), "this is not valid JSON"};
+            error = {lineOfByte(text, nul), "this is not valid JSON"};
             return false;
         }
         const ParsedJson json = ParsedJson::parse(text);
-        if (const std::size_t twice = findDuplicateKey(text); twice != std::string::npos) {
-            fault = {lineOfByte(text, twice), "a key stands twice in one object"};
+        if (const std::size_t duplicate = findDuplicateKey(text); duplicate != std::string::npos) {
+            error = {lineOfByte(text, duplicate), "a key is given twice in one object"};
             return false;
         }
         Reader::readRecord(json, {}, read);
@@ -362,12 +362,12 @@ bool worldFromJson(const std::string& text, World& world, ValidationError& fault
             normalizeOrder(controller);
         world = std::move(read);
         return true;
-    } catch (const WorldError& error) {
-        fault = {lineForPath(text, error.path), pathText(error.path) + error.reason};
-    } catch (const ParsedJson::out_of_range& error) {
-        fault = {lineOfQuoted(text, error.what()), "a number is far too large"};
-    } catch (const ParsedJson::parse_error& error) {
-        fault = {lineOfByte(text, error.byte > 0 ? error.byte - 1 : 0), "this is not valid JSON"};
+    } catch (const WorldError& invalid) {
+        error = {lineForPath(text, invalid.path), pathText(invalid.path) + invalid.reason};
+    } catch (const ParsedJson::out_of_range& invalid) {
+        error = {lineOfQuoted(text, invalid.what()), "a number is far too large"};
+    } catch (const ParsedJson::parse_error& invalid) {
+        error = {lineOfByte(text, invalid.byte > 0 ? invalid.byte - 1 : 0), "this is not valid JSON"};
     }
     return false;
 }

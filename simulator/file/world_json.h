@@ -1,13 +1,13 @@
-// The world as a JSON text: readable, in a fixed order of keys, made to be edited by hand.
+// The world as JSON text with a fixed order of keys, meant to be read and edited by hand.
 #pragma once
 
 #include <string>
 
-#include "simulator/world/world.h"
+#include "simulator/world/world_check.h"
 
 namespace q5sim {
 
-// What is wrong with a text that should describe a world.
+// Why a text is not a valid world.
 struct ValidationError {
     int line = 0; // from 1
     std::string reason;
@@ -15,30 +15,18 @@ struct ValidationError {
 
 std::string worldToJson(const World& world);
 
-// Reads and checks a whole world. Returns false, with world untouched and fault told, when the text
-// is not JSON, has a key or value that means nothing here, or describes a world that cannot be.
-bool worldFromJson(const std::string& text, World& world, ValidationError& fault);
+// Reads and checks a whole world. Returns false, with world unchanged and error filled, when the text
+// is not JSON, has an unknown key or an invalid value, or contradicts itself.
+bool worldFromJson(const std::string& text, World& world, ValidationError& error);
 
-// A place in a JSON text: object keys, and list positions as decimal digits.
-using JsonPath = std::vector<std::string>;
+// The line, from 1, of the value at path in a valid JSON text. When the path does not exist: the line
+// of its last step that does.
+int lineForPath(const std::string& text, const FieldPath& path);
 
-// Thrown while a world is read or checked, never out of worldFromJson.
-struct WorldError {
-    JsonPath path;
-    std::string reason;
-};
-
-// Throws a WorldError when the parts of a world do not agree with each other.
-void checkWorld(const World& world);
-
-// The line, from 1, on which the value at path stands in a valid JSON text; of a path that leads
-// nowhere, the line of the last step that exists.
-int lineForPath(const std::string& text, const JsonPath& path);
-
-// Where, in a valid JSON text, an object has a key for the second time; npos: nowhere.
+// The offset of the first duplicate key of an object in a valid JSON text; npos: there is none.
 std::size_t findDuplicateKey(const std::string& text);
 
-// The line, from 1, of a place in a text.
+// The line, from 1, of an offset in a text.
 int lineOfByte(const std::string& text, std::size_t offset);
 
 } // namespace q5sim

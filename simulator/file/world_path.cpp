@@ -1,10 +1,10 @@
-// The place of the simulated world's state file.
+// Path of the world file.
 #include "simulator/file/world_path.h"
 
 #include <cstdio>
 #include <cstdlib>
 
-// An environment variable's value; unset and empty are the same to us.
+// An environment variable's value; nullptr: unset or empty.
 static const char* setting(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr && value[0] != '\0' ? value : nullptr;

@@ -1,4 +1,4 @@
-// The operations that show and steer activities.
+// The operations that show and control activities.
 #include "adapter/activity.h"
 
 #include "simulator/engine/activities.h"
@@ -12,23 +12,23 @@ using namespace q5sim;
 static constexpr std::uint8_t kActivityRunning = 1;
 static constexpr std::uint8_t kCheckKinds = kRedundancyChecking | kSynchronizing;
 
-// Answers a progress query: state and percent of the activity, when it is the one asked for.
+// Fills a progress reply when the array has an activity of this kind.
 template <typename Progress>
 static int fillProgress(HbaAddress address, std::uint32_t reserved, std::uint8_t kind,
                         const ActivityQuery* query, Progress* progress, std::uint32_t size) {
-    return replying(address, reserved, progress, size, sizeof *progress,
-                    [&](const Controller& controller, std::int64_t now) {
-                        const std::uint32_t wanted = kind == kMigrating ? kMigrationKind : 0;
-                        const LogicalDrive* array = query != nullptr && query->kind == wanted
-                                                        ? findLogicalDrive(controller, query->logDrvId)
-                                                        : nullptr;
-                        if (array == nullptr || array->activity.kind != kind)
-                            return kRefused;
-                        progress->header.bytesUsed = sizeof *progress;
-                        progress->state = array->activity.paused ? kActivityPaused : kActivityRunning;
-                        progress->percent = percentDone(controller, array->activity, now);
-                        return kDone;
-                    });
+    return fillReply(address, reserved, progress, size, sizeof *progress,
+                     [&](const Controller& controller, std::int64_t now) {
+                         const std::uint32_t wanted = kind == kMigrating ? kMigrationKind : 0;
+                         const LogicalDrive* array = query != nullptr && query->kind == wanted
+                                                         ? findLogicalDrive(controller, query->logDrvId)
+                                                         : nullptr;
+                         if (array == nullptr || array->activity.kind != kind)
+                             return kRefused;
+                         progress->header.bytesUsed = sizeof *progress;
+                         progress->state = array->activity.paused ? kActivityPaused : kActivityRunning;
+                         progress->percent = percentDone(controller, array->activity, now);
+                         return kDone;
+                     });
 }
 
 int q5_getLogDrvInitProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
@@ -56,36 +56,36 @@ int q5_getRebuildProgress(HbaAddress address, std::uint32_t reserved, const Acti
     return fillProgress(address, reserved, kRebuilding, query, progress, size);
 }
 
-enum class Turn { pause, resume, stop, restart };
+enum class Control { pause, resume, stop, restart };
 
-static bool turn(Controller& controller, LogicalDrive& array, Turn wanted, std::int64_t now) {
+static bool applyControl(Controller& controller, LogicalDrive& array, Control control, std::int64_t now) {
     Activity& activity = array.activity;
-    if (wanted == (activity.paused ? Turn::pause : Turn::resume))
+    if (control == (activity.paused ? Control::pause : Control::resume))
         return false;
     static constexpr const char* words[] = {"paused", "resumed", "stopped", "restarted"};
-    if (wanted == Turn::stop) {
+    if (control == Control::stop) {
         array.autoRebuildInhibited = activity.kind == kRebuilding;
         abortActivity(controller, array, "stopped", now);
         return true;
     }
     checkpointProgress(controller, activity, now);
     activity.since = now;
-    activity.paused = wanted == Turn::pause;
-    if (wanted == Turn::restart)
+    activity.paused = control == Control::pause;
+    if (control == Control::restart)
         activity.completedMb = 0;
     addEvent(controller, now, "Logical drive %d: %s %s", array.logDrvId, activityName(activity.kind),
-             words[static_cast<int>(wanted)]);
+             words[static_cast<int>(control)]);
     return true;
 }
 
-// Steers the drive's activity when it is one of kinds (ActivityBit bits).
-static int steer(HbaAddress address, std::uint32_t reserved, const std::uint32_t* logDrvId,
-                 std::uint8_t kinds, Turn wanted) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+// Controls the array's activity when it is one of kinds (ActivityBit bits).
+static int controlActivity(HbaAddress address, std::uint32_t reserved, const std::uint32_t* logDrvId,
+                           std::uint8_t kinds, Control control) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         LogicalDrive* array = logDrvId != nullptr ? findLogicalDrive(controller, *logDrvId) : nullptr;
         if (array == nullptr || (array->activity.kind & kinds) == 0)
             return kRefused;
-        return turn(controller, *array, wanted, now) ? kDone : kRefused;
+        return applyControl(controller, *array, control, now) ? kDone : kRefused;
     });
 }
 
@@ -98,57 +98,57 @@ static const std::uint32_t* migrationIdOf(const ActivityQuery* query) {
 }
 
 int q5_pauseLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kInitializing, Turn::pause);
+    return controlActivity(address, reserved, idOf(drive), kInitializing, Control::pause);
 }
 
 int q5_resumeLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kInitializing, Turn::resume);
+    return controlActivity(address, reserved, idOf(drive), kInitializing, Control::resume);
 }
 
 int q5_stopLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kInitializing, Turn::stop);
+    return controlActivity(address, reserved, idOf(drive), kInitializing, Control::stop);
 }
 
 int q5_pauseRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kCheckKinds, Turn::pause);
+    return controlActivity(address, reserved, idOf(drive), kCheckKinds, Control::pause);
 }
 
 int q5_resumeRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kCheckKinds, Turn::resume);
+    return controlActivity(address, reserved, idOf(drive), kCheckKinds, Control::resume);
 }
 
 int q5_stopRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kCheckKinds, Turn::stop);
+    return controlActivity(address, reserved, idOf(drive), kCheckKinds, Control::stop);
 }
 
 int q5_PauseMigration(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query) {
-    return steer(address, reserved, migrationIdOf(query), kMigrating, Turn::pause);
+    return controlActivity(address, reserved, migrationIdOf(query), kMigrating, Control::pause);
 }
 
 int q5_ResumeMigration(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query) {
-    return steer(address, reserved, migrationIdOf(query), kMigrating, Turn::resume);
+    return controlActivity(address, reserved, migrationIdOf(query), kMigrating, Control::resume);
 }
 
 int q5_pauseRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kRebuilding, Turn::pause);
+    return controlActivity(address, reserved, idOf(drive), kRebuilding, Control::pause);
 }
 
 int q5_resumeRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kRebuilding, Turn::resume);
+    return controlActivity(address, reserved, idOf(drive), kRebuilding, Control::resume);
 }
 
 int q5_restartRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kRebuilding, Turn::restart);
+    return controlActivity(address, reserved, idOf(drive), kRebuilding, Control::restart);
 }
 
 int q5_stopRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return steer(address, reserved, idOf(drive), kRebuilding, Turn::stop);
+    return controlActivity(address, reserved, idOf(drive), kRebuilding, Control::stop);
 }
 
-// A synchronisation yields to an initialisation, which makes the array consistent as well.
+// An initialization replaces a synchronization: it makes the array consistent as well.
 int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitStartRequest* request,
                        std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || size != sizeof *request ||
             (request->initType != 1 && request->initType != 2 && request->initType != 4))
             return kRefused;
@@ -164,11 +164,11 @@ int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitSta
     });
 }
 
-// Which activity it is: a synchronisation as long as the array has never been made consistent and may
-// be mended, else a redundancy check.
+// Starts a synchronization while the array is not synchronized and may be repaired, else a redundancy
+// check.
 int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
                             const RedundancyCheckRequest* request) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || request->noFix > 1 || request->zero5 != 0)
             return kRefused;
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
@@ -188,7 +188,7 @@ int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
 
 int q5_startHBARebuildExtent(HbaAddress address, std::uint32_t reserved, std::uint8_t entryCount,
                              const RebuildEntry* entries, const LogDrvInfo* drive) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (entries == nullptr || entryCount == 0 || drive == nullptr)
             return kRefused;
         std::vector<RebuildChoice> choices;

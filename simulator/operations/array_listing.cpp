@@ -30,38 +30,38 @@ static LogDrvInfo arrayRecord(const Controller& controller, const LogicalDrive& 
 
 int q5_getLogDrvInfo(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
                      std::uint32_t size) {
-    return replying(address, reserved, reply, size, sizeof(ReplyHeader),
-                    [&](const Controller& controller, std::int64_t) {
-                        if (query == nullptr || query->count < 1)
-                            return kRefused;
-                        RecordList list(reply, size);
-                        std::uint32_t left = query->count;
-                        for (const LogicalDrive& drive : controller.logicalDrives)
-                            if (left > 0 && isWanted(drive.logDrvId, query->logDrvId, query->count)) {
-                                if (!list.add(arrayRecord(controller, drive)))
-                                    break;
-                                left--;
-                            }
-                        return kDone;
-                    });
+    return fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
+                     [&](const Controller& controller, std::int64_t) {
+                         if (query == nullptr || query->count < 1)
+                             return kRefused;
+                         RecordList list(reply, size);
+                         std::uint32_t left = query->count;
+                         for (const LogicalDrive& drive : controller.logicalDrives)
+                             if (left > 0 && isWanted(drive.logDrvId, query->logDrvId, query->count)) {
+                                 if (!list.add(arrayRecord(controller, drive)))
+                                     break;
+                                 left--;
+                             }
+                         return kDone;
+                     });
 }
 
 int q5_getAryLostDisk(HbaAddress address, std::uint32_t reserved, std::uint8_t logDrvId,
                       std::uint32_t* lostMask) {
-    return replying(address, reserved, lostMask, sizeof *lostMask, sizeof *lostMask,
-                    [&](const Controller& controller, std::int64_t) {
-                        const LogicalDrive* drive = findLogicalDrive(controller, logDrvId);
-                        if (drive == nullptr)
-                            return kRefused;
-                        for (std::size_t position : lostMembers(controller, *drive))
-                            *lostMask |= std::uint32_t{1} << drive->members[position];
-                        return kDone;
-                    });
+    return fillReply(address, reserved, lostMask, sizeof *lostMask, sizeof *lostMask,
+                     [&](const Controller& controller, std::int64_t) {
+                         const LogicalDrive* drive = findLogicalDrive(controller, logDrvId);
+                         if (drive == nullptr)
+                             return kRefused;
+                         for (std::size_t position : lostMembers(controller, *drive))
+                             *lostMask |= std::uint32_t{1} << drive->members[position];
+                         return kDone;
+                     });
 }
 
 static int setMemberLights(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId,
                            std::uint32_t seconds) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         const LogicalDrive* array = findLogicalDrive(controller, logDrvId);
         if (array == nullptr)
             return kRefused;
@@ -88,7 +88,7 @@ int q5_stopLocateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_
 }
 
 int q5_activateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t arrayId) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         LogicalDrive* drive = findArray(controller, arrayId);
         if (drive == nullptr || drive->active)
             return kRefused;

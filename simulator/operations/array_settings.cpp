@@ -17,7 +17,7 @@ static LogDrvSettings settingsOf(const LogicalDrive& drive) {
 int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
                          std::uint32_t size) {
     const std::size_t needed = sizeof(ReplyHeader) + sizeof(LogDrvSettings);
-    return replying(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
+    return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (query == nullptr || query->count < 1 ||
             (query->count == 1 && findLogicalDrive(controller, query->logDrvId) == nullptr))
             return kRefused;
@@ -33,7 +33,7 @@ int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDr
     });
 }
 
-// The settings' name is shorter than an array's can be: one that comes back as it was read stays whole.
+// The name field is shorter than the names of arrays: a name written back as it was read is kept whole.
 static void applySettings(LogicalDrive& drive, const LogDrvSettings& settings) {
     const LogDrvSettings before = settingsOf(drive);
     if (std::memcmp(before.name, settings.name, sizeof before.name) != 0)
@@ -45,7 +45,7 @@ static void applySettings(LogicalDrive& drive, const LogDrvSettings& settings) {
 
 int q5_setLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query,
                          const void* settings, std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         LogDrvSettings wanted;
         if (query == nullptr || query->count != 1 || settings == nullptr ||
             size != sizeof(ReplyHeader) + sizeof wanted)

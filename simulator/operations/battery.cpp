@@ -10,7 +10,7 @@ static constexpr int kBatteryPresent = 0x80;
 
 int q5_getBatteryInfo(HbaAddress address, std::uint32_t reserved, const BatteryQuery* query,
                       BatteryInfo* info, std::uint32_t size) {
-    return replying(
+    return fillReply(
         address, reserved, info, size, sizeof *info, [&](const Controller& controller, std::int64_t) {
             if (query == nullptr || query->reserved0 != 0 || query->reserved2 != 0)
                 return kRefused;
@@ -26,14 +26,14 @@ int q5_getBatteryInfo(HbaAddress address, std::uint32_t reserved, const BatteryQ
 }
 
 int q5_getBuzzerStatus(HbaAddress address, std::uint32_t reserved, std::uint8_t* state, std::uint32_t size) {
-    return replying(address, reserved, state, size, 1, [&](const Controller& controller, std::int64_t) {
+    return fillReply(address, reserved, state, size, 1, [&](const Controller& controller, std::int64_t) {
         *state = controller.buzzer ? 1 : 0;
         return kDone;
     });
 }
 
 static int switchBuzzer(HbaAddress address, std::uint32_t reserved, std::uint32_t reserved2, bool on) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (reserved2 != 0)
             return kRefused;
         if (controller.buzzer != on)

@@ -1,4 +1,4 @@
-// Controllers: information, settings, driver and place on the bus.
+// Controllers: information, settings, driver and location on the bus.
 #include "adapter/controller.h"
 
 #include "simulator/engine/progress.h"
@@ -39,8 +39,8 @@ static ControllerVersionInfo versionInfo(const Controller& controller) {
     return info;
 }
 
-// Whether a query names the controller of the address; the two must agree.
-static bool agrees(const ControllerQuery* query, HbaAddress address) {
+// Whether the query names the controller of the address.
+static bool matchesAddress(const ControllerQuery* query, HbaAddress address) {
     return query != nullptr && query->controllerId == address.controllerId && query->count == 1;
 }
 
@@ -48,8 +48,8 @@ int q5_getControllerInfo(HbaAddress address, std::uint32_t reserved, const Contr
                          void* reply, std::uint32_t size) {
     const bool version = query != nullptr && query->infoClass == kVersionInfo;
     const std::size_t needed = version ? sizeof(ControllerVersionInfo) : sizeof(ControllerInfo);
-    return replying(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
-        if (!agrees(query, address) || (!version && query->infoClass != kGeneralInfo))
+    return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
+        if (!matchesAddress(query, address) || (!version && query->infoClass != kGeneralInfo))
             return kRefused;
         const ControllerInfo general = generalInfo(controller);
         const ControllerVersionInfo versions = versionInfo(controller);
@@ -60,26 +60,26 @@ int q5_getControllerInfo(HbaAddress address, std::uint32_t reserved, const Contr
 
 int q5_getControllerSettings(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                              ControllerSettings* settings, std::uint32_t size) {
-    return replying(address, reserved, settings, size, sizeof *settings,
-                    [&](const Controller& controller, std::int64_t) {
-                        if (!agrees(query, address) || query->infoClass != kGeneralInfo)
-                            return kRefused;
-                        settings->header.bytesUsed = sizeof *settings;
-                        settings->rebuildRate = controller.rates.rebuild;
-                        settings->syncRate = controller.rates.sync;
-                        settings->mpRate = controller.rates.patrol;
-                        settings->initRate = controller.rates.init;
-                        settings->migrateRate = controller.rates.migrate;
-                        settings->autoRebuild = controller.autoRebuild;
-                        settings->smartPollInterval = controller.smartPoll;
-                        settings->smartCheck = controller.smartCheck;
-                        settings->encPollInterval = controller.encPoll;
-                        settings->rebuildPolicy = controller.rebuildPolicy;
-                        return kDone;
-                    });
+    return fillReply(address, reserved, settings, size, sizeof *settings,
+                     [&](const Controller& controller, std::int64_t) {
+                         if (!matchesAddress(query, address) || query->infoClass != kGeneralInfo)
+                             return kRefused;
+                         settings->header.bytesUsed = sizeof *settings;
+                         settings->rebuildRate = controller.rates.rebuild;
+                         settings->syncRate = controller.rates.sync;
+                         settings->mpRate = controller.rates.patrol;
+                         settings->initRate = controller.rates.init;
+                         settings->migrateRate = controller.rates.migrate;
+                         settings->autoRebuild = controller.autoRebuild;
+                         settings->smartPollInterval = controller.smartPoll;
+                         settings->smartCheck = controller.smartCheck;
+                         settings->encPollInterval = controller.encPoll;
+                         settings->rebuildPolicy = controller.rebuildPolicy;
+                         return kDone;
+                     });
 }
 
-static bool settingsArePossible(const ControllerSettings& settings) {
+static bool areValidSettings(const ControllerSettings& settings) {
     const std::uint8_t numbers[] = {settings.rebuildRate,    settings.syncRate,    settings.mpRate,
                                     settings.initRate,       settings.migrateRate, settings.smartPollInterval,
                                     settings.encPollInterval};
@@ -100,9 +100,9 @@ static void applySettings(Controller& controller, const ControllerSettings& sett
 
 int q5_setControllerSettings(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                              const ControllerSettings* settings, std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        if (!agrees(query, address) || query->infoClass != kGeneralInfo || settings == nullptr ||
-            size != sizeof *settings || !settingsArePossible(*settings))
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        if (!matchesAddress(query, address) || query->infoClass != kGeneralInfo || settings == nullptr ||
+            size != sizeof *settings || !areValidSettings(*settings))
             return kRefused;
         Controller changed = controller;
         applySettings(changed, *settings);
@@ -120,26 +120,26 @@ int q5_getDriverInfo(HbaAddress address, std::uint32_t reserved, DriverInfo* inf
     if (info == nullptr)
         return kRefused;
     *info = {};
-    return reading(address, reserved, [&](const Controller& controller, std::int64_t) {
+    return withController(address, reserved, [&](const Controller& controller, std::int64_t) {
         info->driverVersion = versionNumber(controller.driver);
         return kDone;
     });
 }
 
 int q5_getDiscoverPath(HbaAddress address, DiscoverPathInfo* info, std::uint32_t size) {
-    return replying(address, 0, info, size, sizeof *info, [&](const Controller& controller, std::int64_t) {
-        const BusPlace& place = controller.place;
+    return fillReply(address, 0, info, size, sizeof *info, [&](const Controller& controller, std::int64_t) {
+        const BusLocation& location = controller.busLocation;
         info->header.bytesUsed = sizeof *info;
-        info->irq = place.irq;
-        info->logicalSlot = place.slot;
-        info->biosMemoryStart = place.biosMemoryStart;
-        info->biosMemoryRange = place.biosMemoryRange;
-        info->busMasterBase = place.busMasterBase;
-        info->baseAddressAta = place.ata;
-        info->baseAddressXor = place.xorEngine;
-        info->baseAddressSeq = place.sequencer;
-        info->baseAddressMmio = place.mmio;
-        info->baseAddressSdram = place.sdram;
+        info->irq = location.irq;
+        info->logicalSlot = location.slot;
+        info->biosMemoryStart = location.biosMemoryStart;
+        info->biosMemoryRange = location.biosMemoryRange;
+        info->busMasterBase = location.busMasterBase;
+        info->baseAddressAta = location.ata;
+        info->baseAddressXor = location.xorEngine;
+        info->baseAddressSeq = location.sequencer;
+        info->baseAddressMmio = location.mmio;
+        info->baseAddressSdram = location.sdram;
         return kDone;
     });
 }

@@ -15,15 +15,15 @@ static constexpr std::uint8_t kRoundToGb = 1;
 static constexpr std::uint8_t kRoundToTenGb = 2;
 
 static ArrayGeometry geometryOf(const CreateArrayRequest& request) {
-    ArrayGeometry shape = {static_cast<std::uint8_t>(request.raidLevel), request.memberCount, 0, 0};
-    if (shape.level == kRaidMf)
-        shape.parity = request.parityCount;
-    if (shape.level == kRaid50)
-        shape.subArrays = request.subArrayCount;
-    return shape;
+    ArrayGeometry geometry = {static_cast<std::uint8_t>(request.raidLevel), request.memberCount, 0, 0};
+    if (geometry.level == kRaidMf)
+        geometry.parity = request.parityCount;
+    if (geometry.level == kRaid50)
+        geometry.subArrays = request.subArrayCount;
+    return geometry;
 }
 
-static bool codesAreKnown(const CreateArrayRequest& request) {
+static bool hasKnownCodes(const CreateArrayRequest& request) {
     const bool sectorSize = request.sectorSize == 512 || request.sectorSize == 1024 ||
                             request.sectorSize == 2048 || request.sectorSize == 4096;
     const bool init = request.initialization <= 2 || request.initialization == 4;
@@ -32,13 +32,13 @@ static bool codesAreKnown(const CreateArrayRequest& request) {
            request.origin <= kOriginImport && request.constant4 == 1 && request.constant91 == 1;
 }
 
-static bool shiftIsPossible(const CreateArrayRequest& request) {
+static bool isValidShift(const CreateArrayRequest& request) {
     const int shift = static_cast<std::int16_t>(request.shift);
     return request.symmetric <= 1 && shift < request.memberCount && shift > -request.memberCount;
 }
 
 // Every member must be a working drive of its own.
-static bool membersArePossible(const Controller& controller, const CreateArrayRequest& request) {
+static bool areValidMembers(const Controller& controller, const CreateArrayRequest& request) {
     for (std::size_t i = 0; i < request.memberCount; i++) {
         const Drive* drive = findDrive(controller, request.member[i].driveId);
         if (drive == nullptr || drive->failed)
@@ -50,15 +50,15 @@ static bool membersArePossible(const Controller& controller, const CreateArrayRe
     return true;
 }
 
-static bool isPossible(const Controller& controller, const CreateArrayRequest& request) {
-    return request.raidLevel <= 255 && shapeIsPossible(geometryOf(request)) && codesAreKnown(request) &&
-           stripeIsPossible(request.stripeSize) && membersArePossible(controller, request) &&
-           (request.raidLevel != kRaidMf || shiftIsPossible(request)) &&
+static bool isValidRequest(const Controller& controller, const CreateArrayRequest& request) {
+    return request.raidLevel <= 255 && isValidGeometry(geometryOf(request)) && hasKnownCodes(request) &&
+           isValidStripe(request.stripeSize) && areValidMembers(controller, request) &&
+           (request.raidLevel != kRaidMf || isValidShift(request)) &&
            (request.raidLevel == kJbod || request.name[0] != '\0') &&
            (request.capacity != 0 || request.allocation == kAllocateGiven);
 }
 
-// The sectors wanted of the whole array; 0 when the number is absurd.
+// The requested size of the whole array; 0: out of range.
 static std::uint64_t wantedSectors(const CreateArrayRequest& request) {
     const std::uint64_t unit = request.origin == kOriginTyped ? kSectorsPerMb : 1;
     return request.capacity > kMaxSectors / unit ? 0 : request.capacity * unit;
@@ -85,8 +85,8 @@ static std::uint64_t commonSize(const Controller& controller, const CreateArrayR
 }
 
 struct Sizes {
-    std::uint64_t array = 0;  // sectors of the whole array; 0: impossible
-    std::uint64_t member = 0; // sectors that each member gives, whole MB
+    std::uint64_t array = 0;  // sectors of the whole array; 0: invalid
+    std::uint64_t member = 0; // sectors of each member, whole MB
 };
 
 static Sizes sizesFor(const Controller& controller, const CreateArrayRequest& request) {
@@ -100,12 +100,12 @@ static Sizes sizesFor(const Controller& controller, const CreateArrayRequest& re
     return sizes;
 }
 
-static bool takeMembers(Controller& controller, const CreateArrayRequest& request, std::uint16_t arrayId,
-                        std::uint64_t sectors) {
+static bool allocateMembers(Controller& controller, const CreateArrayRequest& request, std::uint16_t arrayId,
+                            std::uint64_t sectors) {
     for (std::size_t i = 0; i < request.memberCount; i++) {
         Drive& drive = *findDrive(controller, request.member[i].driveId);
         const std::size_t index = request.allocation == kAllocateGiven ? request.member[i].extent
-                                                                       : fittingFreeExtent(drive, sectors);
+                                                                       : bestFitFreeExtent(drive, sectors);
         if (index >= drive.extents.size() || drive.extents[index].use != kUseFree ||
             drive.extents[index].size < sectors)
             return false;
@@ -114,7 +114,7 @@ static bool takeMembers(Controller& controller, const CreateArrayRequest& reques
     return true;
 }
 
-// The lowest ID that neither an array nor a logical drive has.
+// The lowest ID that no array and no logical drive has.
 static std::uint16_t freeId(const Controller& controller) {
     std::uint16_t id = 0;
     while (findArray(controller, id) != nullptr || findLogicalDrive(controller, id) != nullptr)
@@ -123,23 +123,23 @@ static std::uint16_t freeId(const Controller& controller) {
 }
 
 static LogicalDrive newArray(const CreateArrayRequest& request, std::uint16_t id, const Sizes& sizes) {
-    const ArrayGeometry shape = geometryOf(request);
+    const ArrayGeometry geometry = geometryOf(request);
     LogicalDrive array;
     array.arrayId = id;
     array.logDrvId = id;
     array.name = fieldText(request.name, sizeof request.name - 1);
-    array.level = shape.level;
+    array.level = geometry.level;
     array.stripe = request.stripeSize;
     array.sectorSize = request.sectorSize;
     array.sectors = sizes.array;
     array.memberSectors = sizes.member;
-    array.parity = shape.parity;
-    array.subArrays = shape.subArrays;
-    if (shape.level == kRaidMf) {
+    array.parity = geometry.parity;
+    array.subArrays = geometry.subArrays;
+    if (geometry.level == kRaidMf) {
         array.symmetric = request.symmetric;
         array.shift = static_cast<std::int16_t>(request.shift);
     }
-    array.synchronized = !isRedundant(shape.level);
+    array.synchronized = !isRedundant(geometry.level);
     array.reportedState = kOnline;
     for (std::size_t i = 0; i < request.memberCount; i++)
         array.members.push_back(static_cast<std::uint16_t>(request.member[i].driveId));
@@ -148,19 +148,19 @@ static LogicalDrive newArray(const CreateArrayRequest& request, std::uint16_t id
 
 static LogicalDrive& insertInOrder(Controller& controller, LogicalDrive array) {
     std::vector<LogicalDrive>& all = controller.logicalDrives;
-    const auto place = std::find_if(
+    const auto position = std::find_if(
         all.begin(), all.end(), [&](const LogicalDrive& other) { return other.logDrvId > array.logDrvId; });
-    return *all.insert(place, std::move(array));
+    return *all.insert(position, std::move(array));
 }
 
 int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArrayRequest* request) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || controller.logicalDrives.size() >= kMaxLogDrvs ||
-            !isPossible(controller, *request))
+            !isValidRequest(controller, *request))
             return kRefused;
         const Sizes sizes = sizesFor(controller, *request);
         const std::uint16_t id = freeId(controller);
-        if (sizes.array == 0 || !takeMembers(controller, *request, id, sizes.member))
+        if (sizes.array == 0 || !allocateMembers(controller, *request, id, sizes.member))
             return kRefused;
         LogicalDrive& array = insertInOrder(controller, newArray(*request, id, sizes));
         addEvent(controller, now, "Logical drive %d created: %s with %d drives", id, levelName(array.level),
@@ -175,7 +175,7 @@ int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArray
 
 int q5_delDiskArray(HbaAddress address, std::uint32_t reserved, const DeleteArrayRequest* request,
                     std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         const LogicalDrive* array = request != nullptr && size == sizeof *request && request->count == 1
                                         ? findArray(controller, request->arrayId)
                                         : nullptr;

@@ -19,7 +19,7 @@ static PhyDrvSettings settingsOf(const Drive& drive) {
 int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
                          void* reply, std::uint32_t size) {
     const std::size_t needed = sizeof(ReplyHeader) + sizeof(PhyDrvSettings);
-    return replying(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
+    return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (selector == nullptr || selector->count < 1 ||
             (selector->count == 1 && findDrive(controller, selector->driveId) == nullptr))
             return kRefused;
@@ -35,7 +35,7 @@ int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
     });
 }
 
-static bool isEligibleTarget(const PhyDrvSettings& settings, const Drive& drive) {
+static bool areValidSettings(const PhyDrvSettings& settings, const Drive& drive) {
     const std::uint8_t flags[] = {settings.writeCache, settings.smartCheck, settings.tcqEnabled,
                                   settings.ncqEnabled};
     return settings.pdId == drive.id && !drive.failed &&
@@ -46,14 +46,14 @@ static bool isEligibleTarget(const PhyDrvSettings& settings, const Drive& drive)
 
 int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
                          const void* settings, std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         PhyDrvSettings wanted;
         if (selector == nullptr || selector->count != 1 || settings == nullptr ||
             size != sizeof(ReplyHeader) + sizeof wanted)
             return kRefused;
         std::memcpy(&wanted, static_cast<const std::uint8_t*>(settings) + sizeof(ReplyHeader), sizeof wanted);
         Drive* drive = findDrive(controller, selector->driveId);
-        if (drive == nullptr || !isEligibleTarget(wanted, *drive))
+        if (drive == nullptr || !areValidSettings(wanted, *drive))
             return kRefused;
         const Drive before = *drive;
         drive->writeCache = wanted.writeCache != 0;
@@ -67,7 +67,7 @@ int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
 }
 
 int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
         if (drive == nullptr || selector->count != 1 || drive->failed)
             return kRefused;
@@ -82,7 +82,7 @@ int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveS
     });
 }
 
-// The texts that name a kind of drive, as a drive's record carries them.
+// Model and firmware of a drive, as in its record.
 struct DriveKind {
     std::string model, firmware;
 };
@@ -106,22 +106,22 @@ static auto findOption(List& options, const DriveKind& kind) {
 
 int q5_getDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
                             const char* firmware, int* setting, std::uint32_t size) {
-    return replying(address, reserved, setting, size, sizeof *setting,
-                    [&](const Controller& controller, std::int64_t) {
-                        if (model == nullptr || firmware == nullptr)
-                            return kRefused;
-                        const DriveKind kind = kindOf(model, firmware);
-                        if (!isPresent(controller, kind))
-                            return kRefused;
-                        const auto option = findOption(controller.speedOptions, kind);
-                        *setting = option == controller.speedOptions.end() ? 0 : option->setting;
-                        return kDone;
-                    });
+    return fillReply(address, reserved, setting, size, sizeof *setting,
+                     [&](const Controller& controller, std::int64_t) {
+                         if (model == nullptr || firmware == nullptr)
+                             return kRefused;
+                         const DriveKind kind = kindOf(model, firmware);
+                         if (!isPresent(controller, kind))
+                             return kRefused;
+                         const auto option = findOption(controller.speedOptions, kind);
+                         *setting = option == controller.speedOptions.end() ? 0 : option->setting;
+                         return kDone;
+                     });
 }
 
 int q5_setDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
                             const char* firmware, const int* setting, std::uint32_t size) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (model == nullptr || firmware == nullptr || setting == nullptr || size != sizeof *setting)
             return kRefused;
         const DriveKind kind = kindOf(model, firmware);

@@ -4,7 +4,7 @@
 
 using namespace q5sim;
 
-// Drives have no geometry of their own any more; this is what translation tells.
+// The usual translated geometry.
 static constexpr std::uint16_t kHeads = 255;
 static constexpr std::uint16_t kSectorsPerTrack = 63;
 
@@ -30,25 +30,25 @@ static PhyDrvInfo driveRecord(const Controller& controller, const Drive& drive) 
 
 int q5_getPhyDrvInfo(HbaAddress address, std::uint32_t reserved, const PhyDrvQuery* query, void* reply,
                      std::uint32_t size) {
-    return replying(address, reserved, reply, size, sizeof(ReplyHeader),
-                    [&](const Controller& controller, std::int64_t) {
-                        if (query == nullptr || query->count < 1 || query->filter != kAllDrives)
-                            return kRefused;
-                        RecordList list(reply, size);
-                        std::uint32_t left = query->count;
-                        for (const Drive& drive : controller.drives)
-                            if (left > 0 && isWanted(drive.id, query->firstDriveId, query->count)) {
-                                if (!list.add(driveRecord(controller, drive)))
-                                    break;
-                                left--;
-                            }
-                        return kDone;
-                    });
+    return fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
+                     [&](const Controller& controller, std::int64_t) {
+                         if (query == nullptr || query->count < 1 || query->filter != kAllDrives)
+                             return kRefused;
+                         RecordList list(reply, size);
+                         std::uint32_t left = query->count;
+                         for (const Drive& drive : controller.drives)
+                             if (left > 0 && isWanted(drive.id, query->firstDriveId, query->count)) {
+                                 if (!list.add(driveRecord(controller, drive)))
+                                     break;
+                                 left--;
+                             }
+                         return kDone;
+                     });
 }
 
 int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
                              std::uint8_t* state) {
-    return replying(address, reserved, state, 1, 1, [&](const Controller& controller, std::int64_t now) {
+    return fillReply(address, reserved, state, 1, 1, [&](const Controller& controller, std::int64_t now) {
         const Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr)
             return kRefused;
@@ -59,7 +59,7 @@ int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::ui
 
 int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
                     std::uint32_t seconds) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr || seconds == 0)
             return kRefused;
@@ -70,7 +70,7 @@ int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t dr
 }
 
 int q5_stopLocatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr)
             return kRefused;

@@ -5,24 +5,24 @@
 
 using namespace q5sim;
 
-// How a kind of sensor moves around its reading: a new value each step seconds, at most amplitude away.
+// Drift of a sensor type around its reading: a new value every period seconds, at most amplitude away.
 struct SensorDrift {
     std::uint8_t type;
-    std::int64_t step;
+    std::int64_t period;
     std::int64_t amplitude;
 };
-static constexpr SensorDrift kWander[] = {
+static constexpr SensorDrift kSensorDrifts[] = {
     {kFanSensor, 10, 40}, {kRail5VSensor, 20, 15}, {kRail12VSensor, 20, 30}, {kTemperatureSensor, 60, 1}};
 
-// The same time gives the same reading; neighbouring sensors do not move together.
+// The same time gives the same reading; adjacent sensors do not drift in step.
 static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::int64_t now) {
     std::int64_t reading = sensor.reading;
-    for (const SensorDrift& wander : kWander) {
-        if (wander.type != sensor.type)
+    for (const SensorDrift& drift : kSensorDrifts) {
+        if (drift.type != sensor.type)
             continue;
-        const std::int64_t span = 2 * wander.amplitude + 1;
-        const std::int64_t turn = (now / wander.step * 7 + static_cast<std::int64_t>(position) * 5) % span;
-        reading += (turn + span) % span - wander.amplitude;
+        const std::int64_t span = 2 * drift.amplitude + 1;
+        const std::int64_t phase = (now / drift.period * 7 + static_cast<std::int64_t>(position) * 5) % span;
+        reading += (phase + span) % span - drift.amplitude;
     }
     return static_cast<std::uint32_t>(reading);
 }
@@ -30,7 +30,7 @@ static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::
 int q5_getEnclosureInfo(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query, void* reply,
                         std::uint32_t size) {
     const std::size_t needed = sizeof(ReplyHeader) + sizeof(EnclosureEntry);
-    return replying(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
+    return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (query == nullptr || query->count < 1)
             return kRefused;
         RecordList list(reply, size);
@@ -48,18 +48,18 @@ int q5_getEnclosureInfo(HbaAddress address, std::uint32_t reserved, const Enclos
 
 int q5_getEnclosureStatus(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query,
                           EnclosureStatus* status, std::uint32_t size) {
-    return replying(address, reserved, status, size, sizeof *status,
-                    [&](const Controller& controller, std::int64_t now) {
-                        if (query == nullptr || query->count != 1)
-                            return kRefused;
-                        const Enclosure* enclosure = findEnclosure(controller, query->enclosureId);
-                        if (enclosure == nullptr)
-                            return kRefused;
-                        status->header.bytesUsed = sizeof *status;
-                        for (std::size_t i = 0; i < enclosure->sensors.size(); i++) {
-                            status->sensor[i].type = enclosure->sensors[i].type;
-                            status->sensor[i].reading = readingAt(enclosure->sensors[i], i, now);
-                        }
-                        return kDone;
-                    });
+    return fillReply(address, reserved, status, size, sizeof *status,
+                     [&](const Controller& controller, std::int64_t now) {
+                         if (query == nullptr || query->count != 1)
+                             return kRefused;
+                         const Enclosure* enclosure = findEnclosure(controller, query->enclosureId);
+                         if (enclosure == nullptr)
+                             return kRefused;
+                         status->header.bytesUsed = sizeof *status;
+                         for (std::size_t i = 0; i < enclosure->sensors.size(); i++) {
+                             status->sensor[i].type = enclosure->sensors[i].type;
+                             status->sensor[i].reading = readingAt(enclosure->sensors[i], i, now);
+                         }
+                         return kDone;
+                     });
 }

@@ -7,7 +7,7 @@ using namespace q5sim;
 
 static constexpr std::int32_t kNewest = -1;
 
-// The newest wanted events that fit, oldest of them first; returns their number.
+// Writes the newest events that fit, oldest first; returns their number.
 static std::uint32_t deliver(const std::vector<Event>& events, std::uint32_t wanted, void* reply,
                              std::uint32_t size) {
     const std::size_t room = (size - sizeof(ReplyHeader)) / sizeof(HBAEvent);
@@ -26,13 +26,13 @@ int q5_getHBAEvents(HbaAddress address, std::uint32_t reserved, EventQuery* quer
                     std::uint32_t size) {
     const std::uint32_t wanted = query != nullptr ? query->count : 0;
     std::uint32_t delivered = 0;
-    const int result = replying(address, reserved, reply, size, sizeof(ReplyHeader),
-                                [&](const Controller& controller, std::int64_t) {
-                                    if (query == nullptr || query->first != kNewest)
-                                        return kRefused;
-                                    delivered = deliver(controller.events, wanted, reply, size);
-                                    return kDone;
-                                });
+    const int result = fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
+                                 [&](const Controller& controller, std::int64_t) {
+                                     if (query == nullptr || query->first != kNewest)
+                                         return kRefused;
+                                     delivered = deliver(controller.events, wanted, reply, size);
+                                     return kDone;
+                                 });
     if (query != nullptr)
         query->count = delivered;
     return result;

@@ -5,67 +5,67 @@
 
 using namespace q5sim;
 
-// The drive and the extent on it that an operation names; drive is nullptr when there is none.
-struct Place {
+// The drive and extent that a request names; drive is nullptr when there is none.
+struct ExtentLocation {
     Drive* drive = nullptr;
     std::size_t index = 0;
     Extent& extent() const { return drive->extents[index]; }
 };
 
-static Place findPlace(Controller& controller, std::uint32_t driveId, std::uint32_t index) {
+static ExtentLocation locateExtent(Controller& controller, std::uint32_t driveId, std::uint32_t index) {
     Drive* drive = findDrive(controller, driveId);
     if (drive == nullptr || drive->failed || index >= drive->extents.size())
         return {};
     return {drive, index};
 }
 
-static Place findPlace(Controller& controller, const ExtentRef* ref) {
-    return ref != nullptr ? findPlace(controller, ref->driveId, ref->extent) : Place{};
+static ExtentLocation locateExtent(Controller& controller, const ExtentRef* ref) {
+    return ref != nullptr ? locateExtent(controller, ref->driveId, ref->extent) : ExtentLocation{};
 }
 
-static Place findPlace(Controller& controller, const ExtentPlacement* placement) {
+static ExtentLocation locateExtent(Controller& controller, const ExtentPlacement* placement) {
     if (placement == nullptr || placement->logDrvId > 255 || placement->reserved6 != 0)
         return {};
-    return findPlace(controller, placement->driveId, placement->extent);
+    return locateExtent(controller, placement->driveId, placement->extent);
 }
 
-// A dedicated spare must be able to replace a member: big enough, on a drive that is not one itself.
-static bool isUsableSpare(const LogicalDrive& array, const Place& place) {
-    return isRedundant(array.level) && place.extent().size >= array.memberSectors &&
-           std::find(array.members.begin(), array.members.end(), place.drive->id) == array.members.end();
+// A dedicated spare must be able to replace a member: large enough, and not on a member drive.
+static bool isUsableSpare(const LogicalDrive& array, const ExtentLocation& location) {
+    return isRedundant(array.level) && location.extent().size >= array.memberSectors &&
+           std::find(array.members.begin(), array.members.end(), location.drive->id) == array.members.end();
 }
 
 int q5_spareHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        const Place place = findPlace(controller, placement);
-        if (place.drive == nullptr || place.extent().use == kUseArray)
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        const ExtentLocation location = locateExtent(controller, placement);
+        if (location.drive == nullptr || location.extent().use == kUseArray)
             return kRefused;
         const bool global = placement->logDrvId == kNoArray;
         const LogicalDrive* array = global ? nullptr : findLogicalDrive(controller, placement->logDrvId);
-        if (!global && (array == nullptr || !isUsableSpare(*array, place)))
+        if (!global && (array == nullptr || !isUsableSpare(*array, location)))
             return kRefused;
         const std::uint8_t use = global ? kUseGlobalSpare : kUseDedicatedSpare;
         const std::uint16_t owner = global ? kNoArray : array->arrayId;
-        if (place.extent().use == use && place.extent().array == owner)
+        if (location.extent().use == use && location.extent().array == owner)
             return kRefused;
-        place.extent().use = use;
-        place.extent().array = owner;
+        location.extent().use = use;
+        location.extent().array = owner;
         if (global)
-            addEvent(controller, now, "Drive %d: extent %zu is a global spare", place.drive->id + 1,
-                     place.index);
+            addEvent(controller, now, "Drive %d: extent %zu is a global spare", location.drive->id + 1,
+                     location.index);
         else
             addEvent(controller, now, "Drive %d: extent %zu is a spare of logical drive %d",
-                     place.drive->id + 1, place.index, array->logDrvId);
+                     location.drive->id + 1, location.index, array->logDrvId);
         return kDone;
     });
 }
 
-// An array that lacks a member rebuilds onto the extent; no other array takes one in.
+// Rebuilds a lost member onto the extent; an array without lost members refuses it.
 int q5_addHBAExtentToArray(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        const Place place = findPlace(controller, placement);
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        const ExtentLocation location = locateExtent(controller, placement);
         LogicalDrive* array =
-            place.drive != nullptr ? findLogicalDrive(controller, placement->logDrvId) : nullptr;
+            location.drive != nullptr ? findLogicalDrive(controller, placement->logDrvId) : nullptr;
         if (array == nullptr)
             return kRefused;
         const RebuildChoice choice = {placement->driveId, placement->extent};
@@ -74,18 +74,19 @@ int q5_addHBAExtentToArray(HbaAddress address, std::uint32_t reserved, const Ext
 }
 
 int q5_freeHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* ref) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        const Place place = findPlace(controller, ref);
-        if (place.drive == nullptr || place.extent().use == kUseArray || place.extent().use == kUseFree)
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        const ExtentLocation location = locateExtent(controller, ref);
+        if (location.drive == nullptr || location.extent().use == kUseArray ||
+            location.extent().use == kUseFree)
             return kRefused;
-        place.extent().use = kUseFree;
-        place.extent().array = kNoArray;
-        addEvent(controller, now, "Drive %d: extent %zu is free", place.drive->id + 1, place.index);
+        location.extent().use = kUseFree;
+        location.extent().array = kNoArray;
+        addEvent(controller, now, "Drive %d: extent %zu is free", location.drive->id + 1, location.index);
         return kDone;
     });
 }
 
-// Whether two neighbours in the list are free and touch each other.
+// Whether two neighbors in the list are free and adjacent.
 static bool canMerge(const Drive& drive, std::size_t first) {
     if (first + 1 >= drive.extents.size())
         return false;
@@ -94,40 +95,41 @@ static bool canMerge(const Drive& drive, std::size_t first) {
     return one.use == kUseFree && next.use == kUseFree && one.start + one.size == next.start;
 }
 
-// A deleted extent's space goes to the free one before it, or else to the one behind it.
+// A deleted extent is merged into the free one before it, or else after it.
 int q5_deleteHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* ref) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        const Place place = findPlace(controller, ref);
-        if (place.drive == nullptr)
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        const ExtentLocation location = locateExtent(controller, ref);
+        if (location.drive == nullptr)
             return kRefused;
-        std::vector<Extent>& extents = place.drive->extents;
-        const bool before = place.index > 0 && canMerge(*place.drive, place.index - 1);
-        if (!before && !canMerge(*place.drive, place.index))
+        std::vector<Extent>& extents = location.drive->extents;
+        const bool before = location.index > 0 && canMerge(*location.drive, location.index - 1);
+        if (!before && !canMerge(*location.drive, location.index))
             return kRefused;
-        const std::size_t first = before ? place.index - 1 : place.index;
+        const std::size_t first = before ? location.index - 1 : location.index;
         extents[first].size += extents[first + 1].size;
         extents.erase(extents.begin() + static_cast<std::ptrdiff_t>(first) + 1);
-        addEvent(controller, now, "Drive %d: extent %zu deleted", place.drive->id + 1, place.index);
+        addEvent(controller, now, "Drive %d: extent %zu deleted", location.drive->id + 1, location.index);
         return kDone;
     });
 }
 
 int q5_splitHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* ref,
                       std::uint32_t offset) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
-        const Place place = findPlace(controller, ref);
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+        const ExtentLocation location = locateExtent(controller, ref);
         const std::uint64_t sectors = offset * kSectorsPerMb;
-        if (place.drive == nullptr || place.extent().use != kUseFree || sectors == 0 ||
-            sectors >= place.extent().size || place.drive->extents.size() >= controller.maxExtentsPerDisk)
+        if (location.drive == nullptr || location.extent().use != kUseFree || sectors == 0 ||
+            sectors >= location.extent().size ||
+            location.drive->extents.size() >= controller.maxExtentsPerDisk)
             return kRefused;
-        Extent rest = place.extent();
-        place.extent().size = sectors;
+        Extent rest = location.extent();
+        location.extent().size = sectors;
         rest.start += sectors;
         rest.size -= sectors;
-        std::vector<Extent>& extents = place.drive->extents;
-        extents.insert(extents.begin() + static_cast<std::ptrdiff_t>(place.index) + 1, rest);
-        addEvent(controller, now, "Drive %d: extent %zu split at %u MB", place.drive->id + 1, place.index,
-                 offset);
+        std::vector<Extent>& extents = location.drive->extents;
+        extents.insert(extents.begin() + static_cast<std::ptrdiff_t>(location.index) + 1, rest);
+        addEvent(controller, now, "Drive %d: extent %zu split at %u MB", location.drive->id + 1,
+                 location.index, offset);
         return kDone;
     });
 }

@@ -1,9 +1,9 @@
-// Texts that callers give in fixed fields.
+// Text fields of requests.
 #include "simulator/operations/operation.h"
 
 namespace q5sim {
 
-// How many bytes the character at the text's start takes, or 0 when it is not UTF-8.
+// Length in bytes of the character at an offset; 0: not UTF-8.
 static std::size_t characterLength(const std::string& text, std::size_t at) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned lead = byte(at);

@@ -8,31 +8,31 @@ using namespace q5sim;
 
 int q5_getHBAMediaPatrolProgress(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector,
                                  MediaPatrolProgress* progress, std::uint32_t size) {
-    return replying(address, reserved, progress, size, sizeof *progress,
-                    [&](const Controller& controller, std::int64_t now) {
-                        const Drive* drive =
-                            selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
-                        if (drive == nullptr || selector->count != 1)
-                            return kRefused;
-                        progress->header.bytesUsed = sizeof *progress;
-                        progress->state = drive->patrol.state;
-                        progress->loopCount = drive->patrol.loops;
-                        progress->errorCount = drive->patrol.errors;
-                        progress->progress = patrolPercent(controller, *drive, now);
-                        return kDone;
-                    });
+    return fillReply(address, reserved, progress, size, sizeof *progress,
+                     [&](const Controller& controller, std::int64_t now) {
+                         const Drive* drive =
+                             selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
+                         if (drive == nullptr || selector->count != 1)
+                             return kRefused;
+                         progress->header.bytesUsed = sizeof *progress;
+                         progress->state = drive->patrol.state;
+                         progress->loopCount = drive->patrol.loops;
+                         progress->errorCount = drive->patrol.errors;
+                         progress->progress = patrolPercent(controller, *drive, now);
+                         return kDone;
+                     });
 }
 
-// A step of the state machine: from one of these states to another.
-struct PatrolStep {
+// A transition of the patrol state machine, allowed from any of these states.
+struct PatrolTransition {
     unsigned from; // bit n: from state n
     std::uint16_t to;
     const char* event;
 };
 
-static int step(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector,
-                const PatrolStep& wanted) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+static int changePatrolState(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector,
+                             const PatrolTransition& wanted) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
         if (drive == nullptr || selector->count != 1 || drive->failed ||
             (wanted.from >> drive->patrol.state & 1) == 0)
@@ -55,18 +55,19 @@ static constexpr unsigned kFromPaused = 1u << kPatrolPaused;
 static constexpr unsigned kFromStopped = 1u << kPatrolStopped;
 
 int q5_startHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return step(address, reserved, drive,
-                {kFromIdle | kFromAborted | kFromStopped, kPatrolRunning, "started"});
+    return changePatrolState(address, reserved, drive,
+                             {kFromIdle | kFromAborted | kFromStopped, kPatrolRunning, "started"});
 }
 
 int q5_stopHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return step(address, reserved, drive, {kFromRunning | kFromPaused, kPatrolStopped, "stopped"});
+    return changePatrolState(address, reserved, drive,
+                             {kFromRunning | kFromPaused, kPatrolStopped, "stopped"});
 }
 
 int q5_pauseHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return step(address, reserved, drive, {kFromRunning, kPatrolPaused, "paused"});
+    return changePatrolState(address, reserved, drive, {kFromRunning, kPatrolPaused, "paused"});
 }
 
 int q5_resumeHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return step(address, reserved, drive, {kFromPaused, kPatrolRunning, "resumed"});
+    return changePatrolState(address, reserved, drive, {kFromPaused, kPatrolRunning, "resumed"});
 }

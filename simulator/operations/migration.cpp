@@ -1,4 +1,4 @@
-// Migration: another level, stripe or more members, taking effect when it ends.
+// The operation that starts a migration.
 #include "adapter/activity.h"
 #include "simulator/engine/activities.h"
 #include "simulator/operations/operation.h"
@@ -7,31 +7,7 @@
 
 using namespace q5sim;
 
-void q5sim::finishMigration(LogicalDrive& array) {
-    const std::size_t before = dataMembers(geometryOf(array));
-    const MigrationTarget goal = array.activity.goal;
-    array.level = goal.level;
-    array.stripe = goal.stripe;
-    array.parity = goal.parity;
-    array.subArrays = goal.subArrays;
-    array.members = goal.members;
-    if (dataMembers(geometryOf(array)) != before)
-        array.sectors = array.memberSectors * dataMembers(geometryOf(array));
-    array.synchronized = true;
-    array.activity = {};
-}
-
-void q5sim::abortMigration(Controller& controller, LogicalDrive& array) {
-    for (std::uint16_t member : array.activity.goal.members) {
-        const bool old = std::find(array.members.begin(), array.members.end(), member) != array.members.end();
-        Drive* drive = findDrive(controller, member);
-        if (!old && drive != nullptr)
-            freeMemberExtent(*drive, array.arrayId);
-    }
-    array.activity = {};
-}
-
-// What the request makes of the array, its added members included.
+// What the array is after the requested migration, with the added members.
 static MigrationTarget migrationTarget(const LogicalDrive& array, const MigrateRequest& request) {
     MigrationTarget goal;
     goal.level = static_cast<std::uint8_t>(request.raidLevel);
@@ -56,27 +32,27 @@ static bool hasTwice(const std::vector<std::uint16_t>& members) {
     return false;
 }
 
-// The data that is there must fit; only real levels are targets.
-static bool isPossible(const LogicalDrive& array, const MigrationTarget& goal) {
-    const ArrayGeometry shape = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
-    return goal.level != kJbod && shapeIsPossible(shape) && stripeIsPossible(goal.stripe) &&
-           !hasTwice(goal.members) && array.sectors <= array.memberSectors * dataMembers(shape) &&
+// The existing data must fit, and something must change.
+static bool isValidMigration(const LogicalDrive& array, const MigrationTarget& goal) {
+    const ArrayGeometry geometry = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
+    return goal.level != kJbod && isValidGeometry(geometry) && isValidStripe(goal.stripe) &&
+           !hasTwice(goal.members) && array.sectors <= array.memberSectors * dataMembers(geometry) &&
            isChange(array, goal);
 }
 
-static bool takeMember(Controller& controller, const LogicalDrive& array, const RequestMember& member) {
+static bool allocateMember(Controller& controller, const LogicalDrive& array, const RequestMember& member) {
     Drive* drive = findDrive(controller, member.driveId);
     if (drive == nullptr || drive->failed || member.extent >= drive->extents.size())
         return false;
     const Extent& extent = drive->extents[member.extent];
-    if (extent.use != kUseFree || extent.size < array.memberSectors || hasMemberExtent(*drive, array.arrayId))
+    if (extent.use != kUseFree || extent.size < array.memberSectors || holdsExtentOf(*drive, array.arrayId))
         return false;
     allocateExtent(controller, *drive, member.extent, array.memberSectors, array.arrayId);
     return true;
 }
 
 int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const MigrateRequest* request) {
-    return changing(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || request->memberCount > kMaxTypedMembers || request->raidLevel > 255)
             return kRefused;
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
@@ -86,10 +62,10 @@ int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const Migrate
             if (request->member[i].driveId > kMaxDriveId)
                 return kRefused;
         const MigrationTarget goal = migrationTarget(*array, *request);
-        if (!isPossible(*array, goal))
+        if (!isValidMigration(*array, goal))
             return kRefused;
         for (std::size_t i = 0; i < request->memberCount; i++)
-            if (!takeMember(controller, *array, request->member[i]))
+            if (!allocateMember(controller, *array, request->member[i]))
                 return kRefused;
         startActivity(*array, kMigrating, array->memberSectors / kSectorsPerMb, now);
         array->activity.goal = goal;

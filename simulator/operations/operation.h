@@ -1,5 +1,5 @@
-// What every operation of the library does before its own work: check the address and the buffer,
-// look at the newest world, and let no exception out.
+// Common to all operations: they check the address and the buffer, use the newest world, and let no
+// exception escape.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +15,7 @@ inline constexpr int kDone = 0;
 inline constexpr int kRefused = 1;
 
 template <typename Body>
-int guarded(Body body) noexcept {
+int catchAll(Body body) noexcept {
     try {
         return body();
     } catch (const std::exception&) {
@@ -23,7 +23,7 @@ int guarded(Body body) noexcept {
     }
 }
 
-inline bool namesController(HbaAddress address, std::uint32_t reserved, const World& world) {
+inline bool isValidAddress(HbaAddress address, std::uint32_t reserved, const World& world) {
     const bool plain = std::all_of(std::begin(address.reserved2), std::end(address.reserved2),
                                    [](std::uint8_t byte) { return byte == 0; });
     return plain && reserved == 0 && address.controllerId < world.controllers.size();
@@ -31,49 +31,49 @@ inline bool namesController(HbaAddress address, std::uint32_t reserved, const Wo
 
 // body(const Controller&, now) -> result
 template <typename Body>
-int reading(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
-    return guarded([&] {
+int withController(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
+    return catchAll([&] {
         const World* world = currentWorld();
-        if (world == nullptr || !namesController(address, reserved, *world))
+        if (world == nullptr || !isValidAddress(address, reserved, *world))
             return kRefused;
         return body(world->controllers[address.controllerId], worldTime(*world));
     });
 }
 
-// body(Controller&, now) -> result; what it changed is kept only when it returns 0.
+// body(Controller&, now) -> result; its changes are kept only when it returns 0.
 template <typename Body>
-int changing(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
-    return guarded([&] {
+int updateController(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
+    return catchAll([&] {
         return changeWorld([&](World& world, std::int64_t now) {
-            if (!namesController(address, reserved, world))
+            if (!isValidAddress(address, reserved, world))
                 return kRefused;
             return body(world.controllers[address.controllerId], now);
         });
     });
 }
 
-// Like reading, with a reply buffer of size bytes that must hold at least needed: all zero before the
-// body runs and after a refusal.
+// Like withController, with a reply buffer of size bytes that must hold at least needed bytes. It is
+// all zero before the body runs and after a refusal.
 template <typename Body>
-int replying(HbaAddress address, std::uint32_t reserved, void* reply, std::uint32_t size, std::size_t needed,
-             Body body) noexcept {
+int fillReply(HbaAddress address, std::uint32_t reserved, void* reply, std::uint32_t size, std::size_t needed,
+              Body body) noexcept {
     if (reply == nullptr)
         return kRefused;
     std::memset(reply, 0, size);
-    const int result = size < needed ? kRefused : reading(address, reserved, body);
+    const int result = size < needed ? kRefused : withController(address, reserved, body);
     if (result != kDone)
         std::memset(reply, 0, size);
     return result;
 }
 
-// Puts records one after the other behind a reply's header, as many as fit, and counts their bytes.
+// Appends records after a reply's header and counts their bytes.
 class RecordList {
 public:
     RecordList(void* buffer, std::uint32_t bufferSize)
         : reply(static_cast<std::uint8_t*>(buffer)), size(bufferSize) {
         setUsed();
     }
-    // Returns false when there is no room for another one.
+    // Returns false when the buffer is full.
     template <typename Record>
     bool add(const Record& record) {
         if (size - used < sizeof record)
@@ -95,12 +95,12 @@ private:
     }
 };
 
-// Whether an item is asked for by a first ID and a count; a count of 1 names exactly one item.
+// Whether a query by first ID and count selects an item; a count of 1 selects exactly that ID.
 inline bool isWanted(std::uint32_t id, std::uint32_t first, std::uint32_t count) {
     return count == 1 ? id == first : id >= first;
 }
 
-// Fills a text field of a record; the rest of it is NUL.
+// Fills a text field of a record, padded with NUL.
 template <std::size_t Size>
 void putText(char (&field)[Size], const std::string& text) {
     const std::size_t length = text.size() < Size ? text.size() : Size - 1;
@@ -108,7 +108,7 @@ void putText(char (&field)[Size], const std::string& text) {
     std::memcpy(field, text.data(), length);
 }
 
-// The text of a record's field, up to its NUL or its end. Bytes that no JSON text can hold become '?'.
+// The text of a field, up to its NUL or its end. Bytes that are not UTF-8 become '?'.
 std::string fieldText(const char* field, std::size_t size);
 
 } // namespace q5sim

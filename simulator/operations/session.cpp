@@ -8,7 +8,7 @@ using namespace q5sim;
 int q5_initialize(const ApiInitRecord* record) {
     if (record == nullptr || record->signature != kApiSignature || record->mode != 1)
         return kRefused;
-    return guarded([] { return openWorld() ? kDone : kRefused; });
+    return catchAll([] { return openWorld() ? kDone : kRefused; });
 }
 
 int q5_discover(int always1) {
@@ -19,7 +19,7 @@ int q5_getNumberOfHBA(std::uint32_t* count) {
     if (count == nullptr)
         return kRefused;
     *count = 0;
-    return guarded([&] {
+    return catchAll([&] {
         const World* world = currentWorld();
         if (world != nullptr)
             *count = static_cast<std::uint32_t>(world->controllers.size());

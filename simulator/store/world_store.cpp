@@ -1,9 +1,11 @@
-// The session's world: loading, noticing other programs' changes, and changing it under the lock.
+// The session's world: loads it, notices changes by other programs, and changes it under the lock.
 #include "simulator/store/world_store.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "simulator/engine/advance.h"
@@ -19,15 +21,15 @@ static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024;
 struct Session {
     bool open = false;
     std::string path;
-    FileStamp version; // of the file that world was read from or written to
+    FileStamp version; // of the file when it was last read or written
     bool readable = false;
     World world;
 };
 
-// The library's one session; the adapters' interface knows no handles.
+// The only session: the adapters' interface has no handles.
 static Session session;
 
-static constexpr std::int64_t kLatestNow = std::int64_t{1} << 40; // leaves room to add to it
+static constexpr std::int64_t kLatestNow = std::int64_t{1} << 40; // leaves room for additions
 
 static std::int64_t clockTime() {
     const char* fixed = std::getenv("Q5SIM_NOW");
@@ -40,12 +42,14 @@ std::int64_t worldTime(const World& world) {
     return clockTime() + world.clockOffset;
 }
 
-static bool fail(const std::string& path, const char* reason) {
-    std::fprintf(stderr, "%s: %s\n", path.c_str(), reason);
+// Prints why the file cannot be used, with the reason of the system call that failed.
+static bool fail(const std::string& path, const char* problem) {
+    const int cause = errno;
+    std::fprintf(stderr, "%s: %s: %s\n", path.c_str(), problem, std::strerror(cause));
     return false;
 }
 
-// Reads the file again when it is another one than last time. One errorMessage per bad version.
+// Reads the file again when it has changed. A bad version is reported once.
 static bool reload() {
     const FileStamp version = fileStamp(session.path);
     if (version == session.version)
@@ -55,10 +59,10 @@ static bool reload() {
     std::string text;
     if (!readFile(session.path, kMaxFileSize, text))
         return fail(session.path, "the world file cannot be read");
-    ValidationError fault;
-    session.readable = worldFromJson(text, session.world, fault);
+    ValidationError error;
+    session.readable = worldFromJson(text, session.world, error);
     if (!session.readable)
-        std::fprintf(stderr, "%s:%d: %s\n", session.path.c_str(), fault.line, fault.reason.c_str());
+        std::fprintf(stderr, "%s:%d: %s\n", session.path.c_str(), error.line, error.reason.c_str());
     return session.readable;
 }
 
@@ -92,12 +96,13 @@ struct Lock {
 static bool prepare() {
     char path[kPathSize];
     if (!worldFilePath(path, sizeof path)) {
-        std::fputs("no place for the simulated world: set Q5SIM_WORLD or HOME\n", stderr);
+        std::fputs("the path of the world file is unknown: set Q5SIM_WORLD or HOME\n", stderr);
         return false;
     }
     session = {};
     session.path = realPath(path);
-    return makeDirectoriesFor(path) || fail(session.path, "the world file's directory cannot be made");
+    return makeDirectoriesFor(path) ||
+           fail(session.path, "the directory of the world file cannot be created");
 }
 
 bool openWorld() {
@@ -126,7 +131,9 @@ bool resetWorld() {
     if (!prepare())
         return false;
     const Lock lock;
-    return lock.file >= 0 && store(builtinWorld(clockTime()));
+    if (lock.file < 0)
+        return fail(session.path, "the world file cannot be locked");
+    return store(builtinWorld(clockTime()));
 }
 
 int changeWorld(const Change& change) {
@@ -135,12 +142,12 @@ int changeWorld(const Change& change) {
     const Lock lock;
     if (lock.file < 0 || !createIfMissing() || !reload())
         return 1;
-    World settled = session.world;
-    advanceTo(settled, worldTime(settled));
-    World changed = settled;
+    World advanced = session.world;
+    advanceTo(advanced, worldTime(advanced));
+    World changed = advanced;
     const int result = change(changed, worldTime(changed));
     advanceTo(changed, worldTime(changed));
-    const World& next = result == 0 ? changed : settled;
+    const World& next = result == 0 ? changed : advanced;
     if (next == session.world || store(next))
         return result;
     return 1;
@@ -156,7 +163,7 @@ const World* currentWorld() {
     if (!missing && !isDue())
         return &session.world;
     changeWorld([](World&, std::int64_t) { return 0; });
-    if (session.readable && isDue()) // the file cannot be written: time goes on all the same
+    if (session.readable && isDue()) // the file cannot be written, but time passes
         advanceTo(session.world, worldTime(session.world));
     return session.readable ? &session.world : nullptr;
 }

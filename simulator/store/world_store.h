@@ -1,5 +1,5 @@
-// The world file: opened once per session, looked at again before each operation, and changed under
-// a lock, so that several programs can work on one world at the same time.
+// The session's world: opened once, read again when the file has changed, and changed under a lock, so
+// that several programs can share it.
 #pragma once
 
 #include <functional>
@@ -8,26 +8,26 @@
 
 namespace q5sim {
 
-// Opens the world, creating the file from the built-in one when there is none. Returns false, with
-// one line of reason on standard error, when that is impossible. The file is then left as it is.
+// Opens the world; creates the file from the built-in world when it is missing. On failure returns
+// false, prints one line on standard error and leaves the file unchanged.
 bool openWorld();
 void closeWorld();
 bool worldIsOpen();
 
-// The world as it is now, transitions that have ended included. nullptr when no world is open or the
-// file can no longer be read. Valid until the next call of this header.
+// The world at the current time. nullptr when no world is open or the file can no longer be read.
+// Valid until the next call of a function in this header.
 const World* currentWorld();
 
-// Runs change on a copy of the newest world, under the lock. When it returns 0 the copy becomes the
-// world, in the file as well; otherwise nothing changes. Returns change's result, or 1 when the file
-// cannot be read or written. now is the world's time.
+// Runs change on a copy of the newest world, under the lock. The copy is stored when change returns 0,
+// and dropped otherwise. Returns the result of change, or 1 when the file cannot be read or written.
+// now is the world's time.
 using Change = std::function<int(World& world, std::int64_t now)>;
 int changeWorld(const Change& change);
 
-// The world's time: $Q5SIM_NOW or else the real time, and the world's own offset.
+// The world's time: $Q5SIM_NOW, else the real time, plus the world's offset.
 std::int64_t worldTime(const World& world);
 
-// Puts the built-in world into the file, whatever the file holds. For the rehearsal's tool.
+// Replaces the file by the built-in world, whatever it contains. For q5sim.
 bool resetWorld();
 
 } // namespace q5sim

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "simulator/world/extent_alloc.h"
+
 namespace q5sim {
 
 ArrayGeometry geometryOf(const LogicalDrive& drive) {
@@ -30,11 +32,11 @@ const char* levelName(std::uint8_t level) {
     }
 }
 
-bool shapeIsPossible(const ArrayGeometry& shape) {
-    const std::size_t members = shape.members;
+bool isValidGeometry(const ArrayGeometry& geometry) {
+    const std::size_t members = geometry.members;
     if (members > kMaxArrayMembers)
         return false;
-    switch (shape.level) {
+    switch (geometry.level) {
     case kRaid0:
         return members >= 1;
     case kRaid1:
@@ -46,30 +48,30 @@ bool shapeIsPossible(const ArrayGeometry& shape) {
     case kRaid10:
         return members >= 4 && members % 2 == 0;
     case kRaid50:
-        return members >= 6 && shape.subArrays >= 2 && members % shape.subArrays == 0 &&
-               members / shape.subArrays >= 3;
+        return members >= 6 && geometry.subArrays >= 2 && members % geometry.subArrays == 0 &&
+               members / geometry.subArrays >= 3;
     case kRaidMf:
-        return shape.parity >= 1 && members > shape.parity;
+        return geometry.parity >= 1 && members > geometry.parity;
     default:
         return false;
     }
 }
 
-std::size_t dataMembers(const ArrayGeometry& shape) {
-    if (!shapeIsPossible(shape))
+std::size_t dataMembers(const ArrayGeometry& geometry) {
+    if (!isValidGeometry(geometry))
         return 0;
-    switch (shape.level) {
+    switch (geometry.level) {
     case kRaid1:
     case kRaid10:
-        return shape.members / 2;
+        return geometry.members / 2;
     case kRaid5:
-        return shape.members - 1;
+        return geometry.members - 1;
     case kRaid50:
-        return shape.members - shape.subArrays;
+        return geometry.members - geometry.subArrays;
     case kRaidMf:
-        return shape.members - shape.parity;
+        return geometry.members - geometry.parity;
     default:
-        return shape.members;
+        return geometry.members;
     }
 }
 
@@ -77,62 +79,60 @@ bool isRedundant(std::uint8_t level) {
     return level != kRaid0 && level != kJbod;
 }
 
-bool stripeIsPossible(std::uint32_t stripe) {
+bool isValidStripe(std::uint32_t stripe) {
     static constexpr std::uint32_t sizes[] = {32, 64, 128, 256, 512, 1024};
     return std::find(std::begin(sizes), std::end(sizes), stripe) != std::end(sizes);
 }
 
-bool memberIsPresent(const Controller& controller, const LogicalDrive& array, std::size_t position) {
+bool isWorkingMember(const Controller& controller, const LogicalDrive& array, std::size_t position) {
     const Drive* drive = findDrive(controller, array.members[position]);
     if (drive == nullptr || drive->failed)
         return false;
     for (const RebuildTarget& target : array.activity.targets)
         if (array.activity.kind == kRebuilding && target.position == position)
             return false;
-    return std::any_of(drive->extents.begin(), drive->extents.end(), [&](const Extent& extent) {
-        return extent.use == kUseArray && extent.array == array.arrayId;
-    });
+    return holdsExtentOf(*drive, array.arrayId);
 }
 
 std::vector<std::size_t> lostMembers(const Controller& controller, const LogicalDrive& drive) {
     std::vector<std::size_t> lost;
     for (std::size_t i = 0; i < drive.members.size(); i++)
-        if (!memberIsPresent(controller, drive, i))
+        if (!isWorkingMember(controller, drive, i))
             lost.push_back(i);
     return lost;
 }
 
-// Members that lose data together form a group: a mirror pair, a sub array or the whole array.
-static std::size_t groupSize(const ArrayGeometry& shape) {
-    if (shape.level == kRaid10)
+// Members that lose data together form a group: a mirror pair, a subarray or the whole array.
+static std::size_t groupSize(const ArrayGeometry& geometry) {
+    if (geometry.level == kRaid10)
         return 2;
-    if (shape.level == kRaid50 && shape.subArrays > 0)
-        return std::max<std::size_t>(1, shape.members / shape.subArrays);
-    return std::max<std::size_t>(1, shape.members);
+    if (geometry.level == kRaid50 && geometry.subArrays > 0)
+        return std::max<std::size_t>(1, geometry.members / geometry.subArrays);
+    return std::max<std::size_t>(1, geometry.members);
 }
 
-// How many members a group can lose and still give all its data.
-static std::size_t groupSurvives(const ArrayGeometry& shape) {
-    if (shape.level == kRaidMf)
-        return shape.parity;
-    return isRedundant(shape.level) ? 1 : 0;
+// How many members a group can lose without losing data.
+static std::size_t groupTolerance(const ArrayGeometry& geometry) {
+    if (geometry.level == kRaidMf)
+        return geometry.parity;
+    return isRedundant(geometry.level) ? 1 : 0;
 }
 
 std::uint8_t functionalStatus(const Controller& controller, const LogicalDrive& drive) {
-    const ArrayGeometry shape = geometryOf(drive);
+    const ArrayGeometry geometry = geometryOf(drive);
     const std::vector<std::size_t> lost = lostMembers(controller, drive);
     if (!drive.active)
         return 0;
     if (lost.empty())
         return kOnline;
-    const std::size_t size = groupSize(shape);
+    const std::size_t size = groupSize(geometry);
     bool redundancyLeft = false;
-    for (std::size_t first = 0; first < shape.members; first += size) {
+    for (std::size_t first = 0; first < geometry.members; first += size) {
         const auto gone = static_cast<std::size_t>(std::count_if(
             lost.begin(), lost.end(), [&](std::size_t i) { return i >= first && i < first + size; }));
-        if (gone > groupSurvives(shape))
+        if (gone > groupTolerance(geometry))
             return 0;
-        redundancyLeft = redundancyLeft || gone < groupSurvives(shape);
+        redundancyLeft = redundancyLeft || gone < groupTolerance(geometry);
     }
     return redundancyLeft ? kDegraded : kCritical;
 }

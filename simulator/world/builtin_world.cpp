@@ -1,4 +1,4 @@
-// The world that a first use starts with: two controllers with something of everything on them.
+// The built-in world: two controllers with a sample of everything.
 #include "simulator/world/array_rules.h"
 #include "simulator/world/world.h"
 
@@ -26,7 +26,7 @@ static void useFirstMb(Drive& drive, std::uint16_t arrayId, std::uint64_t megaby
     drive.extents = {{kUseArray, arrayId, 0, size}, {kUseFree, kNoArray, size, drive.sectors - size}};
 }
 
-// Puts an array on the first megabytes of drives that are wholly free.
+// Adds an array on the first megabytes of empty drives.
 static void addArray(Controller& controller, const char* name, std::uint8_t level,
                      std::vector<std::uint16_t> members, std::uint64_t memberMb) {
     LogicalDrive array;
@@ -56,8 +56,8 @@ static Controller firstController(std::int64_t now) {
     controller.ecc = true;
     controller.memoryMb = 256;
     controller.maxPorts = 8;
-    controller.place = {16,         2,          0xFEB00000, 65536,      1,
-                        0xFE9FC000, 0xFE9FA000, 0xFE9F8000, 0xFE9F0000, 0xD0000000};
+    controller.busLocation = {16,         2,          0xFEB00000, 65536,      1,
+                              0xFE9FC000, 0xFE9FA000, 0xFE9F8000, 0xFE9F0000, 0xD0000000};
     controller.autoRebuild = true;
     controller.hasBattery = true;
     controller.battery = {312, 4105, kBatteryFull};
@@ -90,8 +90,8 @@ static Controller secondController(std::int64_t now) {
     controller.driver = {{1, 8, 0, 4}};
     controller.memoryMb = 64;
     controller.maxPorts = 4;
-    controller.place = {18,         4,          0xFEA00000, 32768,      2,
-                        0xFE8FC000, 0xFE8FA000, 0xFE8F8000, 0xFE8F0000, 0xD8000000};
+    controller.busLocation = {18,         4,          0xFEA00000, 32768,      2,
+                              0xFE8FC000, 0xFE8FA000, 0xFE8F8000, 0xFE8F0000, 0xD8000000};
     controller.buzzer = false;
     for (std::uint16_t id = 0; id < 4; id++)
         controller.drives.push_back(newDrive(id, kNoEnclosureId, k250Gb, "TQ250-7200AS", "TQ2.40"));

@@ -1,11 +1,11 @@
-// Extents taken by arrays and given back.
+// Allocation and release of extents.
 #include "simulator/world/extent_alloc.h"
 
 #include <algorithm>
 
 namespace q5sim {
 
-std::size_t fittingFreeExtent(const Drive& drive, std::uint64_t sectors) {
+std::size_t bestFitFreeExtent(const Drive& drive, std::uint64_t sectors) {
     std::size_t best = kNoExtent;
     for (std::size_t i = 0; i < drive.extents.size(); i++) {
         const Extent& extent = drive.extents[i];
@@ -48,7 +48,7 @@ void freeAllOfArray(Controller& controller, std::uint16_t arrayId) {
                 releaseExtent(extent);
 }
 
-bool hasMemberExtent(const Drive& drive, std::uint16_t arrayId) {
+bool holdsExtentOf(const Drive& drive, std::uint16_t arrayId) {
     return std::any_of(drive.extents.begin(), drive.extents.end(), [&](const Extent& extent) {
         return extent.use == kUseArray && extent.array == arrayId;
     });

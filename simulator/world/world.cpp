@@ -1,4 +1,4 @@
-// Finding things in the world, and the event list.
+// Lookup by ID, and the event list.
 #include "simulator/world/world.h"
 
 #include <algorithm>
@@ -7,40 +7,40 @@
 
 namespace q5sim {
 
-// The first of a list whose field has this value.
+// The first item whose field has this value.
 template <typename List, typename Field>
-static auto* having(List& list, Field field, std::uint32_t value) {
+static auto* findBy(List& list, Field field, std::uint32_t value) {
     const auto found =
         std::find_if(list.begin(), list.end(), [&](const auto& item) { return item.*field == value; });
     return found == list.end() ? nullptr : &*found;
 }
 
 Drive* findDrive(Controller& controller, std::uint32_t id) {
-    return having(controller.drives, &Drive::id, id);
+    return findBy(controller.drives, &Drive::id, id);
 }
 
 const Drive* findDrive(const Controller& controller, std::uint32_t id) {
-    return having(controller.drives, &Drive::id, id);
+    return findBy(controller.drives, &Drive::id, id);
 }
 
 const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
-    return having(controller.enclosures, &Enclosure::id, id);
+    return findBy(controller.enclosures, &Enclosure::id, id);
 }
 
 LogicalDrive* findLogicalDrive(Controller& controller, std::uint32_t logDrvId) {
-    return having(controller.logicalDrives, &LogicalDrive::logDrvId, logDrvId);
+    return findBy(controller.logicalDrives, &LogicalDrive::logDrvId, logDrvId);
 }
 
 const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t logDrvId) {
-    return having(controller.logicalDrives, &LogicalDrive::logDrvId, logDrvId);
+    return findBy(controller.logicalDrives, &LogicalDrive::logDrvId, logDrvId);
 }
 
 LogicalDrive* findArray(Controller& controller, std::uint32_t arrayId) {
-    return having(controller.logicalDrives, &LogicalDrive::arrayId, arrayId);
+    return findBy(controller.logicalDrives, &LogicalDrive::arrayId, arrayId);
 }
 
 const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayId) {
-    return having(controller.logicalDrives, &LogicalDrive::arrayId, arrayId);
+    return findBy(controller.logicalDrives, &LogicalDrive::arrayId, arrayId);
 }
 
 void addEvent(Controller& controller, std::int64_t time, const char* format, ...) {

@@ -1,6 +1,6 @@
-// The simulated adapters' whole state, as plain records. Numbers are the adapters' own: drives,
-// extents, arrays and controllers count from 0; sizes are in sectors of 512 bytes unless named
-// otherwise; times are seconds since the epoch on the world's clock.
+// The whole state of the simulated adapters, as plain records. IDs are those of the adapters: drives,
+// extents, arrays and controllers count from 0. Sizes are in sectors of 512 bytes unless named
+// otherwise, times in seconds since the epoch on the world's clock.
 #pragma once
 
 #include <cstdint>
@@ -45,14 +45,14 @@ struct Version {
     bool operator==(const Version&) const = default;
 };
 
-struct BusPlace {
+struct BusLocation {
     std::int32_t irq = 0;
     std::int32_t slot = 0;
     std::uint32_t biosMemoryStart = 0;
     std::int32_t biosMemoryRange = 0;
     std::uint8_t busMasterBase = 0;
     std::uint32_t ata = 0, xorEngine = 0, sequencer = 0, mmio = 0, sdram = 0;
-    bool operator==(const BusPlace&) const = default;
+    bool operator==(const BusLocation&) const = default;
 };
 
 struct Rates {
@@ -60,7 +60,7 @@ struct Rates {
     bool operator==(const Rates&) const = default;
 };
 
-// The 3 Gb/s option of all drives of a model and firmware.
+// The 3 Gb/s option of all drives with this model and firmware.
 struct SpeedOption {
     std::string model, firmware;
     std::int32_t setting = 0;
@@ -80,7 +80,7 @@ struct Controller {
     std::int32_t memoryMb = 0;
     std::uint16_t maxExtentsPerDisk = kMaxExtents;
     std::uint8_t maxPorts = 8;
-    BusPlace place;
+    BusLocation busLocation;
     Rates rates;
     bool autoRebuild = false;
     bool rebuildPolicy = false;
@@ -99,15 +99,15 @@ struct Controller {
 };
 
 struct World {
-    std::int64_t clockOffset = 0; // seconds that the world is ahead of the clock outside
+    std::int64_t clockOffset = 0; // seconds that the world's clock is ahead of the real one
     std::vector<Controller> controllers;
     bool operator==(const World&) const = default;
 };
 
-// The world that a first use starts with; now: its newest event's time.
+// The world that a new world file starts with. No event in it is later than now.
 World builtinWorld(std::int64_t now);
 
-// Finders; nullptr when there is none.
+// Lookup by ID; nullptr: not found.
 Drive* findDrive(Controller& controller, std::uint32_t id);
 const Drive* findDrive(const Controller& controller, std::uint32_t id);
 const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id);
@@ -116,7 +116,7 @@ const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t
 LogicalDrive* findArray(Controller& controller, std::uint32_t arrayId);
 const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayId);
 
-// Appends an event with the next number; the oldest one goes when there are too many.
+// Appends an event with the next ID. Keeps the newest kMaxEventsKept.
 [[gnu::format(printf, 3, 4)]] void addEvent(Controller& controller, std::int64_t time, const char* format,
                                             ...);
 

@@ -13,14 +13,14 @@ namespace q5sim {
 
 inline constexpr std::uint8_t kStateNotReported = 255;
 
-// A drive on its way into an array: the place in the member list that it will take.
+// A drive being rebuilt onto, and the position in the member list that it will take.
 struct RebuildTarget {
     std::uint16_t drive = 0;
     std::uint8_t position = 0;
     bool operator==(const RebuildTarget&) const = default;
 };
 
-// What an array is after its migration.
+// The geometry of an array after its migration.
 struct MigrationTarget {
     std::uint8_t level = 0;
     std::uint32_t stripe = 0;
@@ -33,26 +33,26 @@ struct MigrationTarget {
 struct Activity {
     std::uint8_t kind = 0; // one ActivityBit; 0: none
     bool paused = false;
-    std::int64_t since = 0; // while it runs: when completedMb was true
+    std::int64_t since = 0; // while it runs: the time of completedMb
     std::uint64_t completedMb = 0;
     std::uint64_t totalMb = 1;
-    std::uint8_t initType = 0;          // of an initialisation: 1 quick, 2 foreground, 4 background
+    std::uint8_t initType = 0;          // of an initialization: 1 quick, 2 foreground, 4 background
     bool noFix = false;                 // of a redundancy check
     std::vector<RebuildTarget> targets; // of a rebuild
     MigrationTarget goal;               // of a migration
     bool operator==(const Activity&) const = default;
 };
 
-// An array. A member whose drive is missing, failed or holds no extent of the array is lost.
+// An array. A member is lost when its drive is missing, has failed or holds no extent of the array.
 struct LogicalDrive {
     std::uint16_t arrayId = 0;
     std::uint16_t logDrvId = 0;
     std::string name;
     std::uint8_t level = 0;
-    std::uint32_t stripe = 64; // the number given when it was created (KB)
+    std::uint32_t stripe = 64; // KB, as given at creation
     std::uint32_t sectorSize = 512;
     std::uint64_t sectors = 0;
-    std::uint64_t memberSectors = 0; // what each member contributes
+    std::uint64_t memberSectors = 0; // share of each member
     std::uint8_t parity = 0;         // RAIDMF
     std::uint8_t symmetric = 0;      // RAIDMF
     std::int16_t shift = 0;          // RAIDMF
@@ -62,7 +62,7 @@ struct LogicalDrive {
     std::uint16_t lookahead = 4;
     bool active = true;
     bool synchronized = true;
-    bool autoRebuildInhibited = false; // stopped by the user: does not start by itself again
+    bool autoRebuildInhibited = false; // stopped by the user: not restarted automatically
     std::uint32_t inconsistencies = 0;
     std::uint8_t reportedState = kStateNotReported; // functional status of the last event
     std::vector<std::uint16_t> members;

@@ -1,24 +1,25 @@
-// Whether the parts of a world agree: what a hand-edited file can get wrong beyond single values.
+// Consistency checks of a world.
+#include "simulator/world/world_check.h"
+
 #include <algorithm>
 
-#include "simulator/file/world_json.h"
 #include "simulator/world/array_rules.h"
 
 namespace q5sim {
 
-static JsonPath below(JsonPath path, const char* list, std::size_t position) {
+static FieldPath below(FieldPath path, const char* list, std::size_t position) {
     path.emplace_back(list);
     path.push_back(std::to_string(position));
     return path;
 }
 
-static JsonPath below(JsonPath path, const char* key) {
+static FieldPath below(FieldPath path, const char* key) {
     path.emplace_back(key);
     return path;
 }
 
 template <typename List, typename Field>
-static void checkDistinct(const List& items, Field id, const JsonPath& path, const char* list,
+static void checkDistinct(const List& items, Field id, const FieldPath& path, const char* list,
                           const char* key) {
     for (std::size_t i = 0; i < items.size(); i++)
         for (std::size_t k = 0; k < i; k++)
@@ -26,20 +27,20 @@ static void checkDistinct(const List& items, Field id, const JsonPath& path, con
                 throw WorldError{below(below(path, list, i), key), "this ID is taken by an earlier entry"};
 }
 
-static bool names(const std::vector<std::uint16_t>& members, std::uint16_t drive) {
+static bool contains(const std::vector<std::uint16_t>& members, std::uint16_t drive) {
     return std::find(members.begin(), members.end(), drive) != members.end();
 }
 
-// A drive may hold an extent of an array that lists it now, or will after a rebuild or migration.
-static bool belongs(const LogicalDrive& array, std::uint16_t drive) {
+// Whether the array lists the drive now or will after its rebuild or migration.
+static bool isMember(const LogicalDrive& array, std::uint16_t drive) {
     const std::vector<RebuildTarget>& targets = array.activity.targets;
-    return names(array.members, drive) || names(array.activity.goal.members, drive) ||
+    return contains(array.members, drive) || contains(array.activity.goal.members, drive) ||
            std::any_of(targets.begin(), targets.end(),
                        [&](const RebuildTarget& target) { return target.drive == drive; });
 }
 
 static void checkUse(const Controller& controller, const Drive& drive, const Extent& extent,
-                     const JsonPath& path) {
+                     const FieldPath& path) {
     if (extent.use > kUseDedicatedSpare)
         throw WorldError{below(path, "use"), "this use of an extent is unknown"};
     if (extent.use == kUseFree || extent.use == kUseGlobalSpare) {
@@ -51,37 +52,37 @@ static void checkUse(const Controller& controller, const Drive& drive, const Ext
     const LogicalDrive* array = findArray(controller, extent.array);
     if (array == nullptr)
         throw WorldError{below(path, "array"), "there is no array with this ID"};
-    if (extent.use == kUseArray && !belongs(*array, drive.id))
+    if (extent.use == kUseArray && !isMember(*array, drive.id))
         throw WorldError{below(path, "array"), "the array does not list this drive among its members"};
     if (extent.use == kUseArray && extent.size < array->memberSectors)
         throw WorldError{below(path, "size"), "the extent is smaller than its array's memberSectors"};
 }
 
-static void checkExtents(const Controller& controller, const Drive& drive, const JsonPath& path) {
+static void checkExtents(const Controller& controller, const Drive& drive, const FieldPath& path) {
     std::uint64_t end = 0;
     std::vector<std::uint16_t> arrays;
     for (std::size_t i = 0; i < drive.extents.size(); i++) {
         const Extent& extent = drive.extents[i];
-        const JsonPath here = below(path, "extents", i);
+        const FieldPath here = below(path, "extents", i);
         if (extent.start < end || extent.start + extent.size > drive.sectors)
             throw WorldError{below(here, "start"),
                              "the extent overlaps the one before it or the drive's end"};
         end = extent.start + extent.size;
         checkUse(controller, drive, extent, here);
-        if (extent.use == kUseArray && names(arrays, extent.array))
+        if (extent.use == kUseArray && contains(arrays, extent.array))
             throw WorldError{below(here, "array"), "the array has another extent on this drive"};
         if (extent.use == kUseArray)
             arrays.push_back(extent.array);
     }
 }
 
-static void checkMembers(const std::vector<std::uint16_t>& members, const JsonPath& path) {
+static void checkMembers(const std::vector<std::uint16_t>& members, const FieldPath& path) {
     for (std::size_t i = 0; i < members.size(); i++)
         if (std::count(members.begin(), members.end(), members[i]) != 1)
             throw WorldError{below(path, "members", i), "the drive is listed twice"};
 }
 
-static void checkTargets(const LogicalDrive& array, const JsonPath& path) {
+static void checkTargets(const LogicalDrive& array, const FieldPath& path) {
     const std::vector<RebuildTarget>& targets = array.activity.targets;
     for (std::size_t i = 0; i < targets.size(); i++)
         for (std::size_t k = 0; k < targets.size(); k++)
@@ -97,9 +98,9 @@ static bool isKnownActivity(std::uint8_t kind) {
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
 
-static void checkActivity(const LogicalDrive& array, const JsonPath& path) {
+static void checkActivity(const LogicalDrive& array, const FieldPath& path) {
     const Activity& activity = array.activity;
-    const JsonPath here = below(path, "activity");
+    const FieldPath here = below(path, "activity");
     if (!isKnownActivity(activity.kind))
         throw WorldError{below(here, "kind"), "this activity is unknown"};
     checkTargets(array, here);
@@ -109,12 +110,12 @@ static void checkActivity(const LogicalDrive& array, const JsonPath& path) {
                               std::equal(array.members.begin(), array.members.end(), goal.members.begin());
     const ArrayGeometry wanted = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
     if (activity.kind == kMigrating &&
-        (!keepsMembers || !shapeIsPossible(wanted) || !stripeIsPossible(goal.stripe)))
+        (!keepsMembers || !isValidGeometry(wanted) || !isValidStripe(goal.stripe)))
         throw WorldError{below(here, "goal"), "no array can become this"};
 }
 
-static void checkArray(const LogicalDrive& array, const JsonPath& path) {
-    if (!shapeIsPossible(geometryOf(array)))
+static void checkArray(const LogicalDrive& array, const FieldPath& path) {
+    if (!isValidGeometry(geometryOf(array)))
         throw WorldError{below(path, "level"), "this level cannot have these members, parity and subArrays"};
     const std::size_t data = dataMembers(geometryOf(array));
     if (array.sectors > array.memberSectors * data)
@@ -123,14 +124,14 @@ static void checkArray(const LogicalDrive& array, const JsonPath& path) {
     checkActivity(array, path);
 }
 
-static void checkController(const Controller& controller, const JsonPath& path) {
+static void checkController(const Controller& controller, const FieldPath& path) {
     checkDistinct(controller.enclosures, &Enclosure::id, path, "enclosures", "id");
     checkDistinct(controller.drives, &Drive::id, path, "drives", "id");
     checkDistinct(controller.logicalDrives, &LogicalDrive::arrayId, path, "logicalDrives", "arrayId");
     checkDistinct(controller.logicalDrives, &LogicalDrive::logDrvId, path, "logicalDrives", "logDrvId");
     for (std::size_t i = 0; i < controller.drives.size(); i++) {
         const Drive& drive = controller.drives[i];
-        const JsonPath here = below(path, "drives", i);
+        const FieldPath here = below(path, "drives", i);
         if (drive.patrol.state > kPatrolStopped)
             throw WorldError{below(below(here, "mediaPatrol"), "state"), "this state is unknown"};
         checkExtents(controller, drive, here);

@@ -1,4 +1,4 @@
-// The simulated physical drives and what is on them. Sizes are in sectors of 512 bytes, times in
+// The simulated physical drives and their extents. Sizes are in sectors of 512 bytes, times in
 // seconds since the epoch on the world's clock.
 #pragma once
 
@@ -13,7 +13,7 @@ namespace q5sim {
 
 enum ExtentUse : std::uint8_t { kUseFree, kUseArray, kUseGlobalSpare, kUseDedicatedSpare };
 
-// A piece of a drive. Its index is its place in the drive's list, which is in order of start.
+// A contiguous part of a drive. Its index is its position in the drive's list, sorted by start.
 struct Extent {
     std::uint8_t use = kUseFree;
     std::uint16_t array = kNoArray; // array ID of a member or dedicated spare
@@ -22,7 +22,7 @@ struct Extent {
     bool operator==(const Extent&) const = default;
 };
 
-// A running patrol has done completedMb at the time since; the rest follows from the clock.
+// A running patrol had completed completedMb at the time since; progress follows from the clock.
 struct Patrol {
     std::uint16_t state = 0; // MediaPatrolState, 0: idle
     std::int64_t since = 0;
@@ -40,7 +40,7 @@ struct Drive {
     std::string model, serial, firmware;
     std::uint8_t dmaMode = 6;
     bool failed = false;
-    bool failureReported = false; // its event has been written
+    bool failureReported = false; // its event has been logged
     bool smartFailure = false;
     bool writeCache = true;
     bool smartCheck = true;
@@ -48,7 +48,7 @@ struct Drive {
     bool ncqSupported = false;
     bool tcqEnabled = false;
     bool ncqEnabled = false;
-    std::uint16_t mediaErrors = 0; // bad spots that each pass of a patrol finds
+    std::uint16_t mediaErrors = 0; // media errors that each patrol pass finds
     std::int64_t locateUntil = 0;
     Patrol patrol;
     std::vector<Extent> extents;

@@ -273,7 +273,7 @@ static void checkText(Check* check, const SourceText& text) {
 static void checkSimulatorText(Check* check, const SourceText& text) {
     const bool error = text.inner.name == "WorldError" && text.inner.argument == 1;
     const bool wrapped = text.outer.name == "WorldError" && text.outer.argument == 1; // std::string("...")
-    const bool fields = text.inner.name == "fault" && text.inner.argument == 1;
+    const bool fields = text.inner.name == "error" && text.inner.argument == 1;
     const bool told = isOneOf(text.inner.name, {"fail", "fputs"});
     ++check->texts;
     if (text.inner.name == "fprintf") {
@@ -284,7 +284,7 @@ static void checkSimulatorText(Check* check, const SourceText& text) {
         checkMessage(check, text, text.message, "");
     } else if (told && !wrapped) {
         const bool named = text.inner.name == "fail" && text.inner.argument == 1;
-        checkMessage(check, text, (named ? "<>: " : "") + text.text, "");
+        checkMessage(check, text, named ? "<>: " + text.text + ": <>" : text.text, "");
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include "tests/simulator/simulated_world.h"
 
-class Tool : public SimulatedWorld {
+class Q5simTest : public SimulatedWorld {
 protected:
     // The exit status; what the tool says is not looked at.
     static int run(const std::string& words) {
@@ -13,7 +13,7 @@ protected:
     }
 };
 
-TEST_F(Tool, FailsAndReplacesDrivesAsTheUserNumbersThem) {
+TEST_F(Q5simTest, FailsAndReplacesDrivesAsTheUserNumbersThem) {
     open("");
     EXPECT_EQ(run("fail-drive 0 2"), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding); // onto the global spare
@@ -25,7 +25,7 @@ TEST_F(Tool, FailsAndReplacesDrivesAsTheUserNumbersThem) {
     EXPECT_EQ(run("replace-drive 0 2"), 1);
 }
 
-TEST_F(Tool, LetsTimePass) {
+TEST_F(Q5simTest, LetsTimePass) {
     open("bench");
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0); // 50 seconds
     EXPECT_EQ(run("advance 49"), 0);
@@ -35,14 +35,14 @@ TEST_F(Tool, LetsTimePass) {
     EXPECT_EQ(run("advance 1099511627776"), 1); // the sum would be too large
 }
 
-TEST_F(Tool, StartsOverEvenFromABrokenFile) {
+TEST_F(Q5simTest, StartsOverEvenFromABrokenFile) {
     writeText(file, "{");
     EXPECT_EQ(run("reset"), 0);
     ASSERT_EQ(initialize(), 0);
     EXPECT_STREQ(arrayInfo(0, 0).name, "Archive");
 }
 
-TEST_F(Tool, RefusesWhatItDoesNotKnow) {
+TEST_F(Q5simTest, RefusesWhatItDoesNotKnow) {
     open("bench");
     const std::string before = fileText();
     for (const char* words :

@@ -67,7 +67,8 @@ TEST_F(WorldFile, ThatIsADirectoryOrAPipeIsRefused) {
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     EXPECT_NE(initialize(), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              file + ": the world file cannot be read\n" + file + ": the world file cannot be read\n");
+              file + ": the world file cannot be read: Is a directory\n" + file +
+                  ": the world file cannot be read: Invalid argument\n");
 }
 
 TEST_F(WorldFile, IsNotTouchedByReading) {
@@ -149,7 +150,7 @@ TEST_F(WorldFile, ThatCannotBeWrittenRefusesChanges) {
     testing::internal::CaptureStderr();
     const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
     setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ": the world file cannot be written\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ": the world file cannot be written: File too large\n");
     EXPECT_NE(result, 0);
     EXPECT_EQ(fileText(), before);
     EXPECT_FALSE(fs::exists(file + ".new"));
