@@ -16,7 +16,7 @@ namespace q5sim {
 
 inline constexpr std::uint64_t kSectorsPerMb = 2048;
 inline constexpr std::size_t kMaxControllers = 16;
-inline constexpr std::uint16_t kMaxDriveId = 31; // the lost-disk mask has a bit for each
+inline constexpr std::uint16_t kMaxDriveId = 31; // the mask of lost drives has a bit for each
 inline constexpr std::size_t kMaxEventsKept = 256;
 inline constexpr std::size_t kMaxSpeedOptions = 64;
 

@@ -1,4 +1,4 @@
-// A world that lives in memory alone, for fuzzers of the operations: the same rules, without the file.
+// Replaces the world store by a world in memory, for fuzzers: the same rules without a file.
 #include "tests/fuzz/memory_world.h"
 #include "simulator/engine/advance.h"
 #include "simulator/store/world_store.h"

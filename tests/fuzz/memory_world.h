@@ -1,4 +1,4 @@
-// The world of memory_world.cpp, for its fuzzers to look at and change.
+// The world of memory_world.cpp.
 #pragma once
 
 #include "simulator/world/world.h"

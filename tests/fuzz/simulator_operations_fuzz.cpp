@@ -1,6 +1,5 @@
-// Fuzzes the simulated adapters' operations: one after the other, with random records, on one world, while
-// time passes. Whatever they did, the world's parts agree, and it is one that its file can hold (of which
-// every eighth length is asked: texts cost more than operations).
+// Fuzzes sequences of operations with random records on one world while time passes. Afterwards the world
+// must be consistent and survive writing and reading (checked for every eighth input length: JSON is slow).
 #include <cstdlib>
 #include <iterator>
 
@@ -18,8 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     q5sim::checkWorld(q5sim::fuzzedWorld);
     q5sim::World again;
-    q5sim::ValidationError fault;
-    if (size % 8 == 0 && (!q5sim::worldFromJson(q5sim::worldToJson(q5sim::fuzzedWorld), again, fault) ||
+    q5sim::ValidationError error;
+    if (size % 8 == 0 && (!q5sim::worldFromJson(q5sim::worldToJson(q5sim::fuzzedWorld), again, error) ||
                           !(again == q5sim::fuzzedWorld)))
         std::abort();
     return 0;

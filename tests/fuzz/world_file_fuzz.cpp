@@ -1,5 +1,5 @@
-// Fuzzes the world file: a text that is taken must come back from its own writing, live on for years, and
-// still be a world then. One that is refused must say where and why.
+// Fuzzes the world file: an accepted text must survive writing and reading, before and after years of
+// world time. A rejected one must report a line and a reason.
 #include <cstdlib>
 
 #include "simulator/engine/advance.h"
@@ -9,14 +9,14 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string text(bytes, bytes + size);
     q5sim::World world, again;
-    q5sim::ValidationError fault;
-    if (!q5sim::worldFromJson(text, world, fault))
-        return fault.line >= 1 && !fault.reason.empty() ? 0 : (std::abort(), 0);
-    if (!q5sim::worldFromJson(q5sim::worldToJson(world), again, fault) || !(again == world))
+    q5sim::ValidationError error;
+    if (!q5sim::worldFromJson(text, world, error))
+        return error.line >= 1 && !error.reason.empty() ? 0 : (std::abort(), 0);
+    if (!q5sim::worldFromJson(q5sim::worldToJson(world), again, error) || !(again == world))
         std::abort();
     for (std::int64_t now = 0; now < 4000000000; now += 500000000)
         q5sim::advanceTo(world, now);
-    if (!q5sim::worldFromJson(q5sim::worldToJson(world), again, fault) || !(again == world))
+    if (!q5sim::worldFromJson(q5sim::worldToJson(world), again, error) || !(again == world))
         std::abort();
     return 0;
 }

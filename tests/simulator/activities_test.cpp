@@ -1,16 +1,16 @@
-// Initialisation, synchronisation and redundancy check through their lives. An array whose members
-// give 400 MB takes 50 seconds at rate 1.
+// Initialization, synchronization and redundancy check. An array with members of 400 MB takes 50
+// seconds at rate 1.
 #include "tests/simulator/simulated_world.h"
 
 class Activities : public SimulatedWorld {
 protected:
-    // A RAID1 as array 0 of bench.json that has been synchronised, or not.
-    void openWithMirror(bool synchronised) {
+    // A RAID1 as array 0 of bench.json that is synchronized, or not.
+    void openWithMirror(bool synchronized) {
         open("bench");
         ASSERT_EQ(create(request(kRaid1, 400, {0, 1})), 0);
-        if (synchronised)
+        if (synchronized)
             waitSeconds(50);
-        ASSERT_EQ(arrayInfo(0, 0).activityStatus, synchronised ? 0 : kSynchronizing);
+        ASSERT_EQ(arrayInfo(0, 0).activityStatus, synchronized ? 0 : kSynchronizing);
     }
 };
 
@@ -47,7 +47,7 @@ static SyncProgress checkProgress() {
     return progress;
 }
 
-TEST_F(Activities, InitialisationThroughItsLife) {
+TEST_F(Activities, InitializationRunsToCompletion) {
     openWithMirror(true);
     EXPECT_EQ(startInit(4), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kInitializing);
@@ -72,18 +72,18 @@ TEST_F(Activities, InitialisationThroughItsLife) {
                                                           "Logical drive 0: initialization ended"}));
 }
 
-TEST_F(Activities, InitialisationStops) {
+TEST_F(Activities, InitializationStops) {
     openWithMirror(true);
     EXPECT_EQ(startInit(2), 0);
     EXPECT_EQ(q5_stopLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
     EXPECT_EQ(newestEvent(), "Logical drive 0: initialization stopped");
     EXPECT_NE(q5_stopLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
-    EXPECT_EQ(startCheck(0), 0); // the array is not consistent any more
+    EXPECT_EQ(startCheck(0), 0); // the array is no longer synchronized
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
 }
 
-TEST_F(Activities, InitialisationHaltsASynchronisation) {
+TEST_F(Activities, InitializationReplacesSynchronization) {
     openWithMirror(false);
     EXPECT_EQ(startInit(4), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kInitializing);
@@ -94,7 +94,7 @@ TEST_F(Activities, InitialisationHaltsASynchronisation) {
     EXPECT_NE(startCheck(0), 0);
 }
 
-TEST_F(Activities, OddStartsAreRefused) {
+TEST_F(Activities, RejectsInvalidStarts) {
     openWithMirror(true);
     const std::string before = fileText();
     EXPECT_NE(startInit(0), 0);
@@ -110,22 +110,22 @@ TEST_F(Activities, OddStartsAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Activities, WhatACheckStartsDependsOnTheArray) {
+TEST_F(Activities, CheckSynchronizesUnsynchronizedArray) {
     openWithMirror(false);
     EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
-    EXPECT_EQ(startCheck(0), 0); // never consistent: synchronisation
+    EXPECT_EQ(startCheck(0), 0); // not synchronized yet
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
     EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
-    EXPECT_EQ(startCheck(1), 0); // must not mend: check
+    EXPECT_EQ(startCheck(1), 0); // without repair: a check
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRedundancyChecking);
     EXPECT_EQ(q5_stopRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_EQ(startCheck(0), 0);
     waitSeconds(50);
-    EXPECT_EQ(startCheck(0), 0); // consistent by now: check
+    EXPECT_EQ(startCheck(0), 0); // synchronized by now: a check
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRedundancyChecking);
 }
 
-TEST_F(Activities, SynchronisationIsSteeredByTheCheckOperations) {
+TEST_F(Activities, CheckOperationsControlSynchronization) {
     openWithMirror(false);
     waitSeconds(25);
     EXPECT_EQ(syncProgress().percent, 50);
@@ -140,7 +140,7 @@ TEST_F(Activities, SynchronisationIsSteeredByTheCheckOperations) {
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
 }
 
-TEST_F(Activities, CheckCountsAndMendsInconsistencies) {
+TEST_F(Activities, CheckCountsAndRepairsInconsistencies) {
     openWithMirror(true);
     replaceInFile("\"inconsistencies\": 0", "\"inconsistencies\": 5");
     EXPECT_EQ(startCheck(1), 0);
@@ -159,7 +159,7 @@ TEST_F(Activities, CheckCountsAndMendsInconsistencies) {
     EXPECT_EQ(newestEvent(), "Logical drive 0: redundancy check found 0 inconsistencies");
 }
 
-TEST_F(Activities, LevelsWithoutRedundancyAreNotChecked) {
+TEST_F(Activities, RejectsCheckWithoutRedundancy) {
     open("bench");
     EXPECT_EQ(create(request(kRaid0, 400, {0, 1})), 0);
     EXPECT_NE(startCheck(0), 0);
@@ -168,7 +168,7 @@ TEST_F(Activities, LevelsWithoutRedundancyAreNotChecked) {
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
 }
 
-TEST_F(Activities, LostMemberEndsThem) {
+TEST_F(Activities, LostMemberAbortsActivities) {
     openWithMirror(false);
     replaceInFile("\"failed\": false", "\"failed\": true");
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
@@ -180,7 +180,7 @@ TEST_F(Activities, LostMemberEndsThem) {
     EXPECT_NE(startInit(4), 0);
 }
 
-TEST_F(Activities, WhatEndedBeforeALossWasNoticedHasEnded) {
+TEST_F(Activities, CompletesActivityThatWasDueBeforeLossWasReported) {
     openWithMirror(false); // 50 s
     waitSeconds(60);
     replaceInFile("\"failed\": false", "\"failed\": true");
@@ -190,7 +190,7 @@ TEST_F(Activities, WhatEndedBeforeALossWasNoticedHasEnded) {
                                         "Logical drive 0 is critical"}));
 }
 
-TEST_F(Activities, ProgressOfNothingIsNothing) {
+TEST_F(Activities, RejectsProgressWithoutActivity) {
     openWithMirror(true);
     InitProgress progress;
     progress.state = 77;
@@ -203,7 +203,7 @@ TEST_F(Activities, ProgressOfNothingIsNothing) {
     EXPECT_NE(q5_getLogDrvInitProgress(hbaAddress(0), 0, &migration, &progress, sizeof progress), 0);
 }
 
-TEST_F(Activities, EventsOfSeveralEndingsStandInOrderOfTime) {
+TEST_F(Activities, LogsCompletionsInOrderOfTime) {
     open("bench");
     EXPECT_EQ(create(request(kRaid1, 800, {0, 1})), 0); // 100 s
     EXPECT_EQ(create(request(kRaid1, 80, {2, 3})), 0);  // 10 s

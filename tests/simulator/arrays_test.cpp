@@ -16,7 +16,7 @@ static std::vector<int> listed(std::uint32_t first, std::uint32_t count, std::ui
     return ids;
 }
 
-TEST_F(Arrays, ListingHonoursFirstCountAndRoom) {
+TEST_F(Arrays, ListsByFirstIdCountAndBufferSize) {
     open("degraded");
     EXPECT_EQ(listed(0, 128, 26688), (std::vector<int>{0, 1, 2}));
     EXPECT_EQ(listed(1, 128, 26688), (std::vector<int>{1, 2}));
@@ -32,7 +32,7 @@ static std::uint32_t lost(std::uint8_t logDrvId) {
     return mask;
 }
 
-TEST_F(Arrays, StateFollowsTheMembers) {
+TEST_F(Arrays, StateFollowsMembers) {
     open("degraded");
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical); // RAID5 without one
     EXPECT_EQ(lost(0), 1u << 1);
@@ -59,23 +59,23 @@ static std::string failing(const std::string& text, int drive) {
     return failed.replace(at, 15, "\"failed\": true");
 }
 
-TEST_F(Arrays, MirrorPairsAndSubArraysLoseOneEach) {
+TEST_F(Arrays, MirrorPairsAndSubarraysSurviveOneLossEach) {
     open("bench");
     EXPECT_EQ(create(request(kRaid10, 200, {0, 1, 2, 3})), 0);
     EXPECT_EQ(create(request(kRaid50, 400, {0, 1, 2, 3, 4, 5})), 0);
     const std::string whole = fileText();
     writeText(file, failing(whole, 0));
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kDegraded); // the other pair is whole
-    EXPECT_EQ(arrayInfo(0, 1).functionalStatus, kDegraded); // so is the other sub array
+    EXPECT_EQ(arrayInfo(0, 1).functionalStatus, kDegraded); // so is the other subarray
     writeText(file, failing(failing(whole, 0), 3));
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     EXPECT_EQ(arrayInfo(0, 1).functionalStatus, kCritical);
     writeText(file, failing(failing(whole, 0), 1));
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, 0); // both halves of a pair
-    EXPECT_EQ(arrayInfo(0, 1).functionalStatus, 0); // two of a sub array
+    EXPECT_EQ(arrayInfo(0, 1).functionalStatus, 0); // two of a subarray
 }
 
-TEST_F(Arrays, LargeArraysKeepTheirSize) {
+TEST_F(Arrays, ReportsLargeSizes) {
     open("large");
     EXPECT_EQ(arrayInfo(0, 0).sectorCount, 2u * 2861588 * kMb);
     EXPECT_EQ(driveInfo(0, 0).capacity, 5860533168u);
@@ -93,7 +93,7 @@ static int set(std::uint32_t logDrvId, const Reply<LogDrvSettings, 1>& settings)
     return q5_setLogDrvSettings(hbaAddress(0), 0, &query, &settings, sizeof settings);
 }
 
-TEST_F(Arrays, SettingsKeepForeignCacheBitsAndLongNames) {
+TEST_F(Arrays, SettingsKeepUnknownCacheBitsAndLongNames) {
     open("settings");
     Reply<LogDrvSettings, 1> settings = settingsOf(3);
     EXPECT_EQ(settings.header.bytesUsed, 180u);
@@ -115,7 +115,7 @@ TEST_F(Arrays, SettingsKeepForeignCacheBitsAndLongNames) {
     EXPECT_EQ(newestEvent(), "Logical drive 3: settings changed");
 }
 
-TEST_F(Arrays, NamesThatAreNoTextBecomeText) {
+TEST_F(Arrays, ReplacesInvalidUtf8InNames) {
     open("settings");
     Reply<LogDrvSettings, 1> settings = settingsOf(3);
     std::memset(settings.record[0].name, 'x', sizeof settings.record[0].name); // no NUL
@@ -126,7 +126,7 @@ TEST_F(Arrays, NamesThatAreNoTextBecomeText) {
     EXPECT_EQ(initialize(), 0);
 }
 
-TEST_F(Arrays, SettingsOfAnAbsentDriveAreRefused) {
+TEST_F(Arrays, RejectsSettingsOfMissingDrive) {
     open("settings");
     Reply<LogDrvSettings, 1> reply;
     std::memset(static_cast<void*>(&reply), 0xAA, sizeof reply);
@@ -137,7 +137,7 @@ TEST_F(Arrays, SettingsOfAnAbsentDriveAreRefused) {
     EXPECT_NE(set(0, settingsOf(3)), 0);
 }
 
-TEST_F(Arrays, SettingsOfAllDrivesInOneReply) {
+TEST_F(Arrays, ReturnsSettingsOfAllDrivesInOneReply) {
     open("degraded");
     static Reply<LogDrvSettings, 128> reply;
     reply = {};
@@ -153,7 +153,7 @@ static int light(std::uint16_t drive) {
     return state;
 }
 
-TEST_F(Arrays, LocatingLightsAllMembers) {
+TEST_F(Arrays, LocateLightsAllMembers) {
     open("settings");
     EXPECT_EQ(q5_locateLogDrv(hbaAddress(0), 0, 3, 20), 0);
     waitSeconds(19);
@@ -164,12 +164,12 @@ TEST_F(Arrays, LocatingLightsAllMembers) {
     EXPECT_EQ(q5_locateLogDrv(hbaAddress(0), 0, 3, 20), 0);
     EXPECT_EQ(q5_stopLocateLogDrv(hbaAddress(0), 0, 3), 0);
     EXPECT_EQ(light(0) + light(1), 0);
-    EXPECT_EQ(q5_stopLocateLogDrv(hbaAddress(0), 0, 3), 0); // nothing to stop is no fault
+    EXPECT_EQ(q5_stopLocateLogDrv(hbaAddress(0), 0, 3), 0); // nothing to stop is not an error
     EXPECT_NE(q5_locateLogDrv(hbaAddress(0), 0, 7, 20), 0); // the array's ID, not the drive's
     EXPECT_NE(q5_locateLogDrv(hbaAddress(0), 0, 3, 0), 0);
 }
 
-TEST_F(Arrays, ArrayIdAndLogicalDriveIdAreKeptApart) {
+TEST_F(Arrays, DistinguishesArrayIdFromLogicalDriveId) {
     open("settings");
     EXPECT_EQ(arrayInfo(0, 3).arrayId, 7);
     EXPECT_EQ(arrayInfo(0, 7).logDrvId, 0xFFFF);
@@ -183,7 +183,7 @@ TEST_F(Arrays, ArrayIdAndLogicalDriveIdAreKeptApart) {
     EXPECT_EQ(newestEvent(), "Logical drive 3 deleted");
 }
 
-TEST_F(Arrays, DeletionFreesDedicatedSparesToo) {
+TEST_F(Arrays, DeletionFreesDedicatedSpares) {
     open("bench");
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0);
     const ExtentPlacement spare = {0, 2, 0, 0};
@@ -195,7 +195,7 @@ TEST_F(Arrays, DeletionFreesDedicatedSparesToo) {
     EXPECT_NE(q5_delDiskArray(hbaAddress(0), 0, &request, 8), 0);
 }
 
-TEST_F(Arrays, ActivationBringsOneOnline) {
+TEST_F(Arrays, ActivationBringsArrayOnline) {
     open("settings");
     EXPECT_EQ(arrayInfo(0, 3).functionalStatus, kOnline);
     EXPECT_NE(q5_activateLogDrv(hbaAddress(0), 0, 7), 0); // it is active

@@ -9,7 +9,7 @@
 
 class Controllers : public SimulatedWorld {};
 
-TEST_F(Controllers, SessionChecksItsRecord) {
+TEST_F(Controllers, SessionChecksInitRecord) {
     ApiInitRecord record = {};
     EXPECT_NE(q5_initialize(nullptr), 0);
     EXPECT_NE(q5_initialize(&record), 0);
@@ -29,7 +29,7 @@ TEST_F(Controllers, SessionChecksItsRecord) {
     EXPECT_EQ(count, 0u);
 }
 
-TEST_F(Controllers, BuiltinWorldHasTwo) {
+TEST_F(Controllers, BuiltinWorldHasTwoControllers) {
     open("");
     std::uint32_t count = 0;
     EXPECT_EQ(q5_getNumberOfHBA(&count), 0);
@@ -55,7 +55,7 @@ TEST_F(Controllers, BuiltinWorldHasTwo) {
     EXPECT_EQ(eventTexts(0, 51).size(), 3u);
 }
 
-TEST_F(Controllers, VersionsComeInTheirOwnRecord) {
+TEST_F(Controllers, ReturnsVersionRecord) {
     open("");
     ControllerVersionInfo info = {};
     const ControllerQuery query = {0, 1, kVersionInfo, {}};
@@ -71,7 +71,7 @@ TEST_F(Controllers, VersionsComeInTheirOwnRecord) {
     EXPECT_EQ(path.baseAddressSdram, 0xD0000000u);
 }
 
-TEST_F(Controllers, AnswersWriteNothingBehindTheirRecord) {
+TEST_F(Controllers, RepliesWriteNothingAfterRecord) {
     open("");
     std::uint8_t buffer[500];
     std::memset(buffer, 0xAA, sizeof buffer);
@@ -81,7 +81,7 @@ TEST_F(Controllers, AnswersWriteNothingBehindTheirRecord) {
     EXPECT_EQ(buffer[432], 0xAA);
 }
 
-TEST_F(Controllers, SettingsAreKept) {
+TEST_F(Controllers, StoresSettings) {
     open("bench");
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
@@ -102,7 +102,7 @@ TEST_F(Controllers, SettingsAreKept) {
     EXPECT_EQ(newestEvent(), "Controller settings changed");
 }
 
-TEST_F(Controllers, ImpossibleSettingsAreRefused) {
+TEST_F(Controllers, RejectsInvalidSettings) {
     open("bench");
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
@@ -120,7 +120,7 @@ TEST_F(Controllers, ImpossibleSettingsAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Controllers, BatteryTellsTenthsOfAKelvin) {
+TEST_F(Controllers, ReportsBatteryTemperatureInTenthsOfKelvin) {
     open("");
     BatteryInfo info = {};
     const BatteryQuery query = {};
@@ -133,7 +133,7 @@ TEST_F(Controllers, BatteryTellsTenthsOfAKelvin) {
     EXPECT_EQ(info.temperature, 0);
 }
 
-TEST_F(Controllers, BatteryWithoutAReading) {
+TEST_F(Controllers, ReportsBatteryWithoutVoltage) {
     open("settings");
     BatteryInfo info = {};
     const BatteryQuery query = {};
@@ -143,7 +143,7 @@ TEST_F(Controllers, BatteryWithoutAReading) {
     EXPECT_EQ(info.status, 0x80);
 }
 
-TEST_F(Controllers, BuzzersAreTheirOwn) {
+TEST_F(Controllers, EachControllerHasItsOwnBuzzer) {
     open("");
     std::uint8_t first = 9, second = 9;
     EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
@@ -157,7 +157,7 @@ TEST_F(Controllers, BuzzersAreTheirOwn) {
     EXPECT_NE(q5_turnOnBuzzer(hbaAddress(2), 0, 0), 0);
 }
 
-TEST_F(Controllers, EnclosureOfEachType) {
+TEST_F(Controllers, ReportsEachEnclosureType) {
     open("enclosures");
     const std::uint8_t types[] = {1, 2, 3, 4, 5, 6, 9, 0, 0};
     for (std::uint16_t id = 0; id < 9; id++) {
@@ -176,7 +176,7 @@ TEST_F(Controllers, EnclosureOfEachType) {
     EXPECT_EQ(all.record[4].type, 9);
 }
 
-TEST_F(Controllers, SensorsVaryALittleAndReproducibly) {
+TEST_F(Controllers, SensorsDriftReproducibly) {
     open("enclosures");
     const EnclosureQuery query = {0, 1};
     std::set<std::uint32_t> fans;
@@ -196,7 +196,7 @@ TEST_F(Controllers, SensorsVaryALittleAndReproducibly) {
     EXPECT_GT(fans.size(), 5u);
 }
 
-TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
+TEST_F(Controllers, ReturnsNewestEventsOldestFirst) {
     open("bench");
     q5_turnOffBuzzer(hbaAddress(0), 0, 0);
     q5_turnOnBuzzer(hbaAddress(0), 0, 0);
@@ -204,7 +204,7 @@ TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
     q5_splitHBAExtent(hbaAddress(0), 0, &extent, 1);
     EXPECT_EQ(eventTexts(0, 2),
               (std::vector<std::string>{"Buzzer enabled", "Drive 1: extent 0 split at 1 MB"}));
-    EXPECT_EQ(eventTexts(0, 2).size(), 2u); // none is used up
+    EXPECT_EQ(eventTexts(0, 2).size(), 2u); // reading does not remove them
     EXPECT_EQ(eventTexts(0, 100).size(), 3u);
     EXPECT_EQ(eventTexts(0, 0).size(), 0u);
     Reply<HBAEvent, 51> reply = {};
@@ -213,8 +213,8 @@ TEST_F(Controllers, EventsAreTheNewestOldestFirst) {
     EXPECT_EQ(reply.record[0].eventId, 3u);
 }
 
-// A caller may want a hundred but say that there is room for fifty-one.
-TEST_F(Controllers, EventsStayWithinTheRoomTold) {
+// A caller may request a hundred events with a buffer for fifty-one.
+TEST_F(Controllers, EventsStayWithinBufferSize) {
     open("bench");
     for (int i = 0; i < 30; i++) {
         q5_turnOffBuzzer(hbaAddress(0), 0, 0);
@@ -234,7 +234,7 @@ TEST_F(Controllers, EventsStayWithinTheRoomTold) {
     EXPECT_EQ(reply->record[0].eventId, 0u);
 }
 
-TEST_F(Controllers, OldEventsGo) {
+TEST_F(Controllers, DropsOldEvents) {
     open("bench");
     for (int i = 0; i < 150; i++) {
         q5_turnOffBuzzer(hbaAddress(0), 0, 0);

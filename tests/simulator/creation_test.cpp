@@ -1,4 +1,4 @@
-// Creation of arrays. bench.json: eight drives, each one free extent of 1000 MB; all rates move 8 MB a
+// Creation of arrays. bench.json: eight drives, each one free extent of 1000 MB; all rates are 8 MB a
 // second.
 #include <cstring>
 
@@ -12,10 +12,10 @@ protected:
 struct LevelCase {
     RaidLevel level;
     std::vector<std::uint32_t> drives;
-    std::uint64_t share; // of 1200 MB, in MB, that each member gives
+    std::uint64_t share; // of each member in MB, for a capacity of 1200 MB
 };
 
-TEST_F(Creation, OfEachLevelSharesTheCapacity) {
+TEST_F(Creation, DividesCapacityForEachLevel) {
     const LevelCase cases[] = {{kRaid0, {0, 1, 2}, 400},     {kRaid10, {0, 1, 2, 3}, 600},
                                {kRaid5, {0, 1, 2}, 600},     {kRaid50, {0, 1, 2, 3, 4, 5}, 300},
                                {kRaidMf, {0, 1, 2, 3}, 600}, {kRaid0, {0, 1, 2, 3, 4, 5, 6}, 172}};
@@ -38,7 +38,7 @@ TEST_F(Creation, OfEachLevelSharesTheCapacity) {
     }
 }
 
-TEST_F(Creation, MirrorsAndJbod) {
+TEST_F(Creation, CreatesMirrorsAndJbod) {
     EXPECT_EQ(create(request(kRaid1, 500, {0, 1})), 0);
     CreateArrayRequest jbod = request(kJbod, 0, {2});
     jbod.name[0] = '\0';
@@ -54,7 +54,7 @@ TEST_F(Creation, MirrorsAndJbod) {
     EXPECT_EQ(info.diskCount, 8);
 }
 
-TEST_F(Creation, WrongMemberCountsAreRefused) {
+TEST_F(Creation, RejectsWrongMemberCounts) {
     const std::pair<RaidLevel, std::vector<std::uint32_t>> cases[] = {
         {kRaid0, {}},
         {kRaid1, {0}},
@@ -77,7 +77,7 @@ TEST_F(Creation, WrongMemberCountsAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Creation, OddRequestsAreRefused) {
+TEST_F(Creation, RejectsInvalidRequests) {
     const std::string before = fileText();
     const CreateArrayRequest good = request(kRaid5, 100, {0, 1, 2});
     const auto refused = [&](auto change) {
@@ -105,7 +105,7 @@ TEST_F(Creation, OddRequestsAreRefused) {
     EXPECT_EQ(create(good), 0);
 }
 
-TEST_F(Creation, RaidMfChecksParityShiftAndSymmetry) {
+TEST_F(Creation, ChecksParityShiftAndSymmetryOfRaidMf) {
     CreateArrayRequest wanted = request(kRaidMf, 100, {0, 1, 2});
     wanted.parityCount = 3;
     EXPECT_NE(create(wanted), 0);
@@ -123,7 +123,7 @@ TEST_F(Creation, RaidMfChecksParityShiftAndSymmetry) {
     EXPECT_EQ(arrayInfo(0, 0).subArrayCount, 0);
 }
 
-TEST_F(Creation, GivenExtentsDecideTheSize) {
+TEST_F(Creation, GivenExtentsDetermineSize) {
     const ExtentRef first = {0, 1};
     EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &first, 300), 0);
     CreateArrayRequest wanted = request(kRaid0, 0, {0, 1});
@@ -132,20 +132,20 @@ TEST_F(Creation, GivenExtentsDecideTheSize) {
     EXPECT_EQ(arrayInfo(0, 0).sectorCount, 1400 * kMb);
     EXPECT_EQ(extentsText(0), "0 array0 700, 700 free 300");
     EXPECT_EQ(extentsText(1), "0 free 300, 300 array0 700");
-    EXPECT_NE(create(wanted), 0); // taken now
+    EXPECT_NE(create(wanted), 0); // in use now
     wanted.member[0].extent = 1;
     wanted.member[1].extent = 2;
     EXPECT_NE(create(wanted), 0); // no such extent
 }
 
-TEST_F(Creation, SmallestExtentThatFitsIsTaken) {
+TEST_F(Creation, UsesSmallestFreeExtentThatFits) {
     const ExtentRef first = {0, 0};
     EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &first, 600), 0);
     EXPECT_EQ(create(request(kRaid0, 300, {0})), 0);
     EXPECT_EQ(extentsText(0), "0 free 600, 600 array0 300, 900 free 100");
 }
 
-TEST_F(Creation, ImportedCapacityCountsSectors) {
+TEST_F(Creation, ImportedCapacityIsInSectors) {
     CreateArrayRequest wanted = request(kRaid5, 1000001, {0, 1, 2});
     wanted.origin = kOriginImport;
     EXPECT_EQ(create(wanted), 0);
@@ -153,7 +153,7 @@ TEST_F(Creation, ImportedCapacityCountsSectors) {
     EXPECT_EQ(extentText(0, 0), "0 array0 245"); // 500001 sectors are 244.1 MB
 }
 
-TEST_F(Creation, RoundingGoesDownToWholeGigabytes) {
+TEST_F(Creation, RoundsDownToWholeGigabytes) {
     CreateArrayRequest wanted = request(kRaid0, 3000, {0, 1, 2, 3}); // 6144000 sectors, 3.1 GB
     wanted.rounding = 1;
     EXPECT_EQ(create(wanted), 0);
@@ -166,7 +166,7 @@ TEST_F(Creation, RoundingGoesDownToWholeGigabytes) {
     EXPECT_NE(create(wanted), 0);
 }
 
-TEST_F(Creation, RedundantArraysSynchroniseByThemselves) {
+TEST_F(Creation, SynchronizesNewRedundantArrays) {
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
@@ -181,23 +181,23 @@ TEST_F(Creation, RedundantArraysSynchroniseByThemselves) {
     EXPECT_EQ(newestEvent(), "Logical drive 0: synchronization ended");
 }
 
-TEST_F(Creation, WantedInitialisationRunsFirst) {
+TEST_F(Creation, RunsRequestedInitializationFirst) {
     CreateArrayRequest wanted = request(kRaid1, 400, {0, 1});
     wanted.initialization = 4;
     EXPECT_EQ(create(wanted), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kInitializing);
     waitSeconds(50);
-    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // all of it is consistent
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // the whole array is synchronized
     wanted = request(kRaid1, 400, {2, 3});
     wanted.initialization = 1;
     EXPECT_EQ(create(wanted), 0);
     waitSeconds(1); // 8 of 16 MB
     EXPECT_EQ(arrayInfo(0, 1).activityStatus, kInitializing);
     waitSeconds(1);
-    EXPECT_EQ(arrayInfo(0, 1).activityStatus, kSynchronizing); // quick leaves the middle as it was
+    EXPECT_EQ(arrayInfo(0, 1).activityStatus, kSynchronizing); // a quick one leaves most of it unsynchronized
 }
 
-TEST_F(Creation, IdsAreTheLowestFree) {
+TEST_F(Creation, AssignsLowestFreeId) {
     for (std::uint32_t drive = 0; drive < 3; drive++)
         EXPECT_EQ(create(request(kRaid0, 100, {drive})), 0);
     const DeleteArrayRequest middle = {1, 1};
@@ -210,7 +210,7 @@ TEST_F(Creation, IdsAreTheLowestFree) {
     EXPECT_EQ(reply.record[1].logDrvId, 1); // in order
 }
 
-TEST_F(Creation, LongNamesAndFullDrives) {
+TEST_F(Creation, AcceptsLongNamesAndFullDrives) {
     CreateArrayRequest wanted = request(kRaid0, 1, {0});
     std::memset(wanted.name, 'n', sizeof wanted.name);
     EXPECT_EQ(create(wanted), 0);
@@ -218,7 +218,7 @@ TEST_F(Creation, LongNamesAndFullDrives) {
     for (int i = 1; i < 15; i++)
         EXPECT_EQ(create(wanted), 0);
     EXPECT_EQ(driveInfo(0, 0).extentCount, 16);
-    EXPECT_EQ(create(wanted), 0); // the last extent, whole: there is no room for a rest
+    EXPECT_EQ(create(wanted), 0); // the last extent as a whole: the drive can have no more extents
     EXPECT_EQ(extentText(0, 15), "15 array15 985");
     EXPECT_NE(create(wanted), 0);
     EXPECT_EQ(q5_finalize(), 0);

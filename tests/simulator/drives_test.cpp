@@ -16,7 +16,7 @@ static std::vector<int> listed(std::uint32_t first, std::uint32_t count, std::ui
     return ids;
 }
 
-TEST_F(Drives, ListingHonoursFirstCountAndRoom) {
+TEST_F(Drives, ListsByFirstIdCountAndBufferSize) {
     open("bench");
     EXPECT_EQ(listed(0, 16, 10688), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
     EXPECT_EQ(listed(5, 16, 10688), (std::vector<int>{5, 6, 7}));
@@ -29,7 +29,7 @@ TEST_F(Drives, ListingHonoursFirstCountAndRoom) {
     EXPECT_EQ(listed(0, 16, 42752).size(), 8u);
 }
 
-TEST_F(Drives, OneThatIsAbsentIsNotReplacedByAnother) {
+TEST_F(Drives, MissingDriveIsNotReplacedByAnother) {
     open("bench");
     replaceInFile("\"id\": 3, \"channel\"", "\"id\": 20, \"channel\"");
     EXPECT_EQ(listed(3, 1, 10688), std::vector<int>{});
@@ -37,7 +37,7 @@ TEST_F(Drives, OneThatIsAbsentIsNotReplacedByAnother) {
     EXPECT_EQ(listed(20, 1, 10688), std::vector<int>{20});
 }
 
-TEST_F(Drives, RecordCarriesAllFields) {
+TEST_F(Drives, RecordHasAllFields) {
     open("bench");
     const PhyDrvInfo drive = driveInfo(0, 2);
     EXPECT_EQ(drive.channel, 2);
@@ -58,7 +58,7 @@ TEST_F(Drives, RecordCarriesAllFields) {
     EXPECT_EQ(drive.extent[0].size, 2048000u);
 }
 
-TEST_F(Drives, ExtentsOfAFailedDriveAreOutOfReach) {
+TEST_F(Drives, ExtentsOfFailedDriveAreInaccessible) {
     open("degraded");
     const PhyDrvInfo drive = driveInfo(0, 1);
     EXPECT_EQ(drive.extent[0].assignment, kExtentAssigned);
@@ -81,7 +81,7 @@ static int set(std::uint32_t drive, const Reply<PhyDrvSettings, 1>& settings) {
     return q5_setPhyDrvSettings(hbaAddress(0), 0, &selector, &settings, sizeof settings);
 }
 
-TEST_F(Drives, SettingsAreKeptForEachDrive) {
+TEST_F(Drives, StoresSettingsOfEachDrive) {
     open("settings");
     Reply<PhyDrvSettings, 1> settings = settingsOf(0, 2);
     EXPECT_EQ(settings.header.bytesUsed, 80u);
@@ -98,7 +98,7 @@ TEST_F(Drives, SettingsAreKeptForEachDrive) {
     EXPECT_EQ(newestEvent(), "Drive 3: settings changed");
 }
 
-TEST_F(Drives, SettingsThatDoNotSuitTheDriveAreRefused) {
+TEST_F(Drives, RejectsUnsupportedSettings) {
     open("settings");
     const std::string before = (settingsOf(0, 2), fileText());
     Reply<PhyDrvSettings, 1> settings = settingsOf(0, 2);
@@ -111,7 +111,7 @@ TEST_F(Drives, SettingsThatDoNotSuitTheDriveAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Drives, SettingsOfAllDrivesInOneReply) {
+TEST_F(Drives, ReturnsSettingsOfAllDrivesInOneReply) {
     open("bench");
     Reply<PhyDrvSettings, 16> reply = {};
     const PhyDrvSelector selector = {0, 16, 1, {}};
@@ -126,7 +126,7 @@ static int light(std::uint16_t drive) {
     return state;
 }
 
-TEST_F(Drives, LocateLightGoesOutByItself) {
+TEST_F(Drives, LocateLightTurnsOffByItself) {
     open("bench");
     EXPECT_EQ(light(3), 0);
     EXPECT_EQ(q5_locatePhyDrv(hbaAddress(0), 0, 3, 30), 0);
@@ -142,7 +142,7 @@ TEST_F(Drives, LocateLightGoesOutByItself) {
     EXPECT_NE(q5_locatePhyDrv(hbaAddress(0), 0, 3, 0), 0);
 }
 
-TEST_F(Drives, LocatingForTheLongestTimeStillGivesAFileThatReads) {
+TEST_F(Drives, LongestLocateTimeGivesReadableFile) {
     open("bench");
     EXPECT_EQ(q5_locatePhyDrv(hbaAddress(0), 0, 0, 0xFFFFFFFF), 0);
     EXPECT_EQ(q5_finalize(), 0);
@@ -150,7 +150,7 @@ TEST_F(Drives, LocatingForTheLongestTimeStillGivesAFileThatReads) {
     EXPECT_EQ(light(0), 1);
 }
 
-TEST_F(Drives, WipeClearsSparesAndSparesMembers) {
+TEST_F(Drives, WipeClearsSparesButRefusesMembers) {
     open("settings");
     const ExtentPlacement spare = {0, 2, kNoArray, 0};
     EXPECT_EQ(q5_spareHBAExtent(hbaAddress(0), 0, &spare), 0);
@@ -165,7 +165,7 @@ TEST_F(Drives, WipeClearsSparesAndSparesMembers) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Drives, SpeedOptionIsOfModelAndFirmware) {
+TEST_F(Drives, SpeedOptionAppliesToModelAndFirmware) {
     open("bench");
     int setting = 9;
     EXPECT_EQ(q5_getDataTransferSpeed(hbaAddress(0), 0, "TQ500-7200AS", "TQ3.02", &setting, 4), 0);

@@ -1,4 +1,4 @@
-// The library's face: all sixty-five operations under their plain names, and nothing else.
+// The exported symbols of the library: all sixty-five operations and nothing else.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -68,7 +68,7 @@ static constexpr const char* kOperations[] = {"q5_PauseMigration",
                                               "q5_turnOffBuzzer",
                                               "q5_turnOnBuzzer"};
 
-TEST(Exports, AllOperationsAndNothingElse) {
+TEST(Exports, ExportsAllOperationsAndNothingElse) {
     EXPECT_EQ(std::size(kOperations), 65u);
     void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();

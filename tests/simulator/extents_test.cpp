@@ -31,7 +31,7 @@ static int split(std::uint32_t drive, std::uint32_t extent, std::uint32_t offset
     return q5_splitHBAExtent(hbaAddress(0), 0, &ref, offset);
 }
 
-TEST_F(Extents, SplitMakesTwoAndStaysSplit) {
+TEST_F(Extents, SplitMakesTwoExtents) {
     EXPECT_EQ(split(0, 0, 300), 0);
     EXPECT_EQ(extentsText(0), "0 free 300, 300 free 700");
     EXPECT_EQ(split(0, 1, 1), 0);
@@ -41,7 +41,7 @@ TEST_F(Extents, SplitMakesTwoAndStaysSplit) {
     EXPECT_EQ(driveInfo(0, 0).extent[2].index, 2);
 }
 
-TEST_F(Extents, SplitOutsideOrOfUsedExtentsIsRefused) {
+TEST_F(Extents, RejectsSplitOutsideOrOfUsedExtent) {
     EXPECT_EQ(spare(1, 0, kNoArray), 0);
     const std::string before = fileText();
     EXPECT_NE(split(0, 0, 0), 0);
@@ -53,14 +53,14 @@ TEST_F(Extents, SplitOutsideOrOfUsedExtentsIsRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Extents, DriveHoldsSixteenAtMost) {
+TEST_F(Extents, DriveHasSixteenExtentsAtMost) {
     for (std::uint32_t i = 0; i < 15; i++)
         EXPECT_EQ(split(0, i, 10), 0);
     EXPECT_NE(split(0, 15, 10), 0);
     EXPECT_EQ(driveInfo(0, 0).extentCount, 16);
 }
 
-TEST_F(Extents, DeleteMergesWithTheFreeNeighbour) {
+TEST_F(Extents, DeleteMergesWithFreeNeighbor) {
     EXPECT_EQ(split(0, 0, 100), 0);
     EXPECT_EQ(split(0, 1, 100), 0);
     EXPECT_EQ(split(0, 2, 100), 0); // 100, 100, 100, 700
@@ -71,44 +71,44 @@ TEST_F(Extents, DeleteMergesWithTheFreeNeighbour) {
     EXPECT_EQ(newestEvent(), "Drive 1: extent 0 deleted");
     EXPECT_EQ(spare(0, 0, kNoArray), 0);
     EXPECT_NE(remove(0, 0), 0); // not free
-    EXPECT_NE(remove(0, 1), 0); // no free neighbour
+    EXPECT_NE(remove(0, 1), 0); // no free neighbor
     EXPECT_NE(remove(1, 0), 0);
     EXPECT_NE(remove(1, 1), 0);
 }
 
-TEST_F(Extents, GlobalSpareAndFreeAgain) {
+TEST_F(Extents, AssignsAndFreesGlobalSpare) {
     EXPECT_EQ(spare(2, 0, kNoArray), 0);
     const ExtentEntry extent = driveInfo(0, 2).extent[0];
     EXPECT_EQ(extent.assignment, kExtentGlobalSpare);
     EXPECT_EQ(extent.access, kExtentAccessible);
     EXPECT_EQ(extent.arrayId, 255);
     EXPECT_EQ(newestEvent(), "Drive 3: extent 0 is a global spare");
-    EXPECT_NE(spare(2, 0, kNoArray), 0); // it is one already
+    EXPECT_NE(spare(2, 0, kNoArray), 0); // it is a spare already
     EXPECT_EQ(release(2, 0), 0);
     EXPECT_EQ(extentsText(2), "0 free 1000");
     EXPECT_NE(release(2, 0), 0);
 }
 
-TEST_F(Extents, DedicatedSpareMustSuitItsArray) {
+TEST_F(Extents, RejectsUnusableDedicatedSpare) {
     EXPECT_EQ(create(request(kRaid5, 800, {0, 1, 2})), 0);
     EXPECT_EQ(create(request(kRaid0, 100, {3})), 0);
     EXPECT_EQ(split(4, 0, 399), 0);
     const std::string before = fileText();
-    EXPECT_NE(spare(4, 0, 0), 0); // 399 MB, the members give 400
-    EXPECT_NE(spare(5, 0, 1), 0); // RAID0 has no use for it
+    EXPECT_NE(spare(4, 0, 0), 0); // 399 MB, the members have 400
+    EXPECT_NE(spare(5, 0, 1), 0); // RAID0 cannot use it
     EXPECT_NE(spare(5, 0, 2), 0); // no such array
-    EXPECT_NE(spare(0, 1, 0), 0); // on a member's drive
+    EXPECT_NE(spare(0, 1, 0), 0); // on a member drive
     EXPECT_NE(spare(0, 0, 0), 0); // assigned
     EXPECT_NE(spare(5, 0, 0x100), 0);
     EXPECT_EQ(fileText(), before);
     EXPECT_EQ(spare(4, 1, 0), 0);
     EXPECT_EQ(extentsText(4), "0 free 399, 399 spare0 601");
     EXPECT_EQ(newestEvent(), "Drive 5: extent 1 is a spare of logical drive 0");
-    EXPECT_EQ(spare(4, 1, kNoArray), 0); // may change its purpose
+    EXPECT_EQ(spare(4, 1, kNoArray), 0); // the use may change
     EXPECT_EQ(extentsText(4), "0 free 399, 399 spare 601");
 }
 
-TEST_F(Extents, AssignedOnesAreNotFreed) {
+TEST_F(Extents, RejectsFreeingAssignedExtent) {
     EXPECT_EQ(create(request(kRaid0, 100, {3})), 0);
     const std::string before = fileText();
     EXPECT_NE(release(3, 0), 0);
@@ -117,13 +117,13 @@ TEST_F(Extents, AssignedOnesAreNotFreed) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Extents, AddServesOnlyAnArrayThatNeedsOne) {
+TEST_F(Extents, RejectsAddingToArrayWithoutLostMember) {
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0);
-    waitSeconds(50); // its synchronisation
+    waitSeconds(50); // its synchronization
     EXPECT_NE(add(2, 0, 0), 0);
     replaceInFile("\"failed\": false", "\"failed\": true"); // drive 0
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
-    EXPECT_NE(add(1, 1, 0), 0); // on the member that is left
+    EXPECT_NE(add(1, 1, 0), 0); // on the remaining member
     EXPECT_NE(add(2, 1, 0), 0);
     EXPECT_NE(add(2, 0, 1), 0);
     EXPECT_EQ(add(2, 0, 0), 0);

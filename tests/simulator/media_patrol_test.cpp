@@ -1,4 +1,4 @@
-// Media patrol: its states, its percent and its end. A drive of 1000 MB at rate 1 takes 125 seconds.
+// Media patrol: states, progress and completion. A drive of 1000 MB at rate 1 takes 125 seconds.
 #include "tests/simulator/simulated_world.h"
 
 class Patrol : public SimulatedWorld {
@@ -20,7 +20,7 @@ static MediaPatrolProgress progress(std::uint32_t drive) {
     return reply;
 }
 
-TEST_F(Patrol, RunsByTheClockAndEnds) {
+TEST_F(Patrol, RunsToCompletion) {
     EXPECT_EQ(progress(0).state, 0);
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
     EXPECT_EQ(progress(0).state, kPatrolRunning);
@@ -37,7 +37,7 @@ TEST_F(Patrol, RunsByTheClockAndEnds) {
     EXPECT_EQ(newestEvent(), "Drive 1: media patrol ended, 0 errors");
 }
 
-TEST_F(Patrol, CountsTheErrorsOfEachPass) {
+TEST_F(Patrol, CountsErrorsOfEachPass) {
     progress(0);
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
     replaceInFile("\"mediaErrors\": 0", "\"mediaErrors\": 3");
@@ -49,7 +49,7 @@ TEST_F(Patrol, CountsTheErrorsOfEachPass) {
     EXPECT_EQ(progress(0).loopCount, 2);
 }
 
-TEST_F(Patrol, PauseKeepsThePercent) {
+TEST_F(Patrol, PauseKeepsProgress) {
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
     waitSeconds(50);
     EXPECT_EQ(on(0, q5_pauseHBAMediaPatrol), 0);
@@ -65,7 +65,7 @@ TEST_F(Patrol, PauseKeepsThePercent) {
     EXPECT_EQ(progress(0).progress, 0);
 }
 
-TEST_F(Patrol, RefusesWhatItsStateForbids) {
+TEST_F(Patrol, RejectsInvalidTransitions) {
     EXPECT_NE(on(0, q5_stopHBAMediaPatrol), 0);
     EXPECT_NE(on(0, q5_pauseHBAMediaPatrol), 0);
     EXPECT_NE(on(0, q5_resumeHBAMediaPatrol), 0);
@@ -80,7 +80,7 @@ TEST_F(Patrol, RefusesWhatItsStateForbids) {
     EXPECT_NE(on(0, q5_pauseHBAMediaPatrol), 0);
 }
 
-TEST_F(Patrol, AbortsWhenItsDriveFails) {
+TEST_F(Patrol, AbortsWhenDriveFails) {
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
     waitSeconds(25);
     replaceInFile("\"failed\": false", "\"failed\": true");
@@ -91,7 +91,7 @@ TEST_F(Patrol, AbortsWhenItsDriveFails) {
     EXPECT_NE(on(0, q5_startHBAMediaPatrol), 0);
 }
 
-TEST_F(Patrol, ChangedRateCountsFromThen) {
+TEST_F(Patrol, NewRateAppliesFromItsChange) {
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
     waitSeconds(25); // 200 MB
     ControllerSettings settings = {};

@@ -1,4 +1,4 @@
-// Migration: nothing changes before its end. Members that give 400 MB take 50 seconds at rate 1.
+// Migration: nothing changes before it completes. Members of 400 MB take 50 seconds at rate 1.
 #include "tests/simulator/simulated_world.h"
 
 class Migration : public SimulatedWorld {
@@ -31,7 +31,7 @@ static MigrationProgress progress() {
     return reply;
 }
 
-TEST_F(Migration, FromRaid0ToRaid5WithOneMoreDrive) {
+TEST_F(Migration, FromRaid0ToRaid5WithAnotherDrive) {
     EXPECT_EQ(migrate(to(kRaid5, {2})), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kMigrating);
     EXPECT_EQ(arrayInfo(0, 0).raidLevel, kRaid0);
@@ -53,7 +53,7 @@ TEST_F(Migration, FromRaid0ToRaid5WithOneMoreDrive) {
     EXPECT_EQ(newestEvent(), "Logical drive 0: migration ended");
 }
 
-TEST_F(Migration, ExpandsAndChangesTheStripe) {
+TEST_F(Migration, ExpandsAndChangesStripe) {
     MigrateRequest request = to(kRaid0, {2, 3});
     request.stripeSize = 128;
     EXPECT_EQ(migrate(request), 0);
@@ -79,10 +79,10 @@ TEST_F(Migration, ToRaid50AndRaidMf) {
     EXPECT_EQ(arrayInfo(0, 0).subArrayCount, 0);
 }
 
-TEST_F(Migration, OddRequestsAreRefused) {
+TEST_F(Migration, RejectsInvalidRequests) {
     const std::string before = fileText();
     EXPECT_NE(migrate(to(kRaid0, {})), 0);     // nothing would change
-    EXPECT_NE(migrate(to(kRaid1, {})), 0);     // half the space for all the data
+    EXPECT_NE(migrate(to(kRaid1, {})), 0);     // too little space for the data
     EXPECT_NE(migrate(to(kRaid5, {})), 0);     // two members
     EXPECT_NE(migrate(to(kRaid5, {1})), 0);    // a member already
     EXPECT_NE(migrate(to(kRaid5, {2, 2})), 0); // twice
@@ -105,7 +105,7 @@ TEST_F(Migration, OddRequestsAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Migration, SteeringNeedsItsKind) {
+TEST_F(Migration, ControlRequiresMigrationKind) {
     EXPECT_EQ(migrate(to(kRaid5, {2})), 0);
     EXPECT_NE(migrate(to(kRaid5, {3})), 0); // one activity at a time
     const ActivityQuery other = {0, 0};
@@ -115,7 +115,7 @@ TEST_F(Migration, SteeringNeedsItsKind) {
     EXPECT_NE(q5_getMigrationProgress(hbaAddress(0), 0, &other, &reply, sizeof reply), 0);
 }
 
-TEST_F(Migration, ThatLosesItsNewDriveIsAborted) {
+TEST_F(Migration, AbortsWhenNewDriveIsLost) {
     EXPECT_EQ(migrate(to(kRaid5, {2, 3})), 0);
     const std::string text = fileText();
     const std::size_t third = text.find("\"failed\": false", text.find("\"id\": 2,"));
@@ -127,7 +127,7 @@ TEST_F(Migration, ThatLosesItsNewDriveIsAborted) {
     EXPECT_EQ(newestEvent(), "Logical drive 0: migration aborted");
 }
 
-TEST_F(Migration, SurvivesTheNextSession) {
+TEST_F(Migration, ContinuesInNextSession) {
     EXPECT_EQ(migrate(to(kRaid5, {2})), 0);
     EXPECT_EQ(q5_finalize(), 0);
     waitSeconds(50);

@@ -1,4 +1,4 @@
-// The tool that breaks and exchanges drives, run as a program.
+// The fault injection tool, run as a program.
 #include <cstdlib>
 #include <sys/wait.h>
 
@@ -6,14 +6,14 @@
 
 class Q5simTest : public SimulatedWorld {
 protected:
-    // The exit status; what the tool says is not looked at.
+    // Returns the exit status and ignores the output.
     static int run(const std::string& words) {
         const int status = std::system((std::string(Q5SIM) + " " + words + " 2>/dev/null").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 };
 
-TEST_F(Q5simTest, FailsAndReplacesDrivesAsTheUserNumbersThem) {
+TEST_F(Q5simTest, FailsAndReplacesDrivesByUserVisibleId) {
     open("");
     EXPECT_EQ(run("fail-drive 0 2"), 0);
     EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding); // onto the global spare
@@ -25,7 +25,7 @@ TEST_F(Q5simTest, FailsAndReplacesDrivesAsTheUserNumbersThem) {
     EXPECT_EQ(run("replace-drive 0 2"), 1);
 }
 
-TEST_F(Q5simTest, LetsTimePass) {
+TEST_F(Q5simTest, AdvancesClock) {
     open("bench");
     EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0); // 50 seconds
     EXPECT_EQ(run("advance 49"), 0);
@@ -35,14 +35,14 @@ TEST_F(Q5simTest, LetsTimePass) {
     EXPECT_EQ(run("advance 1099511627776"), 1); // the sum would be too large
 }
 
-TEST_F(Q5simTest, StartsOverEvenFromABrokenFile) {
+TEST_F(Q5simTest, ResetsInvalidWorldFile) {
     writeText(file, "{");
     EXPECT_EQ(run("reset"), 0);
     ASSERT_EQ(initialize(), 0);
     EXPECT_STREQ(arrayInfo(0, 0).name, "Archive");
 }
 
-TEST_F(Q5simTest, RefusesWhatItDoesNotKnow) {
+TEST_F(Q5simTest, RejectsInvalidArguments) {
     open("bench");
     const std::string before = fileText();
     for (const char* words :

@@ -1,4 +1,4 @@
-// Rebuilds: started by hand, by an added extent, or by a spare of its own accord.
+// Rebuilds: started manually, by adding an extent, or automatically onto a spare.
 #include "simulator/engine/fault_injection.h"
 #include "simulator/store/world_store.h"
 #include "tests/simulator/simulated_world.h"
@@ -46,7 +46,7 @@ static RebuildProgress progress() {
 
 static constexpr LogDrvIdBlock kFirst = {0, {}};
 
-// A synchronised RAID5 on drives 0 to 2 whose members give 400 MB: 50 seconds of work.
+// A synchronized RAID5 on drives 0 to 2 with members of 400 MB: a job takes 50 seconds.
 class Rebuild : public SimulatedWorld {
 protected:
     void SetUp() override {
@@ -57,7 +57,7 @@ protected:
     }
 };
 
-TEST_F(Rebuild, ByHandWithPauseAndResume) {
+TEST_F(Rebuild, ManualRebuildPausesAndResumes) {
     EXPECT_NE(start({{0, 5, 0, {}}}), 0); // nothing is lost
     failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
@@ -84,7 +84,7 @@ TEST_F(Rebuild, ByHandWithPauseAndResume) {
               (std::vector<std::string>{"Logical drive 0: rebuild ended", "Logical drive 0 is online"}));
 }
 
-TEST_F(Rebuild, OntoANewDriveInTheOldPlace) {
+TEST_F(Rebuild, ReplacementDriveTakesOldPosition) {
     failDrive(1);
     replace(1);
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical); // the new drive is empty
@@ -98,7 +98,7 @@ TEST_F(Rebuild, OntoANewDriveInTheOldPlace) {
     EXPECT_EQ(membersText(arrayInfo(0, 0)), "0 1 2");
 }
 
-TEST_F(Rebuild, OddRequestsAreRefused) {
+TEST_F(Rebuild, RejectsInvalidRequests) {
     const ExtentRef whole = {0, 4};
     EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &whole, 399), 0);
     failDrive(1);
@@ -109,7 +109,7 @@ TEST_F(Rebuild, OddRequestsAreRefused) {
     EXPECT_NE(start({{1, 5, 0, {}}}, 1), 0);                    // no such array
     EXPECT_NE(start({{0, 4, 0, {}}}), 0);                       // too small
     EXPECT_NE(start({{0, 1, 1, {}}}), 0);                       // failed
-    EXPECT_NE(start({{0, 0, 1, {}}}), 0);                       // a member that is there
+    EXPECT_NE(start({{0, 0, 1, {}}}), 0);                       // a working member
     EXPECT_NE(start({{0, 5, 1, {}}}), 0);                       // no such extent
     EXPECT_NE(start({{0, 9, 0, {}}}), 0);                       // no such drive
     EXPECT_NE(start({{0, 5, 0, {}}, {0, 6, 0, {}}}), 0);        // one member is lost
@@ -117,7 +117,7 @@ TEST_F(Rebuild, OddRequestsAreRefused) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(Rebuild, RestartBeginsAgain) {
+TEST_F(Rebuild, RestartStartsFromZero) {
     failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     waitSeconds(40);
@@ -129,7 +129,7 @@ TEST_F(Rebuild, RestartBeginsAgain) {
     EXPECT_NE(progress().state, kActivityPaused);
 }
 
-TEST_F(Rebuild, StopGivesTheExtentBack) {
+TEST_F(Rebuild, StopFreesExtent) {
     failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     waitSeconds(40);
@@ -140,7 +140,7 @@ TEST_F(Rebuild, StopGivesTheExtentBack) {
     EXPECT_EQ(newestEvent(), "Logical drive 0: rebuild stopped");
 }
 
-TEST_F(Rebuild, GlobalSpareStepsInByItself) {
+TEST_F(Rebuild, GlobalSpareIsUsedAutomatically) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
     failDrive(2);
@@ -153,7 +153,7 @@ TEST_F(Rebuild, GlobalSpareStepsInByItself) {
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
 }
 
-TEST_F(Rebuild, DedicatedSpareComesFirstAndOthersNever) {
+TEST_F(Rebuild, PrefersDedicatedSpareAndIgnoresSparesOfOthers) {
     EXPECT_EQ(create(request(kRaid1, 100, {3, 4})), 0);
     EXPECT_EQ(spare(5, 0, kNoArray), 0);
     EXPECT_EQ(spare(6, 0, 0), 0);
@@ -171,12 +171,12 @@ TEST_F(Rebuild, DedicatedSpareComesFirstAndOthersNever) {
     EXPECT_EQ(extentText(5, 0), "0 array0 400"); // then the global one
     waitSeconds(50);
     failDrive(2);
-    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // all that is left lies on members' drives
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0); // the remaining spares are on member drives
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kCritical);
     EXPECT_EQ(extentText(6, 1), "400 spare0 600");
 }
 
-TEST_F(Rebuild, StoppedByTheUserStaysStopped) {
+TEST_F(Rebuild, StoppedRebuildIsNotRestarted) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
     EXPECT_EQ(spare(7, 0, kNoArray), 0);
@@ -187,7 +187,7 @@ TEST_F(Rebuild, StoppedByTheUserStaysStopped) {
     EXPECT_EQ(start({{0, 7, 0, {}}}), 0);
 }
 
-TEST_F(Rebuild, EndsWhenItsTargetFails) {
+TEST_F(Rebuild, AbortsWhenTargetFails) {
     setAutoRebuild(true);
     EXPECT_EQ(spare(6, 0, kNoArray), 0);
     EXPECT_EQ(spare(7, 0, kNoArray), 0);
@@ -200,7 +200,7 @@ TEST_F(Rebuild, EndsWhenItsTargetFails) {
     EXPECT_EQ(extentText(6, 0), "0 free 400");
 }
 
-TEST_F(Rebuild, EndsWhenTheArrayGoesOffline) {
+TEST_F(Rebuild, AbortsWhenArrayGoesOffline) {
     failDrive(1);
     EXPECT_EQ(start({{0, 5, 0, {}}}), 0);
     failDrive(0);
@@ -210,7 +210,7 @@ TEST_F(Rebuild, EndsWhenTheArrayGoesOffline) {
     EXPECT_NE(start({{0, 5, 0, {}}}), 0);
 }
 
-TEST_F(Rebuild, UnfinishedSynchronisationFollows) {
+TEST_F(Rebuild, IsFollowedByUnfinishedSynchronization) {
     EXPECT_EQ(create(request(kRaid1, 80, {3, 4})), 0); // 10 s
     failDrive(3);
     const RebuildEntry entry = {1, 5, 0, {}};
@@ -220,7 +220,7 @@ TEST_F(Rebuild, UnfinishedSynchronisationFollows) {
     EXPECT_EQ(membersText(arrayInfo(0, 1)), "5 4");
 }
 
-TEST_F(SimulatedWorld, RebuildOfTwoMembersAtOnce) {
+TEST_F(SimulatedWorld, RebuildsTwoMembersAtOnce) {
     open("bench");
     EXPECT_EQ(create(request(kRaidMf, 800, {0, 1, 2, 3})), 0);
     waitSeconds(50);
@@ -231,6 +231,6 @@ TEST_F(SimulatedWorld, RebuildOfTwoMembersAtOnce) {
     replace(3);
     EXPECT_EQ(start({{0, 4, 0, {}}, {0, 3, 0, {}}}), 0);
     waitSeconds(50);
-    EXPECT_EQ(membersText(arrayInfo(0, 0)), "4 1 2 3"); // drive 3 keeps its own place
+    EXPECT_EQ(membersText(arrayInfo(0, 0)), "4 1 2 3"); // drive 3 keeps its position
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
 }

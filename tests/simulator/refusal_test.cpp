@@ -1,5 +1,5 @@
-// What every reading operation does with a bad address, a bad buffer or no selector: it refuses, and
-// the buffer is zero as far as the size told and untouched behind it.
+// Queries with an invalid address, buffer or selector: they are refused, and the buffer is zero up to
+// its size and unchanged after it.
 #include <cstring>
 #include <functional>
 
@@ -12,11 +12,11 @@ protected:
     void SetUp() override { open("bench"); }
 };
 
-// One reading operation, asked as it must be but for address, reserved word, buffer and size.
+// A query with valid arguments except for address, reserved word, buffer and size.
 struct Question {
     const char* name;
     std::uint32_t size;
-    std::function<int(HbaAddress, std::uint32_t, void*, std::uint32_t)> ask;
+    std::function<int(HbaAddress, std::uint32_t, void*, std::uint32_t)> call;
 };
 
 template <typename Query, typename Buffer>
@@ -56,20 +56,20 @@ static std::vector<Question> questions() {
     };
 }
 
-// Asks with this address, reserved word and size, and checks what a refusal leaves behind.
+// Calls with this address, reserved word and size, and checks the buffer after the refusal.
 static void expectRefusal(const Question& one, HbaAddress address, std::uint32_t reserved,
                           std::uint32_t size) {
     alignas(16) std::uint8_t buffer[512];
     std::memset(buffer, 0xAA, sizeof buffer);
-    EXPECT_NE(one.ask(address, reserved, buffer, size), 0) << one.name;
+    EXPECT_NE(one.call(address, reserved, buffer, size), 0) << one.name;
     for (std::uint32_t i = 0; i < sizeof buffer; i++)
         ASSERT_EQ(buffer[i], i < size ? 0 : 0xAA) << one.name << " at " << i;
 }
 
-TEST_F(Refusal, LeavesBuffersZeroAndTheWorldUnchanged) {
+TEST_F(Refusal, ZeroesBufferAndKeepsWorld) {
     for (const Question& one : questions()) {
         alignas(16) std::uint8_t buffer[512];
-        EXPECT_EQ(one.ask(hbaAddress(0), 0, buffer, one.size), 0) << one.name;
+        EXPECT_EQ(one.call(hbaAddress(0), 0, buffer, one.size), 0) << one.name;
         const std::string before = fileText();
         expectRefusal(one, hbaAddress(1), 0, one.size);
         expectRefusal(one, hbaAddress(65535), 0, one.size);
@@ -77,18 +77,18 @@ TEST_F(Refusal, LeavesBuffersZeroAndTheWorldUnchanged) {
         expectRefusal(one, hbaAddress(0), 1, one.size);
         expectRefusal(one, hbaAddress(0), 0, one.size - 1);
         expectRefusal(one, hbaAddress(0), 0, 0);
-        EXPECT_NE(one.ask(hbaAddress(0), 0, nullptr, one.size), 0) << one.name;
+        EXPECT_NE(one.call(hbaAddress(0), 0, nullptr, one.size), 0) << one.name;
         EXPECT_EQ(fileText(), before);
     }
 }
 
-TEST_F(Refusal, OfClosedSessionsLeavesBuffersZero) {
+TEST_F(Refusal, ZeroesBufferWhenSessionIsClosed) {
     EXPECT_EQ(q5_finalize(), 0);
     for (const Question& one : questions())
         expectRefusal(one, hbaAddress(0), 0, one.size);
 }
 
-TEST_F(Refusal, OfMissingSelectors) {
+TEST_F(Refusal, RejectsMissingSelectors) {
     std::uint8_t buffer[512];
     EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, nullptr, buffer, 432), 0);
     EXPECT_NE(q5_getControllerInfo(hbaAddress(0), 0, nullptr, buffer, 88), 0);
@@ -116,7 +116,7 @@ TEST_F(Refusal, OfMissingSelectors) {
     EXPECT_NE(q5_PauseMigration(hbaAddress(0), 0, nullptr), 0);
 }
 
-TEST_F(Refusal, OfQueriesThatDisagreeWithTheAddress) {
+TEST_F(Refusal, RejectsQueriesThatContradictTheAddress) {
     ControllerInfo info = {};
     const ControllerQuery other = {1, 1, kGeneralInfo, {}}, two = {0, 2, kGeneralInfo, {}},
                           third = {0, 1, 1, {}};

@@ -1,4 +1,4 @@
-// A session over a copy of one of the worlds, with a clock that stands still until it is moved.
+// A session with a copy of a world and a clock that only waitSeconds advances.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ inline constexpr long long kStart = 1000000000;
 
 class SimulatedWorld : public testing::Test {
 protected:
-    std::string directory; // of the world file; its own for each test
+    std::string directory; // of the world file, one per test
     std::string file;
     long long now = kStart;
 
@@ -29,7 +29,7 @@ protected:
     // built-in world.
     void open(const std::string& name);
     void waitSeconds(long long seconds);
-    // What the file holds, byte for byte.
+    // The contents of the file.
     std::string fileText() const;
     void replaceInFile(const std::string& from, const std::string& to);
 };
@@ -39,18 +39,18 @@ std::string readText(const std::string& path);
 void writeText(const std::string& path, const std::string& text);
 
 PhyDrvInfo driveInfo(std::uint32_t controller, std::uint32_t drive);
-// One extent in short: "0 array0 400", that is start and size in MB around its use.
+// An extent as "0 array0 400": start in MB, use, size in MB.
 std::string extentText(std::uint32_t drive, std::size_t index);
 // All extents of a drive of controller 0, joined with ", ".
 std::string extentsText(std::uint32_t drive);
 
-// logDrvId 0xFFFF in the result: there is none.
+// logDrvId 0xFFFF: there is none.
 LogDrvInfo arrayInfo(std::uint32_t controller, std::uint32_t logDrvId);
 std::string membersText(const LogDrvInfo& array);
 // The newest event's text; empty when there is none.
 std::string newestEvent(std::uint32_t controller = 0);
 std::vector<std::string> eventTexts(std::uint32_t controller, std::uint32_t count);
 
-// A request for an array over whole drives' first free space; capacity in MB.
+// A request for an array on the first free space of drives; capacity in MB.
 CreateArrayRequest request(RaidLevel level, std::uint64_t capacity, const std::vector<std::uint32_t>& drives);
 int create(const CreateArrayRequest& request);

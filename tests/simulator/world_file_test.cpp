@@ -1,4 +1,4 @@
-// The world file's life: created, kept whole, shared by programs, never overwritten when unreadable.
+// The world file: created, replaced atomically, shared by programs, never overwritten when invalid.
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -16,14 +16,14 @@ namespace fs = std::filesystem;
 
 class WorldFile : public SimulatedWorld {};
 
-TEST_F(WorldFile, IsCreatedFromTheBuiltinWorldWithItsDirectories) {
+TEST_F(WorldFile, IsCreatedWithItsDirectories) {
     file = directory + "/a/b/world.json";
     setenv("Q5SIM_WORLD", file.c_str(), 1);
     ASSERT_EQ(initialize(), 0);
     EXPECT_EQ(fileText(), q5sim::worldToJson(q5sim::builtinWorld(kStart)));
 }
 
-TEST_F(WorldFile, StandsInTheStateDirectoryWhenNothingElseIsSaid) {
+TEST_F(WorldFile, DefaultsToStateDirectory) {
     unsetenv("Q5SIM_WORLD");
     setenv("HOME", directory.c_str(), 1);
     unsetenv("XDG_STATE_HOME");
@@ -43,7 +43,7 @@ TEST_F(WorldFile, WithoutControllersReportsNone) {
     EXPECT_EQ(count, 0u);
 }
 
-TEST_F(WorldFile, ThatIsBrokenIsNamedWithItsLineAndLeftAlone) {
+TEST_F(WorldFile, InvalidFileIsReportedWithLineAndKept) {
     fs::copy_file(std::string(WORLDS) + "/invalid-range-line-4.json", file);
     const std::string before = fileText();
     testing::internal::CaptureStderr();
@@ -59,7 +59,7 @@ TEST_F(WorldFile, ThatIsBrokenIsNamedWithItsLineAndLeftAlone) {
     EXPECT_EQ(fileText(), before);
 }
 
-TEST_F(WorldFile, ThatIsADirectoryOrAPipeIsRefused) {
+TEST_F(WorldFile, RejectsDirectoryAndPipe) {
     fs::create_directory(file);
     testing::internal::CaptureStderr();
     EXPECT_NE(initialize(), 0);
@@ -71,7 +71,7 @@ TEST_F(WorldFile, ThatIsADirectoryOrAPipeIsRefused) {
                   ": the world file cannot be read: Invalid argument\n");
 }
 
-TEST_F(WorldFile, IsNotTouchedByReading) {
+TEST_F(WorldFile, IsNotChangedByQueries) {
     open("settings");
     driveInfo(0, 0);
     const auto before = fs::last_write_time(file);
@@ -82,14 +82,14 @@ TEST_F(WorldFile, IsNotTouchedByReading) {
     EXPECT_EQ(fileText(), text);
 }
 
-TEST_F(WorldFile, IsNotRewrittenByAChangeThatChangesNothing) {
+TEST_F(WorldFile, IsNotRewrittenWithoutChange) {
     open("");
     const auto before = fs::last_write_time(file);
     EXPECT_EQ(q5_turnOnBuzzer(hbaAddress(0), 0, 0), 0); // it is on already
     EXPECT_EQ(fs::last_write_time(file), before);
 }
 
-TEST_F(WorldFile, KeepsChangesForTheNextSession) {
+TEST_F(WorldFile, KeepsChangesForNextSession) {
     open("");
     EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     EXPECT_EQ(q5_finalize(), 0);
@@ -100,14 +100,14 @@ TEST_F(WorldFile, KeepsChangesForTheNextSession) {
     EXPECT_EQ(newestEvent(), "Buzzer disabled");
 }
 
-TEST_F(WorldFile, IsReadAgainWhenAHandChangedIt) {
+TEST_F(WorldFile, IsReadAgainAfterExternalChange) {
     open("bench");
     EXPECT_EQ(driveInfo(0, 0).channel, 0);
     replaceInFile("\"channel\": 0", "\"channel\": 77");
     EXPECT_EQ(driveInfo(0, 0).channel, 77);
 }
 
-TEST_F(WorldFile, ThatAHandBreaksRefusesUntilItIsMended) {
+TEST_F(WorldFile, InvalidFileRefusesOperationsUntilCorrected) {
     open("bench");
     const std::string good = fileText();
     writeText(file, "{");
@@ -122,14 +122,14 @@ TEST_F(WorldFile, ThatAHandBreaksRefusesUntilItIsMended) {
     EXPECT_EQ(state, 1);
 }
 
-TEST_F(WorldFile, ThatVanishesIsCreatedAgain) {
+TEST_F(WorldFile, IsCreatedAgainAfterRemoval) {
     open("bench");
     fs::remove(file);
     EXPECT_EQ(driveInfo(0, 0).capacity, 976773168u);
     EXPECT_TRUE(fs::exists(file));
 }
 
-TEST_F(WorldFile, ReachedThroughALinkKeepsTheLink) {
+TEST_F(WorldFile, SymbolicLinkIsKept) {
     fs::copy_file(std::string(WORLDS) + "/bench.json", directory + "/real.json");
     fs::create_symlink("real.json", file);
     ASSERT_EQ(initialize(), 0);
@@ -138,8 +138,8 @@ TEST_F(WorldFile, ReachedThroughALinkKeepsTheLink) {
     EXPECT_NE(readText(directory + "/real.json").find("\"buzzer\": false"), std::string::npos);
 }
 
-// A full disk, played by a limit on file sizes: the change is refused and the old state stays.
-TEST_F(WorldFile, ThatCannotBeWrittenRefusesChanges) {
+// A full disk, simulated by a limit on file sizes: the change is refused and the old state is kept.
+TEST_F(WorldFile, RejectsChangesWhenNotWritable) {
     open("bench");
     const std::string before = fileText();
     rlimit old = {};
@@ -150,7 +150,8 @@ TEST_F(WorldFile, ThatCannotBeWrittenRefusesChanges) {
     testing::internal::CaptureStderr();
     const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
     setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ": the world file cannot be written: File too large\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ": the world file cannot be written: File too large\n");
     EXPECT_NE(result, 0);
     EXPECT_EQ(fileText(), before);
     EXPECT_FALSE(fs::exists(file + ".new"));
@@ -168,8 +169,8 @@ static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t ti
     return 0;
 }
 
-// Two programs at work at once: each splits its own drive fifteen times, and none of it is lost.
-TEST_F(WorldFile, LosesNoChangeOfTwoPrograms) {
+// Two programs change the world at the same time: each splits a drive fifteen times, no split is lost.
+TEST_F(WorldFile, KeepsChangesOfTwoPrograms) {
     open("bench");
     pid_t children[2];
     for (std::uint32_t drive = 0; drive < 2; drive++) {
@@ -187,8 +188,8 @@ TEST_F(WorldFile, LosesNoChangeOfTwoPrograms) {
     EXPECT_EQ(eventTexts(0, 51).size(), 30u);
 }
 
-// A program killed at any moment leaves a world that can be read, with each change whole or absent.
-TEST_F(WorldFile, SurvivesKillsAtAnyMoment) {
+// A program killed at any moment leaves a valid world, with each change complete or absent.
+TEST_F(WorldFile, SurvivesKill) {
     open("bench");
     for (int round = 0; round < 25; round++) {
         const pid_t child = fork();
@@ -209,5 +210,5 @@ TEST_F(WorldFile, SurvivesKillsAtAnyMoment) {
         const bool on = events.empty() || events.back().text == "Buzzer enabled";
         EXPECT_EQ(world.controllers[0].buzzer, on);
     }
-    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0); // the lock went with its holder
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0); // the lock was released with its holder
 }

@@ -1,4 +1,4 @@
-// The world file's text: what is refused, and where the errorMessage points.
+// The text of the world file: what is refused, and the line that the message names.
 #include <cstdlib>
 #include <filesystem>
 
@@ -8,8 +8,8 @@
 using q5sim::ValidationError;
 using q5sim::World;
 
-// Every broken file names the line of its fault.
-TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
+// The name of each invalid file contains the line of its error.
+TEST(WorldText, ReportsLineOfEachInvalidFile) {
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(WORLDS)) {
         const std::string name = entry.path().stem().string();
@@ -17,9 +17,9 @@ TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
             continue;
         files++;
         World world;
-        ValidationError fault;
-        EXPECT_FALSE(q5sim::worldFromJson(readText(entry.path().string()), world, fault)) << name;
-        EXPECT_EQ(fault.line, std::atoi(name.c_str() + name.rfind('-') + 1)) << name << ": " << fault.reason;
+        ValidationError error;
+        EXPECT_FALSE(q5sim::worldFromJson(readText(entry.path().string()), world, error)) << name;
+        EXPECT_EQ(error.line, std::atoi(name.c_str() + name.rfind('-') + 1)) << name << ": " << error.reason;
         EXPECT_TRUE(world.controllers.empty()) << name;
     }
     EXPECT_EQ(files, 13);
@@ -27,8 +27,8 @@ TEST(WorldText, EveryBrokenFileIsRefusedOnItsLine) {
 
 static std::string reasonFor(const std::string& text) {
     World world;
-    ValidationError fault;
-    return q5sim::worldFromJson(text, world, fault) ? "taken" : fault.reason;
+    ValidationError error;
+    return q5sim::worldFromJson(text, world, error) ? "taken" : error.reason;
 }
 
 TEST(WorldText, ReasonsNameTheKey) {
@@ -51,7 +51,7 @@ TEST(WorldText, ReasonsNameTheKey) {
     EXPECT_EQ(reasonFor("not json"), "this is not valid JSON");
 }
 
-TEST(WorldText, ActivitiesOfArraysAreJudged) {
+TEST(WorldText, ChecksActivities) {
     const std::string start = "{\"controllers\": [{\"logicalDrives\": [{\"arrayId\": 0, \"logDrvId\": 0, "
                               "\"level\": \"RAID0\", \"sectors\": 8, \"memberSectors\": 8, \"members\": [0], "
                               "\"activity\": ";
@@ -69,8 +69,8 @@ TEST(WorldText, ActivitiesOfArraysAreJudged) {
               "controllers[0].logicalDrives[0].activity.goal: no array can become this");
 }
 
-// Text that is cut anywhere, and deep nesting, are refused and nothing worse.
-TEST(WorldText, HostileTextsAreRefused) {
+// Truncated text and deep nesting are refused.
+TEST(WorldText, RejectsHostileText) {
     const std::string whole = readText(std::string(WORLDS) + "/settings.json");
     ASSERT_EQ(reasonFor(whole), "taken");
     const std::size_t end = whole.rfind('}');
@@ -82,25 +82,24 @@ TEST(WorldText, HostileTextsAreRefused) {
               "this is not valid JSON");
 }
 
-// Work grows with the file, not with its square.
-// A NUL is no end: what follows it would be lost when the file is written again.
-TEST(WorldText, NulBytesAreRefusedOnTheirLine) {
+// A NUL does not end the text: what follows it would be lost when the file is written again.
+TEST(WorldText, RejectsNulBytesWithLine) {
     World world;
-    ValidationError fault;
-    EXPECT_FALSE(q5sim::worldFromJson(std::string("{\"controllers\": []}\n\0 []}", 25), world, fault));
-    EXPECT_EQ(fault.line, 2);
-    EXPECT_EQ(fault.reason, "this is not valid JSON");
+    ValidationError error;
+    EXPECT_FALSE(q5sim::worldFromJson(std::string("{\"controllers\": []}\n\0 []}", 25), world, error));
+    EXPECT_EQ(error.line, 2);
+    EXPECT_EQ(error.reason, "this is not valid JSON");
     EXPECT_EQ(reasonFor(std::string("\"kind\"\0@, ild []}", 17)), "this is not valid JSON");
 }
 
-TEST(WorldText, WideObjectsAreRefusedSoon) {
+TEST(WorldText, RejectsWideObjectsQuickly) {
     std::string text = "{\"controllers\": []";
     for (int i = 0; i < 200000; i++)
         text += ", \"k" + std::to_string(i) + "\": 1";
     EXPECT_EQ(reasonFor(text + "}"), "k0: the key \"k0\" has no meaning here");
 }
 
-// Bytes changed at random must never lead outside the world's rules.
+// Random byte changes give either an error or a valid world.
 TEST(WorldText, DamagedFilesDoNotCrash) {
     const std::string whole = readText(std::string(WORLDS) + "/degraded.json");
     unsigned random = 12345;
@@ -111,35 +110,35 @@ TEST(WorldText, DamagedFilesDoNotCrash) {
             text[(random >> 8) % text.size()] = "0123456789,[]{}\":-ea"[random % 20];
         }
         World world;
-        ValidationError fault;
-        if (!q5sim::worldFromJson(text, world, fault)) {
-            EXPECT_GE(fault.line, 1);
+        ValidationError error;
+        if (!q5sim::worldFromJson(text, world, error)) {
+            EXPECT_GE(error.line, 1);
         }
     }
 }
 
-TEST(WorldText, WritingAndReadingGivesTheSameWorld) {
+TEST(WorldText, WriteAndReadGiveSameWorld) {
     const World world = q5sim::builtinWorld(kStart);
     const std::string text = q5sim::worldToJson(world);
     World read;
-    ValidationError fault;
-    ASSERT_TRUE(q5sim::worldFromJson(text, read, fault)) << fault.line << fault.reason;
+    ValidationError error;
+    ASSERT_TRUE(q5sim::worldFromJson(text, read, error)) << error.line << error.reason;
     EXPECT_EQ(read, world);
     EXPECT_EQ(q5sim::worldToJson(read), text);
 }
 
-// Brackets, quotes and backslashes in names are no structure.
-TEST(WorldText, NamesCanHoldAnyCharacter) {
+// Brackets, quotes and backslashes in names are not structure.
+TEST(WorldText, NamesMayContainAnyCharacter) {
     World world = q5sim::builtinWorld(kStart);
     world.controllers[0].logicalDrives[0].name = "a]b}\"c\\\"[{\\,d\n\te";
     world.controllers[0].speedOptions = {{"x}\"", "\\", 1}, {"]", "\"", 0}};
     World read;
-    ValidationError fault;
-    ASSERT_TRUE(q5sim::worldFromJson(q5sim::worldToJson(world), read, fault)) << fault.line << fault.reason;
+    ValidationError error;
+    ASSERT_TRUE(q5sim::worldFromJson(q5sim::worldToJson(world), read, error)) << error.line << error.reason;
     EXPECT_EQ(read, world);
 }
 
-TEST(WorldText, SmallRecordsStandOnOneLine) {
+TEST(WorldText, WritesSmallRecordsOnOneLine) {
     const std::string text = q5sim::worldToJson(q5sim::builtinWorld(kStart));
     EXPECT_NE(text.find("\n      \"biosVersion\": [2, 3, 0, 12],\n"), std::string::npos);
     EXPECT_NE(
