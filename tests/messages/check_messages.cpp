@@ -209,8 +209,8 @@ static bool isElsewhere(const SourceText& text) {
     if (text.inner.name == "printf" && text.inner.argument > 0)
         return true;
     return isOneOf(text.inner.name,
-                   {"showWord", "showNumber", "showNumbers", "openDisplay", "append", "appendArg", "addWords",
-                    "snprintf", "fprintf", "fscanf", "sscanf", "fopen", "strstr", "strcspn",
+                   {"showWord", "showNumber", "showNumbers", "openDisplay", "append", "appendArg",
+                    "appendArgs", "snprintf", "fprintf", "fscanf", "sscanf", "fopen", "strstr", "strcspn",
                     "GetStrFromFileUpTo", "FormIDStrAry", "CheckIsIncludeCharacter", "static_assert"});
 }
 
