@@ -1,7 +1,11 @@
-// The command definitions and the help command. The texts themselves are in help_texts.h.
+// The command definitions, in which the help command looks words up. Their rows come from
+// cli/command_words.h.
 #pragma once
 
+#include <array>
 #include <cstdint>
+
+#include "cli/command_words.h"
 
 struct CommandDefinition {
     std::uint32_t id;
@@ -10,7 +14,7 @@ struct CommandDefinition {
     const char* longHelp; // null until initCommandDefinition()
 };
 
-extern CommandDefinition ls_icdCmdDefs[20];
+extern std::array<CommandDefinition, kCommandWordCount> ls_icdCmdDefs;
 extern const std::uint32_t ls_u32NumberOfCommands;
 extern const CommandDefinition ls_icdUnknownCmdDef;
 
@@ -23,7 +27,3 @@ void getCommandDefinition(const char* word, unsigned* id, const char** longHelp,
 
 // Stores and returns the main help text.
 const char* getCommandHelpDefinition(const char** text);
-
-// help and ?: prints both texts of the second word, or of the command word when it stands alone.
-// Always Result::badCount.
-int do_cmd_help(int wordCount, char** words);

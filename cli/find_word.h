@@ -1,12 +1,12 @@
-// Looking a command word up in a table sorted by it.
+// Binary search for a command word in a sorted table.
 #pragma once
 
 #include <span>
 
 #include "util/utils.h"
 
-// The row whose name equals word but for case, found by halving; null when there is none. Rows are
-// sorted by name as strCmpNoCase() sorts.
+// The row whose name equals word except for case; null when there is none. Rows are sorted by name in
+// the order of strCmpNoCase().
 template <typename Row>
 const Row* findWord(std::span<const Row> rows, const char* word) {
     std::size_t low = 0, end = rows.size();

@@ -1,19 +1,24 @@
-// From a typed line to a command: splitting the line into words, and finding the word's handler.
-// Which of a command's functions its second word asks for is in routes.h.
+// Splits a typed line into words and finds the handler of the command word. Which function the second
+// word selects is in routes.cpp.
 #pragma once
+
+#include <array>
+
+#include "cli/command_words.h"
 
 struct Command {
     const char* name;
     int (*handler)(int wordCount, char** words);
 };
 
-extern const Command cmdTable[19]; // sorted by name as strCmpNoCase() sorts
+// Sorted by name as strCmpNoCase() sorts. The rows come from cli/command_words.h.
+extern const std::array<Command, kCommandCount> cmdTable;
 extern const int numCmd;
 
 // Splits line at blanks (spaces alone) into the slots of a word table (util/words.h); a word that begins with
-// a double quote runs to the next one. Words over 256 characters are cut into pieces of 256. More
-// than kMaxWords words leave all slots as they are, and *wordCount tells how many there were.
-// Returns 0 when the first slot says exit, else 1.
+// a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More
+// than kMaxWords words leave all slots unchanged; *wordCount is then the number found.
+// Returns 0 when the first slot is "exit" in any case, else 1.
 int processCmdLine(int* wordCount, char* line, char** words);
 
 // Runs the command that words[0] names and returns its result; Result::unknownCommand, after

@@ -1,5 +1,5 @@
-// The program: opens the adapters, runs the one command of its arguments or those typed at the
-// prompt, and leaves with the last result as exit status.
+// The program: opens the adapters and runs the command in its arguments, or the commands typed at the
+// prompt. The last result code is the exit status.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,13 +12,14 @@
 #include "util/result.h"
 #include "util/words.h"
 
-static constexpr std::size_t kMaxLine = 4096; // characters; a longer line goes on as the next one
+static constexpr std::size_t kMaxLine = 4096; // characters; the rest of a longer line is read as the next one
 
-// The slots the words of every command lie in, cleared once here and never again.
+// The words of every command. Compatibility: slots are cleared only at startup, so that a shorter line
+// leaves the later words of the line before it.
 static char wordSlots[kMaxWords][kWordSize];
 
-// Puts /dev/null in the place of a closed standard stream. Otherwise the next file to be opened would get
-// its number, and listings would be written into the adapter's device.
+// Opens /dev/null for each closed standard stream. Otherwise the next file opened would get its number,
+// and listings would be written to the adapter's device.
 static void ensureStdioOpen() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
         if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
@@ -45,8 +46,8 @@ static int runArguments(int argc, char** argv, char** words) {
     return runWords(argc - 1, words);
 }
 
-// Reads up to a newline, a NUL byte or the end of input; of an overlong line one character is dropped
-// and the rest stays for the next call. False when the input is at its end.
+// Reads up to a newline, a NUL byte or the end of input. False at the end of input.
+// Compatibility: of an overlong line one character is dropped, and the next call reads the rest.
 static bool readLine(char (&line)[kMaxLine + 1]) {
     std::size_t length = 0;
     int c = 0;

@@ -1,5 +1,5 @@
-// Which command function a command's second word asks for: one table for each command, and the one
-// function that walks them.
+// Selects the command function by the second word: one table for each command, and the one function
+// that searches them.
 #include "cli/routes.h"
 
 #include <span>
@@ -29,13 +29,13 @@ using CommandFunction = int(int wordCount, char** words);
 namespace {
 struct Route {
     const char* keyword;
-    CommandFunction* function; // null for the action marker: the word after it is looked up instead
+    CommandFunction* function; // null for the action marker "-a": the next word is looked up instead
 };
 
 struct DispatchTable {
-    CommandFunction* alone; // for the command word alone; null when it never stands alone
+    CommandFunction* defaultHandler; // for the command word alone; null when it needs more words
     std::span<const Route> routes;
-    const char* failure;
+    const char* errorMessage;
 };
 } // namespace
 
@@ -46,16 +46,16 @@ static const Route* findSubcommand(std::span<const Route> routes, const char* wo
     return nullptr;
 }
 
-// Calls the function that the second word asks for, or the third after the action marker. A marker
-// after the marker leads nowhere.
-static int dispatch(int wordCount, char** words, const DispatchTable& routing) {
-    if (wordCount == 1 && routing.alone != nullptr)
-        return routing.alone(wordCount, words);
-    const Route* route = findSubcommand(routing.routes, words[1]);
+// Calls the function for the second word or, after the action marker, for the third. A second marker is
+// an unknown word.
+static int dispatch(int wordCount, char** words, const DispatchTable& table) {
+    if (wordCount == 1 && table.defaultHandler != nullptr)
+        return table.defaultHandler(wordCount, words);
+    const Route* route = findSubcommand(table.routes, words[1]);
     if (route != nullptr && route->function == nullptr)
-        route = findSubcommand(routing.routes, words[2]);
+        route = findSubcommand(table.routes, words[2]);
     if (route == nullptr || route->function == nullptr)
-        return fail(Result::unknownCommand, routing.failure);
+        return fail(Result::unknownCommand, table.errorMessage);
     return route->function(wordCount, words);
 }
 

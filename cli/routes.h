@@ -1,5 +1,5 @@
-// The handlers of the command words: each looks at the second word (the third after "-a") and calls
-// the command function that does the work, with the words unchanged.
+// The handlers of the command words. All but do_cmd_help look at the second word (the third after "-a")
+// and call the command function that does the work, with the words unchanged.
 #pragma once
 
 int do_cmd_battery(int wordCount, char** words);
@@ -19,3 +19,7 @@ int do_cmd_phydrv(int wordCount, char** words);
 int do_cmd_rebuild(int wordCount, char** words);
 int do_cmd_redundancyCheck(int wordCount, char** words);
 int do_cmd_sync(int wordCount, char** words);
+
+// help and ?, in cmddef.cpp: prints both texts of the second word, or of the command word when it is the
+// only one. Always Result::badCount.
+int do_cmd_help(int wordCount, char** words);

@@ -1,4 +1,4 @@
-// Hearing what the commands compare an unknown word with.
+// Records what the commands compare an unknown word with.
 #include "completions/interpose.h"
 
 #include <algorithm>
@@ -11,18 +11,17 @@
 #include "util/utils.h"
 #include "util/words.h"
 
-// What those below stand in for, under the names that the build gives them.
+// The originals, under the names that CMakeLists.txt gives them.
 int realStrCmpNoCase(const char* a, const char* b);
 const char* realStrstrNoCase(const char* haystack, const char* needle);
 bool realKeyContains(const char* item, const char* word);
-Option realTextOption(const char* letter, const char** word);
-Option realListOption(const char* letter, std::uint32_t* numbers, int* count, int room,
-                      std::uint32_t typedFrom);
+Option realTextOption(const char* name, const char** word);
+Option realListOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base);
 
-static constexpr int kMaxComparisons =
-    1000; // comparisons; no line that is read to its end takes near as many
+// Of one line. A line that is read to its end takes far fewer.
+static constexpr int kMaxComparisons = 1000;
 
-static Recording heard;
+static Recording recording;
 static int comparisons;
 
 void addNew(std::vector<std::string>* words, const std::vector<std::string>& more) {
@@ -31,17 +30,17 @@ void addNew(std::vector<std::string>* words, const std::vector<std::string>& mor
             words->push_back(word);
 }
 
-// A command that asks about the same word for ever is told in the end that it is the one.
+// After kMaxComparisons the words are equal, which ends a command that repeats the same comparison.
 int strCmpNoCase(const char* a, const char* b) {
     if (std::strcmp(a, kUnknownWord) != 0)
         return realStrCmpNoCase(a, b);
-    addNew(&heard.compared, {b});
+    addNew(&recording.compared, {b});
     return ++comparisons > kMaxComparisons ? 0 : realStrCmpNoCase(a, b);
 }
 
 static void recordSearch(const char* text, const char* word) {
     if (std::strstr(text, kUnknownWord) != nullptr)
-        addNew(&heard.sought, {word});
+        addNew(&recording.searchedFor, {word});
 }
 
 const char* strstrNoCase(const char* haystack, const char* needle) {
@@ -54,25 +53,25 @@ bool keyContains(const char* item, const char* word) {
     return realKeyContains(item, word);
 }
 
-Option textOption(const char* letter, const char** word) {
-    addNew(&heard.files, {letter});
-    return realTextOption(letter, word);
+Option textOption(const char* name, const char** word) {
+    addNew(&recording.files, {name});
+    return realTextOption(name, word);
 }
 
-Option listOption(const char* letter, std::uint32_t* numbers, int* count, int room, std::uint32_t typedFrom) {
-    addNew(&heard.lists, {letter});
-    return realListOption(letter, numbers, count, room, typedFrom);
+Option listOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base) {
+    addNew(&recording.lists, {name});
+    return realListOption(name, numbers, count, capacity, base);
 }
 
-Recording hear(const std::vector<std::string>& line, int count) {
+Recording record(const std::vector<std::string>& line, int count) {
     static char slots[kMaxWords][kWordSize];
     static char* words[kMaxWords];
     for (std::size_t i = 0; i < kMaxWords; ++i) {
         std::snprintf(slots[i], kWordSize, "%s", i < line.size() ? line[i].c_str() : kUnknownWord);
         words[i] = slots[i];
     }
-    heard = {};
+    recording = {};
     comparisons = 0;
     cli_parse_command(count, words);
-    return heard;
+    return recording;
 }

@@ -1,4 +1,4 @@
-// Finding out which words each command takes, from what it compares unknown words with.
+// Finds out which words each command accepts, from the words that it compares unknown words with.
 #include "completions/probe.h"
 
 #include <algorithm>
@@ -6,208 +6,200 @@
 #include <functional>
 #include <span>
 
-#include "cli/cmddef.h"
-#include "cli/interface.h"
+#include "cli/command_words.h"
 #include "completions/interpose.h"
 #include "util/words.h"
 
 using Line = std::vector<std::string>;
 
-static const char kMarker[] = "-a"; // an action stands behind it, where a command has actions
+static const char kActionMarker[] = "-a"; // an action follows, if the command has actions
 
 static Line operator+(Line line, const Line& more) {
     line.insert(line.end(), more.begin(), more.end());
     return line;
 }
 
-static bool isLetter(const std::string& word) {
+static bool isOption(const std::string& word) {
     return word.starts_with('-');
 }
 
-static bool holds(const Line& words, const std::string& word) {
+static bool contains(const Line& words, const std::string& word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-// Runs the line with one unknown word behind it, then with two, and so on: some commands look at a line
-// only when it has as many words as they want.
+// Runs the line followed by one unknown word, then by two, and so on: some commands read a line only if it
+// has a certain number of words.
 static Recording recordWithPadding(const Line& line) {
     Recording all;
     for (int count = static_cast<int>(line.size()) + 1; count <= kMaxWords; ++count) {
-        const Recording heard = hear(line, count);
-        addNew(&all.compared, heard.compared);
-        addNew(&all.sought, heard.sought);
-        addNew(&all.files, heard.files);
-        addNew(&all.lists, heard.lists);
+        const Recording recording = record(line, count);
+        addNew(&all.compared, recording.compared);
+        addNew(&all.searchedFor, recording.searchedFor);
+        addNew(&all.files, recording.files);
+        addNew(&all.lists, recording.lists);
     }
     return all;
 }
 
-// A value for an option whose value does not matter here. No file is made of it.
-static std::string anyValue(const Line& files, const std::string& letter) {
-    return holds(files, letter) ? kUnknownWord : "1";
+// A value for an option whose value does not matter. No file of this name can be created.
+static std::string anyValue(const Line& files, const std::string& option) {
+    return contains(files, option) ? kUnknownWord : "1";
 }
 
-// The letters that the command looks for behind start and one of the first; letters are known already.
-static Line probeOptions(const Line& start, Line first, Line letters, Recording* all) {
+// Adds the options that the command compares further words with, after start and one of the first ones.
+static Line probeOptions(const Line& start, Line first, Line options, Recording* all) {
     for (std::size_t i = 0; i < first.size(); ++i)
-        for (const Line& option : {Line{first[i]}, Line{first[i], anyValue(all->files, first[i])}}) {
-            const Recording heard = recordWithPadding(start + option);
-            addNew(&all->files, heard.files);
-            addNew(&all->lists, heard.lists);
-            addNew(&letters, heard.compared);
-            addNew(&first, heard.compared);
+        for (const Line& words : {Line{first[i]}, Line{first[i], anyValue(all->files, first[i])}}) {
+            const Recording recording = recordWithPadding(start + words);
+            addNew(&all->files, recording.files);
+            addNew(&all->lists, recording.lists);
+            addNew(&options, recording.compared);
+            addNew(&first, recording.compared);
         }
-    return letters;
+    return options;
 }
 
 namespace {
-// What is known of a command's use while it is being asked.
+// What is known of a usage so far.
 struct ProbeContext {
     Line start;
-    Line letters;
+    Line options;
     Line files;
     Line lists;
 };
 } // namespace
 
-// Runs the line that ends in the given words, with any of the other options before them, until one is
-// heard out: a line may have to name things before the command looks at its end.
-static Recording recordUntil(const ProbeContext& asked, const std::string& letter, const Line& end,
-                             const std::function<bool(const Recording&)>& enough) {
+// Runs lines that end in the option and the given words, each with other options before them, until a
+// recording is accepted: a command may require other options before it reads these.
+static Recording recordUntil(const ProbeContext& context, const std::string& option, const Line& end,
+                             const std::function<bool(const Recording&)>& isAccepted) {
     Line others;
-    for (const std::string& other : asked.letters)
-        if (other != letter)
+    for (const std::string& other : context.options)
+        if (other != option)
             others.push_back(other);
     for (unsigned chosen = 0; chosen < 1U << others.size(); ++chosen) {
-        Line line = asked.start;
+        Line line = context.start;
         for (std::size_t i = 0; i < others.size(); ++i)
             if ((chosen >> i & 1U) != 0)
-                line = line + Line{others[i], anyValue(asked.files, others[i])};
-        line = line + Line{letter} + end;
+                line = line + Line{others[i], anyValue(context.files, others[i])};
+        line = line + Line{option} + end;
         if (line.size() > kMaxWords)
             continue;
-        Recording heard = hear(line, static_cast<int>(line.size()));
-        if (enough(heard))
-            return heard;
+        Recording recording = record(line, static_cast<int>(line.size()));
+        if (isAccepted(recording))
+            return recording;
     }
     return {};
 }
 
-// Behind a flag the next word is compared with the options; behind any other it is the value.
-static bool isFlag(const ProbeContext& asked, const std::string& letter) {
-    const auto compared = [](const Recording& heard) { return !heard.compared.empty(); };
-    return compared(recordUntil(asked, letter, {kUnknownWord}, compared));
+// After a flag the next word is compared with the options; after any other option it is the value.
+static bool isFlag(const ProbeContext& context, const std::string& option) {
+    const auto compared = [](const Recording& recording) { return !recording.compared.empty(); };
+    return compared(recordUntil(context, option, {kUnknownWord}, compared));
 }
 
-static Line soughtIn(const ProbeContext& asked, const std::string& letter, const std::string& text) {
-    return recordUntil(asked, letter, {text}, [](const Recording& heard) { return !heard.sought.empty(); })
-        .sought;
+static Line searchedWords(const ProbeContext& context, const std::string& option, const std::string& text) {
+    return recordUntil(context, option, {text},
+                       [](const Recording& recording) { return !recording.searchedFor.empty(); })
+        .searchedFor;
 }
 
-// Whether the item behind this one is still looked at: some words of a table end the command.
-static bool isTaken(const ProbeContext& asked, const std::string& letter, const std::string& item) {
+// Whether the command goes on to the item after this one: it rejects some words of a table.
+static bool isAllowed(const ProbeContext& context, const std::string& option, const std::string& item) {
     std::string text = item;
     text.append(",").append(kUnknownWord);
-    return !soughtIn(asked, letter, text).empty();
+    return !searchedWords(context, option, text).empty();
 }
 
-// The words sought in a key's value that are no keys.
-static Line askSettingValues(const ProbeContext& asked, const std::string& letter, const std::string& key,
-                             const Line& keys) {
+// The words other than keys that the command searches the value for.
+static Line probeValues(const ProbeContext& context, const std::string& option, const std::string& key,
+                        const Line& keys) {
     const std::string start = key + "=";
     Line values;
-    for (const std::string& word : soughtIn(asked, letter, start + kUnknownWord))
-        if (!holds(keys, word) && isTaken(asked, letter, start + word))
+    for (const std::string& word : searchedWords(context, option, start + kUnknownWord))
+        if (!contains(keys, word) && isAllowed(context, option, start + word))
             values.push_back(word);
     return values;
 }
 
-static void probeKeys(const ProbeContext& asked, const std::string& letter, Words* words) {
-    const Line keys = soughtIn(asked, letter, kUnknownWord);
+static void probeKeys(const ProbeContext& context, const std::string& option, Usage* usage) {
+    const Line keys = searchedWords(context, option, kUnknownWord);
     for (const std::string& key : keys)
-        words->settings.push_back({letter, key, askSettingValues(asked, letter, key, keys)});
+        usage->settings.push_back({option, key, probeValues(context, option, key, keys)});
 }
 
-// Whether the line makes a file of any length.
+// Whether the line creates a file that is not empty.
 static bool writesFile(const Line& line, const std::string& path) {
-    hear(line, static_cast<int>(line.size()));
+    record(line, static_cast<int>(line.size()));
     std::FILE* file = std::fopen(path.c_str(), "r");
-    const bool written = file != nullptr && std::fgetc(file) != EOF;
+    const bool created = file != nullptr && std::fgetc(file) != EOF;
     if (file != nullptr)
         std::fclose(file);
     std::remove(path.c_str());
-    return written;
+    return created;
 }
 
-// Of a command that writes a file: the numbers that make it write any.
-static Line probeTypes(const ProbeContext& asked, const std::string& letter) {
-    static const std::string path = "cli-words.tmp";
+// The numbers for which a command that writes a file writes anything.
+static Line probeTypes(const ProbeContext& context, const std::string& option) {
+    static const std::string path = "gen-completions.tmp";
     Line types;
-    for (int number = 0; asked.files.size() == 1 && number < 10; ++number) {
-        const Line option = {letter, std::to_string(number), asked.files[0], path};
-        if (writesFile(asked.start + option, path))
-            types.push_back(std::to_string(number));
+    for (int number = 0; context.files.size() == 1 && number < 10; ++number) {
+        const std::string type = std::to_string(number);
+        if (writesFile(context.start + Line{option, type, context.files[0], path}, path))
+            types.push_back(type);
     }
     return types;
 }
 
-static Words probeAction(const Line& start, const Line& first, const Line& known, Recording heard) {
-    const Line letters = probeOptions(start, first, known, &heard);
-    const ProbeContext asked = {start, letters, heard.files, heard.lists};
-    Words words;
-    for (const std::string& letter : asked.letters) {
-        if (holds(asked.files, letter))
-            words.options.push_back({letter, OptionWord::file, {}});
-        else if (isFlag(asked, letter))
-            words.options.push_back({letter, OptionWord::flag, {}});
+static Usage probeAction(const Line& start, const Line& first, const Line& known, Recording recording) {
+    const Line options = probeOptions(start, first, known, &recording);
+    const ProbeContext context = {start, options, recording.files, recording.lists};
+    Usage usage;
+    for (const std::string& option : context.options) {
+        if (contains(context.files, option))
+            usage.options.push_back({option, OptionWord::file, {}});
+        else if (isFlag(context, option))
+            usage.options.push_back({option, OptionWord::flag, {}});
         else {
-            words.options.push_back({letter, OptionWord::value, probeTypes(asked, letter)});
-            if (!holds(asked.lists, letter)) // some commands look for keys in any last word
-                probeKeys(asked, letter, &words);
+            usage.options.push_back({option, OptionWord::value, probeTypes(context, option)});
+            if (!contains(context.lists, option)) // some commands search any last word for keys
+                probeKeys(context, option, &usage);
         }
     }
-    return words;
+    return usage;
 }
 
-static CommandWords askCommand(const char* name) {
-    CommandWords command = {name, false, {}, {}};
-    Line letters, actions;
+static CommandGrammar probeCommand(const char* name) {
+    CommandGrammar command = {name, false, {}, {}};
+    Line options, actions;
     for (const std::string& word : recordWithPadding({name}).compared)
-        (isLetter(word) ? letters : actions).push_back(word);
+        (isOption(word) ? options : actions).push_back(word);
     if (!actions.empty())
-        std::erase(letters, kMarker);
-    // Not all that may follow the command word is then taken as an option.
-    command.uses.push_back(probeAction({name}, letters, {}, {}));
+        std::erase(options, kActionMarker);
+    // Some commands route a word that they do not accept as an option afterwards.
+    command.usages.push_back(probeAction({name}, options, {}, {}));
     for (const std::string& action : actions) {
-        const Line start = {name, kMarker, action};
-        const Recording heard = recordWithPadding(start);
-        command.uses.push_back(probeAction(start, heard.compared, heard.compared, heard));
-        command.uses.back().action = action;
+        const Line start = {name, kActionMarker, action};
+        const Recording recording = recordWithPadding(start);
+        command.usages.push_back(probeAction(start, recording.compared, recording.compared, recording));
+        command.usages.back().action = action;
     }
     return command;
 }
 
-static const Command* findCommand(const char* name) {
-    for (const Command& command : cmdTable)
-        if (std::string(command.name) == name)
-            return &command;
-    return nullptr;
-}
-
-std::vector<CommandWords> probeCommands() {
+std::vector<CommandGrammar> probeCommands() {
     static_cast<void>(std::freopen("/dev/null", "w", stdout));
     Line topics;
-    for (const CommandDefinition& definition : ls_icdCmdDefs)
-        topics.emplace_back(definition.name);
-    std::vector<CommandWords> commands;
-    for (const CommandDefinition& definition : ls_icdCmdDefs) {
-        const Command* command = findCommand(definition.name);
-        if (command == nullptr)
-            commands.push_back({definition.name, true, {}, {}});
-        else if (command->handler == do_cmd_help)
-            commands.push_back({definition.name, false, topics, {}});
+    for (const CommandWord& word : commandWords)
+        topics.emplace_back(word.name);
+    std::vector<CommandGrammar> commands;
+    for (const CommandWord& word : commandWords) {
+        if (word.handler == nullptr)
+            commands.push_back({word.name, true, {}, {}});
+        else if (word.handler == do_cmd_help)
+            commands.push_back({word.name, false, topics, {}});
         else
-            commands.push_back(askCommand(definition.name));
+            commands.push_back(probeCommand(word.name));
     }
     return commands;
 }

@@ -1,6 +1,5 @@
-// Asking the commands which words they take. Nothing is typed a second time here: a word that means
-// nothing is put into a line, the line is run as a user's would be, and the words that the commands
-// compare it with are heard.
+// Finds out which words each command accepts. No word is listed here: a line with an unknown word runs
+// as a user's line would, and the words that the command compares it with are recorded.
 #pragma once
 
 #include <string>
@@ -9,30 +8,30 @@
 struct OptionWord {
     enum Kind { flag, value, file };
 
-    std::string letter; // with its dash
+    std::string name; // with its dash
     Kind kind = value;
-    std::vector<std::string> values; // the words its value may be, when it takes but a few
+    std::vector<std::string> values; // all values, if the option has only a few
 };
 
 struct SettingWord {
-    std::string letter; // of the option whose value is the settings text
+    std::string option; // whose value is the settings text
     std::string key;
     std::vector<std::string> values; // empty for numbers and names
 };
 
 // What may follow a command word, or a command word and an action.
-struct Words {
+struct Usage {
     std::string action; // empty: none
     std::vector<OptionWord> options;
     std::vector<SettingWord> settings;
 };
 
-struct CommandWords {
+struct CommandGrammar {
     std::string name;
-    bool promptOnly = false;         // never a command of the shell's line
-    std::vector<std::string> topics; // the words that help takes
-    std::vector<Words> uses;         // the one without an action first
+    bool promptOnly = false;         // not accepted as an argument of the program
+    std::vector<std::string> topics; // the words that help accepts
+    std::vector<Usage> usages;       // the one without an action first
 };
 
-// All commands, in the order of their table. Standard output is lost to the commands from here on.
-std::vector<CommandWords> probeCommands();
+// All commands, in the order of their table. Afterwards standard output goes to /dev/null.
+std::vector<CommandGrammar> probeCommands();

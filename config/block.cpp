@@ -1,18 +1,18 @@
-// Bounded writing of block texts, and the words and numbers of a configuration file.
+// Writes block texts within their bounds, and reads the words and numbers of a configuration file.
 #include "config/block.h"
 
 #include <cctype>
 #include <cstdarg>
 
 void append(BlockText* block, const char* format, ...) {
-    const std::size_t room = kBlockTextSize - block->length;
+    const std::size_t available = kBlockTextSize - block->length;
     std::va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(block->text + block->length, room, format, arguments);
+    const int length = std::vsnprintf(block->text + block->length, available, format, arguments);
     va_end(arguments);
     if (length > 0)
         block->length +=
-            static_cast<std::size_t>(length) < room ? static_cast<std::size_t>(length) : room - 1;
+            static_cast<std::size_t>(length) < available ? static_cast<std::size_t>(length) : available - 1;
 }
 
 bool readToken(std::FILE* file, Token* token) {
@@ -32,7 +32,7 @@ bool readToken(std::FILE* file, Token* token) {
 }
 
 void readInteger(std::FILE* file, int* number) {
-    // A missing number is no fault: the word in its place is tried as the next key.
+    // Compatibility: a missing number is no error; the word in its place is read as the next key.
     static_cast<void>(std::fscanf(file, "%d", number));
 }
 

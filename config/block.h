@@ -1,5 +1,6 @@
-// Blocks of the configuration file: a run of "key value" lines closed by an end marker. A kind of
-// block is one table of keys, each with how its value is written and read; here is what walks them.
+// Blocks of the configuration file: "key value" lines, closed by an end marker. Each kind of block has
+// one table of its keys, with a function to write and one to read the value. The functions here walk
+// these tables.
 #pragma once
 
 #include <cstddef>
@@ -11,15 +12,15 @@
 
 inline constexpr char kEndMarker[] = "[End]";
 
-// The text of one block as it is written; what does not fit is dropped.
+// The text of one block; what does not fit is dropped.
 inline constexpr std::size_t kBlockTextSize = 2048;
 struct BlockText {
-    char* text; // kBlockTextSize bytes of the caller's
+    char* text; // kBlockTextSize bytes, owned by the caller
     std::size_t length;
 };
 [[gnu::format(printf, 2, 3)]] void append(BlockText* block, const char* format, ...);
 
-// A whitespace-delimited word of the file; longer ones are cut.
+// A word of the file, delimited by white space; longer ones are cut.
 struct Token {
     char text[128];
 };
@@ -27,19 +28,19 @@ struct Token {
 // Reads the next word; false when the file ends before one. Stops before the white space after it.
 bool readToken(std::FILE* file, Token* token);
 
-// Reads a number as scanf does: what is no number stays in the file, and *number as it was.
+// Reads a number as scanf does: anything else stays in the file and leaves *number unchanged.
 void readInteger(std::FILE* file, int* number);
 
-// Reads one word as a flag: set by "Enable" in any case, cleared by anything else.
+// Reads one word as a flag: "Enable" in any case sets it, anything else clears it.
 bool readEnable(std::FILE* file);
 
-// One key. Where the writer's and the reader's idea of a value differ, the row says why.
+// One key. If a value is written and read differently, a comment at the row says why.
 template <typename Source, typename Record>
 struct Key {
     const char* key; // with its angle brackets, exact
     void (*write)(BlockText* text, const Source& source);
     void (*read)(std::FILE* file, Record* record);
-    bool (*written)(const Source& source) = nullptr; // null: always
+    bool (*shouldWrite)(const Source& source) = nullptr; // null: always
 };
 
 // Reads a number into any integer field, cut to its width.
@@ -55,13 +56,13 @@ void readFlag(std::FILE* file, Record* record) {
     record->*field = readEnable(file);
 }
 
-// Writes the key lines and the end marker into text, which has room for kBlockTextSize bytes.
+// Writes the key lines and the end marker to text, which has kBlockTextSize bytes.
 template <typename Source, typename Record>
 void writeBlock(std::span<const Key<Source, Record>> keys, const Source& source, char* text) {
     BlockText block = {text, 0};
     text[0] = '\0';
     for (const Key<Source, Record>& row : keys) {
-        if (row.written != nullptr && !row.written(source))
+        if (row.shouldWrite != nullptr && !row.shouldWrite(source))
             continue;
         append(&block, "%s ", row.key);
         row.write(&block, source);
@@ -70,9 +71,9 @@ void writeBlock(std::span<const Key<Source, Record>> keys, const Source& source,
     append(&block, "%s \n", kEndMarker);
 }
 
-// Reads a block into a record, which is cleared before: the index after the marker, then key lines, in
-// any order, up to the end marker or the end of the file. A word that is no key is passed over, and so
-// is its value; of a key that comes twice the last counts.
+// Clears the record and reads a block into it: the index after the marker, then key lines in any order,
+// up to the end marker or the end of the file. Unknown keys and their values are skipped. The last of
+// several lines with the same key counts.
 template <typename Source, typename Record>
 void readBlock(std::span<const Key<Source, Record>> keys, std::FILE* file, Record* record) {
     *record = {};

@@ -39,12 +39,12 @@ static const Key<Source, Record> keys[] = {
     {"<EncPollInt>",
      [](BlockText* text, const Source& s) { append(text, "%d", s.settings->encPollInterval); },
      readNumber<&Record::encPollInterval>},
-    // A number in the file, applied as a flag.
+    // Compatibility: a number in the file, applied as a flag.
     {"<RebuildPolicy>",
      [](BlockText* text, const Source& s) { append(text, "%d", s.settings->rebuildPolicy); },
      readNumber<&Record::rebuildPolicy>},
-    // Written as "On", which does not set a flag: an exported state always reads back as off. Like the
-    // count of spares it is shown, never applied.
+    // Compatibility: written as "On" or "Off", neither of which sets a flag, so that an exported state
+    // always reads back as off. The buzzer and the spare count are displayed, never applied.
     {"<BuzzerEnable>", [](BlockText* text, const Source& s) { append(text, "%s", onOffText(s.buzzer)); },
      readFlag<&Record::buzzer>},
     {"<GlobalSpare>", [](BlockText* text, const Source& s) { append(text, "%d", s.globalSpareCount); },
@@ -62,7 +62,7 @@ int GetControllerConfig(std::FILE* file, CtrlConfigRecord* record) {
     return 0;
 }
 
-// The rebuild policy is not shown.
+// Compatibility: the rebuild policy is not displayed.
 void DisplayControllerConfig(CtrlConfigRecord record) {
     openDisplay("Controller setting", record.setIndex);
     showWord("Auto Rebuild", enableText(record.autoRebuild));

@@ -1,4 +1,4 @@
-// The frame and the lines of displayed records.
+// Prints the frame and the lines of displayed records.
 #include "config/display.h"
 
 #include <cstdio>

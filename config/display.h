@@ -1,4 +1,4 @@
-// How the records of a configuration file are shown: a frame around "label : value" lines.
+// The display of configuration file records: a frame around "label : value" lines.
 #pragma once
 
 void openDisplay(const char* kind, int setIndex);

@@ -1,5 +1,5 @@
-// The export command: asks the adapters for everything they are set to, and writes it block by block.
-// Failed calls leave zeroes, which are written.
+// The export command: reads all settings from the adapters and writes them block by block.
+// Compatibility: after a failed call, zeroes are written.
 #include "config/export.h"
 
 #include <cstring>
@@ -25,7 +25,7 @@ static int countGlobalSpares(const PhyDrvInfo& drive) {
     return count;
 }
 
-// The first drive's spares are counted once for every drive: that is the number the format carries.
+// Compatibility: the spares of the first drive, times the number of drives.
 int GetSpareInfo(std::uint32_t controller, int countGlobal, int* count) {
     const PhyDrvQuery query = {0, kMaxDrives, kAllDrives, {}};
     Reply<PhyDrvInfo, kMaxDrives> reply = {};
@@ -75,20 +75,21 @@ static const ExtentEntry* findExtent(const PhyDrvInfo& drive, std::uint16_t arra
     return nullptr;
 }
 
-// Lists, for each member, the index of its extent that belongs to the array. A member without one adds
-// nothing, so that the list's tail keeps what an earlier array left there.
+// Lists, for each member, the index of its extent that belongs to the array. Compatibility: a member
+// without one adds no entry, so that the end of the list is left over from an earlier array.
 static void listExtents(std::uint32_t controller, const LogDrvInfo& array, std::uint8_t* list) {
-    int listed = 0;
+    int count = 0;
     for (int i = 0; i < boundedMemberCount(array); ++i) {
         const PhyDrvQuery query = {array.memberIds[i], 1, kAllDrives, {}};
         Reply<PhyDrvInfo, 1> reply = {};
         q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
         if (const ExtentEntry* extent = findExtent(reply.record[0], array.arrayId))
-            list[listed++] = static_cast<std::uint8_t>(extent->index);
+            list[count++] = static_cast<std::uint8_t>(extent->index);
     }
 }
 
-// Writes the blocks of one controller's logical drives; *index and the extent list go on through all.
+// Writes the blocks of one controller's logical drives. *index and the extent list continue over all
+// controllers.
 static void writeLogDrvs(std::uint32_t controller, std::FILE* stream, int* index, std::uint8_t* extentList) {
     const LogDrvQuery all = {0, kMaxLogDrvs};
     Reply<LogDrvInfo, kMaxLogDrvs> drives = {};
@@ -122,7 +123,7 @@ enum ExportType : std::uint32_t {
     kExportLogDrvs = 3,
 };
 
-// Other types are skipped without a message.
+// Compatibility: other types are ignored without a message.
 static void writeType(std::uint32_t type, std::uint32_t hbaCount, std::FILE* stream) {
     if (type == kExportAll || type == kExportControllers)
         WriteCtrlSettings(hbaCount, stream);
@@ -132,7 +133,7 @@ static void writeType(std::uint32_t type, std::uint32_t hbaCount, std::FILE* str
         WriteLDSettings(hbaCount, stream);
 }
 
-// Writes the types in the order given; one that means all stands for the whole list.
+// Writes the types in the order given; kExportAll anywhere in the list replaces the whole list.
 static void writeTypes(const IdList<>& types, std::uint32_t hbaCount, std::FILE* stream) {
     if (SearchItemIntList(types.id, types.count, kExportAll)) {
         writeType(kExportAll, hbaCount, stream);
@@ -142,7 +143,7 @@ static void writeTypes(const IdList<>& types, std::uint32_t hbaCount, std::FILE*
         writeType(types.id[i], hbaCount, stream);
 }
 
-// Closes the file; false when it was not written whole.
+// Closes the file; false if not all of it was written.
 static bool closeChecked(std::FILE* file) {
     const bool written = std::ferror(file) == 0;
     return std::fclose(file) == 0 && written;
@@ -170,6 +171,7 @@ int ExportFile(int wordCount, char** words) {
         return fail(Result::notFound, "No controller is existed");
     }
     writeTypes(types, hbaCount, file);
-    // A torn backup must not be trusted: a full disk is a file that could not be created.
+    // An incomplete file is useless as a backup: a full file system is reported like a file that cannot be
+    // created.
     return closeChecked(file) ? Result::done : failFile(name);
 }

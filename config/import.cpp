@@ -1,5 +1,5 @@
-// The import command: reading the file block by block, displaying it or keeping what was selected.
-// Applying the kept records is in import_apply.cpp.
+// The import command: reads the file block by block, and displays it or collects the selected records.
+// import_apply.cpp applies them.
 #include "config/import.h"
 
 #include <cstdio>
@@ -12,7 +12,7 @@
 namespace {
 enum class BlockKind { ctrl, phyDrv, logDrv, end, badKeyword };
 
-// The block read last; only the record of its kind means something.
+// The last block read; only the record of its kind is valid.
 struct ConfigBlock {
     CtrlConfigRecord ctrl;
     PhyDrvConfigRecord phyDrv;
@@ -21,12 +21,12 @@ struct ConfigBlock {
 
 struct ConfigReader {
     std::FILE* file;
-    bool sawToken; // whether the file held any word so far
+    bool sawToken; // whether any word was read
 };
 } // namespace
 
-// Reads the next block. A word that is no marker ends the reading with a message, unless it is the very
-// end of the file.
+// Reads the next block. A word that is not a marker ends the file with a message. Compatibility: without a
+// message if the file ends with the word.
 static BlockKind nextBlock(ConfigReader* reader, ConfigBlock* block) {
     Token token;
     while (readToken(reader->file, &token)) {
@@ -56,7 +56,7 @@ static int failOpen(const char* fileName) {
     return Result::noFile;
 }
 
-// What the end of the reading means.
+// The result code after the last block.
 static int importStatus(const ConfigReader& reader, BlockKind last) {
     if (last == BlockKind::badKeyword)
         return Result::badKeyword;
@@ -82,7 +82,7 @@ int DisplayImportFile(const char* fileName) {
 }
 
 namespace {
-// Which blocks of a kind are kept: all, or those with a listed set index.
+// The selected blocks of a kind: all, or those with a listed set index.
 struct Selection {
     bool all;
     int count;
@@ -95,29 +95,30 @@ static bool isSelected(const Selection& selection, int setIndex) {
            SearchItemIntList(selection.list, selection.count, static_cast<std::uint32_t>(setIndex));
 }
 
-// Keeps the record if it is selected; false when there is no more room for it.
-template <typename Record, int Room>
-static bool keep(const Record& record, const Selection& selection, Record (&kept)[Room], int* count) {
+// Adds the record if it is selected; false when the array is full.
+template <typename Record, int capacity>
+static bool collect(const Record& record, const Selection& selection, Record (&records)[capacity],
+                    int* count) {
     if (!isSelected(selection, record.setIndex))
         return true;
-    if (*count == Room)
+    if (*count == capacity)
         return false;
-    kept[(*count)++] = record;
+    records[(*count)++] = record;
     return true;
 }
 
 static int readSelected(ConfigReader* reader, const Selection& ctrls, const Selection& phyDrvs,
-                        const Selection& logDrvs, ImportSet* kept) {
+                        const Selection& logDrvs, ImportSet* set) {
     ConfigBlock block;
     for (;;) {
         const BlockKind kind = nextBlock(reader, &block);
         bool fits = true;
         if (kind == BlockKind::ctrl)
-            fits = keep(block.ctrl, ctrls, kept->ctrl, &kept->ctrlCount);
+            fits = collect(block.ctrl, ctrls, set->ctrl, &set->ctrlCount);
         else if (kind == BlockKind::phyDrv)
-            fits = keep(block.phyDrv, phyDrvs, kept->phyDrv, &kept->phyDrvCount);
+            fits = collect(block.phyDrv, phyDrvs, set->phyDrv, &set->phyDrvCount);
         else if (kind == BlockKind::logDrv)
-            fits = keep(block.logDrv, logDrvs, kept->logDrv, &kept->logDrvCount);
+            fits = collect(block.logDrv, logDrvs, set->logDrv, &set->logDrvCount);
         else
             return importStatus(*reader, kind);
         if (!fits)
@@ -129,19 +130,19 @@ static int readSelected(ConfigReader* reader, const Selection& ctrls, const Sele
 int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCount,
                           const std::uint32_t* ctrlList, int pdCount, const std::uint32_t* pdList,
                           int ldCount, const std::uint32_t* ldList) {
-    static ImportSet kept; // too large for the stack; only the counts matter from one import to the next
-    kept.ctrlCount = kept.phyDrvCount = kept.logDrvCount = 0;
+    static ImportSet set; // too large for the stack
+    set.ctrlCount = set.phyDrvCount = set.logDrvCount = 0;
     ConfigReader reader = {std::fopen(fileName, "r"), false};
     if (reader.file == nullptr)
         return failOpen(fileName);
     const int result = readSelected(&reader, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
-                                    {all, ldCount, ldList}, &kept);
+                                    {all, ldCount, ldList}, &set);
     std::fclose(reader.file);
-    return result != Result::done ? result : applyRecords(kept, clear);
+    return result != Result::done ? result : applyRecords(set, clear);
 }
 
-template <int Room>
-static void sortList(IdList<Room>* list) {
+template <int capacity>
+static void sortList(IdList<capacity>* list) {
     MergeSortIntegerList(reinterpret_cast<int*>(list->id), 0, list->count - 1);
 }
 
@@ -154,10 +155,10 @@ int ImportFile(int wordCount, char** words) {
     Option options[] = {
         listOption("-k", &ctrls),      driveListOption("-p", &phyDrvs), listOption("-l", &logDrvs),
         textOption("-f", &name),       flagOption("-i", &displayOnly),  flagOption("-c", &clear),
-        flagOption("-a", &everything), // the default; it adds nothing
+        flagOption("-a", &everything), // the default; has no effect
     };
     for (int list = 0; list < 3; ++list)
-        options[list].given = &selected; // any of the lists drops all blocks that none of them names
+        options[list].given = &selected; // any list drops all blocks that no list selects
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 

@@ -10,7 +10,7 @@ int ImportFile(int wordCount, char** words);
 // Displays every block of the file. Result::done, badKeyword or emptyFile.
 int DisplayImportFile(const char* fileName);
 
-// Reads the file, keeps all blocks or those whose set indexes are listed, checks them against the
+// Reads the file, selects all blocks or those whose set indexes are listed, checks them against the
 // adapters present and applies them. clear: delete the logical drives of the controllers and create
 // them again from the file.
 int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCount,

@@ -1,5 +1,5 @@
-// Applying a configuration file's records: every setting goes through the command that a user would
-// type, so that one set of checks guards both roads.
+// Applies the records of a configuration file. Each one runs the command that a user would type, so that
+// the same checks apply.
 #include <cstdarg>
 #include <initializer_list>
 
@@ -14,10 +14,10 @@
 #include "util/vocabulary.h"
 #include "util/words.h"
 
-static constexpr std::uint32_t kMaxControllers = 4; // that an import handles
+static constexpr std::uint32_t kMaxImportControllers = 4; // further controllers are ignored
 
 namespace {
-// The words of a command, in a word table of their own.
+// Builds the words of a command in a separate word table.
 struct ArgvBuilder {
     int count;
     char slot[kMaxWords][kWordSize];
@@ -25,7 +25,7 @@ struct ArgvBuilder {
 };
 } // namespace
 
-// Adds a word; what does not fit its slot is cut.
+// Appends a word, cut to its slot.
 [[gnu::format(printf, 2, 3)]] static void appendArg(ArgvBuilder* words, const char* format, ...) {
     char* slot = words->slot[words->count];
     words->word[words->count++] = slot;
@@ -35,7 +35,7 @@ struct ArgvBuilder {
     va_end(arguments);
 }
 
-static void addWords(ArgvBuilder* words, std::initializer_list<const char*> texts) {
+static void appendArgs(ArgvBuilder* words, std::initializer_list<const char*> texts) {
     for (const char* text : texts)
         appendArg(words, "%s", text);
 }
@@ -48,7 +48,7 @@ int ImpFileSetCtrlSettings(const CtrlConfigRecord* record) {
     if (record == nullptr)
         return 0;
     ArgvBuilder words = {};
-    addWords(&words, {"ctrl", "-a", "mod", "-i"});
+    appendArgs(&words, {"ctrl", "-a", "mod", "-i"});
     appendArg(&words, "%d", record->setIndex);
     appendArg(&words, "-s");
     appendArg(&words,
@@ -65,7 +65,7 @@ int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
     ArgvBuilder words = {};
-    addWords(&words, {"phydrv", "-a", "mod", "-p"});
+    appendArgs(&words, {"phydrv", "-a", "mod", "-p"});
     appendArg(&words, "%d", record->driveId);
     appendArg(&words, "-i");
     appendArg(&words, "%d", record->controller);
@@ -80,7 +80,7 @@ int ImpFileSetLogSettings(const LogDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
     ArgvBuilder words = {};
-    addWords(&words, {"logdrv", "-a", "mod", "-i"});
+    appendArgs(&words, {"logdrv", "-a", "mod", "-i"});
     appendArg(&words, "%d", record->controller);
     appendArg(&words, "-l");
     appendArg(&words, "%d", record->logDrvId);
@@ -93,14 +93,14 @@ int ImpFileSetLogSettings(const LogDrvConfigRecord* record) {
 }
 
 namespace {
-struct WordText {
+struct ArgText {
     char text[kWordSize];
 };
 } // namespace
 
 // The member IDs, each followed by a blank.
-static WordText memberListArg(const LogDrvConfigRecord& record) {
-    WordText members = {};
+static ArgText memberListArg(const LogDrvConfigRecord& record) {
+    ArgText members = {};
     std::size_t length = 0;
     for (int i = 0; i < configMembers(record) && length < sizeof members.text; ++i)
         length += static_cast<std::size_t>(
@@ -108,9 +108,9 @@ static WordText memberListArg(const LogDrvConfigRecord& record) {
     return members;
 }
 
-// The part of the creation text that only some levels have.
-static WordText levelOptions(const LogDrvConfigRecord& record) {
-    WordText part = {};
+// The settings of the creation text that only some RAID levels have.
+static ArgText levelOptions(const LogDrvConfigRecord& record) {
+    ArgText part = {};
     if (record.raidLevel == kRaidMf)
         std::snprintf(part.text, sizeof part.text, ",ParityCnt=%d,Symmetric=%d,Shift=%d", record.parityCount,
                       record.symmetric, record.shift);
@@ -123,7 +123,7 @@ int ImpFileCreateLogDrv(const LogDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
     ArgvBuilder words = {};
-    addWords(&words, {"logdrv", "-a", "add", "-i"});
+    appendArgs(&words, {"logdrv", "-a", "add", "-i"});
     appendArg(&words, "%d", record->controller);
     appendArg(&words, "-p");
     appendArg(&words, "%s", memberListArg(*record).text);
@@ -143,37 +143,37 @@ static std::uint16_t readDiskCount(std::uint32_t controller) {
     return info.diskCount;
 }
 
-static bool belongsTo(int recordController, std::uint32_t controller) {
+static bool isFor(int recordController, std::uint32_t controller) {
     return recordController == static_cast<int>(controller);
 }
 
-// Whether the controller has the drives that the records speak of.
-static int checkController(const ImportSet& kept, std::uint32_t controller, int diskCount) {
+// Checks that the controller has as many drives as the records require.
+static int checkController(const ImportSet& set, std::uint32_t controller, int diskCount) {
     int drives = 0;
-    for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
-        drives += belongsTo(record.controller, controller);
+    for (const PhyDrvConfigRecord& record : phyDrvRecords(set))
+        drives += isFor(record.controller, controller);
     if (drives > diskCount)
         return fail(Result::tooManyDrives,
                     "The physical drive number specified is greater than the one in the controller");
-    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
-        if (belongsTo(record.controller, controller) && record.memberCount > diskCount)
+    for (const LogDrvConfigRecord& record : logDrvRecords(set))
+        if (isFor(record.controller, controller) && record.memberCount > diskCount)
             return fail(Result::tooManyDrives, "The physical drive member number in logical drive "
                                                "specified is greater than the one in the controller");
     return Result::done;
 }
 
-static void applyCtrlRecord(const ImportSet& kept, std::uint32_t controller) {
-    for (int i = 0; i < kept.ctrlCount; ++i) {
-        if (belongsTo(kept.ctrl[i].setIndex, controller)) {
-            ImpFileSetCtrlSettings(&kept.ctrl[i]);
-            return; // of several for one controller the first counts
+static void applyCtrlRecord(const ImportSet& set, std::uint32_t controller) {
+    for (int i = 0; i < set.ctrlCount; ++i) {
+        if (isFor(set.ctrl[i].setIndex, controller)) {
+            ImpFileSetCtrlSettings(&set.ctrl[i]);
+            return; // Compatibility: only the first record for a controller is applied
         }
     }
 }
 
-static void applyPhyDrvRecords(const ImportSet& kept, std::uint32_t controller) {
-    for (const PhyDrvConfigRecord& record : phyDrvRecords(kept))
-        if (belongsTo(record.controller, controller))
+static void applyPhyDrvRecords(const ImportSet& set, std::uint32_t controller) {
+    for (const PhyDrvConfigRecord& record : phyDrvRecords(set))
+        if (isFor(record.controller, controller))
             ImpFileSetPhydrvSettings(&record);
 }
 
@@ -185,53 +185,53 @@ static void readLogDrvs(std::uint32_t controller, LogDrvReply* reply) {
     q5_getLogDrvInfo(hbaAddress(controller), 0, &all, reply, sizeof *reply);
 }
 
-static void recreateLogDrvs(const ImportSet& kept, std::uint32_t controller) {
+static void recreateLogDrvs(const ImportSet& set, std::uint32_t controller) {
     LogDrvReply reply;
     readLogDrvs(controller, &reply);
     for (const LogDrvInfo& drive : records(reply)) {
         const DeleteArrayRequest request = {1, drive.arrayId};
         q5_delDiskArray(hbaAddress(controller), 0, &request, sizeof request);
     }
-    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
-        if (belongsTo(record.controller, controller))
+    for (const LogDrvConfigRecord& record : logDrvRecords(set))
+        if (isFor(record.controller, controller))
             ImpFileCreateLogDrv(&record);
 }
 
-// The first record for the drive; null when there is none.
-static const LogDrvConfigRecord* findRecord(const ImportSet& kept, std::uint32_t controller, int logDrvId) {
-    for (const LogDrvConfigRecord& record : logDrvRecords(kept))
-        if (belongsTo(record.controller, controller) && record.logDrvId == logDrvId)
+// The first record for the logical drive; null when there is none.
+static const LogDrvConfigRecord* findRecord(const ImportSet& set, std::uint32_t controller, int logDrvId) {
+    for (const LogDrvConfigRecord& record : logDrvRecords(set))
+        if (isFor(record.controller, controller) && record.logDrvId == logDrvId)
             return &record;
     return nullptr;
 }
 
-static void applyLogDrvRecords(const ImportSet& kept, std::uint32_t controller, bool clear) {
+static void applyLogDrvRecords(const ImportSet& set, std::uint32_t controller, bool clear) {
     if (clear)
-        recreateLogDrvs(kept, controller);
+        recreateLogDrvs(set, controller);
     LogDrvReply reply;
     readLogDrvs(controller, &reply);
     for (const LogDrvInfo& drive : records(reply))
-        ImpFileSetLogSettings(findRecord(kept, controller, drive.logDrvId));
+        ImpFileSetLogSettings(findRecord(set, controller, drive.logDrvId));
 }
 
-int applyRecords(const ImportSet& kept, bool clear) {
-    std::uint32_t found = 0;
-    q5_getNumberOfHBA(&found);
-    if (found < static_cast<std::uint32_t>(kept.ctrlCount))
+int applyRecords(const ImportSet& set, bool clear) {
+    std::uint32_t hbaCount = 0;
+    q5_getNumberOfHBA(&hbaCount);
+    if (hbaCount < static_cast<std::uint32_t>(set.ctrlCount))
         return fail(Result::notFound, "The number of controller in the system is less than the number of "
                                       "controller specified!");
-    const std::uint32_t controllers = found < kMaxControllers ? found : kMaxControllers;
-    std::uint16_t diskCount[kMaxControllers] = {};
+    const std::uint32_t controllers = hbaCount < kMaxImportControllers ? hbaCount : kMaxImportControllers;
+    std::uint16_t diskCount[kMaxImportControllers] = {};
     for (std::uint32_t controller = 0; controller < controllers; ++controller) {
         diskCount[controller] = readDiskCount(controller);
-        if (const int result = checkController(kept, controller, diskCount[controller]))
+        if (const int result = checkController(set, controller, diskCount[controller]))
             return result;
     }
     for (std::uint32_t controller = 0; controller < controllers; ++controller) {
-        applyCtrlRecord(kept, controller);
-        applyPhyDrvRecords(kept, controller);
-        if (kept.logDrvCount > 0 && diskCount[controller] != 0)
-            applyLogDrvRecords(kept, controller, clear);
+        applyCtrlRecord(set, controller);
+        applyPhyDrvRecords(set, controller);
+        if (set.logDrvCount > 0 && diskCount[controller] != 0)
+            applyLogDrvRecords(set, controller, clear);
     }
     return Result::done;
 }

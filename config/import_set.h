@@ -1,4 +1,4 @@
-// The records of a configuration file that an import keeps, and their way to the adapters.
+// The records that an import selects from a configuration file, and the functions that apply them.
 #pragma once
 
 #include <span>
@@ -21,20 +21,20 @@ struct ImportSet {
     LogDrvConfigRecord logDrv[kMaxLogDrvRecords];
 };
 
-inline std::span<const PhyDrvConfigRecord> phyDrvRecords(const ImportSet& kept) {
-    return {kept.phyDrv, static_cast<std::size_t>(kept.phyDrvCount)};
+inline std::span<const PhyDrvConfigRecord> phyDrvRecords(const ImportSet& set) {
+    return {set.phyDrv, static_cast<std::size_t>(set.phyDrvCount)};
 }
 
-inline std::span<const LogDrvConfigRecord> logDrvRecords(const ImportSet& kept) {
-    return {kept.logDrv, static_cast<std::size_t>(kept.logDrvCount)};
+inline std::span<const LogDrvConfigRecord> logDrvRecords(const ImportSet& set) {
+    return {set.logDrv, static_cast<std::size_t>(set.logDrvCount)};
 }
 
-// Checks the records against the adapters present, then applies them: the checks end the import before
-// any change, but once begun nothing stops it. Result::done, notFound or tooManyDrives.
-int applyRecords(const ImportSet& kept, bool clear);
+// Checks the records against the adapters present, then applies them. A failed check ends the import
+// before any change; a failed change does not end it. Result::done, notFound or tooManyDrives.
+int applyRecords(const ImportSet& set, bool clear);
 
-// Apply one record through the command a user would type, whose result is ignored. Return 0, also for
-// a null record.
+// Apply one record with the command that a user would type and ignore its result. Return 0, also for a
+// null record.
 int ImpFileSetCtrlSettings(const CtrlConfigRecord* record);
 int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record);
 int ImpFileSetLogSettings(const LogDrvConfigRecord* record);

@@ -20,7 +20,7 @@ using Record = LogDrvConfigRecord;
 using Source = LogDrvSource;
 
 static void writeMembers(BlockText* text, const Source& s) {
-    LogDrvInfo raised = *s.drive; // showing the IDs raises them in place
+    LogDrvInfo raised = *s.drive; // BlockIDsString() adds 1 to the IDs in place
     append(text, "%s", BlockIDsString(boundedMemberCount(raised), raised.memberIds));
 }
 
@@ -28,8 +28,8 @@ static void writeExtents(BlockText* text, const Source& s) {
     append(text, "%s", BlockExtentIDsString(boundedMemberCount(*s.drive), s.extents));
 }
 
-// Reads a list over the first entries of numbers. How many it has is not kept: the number of members
-// has a key of its own.
+// Reads a list into the first entries of numbers. Its length is ignored: the number of members has a
+// separate key.
 static void readList(std::FILE* file, int (&numbers)[kConfigMembers]) {
     Token token;
     if (!readToken(file, &token))
@@ -43,8 +43,8 @@ static void readList(std::FILE* file, int (&numbers)[kConfigMembers]) {
         numbers[i] = static_cast<int>(values[i]);
 }
 
-// Names and cache modes hold blanks: the rest of the line is read, with the blank after the key. False
-// when the file ends with the key.
+// Names and cache modes contain blanks: the rest of the line is read, including the blank after the key.
+// False when the file ends after the key.
 static bool readLine(std::FILE* file, char (&text)[128]) {
     if (std::feof(file))
         return false;
@@ -101,7 +101,7 @@ static const Key<Source, Record> keys[] = {
     {"<LogDrvName>",
      [](BlockText* text, const Source& s) { append(text, "%.*s", FIELD_PRINTF_ARGS(s.drive->name)); },
      readName},
-    // Shown, never applied: a drive is created again by its sector count.
+    // Displayed, never applied: a logical drive is created again by its sector count.
     {"<LogDrvSize>",
      [](BlockText* text, const Source& s) {
          append(text, "%.4f", SectorCount2MBBase1000(s.drive->sectorCount));
@@ -121,7 +121,7 @@ static const Key<Source, Record> keys[] = {
     {"<LogDrvRaidMode>",
      [](BlockText* text, const Source& s) { append(text, "%s", TranslateRaidLevel2Str(s.drive->raidLevel)); },
      readRaidMode},
-    // "Auto" decides when it is read: both automatic modes come back as the same code.
+    // Compatibility: both automatic modes read back as the same code.
     {"<LogDrvCacheMode>",
      [](BlockText* text, const Source& s) {
          append(text, "%s", TranslateWriteMode2Str(static_cast<int>(s.drive->writeCacheMode)));
@@ -133,7 +133,7 @@ static const Key<Source, Record> keys[] = {
      [](std::FILE* file, Record* record) { readList(file, record->memberIds); }},
     {"<LogDrvDiskExtentIndex>", writeExtents,
      [](std::FILE* file, Record* record) { readList(file, record->extents); }},
-    // Always written as "NONE": whoever wants a new drive initialised edits the word.
+    // Always written as "NONE". To initialize a new logical drive, edit the word.
     {"<LogDrvInitMode>", [](BlockText* text, const Source&) { append(text, "NONE"); }, readInitMode},
     {"<LogDrvLookAheadValue>",
      [](BlockText* text, const Source& s) { append(text, "%d", s.settings->lookahead); },

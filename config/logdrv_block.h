@@ -8,20 +8,20 @@
 
 inline constexpr char kLogDrvMarker[] = "[LogDrvSetIndex]";
 
-inline constexpr int kConfigMembers = 128; // that a record has room for
+inline constexpr int kConfigMembers = 128;
 
 struct LogDrvConfigRecord {
     int setIndex;
     int logDrvId;
     int controller;
-    char name[132]; // at most 127 characters are read, the blank after the key among them
+    char name[132]; // at most 127 characters, including the blank after the key
     std::uint64_t sectorCount;
     int sectorSize;
     double sizeMB; // of 1,000,000 bytes
     int stripeSize;
     int raidLevel;
     int writeMode;
-    int memberCount;               // as the file says; configMembers() bounds it
+    int memberCount;               // as in the file; see configMembers()
     int memberIds[kConfigMembers]; // from 1, as in the file
     int extents[kConfigMembers];
     int initMode;
@@ -33,7 +33,7 @@ struct LogDrvConfigRecord {
     int subArrayCount;
 };
 
-// How many members of a record there are to look at.
+// The number of members in the record, limited to kConfigMembers.
 int configMembers(const LogDrvConfigRecord& record);
 
 // Formats the block's lines, without its section line, into text (kBlockTextSize bytes). extents has

@@ -27,7 +27,7 @@ static const Key<Source, Record> keys[] = {
     {"<WriteCache>",
      [](BlockText* text, const Source& s) { append(text, "%s", enableText(s.settings->writeCache)); },
      readFlag<&Record::writeCache>},
-    // "not supported" reads back as disabled; its second word is then passed over as an unknown key.
+    // Compatibility: "not supported" reads back as disabled; its second word is skipped as an unknown key.
     {"<TCQEnable>",
      [](BlockText* text, const Source& s) {
          append(text, "%s", featureText(s.settings->tcqSupported, s.settings->tcqEnabled));

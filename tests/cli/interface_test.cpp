@@ -1,20 +1,20 @@
-// Splitting lines into words and finding the handler of a command word. Where the handlers lead is
-// in routes_test.cpp.
+// Splitting lines into words and finding the handler of a command word. The routes of the handlers are
+// tested in routing/routes_test.cpp.
 #include "cli/interface.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "cli/cmddef.h"
 #include "cli/routes.h"
 #include "tests/mock_adapter.h"
+#include "util/utils.h"
 #include "util/words.h"
 
 using Words = std::vector<std::string>;
 
 namespace {
-// A word table that lives through several lines, as the program's does.
+// A word table that is kept over several lines, as in the program.
 struct WordTable {
     std::unique_ptr<char[]> slot[kMaxWords];
     char* word[kMaxWords];
@@ -22,7 +22,7 @@ struct WordTable {
 };
 } // namespace
 
-// As long as a word can be.
+// The longest words.
 static const std::string fullWord(256, 'x');
 static const std::string fullBlank(256, ' ');
 
@@ -35,13 +35,13 @@ static WordTable freshTable() {
     return table;
 }
 
-static bool goesOn(WordTable& table, std::string line) {
+static bool processLine(WordTable& table, std::string line) {
     return processCmdLine(&table.count, line.data(), table.word) != 0;
 }
 
 static Words wordsOf(const std::string& line) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, line));
+    EXPECT_TRUE(processLine(table, line));
     return {table.word, table.word + table.count};
 }
 
@@ -50,7 +50,7 @@ TEST(ProcessCmdLine, SplitsAtBlanks) {
     EXPECT_EQ(wordsOf("   ctrl   -v  "), (Words{"ctrl", "-v"}));
 }
 
-TEST(ProcessCmdLine, TakesTabsAndCarriageReturnsForOrdinaryCharacters) {
+TEST(ProcessCmdLine, TreatsTabsAndCarriageReturnsAsOrdinaryCharacters) {
     EXPECT_EQ(wordsOf("ctrl\t-i 1\r"), (Words{"ctrl\t-i", "1\r"}));
 }
 
@@ -91,65 +91,65 @@ TEST(ProcessCmdLine, CutsALongerWordIntoPieces) {
     EXPECT_EQ(wordsOf(std::string(512, 'x')), (Words{fullWord, fullWord}));
 }
 
-TEST(ProcessCmdLine, GoesOnUnquotedBehindThePieceOfALongQuotedWord) {
+TEST(ProcessCmdLine, ContinuesUnquotedAfterThePieceOfALongQuotedWord) {
     EXPECT_EQ(wordsOf("\"" + fullBlank + "x y\" z"), (Words{fullBlank, "x", "y\"", "z"}));
 }
 
-TEST(ProcessCmdLine, OpensANewQuoteBehindAFullQuotedPiece) {
+TEST(ProcessCmdLine, OpensANewQuoteAfterAFullQuotedPiece) {
     EXPECT_EQ(wordsOf("\"" + fullWord + "\" y z"), (Words{fullWord, " y z"}));
 }
 
-TEST(ProcessCmdLine, TakesSixteenWords) {
+TEST(ProcessCmdLine, AcceptsSixteenWords) {
     const Words sixteen = wordsOf("a b c d e f g h i j k l m n o p");
     EXPECT_EQ(sixteen.size(), 16u);
     EXPECT_EQ(sixteen.front(), "a");
     EXPECT_EQ(sixteen.back(), "p");
 }
 
-TEST(ProcessCmdLine, CountsMoreThanSixteenWordsAndLeavesTheSlots) {
+TEST(ProcessCmdLine, CountsMoreThanSixteenWordsAndKeepsTheSlots) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, "ctrl -v"));
-    EXPECT_TRUE(goesOn(table, "a b c d e f g h i j k l m n o p q"));
+    EXPECT_TRUE(processLine(table, "ctrl -v"));
+    EXPECT_TRUE(processLine(table, "a b c d e f g h i j k l m n o p q"));
     EXPECT_EQ(table.count, 17);
     EXPECT_STREQ(table.word[0], "ctrl");
     EXPECT_STREQ(table.word[1], "-v");
     EXPECT_STREQ(table.word[2], "");
 }
 
-TEST(ProcessCmdLine, CountsALineOfPiecesBeyondTheSlots) {
+TEST(ProcessCmdLine, CountsPiecesBeyondTheSlots) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, std::string(4096, 'x')));
+    EXPECT_TRUE(processLine(table, std::string(4096, 'x')));
     EXPECT_EQ(table.count, 16);
     std::string line;
     for (int i = 0; i < 2048; ++i)
         line += "x ";
-    EXPECT_TRUE(goesOn(table, line));
+    EXPECT_TRUE(processLine(table, line));
     EXPECT_EQ(table.count, 2048);
     EXPECT_STREQ(table.word[0], fullWord.c_str());
 }
 
-TEST(ProcessCmdLine, FindsNoWordInABlankLineAndKeepsTheSlots) {
+TEST(ProcessCmdLine, CountsNoWordInABlankLineAndKeepsTheSlots) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, "ctrl -v"));
+    EXPECT_TRUE(processLine(table, "ctrl -v"));
     for (const char* blank : {"", "     "}) {
-        EXPECT_TRUE(goesOn(table, blank));
+        EXPECT_TRUE(processLine(table, blank));
         EXPECT_EQ(table.count, 0);
         EXPECT_STREQ(table.word[0], "ctrl");
         EXPECT_STREQ(table.word[1], "-v");
     }
 }
 
-TEST(ProcessCmdLine, FindsTheFirstSlotEmptyInABlankFirstLine) {
+TEST(ProcessCmdLine, LeavesTheFirstSlotEmptyForABlankFirstLine) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, ""));
+    EXPECT_TRUE(processLine(table, ""));
     EXPECT_EQ(table.count, 0);
     EXPECT_STREQ(table.word[0], "");
 }
 
-TEST(ProcessCmdLine, LeavesTheSlotsBehindAShorterLine) {
+TEST(ProcessCmdLine, KeepsTheSlotsAfterAShorterLine) {
     WordTable table = freshTable();
-    EXPECT_TRUE(goesOn(table, "logdrv -a list"));
-    EXPECT_TRUE(goesOn(table, "mp -a"));
+    EXPECT_TRUE(processLine(table, "logdrv -a list"));
+    EXPECT_TRUE(processLine(table, "mp -a"));
     EXPECT_EQ(table.count, 2);
     EXPECT_STREQ(table.word[0], "mp");
     EXPECT_STREQ(table.word[1], "-a");
@@ -159,35 +159,37 @@ TEST(ProcessCmdLine, LeavesTheSlotsBehindAShorterLine) {
 TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
     for (const char* line : {"exit", "  ExIt   ", "EXIT", "exit now", "\"exit\""}) {
         WordTable table = freshTable();
-        EXPECT_FALSE(goesOn(table, line)) << line;
+        EXPECT_FALSE(processLine(table, line)) << line;
     }
 }
 
-TEST(ProcessCmdLine, GoesOnWhenExitIsNotTheWholeFirstWord) {
+TEST(ProcessCmdLine, ContinuesWhenExitIsNotTheWholeFirstWord) {
     for (const char* line : {"exits", "exi", "help exit", "exit\tnow", "exit\""}) {
         WordTable table = freshTable();
-        EXPECT_TRUE(goesOn(table, line)) << line;
+        EXPECT_TRUE(processLine(table, line)) << line;
     }
 }
 
-TEST(CommandTable, HoldsEveryCommandSortedWithItsHandler) {
-    const Command expected[] = {
-        {"?", do_cmd_help},        {"battery", do_cmd_battery}, {"bga", do_cmd_bga},
-        {"buzz", do_cmd_buzz},     {"ctrl", do_cmd_controller}, {"enclosure", do_cmd_enclosure},
-        {"event", do_cmd_event},   {"export", do_cmd_export},   {"extent", do_cmd_extent},
-        {"help", do_cmd_help},     {"import", do_cmd_import},   {"init", do_cmd_init},
-        {"logdrv", do_cmd_logdrv}, {"migrate", do_cmd_migrate}, {"mp", do_cmd_mediapatrol},
-        {"phydrv", do_cmd_phydrv}, {"rb", do_cmd_rebuild},      {"rc", do_cmd_redundancyCheck},
-        {"sync", do_cmd_sync},
+TEST(CommandTable, IsSortedAndCounted) {
+    ASSERT_EQ(numCmd, static_cast<int>(cmdTable.size()));
+    for (int i = 1; i < numCmd; ++i)
+        EXPECT_EQ(strCmpNoCase(cmdTable[i - 1].name, cmdTable[i].name), -1) << cmdTable[i].name;
+}
+
+TEST(CommandTable, NamesTheHandlers) {
+    const auto handlerOf = [](const std::string& word) -> int (*)(int, char**) {
+        for (const Command& command : cmdTable)
+            if (word == command.name)
+                return command.handler;
+        return nullptr;
     };
-    ASSERT_EQ(numCmd, 19);
-    for (int i = 0; i < 19; ++i) {
-        EXPECT_STREQ(cmdTable[i].name, expected[i].name);
-        EXPECT_EQ(cmdTable[i].handler, expected[i].handler) << expected[i].name;
-    }
+    EXPECT_EQ(handlerOf("?"), do_cmd_help);
+    EXPECT_EQ(handlerOf("ctrl"), do_cmd_controller);
+    EXPECT_EQ(handlerOf("rc"), do_cmd_redundancyCheck);
+    EXPECT_EQ(handlerOf("exit"), nullptr);
 }
 
-TEST(CliParseCommand, RefusesAnUnknownWord) {
+TEST(CliParseCommand, RejectsUnknownWords) {
     for (const char* word : {"", "nosuch", "exit", "ctr", "ctrls", "\xff\xff", "!", "zzz", "-a"}) {
         const Outcome outcome = run(cli_parse_command, {word});
         EXPECT_EQ(outcome.result, 9) << word;
@@ -195,13 +197,13 @@ TEST(CliParseCommand, RefusesAnUnknownWord) {
     }
 }
 
-TEST(CliParseCommand, RefusesABlankFirstLine) {
+TEST(CliParseCommand, RejectsABlankFirstLine) {
     const Outcome outcome = run(cli_parse_command, {});
     EXPECT_EQ(outcome.result, 9);
     EXPECT_EQ(outcome.output, "Invalid command!\n");
 }
 
-TEST(CliParseCommand, FindsCommandsOfEitherCase) {
+TEST(CliParseCommand, IgnoresCase) {
     for (const char* word : {"help", "HELP", "Help", "?"})
         EXPECT_EQ(run(cli_parse_command, {word, "exit"}).output,
                   "Exit the CLI\nUsage: exit\n\nExit the CLI\nUsage: exit\n")

@@ -1,5 +1,4 @@
-// cli-shell: when it puts a line editor before the prompt, what that is told, and whose exit status
-// it leaves with.
+// cli-shell: when it runs the line editor, with which options, and its exit status.
 #include <gtest/gtest.h>
 
 #include "tests/completions/shells.h"
@@ -7,16 +6,16 @@
 namespace fs = std::filesystem;
 
 namespace {
-// An installation of its own: cli-shell, a cli that echoes lines in brackets and leaves with the status
-// that "exit" names, and a PATH of three programs, with or without a line editor that tells its words.
+// A private installation: cli-shell, a cli that echoes lines in brackets and exits with the status given
+// to "exit", and a PATH of three programs, with or without a line editor that prints its arguments.
 class CliShell : public testing::Test {
 protected:
     void SetUp() override {
         for (const char* name : {"prefix", "prefix/sbin", "bin", "home"})
-            fs::create_directory(folder.path() + "/" + name);
+            fs::create_directory(directory.path() + "/" + name);
         fs::create_directories(fs::path(words()).parent_path());
-        fs::copy_file(CLI_SHELL, folder.path() + "/prefix/sbin/cli-shell");
-        folder.writeProgram("prefix/sbin/cli", R"(#!/bin/sh
+        fs::copy_file(CLI_SHELL, directory.path() + "/prefix/sbin/cli-shell");
+        directory.writeProgram("prefix/sbin/cli", R"(#!/bin/sh
 [ $# -eq 0 ] || { printf '[%s]' "$@"; exit 6; }
 while echo ready && printf 'cli>' && IFS= read -r line; do
     case $line in
@@ -29,25 +28,26 @@ exit 7
 )");
         for (const char* name : {"dirname", "realpath", "stty"})
             for (const char* place : {"/bin/", "/usr/bin/"})
-                if (fs::exists(std::string(place) + name) && !fs::exists(folder.path() + "/bin/" + name))
-                    fs::create_symlink(std::string(place) + name, folder.path() + "/bin/" + name);
+                if (fs::exists(std::string(place) + name) && !fs::exists(directory.path() + "/bin/" + name))
+                    fs::create_symlink(std::string(place) + name, directory.path() + "/bin/" + name);
     }
 
     std::string words() const {
-        return fs::path(folder.path() + "/prefix/sbin/" WORDS_FROM_SBIN).lexically_normal();
+        return fs::path(directory.path() + "/prefix/sbin/" WORDS_FROM_SBIN).lexically_normal();
     }
 
-    void giveEditor() const {
-        folder.writeProgram("bin/rlwrap", "#!/bin/sh\n"
-                                          "for word; do printf '{%s}' \"$word\"; done\n"
-                                          "exec \"$word\"\n");
+    void installEditor() const {
+        directory.writeProgram("bin/rlwrap", "#!/bin/sh\n"
+                                             "for word; do printf '{%s}' \"$word\"; done\n"
+                                             "exec \"$word\"\n");
     }
 
     Launch launch(const std::vector<std::string>& arguments, const std::string& terminal) const {
-        Launch launch = {.words = {"/bin/sh", "-c", "stty cols 80 rows 24 2>/dev/null; exec \"$@\"", "sh",
-                                   folder.path() + "/prefix/sbin/cli-shell"},
-                         .variables = {"PATH=" + path, "TERM=" + terminal, "HOME=" + folder.path() + "/home"},
-                         .directory = folder.path()};
+        Launch launch = {
+            .words = {"/bin/sh", "-c", "stty cols 80 rows 24 2>/dev/null; exec \"$@\"", "sh",
+                      directory.path() + "/prefix/sbin/cli-shell"},
+            .variables = {"PATH=" + path, "TERM=" + terminal, "HOME=" + directory.path() + "/home"},
+            .directory = directory.path()};
         launch.words.insert(launch.words.end(), arguments.begin(), arguments.end());
         return launch;
     }
@@ -56,8 +56,8 @@ exit 7
         return runOnTerminal(launch({}, terminal), "ready", typed);
     }
 
-    Folder folder;
-    std::string path = folder.path() + "/bin";
+    TempDir directory;
+    std::string path = directory.path() + "/bin";
 };
 } // namespace
 
@@ -65,75 +65,76 @@ static bool shows(const Outcome& outcome, const std::string& text) {
     return outcome.out.find(text) != std::string::npos;
 }
 
-TEST_F(CliShell, TellsTheEditorWhereHistoryAndWordsAre) {
-    giveEditor();
-    folder.write(fs::path(words()).lexically_relative(folder.path()), "ctrl\n");
+TEST_F(CliShell, PassesHistoryAndWordListToTheEditor) {
+    installEditor();
+    directory.write(fs::path(words()).lexically_relative(directory.path()), "ctrl\n");
     const Outcome outcome = onTerminal({"exit 0\n"});
-    EXPECT_TRUE(shows(outcome, "{--history-filename}{" + folder.path() + "/home/.cli_history}")) << outcome;
+    EXPECT_TRUE(shows(outcome, "{--history-filename}{" + directory.path() + "/home/.cli_history}"))
+        << outcome;
     const std::size_t breaks = outcome.out.find("{--break-chars}{\",}"), list = outcome.out.find("{--file}{");
     ASSERT_NE(list, std::string::npos) << outcome;
-    EXPECT_LT(breaks, list); // the editor splits the list by what it has been told before
-    EXPECT_TRUE(shows(outcome, "}{" + folder.path() + "/prefix/sbin/cli}")) << outcome;
+    EXPECT_LT(breaks, list); // the editor splits the list by the options before it
+    EXPECT_TRUE(shows(outcome, "}{" + directory.path() + "/prefix/sbin/cli}")) << outcome;
 }
 
-TEST_F(CliShell, EditsWithoutWordsWhereTheListIsNot) {
-    giveEditor();
+TEST_F(CliShell, RunsTheEditorWithoutAWordList) {
+    installEditor();
     const Outcome outcome = onTerminal({"exit 0\n"});
     EXPECT_TRUE(shows(outcome, "{--history-filename}")) << outcome;
     EXPECT_FALSE(shows(outcome, "{--file}")) << outcome;
 }
 
-TEST_F(CliShell, KeepsNoHistoryWhereItCannotBeWritten) {
-    giveEditor();
+TEST_F(CliShell, KeepsNoHistoryThatCannotBeWritten) {
+    installEditor();
     Launch start = launch({}, "vt100");
     start.variables.back() = "HOME=/nonexistent";
     EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
 }
 
-// Without a home it is not the file system's root that history goes to.
-TEST_F(CliShell, KeepsNoHistoryWithoutAHome) {
-    giveEditor();
+// Without a home directory, history does not go to the root directory.
+TEST_F(CliShell, KeepsNoHistoryWithoutAHomeDirectory) {
+    installEditor();
     Launch start = launch({}, "vt100");
     start.variables.pop_back();
     EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
 }
 
-TEST_F(CliShell, LeavesWithThePromptsStatus) {
-    giveEditor();
+TEST_F(CliShell, ExitsWithTheStatusOfThePrompt) {
+    installEditor();
     EXPECT_EQ(onTerminal({"exit 0\n"}).status, 0);
     EXPECT_EQ(onTerminal({"exit 12\n"}).status, 12);
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);
     EXPECT_EQ(onTerminal({"die\n"}).status, 128 + 15);
 }
 
-TEST_F(CliShell, IsThePlainPromptWithoutAnEditor) {
+TEST_F(CliShell, RunsThePlainPromptWithoutAnEditor) {
     const Outcome outcome = onTerminal({"ctrl\n", "exit 3\n"});
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);
 }
 
-TEST_F(CliShell, IsThePlainPromptWhereNothingCanBeEdited) {
-    giveEditor();
+TEST_F(CliShell, RunsThePlainPromptOnDumbTerminals) {
+    installEditor();
     const Outcome dumb = onTerminal({"exit 4\n"}, "dumb");
     EXPECT_EQ(dumb.status, 4);
     EXPECT_FALSE(shows(dumb, "{")) << dumb;
-    const Outcome narrow = runOnTerminal({.words = {folder.path() + "/prefix/sbin/cli-shell"},
+    const Outcome narrow = runOnTerminal({.words = {directory.path() + "/prefix/sbin/cli-shell"},
                                           .variables = {"PATH=" + path, "TERM=vt100"},
-                                          .directory = folder.path()},
+                                          .directory = directory.path()},
                                          "ready", {"exit 5\n"});
     EXPECT_EQ(narrow.status, 5); // a terminal without a width
     EXPECT_FALSE(shows(narrow, "{")) << narrow;
 }
 
-TEST_F(CliShell, IsThePlainPromptOnPipes) {
-    giveEditor();
+TEST_F(CliShell, RunsThePlainPromptOnPipes) {
+    installEditor();
     EXPECT_EQ(runProgram(launch({}, "vt100"), "ctrl\nexit 9\n"),
               (Outcome{9, "ready\ncli>[ctrl]\nready\ncli>", ""}));
 }
 
-TEST_F(CliShell, HandsArgumentsOnAsTheyAre) {
-    giveEditor();
+TEST_F(CliShell, PassesArgumentsUnchanged) {
+    installEditor();
     const std::vector<std::string> arguments = {"logdrv", "-s", "name=a b", "", "*"};
     const Outcome outcome = runOnTerminal(launch(arguments, "vt100"), "ready", {});
     EXPECT_EQ(outcome.out, "[logdrv][-s][name=a b][][*]");
@@ -142,11 +143,11 @@ TEST_F(CliShell, HandsArgumentsOnAsTheyAre) {
 }
 
 namespace {
-class CliShellUnderTheRealEditor : public CliShell {
+class CliShellWithRlwrap : public CliShell {
 protected:
     void SetUp() override {
         if (std::string(RLWRAP_PROGRAM).empty())
-            GTEST_SKIP() << "no rlwrap here";
+            GTEST_SKIP() << "rlwrap is not installed";
         CliShell::SetUp();
         path += ":" + fs::path(RLWRAP_PROGRAM).parent_path().string();
         fs::copy_file(COMPLETIONS "/wordlist.txt", words());
@@ -154,25 +155,25 @@ protected:
 };
 } // namespace
 
-// What the help promises of the prompt: backspace, left and right, and the lines before by up and down.
-TEST_F(CliShellUnderTheRealEditor, HasEditingKeysAndAHistory) {
+// The keys that the help describes: backspace, left and right, and the command history with up and down.
+TEST_F(CliShellWithRlwrap, HasEditingKeysAndHistory) {
     const Outcome outcome = onTerminal({"crX\x7fl\x1b[D\x1b[Dt\n", "rc\x1b[D\x1b[Db\x1b[C\x7fz\n", "bga\n",
                                         "\x1b[A\x1b[A\x1b[A\x1b[B!\n", "exit 3\n"});
     EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[bzc]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[bzc!]")) << outcome;
-    EXPECT_EQ(folder.read("home/.cli_history"), "ctrl\nbzc\nbga\nbzc!\nexit 3\n");
+    EXPECT_EQ(directory.read("home/.cli_history"), "ctrl\nbzc\nbga\nbzc!\nexit 3\n");
     EXPECT_TRUE(shows(onTerminal({"\x1b[A\x1b[A?\n", "exit 0\n"}), "[bzc!?]"));
 }
 
-TEST_F(CliShellUnderTheRealEditor, CompletesWords) {
+TEST_F(CliShellWithRlwrap, CompletesWords) {
     const Outcome outcome =
         onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n", "phyd\t -a set3\t\n", "exit 3\n"});
     EXPECT_TRUE(shows(outcome, "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[phydrv -a set3G]")) << outcome;
 }
 
-TEST_F(CliShellUnderTheRealEditor, LeavesWithThePromptsStatus) {
+TEST_F(CliShellWithRlwrap, ExitsWithTheStatusOfThePrompt) {
     EXPECT_EQ(onTerminal({"exit 0\n"}).status, 0);
     EXPECT_EQ(onTerminal({"exit 12\n"}).status, 12);
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);

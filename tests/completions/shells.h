@@ -1,4 +1,4 @@
-// What the tests of the shells' completions share.
+// Shared by the tests of the completions.
 #pragma once
 
 #include <unistd.h>
@@ -10,33 +10,33 @@
 
 #include "tests/e2e/process.h"
 
-// A folder of the test's own, gone with it.
-class Folder {
+// A temporary directory, removed with its contents.
+class TempDir {
 public:
-    Folder() {
+    TempDir() {
         char name[] = "/tmp/completions-XXXXXX";
-        folder = mkdtemp(name);
+        directory = mkdtemp(name);
     }
-    ~Folder() { std::filesystem::remove_all(folder); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
+    ~TempDir() { std::filesystem::remove_all(directory); }
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
 
-    const std::string& path() const { return folder; }
+    const std::string& path() const { return directory; }
 
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder + "/" + name) << text;
+        std::ofstream(directory + "/" + name) << text;
     }
 
     std::string read(const std::string& name) const {
-        std::ifstream file(folder + "/" + name);
+        std::ifstream file(directory + "/" + name);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
     void writeProgram(const std::string& name, const std::string& text) const {
         write(name, text);
-        std::filesystem::permissions(folder + "/" + name, std::filesystem::perms::owner_all);
+        std::filesystem::permissions(directory + "/" + name, std::filesystem::perms::owner_all);
     }
 
 private:
-    std::string folder;
+    std::string directory;
 };

@@ -1,6 +1,5 @@
-// The program from its start to its exit status: opening the adapters, the one command of its
-// arguments, the prompt, and the event file. Each run is a process of its own, as its word slots live
-// as long as it does.
+// The program from startup to exit status: opening the adapters, one command in the arguments, the
+// prompt, and the event file. Each run is a process of its own, because the word slots are static.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,7 +16,7 @@ namespace fs = std::filesystem;
 
 int runProgram(int argc, char** argv); // main() under another name
 
-static fs::path folder, eventPath;
+static fs::path directory, eventPath;
 
 void GetEventBufferFilePath(char* path) {
     std::snprintf(path, kEventPathSize, "%s", eventPath.c_str());
@@ -34,10 +33,10 @@ protected:
     void SetUp() override {
         std::string pattern = testing::TempDir() + "program-XXXXXX";
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        eventPath = folder / "CLIEvent.dat";
+        directory = pattern;
+        eventPath = directory / "CLIEvent.dat";
     }
-    void TearDown() override { fs::remove_all(folder); }
+    void TearDown() override { fs::remove_all(directory); }
 };
 using OneCommand = Program;
 using Prompt = Program;
@@ -52,9 +51,9 @@ static std::string readFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-static constexpr int kDiffersFromPlan = 99; // no result of a command
+static constexpr int kUnexpectedCalls = 99; // not a result code
 
-// In the child: runs the program on a plan of its own, leaves what it printed in a file, and ends.
+// In the child process: runs the program with the planned calls, writes its output to a file and exits.
 [[noreturn]] static void runInChild(std::vector<std::string> words, const std::function<void()>& plan) {
     words.insert(words.begin(), "cli");
     std::vector<char*> argv;
@@ -64,19 +63,19 @@ static constexpr int kDiffersFromPlan = 99; // no result of a command
 
     plan();
     int status = 0;
-    if (std::freopen((folder / "input").c_str(), "r", stdin) != nullptr) {
+    if (std::freopen((directory / "input").c_str(), "r", stdin) != nullptr) {
         startCapture();
         status = runProgram(static_cast<int>(words.size()), argv.data());
-        writeFile(folder / "output", endCapture());
+        writeFile(directory / "output", endCapture());
     }
     expectAllCalled();
     std::fflush(stdout);
-    _exit(testing::Test::HasFailure() ? kDiffersFromPlan : status);
+    _exit(testing::Test::HasFailure() ? kUnexpectedCalls : status);
 }
 
 static ProgramRun runOn(const std::vector<std::string>& words, const std::string& input,
                         const std::function<void()>& plan) {
-    writeFile(folder / "input", input);
+    writeFile(directory / "input", input);
     std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0)
@@ -84,8 +83,8 @@ static ProgramRun runOn(const std::vector<std::string>& words, const std::string
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_NE(WEXITSTATUS(status), kDiffersFromPlan) << "the run differed from its plan";
-    return {WEXITSTATUS(status), readFile(folder / "output")};
+    EXPECT_NE(WEXITSTATUS(status), kUnexpectedCalls) << "the calls differed from the plan";
+    return {WEXITSTATUS(status), readFile(directory / "output")};
 }
 
 static Bytes initRecord() {
@@ -132,23 +131,23 @@ TEST_F(Program, FailsWhenTheAdaptersCannotBeOpened) {
 }
 
 TEST_F(Program, FailsWhenTheAdaptersCannotBeDiscovered) {
-    writeFile(eventPath, "as it was");
+    writeFile(eventPath, "unchanged");
     expectRun(runOn({}, "exit\n",
                     [] {
                         expectCall("q5_initialize", initRecord());
                         expectCall("q5_discover", bytesOf(1), {}, -1);
                     }),
               10, "Q5API is failed to initialized!\n");
-    EXPECT_EQ(readFile(eventPath), "as it was");
+    EXPECT_EQ(readFile(eventPath), "unchanged");
 }
 
 TEST_F(Program, FailsWithoutAController) {
-    writeFile(eventPath, "as it was");
+    writeFile(eventPath, "unchanged");
     expectRun(runOn({"help"}, "", [] { planOpening(0); }), 5, "No controller is found in the system!\n");
-    EXPECT_EQ(readFile(eventPath), "as it was");
+    EXPECT_EQ(readFile(eventPath), "unchanged");
 }
 
-TEST_F(Program, GoesByTheCountOfControllersAndNotByTheResult) {
+TEST_F(Program, ChecksTheNumberOfControllersAndIgnoresTheResult) {
     const auto plan = [] {
         planOpening(1, 7);
         expectCall("q5_finalize", {}, {}, 7);
@@ -156,13 +155,13 @@ TEST_F(Program, GoesByTheCountOfControllersAndNotByTheResult) {
     expectRun(runOn({"help", "exit"}, "", plan), 2, exitHelp);
 }
 
-TEST_F(OneCommand, EndsWithTheResultOfTheCommand) {
+TEST_F(OneCommand, ExitsWithTheResultOfTheCommand) {
     expectCommand({"help", "exit"}, 2, exitHelp);
     expectCommand({"ctrl", "-x", "y"}, 9, "Invalid command for \"ctrl\"\n");
     expectCommand({"event", "-i", "x"}, 6, "Invalid controller ID 'x' specified\n");
 }
 
-TEST_F(OneCommand, CallsTheAdapterBetweenOpeningAndFinalising) {
+TEST_F(OneCommand, CallsTheAdapterBetweenInitializeAndFinalize) {
     const auto plan = [] {
         planOpening();
         const ControllerQuery query = {1, 1, 0, {}};
@@ -176,7 +175,7 @@ TEST_F(OneCommand, CallsTheAdapterBetweenOpeningAndFinalising) {
     expectRun(runOn(typed("ctrl -a mod -i 1 -s syncrate=5"), "", plan), 0, "");
 }
 
-TEST_F(OneCommand, KnowsNoExitWord) {
+TEST_F(OneCommand, RejectsTheExitWord) {
     expectCommand({"exit"}, 9, "Invalid command!\n");
 }
 
@@ -193,7 +192,7 @@ TEST_F(OneCommand, CutsALongArgumentTo256Characters) {
                   "Invalid controller ID '" + std::string(256, 'x') + "' specified\n");
 }
 
-TEST_F(OneCommand, TakesSixteenWordsAndNoMore) {
+TEST_F(OneCommand, AcceptsAtMostSixteenWords) {
     std::vector<std::string> words = {"help", "exit"};
     words.resize(16, "more");
     expectCommand(words, 2, exitHelp);
@@ -203,7 +202,7 @@ TEST_F(OneCommand, TakesSixteenWordsAndNoMore) {
     expectCommand(words, 2, "Too many words, at most 16 are taken!\n");
 }
 
-TEST_F(Prompt, EndsAtTheExitWordWithTheLastResult) {
+TEST_F(Prompt, ExitsAtTheExitWordWithTheLastResult) {
     expectPrompt("exit\n", 0, "cli>");
     expectPrompt("  ExIt now \n", 0, "cli>");
     expectPrompt("nosuch\nexit\n", 9, "cli>Invalid command!\ncli>");
@@ -211,7 +210,7 @@ TEST_F(Prompt, EndsAtTheExitWordWithTheLastResult) {
                  std::string("cli>Invalid command!\ncli>") + exitHelp + "cli>");
 }
 
-TEST_F(Prompt, EndsAtTheEndOfInputAsAtTheExitWord) {
+TEST_F(Prompt, ExitsAtTheEndOfInputAsAtTheExitWord) {
     expectPrompt("", 0, "cli>");
     expectPrompt("nosuch\n", 9, "cli>Invalid command!\ncli>");
     EXPECT_TRUE(fs::exists(eventPath));
@@ -222,23 +221,23 @@ TEST_F(Prompt, RunsALastLineWithoutANewline) {
     expectPrompt("exit", 0, "cli>");
 }
 
-TEST_F(Prompt, FindsNoCommandInABlankFirstLine) {
+TEST_F(Prompt, RejectsABlankFirstLine) {
     expectPrompt("\n", 9, "cli>Invalid command!\ncli>");
     expectPrompt("   \nexit\n", 9, "cli>Invalid command!\ncli>");
 }
 
-TEST_F(Prompt, RunsTheStaleCommandAgainForABlankLine) {
+TEST_F(Prompt, RepeatsTheCommandForABlankLine) {
     const std::string tooFew = "Invalid numbers of parameter in command \"ctrl -a mod\" \n";
     expectPrompt("ctrl mod\n\nexit\n", 2, "cli>" + tooFew + "cli>" + tooFew + "cli>");
 }
 
-TEST_F(Prompt, ReadsStaleSlotsBehindAShorterLine) {
+TEST_F(Prompt, ReadsStaleSlotsAfterAShorterLine) {
     expectPrompt("help exit 77x\nevent -i\nevent -v -i\nexit\n", 6,
                  std::string("cli>") + exitHelp + "cli>Invalid controller ID '77x' specified\n" +
                      "cli>Invalid controller ID '' specified\ncli>");
 }
 
-TEST_F(Prompt, RefusesALineOfTooManyWordsAndKeepsTheSlots) {
+TEST_F(Prompt, RejectsALineOfTooManyWordsAndKeepsTheSlots) {
     const std::string failure = "Invalid command for \"ctrl\"\n";
     expectPrompt("ctrl nosuch\n1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\nexit\n", 2,
                  "cli>" + failure + "cli>Too many words, at most 16 are taken!\ncli>");
@@ -246,7 +245,7 @@ TEST_F(Prompt, RefusesALineOfTooManyWordsAndKeepsTheSlots) {
                  "cli>" + failure + "cli>Too many words, at most 16 are taken!\ncli>" + failure + "cli>");
 }
 
-// A line that runs on as the next one loses the character at which it is cut.
+// The character at the cut is lost.
 TEST_F(Prompt, SplitsALineOfMoreThan4096Characters) {
     const std::string line = "help" + std::string(4088, ' ') + "exit";
     const std::string twice = std::string("cli>") + exitHelp + "cli>" + exitHelp + "cli>";
@@ -260,12 +259,12 @@ TEST_F(Prompt, SplitsALongWordIntoPieces) {
                  "cli>Too many words, at most 16 are taken!\ncli>");
 }
 
-TEST_F(Prompt, EndsALineAtANulByteToo) {
+TEST_F(Prompt, EndsALineAtANulByte) {
     expectPrompt(std::string("help exit\0nosuch\n", 17), 9,
                  std::string("cli>") + exitHelp + "cli>Invalid command!\ncli>");
 }
 
-TEST_F(Prompt, TakesTheByte0xFFForACharacter) {
+TEST_F(Prompt, AcceptsTheByte0xFF) {
     expectPrompt("\xff\xff\nexit\n", 9, "cli>Invalid command!\ncli>");
 }
 
@@ -276,7 +275,7 @@ static std::string imageOf(std::uint32_t position, std::uint32_t count) {
     return image;
 }
 
-TEST_F(Program, WritesAnEmptyBufferWhereNoEventFileWas) {
+TEST_F(Program, CreatesAMissingEventFile) {
     expectCommand({"help", "exit"}, 2, exitHelp);
     EXPECT_EQ(readFile(eventPath), imageOf(0, 0));
     fs::remove(eventPath);
@@ -301,8 +300,8 @@ TEST_F(Program, ShowsTheEventsOfEarlierRunsOnce) {
     expectRun(runOn({"event"}, "", plan), 0, "No event!\n");
 }
 
-TEST_F(Program, SaysNothingOfAnEventFileThatCannotBeWritten) {
-    eventPath = folder / "missing" / "CLIEvent.dat";
+TEST_F(Program, IgnoresAnEventFileThatCannotBeWritten) {
+    eventPath = directory / "missing" / "CLIEvent.dat";
     expectCommand({"help", "exit"}, 2, exitHelp);
     expectPrompt("exit\n", 0, "cli>");
 }

@@ -1,4 +1,4 @@
-// Stand-ins for all command functions, which only note that they were called.
+// Stubs of all command functions, which only record that they were called.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ struct RecordedCall {
     std::vector<std::string> slots; // all of the word table
 };
 
-inline constexpr int kRecordedResult = 42; // what every stand-in returns
+inline constexpr int kRecordedResult = 42; // of every stub
 
-// The call since the last time; a second one in between makes the function's name both names.
+// The call made since the last call of this; after two, function holds both names.
 RecordedCall takeRecordedCall();

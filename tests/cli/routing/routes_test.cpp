@@ -1,5 +1,9 @@
-// Every road from a command line to a command function, with stand-ins at its end.
+// Every route from a command line to a command function. The command functions are stubs.
 #include "cli/interface.h"
+
+#include <algorithm>
+#include <iterator>
+
 #include "tests/cli/routing/command_stubs.h"
 #include "tests/mock_adapter.h"
 
@@ -13,15 +17,15 @@ struct Keyword {
 
 struct DispatchCase {
     const char* command;
-    const char* alone;   // the function of the command word alone; null when it never stands alone
-    bool actions;        // whether "-a" introduces a keyword
-    std::size_t atLeast; // words that the handler needs
+    const char* defaultHandler; // for the command word alone; null when it needs more words
+    bool actions;               // whether "-a" introduces a keyword
+    std::size_t minWords;
     std::vector<Keyword> keywords;
-    const char* failure;
+    const char* errorMessage;
 };
 } // namespace
 
-static const DispatchCase roads[] = {
+static const DispatchCase dispatchCases[] = {
     {"battery",
      "ListBatteryInfo",
      false,
@@ -200,7 +204,7 @@ static const DispatchCase roads[] = {
      "Invalid command for \"import\"\n"},
 };
 
-static std::string shown(const Words& words) {
+static std::string joinedWords(const Words& words) {
     std::string line;
     for (const std::string& word : words)
         line += word + ' ';
@@ -213,9 +217,9 @@ static std::string upperCased(std::string word) {
     return word;
 }
 
-// The words, filled up to as many as the handler needs.
-static Words enough(const DispatchCase& road, Words words) {
-    while (words.size() < road.atLeast)
+// The words, followed by as many others as the handler needs.
+static Words padded(const DispatchCase& test, Words words) {
+    while (words.size() < test.minWords)
         words.push_back("x");
     return words;
 }
@@ -223,124 +227,133 @@ static Words enough(const DispatchCase& road, Words words) {
 static void expectDispatch(const std::string& function, const Words& words, const Words& stale = {}) {
     const Outcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
-    EXPECT_EQ(call.function, function) << shown(words);
-    EXPECT_EQ(outcome.result, kRecordedResult) << shown(words);
-    EXPECT_EQ(outcome.output, "") << shown(words);
-    EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << shown(words);
+    EXPECT_EQ(call.function, function) << joinedWords(words);
+    EXPECT_EQ(outcome.result, kRecordedResult) << joinedWords(words);
+    EXPECT_EQ(outcome.output, "") << joinedWords(words);
+    EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << joinedWords(words);
     Words slots = words;
     slots.insert(slots.end(), stale.begin(), stale.end());
     slots.resize(16);
-    EXPECT_EQ(call.slots, slots) << shown(words);
+    EXPECT_EQ(call.slots, slots) << joinedWords(words);
 }
 
-static void expectNoRoad(int result, const std::string& message, const Words& words,
-                         const Words& stale = {}) {
+static void expectRejected(int result, const std::string& message, const Words& words,
+                           const Words& stale = {}) {
     const Outcome outcome = run(cli_parse_command, words, stale);
-    EXPECT_EQ(outcome.result, result) << shown(words);
-    EXPECT_EQ(outcome.output, message) << shown(words);
-    EXPECT_EQ(takeRecordedCall().function, "") << shown(words);
+    EXPECT_EQ(outcome.result, result) << joinedWords(words);
+    EXPECT_EQ(outcome.output, message) << joinedWords(words);
+    EXPECT_EQ(takeRecordedCall().function, "") << joinedWords(words);
 }
 
-TEST(Routes, LeadTheCommandWordAloneToItsDefault) {
-    for (const DispatchCase& road : roads) {
-        if (road.alone != nullptr)
-            expectDispatch(road.alone, {road.command}, {"no", "word"});
+TEST(Routes, AreTestedForEveryCommand) {
+    for (const Command& command : cmdTable) {
+        const bool tested =
+            std::any_of(std::begin(dispatchCases), std::end(dispatchCases),
+                        [&](const DispatchCase& test) { return std::string(test.command) == command.name; });
+        EXPECT_EQ(tested, command.handler != do_cmd_help) << "dispatchCases: " << command.name;
     }
 }
 
-TEST(Routes, LeadEveryKeywordInSecondPlaceToItsFunction) {
-    for (const DispatchCase& road : roads) {
-        for (const Keyword& keyword : road.keywords) {
-            expectDispatch(keyword.function, enough(road, {road.command, keyword.word}));
-            expectDispatch(keyword.function, enough(road, {road.command, keyword.word, "more", "words"}));
+TEST(Routes, CallTheDefaultForTheCommandWordAlone) {
+    for (const DispatchCase& test : dispatchCases) {
+        if (test.defaultHandler != nullptr)
+            expectDispatch(test.defaultHandler, {test.command}, {"no", "word"});
+    }
+}
+
+TEST(Routes, CallTheFunctionOfTheSecondWord) {
+    for (const DispatchCase& test : dispatchCases) {
+        for (const Keyword& keyword : test.keywords) {
+            expectDispatch(keyword.function, padded(test, {test.command, keyword.word}));
+            expectDispatch(keyword.function, padded(test, {test.command, keyword.word, "more", "words"}));
         }
     }
 }
 
-TEST(Routes, LeadEveryKeywordBehindTheActionMarkerToItsFunction) {
-    for (const DispatchCase& road : roads) {
-        for (const Keyword& keyword : road.keywords) {
-            if (road.actions)
-                expectDispatch(keyword.function, enough(road, {road.command, "-a", keyword.word}));
+TEST(Routes, CallTheFunctionOfTheWordAfterTheActionMarker) {
+    for (const DispatchCase& test : dispatchCases) {
+        for (const Keyword& keyword : test.keywords) {
+            if (test.actions)
+                expectDispatch(keyword.function, padded(test, {test.command, "-a", keyword.word}));
         }
     }
 }
 
 TEST(Routes, IgnoreCase) {
     expectDispatch("ListLogDrvInfo", {"LOGDRV", "-A", "LIST"});
-    for (const DispatchCase& road : roads) {
-        for (const Keyword& keyword : road.keywords)
+    for (const DispatchCase& test : dispatchCases) {
+        for (const Keyword& keyword : test.keywords)
             expectDispatch(keyword.function,
-                           enough(road, {upperCased(road.command), upperCased(keyword.word)}));
+                           padded(test, {upperCased(test.command), upperCased(keyword.word)}));
     }
 }
 
-TEST(Routes, EndAtAnUnknownSecondWord) {
-    for (const DispatchCase& road : roads) {
+TEST(Routes, RejectUnknownSecondWords) {
+    for (const DispatchCase& test : dispatchCases) {
         for (const char* word : {"nosuch", "-x", "lis", ""})
-            expectNoRoad(9, road.failure, enough(road, {road.command, word}));
+            expectRejected(9, test.errorMessage, padded(test, {test.command, word}));
     }
 }
 
-TEST(Routes, EndAtAnUnknownWordBehindTheActionMarker) {
-    for (const DispatchCase& road : roads) {
-        if (!road.actions)
+TEST(Routes, RejectUnknownWordsAfterTheActionMarker) {
+    for (const DispatchCase& test : dispatchCases) {
+        if (!test.actions)
             continue;
         for (const char* word : {"nosuch", "-x", "lis", ""})
-            expectNoRoad(9, road.failure, enough(road, {road.command, "-a", word}));
+            expectRejected(9, test.errorMessage, padded(test, {test.command, "-a", word}));
     }
 }
 
-TEST(Routes, EndAtASecondActionMarker) {
-    for (const DispatchCase& road : roads) {
-        if (road.actions)
-            expectNoRoad(9, road.failure, enough(road, {road.command, "-a", "-a", "list"}));
+TEST(Routes, RejectASecondActionMarker) {
+    for (const DispatchCase& test : dispatchCases) {
+        if (test.actions)
+            expectRejected(9, test.errorMessage, padded(test, {test.command, "-a", "-a", "list"}));
     }
 }
 
-TEST(Routes, ReadTheSlotBehindALoneActionMarker) {
-    expectNoRoad(9, "Invalid command for \"logdrv\"\n", {"logdrv", "-a"});
+TEST(Routes, ReadTheSlotAfterALoneActionMarker) {
+    expectRejected(9, "Invalid command for \"logdrv\"\n", {"logdrv", "-a"});
     expectDispatch("DeleteLogDrv", {"logdrv", "-a"}, {"del"});
 }
 
 TEST(Routes, ReadTheStaleSecondSlotAfterABlankLine) {
     expectDispatch("LocateLogDrv", {}, {"logdrv", "-a", "locate"});
     expectDispatch("ListLogDrvInfo", {}, {"logdrv", "-l", "2"});
-    expectNoRoad(9, "Invalid command for \"logdrv\"\n", {}, {"logdrv"});
-    expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", {}, {"mp", "-a", "start", "-p", "3"});
-    expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", {}, {"export", "-t"});
-    expectNoRoad(2, "Invalid number of parameters for \"import\"!\n", {}, {"import", "-f", "a.txt"});
+    expectRejected(9, "Invalid command for \"logdrv\"\n", {}, {"logdrv"});
+    expectRejected(2, "Invalid number of parameters for \"mp\"!\n", {}, {"mp", "-a", "start", "-p", "3"});
+    expectRejected(2, "Invalid number of parameters for \"export\"!\n", {}, {"export", "-t"});
+    expectRejected(2, "Invalid number of parameters for \"import\"!\n", {}, {"import", "-f", "a.txt"});
 }
 
-TEST(Routes, LeadSyncWithAnOptionToTheStart) {
+TEST(Routes, StartSyncForALeadingOption) {
     expectDispatch("StartLogDrvSync", typed("sync -l 0 -i 0"));
     expectDispatch("ListLogDrvSyncStatus", typed("sync -a list"));
 }
 
-TEST(Routes, DoNotKnowTheWordsThatOnlyTheHelpShows) {
-    expectNoRoad(9, "Invalid command for \"sync\"\n", typed("sync -a start"));
-    expectNoRoad(9, "Invalid command for \"rb\"\n", typed("rb -a stop"));
-    expectNoRoad(9, "Invalid command for \"buzz\"\n", typed("buzz -a on"));
-    expectNoRoad(9, "Invalid command for \"buzz\"\n", typed("buzz -a off"));
-    expectNoRoad(9, "Invalid command for \"event\"\n", typed("event -a clear"));
-    expectNoRoad(9, "Invalid command for \"battery\"\n", typed("battery -a list"));
+TEST(Routes, RejectWordsThatOnlyTheHelpShows) {
+    expectRejected(9, "Invalid command for \"sync\"\n", typed("sync -a start"));
+    expectRejected(9, "Invalid command for \"rb\"\n", typed("rb -a stop"));
+    expectRejected(9, "Invalid command for \"buzz\"\n", typed("buzz -a on"));
+    expectRejected(9, "Invalid command for \"buzz\"\n", typed("buzz -a off"));
+    expectRejected(9, "Invalid command for \"event\"\n", typed("event -a clear"));
+    expectRejected(9, "Invalid command for \"battery\"\n", typed("battery -a list"));
 }
 
-TEST(Routes, LeadMpNowhereWithoutSevenWords) {
+TEST(Routes, RejectMpWithoutSevenWords) {
     for (const char* line : {"mp", "mp -a start", "mp -a start -p 3 -i", "mp -a start -p 3 -i 0 x"})
-        expectNoRoad(2, "Invalid number of parameters for \"mp\"!\n", typed(line));
+        expectRejected(2, "Invalid number of parameters for \"mp\"!\n", typed(line));
     expectDispatch("StartPhyDrvMediaPatrol", typed("mp -a start -p 3 -i 0"));
 }
 
-TEST(Routes, LeadExportNowhereWithoutFiveWords) {
+TEST(Routes, RejectExportWithoutFiveWords) {
     for (const char* line : {"export", "export -t ctrl", "export -t ctrl -f", "export -t ctrl -f a.txt x"})
-        expectNoRoad(2, "Invalid number of parameters for \"export\"!\n", typed(line));
+        expectRejected(2, "Invalid number of parameters for \"export\"!\n", typed(line));
     expectDispatch("ExportFile", typed("export -f a.txt -t ctrl"));
 }
 
-TEST(Routes, LeadImportNowhereWithoutThreeWords) {
+TEST(Routes, RejectImportWithoutThreeWords) {
     for (const char* line : {"import", "import -f"})
-        expectNoRoad(2, "Invalid number of parameters for \"import\"!\n", typed(line));
+        expectRejected(2, "Invalid number of parameters for \"import\"!\n", typed(line));
     expectDispatch("ImportFile", typed("import -f a.txt"));
     expectDispatch("ImportFile", typed("import -a -f a.txt"));
 }

@@ -1,5 +1,5 @@
-// An adapter of two controllers with 16 drives and two logical drives each. It keeps nothing: whatever
-// is asked beyond that is answered with success and the zeroes that the caller cleared its buffer to.
+// A stub adapter: two controllers with 16 drives and two logical drives each. It keeps no state. Every
+// other operation succeeds and leaves the zeroes that the caller cleared its buffer to.
 #include <cstring>
 
 #include "adapter/activity.h"
@@ -18,7 +18,7 @@ static constexpr std::uint32_t kControllers = 2;
 static constexpr std::uint16_t kDrives = 16;
 static constexpr std::uint16_t kLogDrvs = 2;
 
-// Answers a listing with the records from first on, as far as they exist, were asked for and fit.
+// Fills a list reply with the records from first on, as far as they exist, are wanted and fit.
 template <typename Record>
 static int list(void* reply, std::uint32_t size, std::uint32_t first, std::uint32_t wanted,
                 std::uint16_t total, std::uint16_t Record::*id) {
