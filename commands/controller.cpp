@@ -10,9 +10,9 @@
 #include "adapter/session.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/result.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 namespace {
 // All that a listing shows of one controller; zero where the adapter did not answer.

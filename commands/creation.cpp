@@ -7,8 +7,8 @@
 #include "adapter/logdrv.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 namespace {
 // A key of the creation text; the first row whose key stands in an item decides.

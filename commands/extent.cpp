@@ -7,7 +7,7 @@
 #include "adapter/phydrv.h"
 #include "commands/options.h"
 #include "commands/phydrv_query.h"
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 static void printRow(int driveId, const ExtentEntry& extent) {
     std::printf("%6d %5d %5d %8.2f %8.2f\n", driveId, extent.index,

@@ -9,8 +9,8 @@
 #include "commands/activity.h"
 #include "commands/logdrv_lookup.h"
 #include "commands/options.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 static double megabytes(const LogDrvInfo& drive) {
     return SectorCount2MB(drive.sectorCount);

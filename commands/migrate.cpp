@@ -7,8 +7,8 @@
 
 #include "commands/activity.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 static const char noDrive[] = "No logical drive with ID %d in controller #%d is existed!\n";
 

@@ -11,7 +11,7 @@
 #include "commands/options.h"
 #include "commands/phydrv_query.h"
 #include "commands/settings_text.h"
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 using SettingsReply = Reply<PhyDrvSettings, 1>;
 

@@ -1,5 +1,5 @@
 // Helpers for the texts that users type and files hold: comparison without regard to case, strict
-// numbers, and delimited fields. ID lists are in idlist.h, value words in vocabulary.h.
+// numbers, and delimited fields. ID lists are in idlist.h, value words in commands/vocabulary.h.
 #pragma once
 
 #include <cstddef>

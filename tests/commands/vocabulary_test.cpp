@@ -1,5 +1,5 @@
 // The words for the adapter's codes, and sector counts as megabytes.
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 #include "tests/mock_adapter.h"
 

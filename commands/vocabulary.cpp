@@ -1,6 +1,6 @@
 // The words users and files have for RAID levels, write modes, initialisation modes and rounding
 // schemes. In the tables the first word found in a text wins: their order is behaviour.
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 #include <cstdio>
 #include <span>
