@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "commands/event_buffer.h"
+#include "commands/event_path.h"
 
 // Whether a line of the map describes code of a file that holds the address; *path is then where the
 // file's path starts.

@@ -1,7 +1,6 @@
 // The events fetched but not yet shown: a buffer that survives from one run to the next in a file.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "adapter/event.h"
@@ -33,11 +32,3 @@ int ReadEventBufferFromFile(const char* path, EventBuffer* buffer);
 
 // Writes the image over the file. 0 when it cannot be opened, else 1.
 int WriteEventBufferToFile(const char* path, const EventBuffer* buffer);
-
-// Writes the path of the event file; path has room for kEventPathSize bytes.
-inline constexpr std::size_t kEventPathSize = 512;
-void GetEventBufferFilePath(char* path);
-
-// The directory, with its trailing "/", of the program file or library that address belongs to, as
-// the system's memory map names it. The caller frees it; null where there is no such map or place.
-char* br_locate(const void* address);

@@ -138,7 +138,7 @@ std::string endCapture() {
     return output;
 }
 
-void expectOutcome(const Outcome& outcome, int result, const std::string& output) {
+void expectOutcome(const CommandOutcome& outcome, int result, const std::string& output) {
     EXPECT_EQ(outcome.result, result);
     EXPECT_EQ(outcome.output, output);
 }
@@ -151,8 +151,8 @@ std::vector<std::string> typed(const std::string& line) {
     return words;
 }
 
-Outcome run(int (*function)(int, char**), const std::vector<std::string>& words,
-            const std::vector<std::string>& stale) {
+CommandOutcome run(int (*function)(int, char**), const std::vector<std::string>& words,
+                   const std::vector<std::string>& stale) {
     std::vector<std::string> texts = words;
     texts.insert(texts.end(), stale.begin(), stale.end());
     if (texts.size() > kMaxWords) {

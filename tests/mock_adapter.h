@@ -56,12 +56,12 @@ Bytes listReply(const std::vector<Record>& records) {
 }
 
 // What a command function did: its result and everything it printed.
-struct Outcome {
+struct CommandOutcome {
     int result;
     std::string output;
 };
 
-void expectOutcome(const Outcome& outcome, int result, const std::string& output);
+void expectOutcome(const CommandOutcome& outcome, int result, const std::string& output);
 
 // The words of a line, which blanks separate; quotes mean nothing here.
 std::vector<std::string> typed(const std::string& line);
@@ -69,8 +69,8 @@ std::vector<std::string> typed(const std::string& line);
 // Runs a command function on words, given as the user would type them but already split; the word
 // table's other slots are empty, or hold what stale says from the slot after the last word on. Each
 // slot is an allocation of its own, so that the sanitizer sees whoever leaves it.
-Outcome run(int (*function)(int, char**), const std::vector<std::string>& words,
-            const std::vector<std::string>& stale = {});
+CommandOutcome run(int (*function)(int, char**), const std::vector<std::string>& words,
+                   const std::vector<std::string>& stale = {});
 
 // Everything written to standard output between the two, whose calls may not nest. Differences from
 // the plan are reported when the capture ends.

@@ -1,15 +1,8 @@
-// Text helpers shared by every command, and the common way to fail.
+// Text helpers shared by every command.
 #include "util/utils.h"
 
 #include <cstdlib>
 #include <cstring>
-
-#include "util/result.h"
-
-int fail(Result::Code code, const char* message) {
-    std::puts(message);
-    return code;
-}
 
 // Case is that of the letters of ASCII: no locale is ever set, and the C library's tables for it would
 // be brought into memory for these two functions alone.

@@ -7,7 +7,7 @@
 using BatteryCommand = Scripted;
 
 static std::string told(const std::string& line) {
-    const Outcome outcome = run(ListBatteryInfo, typed(line));
+    const CommandOutcome outcome = run(ListBatteryInfo, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

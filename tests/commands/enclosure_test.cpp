@@ -13,7 +13,7 @@ using EnclosureList = Scripted;
 using EnclosureLocate = Scripted;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
+    const CommandOutcome outcome = run(function, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

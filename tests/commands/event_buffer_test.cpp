@@ -1,5 +1,6 @@
 // Storing and taking events, the file that keeps them, and finding the program's directory.
 #include "commands/event_buffer.h"
+#include "commands/event_path.h"
 
 #include <unistd.h>
 

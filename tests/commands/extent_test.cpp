@@ -8,7 +8,7 @@ using ExtentList = Scripted;
 using ExtentChange = Scripted;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
+    const CommandOutcome outcome = run(function, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

@@ -103,7 +103,7 @@ inline void expectControl(const char* operation, std::uint32_t controller, std::
 // What a command did, as one text: "result: output".
 inline std::string told(int (*function)(int, char**), const std::vector<std::string>& words,
                         const std::vector<std::string>& stale = {}) {
-    const Outcome outcome = run(function, words, stale);
+    const CommandOutcome outcome = run(function, words, stale);
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

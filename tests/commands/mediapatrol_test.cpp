@@ -36,7 +36,8 @@ static const Action kActions[] = {
 static const Action& kList = kActions[0];
 
 static std::string told(const Action& action, const std::string& options) {
-    const Outcome outcome = run(action.function, typed(std::string("mp -a ") + action.word + " " + options));
+    const CommandOutcome outcome =
+        run(action.function, typed(std::string("mp -a ") + action.word + " " + options));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

@@ -41,14 +41,14 @@ static int readEveryKind(int wordCount, char** words) {
 
 static void expectRead(const Words& words, const Words& stale = {}) {
     seen = {};
-    const Outcome outcome = run(readEveryKind, words, stale);
+    const CommandOutcome outcome = run(readEveryKind, words, stale);
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.output, "");
 }
 
 static void expectRefused(const std::string& line, int result, const std::string& output) {
     seen = {};
-    const Outcome outcome = run(readEveryKind, typed(line));
+    const CommandOutcome outcome = run(readEveryKind, typed(line));
     EXPECT_EQ(outcome.result, result) << line;
     EXPECT_EQ(outcome.output, output);
 }

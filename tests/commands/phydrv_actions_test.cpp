@@ -6,7 +6,7 @@
 using PhyDrvAction = Scripted;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
+    const CommandOutcome outcome = run(function, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 
@@ -29,7 +29,7 @@ static void expectRead(const PhyDrvSettings& settings) {
     expectCall("q5_getPhyDrvSettings", asks(1, PhyDrvSelector{2, 1, 1, {}}, 80), settingsReply(settings), 5);
 }
 
-static Outcome mod(const std::string& settings) {
+static CommandOutcome mod(const std::string& settings) {
     return run(SetPhyDrvSettings, {"phydrv", "-a", "mod", "-p", "3", "-i", "1", "-s", settings});
 }
 
@@ -58,7 +58,7 @@ TEST_F(PhyDrvAction, WritesTheWholeRecordBackWithOneFieldChangedPerItem) {
                    bytesOf(hbaAddress(1), std::uint32_t{0}, PhyDrvSelector{2, 1, 1, {}}, noise, wanted,
                            std::uint32_t{80}),
                    {}, 8);
-        const Outcome outcome = mod(change.text);
+        const CommandOutcome outcome = mod(change.text);
         EXPECT_EQ(outcome.result, 0) << change.text;
         EXPECT_EQ(outcome.output, "") << change.text;
     }
@@ -80,7 +80,7 @@ TEST_F(PhyDrvAction, WritesNothingUnlessEveryItemIsGood) {
     };
     for (const auto& [text, message] : texts) {
         expectRead({});
-        const Outcome outcome = mod(text);
+        const CommandOutcome outcome = mod(text);
         EXPECT_EQ(outcome.result, 1) << text;
         EXPECT_EQ(outcome.output, message) << text;
     }

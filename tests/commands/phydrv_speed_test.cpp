@@ -11,7 +11,7 @@ static const std::uint32_t kZero = 0;
 static const std::uint32_t kSettingSize = 4;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
+    const CommandOutcome outcome = run(function, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 
@@ -53,7 +53,8 @@ TEST_F(PhyDrvSpeed, SetsWhatWasGivenForTheDrivesModelAndFirmware) {
     for (const auto& [given, setting] : settings) {
         expectLookup(1, 2);
         expectCall("q5_setDataTransferSpeed", setsTo(setting));
-        const Outcome outcome = run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", given});
+        const CommandOutcome outcome =
+            run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", given});
         EXPECT_EQ(outcome.result, 0) << given;
         EXPECT_EQ(outcome.output, "") << given;
     }

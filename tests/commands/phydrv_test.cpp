@@ -11,7 +11,7 @@ using PhyDrv = Scripted;
 using Lines = std::vector<std::string>;
 
 static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
+    const CommandOutcome outcome = run(function, typed(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "tests/mock_adapter.h"
-#include "util/result.h"
 
 TEST(StrCmpNoCase, TakesLettersOfEitherCaseForEqual) {
     EXPECT_EQ(strCmpNoCase("EXIT", "exit"), 0);
@@ -265,10 +264,4 @@ TEST(GetStrFromFileUpTo, StepsOverAFieldThatThereIsNoRoomForAtAll) {
     EXPECT_EQ(nothing[1], 'y');
     GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
     EXPECT_STREQ(buffer, "gh");
-}
-
-TEST(Complain, PrintsTheMessageAsALineAndReturnsTheCode) {
-    int code = 0;
-    EXPECT_EQ(printed([&] { code = fail(Result::unknownCommand, "100% wrong: %s"); }), "100% wrong: %s\n");
-    EXPECT_EQ(code, 9);
 }

@@ -10,6 +10,7 @@
 
 #include "adapter/controller.h"
 #include "commands/event_buffer.h"
+#include "commands/event_path.h"
 #include "tests/mock_adapter.h"
 
 namespace fs = std::filesystem;
