@@ -1,5 +1,5 @@
-// The words users and files have for RAID levels, write modes, initialisation modes and rounding
-// schemes. In the tables the first word found in a text wins: their order is behaviour.
+// The keywords for RAID levels, write modes, initialization modes and rounding schemes. In each table
+// the first keyword that occurs in a text wins, so their order matters.
 #include "commands/vocabulary.h"
 
 #include <cstdio>
@@ -29,7 +29,7 @@ static const char* nameForCode(std::span<const Keyword> keywords, int code, cons
     return fallback;
 }
 
-// The longer words stand before those they begin with.
+// A longer keyword precedes its prefixes.
 static const Keyword raidLevels[] = {
     {"RAID0", kRaid0}, {"RAID10", kRaid10}, {"RAID1", kRaid1}, {"RAID50", kRaid50},
     {"RAID5", kRaid5}, {"RAIDMF", kRaidMf}, {"JBOD", kJbod},
@@ -46,7 +46,7 @@ const char* TranslateRaidLevel2Str(int code) {
     return nameForCode(raidLevels, code & 0xFF, "Unknown raid mode");
 }
 
-// Whatever else a text says, "auto" in it decides: "Auto - Write Back" is the automatic mode.
+// "auto" takes precedence: "Auto - Write Back" is the automatic mode.
 static const Keyword writeModes[] = {
     {"Auto", kAutoMode},
     {"Write Back", kWriteBack},
@@ -71,7 +71,7 @@ const char* TranslateWriteMode2StrForImport(int code) {
     return code & kWriteBack ? "writeback" : "writethru";
 }
 
-// A foreground initialisation cannot be chosen by its word: it fails like an unknown one, silently.
+// Compatibility: foreground initialization cannot be selected; it fails silently.
 static const Keyword initializations[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", -1}, {"BACK", 4}};
 
 int TranslateInitialization(const char* text) {
@@ -97,7 +97,7 @@ const char* TranslateInitialization2Str(int code) {
 }
 
 int TranslateRoundingScheme(const char* text) {
-    // "10GBB" contains "GBB" and means the same; code 2 has no word.
+    // Compatibility: "10GBB" contains "GBB" and means the same; code 2 has no keyword.
     static const Keyword schemes[] = {{"NONE", 0}, {"GBB", 1}};
     if (const Keyword* keyword = findKeyword(schemes, text))
         return keyword->code;

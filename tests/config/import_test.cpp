@@ -25,7 +25,7 @@ protected:
     void expectDisplay(const std::string& text, int result, const std::string& output) {
         write(text);
         int displayed = -1;
-        EXPECT_EQ(printed([&] { displayed = DisplayImportFile(path.c_str()); }), output);
+        EXPECT_EQ(outputOf([&] { displayed = DisplayImportFile(path.c_str()); }), output);
         EXPECT_EQ(displayed, result);
         expectOutcome({"-f", path, "-i"}, 0, output);
     }
@@ -162,10 +162,10 @@ TEST_F(Import, AFileThatHasGoneIsNamed) {
     const std::string errorMessage =
         "Unable to open the specified configuration file \"" + missing + "\"!!\n";
     int result = -1;
-    EXPECT_EQ(printed([&] { result = DisplayImportFile(missing.c_str()); }), errorMessage);
+    EXPECT_EQ(outputOf([&] { result = DisplayImportFile(missing.c_str()); }), errorMessage);
     EXPECT_EQ(result, 12);
     result = -1;
-    EXPECT_EQ(printed([&] {
+    EXPECT_EQ(outputOf([&] {
                   result =
                       SetDataFromConfigFile(missing.c_str(), true, true, 0, nullptr, 0, nullptr, 0, nullptr);
               }),

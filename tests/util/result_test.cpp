@@ -5,6 +5,6 @@
 
 TEST(Fail, PrintsTheMessageAsALineAndReturnsTheCode) {
     int code = 0;
-    EXPECT_EQ(printed([&] { code = fail(Result::unknownCommand, "100% wrong: %s"); }), "100% wrong: %s\n");
+    EXPECT_EQ(outputOf([&] { code = fail(Result::unknownCommand, "100% wrong: %s"); }), "100% wrong: %s\n");
     EXPECT_EQ(code, 9);
 }
