@@ -1,5 +1,5 @@
-// Records and operations of the background activities on logical drives: initialisation,
-// synchronisation, redundancy check, migration and rebuild. All operations return 0 on success; the
+// Records and operations of the background activities on logical drives: initialization,
+// synchronization, redundancy check, migration and rebuild. All operations return 0 on success; the
 // argument called reserved is always 0.
 #pragma once
 
@@ -31,7 +31,7 @@ ASSERT_SIZE(InitProgress, 524);
 ASSERT_OFFSET(InitProgress, state, 70);
 ASSERT_OFFSET(InitProgress, percent, 71);
 
-// Starts an initialisation; as large as its progress record.
+// Starts an initialization; the same size as its progress record.
 struct InitStartRequest {
     std::uint32_t logDrvId;
     std::uint8_t initType;
@@ -45,7 +45,7 @@ ASSERT_OFFSET(InitStartRequest, initType, 4);
 ASSERT_OFFSET(InitStartRequest, word6, 6);
 ASSERT_OFFSET(InitStartRequest, word8, 8);
 
-// Progress of a synchronisation or a redundancy check.
+// Progress of a synchronization or a redundancy check.
 struct SyncProgress {
     ReplyHeader header;
     std::uint8_t reserved64[6];
@@ -78,17 +78,17 @@ ASSERT_SIZE(RebuildProgress, 88);
 ASSERT_OFFSET(RebuildProgress, state, 64);
 ASSERT_OFFSET(RebuildProgress, percent, 66);
 
-// Names the drive whose activity is stopped, paused, resumed or restarted.
+// Selects the drive whose activity is stopped, paused, resumed or restarted.
 struct LogDrvIdBlock {
     std::uint32_t logDrvId;
     std::uint8_t reserved4[4];
 };
 ASSERT_SIZE(LogDrvIdBlock, 8);
 
-// Starts a redundancy check or, with noFix 0, a synchronisation: which of them is the adapter's choice.
+// Starts a redundancy check or, with noFix 0, a synchronization; the adapter decides which.
 struct RedundancyCheckRequest {
     std::uint32_t logDrvId;
-    std::uint8_t noFix; // 1: inconsistencies are counted but not mended
+    std::uint8_t noFix; // 1: inconsistencies are counted but not repaired
     std::uint8_t zero5;
     std::uint8_t reserved6[2];
 };

@@ -1,4 +1,4 @@
-// Records and operations of controllers: information, settings, driver and place on the bus. All
+// Records and operations of controllers: information, settings, driver and bus location. All
 // operations return 0 on success; the argument called reserved is always 0.
 #pragma once
 
@@ -24,8 +24,8 @@ ASSERT_SIZE(ControllerQuery, 12);
 ASSERT_OFFSET(ControllerQuery, infoClass, 8);
 
 enum ControllerInfoClass : std::uint16_t {
-    kGeneralInfo = 0, // answered by ControllerInfo
-    kVersionInfo = 2, // answered by ControllerVersionInfo
+    kGeneralInfo = 0, // returns ControllerInfo
+    kVersionInfo = 2, // returns ControllerVersionInfo
 };
 
 struct ControllerInfo {
@@ -40,8 +40,8 @@ struct ControllerInfo {
     std::uint8_t migrateRate;
     std::uint8_t autoRebuild; // non-zero: enabled
     std::uint8_t reserved323;
-    std::uint8_t smartCheck;        // non-zero: enabled; ControllerSettings has these two
-    std::uint8_t smartPollInterval; // the other way round
+    std::uint8_t smartCheck;        // non-zero: enabled; ControllerSettings has this and
+    std::uint8_t smartPollInterval; // the next field in reverse order
     std::uint8_t reserved326;
     std::uint8_t encPollInterval;
     std::uint8_t reserved328;
@@ -83,7 +83,7 @@ struct ControllerVersionInfo {
 ASSERT_SIZE(ControllerVersionInfo, 88);
 ASSERT_OFFSET(ControllerVersionInfo, firmwareVersion, 72);
 
-// Changed by read, modify, write: what is not named here goes back as it came.
+// Changed by read, modify, write: reserved fields are written back unchanged.
 struct ControllerSettings {
     ReplyHeader header;
     std::uint8_t reserved64[6];
@@ -114,7 +114,7 @@ ASSERT_OFFSET(ControllerSettings, smartCheck, 79);
 ASSERT_OFFSET(ControllerSettings, encPollInterval, 80);
 ASSERT_OFFSET(ControllerSettings, rebuildPolicy, 82);
 
-// Where the controller sits on the host bus.
+// The controller's location on the host bus.
 struct DiscoverPathInfo {
     ReplyHeader header;
     std::uint8_t reserved64[400];
@@ -149,7 +149,7 @@ struct DriverInfo {
 ASSERT_SIZE(DriverInfo, 16);
 
 extern "C" {
-// reply: ControllerInfo or ControllerVersionInfo, as query->infoClass says; size is its size.
+// reply: ControllerInfo or ControllerVersionInfo, depending on query->infoClass; size is its size.
 int q5_getControllerInfo(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                          void* reply, std::uint32_t size);
 int q5_getControllerSettings(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,

@@ -1,11 +1,11 @@
-// Requests that name their members, and the creation of logical drives. All operations return 0 on
+// Requests with a list of members, and the creation of logical drives. All operations return 0 on
 // success; the argument called reserved is always 0.
 #pragma once
 
 #include "adapter/common.h"
 
-inline constexpr std::size_t kMaxRequestMembers = 257; // that a CreateArrayRequest has room for
-inline constexpr std::size_t kMaxTypedMembers = 16;    // that an ID list of the user can name
+inline constexpr std::size_t kMaxRequestMembers = 257; // capacity of a CreateArrayRequest
+inline constexpr std::size_t kMaxTypedMembers = 16;    // in an ID list on the command line
 
 // One member of a request: an extent of a drive.
 struct RequestMember {
@@ -18,10 +18,10 @@ struct CreateArrayRequest {
     std::uint32_t stripeSize; // KB
     std::uint32_t constant4;  // always 1
     std::uint8_t reserved8[8];
-    std::uint64_t capacity; // MB (origin 0) or sectors (origin 1); 0: as large as the extents
+    std::uint64_t capacity; // MB (origin 0) or sectors (origin 1); 0: the size of the extents
     char name[64];
     std::uint16_t raidLevel;
-    std::uint8_t initialization; // initialisation mode code
+    std::uint8_t initialization; // initialization mode code
     std::uint8_t constant91;     // always 1
     std::uint8_t rounding;       // rounding scheme code
     std::uint8_t allocation;     // ArrayAllocation
@@ -56,8 +56,8 @@ ASSERT_OFFSET(CreateArrayRequest, sectorSize, 108);
 ASSERT_OFFSET(CreateArrayRequest, member, 112);
 
 enum ArrayAllocation : std::uint8_t {
-    kAllocateGiven = 0,      // the extents are named, or the level is JBOD
-    kAllocateByCapacity = 3, // the adapter picks the extents
+    kAllocateGiven = 0,      // the extents are listed, or the level is JBOD
+    kAllocateByCapacity = 3, // the adapter selects the extents
 };
 
 enum ArrayOrigin : std::uint8_t {

@@ -5,7 +5,7 @@
 #include "adapter/common.h"
 
 struct EnclosureQuery {
-    std::uint16_t enclosureId; // first one wanted
+    std::uint16_t enclosureId; // first one requested
     std::uint16_t count;       // always 1
 };
 ASSERT_SIZE(EnclosureQuery, 4);

@@ -1,4 +1,4 @@
-// The adapters' event records and how they are fetched. Returns 0 on success; the argument called
+// The adapters' event records and the operation that fetches them. Returns 0 on success; the argument called
 // reserved is always 0.
 #pragma once
 
@@ -6,7 +6,7 @@
 
 struct EventQuery {
     std::int32_t first;  // -1: start with the newest
-    std::uint32_t count; // in: events wanted; out: events delivered
+    std::uint32_t count; // in: events requested; out: events delivered
 };
 ASSERT_SIZE(EventQuery, 8);
 
@@ -21,7 +21,7 @@ ASSERT_OFFSET(HBAEvent, eventId, 12);
 ASSERT_OFFSET(HBAEvent, description, 84);
 
 extern "C" {
-// reply: a Reply of HBAEvent records, as many as query->count then says; its byte count is not set.
+// reply: a Reply of query->count HBAEvent records; its byte count is not set.
 int q5_getHBAEvents(HbaAddress address, std::uint32_t reserved, EventQuery* query, void* reply,
                     std::uint32_t size);
 }

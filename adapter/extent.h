@@ -1,10 +1,10 @@
-// Extents, the pieces of a physical drive's space, and the operations that change them. All
+// Extents, contiguous regions of a physical drive, and the operations that change them. All
 // operations return 0 on success; the argument called reserved is always 0.
 #pragma once
 
 #include "adapter/common.h"
 
-inline constexpr std::uint16_t kNoArray = 255; // of an extent that no array uses
+inline constexpr std::uint16_t kNoArray = 255; // the extent belongs to no array
 inline constexpr std::size_t kMaxExtents = 16; // of one drive
 
 enum ExtentAssignment : std::uint8_t {
@@ -27,7 +27,7 @@ enum ExtentState : std::uint8_t {
     kExtentRebuilding = 8,
 };
 
-// A piece of a drive's space. Starts and sizes are in sectors of 512 bytes.
+// A region of a drive. start and size are in sectors of 512 bytes.
 struct ExtentEntry {
     std::uint16_t index;
     std::uint16_t reserved2;
@@ -49,7 +49,7 @@ ASSERT_OFFSET(ExtentEntry, arrayId, 8);
 ASSERT_OFFSET(ExtentEntry, start, 16);
 ASSERT_OFFSET(ExtentEntry, size, 24);
 
-// Gives an extent a purpose: spare, or part of an array.
+// Makes an extent a spare or part of an array.
 struct ExtentPlacement {
     std::uint16_t extent;
     std::uint16_t driveId;
@@ -60,7 +60,7 @@ ASSERT_SIZE(ExtentPlacement, 8);
 ASSERT_OFFSET(ExtentPlacement, driveId, 2);
 ASSERT_OFFSET(ExtentPlacement, logDrvId, 4);
 
-// Names the extent to free, delete or split.
+// Selects the extent to free, delete or split.
 struct ExtentRef {
     std::uint32_t extent;
     std::uint32_t driveId;

@@ -6,7 +6,7 @@
 #include "adapter/common.h"
 
 inline constexpr std::uint32_t kMaxLogDrvs = 128;   // of one controller
-inline constexpr std::size_t kMaxArrayMembers = 32; // that a LogDrvInfo can name
+inline constexpr std::size_t kMaxArrayMembers = 32; // in a LogDrvInfo
 
 enum RaidLevel : std::uint8_t {
     kRaid0 = 0,
@@ -42,7 +42,7 @@ enum WriteCacheBit : std::uint8_t { // none of the three: write through
 };
 
 struct LogDrvQuery {
-    std::uint32_t logDrvId; // first one wanted
+    std::uint32_t logDrvId; // first one requested
     std::uint32_t count;
 };
 ASSERT_SIZE(LogDrvQuery, 8);
@@ -58,10 +58,10 @@ struct LogDrvInfo {
     std::uint8_t reserved12[4];
     std::uint64_t sectorCount;
     std::uint8_t reserved24[18];
-    std::uint16_t diskCount; // claimed by the adapter; boundedMemberCount() bounds it
+    std::uint16_t diskCount; // untrusted; see boundedMemberCount()
     std::uint8_t reserved44[4];
     std::uint32_t stripeBlocks;
-    std::uint16_t logDrvId; // the ID that users type
+    std::uint16_t logDrvId; // the ID that users see
     std::uint8_t reserved54[2];
     char name[88];
     std::uint8_t memberIds[kMaxArrayMembers]; // physical drive IDs from 0
@@ -90,7 +90,7 @@ ASSERT_OFFSET(LogDrvInfo, shift, 178);
 ASSERT_OFFSET(LogDrvInfo, subArrayCount, 180);
 ASSERT_OFFSET(LogDrvInfo, sectorSize, 192);
 
-// How many members a record really names, whatever it claims.
+// The number of members in a record, limited to its array's size.
 inline int boundedMemberCount(const LogDrvInfo& drive) {
     return drive.diskCount < kMaxArrayMembers ? drive.diskCount : static_cast<int>(kMaxArrayMembers);
 }
@@ -112,7 +112,7 @@ ASSERT_OFFSET(LogDrvSettings, name, 16);
 ASSERT_OFFSET(LogDrvSettings, consolidation, 48);
 ASSERT_OFFSET(LogDrvSettings, lookahead, 50);
 
-// Names the array to delete; the size argument is 8.
+// Selects the array to delete; the size argument is 8.
 struct DeleteArrayRequest {
     std::uint32_t count; // always 1
     std::uint32_t arrayId;
@@ -128,12 +128,12 @@ int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDr
                          std::uint32_t size);
 int q5_setLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query,
                          const void* settings, std::uint32_t size);
-// lostMask: bit n set when the member with ID n has gone down.
+// lostMask: bit n is set if the member with ID n has failed.
 int q5_getAryLostDisk(HbaAddress address, std::uint32_t reserved, std::uint8_t logDrvId,
                       std::uint32_t* lostMask);
 int q5_delDiskArray(HbaAddress address, std::uint32_t reserved, const DeleteArrayRequest* request,
                     std::uint32_t size);
-// Blinks all members for so many seconds.
+// Blinks the lights of all members.
 int q5_locateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId,
                     std::uint32_t seconds);
 int q5_stopLocateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId);

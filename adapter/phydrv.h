@@ -1,5 +1,5 @@
-// Records and operations of physical drives. Drive IDs count from 0 here; users type and see them
-// from 1. All operations return 0 on success; the argument called reserved is always 0.
+// Records and operations of physical drives. Drive IDs count from 0 here; users see them from 1. All
+// operations return 0 on success; the argument called reserved is always 0.
 #pragma once
 
 #include <span>
@@ -17,8 +17,8 @@ ASSERT_SIZE(PhyDrvQuery, 12);
 ASSERT_OFFSET(PhyDrvQuery, filter, 8);
 
 inline constexpr std::uint16_t kAllDrives = 255;
-inline constexpr std::uint16_t kNoEnclosureId = 255; // of a drive outside any enclosure
-inline constexpr std::uint32_t kMaxDrives = 16;      // that one listing asks for
+inline constexpr std::uint16_t kNoEnclosureId = 255; // the drive is outside any enclosure
+inline constexpr std::uint32_t kMaxDrives = 16;      // in one listing
 
 struct PhyDrvInfo {
     std::uint8_t reserved0[4];
@@ -39,7 +39,7 @@ struct PhyDrvInfo {
     char firmware[38];
     std::uint8_t dmaMode;
     std::uint8_t reserved149[2];
-    std::uint8_t extentCount; // claimed by the adapter; extents() bounds it
+    std::uint8_t extentCount; // untrusted; see extents()
     ExtentEntry extent[kMaxExtents];
 };
 ASSERT_SIZE(PhyDrvInfo, 664);
@@ -57,12 +57,12 @@ ASSERT_OFFSET(PhyDrvInfo, dmaMode, 148);
 ASSERT_OFFSET(PhyDrvInfo, extentCount, 151);
 ASSERT_OFFSET(PhyDrvInfo, extent, 152);
 
-// The extents a drive entry holds, never more than it has room for.
+// The extents of a drive entry, limited to its array's size.
 inline std::span<const ExtentEntry> extents(const PhyDrvInfo& drive) {
     return {drive.extent, drive.extentCount < kMaxExtents ? drive.extentCount : kMaxExtents};
 }
 
-// Names the drive of a drive-wide operation.
+// Selects the drive of a drive-wide operation.
 struct DriveSelector {
     std::uint32_t driveId;
     std::uint32_t count; // always 1
@@ -83,7 +83,7 @@ struct PhyDrvSettings {
     std::uint16_t pdId;
     std::uint8_t reserved6[2];
     std::uint8_t writeCache;   // 1: enabled, 0: disabled
-    std::uint8_t smartCheck;   // likewise
+    std::uint8_t smartCheck;   // 1: enabled, 0: disabled
     std::uint8_t tcqSupported; // non-zero: the drive can queue tagged commands
     std::uint8_t ncqSupported; // non-zero: the drive can queue native commands
     std::uint8_t tcqEnabled;
@@ -108,14 +108,14 @@ int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
                          void* reply, std::uint32_t size);
 int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
                          const void* settings, std::uint32_t size);
-// state: non-zero when the drive's locate light is on.
+// state: non-zero if the drive's locate light is on.
 int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
                              std::uint8_t* state);
 int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId, std::uint32_t seconds);
 int q5_stopLocatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId);
 // Clears the drive's reserved configuration sectors.
 int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive);
-// The 3 Gb/s option of all drives of this model and firmware; size is 4.
+// The 3 Gb/s option of all drives with this model and firmware; size is 4.
 int q5_getDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
                             const char* firmware, int* setting, std::uint32_t size);
 int q5_setDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,

@@ -3,7 +3,7 @@
 
 #include "adapter/common.h"
 
-// How the library is to be opened. Everything not named here is zero.
+// Parameters for opening the library. Reserved fields are zero.
 struct ApiInitRecord {
     std::uint64_t reserved0; // written explicitly as 0
     std::uint8_t reserved8[8];

@@ -9,6 +9,7 @@
 #include "adapter/session.h"
 #include "cli/interface.h"
 #include "commands/event_buffer.h"
+#include "commands/event_path.h"
 #include "util/result.h"
 #include "util/words.h"
 

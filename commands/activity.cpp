@@ -1,12 +1,13 @@
-// The five activities' rows and what their commands share. Formats are printed with all the numbers
-// any of them takes; those that take fewer ignore the rest.
+// The table of the five activities and the code their commands share. Every format is passed all the
+// numbers any of them uses; a format that uses fewer ignores the rest.
 #include "commands/activity.h"
 
 #include <cstdio>
 
 #include "commands/logdrv_lookup.h"
 
-// Reads the progress record of an activity; zero, that is running at 0 percent, when there is none.
+// Reads the progress record of an activity. If the adapter returns none, the activity is reported as
+// running at 0 percent.
 template <typename Progress, auto operation, std::uint32_t kind = 0>
 static ActivityState readProgress(std::uint32_t controller, std::uint32_t logDrvId) {
     const ActivityQuery query = {logDrvId, kind};
@@ -66,8 +67,8 @@ static const Activity* firstRunning(const LogDrvInfo& drive, std::span<const Act
     return nullptr;
 }
 
-// The two lines prefer different activities when a drive reports more than one, and each reads the
-// progress for itself.
+// Compatibility: when a drive reports several activities, the two lines may describe different ones.
+// Each line reads the progress separately.
 void printActivity(std::uint32_t controller, const LogDrvInfo& drive) {
     static const Activity* const statusOrder[] = {&rebuild, &synchronization, &redundancyCheck,
                                                   &initialization, &migration};
@@ -78,53 +79,54 @@ void printActivity(std::uint32_t controller, const LogDrvInfo& drive) {
         std::puts("Array activity status : Idle");
         return;
     }
-    std::puts(running->read(controller, drive.logDrvId).paused ? running->pausedLine : running->runningLine);
+    std::puts(running->readState(controller, drive.logDrvId).paused ? running->pausedLine
+                                                                    : running->runningLine);
     running = firstRunning(drive, progressOrder);
-    std::printf(running->progress, running->read(controller, drive.logDrvId).percent);
+    std::printf(running->progress, running->readState(controller, drive.logDrvId).percent);
 }
 
-Option logDrvOption(LogDrvArgs* read) {
-    return numberOption("-l", "logical drive ID", &read->logDrv, Result::badId);
+Option logDrvOption(LogDrvArgs* args) {
+    return numberOption("-l", "logical drive ID", &args->logDrv, Result::badId);
 }
 
-Option controllerOption(LogDrvArgs* read) {
-    return numberOption("-i", "controller ID", &read->controller, Result::badId);
+Option controllerOption(LogDrvArgs* args) {
+    return numberOption("-i", "controller ID", &args->controller, Result::badId);
 }
 
-static int parseLogDrvArgs(int wordCount, char** words, int first, LogDrvArgs* read) {
-    const Option options[] = {logDrvOption(read), controllerOption(read)};
+static int parseLogDrvArgs(int wordCount, char** words, int first, LogDrvArgs* args) {
+    const Option options[] = {logDrvOption(args), controllerOption(args)};
     return readOptions(wordCount, words, first, options, "Invalid parameters defined");
 }
 
-bool lookupLogDrv(const LogDrvArgs& read, LogDrvInfo* drive, const char* noDrive) {
-    if (findLogDrv(read.controller, read.logDrv, drive))
+bool lookupLogDrv(const LogDrvArgs& args, LogDrvInfo* drive, const char* noDrive) {
+    if (findLogDrv(args.controller, args.logDrv, drive))
         return true;
-    std::printf(noDrive, static_cast<int>(read.logDrv), static_cast<int>(read.controller));
+    std::printf(noDrive, static_cast<int>(args.logDrv), static_cast<int>(args.controller));
     return false;
 }
 
-// The activity a list speaks of: its own, or the alternative when only that one runs.
+// The activity to list: the list's own, or its fallback when only that one is running.
 static const Activity* listedActivity(const LogDrvInfo& drive, const ActivityList& list) {
     if (isRunning(drive, *list.activity))
         return list.activity;
-    if (list.alternative != nullptr && isRunning(drive, *list.alternative))
-        return list.alternative;
+    if (list.fallback != nullptr && isRunning(drive, *list.fallback))
+        return list.fallback;
     return nullptr;
 }
 
 int listActivity(int wordCount, char** words, const ActivityList& list) {
-    LogDrvArgs read;
-    if (const int result = parseLogDrvArgs(wordCount, words, firstOption(wordCount, words), &read))
+    LogDrvArgs args;
+    if (const int result = parseLogDrvArgs(wordCount, words, firstOption(wordCount, words), &args))
         return result;
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, list.noDrive))
+    if (!lookupLogDrv(args, &drive, list.noDrive))
         return Result::notFound;
     const Activity* activity = listedActivity(drive, list);
     if (activity == nullptr)
         return fail(Result::done, list.noActivity);
 
-    const int logDrv = static_cast<int>(read.logDrv), controller = static_cast<int>(read.controller);
-    const ActivityState state = activity->read(read.controller, read.logDrv);
+    const int logDrv = static_cast<int>(args.logDrv), controller = static_cast<int>(args.controller);
+    const ActivityState state = activity->readState(args.controller, args.logDrv);
     if (state.paused)
         std::printf(list.paused, logDrv, controller);
     else
@@ -132,15 +134,15 @@ int listActivity(int wordCount, char** words, const ActivityList& list) {
     return Result::done;
 }
 
-static bool preconditionMet(const ActivityControl& control, const LogDrvArgs& read, const LogDrvInfo& drive) {
-    if (control.guard == ActivityPrecondition::none)
+static bool preconditionMet(const ActivityControl& control, const LogDrvArgs& args, const LogDrvInfo& drive) {
+    if (control.precondition == ActivityPrecondition::none)
         return true;
     if (!isRunning(drive, *control.activity))
         return false;
-    if (control.guard == ActivityPrecondition::running)
+    if (control.precondition == ActivityPrecondition::running)
         return true;
-    const bool paused = control.activity->read(read.controller, read.logDrv).paused;
-    return paused == (control.guard == ActivityPrecondition::paused);
+    const bool paused = control.activity->readState(args.controller, args.logDrv).paused;
+    return paused == (control.precondition == ActivityPrecondition::paused);
 }
 
 int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success, const char* failure) {
@@ -151,15 +153,15 @@ int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success,
 int controlActivity(int wordCount, char** words, const ActivityControl& control) {
     if (wordCount != 7)
         return fail(Result::badCount, control.countMessage);
-    LogDrvArgs read;
-    if (const int result = parseLogDrvArgs(wordCount, words, 3, &read))
+    LogDrvArgs args;
+    if (const int result = parseLogDrvArgs(wordCount, words, 3, &args))
         return result;
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, control.noDrive))
+    if (!lookupLogDrv(args, &drive, control.noDrive))
         return Result::notFound;
-    if (!preconditionMet(control, read, drive))
+    if (!preconditionMet(control, args, drive))
         return Result::done;
-    const LogDrvIdBlock block = {read.logDrv, {}};
-    return reportActivity(control.operation(hbaAddress(read.controller), &block), read.logDrv,
+    const LogDrvIdBlock block = {args.logDrv, {}};
+    return reportActivity(control.operation(hbaAddress(args.controller), &block), args.logDrv,
                           control.success, control.failure);
 }

@@ -12,10 +12,10 @@ struct ActivityState {
     int percent;
 };
 
-// An activity as listings show it. Progress formats take the percentage.
+// An activity and how listings show it. The progress format takes the percentage.
 struct Activity {
     ActivityBit bit;
-    ActivityState (*read)(std::uint32_t controller, std::uint32_t logDrvId);
+    ActivityState (*readState)(std::uint32_t controller, std::uint32_t logDrvId);
     const char* pausedLine;
     const char* runningLine;
     const char* progress;
@@ -27,29 +27,29 @@ extern const Activity redundancyCheck;
 extern const Activity migration;
 extern const Activity rebuild;
 
-// Prints what the drive is doing, and how far it has come: one line, and one more unless it is idle.
+// Prints the drive's activity and its progress: two lines, or one if the drive is idle.
 void printActivity(std::uint32_t controller, const LogDrvInfo& drive);
 
 bool isRunning(const LogDrvInfo& drive, const Activity& activity);
 
-// Whether any activity runs: then no other is started.
+// Whether any activity is running, in which case no other can be started.
 bool isBusy(const LogDrvInfo& drive);
 
-// The drive that the words of an activity command name.
+// The logical drive that an activity command operates on.
 struct LogDrvArgs {
     std::uint32_t controller = 0;
     std::uint32_t logDrv = 0;
 };
 
-// Rows of its two options, for commands that take more.
-Option logDrvOption(LogDrvArgs* read);
-Option controllerOption(LogDrvArgs* read);
+// The options -l and -i, for commands that have others as well.
+Option logDrvOption(LogDrvArgs* args);
+Option controllerOption(LogDrvArgs* args);
 
-// How an activity's list speaks. Formats may take the logical drive's and the controller's ID, in this
-// order; inProgress takes the percentage before them.
+// The messages of an activity's list action. Formats may take the logical drive's and the controller's ID, in
+// this order; inProgress takes the percentage before them.
 struct ActivityList {
     const Activity* activity;
-    const Activity* alternative; // listed in its place when only that one runs; null for most
+    const Activity* fallback; // listed if activity is not running; may be null
     const char* noDrive;
     const char* noActivity;
     const char* paused;
@@ -57,7 +57,7 @@ struct ActivityList {
 };
 int listActivity(int wordCount, char** words, const ActivityList& list);
 
-// When a control operation is called; otherwise the command ends well without a word.
+// When a control operation is called. Otherwise the command succeeds silently.
 enum class ActivityPrecondition {
     none,
     running,   // paused or not
@@ -65,11 +65,11 @@ enum class ActivityPrecondition {
     paused,
 };
 
-// How an activity's pause, resume, stop or restart is done. All take exactly seven words. Formats may
+// An activity's pause, resume, stop or restart action. All require exactly seven words. Formats may
 // take the logical drive's and the controller's ID, in this order.
 struct ActivityControl {
     const Activity* activity;
-    ActivityPrecondition guard;
+    ActivityPrecondition precondition;
     int (*operation)(HbaAddress address, const LogDrvIdBlock* drive);
     const char* countMessage;
     const char* noDrive;
@@ -78,8 +78,10 @@ struct ActivityControl {
 };
 int controlActivity(int wordCount, char** words, const ActivityControl& control);
 
-// Looks the drive of a control or start up; false after noDrive, a format as above.
-bool lookupLogDrv(const LogDrvArgs& read, LogDrvInfo* drive, const char* noDrive);
+// Looks up the drive of a control or start action. If it does not exist, prints noDrive, a format as
+// above, and returns false.
+bool lookupLogDrv(const LogDrvArgs& args, LogDrvInfo* drive, const char* noDrive);
 
-// Says how an operation went, by formats that take the logical drive's ID.
+// Prints the outcome of an operation, with formats that take the logical drive's ID, and returns the
+// result code.
 int reportActivity(int adapterResult, std::uint32_t logDrv, const char* success, const char* failure);

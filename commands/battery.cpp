@@ -47,8 +47,7 @@ static void printState(std::uint8_t status) {
 
 int ListBatteryInfo(int wordCount, char** words) {
     std::uint32_t controller = 0;
-    // The option "-i" is refused and any other word takes a controller ID: in practice the command is
-    // used alone. Scripts rely on the refusal.
+    // Compatibility: "-i" is rejected, while any other word is followed by a controller ID.
     for (int i = 1; i < wordCount; i += 2) {
         if (strCmpNoCase(words[i], "-i") == 0)
             return fail(Result::badValue, "Invalid subcommand - 'battery'");

@@ -1,24 +1,23 @@
-// The bga command: the background activity of one logical drive and how far it has come.
+// The bga command: the background activity of one logical drive and its progress.
 #include "commands/bga.h"
 
 #include "commands/activity.h"
 #include "util/utils.h"
 #include "util/words.h"
 
-// The walk is odd and scripts know it: one word is stepped over before every "-l", so that "-l" comes
-// first and "-i" after it.
-static int readWords(int wordCount, char** words, LogDrvArgs* read) {
+// Compatibility: one word is skipped before every "-l", so "-l" must precede "-i".
+static int parseBgaArgs(int wordCount, char** words, LogDrvArgs* args) {
     int index = wordCount > 1 && strCmpNoCase(words[1], "-a") == 0 ? 2 : 0;
     while (index < wordCount) {
         if (strCmpNoCase(wordAt(words, index), "-i") == 0) {
-            if (!TranslateStr2Int("controller ID", wordAt(words, index + 1), &read->controller))
+            if (!TranslateStr2Int("controller ID", wordAt(words, index + 1), &args->controller))
                 return Result::badId;
             index += 2;
             continue;
         }
         if (strCmpNoCase(wordAt(words, index + 1), "-l") != 0)
             return fail(Result::badValue, "Invalid parameters defined");
-        if (!TranslateStr2Int("logical drive ID", wordAt(words, index + 2), &read->logDrv))
+        if (!TranslateStr2Int("logical drive ID", wordAt(words, index + 2), &args->logDrv))
             return Result::badId;
         index += 3;
     }
@@ -26,14 +25,14 @@ static int readWords(int wordCount, char** words, LogDrvArgs* read) {
 }
 
 int ListBGAInfo(int wordCount, char** words) {
-    LogDrvArgs read;
-    const bool alone = wordCount <= 1 || (wordCount == 3 && strCmpNoCase(words[1], "-a") == 0);
-    if (!alone)
-        if (const int result = readWords(wordCount, words, &read))
+    LogDrvArgs args;
+    const bool hasNoOptions = wordCount <= 1 || (wordCount == 3 && strCmpNoCase(words[1], "-a") == 0);
+    if (!hasNoOptions)
+        if (const int result = parseBgaArgs(wordCount, words, &args))
             return result;
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, "No array with ID %d in controller #%d is existed\n"))
+    if (!lookupLogDrv(args, &drive, "No array with ID %d in controller #%d is existed\n"))
         return Result::notFound;
-    printActivity(read.controller, drive);
+    printActivity(args.controller, drive);
     return Result::done;
 }

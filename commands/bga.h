@@ -1,5 +1,5 @@
 // The bga command. Takes the word table and returns a result code.
 #pragma once
 
-// bga [-a list] [-l id [-i id]]: what one logical drive is doing in the background.
+// bga [-a list] [-l id [-i id]]: the background activity of one logical drive.
 int ListBGAInfo(int wordCount, char** words);

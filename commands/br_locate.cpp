@@ -1,13 +1,13 @@
-// Finding the directory of the program file in the system's memory map.
+// Finds the directory of the program file from the system's memory map.
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
-#include "commands/event_buffer.h"
+#include "commands/event_path.h"
 
-// Whether a line of the map describes code of a file that holds the address; *path is then where the
-// file's path starts.
-static bool holdsAddress(char* line, std::uintptr_t address, char** path) {
+// Whether a line of the map describes a code mapping that contains the address. If so, *path points to
+// the path of the mapped file.
+static bool containsAddress(char* line, std::uintptr_t address, char** path) {
     if (std::strstr(line, " r-xp ") == nullptr)
         return false;
     *path = std::strchr(line, '/');
@@ -24,7 +24,7 @@ char* br_locate(const void* address) {
     char* directory = nullptr;
     while (directory == nullptr && std::fgets(line, sizeof line, maps) != nullptr) {
         char* path = nullptr;
-        if (holdsAddress(line, reinterpret_cast<std::uintptr_t>(address), &path)) {
+        if (containsAddress(line, reinterpret_cast<std::uintptr_t>(address), &path)) {
             std::strrchr(path, '/')[1] = '\0';
             directory = strdup(path);
         }

@@ -1,4 +1,4 @@
-// The buzz command: shows and switches the controllers' buzzers.
+// The buzz command: shows the state of the controllers' buzzers and turns them on and off.
 #include "commands/buzz.h"
 
 #include <cstdio>
@@ -7,7 +7,7 @@
 #include "commands/options.h"
 #include "util/utils.h"
 
-static constexpr std::uint32_t kBuzzersListed = 4; // whether there are as many controllers or not
+static constexpr std::uint32_t kBuzzersListed = 4; // Compatibility: however many controllers exist
 
 static const char* buzzerText(std::uint32_t controller) {
     std::uint8_t state = 0;

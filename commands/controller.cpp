@@ -10,12 +10,12 @@
 #include "adapter/session.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/result.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 namespace {
-// All that a listing shows of one controller; zero where the adapter did not answer.
+// Everything a listing shows about one controller; zero where a call failed.
 struct ControllerReport {
     std::uint32_t controllerId;
     DiscoverPathInfo path;
@@ -89,8 +89,8 @@ static void printPath(const DiscoverPathInfo& path) {
     std::printf("Base address SDRAM : 0x%x\n", path.baseAddressSdram);
 }
 
-// Rates, intervals and flags are those the controller runs with, not those of its settings record,
-// which alone knows the rebuild policy.
+// Rates, intervals and flags come from the controller's information record; only the rebuild policy
+// comes from its settings record.
 static void printRates(const ControllerInfo& info, const ControllerSettings& settings) {
     std::printf("Rebuild rate : %d\n", info.rebuildRate);
     std::printf("Synchronization rate : %d\n", info.syncRate);
@@ -140,7 +140,8 @@ int ListControllerInfo(int wordCount, char** words) {
                                        "Invalid parameters defined"))
         return result;
 
-    // The count is compared, not the highest ID: ID 1 with count 1 is refused though it may exist.
+    // Compatibility: the ID is compared with the count, so ID 1 with count 1 is rejected although it may
+    // exist.
     if (count <= first) {
         std::printf("No controller with ID #%d is existed!\n", static_cast<int>(first));
         return Result::notFound;
@@ -151,14 +152,14 @@ int ListControllerInfo(int wordCount, char** words) {
     if (!verbose)
         std::printf("%2s %12s %8s %4s %6s %10s %12s %12s\n", "ID", "MemType", "MemSize", "Disks", "Arrays",
                     "Enclosures", "BIOS Ver", "Driver Ver");
-    // The count is not lowered by the first ID: what lies beyond the last controller shows as zeroes.
+    // Compatibility: the count is not reduced by the first ID; controllers past the last show as zeros.
     for (std::uint32_t id = first; id < first + count; ++id)
         (verbose ? printBlock : printRow)(readController(id), driverVersion);
     return Result::done;
 }
 
 namespace {
-// A settings key; the first row whose key stands in an item decides, so "smartpoll" is before "smart".
+// A settings key. The first row whose key occurs in an item wins, so "smartpoll" precedes "smart".
 struct SettingKey {
     const char* key;
     std::uint8_t ControllerSettings::*field;
@@ -186,8 +187,8 @@ static const SettingKey* findSettingKey(const char* item) {
     return nullptr;
 }
 
-// Stores a number 1..255; any other gets a message, an item without a value none.
-static ItemResult readRate(const char* item, std::uint8_t* field, const char* outOfRange) {
+// Stores a number 1..255. Any other number prints a message; a missing value does not.
+static ItemResult parseRate(const char* item, std::uint8_t* field, const char* outOfRange) {
     const char* value = itemValue(item);
     if (value == nullptr)
         return ItemResult::invalid;
@@ -205,7 +206,7 @@ static ItemResult changeSetting(ControllerSettings* settings, const char* item) 
     if (row == nullptr)
         return abortItems("Invalid parameters for \"ctrl\"!");
     std::uint8_t* field = &(settings->*row->field);
-    return row->outOfRange != nullptr ? readRate(item, field, row->outOfRange) : readSwitch(item, field);
+    return row->outOfRange != nullptr ? parseRate(item, field, row->outOfRange) : parseSwitch(item, field);
 }
 
 int SetControllerSettings(int wordCount, char** words) {

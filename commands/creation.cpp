@@ -1,4 +1,4 @@
-// Creating logical drives from drives, extents and a creation text.
+// Creates logical drives from lists of drives and extents and a creation text.
 #include "commands/creation.h"
 
 #include <cstdio>
@@ -7,23 +7,23 @@
 #include "adapter/logdrv.h"
 #include "commands/options.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 namespace {
-// A key of the creation text; the first row whose key stands in an item decides.
+// A key of the creation text. The first row whose key occurs in an item wins.
 struct CreationKey {
     const char* key;
     ItemResult (*store)(CreateArrayRequest* request, const char* value);
 };
 } // namespace
 
-static ItemResult okIf(bool good) {
-    return good ? ItemResult::ok : ItemResult::invalid;
+static ItemResult okIf(bool valid) {
+    return valid ? ItemResult::ok : ItemResult::invalid;
 }
 
 static ItemResult storeName(CreateArrayRequest* request, const char* value) {
-    readName(value, request->name, sizeof request->name);
+    parseName(value, request->name, sizeof request->name);
     return ItemResult::ok;
 }
 
@@ -33,7 +33,7 @@ static ItemResult storeRaid(CreateArrayRequest* request, const char* value) {
     return code == kUnknownRaid ? ItemResult::abort : ItemResult::ok;
 }
 
-// Wider than the other numbers: an imported array of 2 TB and more comes back at its full size.
+// 64 bits, unlike the other numbers, so that imported arrays of 2 TB and more keep their size.
 static ItemResult storeCapacity(CreateArrayRequest* request, const char* value) {
     request->capacity = static_cast<std::uint64_t>(std::strtoll(value, nullptr, 10));
     return ItemResult::ok;
@@ -103,7 +103,7 @@ static const CreationKey creationKeys[] = {
     {"shift", storeShift},
 };
 
-// Applies one item; what names no key is ignored.
+// Applies one item. Unknown keys are ignored.
 static ItemResult storeItem(CreateArrayRequest* request, const char* item) {
     for (const CreationKey& row : creationKeys) {
         if (!itemContains(item, row.key))
@@ -118,7 +118,7 @@ static bool isStripeSize(std::uint32_t size) {
     return size >= 32 && size <= 1024 && (size & (size - 1)) == 0;
 }
 
-// Whether the request says all that its level needs.
+// Checks that the request has everything its RAID level requires.
 static int checkRequest(const CreateArrayRequest& request, int extentCount) {
     const bool jbod = request.raidLevel == kJbod;
     if (request.name[0] == '\0' && !jbod)
@@ -127,7 +127,7 @@ static int checkRequest(const CreateArrayRequest& request, int extentCount) {
         return fail(Result::badCount, "Error: Raid level is not defined!");
     if (extentCount == 0 && request.capacity == 0 && !jbod)
         return fail(Result::badCount, "Error: extent ID or the logical drive size is not defined!");
-    // The text admits only some of these sizes; the adapter's own list guards the request once more.
+    // The creation text allows only some of these sizes; this checks the adapter's full range again.
     if (!isStripeSize(request.stripeSize)) {
         std::printf("Invalid stripe size %d is defined!\n", static_cast<int>(request.stripeSize));
         return Result::badValue;
@@ -138,7 +138,7 @@ static int checkRequest(const CreateArrayRequest& request, int extentCount) {
     return Result::done;
 }
 
-// An extent list shorter than the drive list leaves the rest at extent 0.
+// If the extent list is shorter than the drive list, the remaining members use extent 0.
 static void storeMembers(CreateArrayRequest* request, const IdList<>& drives, const IdList<>& extents) {
     for (int i = 0; i < drives.count; ++i)
         request->member[i] = {extents.id[i], drives.id[i]};
@@ -181,7 +181,7 @@ int PhraseCreateLogDrvArg(int wordCount, char** words, HbaAddress* address, std:
 
     *request = defaultRequest();
     request->memberCount = static_cast<std::uint8_t>(drives.count);
-    // The creation text is the last word, wherever "-z" stood.
+    // Compatibility: the creation text is always the last word, wherever "-z" is.
     if (const int result = applyItems(wordAt(words, end - 1), request, storeItem, "Incorrect parameters!"))
         return result;
     if (const int result = checkRequest(*request, extents.count))

@@ -3,17 +3,17 @@
 
 #include "adapter/creation.h"
 
-// Turns the words into a request and the address it goes to. Result::done when the request is
-// complete; otherwise, after a message, Result::badValue, badCount or badId.
+// Parses the words into a request and the address to send it to. Returns Result::done, or after a
+// message Result::badValue, badCount or badId.
 int PhraseCreateLogDrvArg(int wordCount, char** words, HbaAddress* address, std::uint32_t* secondArgument,
                           CreateArrayRequest* request);
 
-// Creates what the words ask for; every failure is Result::refused.
+// Creates a logical drive from the words. Returns Result::done, or Result::refused for any failure.
 int CreateLogDrv(int wordCount, char** words);
 
-// The same for a configuration import, whose capacity is in sectors.
+// The same for a configuration import: the capacity is in sectors.
 int CreateLogDrv2(int wordCount, char** words);
 
-// Brings an array online. Takes three words, of which the last is both the array's and the
-// controller's ID. No command word leads here.
+// Brings an array online. Takes three words; the last is both the array ID and the controller ID. No
+// command calls this.
 int ActivateArray(int wordCount, char** words);

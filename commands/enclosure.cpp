@@ -19,7 +19,7 @@ static double volts(std::uint32_t millivolts) {
     return static_cast<float>(millivolts) / 1000.0F;
 }
 
-// The first sensor of a kind is #1 and every later one #2, however many there are.
+// Compatibility: the first sensor of a kind is #1 and every later one #2.
 static int sensorNumber(bool* seen) {
     const int number = *seen ? 2 : 1;
     *seen = true;
@@ -88,40 +88,40 @@ int ListEnclosureInfo(int wordCount, char** words) {
 }
 
 namespace {
-// Where the locate walk looks for drives: not at the entries of the reply but 192 bytes into each of
-// them. Scripts and habits know its effect, so it stays; the reply's size is the adapter's contract.
-struct LocatePlace {
+// Compatibility: the locate action reads the entries of the reply 192 bytes too far, so it matches other
+// bytes than a drive's IDs. The size of the reply is fixed by the adapter.
+struct LocateEntry {
     std::uint8_t reserved0[4];
     std::uint16_t driveId;
     std::uint8_t reserved6[8];
     std::uint16_t enclosureId;
     std::uint8_t reserved16[648];
 };
-ASSERT_SIZE(LocatePlace, sizeof(PhyDrvInfo));
-ASSERT_OFFSET(LocatePlace, enclosureId, 14);
+ASSERT_SIZE(LocateEntry, sizeof(PhyDrvInfo));
+ASSERT_OFFSET(LocateEntry, enclosureId, 14);
 
 struct LocateReply {
     ReplyHeader header;
     std::uint8_t reserved64[192];
-    LocatePlace place[64];
+    LocateEntry entry[64];
 };
 ASSERT_SIZE(LocateReply, 42752);
-ASSERT_OFFSET(LocateReply, place, 256);
+ASSERT_OFFSET(LocateReply, entry, 256);
 } // namespace
 
-// Looks once for every entry, and goes to the next place only when a place matched.
+// Compatibility: compares once per entry in the reply, but advances only after a match.
 static void locateDrives(HbaAddress address, const LocateReply& reply, std::uint32_t enclosure,
                          std::uint32_t seconds) {
-    const LocatePlace* place = reply.place;
-    for (std::size_t entries = countRecords(reply.header, sizeof(PhyDrvInfo), std::size(reply.place));
-         entries > 0; --entries) {
-        if (place->enclosureId != enclosure)
+    const LocateEntry* entry = reply.entry;
+    for (std::size_t remaining = countRecords(reply.header, sizeof(PhyDrvInfo), std::size(reply.entry));
+         remaining > 0; --remaining) {
+        if (entry->enclosureId != enclosure)
             continue;
         if (seconds > 0)
-            q5_locatePhyDrv(address, 0, place->driveId, seconds);
+            q5_locatePhyDrv(address, 0, entry->driveId, seconds);
         else
-            q5_stopLocatePhyDrv(address, 0, place->driveId);
-        ++place;
+            q5_stopLocatePhyDrv(address, 0, entry->driveId);
+        ++entry;
     }
 }
 
@@ -134,7 +134,7 @@ int LocateEnclosure(int wordCount, char** words) {
     };
     for (int index = 3; index < wordCount;) {
         const int result = readOption(words, &index, options);
-        if (result == kUnknownOption) // the scan stays at this word, as scripts that watch for it expect
+        if (result == kUnknownOption) // Compatibility: the index is not advanced; the message repeats
             std::puts("Invalid command for \"enclosure\"");
         else if (result != Result::done)
             return result;

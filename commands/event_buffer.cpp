@@ -1,4 +1,4 @@
-// Storing and taking events, and the file that keeps them between runs.
+// The event buffer, and reading and writing the file that keeps it between runs.
 #include "commands/event_buffer.h"
 
 #include <cstdio>
@@ -6,7 +6,7 @@
 
 EventBuffer g_EventBuffer;
 
-// Storing goes through the slots 1 .. 48 and 0; slot 49 only ever holds what a file brought.
+// Compatibility: events are stored in slots 1 .. 48, then 0; slot 49 is only ever filled from the file.
 int AddEventToBuffer(const HBAEvent* event) {
     if (event == nullptr)
         return 0;
@@ -41,7 +41,7 @@ int ReadEventBufferFromFile(const char* path, EventBuffer* buffer) {
     std::FILE* file = std::fopen(path, "rb");
     if (file == nullptr)
         return 0;
-    // A short file, even an empty one, is taken as far as it goes.
+    // A short or empty file is accepted.
     static_cast<void>(std::fread(buffer, 1, sizeof *buffer, file) == sizeof *buffer);
     std::fclose(file);
     return 1;
@@ -51,7 +51,7 @@ int WriteEventBufferToFile(const char* path, const EventBuffer* buffer) {
     std::FILE* file = std::fopen(path, "wb");
     if (file == nullptr)
         return 0;
-    // A full disk is not reported: the events stay with the adapter.
+    // A write error is not reported: the adapter still has the events.
     static_cast<void>(std::fwrite(buffer, 1, sizeof *buffer, file) == sizeof *buffer);
     std::fclose(file);
     return 1;

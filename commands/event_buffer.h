@@ -1,15 +1,14 @@
-// The events fetched but not yet shown: a buffer that survives from one run to the next in a file.
+// Events fetched but not yet shown, kept in a file between runs.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "adapter/event.h"
 
 inline constexpr std::uint32_t kEventSlots = 50;
 
-// The image of the event file, byte for byte. Whatever a file brought, the functions below stay
-// inside the slots.
+// The exact contents of the event file. The functions below stay within the slots whatever the file
+// contained.
 struct EventBuffer {
     std::uint32_t position; // slot of the most recently stored record
     std::uint32_t count;    // records held
@@ -20,24 +19,18 @@ ASSERT_OFFSET(EventBuffer, slot, 8);
 
 extern EventBuffer g_EventBuffer;
 
-// Stores a copy, over the oldest record when all places are taken. 0 for a null record, else 1.
+// Stores a copy of an event, replacing the oldest when the buffer is full. Returns 0 for a null event,
+// else 1.
 int AddEventToBuffer(const HBAEvent* event);
 
-// Takes the most recent record out. 0 for a null target or an empty buffer, else 1.
+// Removes the most recent event. Returns 0 for a null target or an empty buffer, else 1.
 int GetEventFromBuffer(HBAEvent* event);
 
 std::uint32_t GetBufferEventCount();
 
-// Reads the image; a shorter file fills only its length. 0 when it cannot be opened, else 1.
+// Reads the file into buffer; a short file fills only its length. Returns 0 if it cannot be opened, else
+// 1.
 int ReadEventBufferFromFile(const char* path, EventBuffer* buffer);
 
-// Writes the image over the file. 0 when it cannot be opened, else 1.
+// Overwrites the file with the buffer. Returns 0 if it cannot be opened, else 1.
 int WriteEventBufferToFile(const char* path, const EventBuffer* buffer);
-
-// Writes the path of the event file; path has room for kEventPathSize bytes.
-inline constexpr std::size_t kEventPathSize = 512;
-void GetEventBufferFilePath(char* path);
-
-// The directory, with its trailing "/", of the program file or library that address belongs to, as
-// the system's memory map names it. The caller frees it; null where there is no such map or place.
-char* br_locate(const void* address);

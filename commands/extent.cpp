@@ -1,4 +1,4 @@
-// The extent command: lists the pieces of the drives' space and changes single ones.
+// The extent command: lists the extents of the drives and changes single ones.
 #include "commands/extent.h"
 
 #include <cstdio>
@@ -7,7 +7,7 @@
 #include "adapter/phydrv.h"
 #include "commands/options.h"
 #include "commands/phydrv_query.h"
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 static void printRow(int driveId, const ExtentEntry& extent) {
     std::printf("%6d %5d %5d %8.2f %8.2f\n", driveId, extent.index,
@@ -45,7 +45,7 @@ static void printExtent(int position, const ExtentEntry& extent) {
     std::printf("Extent Index : %d\n", position);
     if (extent.arrayId != kNoArray)
         std::printf("Extent's array ID : %d\n", extent.arrayId);
-    std::printf("Extent's start LBA : %.2f\n", SectorCount2MB(extent.start)); // in MB all the same
+    std::printf("Extent's start LBA : %.2f\n", SectorCount2MB(extent.start)); // Compatibility: in MB
     std::printf("Extent's size : %.2f MB\n", SectorCount2MB(extent.size));
     std::puts(maintenanceLine(extent));
     std::puts(extent.state & kExtentOnline ? "Functional status : Online" : "Functional status : Offline");
@@ -67,11 +67,11 @@ static void printDriveBlock(const PhyDrvInfo& drive) {
 }
 
 int ListExtentInfo(int wordCount, char** words) {
-    DriveListing listing;
-    if (const int result = readDriveListing(wordCount, words, &listing))
+    ListingArgs listing;
+    if (const int result = parseListingArgs(wordCount, words, &listing))
         return result;
     DriveReply reply;
-    if (!findDrives(listing, &reply)) {
+    if (!queryDrives(listing, &reply)) {
         std::printf("Disk with ID %d is not existed!\n", static_cast<int>(listing.first));
         return Result::notFound;
     }
@@ -83,7 +83,7 @@ int ListExtentInfo(int wordCount, char** words) {
 }
 
 namespace {
-// What the words of a change name; drive counts from 0.
+// The arguments of the actions that change an extent; drive counts from 0.
 struct ExtentArgs {
     std::uint32_t controller = 0;
     std::uint32_t drive = 0;
@@ -91,96 +91,96 @@ struct ExtentArgs {
 };
 } // namespace
 
-// Reads the options every change takes and the one more that some have.
-static int parseExtentArgs(int wordCount, char** words, ExtentArgs* read, const Option& more = {}) {
+// Parses the options that all of these actions have and the additional one that some have.
+static int parseExtentArgs(int wordCount, char** words, ExtentArgs* args, const Option& extra = {}) {
     const Option options[] = {
-        driveOption("-p", "physical drive ID", &read->drive),
-        numberOption("-i", "controller ID", &read->controller, Result::badId),
-        numberOption("-e", "extent ID", &read->extent, Result::badId),
-        more,
+        driveOption("-p", "physical drive ID", &args->drive),
+        numberOption("-i", "controller ID", &args->controller, Result::badId),
+        numberOption("-e", "extent ID", &args->extent, Result::badId),
+        extra,
     };
-    const std::span<const Option> taken(options, more.letter != nullptr ? 4 : 3);
-    return readOptions(wordCount, words, 3, taken, "Invalid parameters defined");
+    const std::span<const Option> accepted(options, extra.name != nullptr ? 4 : 3);
+    return readOptions(wordCount, words, 3, accepted, "Invalid parameters defined");
 }
 
-static ExtentPlacement placementOf(const ExtentArgs& read, std::uint32_t logDrvId) {
-    return {static_cast<std::uint16_t>(read.extent), static_cast<std::uint16_t>(read.drive),
+static ExtentPlacement placementOf(const ExtentArgs& args, std::uint32_t logDrvId) {
+    return {static_cast<std::uint16_t>(args.extent), static_cast<std::uint16_t>(args.drive),
             static_cast<std::uint8_t>(logDrvId), 0};
 }
 
-// A refused change says so and counts as done.
-static int report(int adapterResult, const char* failure, const ExtentArgs& read) {
+// Compatibility: a failure is reported but the exit status is 0.
+static int report(int adapterResult, const char* failure, const ExtentArgs& args) {
     if (adapterResult != 0)
-        std::printf(failure, static_cast<int>(read.extent), static_cast<int>(read.drive),
-                    static_cast<int>(read.controller));
+        std::printf(failure, static_cast<int>(args.extent), static_cast<int>(args.drive),
+                    static_cast<int>(args.controller));
     return Result::done;
 }
 
 int SpareExtent(int wordCount, char** words) {
     if (wordCount < 9)
         return fail(Result::badCount, "Invalid number of parameters for \"extent -a spare\" defined");
-    ExtentArgs read;
+    ExtentArgs args;
     std::uint32_t logDrv = kNoArray;
-    if (const int result = parseExtentArgs(wordCount, words, &read,
+    if (const int result = parseExtentArgs(wordCount, words, &args,
                                            numberOption("-l", "logical drive ID", &logDrv, Result::badId)))
         return result;
-    const ExtentPlacement placement = placementOf(read, logDrv);
-    return report(q5_spareHBAExtent(hbaAddress(read.controller), 0, &placement),
-                  "Failed to spare an extent #%d in disk with ID %d on controller #%d!\n", read);
+    const ExtentPlacement placement = placementOf(args, logDrv);
+    return report(q5_spareHBAExtent(hbaAddress(args.controller), 0, &placement),
+                  "Failed to spare an extent #%d in disk with ID %d on controller #%d!\n", args);
 }
 
 int FreeExtent(int wordCount, char** words) {
     if (wordCount != 9)
         return fail(Result::badCount, "Invalid number of parameters for \"extent -a free\" defined");
-    ExtentArgs read;
-    if (const int result = parseExtentArgs(wordCount, words, &read))
+    ExtentArgs args;
+    if (const int result = parseExtentArgs(wordCount, words, &args))
         return result;
-    const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_freeHBAExtent(hbaAddress(read.controller), 0, &extent),
-                  "Failed to free an extent #%d in disk with ID %d on controller #%d!\n", read);
+    const ExtentRef extent = {args.extent, args.drive};
+    return report(q5_freeHBAExtent(hbaAddress(args.controller), 0, &extent),
+                  "Failed to free an extent #%d in disk with ID %d on controller #%d!\n", args);
 }
 
 int AddExtent(int wordCount, char** words) {
     if (wordCount != 11)
         return fail(Result::badCount, "Invalid number of parameters for \"extent -a add\" defined");
-    ExtentArgs read;
+    ExtentArgs args;
     std::uint32_t logDrv = 0;
     bool logDrvGiven = false;
     if (const int result =
-            parseExtentArgs(wordCount, words, &read,
+            parseExtentArgs(wordCount, words, &args,
                             numberOption("-l", "logical drive ID", &logDrv, Result::badId, &logDrvGiven)))
         return result;
     if (!logDrvGiven)
         return fail(Result::badId, "Invalid logical drive ID defined!");
-    const ExtentPlacement placement = placementOf(read, logDrv);
-    return report(q5_addHBAExtentToArray(hbaAddress(read.controller), 0, &placement),
-                  "Failed to add extent #%d in physical drive with ID %d on controller #%d!\n", read);
+    const ExtentPlacement placement = placementOf(args, logDrv);
+    return report(q5_addHBAExtentToArray(hbaAddress(args.controller), 0, &placement),
+                  "Failed to add extent #%d in physical drive with ID %d on controller #%d!\n", args);
 }
 
 int SplitExtent(int wordCount, char** words) {
     if (wordCount != 11)
         return fail(Result::badCount, "Invalid number of parameters for \"extent -a split\" defined");
-    ExtentArgs read;
+    ExtentArgs args;
     std::uint32_t offset = 0;
     if (const int result =
-            parseExtentArgs(wordCount, words, &read, numberOption("-o", "offset", &offset, Result::badId)))
+            parseExtentArgs(wordCount, words, &args, numberOption("-o", "offset", &offset, Result::badId)))
         return result;
     if (offset == 0) {
         std::printf("Incorrect offset %d is defined!\n", 0);
         return Result::badOffset;
     }
-    const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_splitHBAExtent(hbaAddress(read.controller), 0, &extent, offset),
-                  "Failed to split extent #%d in physical drive with ID %d on controller #%d!\n", read);
+    const ExtentRef extent = {args.extent, args.drive};
+    return report(q5_splitHBAExtent(hbaAddress(args.controller), 0, &extent, offset),
+                  "Failed to split extent #%d in physical drive with ID %d on controller #%d!\n", args);
 }
 
 int DeleteExtent(int wordCount, char** words) {
     if (wordCount != 9)
         return fail(Result::badCount, "Invalid number of parameters for \"extent -a delete\" defined");
-    ExtentArgs read;
-    if (const int result = parseExtentArgs(wordCount, words, &read))
+    ExtentArgs args;
+    if (const int result = parseExtentArgs(wordCount, words, &args))
         return result;
-    const ExtentRef extent = {read.extent, read.drive};
-    return report(q5_deleteHBAExtent(hbaAddress(read.controller), 0, &extent),
-                  "Failed to delete an extent #%d in disk with ID %d on controller #%d!\n", read);
+    const ExtentRef extent = {args.extent, args.drive};
+    return report(q5_deleteHBAExtent(hbaAddress(args.controller), 0, &extent),
+                  "Failed to delete an extent #%d in disk with ID %d on controller #%d!\n", args);
 }

@@ -1,4 +1,4 @@
-// The init command: shows and controls the initialisation of a logical drive.
+// The init command: shows and controls the initialization of a logical drive.
 #include "commands/init.h"
 
 #include <cstdio>
@@ -17,22 +17,22 @@ int ListLogDrvInitStatus(int wordCount, char** words) {
 int StartLogDrvInit(int wordCount, char** words) {
     if (wordCount != 7)
         return fail(Result::badValue, "Invalid command for \"init\"!");
-    LogDrvArgs read;
-    const Option options[] = {logDrvOption(&read), controllerOption(&read)};
+    LogDrvArgs args;
+    const Option options[] = {logDrvOption(&args), controllerOption(&args)};
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, noDrive))
+    if (!lookupLogDrv(args, &drive, noDrive))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
 
     InitStartRequest request = {};
-    request.logDrvId = read.logDrv;
+    request.logDrvId = args.logDrv;
     request.initType = 4;
     request.word6 = request.word8 = 0xFFFF;
-    const int logDrv = static_cast<int>(read.logDrv);
-    if (q5_startLogDrvInit(hbaAddress(read.controller), 0, &request, sizeof request) != 0) {
+    const int logDrv = static_cast<int>(args.logDrv);
+    if (q5_startLogDrvInit(hbaAddress(args.controller), 0, &request, sizeof request) != 0) {
         std::printf("Initialization is failed to start on Array %d Type %d\n", logDrv, request.initType);
         return Result::refused;
     }

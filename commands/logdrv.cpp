@@ -1,5 +1,5 @@
-// The logdrv command: lists logical drives, makes their members blink and deletes them. Changing
-// settings is in logdrv_settings.cpp, creation in creation.cpp.
+// The logdrv command: lists, locates and deletes logical drives. Changing settings is in
+// logdrv_settings.cpp, creation in creation.cpp.
 #include "commands/logdrv.h"
 
 #include <cstdio>
@@ -9,19 +9,19 @@
 #include "commands/activity.h"
 #include "commands/logdrv_lookup.h"
 #include "commands/options.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 static double megabytes(const LogDrvInfo& drive) {
     return SectorCount2MB(drive.sectorCount);
 }
 
-// The members as "(1,2,3)"; the record is a copy, since the IDs are raised in place.
+// The members as "(1,2,3)". The record is a copy because BlockIDsString() increments the IDs in place.
 static const char* memberText(LogDrvInfo drive) {
     return BlockIDsString(boundedMemberCount(drive), drive.memberIds);
 }
 
-// The column headed "Sectors" shows the stripe size.
+// Compatibility: the column headed "Sectors" shows the stripe size.
 static void printRow(const LogDrvInfo& drive) {
     std::printf("%2d %7s %5d %7u %10.2f %15s %.*s\n", drive.logDrvId, TranslateRaidLevel2Str(drive.raidLevel),
                 drive.diskCount, drive.stripeBlocks, megabytes(drive), memberText(drive),
@@ -42,15 +42,17 @@ static void printDrive(const LogDrvInfo& drive) {
     std::printf("Disk members with ID in array : %s\n", memberText(drive));
 }
 
-// Prints the lost members, the highest ID first. printed counts them through the whole listing: from
-// the second drive with lost members on, the list begins with a comma.
-static void printLostMembers(std::uint32_t lostMask, int* printed) {
+// Prints the lost members, highest ID first.
+//
+// Compatibility: printedCount counts them across the whole listing, so from the second drive with lost
+// members on, the list begins with a comma.
+static void printLostMembers(std::uint32_t lostMask, int* printedCount) {
     if (lostMask == 0)
         return;
     std::printf("Set down disk members with ID in array : ");
     for (int id = 15; id >= 0; --id)
         if ((lostMask >> id & 1) != 0)
-            std::printf((*printed)++ == 0 ? "%d" : ",%d", id);
+            std::printf((*printedCount)++ == 0 ? "%d" : ",%d", id);
     std::puts("");
 }
 
@@ -64,7 +66,7 @@ static const char* functionalLine(const LogDrvInfo& drive) {
     return "Array functional status : Offline";
 }
 
-// The settings asked for are those of the drive's position in the listing, not of its ID.
+// Compatibility: settings are queried by the drive's position in the listing, not by its ID.
 static LogDrvSettings readSettings(std::uint32_t controller, std::uint32_t position) {
     const LogDrvQuery query = {position, 1};
     Reply<LogDrvSettings, 1> reply = {};
@@ -119,18 +121,18 @@ static void printTable(std::span<const LogDrvInfo> drives) {
 
 int ListLogDrvInfo(int wordCount, char** words) {
     std::uint32_t controller = 0, first = 0, count = kMaxLogDrvs;
-    bool single = false, verbose = false;
+    bool hasId = false, verbose = false;
     const Option options[] = {
         flagOption("-v", &verbose),
         numberOption("-i", "controller ID", &controller, Result::badId),
-        numberOption("-l", "logical drive ID", &first, Result::badId, &single),
+        numberOption("-l", "logical drive ID", &first, Result::badId, &hasId),
         countOption("-c", "controller count", &count, kMaxLogDrvs - 1),
     };
     if (const int result = readOptions(wordCount, words, firstOption(wordCount, words), options,
                                        "Invalid parameters defined"))
         return result;
 
-    const LogDrvQuery query = {first, single ? 1 : count};
+    const LogDrvQuery query = {first, hasId ? 1 : count};
     Reply<LogDrvInfo, kMaxLogDrvs> reply = {};
     q5_getLogDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     if (records(reply).empty())

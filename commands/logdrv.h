@@ -1,4 +1,4 @@
-// The logdrv command but for creation, which is in creation.h. Its functions take the word table and
+// The logdrv command, except for creation (see creation.h). Its functions take the word table and
 // return a result code.
 #pragma once
 
@@ -8,7 +8,7 @@ int ListLogDrvInfo(int wordCount, char** words);
 // logdrv -a mod -l id [-i id] -s settings: changes a drive's settings, all items or none.
 int SetLogDrvSettings(int wordCount, char** words);
 
-// logdrv -a locate -l id [-i id] -d seconds: blinks a drive's members; 0 seconds stop it.
+// logdrv -a locate -l id [-i id] -d seconds: blinks a drive's members; 0 seconds stops it.
 int LocateLogDrv(int wordCount, char** words);
 
 // logdrv -a del -l id [-i id]

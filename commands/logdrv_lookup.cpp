@@ -1,4 +1,4 @@
-// The existence check of logical drives: the reply's byte count decides, not the operation's result.
+// A logical drive exists if the reply holds a record; the result of the call is ignored.
 #include "commands/logdrv_lookup.h"
 
 #include "adapter/reply.h"

@@ -1,4 +1,4 @@
-// logdrv -a mod: changes a logical drive's settings by the items of a settings text.
+// logdrv -a mod: changes a logical drive's settings.
 #include <cstdio>
 
 #include "adapter/logdrv.h"
@@ -8,7 +8,7 @@
 #include "commands/settings_text.h"
 #include "util/utils.h"
 
-// Replaces the policy bits by those of the first policy word in the item, and keeps the others.
+// Replaces the policy bits with those of the first policy word in the item and keeps the other bits.
 static ItemResult changeWritePolicy(const char* item, std::uint8_t* cacheFlags) {
     static const struct {
         const char* word;
@@ -23,7 +23,7 @@ static ItemResult changeWritePolicy(const char* item, std::uint8_t* cacheFlags) 
     return ItemResult::invalid;
 }
 
-// A threshold above 8 ends the command, whatever else the text says; there is no lower bound.
+// A threshold above 8 ends the command at once. There is no lower bound.
 static ItemResult changeLookahead(const char* value, std::uint16_t* lookahead) {
     if (value == nullptr)
         return ItemResult::invalid;
@@ -37,7 +37,7 @@ static ItemResult changeLookahead(const char* value, std::uint16_t* lookahead) {
 static ItemResult changeName(const char* value, LogDrvSettings* settings) {
     if (value == nullptr)
         return ItemResult::invalid;
-    readName(value, settings->name, sizeof settings->name);
+    parseName(value, settings->name, sizeof settings->name);
     return ItemResult::ok;
 }
 
@@ -48,7 +48,7 @@ static ItemResult changeSetting(LogDrvSettings* settings, const char* item) {
     if (itemContains(item, "lookahead"))
         return changeLookahead(itemValue(item), &settings->lookahead);
     if (itemContains(item, "consolidation"))
-        return readSwitch(item, &settings->consolidation);
+        return parseSwitch(item, &settings->consolidation);
     if (itemContains(item, "name"))
         return changeName(itemValue(item), settings);
     return ItemResult::ok;
@@ -74,7 +74,7 @@ int SetLogDrvSettings(int wordCount, char** words) {
                     static_cast<int>(logDrv), static_cast<int>(controller));
         return Result::notFound;
     }
-    // The text is the last word, wherever "-s" stood.
+    // Compatibility: the settings text is always the last word, wherever "-s" is.
     if (const int result =
             applyItems(wordAt(words, end - 1), &reply.record[0], changeSetting, "Incorrect parameters!"))
         return result;

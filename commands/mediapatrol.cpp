@@ -1,4 +1,4 @@
-// The mp command: shows and controls the background scan of a drive's surface.
+// The mp command: shows and controls the background surface scan of a drive.
 #include "commands/mediapatrol.h"
 
 #include <cstdio>
@@ -36,7 +36,7 @@ void printMediaPatrol(const MediaPatrolProgress& patrol) {
     std::printf("Media patrol error count : %d\n", patrol.errorCount);
 }
 
-// Whether the adapter knows the drive: the first entry it returns must be the one asked for.
+// Whether the drive exists: the first entry of the reply must be the drive requested.
 static bool driveExists(std::uint32_t controller, std::uint32_t drive) {
     const PhyDrvQuery query = {drive, 1, kAllDrives, {}};
     Reply<PhyDrvInfo, kMaxDrives> reply = {};
@@ -44,8 +44,8 @@ static bool driveExists(std::uint32_t controller, std::uint32_t drive) {
     return !records(reply).empty() && reply.record[0].driveId == drive;
 }
 
-// The first steps of all five functions: the count, the options and the drive.
-static int readPatrolWords(int wordCount, char** words, const char* countMessage, std::uint32_t* controller,
+// The first steps of all five actions: check the word count, parse the options, look up the drive.
+static int parsePatrolArgs(int wordCount, char** words, const char* countMessage, std::uint32_t* controller,
                            std::uint32_t* drive) {
     if (wordCount != 7)
         return fail(Result::badCount, countMessage);
@@ -65,7 +65,7 @@ static int readPatrolWords(int wordCount, char** words, const char* countMessage
 
 int ListPhyDrvMediaPatrol(int wordCount, char** words) {
     std::uint32_t controller = 0, drive = 0;
-    if (const int result = readPatrolWords(
+    if (const int result = parsePatrolArgs(
             wordCount, words, "Invalid number of parameters for \"mp -a list\" defined", &controller, &drive))
         return result;
     printMediaPatrol(readMediaPatrol(controller, drive));
@@ -82,7 +82,7 @@ struct PatrolControl {
 
 static int controlPatrol(int wordCount, char** words, const PatrolControl& control) {
     std::uint32_t controller = 0, drive = 0;
-    if (const int result = readPatrolWords(wordCount, words, control.countMessage, &controller, &drive))
+    if (const int result = parsePatrolArgs(wordCount, words, control.countMessage, &controller, &drive))
         return result;
     const DriveSelector selector = {drive, 1};
     if (control.operation(hbaAddress(controller), &selector) != 0) {

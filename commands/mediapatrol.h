@@ -10,7 +10,7 @@ int StopPhyDrvMediaPatrol(int wordCount, char** words);
 int PausePhyDrvMediaPatrol(int wordCount, char** words);
 int ResumePhyDrvMediaPatrol(int wordCount, char** words);
 
-// Reads a drive's media patrol; all zero (idle) when the adapter does not answer.
+// Reads the progress of a drive's media patrol; all zero (idle) if the call fails.
 MediaPatrolProgress readMediaPatrol(std::uint32_t controller, std::uint32_t drive);
 
 // Prints the state, the progress of a running pass, and both counts.

@@ -1,5 +1,5 @@
-// The migrate command: changes a logical drive's RAID level, stripe size or members while it stays
-// online, and shows, pauses and resumes that.
+// The migrate command: changes a logical drive's RAID level, stripe size or members online, and
+// shows, pauses and resumes the migration.
 #include "commands/migrate.h"
 
 #include <cstdio>
@@ -7,8 +7,8 @@
 
 #include "commands/activity.h"
 #include "commands/settings_text.h"
+#include "commands/vocabulary.h"
 #include "util/utils.h"
-#include "util/vocabulary.h"
 
 static const char noDrive[] = "No logical drive with ID %d in controller #%d is existed!\n";
 
@@ -34,17 +34,17 @@ bool IsAllowDoMigrate(int current, int target) {
 }
 
 namespace {
-// What a migration text asks for.
+// The contents of a migration text.
 struct MigrationSettings {
-    bool levelGiven;
+    bool hasLevel;
     int level;
     std::uint16_t stripe; // 0: keep the drive's
-    long count;           // of parities or sub arrays; -1 when not given
+    long count;           // of parities or subarrays; -1: not given
 };
 } // namespace
 
-// Applies one item; every key needs a value.
-static ItemResult readItem(MigrationSettings* target, const char* item) {
+// Applies one item. Every key requires a value.
+static ItemResult applyItem(MigrationSettings* target, const char* item) {
     const char* value = itemValue(item);
     const bool raid = keyContains(item, "raid"), stripe = keyContains(item, "stripe");
     if (!raid && !stripe && !keyContains(item, "count"))
@@ -52,7 +52,7 @@ static ItemResult readItem(MigrationSettings* target, const char* item) {
     if (value == nullptr)
         return ItemResult::invalid;
     if (raid) {
-        target->levelGiven = true;
+        target->hasLevel = true;
         target->level = TranslateRaidLevel(value);
     } else if (stripe) {
         target->stripe = static_cast<std::uint16_t>(atoiText(value));
@@ -62,7 +62,7 @@ static ItemResult readItem(MigrationSettings* target, const char* item) {
     return ItemResult::ok;
 }
 
-// RAIDMF takes 2 or 3 parities and RAID50 two sub arrays; the other levels ignore the count.
+// RAIDMF requires 2 or 3 parities and RAID50 two subarrays; the other levels ignore the count.
 static bool storeCount(MigrateRequest* request, int level, long count) {
     if (level == kRaidMf)
         request->parityCount = static_cast<std::uint8_t>(count);
@@ -79,9 +79,9 @@ static void storeMembers(MigrateRequest* request, const IdList<>& drives, const 
         request->member[i] = {extents.id[i], drives.id[i]};
 }
 
-// Fills the request for the drive found, or says what forbids it.
+// Fills in the request, or prints why the migration is not allowed.
 static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const MigrationSettings& target) {
-    const int level = target.levelGiven ? target.level : drive.raidLevel;
+    const int level = target.hasLevel ? target.level : drive.raidLevel;
     request->raidLevel = static_cast<std::uint16_t>(level);
     request->stripeSize = target.stripe != 0 ? target.stripe : static_cast<std::uint16_t>(drive.stripeBlocks);
     if (!IsAllowDoMigrate(drive.raidLevel, level))
@@ -94,35 +94,35 @@ static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const M
 int StartLogDrvMigrate(int wordCount, char** words) {
     if (wordCount < 9)
         return fail(Result::badCount, "Invalid number of parameters in command \"migrate -a start\"!");
-    LogDrvArgs read = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
+    LogDrvArgs args = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
     IdList<> drives = {}, extents = {};
     const Option options[] = {
-        logDrvOption(&read),        controllerOption(&read), driveListOption("-p", &drives),
+        logDrvOption(&args),        controllerOption(&args), driveListOption("-p", &drives),
         listOption("-e", &extents), ignoredOption("-s"),
     };
     int end = 0;
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined", &end))
         return result;
 
-    MigrationSettings target = {.levelGiven = false, .level = 0, .stripe = 0, .count = -1};
-    // The text is the last word, wherever "-s" stood.
+    MigrationSettings target = {.hasLevel = false, .level = 0, .stripe = 0, .count = -1};
+    // Compatibility: the migration text is always the last word, wherever "-s" is.
     if (const int result =
-            applyItems(wordAt(words, end - 1), &target, readItem, "Invalide parameter in \"migrate\"!"))
+            applyItems(wordAt(words, end - 1), &target, applyItem, "Invalide parameter in \"migrate\"!"))
         return result;
-    if (static_cast<int>(read.controller) < 0 || static_cast<int>(read.logDrv) < 0)
+    if (static_cast<int>(args.controller) < 0 || static_cast<int>(args.logDrv) < 0)
         return fail(Result::badValue, "Control id and array id must be refer in \"migrate\"!");
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, noDrive))
+    if (!lookupLogDrv(args, &drive, noDrive))
         return Result::notFound;
 
     MigrateRequest request = {};
-    request.logDrvId = static_cast<std::uint16_t>(read.logDrv);
+    request.logDrvId = static_cast<std::uint16_t>(args.logDrv);
     if (const int result = fillRequest(&request, drive, target))
         return result;
     storeMembers(&request, drives, extents);
     if (isBusy(drive))
         return Result::done;
-    return reportActivity(q5_migrateHBAArray(hbaAddress(read.controller), 0, &request), read.logDrv,
+    return reportActivity(q5_migrateHBAArray(hbaAddress(args.controller), 0, &request), args.logDrv,
                           "Migration is started on Array %d.\n",
                           "Migration is failed to start on Array %d.\n");
 }

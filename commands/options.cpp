@@ -1,61 +1,62 @@
-// The one reader of options, and the rows it is given.
+// The option parser shared by all commands, and the constructors of its table rows.
 #include "commands/options.h"
 
 #include "util/utils.h"
 #include "util/words.h"
 
-Option flagOption(const char* letter, bool* given) {
-    return {.letter = letter, .kind = Option::flag, .given = given};
+Option flagOption(const char* name, bool* present) {
+    return {.name = name, .kind = Option::Kind::flag, .present = present};
 }
 
-Option numberOption(const char* letter, const char* noun, std::uint32_t* value, Result::Code refused,
-                    bool* given) {
-    return {.letter = letter,
-            .kind = Option::number,
-            .noun = noun,
+Option numberOption(const char* name, const char* valueName, std::uint32_t* value, Result::Code errorCode,
+                    bool* present) {
+    return {.name = name,
+            .kind = Option::Kind::number,
+            .valueName = valueName,
             .value = value,
-            .given = given,
-            .refused = refused};
+            .present = present,
+            .errorCode = errorCode};
 }
 
-Option atoiOption(const char* letter, std::uint32_t* value) {
-    return {.letter = letter, .kind = Option::atoiNumber, .value = value};
+Option atoiOption(const char* name, std::uint32_t* value) {
+    return {.name = name, .kind = Option::Kind::atoiNumber, .value = value};
 }
 
-Option driveOption(const char* letter, const char* noun, std::uint32_t* value, std::uint32_t* single) {
-    return {.letter = letter,
-            .kind = Option::number,
-            .noun = noun,
+Option driveOption(const char* name, const char* valueName, std::uint32_t* value,
+                   std::uint32_t* impliedCount) {
+    return {.name = name,
+            .kind = Option::Kind::number,
+            .valueName = valueName,
             .value = value,
-            .single = single,
-            .typedFrom = 1,
-            .refused = Result::badId};
+            .impliedCount = impliedCount,
+            .base = 1,
+            .errorCode = Result::badId};
 }
 
-Option countOption(const char* letter, const char* noun, std::uint32_t* value, std::uint32_t most) {
-    return {.letter = letter,
-            .kind = Option::count,
-            .noun = noun,
+Option countOption(const char* name, const char* valueName, std::uint32_t* value, std::uint32_t max) {
+    return {.name = name,
+            .kind = Option::Kind::boundedNumber,
+            .valueName = valueName,
             .value = value,
-            .most = most,
-            .refused = Result::badValue};
+            .max = max,
+            .errorCode = Result::badValue};
 }
 
-Option listOption(const char* letter, std::uint32_t* numbers, int* count, int room, std::uint32_t typedFrom) {
-    return {.letter = letter,
-            .kind = Option::idList,
+Option listOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base) {
+    return {.name = name,
+            .kind = Option::Kind::idList,
             .value = numbers,
-            .listed = count,
-            .room = room,
-            .typedFrom = typedFrom};
+            .count = count,
+            .capacity = capacity,
+            .base = base};
 }
 
-Option textOption(const char* letter, const char** word) {
-    return {.letter = letter, .kind = Option::text, .word = word};
+Option textOption(const char* name, const char** text) {
+    return {.name = name, .kind = Option::Kind::text, .text = text};
 }
 
-Option ignoredOption(const char* letter) {
-    return {.letter = letter, .kind = Option::skipped};
+Option ignoredOption(const char* name) {
+    return {.name = name, .kind = Option::Kind::ignored};
 }
 
 int firstOption(int wordCount, char** words) {
@@ -64,45 +65,45 @@ int firstOption(int wordCount, char** words) {
 
 static const Option* findOption(std::span<const Option> options, const char* word) {
     for (const Option& option : options)
-        if (strCmpNoCase(word, option.letter) == 0)
+        if (strCmpNoCase(word, option.name) == 0)
             return &option;
     return nullptr;
 }
 
-// A list given twice is the second alone: nothing of the first stays behind its end.
-static void readList(const Option& option, const char* word) {
-    TranslateIDListUpTo(option.room, option.listed, option.value, word);
-    for (int i = 0; i < option.room; ++i)
-        option.value[i] = i < *option.listed ? option.value[i] - option.typedFrom : 0;
+// Clears the entries past the end, so that a repeated list leaves nothing of the previous one.
+static void parseList(const Option& option, const char* word) {
+    TranslateIDListUpTo(option.capacity, option.count, option.value, word);
+    for (int i = 0; i < option.capacity; ++i)
+        option.value[i] = i < *option.count ? option.value[i] - option.base : 0;
 }
 
-static int readNumber(const Option& option, const char* word) {
+static int parseNumber(const Option& option, const char* word) {
     std::uint32_t value = 0;
-    if (!TranslateStr2Int(option.noun, word, &value))
-        return option.refused;
-    if (option.kind == Option::number)
-        *option.value = value - option.typedFrom;
-    else if (value >= 1 && value <= option.most)
+    if (!TranslateStr2Int(option.valueName, word, &value))
+        return option.errorCode;
+    if (option.kind == Option::Kind::number)
+        *option.value = value - option.base;
+    else if (value >= 1 && value <= option.max)
         *option.value = value;
     return Result::done;
 }
 
-static int readValue(const Option& option, const char* word) {
+static int parseValue(const Option& option, const char* word) {
     switch (option.kind) {
-    case Option::number:
-    case Option::count:
-        return readNumber(option, word);
-    case Option::atoiNumber:
+    case Option::Kind::number:
+    case Option::Kind::boundedNumber:
+        return parseNumber(option, word);
+    case Option::Kind::atoiNumber:
         *option.value = static_cast<std::uint32_t>(atoiText(word));
         break;
-    case Option::idList:
-        readList(option, word);
+    case Option::Kind::idList:
+        parseList(option, word);
         break;
-    case Option::text:
-        *option.word = word;
+    case Option::Kind::text:
+        *option.text = word;
         break;
-    case Option::flag:
-    case Option::skipped:
+    case Option::Kind::flag:
+    case Option::Kind::ignored:
         break;
     }
     return Result::done;
@@ -113,18 +114,18 @@ int readOption(char** words, int* index, std::span<const Option> options) {
     if (option == nullptr)
         return kUnknownOption;
     ++*index;
-    if (option->kind != Option::flag)
-        if (const int result = readValue(*option, wordAt(words, (*index)++)))
+    if (option->kind != Option::Kind::flag)
+        if (const int result = parseValue(*option, wordAt(words, (*index)++)))
             return result;
-    if (option->given != nullptr)
-        *option->given = true;
-    if (option->single != nullptr)
-        *option->single = 1;
+    if (option->present != nullptr)
+        *option->present = true;
+    if (option->impliedCount != nullptr)
+        *option->impliedCount = 1;
     return Result::done;
 }
 
 int readOptions(int wordCount, char** words, int first, std::span<const Option> options,
-                const char* errorMessage, int* stoppedAt) {
+                const char* errorMessage, int* endIndex) {
     int index = first;
     while (index < wordCount) {
         const int result = readOption(words, &index, options);
@@ -133,7 +134,7 @@ int readOptions(int wordCount, char** words, int first, std::span<const Option> 
         if (result != Result::done)
             return result;
     }
-    if (stoppedAt != nullptr)
-        *stoppedAt = index;
+    if (endIndex != nullptr)
+        *endIndex = index;
     return Result::done;
 }

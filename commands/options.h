@@ -1,5 +1,5 @@
-// Reading a command's options: letters, most followed by a value, in the order they stand. A command
-// lists its options with where their values go; one reader walks the words for every command.
+// Parsing a command's options: names, most followed by a value, in the order given. A command lists its
+// options and the variables that receive their values; one parser serves every command.
 #pragma once
 
 #include <cstdint>
@@ -8,79 +8,79 @@
 #include "util/idlist.h"
 #include "util/result.h"
 
-// Numbers given as one word, at most Room of them.
-template <int Room = kMaxListItems>
+// A list of numbers given as one word.
+template <int Capacity = kMaxListItems>
 struct IdList {
     int count;
-    std::uint32_t id[Room];
+    std::uint32_t id[Capacity];
 };
 
 // A row of a command's option table, made by one of the functions below.
 struct Option {
-    enum Kind { flag, number, atoiNumber, count, idList, text, skipped };
+    enum class Kind { flag, number, atoiNumber, boundedNumber, idList, text, ignored };
 
-    const char* letter = nullptr; // with its dash; case does not matter
-    Kind kind = skipped;
-    const char* noun = nullptr;          // what a errorMessage calls the value
-    std::uint32_t* value = nullptr;      // of numbers, counts and the numbers of a list
-    int* listed = nullptr;               // how many numbers a list has
-    int room = 0;                        // how many it may have
-    const char** word = nullptr;         // of a text
-    bool* given = nullptr;               // set when the option stands in the line, if anybody asks
-    std::uint32_t* single = nullptr;     // set to 1 when the option stands in the line, likewise
-    std::uint32_t most = 0;              // of count: only 1 .. most is taken
-    std::uint32_t typedFrom = 0;         // what the user calls the first one: 1 for drives
-    Result::Code refused = Result::done; // of a value that is not a number
+    const char* name = nullptr; // with its dash; case does not matter
+    Kind kind = Kind::ignored;
+    const char* valueName = nullptr;       // what error messages call the value
+    std::uint32_t* value = nullptr;        // receives a number, or the numbers of a list
+    int* count = nullptr;                  // receives the length of a list
+    int capacity = 0;                      // maximum length of a list
+    const char** text = nullptr;           // receives a text
+    bool* present = nullptr;               // set to true when the option is given; may be null
+    std::uint32_t* impliedCount = nullptr; // set to 1 when the option is given; may be null
+    std::uint32_t max = 0;                 // a bounded number is stored only if it is 1 .. max
+    std::uint32_t base = 0;                // the user's ID of the first object: 1 for drives
+    Result::Code errorCode = Result::done; // when the value is not a number
 };
 
 // Takes no value.
-Option flagOption(const char* letter, bool* given);
+Option flagOption(const char* name, bool* present);
 
-// A number; what is none ends the command with refused.
-Option numberOption(const char* letter, const char* noun, std::uint32_t* value, Result::Code refused,
-                    bool* given = nullptr);
+// A decimal number; any other value ends the command with errorCode.
+Option numberOption(const char* name, const char* valueName, std::uint32_t* value, Result::Code errorCode,
+                    bool* present = nullptr);
 
-// A number as the C library's atoi reads it: never refused.
-Option atoiOption(const char* letter, std::uint32_t* value);
+// A number as the C library's atoi reads it; never an error.
+Option atoiOption(const char* name, std::uint32_t* value);
 
-// A drive ID, typed from 1 and kept from 0. In a listing it also asks for a single drive.
-Option driveOption(const char* letter, const char* noun, std::uint32_t* value,
-                   std::uint32_t* single = nullptr);
+// A drive ID; users count from 1, the result counts from 0. In a listing it also limits the count to 1.
+Option driveOption(const char* name, const char* valueName, std::uint32_t* value,
+                   std::uint32_t* impliedCount = nullptr);
 
-// A number that is kept only when it is 1 .. most.
-Option countOption(const char* letter, const char* noun, std::uint32_t* value, std::uint32_t most);
+// A number that is stored only if it is 1 .. max.
+Option countOption(const char* name, const char* valueName, std::uint32_t* value, std::uint32_t max);
 
-// A list of numbers; typedFrom is 1 for drive IDs, typed from 1 and kept from 0. The list given last
-// counts.
-Option listOption(const char* letter, std::uint32_t* numbers, int* count, int room, std::uint32_t typedFrom);
+// A list of numbers. base is subtracted from each: 1 for drive IDs. If the option is repeated, the last
+// list replaces the others.
+Option listOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base);
 
-template <int Room>
-Option listOption(const char* letter, IdList<Room>* list) {
-    return listOption(letter, list->id, &list->count, Room, 0);
+template <int Capacity>
+Option listOption(const char* name, IdList<Capacity>* list) {
+    return listOption(name, list->id, &list->count, Capacity, 0);
 }
 
-template <int Room>
-Option driveListOption(const char* letter, IdList<Room>* list) {
-    return listOption(letter, list->id, &list->count, Room, 1);
+template <int Capacity>
+Option driveListOption(const char* name, IdList<Capacity>* list) {
+    return listOption(name, list->id, &list->count, Capacity, 1);
 }
 
-// A word taken as it is; *word points into the word table.
-Option textOption(const char* letter, const char** word);
+// Any word; *text points into the word table.
+Option textOption(const char* name, const char** text);
 
-// Its value is looked at elsewhere.
-Option ignoredOption(const char* letter);
+// Skipped together with its value, which the command reads separately.
+Option ignoredOption(const char* name);
 
-// Where the options of a listing start: after "-a" and its action, or after the command word.
+// The index of the first option of a listing: after "-a" and its action, or after the command word.
 int firstOption(int wordCount, char** words);
 
-// Reads the option at words[*index] and moves *index past it and its value, which when missing is read
-// from the next slot, whatever that holds. A refused value returns its row's result. A word that is no
-// option returns kUnknownOption and stays.
+// Parses the option at words[*index] and moves *index past it and its value. A missing value is read
+// from the next slot, which may be stale. Returns the option's errorCode for an invalid value, and
+// kUnknownOption, leaving *index unchanged, for a word that is not an option.
 inline constexpr int kUnknownOption = -1;
 int readOption(char** words, int* index, std::span<const Option> options);
 
-// Reads the options from words[first] on. A word that is no option prints errorMessage and returns
-// Result::badValue; a refused value returns its row's result. stoppedAt, when asked for, is the index
-// after the last word read.
+// Parses the options from words[first] on. A word that is not an option prints errorMessage and returns
+// Result::badValue; an invalid value returns its option's errorCode. endIndex, which may be null,
+// receives the index after the last word parsed.
 int readOptions(int wordCount, char** words, int first, std::span<const Option> options,
-                const char* errorMessage, int* stoppedAt = nullptr);
+                const char* errorMessage, int* endIndex = nullptr);

@@ -1,5 +1,5 @@
-// The phydrv command: lists physical drives, changes their settings, makes them blink and wipes their
-// reserved sectors. The 3 Gb/s option is in phydrv_speed.cpp.
+// The phydrv command: lists physical drives, changes their settings, blinks their lights and wipes
+// their reserved sectors. The 3 Gb/s option is in phydrv_speed.cpp.
 #include "commands/phydrv.h"
 
 #include <cstdio>
@@ -11,7 +11,7 @@
 #include "commands/options.h"
 #include "commands/phydrv_query.h"
 #include "commands/settings_text.h"
-#include "util/vocabulary.h"
+#include "commands/vocabulary.h"
 
 using SettingsReply = Reply<PhyDrvSettings, 1>;
 
@@ -45,7 +45,8 @@ static SettingsReply readSettings(std::uint32_t controller, std::uint32_t drive)
     return reply;
 }
 
-// The type of the enclosure a drive sits in, asked for only when it sits in one.
+// The type of the enclosure that contains a drive. The adapter is not called for a drive outside any
+// enclosure.
 static std::uint8_t readEnclosureType(std::uint32_t controller, const PhyDrvInfo& drive) {
     if (drive.enclosureId == kNoEnclosureId)
         return kNoEnclosure;
@@ -108,11 +109,11 @@ static void showDrive(std::uint32_t controller, const PhyDrvInfo& drive) {
 }
 
 int ListPhyDrvInfo(int wordCount, char** words) {
-    DriveListing listing;
-    if (const int result = readDriveListing(wordCount, words, &listing))
+    ListingArgs listing;
+    if (const int result = parseListingArgs(wordCount, words, &listing))
         return result;
     DriveReply reply;
-    if (!findDrives(listing, &reply)) {
+    if (!queryDrives(listing, &reply)) {
         std::printf("Disk with ID %d in controller #%d is not existed\n", static_cast<int>(listing.first),
                     static_cast<int>(listing.controller));
         return Result::notFound;
@@ -140,7 +141,7 @@ static std::uint8_t* settingField(PhyDrvSettings* settings, const char* item) {
 
 static ItemResult changeSetting(PhyDrvSettings* settings, const char* item) {
     std::uint8_t* field = settingField(settings, item);
-    return field != nullptr ? readSwitch(item, field) : abortItems("Invalid parameters for \"phydrv\"!");
+    return field != nullptr ? parseSwitch(item, field) : abortItems("Invalid parameters for \"phydrv\"!");
 }
 
 int SetPhyDrvSettings(int wordCount, char** words) {
@@ -156,7 +157,7 @@ int SetPhyDrvSettings(int wordCount, char** words) {
         return result;
 
     SettingsReply reply = readSettings(controller, drive);
-    // The text is the last word, wherever "-s" stood.
+    // Compatibility: the settings text is always the last word, wherever "-s" is.
     if (const int result = applyItems(words[8], &reply.record[0], changeSetting, "Incorrect parameters!"))
         return result;
     const PhyDrvSelector selector = {drive, 1, 1, {}};

@@ -8,7 +8,7 @@ int ListPhyDrvInfo(int wordCount, char** words);
 // phydrv -a mod -p id -i id -s settings: changes a drive's settings, all items or none.
 int SetPhyDrvSettings(int wordCount, char** words);
 
-// phydrv -a locate -p id -i id -d seconds: blinks a drive's light; 0 seconds stop it.
+// phydrv -a locate -p id -i id -d seconds: blinks a drive's light; 0 seconds stops it.
 int LocatePhyDrv(int wordCount, char** words);
 
 // phydrv -a wipe -p id -i id: clears a drive's reserved configuration sectors.

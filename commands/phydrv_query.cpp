@@ -1,9 +1,9 @@
-// Options and lookup of the drive listings.
+// Options and query of the drive listings.
 #include "commands/phydrv_query.h"
 
 #include "commands/options.h"
 
-int readDriveListing(int wordCount, char** words, DriveListing* listing) {
+int parseListingArgs(int wordCount, char** words, ListingArgs* listing) {
     const Option options[] = {
         flagOption("-v", &listing->verbose),
         driveOption("-p", "physical drive ID", &listing->first, &listing->count),
@@ -14,7 +14,7 @@ int readDriveListing(int wordCount, char** words, DriveListing* listing) {
                        "Invalid parameters defined");
 }
 
-bool findDrives(const DriveListing& listing, DriveReply* reply) {
+bool queryDrives(const ListingArgs& listing, DriveReply* reply) {
     const PhyDrvQuery query = {listing.first, listing.count, kAllDrives, {}};
     *reply = {};
     q5_getPhyDrvInfo(hbaAddress(listing.controller), 0, &query, reply, sizeof *reply);

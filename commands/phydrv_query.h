@@ -1,4 +1,4 @@
-// What the listings of drives and of their extents share: their options and the adapter's answer.
+// Shared by the listings of drives and of extents: their options and the query.
 #pragma once
 
 #include "adapter/phydrv.h"
@@ -6,17 +6,17 @@
 
 using DriveReply = Reply<PhyDrvInfo, kMaxDrives>;
 
-// What the words of a listing ask for; drives count from 0.
-struct DriveListing {
+// The arguments of a listing; drives count from 0.
+struct ListingArgs {
     std::uint32_t controller = 0;
     std::uint32_t first = 0;
     std::uint32_t count = kMaxDrives;
     bool verbose = false;
 };
 
-// Reads -v, -p, -i and -c. -p and -c act in the order they stand: -p asks for a single drive, a -c
-// after it for more. Result::done, badValue or badId.
-int readDriveListing(int wordCount, char** words, DriveListing* listing);
+// Parses -v, -p, -i and -c. -p sets the count to 1, which a later -c overrides. Returns Result::done,
+// badValue or badId.
+int parseListingArgs(int wordCount, char** words, ListingArgs* listing);
 
-// Asks for the drives; false when there is none.
-bool findDrives(const DriveListing& listing, DriveReply* reply);
+// Queries the drives. Returns false if there are none.
+bool queryDrives(const ListingArgs& listing, DriveReply* reply);

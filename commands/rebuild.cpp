@@ -1,9 +1,9 @@
-// The rb command: shows and controls the rebuilding of a logical drive onto given drives and extents.
+// The rb command: shows and controls the rebuild of a logical drive onto given drives and extents.
 #include "commands/rebuild.h"
 
 #include "commands/activity.h"
 
-static const char noDriveNamed[] = "No logical drive with ID %d on controller #%d is existed!\n";
+static const char noDriveOnController[] = "No logical drive with ID %d on controller #%d is existed!\n";
 
 int ListLogDrvRebuildStatus(int wordCount, char** words) {
     return listActivity(wordCount, words,
@@ -16,11 +16,11 @@ int ListLogDrvRebuildStatus(int wordCount, char** words) {
 int StartLogDrvRebuild(int wordCount, char** words) {
     if (wordCount != 11)
         return fail(Result::badCount, "Invalid numbers of parameter in command \"rebuild -a start\"!");
-    LogDrvArgs read;
+    LogDrvArgs args;
     IdList<> drives = {}, extents = {};
     const Option options[] = {
-        logDrvOption(&read),
-        controllerOption(&read),
+        logDrvOption(&args),
+        controllerOption(&args),
         driveListOption("-p", &drives),
         listOption("-e", &extents),
     };
@@ -29,46 +29,49 @@ int StartLogDrvRebuild(int wordCount, char** words) {
     if (drives.count != extents.count)
         return fail(Result::badValue, "Invalid parameters defined");
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, "No logical drive with ID %d in controller #%d is existed!\n"))
+    if (!lookupLogDrv(args, &drive, "No logical drive with ID %d in controller #%d is existed!\n"))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
 
     RebuildEntry entries[kMaxListItems] = {};
     for (int i = 0; i < drives.count; ++i)
-        entries[i] = {read.logDrv, drives.id[i], extents.id[i], {}};
-    return reportActivity(q5_startHBARebuildExtent(hbaAddress(read.controller), 0,
+        entries[i] = {args.logDrv, drives.id[i], extents.id[i], {}};
+    return reportActivity(q5_startHBARebuildExtent(hbaAddress(args.controller), 0,
                                                    static_cast<std::uint8_t>(drives.count), entries, &drive),
-                          read.logDrv, "Rebuild is started on Array %d.\n",
+                          args.logDrv, "Rebuild is started on Array %d.\n",
                           "Rebuild is failed to start on Array %d.\n");
 }
 
 int PauseLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&rebuild, ActivityPrecondition::notPaused, invoke<q5_pauseRebuild>,
-                            "Invalid numbers of parameter in command \"rebuild -a pause\"!", noDriveNamed,
-                            "Rebuild paused on Array %d.\n", "Rebuild is failed to pause on Array %d.\n"});
+                            "Invalid numbers of parameter in command \"rebuild -a pause\"!",
+                            noDriveOnController, "Rebuild paused on Array %d.\n",
+                            "Rebuild is failed to pause on Array %d.\n"});
 }
 
 int ResumeLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&rebuild, ActivityPrecondition::paused, invoke<q5_resumeRebuild>,
-                            "Invalid numbers of parameter in command \"rebuild -a resume\"!", noDriveNamed,
-                            "Rebuild resumed on Array %d.\n", "Rebuild is failed to resume on Array %d.\n"});
+                            "Invalid numbers of parameter in command \"rebuild -a resume\"!",
+                            noDriveOnController, "Rebuild resumed on Array %d.\n",
+                            "Rebuild is failed to resume on Array %d.\n"});
 }
 
-// A restart asks the adapter whatever the drive is doing.
+// A restart is attempted whatever the drive is doing.
 int RestartLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&rebuild, ActivityPrecondition::none, invoke<q5_restartRebuild>,
-                            "Invalid numbers of parameter in command \"rebuild -a restart\"!", noDriveNamed,
-                            "Rebuild is restarted on Array %d.\n",
+                            "Invalid numbers of parameter in command \"rebuild -a restart\"!",
+                            noDriveOnController, "Rebuild is restarted on Array %d.\n",
                             "Rebuild is failed to restart on Array %d.\n"});
 }
 
 int StopLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&rebuild, ActivityPrecondition::running, invoke<q5_stopRebuild>,
-                            "Invalid numbers of parameter in command \"rebuild -a stop\"!", noDriveNamed,
-                            "Rebuild aborted on Array %d.\n", "Rebuild is failed to abort on Array %d.\n"});
+                            "Invalid numbers of parameter in command \"rebuild -a stop\"!",
+                            noDriveOnController, "Rebuild aborted on Array %d.\n",
+                            "Rebuild is failed to abort on Array %d.\n"});
 }

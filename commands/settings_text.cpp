@@ -1,4 +1,4 @@
-// Cutting settings texts into items.
+// Splits settings texts into items and parses their values.
 #include "commands/settings_text.h"
 
 #include <cstdio>
@@ -40,12 +40,12 @@ bool keyContains(const char* item, const char* word) {
     return found != nullptr && found + std::strlen(word) <= item + std::strcspn(item, "=");
 }
 
-ItemResult readSwitch(const char* item, std::uint8_t* field) {
+ItemResult parseSwitch(const char* item, std::uint8_t* field) {
     *field = itemContains(item, "enable");
     return *field != 0 || itemContains(item, "disable") ? ItemResult::ok : ItemResult::invalid;
 }
 
-void readName(const char* value, char* field, std::size_t size) {
+void parseName(const char* value, char* field, std::size_t size) {
     while (*value == ' ')
         ++value;
     std::size_t length = strnlen(value, 127);

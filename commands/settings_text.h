@@ -1,5 +1,5 @@
-// Settings texts: comma-separated key=value items as given with -s and -z, and what several commands
-// find in them.
+// Settings texts: the comma-separated key=value items of -s and -z, and parsing the values that several
+// commands share.
 #pragma once
 
 #include <cstddef>
@@ -8,56 +8,57 @@
 #include "util/result.h"
 #include "util/words.h"
 
-// A working copy of a settings text, as long as any word; a longer text is cut.
+// A modifiable copy of a settings text. It holds any word; a longer text is truncated.
 struct SettingsText {
     char text[kWordSize];
 };
 void copySettings(SettingsText* settings, const char* word);
 
-// Cuts off the item at *rest, up to the next comma, and moves *rest behind it. Every comma separates,
-// so items may be empty; null when there are no more. *rest starts at the text and is null at the end.
+// Returns the item at *rest, terminated at the next comma, and moves *rest past that comma. Items may be
+// empty. Null at the end. *rest starts at the text and becomes null after the last item.
 char* nextItem(char** rest);
 
-// How an item fares.
+// The result of applying an item.
 enum class ItemResult {
     ok,
-    invalid, // the text is refused once all of it is read
+    invalid, // the text is rejected after all items have been applied
     abort,   // the command ends at once; the reason has been printed
 };
 
-// Applies every item of the text to target. A bad one does not keep the others from being looked at,
-// but badMessage is printed in the end. Result::done, or Result::badValue after a message.
+// Applies every item of the text to target. After an invalid item the others are still applied, and
+// errorMessage is printed at the end. Returns Result::done, or Result::badValue after a message.
 template <typename Target>
 int applyItems(const char* word, Target* target, ItemResult (*apply)(Target* target, const char* item),
-               const char* badMessage) {
+               const char* errorMessage) {
     SettingsText settings;
     copySettings(&settings, word);
-    bool good = true;
+    bool valid = true;
     for (char *rest = settings.text, *item; (item = nextItem(&rest)) != nullptr;) {
         const ItemResult result = apply(target, item);
         if (result == ItemResult::abort)
             return Result::badValue;
         if (result == ItemResult::invalid)
-            good = false;
+            valid = false;
     }
-    return good ? Result::done : fail(Result::badValue, badMessage);
+    return valid ? Result::done : fail(Result::badValue, errorMessage);
 }
 
-// Says why the command ends here.
+// Prints the message and returns ItemResult::abort.
 ItemResult abortItems(const char* message);
 
-// What follows the first "=" of an item; null when it has none.
+// The text after the first "=" of an item; null if there is none.
 const char* itemValue(const char* item);
 
-// Whether a key or a value word stands anywhere in the item, without regard to case.
+// Whether the word occurs anywhere in the item, ignoring case.
 bool itemContains(const char* item, const char* word);
 
-// Whether the key of an item, the part before "=", says the word. Here case counts.
+// Whether the word occurs in the key of the item, the part before "=". Case-sensitive.
 bool keyContains(const char* item, const char* word);
 
-// Stores 1 for an item that says "enable" and 0 for any other, which is bad unless it says "disable".
-ItemResult readSwitch(const char* item, std::uint8_t* field);
+// Stores 1 if the item contains "enable", else 0. Invalid if it contains neither "enable" nor
+// "disable".
+ItemResult parseSwitch(const char* item, std::uint8_t* field);
 
-// Stores a name without the blanks around it, of which 127 characters are looked at, cut to the field.
-// The rest of the field is zero.
-void readName(const char* value, char* field, std::size_t size);
+// Stores a name without its surrounding blanks, truncated to the field. Only the first 127 characters
+// are considered. The rest of the field is cleared.
+void parseName(const char* value, char* field, std::size_t size);

@@ -1,62 +1,62 @@
-// The sync and rc commands: a logical drive's synchronisation and redundancy check. One operation of
-// the adapter starts both; which of them then runs is the adapter's decision.
+// The sync and rc commands: synchronization and redundancy check of a logical drive. One operation
+// starts either; the adapter decides which.
 #include "commands/sync.h"
 
 #include "commands/activity.h"
 
-static const char noDriveListed[] = "No logical drive with ID %d is existed!\n";
-static const char noDriveNamed[] = "No logical drive with ID %d on controller #%d is existed!\n";
+static const char noDrive[] = "No logical drive with ID %d is existed!\n";
+static const char noDriveOnController[] = "No logical drive with ID %d on controller #%d is existed!\n";
 
 int ListLogDrvSyncStatus(int wordCount, char** words) {
     return listActivity(
         wordCount, words,
-        {&synchronization, nullptr, noDriveListed, "No activity for synchronization!",
+        {&synchronization, nullptr, noDrive, "No activity for synchronization!",
          "synchronization is paused!\n",
          "Synchronization is in progress %d%% in logical drive with ID %d on controller #%d!\n"});
 }
 
-// A drive that is only synchronising is reported as being checked.
+// Compatibility: a synchronization is reported as a redundancy check.
 int ListLogDrvRCStatus(int wordCount, char** words) {
     return listActivity(
         wordCount, words,
-        {&redundancyCheck, &synchronization, noDriveListed, "No activity for redundancy check!",
+        {&redundancyCheck, &synchronization, noDrive, "No activity for redundancy check!",
          "Redundancy check is paused!\n",
          "Redundancy check is in progress %d%% in logical drive with ID %d on controller #%d!\n"});
 }
 
-// Starts the check on an idle drive; a busy one is left alone without a word.
-static int startCheck(const LogDrvArgs& read, bool noFix, const char* success, const char* failure) {
+// Starts the check on an idle drive. Does nothing, silently, if the drive is busy.
+static int startCheck(const LogDrvArgs& args, bool noFix, const char* success, const char* failure) {
     LogDrvInfo drive;
-    if (!lookupLogDrv(read, &drive, noDriveNamed))
+    if (!lookupLogDrv(args, &drive, noDriveOnController))
         return Result::notFound;
     if (isBusy(drive))
         return Result::done;
-    const RedundancyCheckRequest request = {read.logDrv, noFix, 0, {}};
-    return reportActivity(q5_startRedundancyCheck(hbaAddress(read.controller), 0, &request), read.logDrv,
+    const RedundancyCheckRequest request = {args.logDrv, noFix, 0, {}};
+    return reportActivity(q5_startRedundancyCheck(hbaAddress(args.controller), 0, &request), args.logDrv,
                           success, failure);
 }
 
 int StartLogDrvSync(int wordCount, char** words) {
     if (wordCount < 5)
         return fail(Result::badCount, "Invalid number of parameters in command \"sync \"!");
-    LogDrvArgs read;
-    const Option options[] = {logDrvOption(&read), controllerOption(&read)};
-    // The line begins with the options: there is no action word before them.
+    LogDrvArgs args;
+    const Option options[] = {logDrvOption(&args), controllerOption(&args)};
+    // sync has no action word before its options.
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
-    return startCheck(read, false, "Synchronization started on Array %d!\n",
+    return startCheck(args, false, "Synchronization started on Array %d!\n",
                       "Synchronization failed to start on Array %d!\n");
 }
 
 int StartLogDrvRC(int wordCount, char** words) {
     if (wordCount < 7)
         return fail(Result::badCount, "Invalid number of parameters in command \"rc -a start\"!");
-    LogDrvArgs read;
+    LogDrvArgs args;
     bool noFix = false;
-    const Option options[] = {logDrvOption(&read), controllerOption(&read), flagOption("-n", &noFix)};
+    const Option options[] = {logDrvOption(&args), controllerOption(&args), flagOption("-n", &noFix)};
     if (const int result = readOptions(wordCount, words, 3, options, "Invalid parameters defined"))
         return result;
-    return startCheck(read, noFix, "Redundancy check started on Array %d!\n",
+    return startCheck(args, noFix, "Redundancy check started on Array %d!\n",
                       "Redundancy check failed to start on Array %d!\n");
 }
 
@@ -64,14 +64,14 @@ int PauseLogDrvRC(int wordCount, char** words) {
     return controlActivity(
         wordCount, words,
         {&redundancyCheck, ActivityPrecondition::notPaused, invoke<q5_pauseRedundancyCheck>,
-         "Invalid number of parameters in command \"rc -a pause\"!", noDriveNamed,
+         "Invalid number of parameters in command \"rc -a pause\"!", noDriveOnController,
          "Redundancy check paused on Array %d.\n", "Redundancy check is failed to pause on Array %d.\n"});
 }
 
 int ResumeLogDrvRC(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&redundancyCheck, ActivityPrecondition::paused, invoke<q5_resumeRedundancyCheck>,
-                            "Invalid number of parameters in command \"rc -a resume\"!", noDriveNamed,
+                            "Invalid number of parameters in command \"rc -a resume\"!", noDriveOnController,
                             "Redundancy check resumed on Array %d.\n",
                             "Redundancy check is failed to resume on Array %d.\n"});
 }
@@ -79,7 +79,7 @@ int ResumeLogDrvRC(int wordCount, char** words) {
 int StopLogDrvRC(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&redundancyCheck, ActivityPrecondition::running, invoke<q5_stopRedundancyCheck>,
-                            "Invalid number of parameters in command \"rc -a stop\"!", noDriveNamed,
+                            "Invalid number of parameters in command \"rc -a stop\"!", noDriveOnController,
                             "Redundancy check stopped on Array %d.\n",
                             "Redundancy check is failed to stop on Array %d.\n"});
 }

@@ -1,9 +1,9 @@
 // The controller block of the configuration file.
 #include "config/ctrl_block.h"
 
+#include "commands/vocabulary.h"
 #include "config/block.h"
 #include "config/display.h"
-#include "util/vocabulary.h"
 
 namespace {
 struct CtrlSource {

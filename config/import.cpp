@@ -158,7 +158,7 @@ int ImportFile(int wordCount, char** words) {
         flagOption("-a", &everything), // the default; has no effect
     };
     for (int list = 0; list < 3; ++list)
-        options[list].given = &selected; // any list drops all blocks that no list selects
+        options[list].present = &selected; // any list drops all blocks that no list selects
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 

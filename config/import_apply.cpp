@@ -9,9 +9,9 @@
 #include "commands/creation.h"
 #include "commands/logdrv.h"
 #include "commands/phydrv.h"
+#include "commands/vocabulary.h"
 #include "config/import_set.h"
 #include "util/result.h"
-#include "util/vocabulary.h"
 #include "util/words.h"
 
 static constexpr std::uint32_t kMaxImportControllers = 4; // further controllers are ignored

@@ -2,10 +2,10 @@
 #include "config/logdrv_block.h"
 
 #include "adapter/reply.h"
+#include "commands/vocabulary.h"
 #include "config/block.h"
 #include "config/display.h"
 #include "util/idlist.h"
-#include "util/vocabulary.h"
 
 namespace {
 struct LogDrvSource {

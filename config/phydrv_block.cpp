@@ -1,9 +1,9 @@
 // The physical drive block of the configuration file.
 #include "config/phydrv_block.h"
 
+#include "commands/vocabulary.h"
 #include "config/block.h"
 #include "config/display.h"
-#include "util/vocabulary.h"
 
 namespace {
 struct PhyDrvSource {

@@ -1,5 +1,5 @@
-// The plan of a test and its comparison with the calls that come, the word tables that commands run
-// on, and the capture of what they print. The operations are in scripted_operations.cpp.
+// The plan of a test and its comparison with the actual calls, the word tables for commands, and the
+// capture of their output. The operations are in mock_operations.cpp.
 #include "tests/mock_adapter.h"
 
 #include <unistd.h>
@@ -16,12 +16,12 @@
 namespace {
 struct PlannedCall {
     std::string operation;
-    Bytes handedOver;
+    Bytes arguments;
     Bytes reply;
     int result;
 };
 
-// What standard output was before it went into a file.
+// The file that captures standard output, and the original standard output.
 struct Capture {
     std::FILE* file = nullptr;
     int standardOutput = -1;
@@ -30,9 +30,9 @@ struct Capture {
 
 static std::deque<PlannedCall> plan;
 static Capture capture;
-static std::vector<std::string> differences; // that a capture holds back
+static std::vector<std::string> differences; // deferred until the capture ends
 
-// Failures print to standard output, which a capture would take for the command's.
+// Failures print to standard output, so a capture would mix them with the command's output.
 static void reportDifference(const std::string& text) {
     if (capture.file != nullptr)
         differences.push_back(text);
@@ -50,7 +50,7 @@ static std::string hex(const Bytes& bytes) {
     return text.empty() ? "(nothing)" : text;
 }
 
-// Where two runs of bytes part, for records too long to compare by eye.
+// The first byte that differs, for records too long to compare by eye.
 static std::string firstDifference(const Bytes& left, const Bytes& right) {
     std::size_t at = 0;
     while (at < left.size() && at < right.size() && left[at] == right[at])
@@ -63,52 +63,52 @@ void appendBytes(Bytes* bytes, const void* start, std::size_t size) {
     bytes->insert(bytes->end(), first, first + size);
 }
 
-Bytes joined(const std::vector<Bytes>& parts) {
+Bytes concat(const std::vector<Bytes>& parts) {
     Bytes all;
     for (const Bytes& part : parts)
         appendBytes(&all, part.data(), part.size());
     return all;
 }
 
-ReplyHeader headerOf(std::size_t bytesUsed) {
+ReplyHeader replyHeader(std::size_t bytesUsed) {
     ReplyHeader header = {};
     header.bytesUsed = static_cast<std::uint32_t>(bytesUsed);
     return header;
 }
 
-void expectCall(const char* operation, const Bytes& handedOver, const Bytes& reply, int result) {
-    plan.push_back({operation, handedOver, reply, result});
+void expectCall(const char* operation, const Bytes& arguments, const Bytes& reply, int result) {
+    plan.push_back({operation, arguments, reply, result});
 }
 
-CallAnswer takeCall(const char* operation, const Bytes& handedOver) {
+PlannedReply nextPlannedReply(const char* operation, const Bytes& arguments) {
     if (plan.empty()) {
-        reportDifference(std::string("unplanned call ") + operation + "\n  hands over " + hex(handedOver));
+        reportDifference(std::string("unplanned call ") + operation + "\n  arguments " + hex(arguments));
         return {{}, 1};
     }
     const PlannedCall planned = plan.front();
     plan.pop_front();
     if (planned.operation != operation)
         reportDifference("planned call " + planned.operation + ", but " + operation + " came\n  planned " +
-                         hex(planned.handedOver) + "\n  came    " + hex(handedOver));
-    else if (planned.handedOver != handedOver)
-        reportDifference(planned.operation + " hands over other bytes, " +
-                         firstDifference(planned.handedOver, handedOver) + "\n  planned " +
-                         hex(planned.handedOver) + "\n  came    " + hex(handedOver));
+                         hex(planned.arguments) + "\n  came    " + hex(arguments));
+    else if (planned.arguments != arguments)
+        reportDifference(planned.operation + " has other arguments, " +
+                         firstDifference(planned.arguments, arguments) + "\n  planned " +
+                         hex(planned.arguments) + "\n  came    " + hex(arguments));
     return {planned.reply, planned.result};
 }
 
 void expectAllCalled() {
     for (const PlannedCall& planned : plan)
         ADD_FAILURE() << "planned call " << planned.operation << " did not come\n  planned "
-                      << hex(planned.handedOver);
+                      << hex(planned.arguments);
     plan.clear();
 }
 
-void Scripted::SetUp() {
+void MockAdapterTest::SetUp() {
     plan.clear();
 }
 
-void Scripted::TearDown() {
+void MockAdapterTest::TearDown() {
     expectAllCalled();
 }
 
@@ -138,12 +138,12 @@ std::string endCapture() {
     return output;
 }
 
-void expectOutcome(const Outcome& outcome, int result, const std::string& output) {
+void expectOutcome(const CommandOutcome& outcome, int result, const std::string& output) {
     EXPECT_EQ(outcome.result, result);
     EXPECT_EQ(outcome.output, output);
 }
 
-std::vector<std::string> typed(const std::string& line) {
+std::vector<std::string> splitWords(const std::string& line) {
     std::istringstream stream(line);
     std::vector<std::string> words;
     for (std::string word; stream >> word;)
@@ -151,8 +151,8 @@ std::vector<std::string> typed(const std::string& line) {
     return words;
 }
 
-Outcome run(int (*function)(int, char**), const std::vector<std::string>& words,
-            const std::vector<std::string>& stale) {
+CommandOutcome run(int (*function)(int, char**), const std::vector<std::string>& words,
+                   const std::vector<std::string>& stale) {
     std::vector<std::string> texts = words;
     texts.insert(texts.end(), stale.begin(), stale.end());
     if (texts.size() > kMaxWords) {
@@ -171,4 +171,15 @@ Outcome run(int (*function)(int, char**), const std::vector<std::string>& words,
     startCapture();
     const int result = function(static_cast<int>(words.size()), table);
     return {result, endCapture()};
+}
+
+std::string outcomeOf(int (*function)(int, char**), const std::vector<std::string>& words,
+                      const std::vector<std::string>& stale) {
+    const CommandOutcome outcome = run(function, words, stale);
+    return std::to_string(outcome.result) + ": " + outcome.output;
+}
+
+std::string outcomeOf(int (*function)(int, char**), const std::string& line,
+                      const std::vector<std::string>& stale) {
+    return outcomeOf(function, splitWords(line), stale);
 }

@@ -1,6 +1,6 @@
-// A scripted adapter: replaces the closed library at link time. A test plans the calls a command must
-// make, in order, with every byte it hands over, and says what each one answers. A call that was not
-// planned, differs in a byte, or never comes fails the test.
+// A mock of the adapter library, which it replaces at link time. A test plans the calls a command must
+// make, in order, with every byte of their arguments, and the reply to each. A call that is unplanned,
+// differs in a byte or is missing fails the test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,12 +14,12 @@
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Adds size bytes as they lie in memory from start on.
+// Appends size bytes from start.
 void appendBytes(Bytes* bytes, const void* start, std::size_t size);
 
-// What a call hands over: its arguments one after the other as they lie in memory. An HbaAddress
-// counts 8 bytes, the reserved number and sizes 4 each, a record passed in by pointer its own bytes,
-// a text its characters and the NUL. Pointers to buffers that the adapter fills count nothing.
+// The arguments of a call, concatenated as they are in memory: 8 bytes for an HbaAddress, 4 each for
+// the reserved number and sizes, the contents of a record passed by pointer, and the characters of a
+// text with its NUL. Pointers to output buffers are omitted.
 template <typename... Arguments>
 Bytes bytesOf(const Arguments&... arguments) {
     static_assert(((std::is_trivially_copyable_v<Arguments> && !std::is_pointer_v<Arguments>)&&...));
@@ -28,69 +28,75 @@ Bytes bytesOf(const Arguments&... arguments) {
     return bytes;
 }
 
-// Joins what bytesOf() made of single arguments, or the records of a reply.
-Bytes joined(const std::vector<Bytes>& parts);
+// Concatenates arguments from bytesOf(), or the records of a reply.
+Bytes concat(const std::vector<Bytes>& parts);
 
-// Plans the next call. reply is copied into the buffer the call offers, as far as the size it states
-// reaches; an operation that fills a scalar (a count, a state, a mask) takes that scalar's bytes.
-// q5_getHBAEvents takes the 8 bytes of the EventQuery it leaves, then the reply buffer, and writes
-// all of that: it delivers as many events as were wanted, whatever the size says.
-void expectCall(const char* operation, const Bytes& handedOver, const Bytes& reply = {}, int result = 0);
+// Plans the next call. reply is copied into the call's output buffer, up to the size passed in; for an
+// operation that returns a scalar (a count, a state, a mask), reply is that scalar. For q5_getHBAEvents
+// reply is the updated EventQuery (8 bytes) followed by the reply buffer, which is copied whatever the
+// size.
+void expectCall(const char* operation, const Bytes& arguments, const Bytes& reply = {}, int result = 0);
 
-// The arguments of most calls: controller, the reserved 0, a record by pointer, the buffer's size.
+// The arguments of most queries: controller, the reserved 0, a record by pointer, the buffer size.
 template <typename Query>
-Bytes asks(std::uint32_t controller, const Query& query, std::uint32_t size) {
+Bytes queryFor(std::uint32_t controller, const Query& query, std::uint32_t size) {
     return bytesOf(hbaAddress(controller), std::uint32_t{0}, query, size);
 }
 
-// The header of a reply that uses so many bytes.
-ReplyHeader headerOf(std::size_t bytesUsed);
+// The header of a reply with this byte count.
+ReplyHeader replyHeader(std::size_t bytesUsed);
 
-// A list reply that holds these records, its byte count saying so.
+// A list reply with these records and the matching byte count.
 template <typename Record>
 Bytes listReply(const std::vector<Record>& records) {
-    Bytes reply = bytesOf(headerOf(sizeof(ReplyHeader) + records.size() * sizeof(Record)));
+    Bytes reply = bytesOf(replyHeader(sizeof(ReplyHeader) + records.size() * sizeof(Record)));
     for (const Record& record : records)
         appendBytes(&reply, &record, sizeof record);
     return reply;
 }
 
-// What a command function did: its result and everything it printed.
-struct Outcome {
+// The result of a command function and everything it printed.
+struct CommandOutcome {
     int result;
     std::string output;
 };
 
-void expectOutcome(const Outcome& outcome, int result, const std::string& output);
+void expectOutcome(const CommandOutcome& outcome, int result, const std::string& output);
 
-// The words of a line, which blanks separate; quotes mean nothing here.
-std::vector<std::string> typed(const std::string& line);
+// Splits a line at blanks. Quotes have no special meaning.
+std::vector<std::string> splitWords(const std::string& line);
 
-// Runs a command function on words, given as the user would type them but already split; the word
-// table's other slots are empty, or hold what stale says from the slot after the last word on. Each
-// slot is an allocation of its own, so that the sanitizer sees whoever leaves it.
-Outcome run(int (*function)(int, char**), const std::vector<std::string>& words,
-            const std::vector<std::string>& stale = {});
+// Runs a command function on words. The slots of the word table after the last word hold the words of
+// stale, the rest are empty. Each slot is a separate allocation, so that the sanitizer detects accesses
+// out of bounds.
+CommandOutcome run(int (*function)(int, char**), const std::vector<std::string>& words,
+                   const std::vector<std::string>& stale = {});
 
-// Everything written to standard output between the two, whose calls may not nest. Differences from
-// the plan are reported when the capture ends.
+// The same, with the outcome as one text: "result: output".
+std::string outcomeOf(int (*function)(int, char**), const std::vector<std::string>& words,
+                      const std::vector<std::string>& stale = {});
+std::string outcomeOf(int (*function)(int, char**), const std::string& line,
+                      const std::vector<std::string>& stale = {});
+
+// Capture everything written to standard output between the two calls, which must not nest.
+// Differences from the plan are reported when the capture ends.
 void startCapture();
 std::string endCapture();
 
-// Runs anything that prints, and returns what it printed.
+// Runs a function and returns what it printed.
 template <typename Function>
-std::string printed(Function function) {
+std::string outputOf(Function function) {
     startCapture();
     function();
     return endCapture();
 }
 
-// Fails for each planned call that has not come by now, and forgets them.
+// Reports every planned call that has not been made as a failure, and clears the plan.
 void expectAllCalled();
 
-// Base of the tests that script the adapter: each starts with an empty plan and fails when a planned
-// call did not come.
-class Scripted : public testing::Test {
+// Base class of tests with a mock adapter: each starts with an empty plan and fails if a planned call
+// was not made.
+class MockAdapterTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;

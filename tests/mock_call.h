@@ -1,13 +1,13 @@
-// What stands between the scripted operations and the plan.
+// The interface between the mock operations and the plan.
 #pragma once
 
 #include "tests/mock_adapter.h"
 
-struct CallAnswer {
+struct PlannedReply {
     Bytes reply;
     int result;
 };
 
-// Takes the next planned call off the plan and returns its answer, after reporting whatever differs;
-// a call beyond the plan is answered with nothing and the result 1.
-CallAnswer takeCall(const char* operation, const Bytes& handedOver);
+// Removes the next call from the plan and returns its reply, after reporting any difference. An
+// unplanned call gets an empty reply and the result 1.
+PlannedReply nextPlannedReply(const char* operation, const Bytes& arguments);

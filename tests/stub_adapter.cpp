@@ -1,4 +1,4 @@
-// Every operation of the adapters' library, each handed on to the answers that a test gives.
+// Every operation of the adapter library, forwarded to the functions of stub_adapter.h.
 #include "tests/stub_adapter.h"
 
 #include "adapter/activity.h"

@@ -1,5 +1,5 @@
-// An adapter whose answers a test gives, without regard to what is asked: whoever links
-// stub_adapter.cpp defines these functions.
+// A stub of the adapter library. Its replies come from the functions below, which each program that
+// links stub_adapter.cpp defines.
 #pragma once
 
 #include <cstddef>
@@ -7,14 +7,14 @@
 
 #include "adapter/event.h"
 
-// The result of an operation by its name. reply, of size bytes, is null for one that brings none back.
+// Returns the result of an operation. reply, of size bytes, is null if the operation has no output.
 int answer(const char* operation, void* reply, std::size_t size);
 
-// The same for a list, in whose header the caller looks for its length.
+// The same for a list, whose header holds its length.
 int answerList(const char* operation, void* reply, std::size_t size);
 
 int answerControllers(const char* operation, std::uint32_t* count);
 int answerEvents(const char* operation, EventQuery* query, void* reply, std::size_t size);
 
-// Which drives the 3 Gb/s option is asked of; its answer comes after.
+// Called with the model and firmware of a 3 Gb/s option operation, before its answer().
 void noteDrives(const char* model, const char* firmware);

@@ -1,4 +1,4 @@
-// Reading, showing, sorting and searching lists of IDs.
+// Parsing, formatting, sorting and searching lists of IDs.
 #include "util/idlist.h"
 
 #include <cstdio>
@@ -13,8 +13,9 @@ static char* skipBlanks(char* text) {
     return text + std::strspn(text, kBlanks);
 }
 
-// Where the item that starts at *start ends. An opening quote or parenthesis is stepped over. The
-// item's first character is never taken for its end, so an empty quoted item is not noticed.
+// The end of the item that starts at *start, after skipping an opening quote or parenthesis.
+//
+// Compatibility: the first character never ends the item, so an empty quoted item is not recognized.
 static char* itemEnd(char** start) {
     const char* stops = " ,)\t\r\n";
     if (**start == '"' || **start == '(') {
@@ -61,8 +62,8 @@ int BlockIDStr2Int(int* count, std::uint32_t* values, char* text) {
     return 1;
 }
 
-// The number at *text, 0 when there is no digit, of which eight digits count; *text moves past the
-// whole run of digits.
+// Parses the number at *text and moves *text past all its digits. Only the first eight digits count; 0
+// if there are none.
 static std::uint32_t parseNumber(const char** text) {
     std::uint32_t number = 0;
     for (int digits = 0; **text >= '0' && **text <= '9'; ++*text, ++digits)
@@ -71,13 +72,13 @@ static std::uint32_t parseNumber(const char** text) {
     return number;
 }
 
-void TranslateIDListUpTo(int room, int* count, std::uint32_t* values, const char* text) {
+void TranslateIDListUpTo(int capacity, int* count, std::uint32_t* values, const char* text) {
     *count = 0;
     if (text == nullptr) {
         std::puts("No ID specified!");
         return;
     }
-    while (*text != '\0' && *count < room) {
+    while (*text != '\0' && *count < capacity) {
         values[(*count)++] = parseNumber(&text);
         if (*text != '\0')
             ++text; // the separator, whatever it is
@@ -88,8 +89,8 @@ void TranslateIDList(int* count, std::uint32_t* values, const char* text) {
     TranslateIDListUpTo(kMaxListItems, count, values, text);
 }
 
-// Writes the list with its IDs counted from first.
-static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids, int first) {
+// Formats the list, adding first to every ID.
+static const char* formatIds(char (&text)[80], int count, const std::uint8_t* ids, int first) {
     std::size_t length = 0;
     text[length++] = '(';
     for (int i = 0; i < count; ++i) {
@@ -112,7 +113,7 @@ static const char* showIds(char (&text)[80], int count, const std::uint8_t* ids,
 
 const char* BlockIDsString(int count, std::uint8_t* ids) {
     static char text[80];
-    showIds(text, count, ids, 1);
+    formatIds(text, count, ids, 1);
     for (int i = 0; i < count; ++i)
         if (ids[i] != kNoIdItem)
             ++ids[i];
@@ -121,7 +122,7 @@ const char* BlockIDsString(int count, std::uint8_t* ids) {
 
 const char* BlockExtentIDsString(int count, const std::uint8_t* ids) {
     static char text[80];
-    return showIds(text, count, ids, 0);
+    return formatIds(text, count, ids, 0);
 }
 
 void MergeSortIntegerList(int* list, int first, int last) {
@@ -137,14 +138,14 @@ void MergeIntegerList(int* list, int first, int middle, int last) {
     int* work = static_cast<int*>(std::malloc(static_cast<std::size_t>(last - first + 1) * sizeof *work));
     if (work == nullptr)
         return;
-    int left = first, right = middle + 1, taken = 0;
+    int left = first, right = middle + 1, merged = 0;
     while (left <= middle && right <= last)
-        work[taken++] = list[left] < list[right] ? list[left++] : list[right++];
+        work[merged++] = list[left] < list[right] ? list[left++] : list[right++];
     while (left <= middle)
-        work[taken++] = list[left++];
+        work[merged++] = list[left++];
     while (right <= last)
-        work[taken++] = list[right++];
-    std::memcpy(list + first, work, static_cast<std::size_t>(taken) * sizeof *work);
+        work[merged++] = list[right++];
+    std::memcpy(list + first, work, static_cast<std::size_t>(merged) * sizeof *work);
     std::free(work);
 }
 

@@ -1,20 +1,13 @@
-// Text helpers shared by every command, and the common way to fail.
+// Text helpers shared by every command.
 #include "util/utils.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "util/result.h"
-
-int fail(Result::Code code, const char* message) {
-    std::puts(message);
-    return code;
-}
-
-// Case is that of the letters of ASCII: no locale is ever set, and the C library's tables for it would
-// be brought into memory for these two functions alone.
+// Only ASCII letters have case: the program never sets a locale, and calling the C library's functions
+// would page in its tables.
 //
-// Bytes compare as signed characters, so that those above 127 sort before all letters.
+// Compatibility: bytes compare as signed characters, so those above 127 sort before all letters.
 static int upperCase(char c) {
     return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
 }
@@ -105,7 +98,7 @@ void GetStrFromFileUpTo(std::FILE* file, char* buffer, std::size_t size, const c
         return;
     std::size_t length = 0;
     do {
-        const char c = static_cast<char>(std::getc(file)); // the end of the file gives 0xFF
+        const char c = static_cast<char>(std::getc(file)); // EOF becomes 0xFF
         if (c == '\0' || std::strchr(delimiters, c) != nullptr)
             break;
         if (length < size - 1)

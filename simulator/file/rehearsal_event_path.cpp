@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "commands/event_buffer.h"
+#include "commands/event_path.h"
 #include "simulator/file/world_path.h"
 
 void GetEventBufferFilePath(char* path) {

@@ -1,4 +1,4 @@
-// That the scripted adapter notices whatever differs from its plan, and stays inside the buffers.
+// The mock adapter detects every difference from its plan and stays within the buffers.
 #include "tests/mock_adapter.h"
 
 #include <gtest/gtest-spi.h>
@@ -8,18 +8,18 @@
 #include "adapter/phydrv.h"
 #include "adapter/session.h"
 
-using ScriptedAdapter = Scripted;
+using MockAdapter = MockAdapterTest;
 
-TEST_F(ScriptedAdapter, FailsForACallBeyondThePlan) {
+TEST_F(MockAdapter, FailsForACallBeyondThePlan) {
     EXPECT_NONFATAL_FAILURE(EXPECT_EQ(q5_finalize(), 1), "unplanned call q5_finalize");
 }
 
-TEST_F(ScriptedAdapter, FailsForAnotherOperation) {
+TEST_F(MockAdapter, FailsForAnotherOperation) {
     expectCall("q5_finalize", {});
     EXPECT_NONFATAL_FAILURE(q5_discover(1), "planned call q5_finalize, but q5_discover came");
 }
 
-TEST_F(ScriptedAdapter, FailsForOtherBytes) {
+TEST_F(MockAdapter, FailsForOtherBytes) {
     expectCall("q5_discover", bytesOf(1));
     EXPECT_NONFATAL_FAILURE(q5_discover(0x101), "first difference at byte 1");
     expectCall("q5_locatePhyDrv",
@@ -27,31 +27,31 @@ TEST_F(ScriptedAdapter, FailsForOtherBytes) {
     EXPECT_NONFATAL_FAILURE(q5_locatePhyDrv(hbaAddress(0), 0, 2, 10), "first difference at byte 12");
 }
 
-TEST_F(ScriptedAdapter, FailsForACallThatDoesNotCome) {
+TEST_F(MockAdapter, FailsForAMissingCall) {
     expectCall("q5_discover", bytesOf(1));
     EXPECT_NONFATAL_FAILURE(expectAllCalled(), "planned call q5_discover did not come");
 }
 
-TEST_F(ScriptedAdapter, HoldsItsFailuresBackWhileOutputIsCaptured) {
-    EXPECT_NONFATAL_FAILURE(EXPECT_EQ(printed([] { q5_finalize(); }), ""), "unplanned call q5_finalize");
+TEST_F(MockAdapter, DefersFailuresWhileOutputIsCaptured) {
+    EXPECT_NONFATAL_FAILURE(EXPECT_EQ(outputOf([] { q5_finalize(); }), ""), "unplanned call q5_finalize");
 }
 
-TEST_F(ScriptedAdapter, AnswersAsPlanned) {
+TEST_F(MockAdapter, RepliesAsPlanned) {
     std::uint32_t count = 0;
     expectCall("q5_getNumberOfHBA", {}, {7, 0, 0, 0}, 3);
     EXPECT_EQ(q5_getNumberOfHBA(&count), 3);
     EXPECT_EQ(count, 7u);
 }
 
-TEST_F(ScriptedAdapter, WritesNoFurtherThanTheSizeSays) {
+TEST_F(MockAdapter, WritesWithinTheSize) {
     std::uint8_t buffer[4] = {1, 1, 1, 1};
-    expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{}, 2), {5, 6, 7, 8});
+    expectCall("q5_getPhyDrvInfo", queryFor(0, PhyDrvQuery{}, 2), {5, 6, 7, 8});
     const PhyDrvQuery query = {};
     q5_getPhyDrvInfo(hbaAddress(0), 0, &query, buffer, 2);
     EXPECT_EQ(bytesOf(buffer), (Bytes{5, 6, 1, 1}));
 }
 
-TEST_F(ScriptedAdapter, ComparesTextsWithTheirNul) {
+TEST_F(MockAdapter, ComparesTextsWithTheirNul) {
     int setting = 0;
     expectCall("q5_getDataTransferSpeed",
                bytesOf(hbaAddress(0), std::uint32_t{0}, "DISK 1", "F1", std::uint32_t{4}), bytesOf(9));
@@ -59,16 +59,16 @@ TEST_F(ScriptedAdapter, ComparesTextsWithTheirNul) {
     EXPECT_EQ(setting, 9);
 }
 
-TEST_F(ScriptedAdapter, FillsTheEventQueryBeforeTheEvents) {
+TEST_F(MockAdapter, FillsTheEventQueryBeforeTheEvents) {
     EventQuery query = {-1, 5};
     std::uint8_t reply[3] = {};
-    expectCall("q5_getHBAEvents", asks(1, query, 2), joined({bytesOf(EventQuery{-1, 3}), {7, 8, 9}}));
+    expectCall("q5_getHBAEvents", queryFor(1, query, 2), concat({bytesOf(EventQuery{-1, 3}), {7, 8, 9}}));
     q5_getHBAEvents(hbaAddress(1), 0, &query, reply, 2);
     EXPECT_EQ(query.count, 3u);
     EXPECT_EQ(bytesOf(reply), (Bytes{7, 8, 9}));
 }
 
-TEST_F(ScriptedAdapter, SurvivesNullPointers) {
+TEST_F(MockAdapter, AcceptsNullPointers) {
     expectCall("q5_initialize", {});
     EXPECT_EQ(q5_initialize(nullptr), 0);
     expectCall("q5_getDriverInfo", bytesOf(hbaAddress(0), std::uint32_t{0}), {1, 2, 3});

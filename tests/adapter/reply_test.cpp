@@ -1,4 +1,4 @@
-// Reading replies and records that claim more than they hold.
+// Reading replies and records with invalid counts.
 #include "adapter/reply.h"
 
 #include <cstdio>
@@ -13,28 +13,28 @@ static std::size_t recordsSeen(std::uint32_t bytesUsed) {
     return records(reply).size();
 }
 
-TEST(ReplyRecords, AreNoneWhenTheByteCountIsBelowTheHeader) {
+TEST(ReplyRecords, AreNoneForAByteCountBelowTheHeader) {
     EXPECT_EQ(recordsSeen(0), 0u);
     EXPECT_EQ(recordsSeen(63), 0u);
 }
 
-TEST(ReplyRecords, AreNoneWhenOnlyTheHeaderOrPartOfARecordIsUsed) {
+TEST(ReplyRecords, AreNoneForAnIncompleteRecord) {
     EXPECT_EQ(recordsSeen(64), 0u);
     EXPECT_EQ(recordsSeen(64 + 207), 0u);
 }
 
-TEST(ReplyRecords, AreAsManyWholeOnesAsTheByteCountSays) {
+TEST(ReplyRecords, AreTheCompleteRecordsOfTheByteCount) {
     EXPECT_EQ(recordsSeen(64 + 208), 1u);
     EXPECT_EQ(recordsSeen(64 + 2 * 208 - 1), 1u);
     EXPECT_EQ(recordsSeen(64 + 2 * 208), 2u);
 }
 
-TEST(ReplyRecords, NeverLeadBeyondTheBuffer) {
+TEST(ReplyRecords, StayWithinTheBuffer) {
     EXPECT_EQ(recordsSeen(64 + 3 * 208), 2u);
     EXPECT_EQ(recordsSeen(0xFFFFFFFF), 2u);
 }
 
-TEST(ReplyRecords, StartBehindTheHeader) {
+TEST(ReplyRecords, FollowTheHeader) {
     Reply<LogDrvInfo, 2> reply = {};
     reply.header.bytesUsed = 64 + 2 * 208;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(&reply);
@@ -42,22 +42,22 @@ TEST(ReplyRecords, StartBehindTheHeader) {
     EXPECT_EQ(static_cast<const void*>(&records(reply)[1]), bytes + 64 + 208);
 }
 
-TEST(FieldText, EndsAtItsNul) {
+TEST(FieldPrintfArgs, EndAtTheNul) {
     struct {
         char text[6] = {'a', 'b', '\0', 'c', 'd', 'e'};
     } record;
-    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<ab>");
+    EXPECT_EQ(outputOf([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<ab>");
 }
 
-TEST(FieldText, EndsWithItsFieldWhenUnterminated) {
+TEST(FieldPrintfArgs, EndWithTheField) {
     struct {
         char text[4] = {'a', 'b', 'c', 'd'};
         char next[4] = {'n', 'e', 'x', 't'};
     } record;
-    EXPECT_EQ(printed([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<abcd>");
+    EXPECT_EQ(outputOf([&] { std::printf("<%.*s>", FIELD_PRINTF_ARGS(record.text)); }), "<abcd>");
 }
 
-TEST(Extents, AreAsManyAsTheDriveClaims) {
+TEST(Extents, MatchTheExtentCount) {
     PhyDrvInfo drive = {};
     EXPECT_EQ(extents(drive).size(), 0u);
     drive.extentCount = 3;
@@ -67,7 +67,7 @@ TEST(Extents, AreAsManyAsTheDriveClaims) {
     EXPECT_EQ(extents(drive).size(), 16u);
 }
 
-TEST(Extents, AreNeverMoreThanTheEntryHasRoomFor) {
+TEST(Extents, AreLimitedToTheArray) {
     PhyDrvInfo drive = {};
     drive.extentCount = 17;
     EXPECT_EQ(extents(drive).size(), 16u);
@@ -75,7 +75,7 @@ TEST(Extents, AreNeverMoreThanTheEntryHasRoomFor) {
     EXPECT_EQ(extents(drive).size(), 16u);
 }
 
-TEST(BoundedMemberCount, IsTheDiskCountWhileTheMembersHaveRoom) {
+TEST(BoundedMemberCount, IsTheDiskCountWithinTheArray) {
     LogDrvInfo drive = {};
     EXPECT_EQ(boundedMemberCount(drive), 0);
     drive.diskCount = 31;
@@ -84,7 +84,7 @@ TEST(BoundedMemberCount, IsTheDiskCountWhileTheMembersHaveRoom) {
     EXPECT_EQ(boundedMemberCount(drive), 32);
 }
 
-TEST(BoundedMemberCount, StopsAtTheLastMemberPlace) {
+TEST(BoundedMemberCount, IsLimitedToTheArray) {
     LogDrvInfo drive = {};
     drive.diskCount = 33;
     EXPECT_EQ(boundedMemberCount(drive), 32);
@@ -92,7 +92,7 @@ TEST(BoundedMemberCount, StopsAtTheLastMemberPlace) {
     EXPECT_EQ(boundedMemberCount(drive), 32);
 }
 
-TEST(ControllerAddress, CarriesTheLowSixteenBitsOfTheId) {
+TEST(HbaAddress, UsesTheLowSixteenBitsOfTheId) {
     EXPECT_EQ(bytesOf(hbaAddress(1)), (Bytes{1, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(bytesOf(hbaAddress(0xFFFFFFFF)), (Bytes{0xFF, 0xFF, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(bytesOf(hbaAddress(0x10002)), (Bytes{2, 0, 0, 0, 0, 0, 0, 0}));

@@ -19,7 +19,7 @@ static std::string goldenHelp(const std::string& word) {
 
 static void expectHelp(const std::vector<std::string>& words, const std::string& output,
                        const std::vector<std::string>& stale = {}) {
-    const Outcome outcome = run(cli_parse_command, words, stale);
+    const CommandOutcome outcome = run(cli_parse_command, words, stale);
     EXPECT_EQ(outcome.result, 2);
     EXPECT_EQ(outcome.output, output);
 }
@@ -112,7 +112,7 @@ TEST(DoCmdHelp, PrintsBothTextsOfEveryWord) {
 
 TEST(DoCmdHelp, PrintsTheMainHelpForItsOwnWords) {
     for (const char* line : {"help", "HELP", "?", "help help", "help ?", "? ?", "? help"})
-        expectHelp(typed(line), goldenHelp("help"));
+        expectHelp(splitWords(line), goldenHelp("help"));
 }
 
 TEST(DoCmdHelp, IgnoresCase) {
@@ -120,7 +120,7 @@ TEST(DoCmdHelp, IgnoresCase) {
 }
 
 TEST(DoCmdHelp, IgnoresFurtherWords) {
-    expectHelp(typed("? logdrv extra words"), goldenHelp("logdrv"));
+    expectHelp(splitWords("? logdrv extra words"), goldenHelp("logdrv"));
 }
 
 TEST(DoCmdHelp, PrintsTheUnknownTextTwice) {

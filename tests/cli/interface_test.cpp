@@ -191,14 +191,14 @@ TEST(CommandTable, NamesTheHandlers) {
 
 TEST(CliParseCommand, RejectsUnknownWords) {
     for (const char* word : {"", "nosuch", "exit", "ctr", "ctrls", "\xff\xff", "!", "zzz", "-a"}) {
-        const Outcome outcome = run(cli_parse_command, {word});
+        const CommandOutcome outcome = run(cli_parse_command, {word});
         EXPECT_EQ(outcome.result, 9) << word;
         EXPECT_EQ(outcome.output, "Invalid command!\n") << word;
     }
 }
 
 TEST(CliParseCommand, RejectsABlankFirstLine) {
-    const Outcome outcome = run(cli_parse_command, {});
+    const CommandOutcome outcome = run(cli_parse_command, {});
     EXPECT_EQ(outcome.result, 9);
     EXPECT_EQ(outcome.output, "Invalid command!\n");
 }

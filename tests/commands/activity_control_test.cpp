@@ -1,5 +1,5 @@
-// Pausing, resuming, stopping and restarting background activities: every member of every activity
-// with its literal texts, about drive 3 of controller 2.
+// Pausing, resuming, stopping and restarting background activities: every action of every activity
+// with its exact texts, for drive 3 of controller 2.
 #include "commands/init.h"
 #include "commands/migrate.h"
 #include "commands/rebuild.h"
@@ -16,16 +16,16 @@ struct ControlRow {
     ProgressRead read;
     When when;
     const char* operation;
-    std::uint32_t kind; // the second number of the block handed over
+    std::uint32_t kind; // the second number of the request
     const char* count;
     const char* noDrive;
     const char* success;
     const char* failure;
 };
 
-class ActivityControls : public Scripted, public testing::WithParamInterface<ControlRow> {
+class ActivityControls : public MockAdapterTest, public testing::WithParamInterface<ControlRow> {
 protected:
-    // The reads that come before the operation, for a drive on which it is done.
+    // Expects the reads that precede the operation, for a drive that meets its precondition.
     void expectReads(int result = 0) const {
         const ControlRow& row = GetParam();
         expectLookup(2, 3, driveDoing(row.bit), result);
@@ -75,85 +75,85 @@ static const ControlRow kControls[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Of, ActivityControls, testing::ValuesIn(kControls), RowName());
 
-TEST_P(ActivityControls, DoIt) {
+TEST_P(ActivityControls, Succeed) {
     expectReads();
     expectControl(GetParam().operation, 2, 3, GetParam().kind);
-    EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
 }
 
-TEST_P(ActivityControls, ReportARefusal) {
+TEST_P(ActivityControls, ReportFailure) {
     for (const int result : {1, -1, 8}) {
         expectReads();
         expectControl(GetParam().operation, 2, 3, GetParam().kind, result);
-        EXPECT_EQ(told(GetParam().control, "word -A action -I 2 -L 3"), GetParam().failure) << result;
+        EXPECT_EQ(outcomeOf(GetParam().control, "word -A action -I 2 -L 3"), GetParam().failure) << result;
     }
 }
 
-TEST_P(ActivityControls, DoNotJudgeTheResultsOfReads) {
+TEST_P(ActivityControls, IgnoreTheResultsOfReads) {
     expectReads(-1);
     expectControl(GetParam().operation, 2, 3, GetParam().kind);
-    EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
 }
 
-TEST_P(ActivityControls, LeaveOtherActivitiesAlone) {
+TEST_P(ActivityControls, IgnoreOtherActivities) {
     for (const int activities : {0, 0xFF & ~GetParam().bit}) {
         expectLookup(2, 3, driveDoing(activities));
         if (GetParam().when == When::always)
             expectControl(GetParam().operation, 2, 3, GetParam().kind);
-        EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"),
-                  GetParam().when == When::always ? GetParam().success : kDoneSilently)
+        EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"),
+                  GetParam().when == When::always ? GetParam().success : kSilentSuccess)
             << activities;
     }
 }
 
-TEST_P(ActivityControls, AreDoneInTheMidstOfAllActivities) {
+TEST_P(ActivityControls, SucceedWhileAllActivitiesRun) {
     LogDrvInfo drive = driveDoing(0xFF);
     expectLookup(2, 3, drive);
     if (GetParam().when == When::paused || GetParam().when == When::notPaused)
         expectProgress(GetParam().read, 2, 3, GetParam().when == When::paused ? kPaused : kRunning, 42);
     expectControl(GetParam().operation, 2, 3, GetParam().kind);
-    EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), GetParam().success);
 }
 
-TEST_P(ActivityControls, HaveNothingToDoInTheOtherState) {
+TEST_P(ActivityControls, DoNothingInTheWrongState) {
     if (GetParam().when == When::paused || GetParam().when == When::notPaused) {
         const bool resumes = GetParam().when == When::paused;
         for (const std::uint8_t state : kUnpausedStates) {
             expectLookup(2, 3, driveDoing(GetParam().bit));
             expectProgress(GetParam().read, 2, 3, resumes ? state : kPaused, 42);
-            EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"), kDoneSilently);
+            EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), kSilentSuccess);
         }
     }
 }
 
-TEST_P(ActivityControls, TakeSevenWords) {
+TEST_P(ActivityControls, RequireSevenWords) {
     for (const char* line :
          {"", "word", "word -a action", "word -a action -l 3", "word action -l 3 -i 2",
           "word -a action -l 3 -i 2 -l", "word -a action -l 3 -i 2 -l 3", "word -a action -q x"})
-        EXPECT_EQ(told(GetParam().control, line), GetParam().count) << line;
+        EXPECT_EQ(outcomeOf(GetParam().control, line), GetParam().count) << line;
 }
 
-TEST_P(ActivityControls, MissADriveThatTheAdapterDoesNotKnow) {
+TEST_P(ActivityControls, ReportMissingDrive) {
     expectMissing(2, 3);
-    EXPECT_EQ(told(GetParam().control, "word -a action -l 3 -i 2"), GetParam().noDrive);
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), GetParam().noDrive);
 }
 
-TEST_P(ActivityControls, TakeIdsNotGivenForZero) {
+TEST_P(ActivityControls, DefaultMissingIdsToZero) {
     expectMissing(0, 3);
     expectMissing(2, 0);
-    told(GetParam().control, "word -a action -l 1 -l 3");
-    told(GetParam().control, "word -a action -i 1 -i 2");
+    outcomeOf(GetParam().control, "word -a action -l 1 -l 3");
+    outcomeOf(GetParam().control, "word -a action -i 1 -i 2");
 }
 
-TEST_P(ActivityControls, RefuseWordsThatAreNoOptions) {
+TEST_P(ActivityControls, RejectUnknownOptions) {
     for (const char* line :
          {"word -a action -l 3 -p 1", "word -a action l 3 -i 2", "word -a action -x y -l z"})
-        EXPECT_EQ(told(GetParam().control, line), kUnknownOptionTold) << line;
+        EXPECT_EQ(outcomeOf(GetParam().control, line), kUnknownOptionOutcome) << line;
 }
 
-TEST_P(ActivityControls, RefuseIdsThatAreNoNumbers) {
-    EXPECT_EQ(told(GetParam().control, "word -a action -l 0x3 -i 2"),
+TEST_P(ActivityControls, RejectInvalidIds) {
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 0x3 -i 2"),
               "6: Invalid logical drive ID '0x3' specified\n");
-    EXPECT_EQ(told(GetParam().control, "word -a action -i +2 -x 3"),
+    EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -i +2 -x 3"),
               "6: Invalid controller ID '+2' specified\n");
 }

@@ -1,5 +1,5 @@
-// The lists of the five background activities, with their literal texts. These are about drive 3 of
-// controller 2, at 42 percent.
+// The lists of the five background activities with their exact texts, for drive 3 of controller 2 at
+// 42 percent.
 #include "commands/init.h"
 #include "commands/migrate.h"
 #include "commands/rebuild.h"
@@ -19,7 +19,7 @@ struct ListRow {
     const char* noDriveZero; // drive 0 of controller 0
 };
 
-class ActivityLists : public Scripted, public testing::WithParamInterface<ListRow> {};
+class ActivityLists : public MockAdapterTest, public testing::WithParamInterface<ListRow> {};
 } // namespace
 
 static const ListRow kLists[] = {
@@ -51,128 +51,129 @@ static const ListRow kLists[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Of, ActivityLists, testing::ValuesIn(kLists), RowName());
 
-TEST_P(ActivityLists, SayHowFarTheActivityHasCome) {
+TEST_P(ActivityLists, ShowProgress) {
     expectLookup(2, 3, driveDoing(GetParam().bit));
     expectProgress(GetParam().read, 2, 3, kRunning, 42);
-    EXPECT_EQ(told(GetParam().list, "word -a list -l 3 -i 2"), GetParam().inProgress);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -a list -l 3 -i 2"), GetParam().inProgress);
 }
 
-TEST_P(ActivityLists, SayThatItIsPaused) {
+TEST_P(ActivityLists, ShowPausedActivity) {
     expectLookup(2, 3, driveDoing(GetParam().bit));
     expectProgress(GetParam().read, 2, 3, kPaused, 42);
-    EXPECT_EQ(told(GetParam().list, "word -i 2 -l 3"), GetParam().paused);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -i 2 -l 3"), GetParam().paused);
 }
 
-TEST_P(ActivityLists, TakeAnyStateButThreeForRunning) {
+TEST_P(ActivityLists, ShowAnyOtherStateAsRunning) {
     for (const std::uint8_t state : kUnpausedStates) {
         expectLookup(2, 3, driveDoing(GetParam().bit));
         expectProgress(GetParam().read, 2, 3, state, 42);
-        EXPECT_EQ(told(GetParam().list, "word -L 3 -I 2"), GetParam().inProgress) << int{state};
+        EXPECT_EQ(outcomeOf(GetParam().list, "word -L 3 -I 2"), GetParam().inProgress) << int{state};
     }
 }
 
-TEST_P(ActivityLists, DoNotJudgeTheResultsOfReads) {
+TEST_P(ActivityLists, IgnoreTheResultsOfReads) {
     for (const int result : {1, -1}) {
         expectLookup(2, 3, driveDoing(GetParam().bit), result);
         expectProgress(GetParam().read, 2, 3, kRunning, 42, result);
-        EXPECT_EQ(told(GetParam().list, "word -l 3 -i 2"), GetParam().inProgress) << result;
+        EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().inProgress) << result;
     }
 }
 
-TEST_P(ActivityLists, FindNoActivityWhileAnotherOneRuns) {
+TEST_P(ActivityLists, IgnoreOtherActivities) {
     const bool ofCheck = GetParam().list == ListLogDrvRCStatus;
     expectLookup(2, 3, driveDoing(0xFF & ~(ofCheck ? 4 | 8 : GetParam().bit)));
-    EXPECT_EQ(told(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
     expectLookup(2, 3, driveDoing(0));
-    EXPECT_EQ(told(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
 }
 
-TEST_P(ActivityLists, MissADriveThatTheAdapterDoesNotKnow) {
+TEST_P(ActivityLists, ReportMissingDrive) {
     for (const std::size_t bytesUsed : {std::size_t{271}, std::size_t{64}, std::size_t{63}, std::size_t{0}}) {
         Bytes reply = listReply<LogDrvInfo>({driveDoing(GetParam().bit)});
-        const ReplyHeader header = headerOf(bytesUsed);
+        const ReplyHeader header = replyHeader(bytesUsed);
         std::memcpy(reply.data(), &header, sizeof header);
-        expectCall("q5_getLogDrvInfo", asks(2, LogDrvQuery{3, 1}, 272), reply);
-        EXPECT_EQ(told(GetParam().list, "word -l 3 -i 2"), GetParam().noDrive) << bytesUsed;
+        expectCall("q5_getLogDrvInfo", queryFor(2, LogDrvQuery{3, 1}, 272), reply);
+        EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().noDrive) << bytesUsed;
     }
 }
 
-TEST_P(ActivityLists, BelieveByteCountsNoFurtherThanTheBufferReaches) {
+TEST_P(ActivityLists, LimitByteCounts) {
     Bytes reply = listReply<LogDrvInfo>({driveDoing(GetParam().bit)});
-    const ReplyHeader header = headerOf(0xFFFFFFFF);
+    const ReplyHeader header = replyHeader(0xFFFFFFFF);
     std::memcpy(reply.data(), &header, sizeof header);
-    expectCall("q5_getLogDrvInfo", asks(2, LogDrvQuery{3, 1}, 272), reply);
+    expectCall("q5_getLogDrvInfo", queryFor(2, LogDrvQuery{3, 1}, 272), reply);
     expectProgress(GetParam().read, 2, 3, kRunning, 42);
-    EXPECT_EQ(told(GetParam().list, "word -l 3 -i 2"), GetParam().inProgress);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().inProgress);
 }
 
-TEST_P(ActivityLists, AreAboutDriveZeroOfControllerZeroByDefault) {
+TEST_P(ActivityLists, DefaultToDriveZeroOfControllerZero) {
     for (const char* line : {"word", "word -a list", "word -a -l", "word -a", ""}) {
         expectMissing(0, 0);
-        EXPECT_EQ(told(GetParam().list, line), GetParam().noDriveZero) << line;
+        EXPECT_EQ(outcomeOf(GetParam().list, line), GetParam().noDriveZero) << line;
     }
-    expectMissing(0, 0); // an empty line runs the last command again, over its stale words
-    EXPECT_EQ(told(GetParam().list, "", {"word", "-l", "3"}), GetParam().noDriveZero);
+    expectMissing(0, 0); // an empty line repeats the last command with its stale words
+    EXPECT_EQ(outcomeOf(GetParam().list, "", {"word", "-l", "3"}), GetParam().noDriveZero);
 }
 
-TEST_P(ActivityLists, TakeTheLastOfEachOption) {
+TEST_P(ActivityLists, UseTheLastOfRepeatedOptions) {
     expectMissing(2, 3);
-    EXPECT_EQ(told(GetParam().list, "word -l 9 -i 9 -l 3 -i 2"), GetParam().noDrive);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l 9 -i 9 -l 3 -i 2"), GetParam().noDrive);
 }
 
-TEST_P(ActivityLists, RefuseWordsThatAreNoOptions) {
+TEST_P(ActivityLists, RejectUnknownOptions) {
     for (const char* line :
          {"word list", "word list -l 3", "word -a list -x 3", "word -a -l 3", "word -l 3 -p 1"})
-        EXPECT_EQ(told(GetParam().list, line), kUnknownOptionTold) << line;
+        EXPECT_EQ(outcomeOf(GetParam().list, line), kUnknownOptionOutcome) << line;
 }
 
-TEST_P(ActivityLists, RefuseIdsThatAreNoNumbers) {
-    EXPECT_EQ(told(GetParam().list, "word -l x"), "6: Invalid logical drive ID 'x' specified\n");
-    EXPECT_EQ(told(GetParam().list, "word -l -3"), "6: Invalid logical drive ID '-3' specified\n");
-    EXPECT_EQ(told(GetParam().list, "word -a list -l 3 -i 2x"), "6: Invalid controller ID '2x' specified\n");
+TEST_P(ActivityLists, RejectInvalidIds) {
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l x"), "6: Invalid logical drive ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l -3"), "6: Invalid logical drive ID '-3' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -a list -l 3 -i 2x"),
+              "6: Invalid controller ID '2x' specified\n");
 }
 
-TEST_P(ActivityLists, ReadAMissingValueFromTheNextSlot) {
+TEST_P(ActivityLists, ReadMissingValueFromTheNextSlot) {
     expectMissing(2, 3);
-    EXPECT_EQ(told(GetParam().list, "word -i 2 -l", {"3"}), GetParam().noDrive);
-    EXPECT_EQ(told(GetParam().list, "word -l"), "6: Invalid logical drive ID '' specified\n");
-    EXPECT_EQ(told(GetParam().list, "word -i"), "6: Invalid controller ID '' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -i 2 -l", {"3"}), GetParam().noDrive);
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -l"), "6: Invalid logical drive ID '' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -i"), "6: Invalid controller ID '' specified\n");
 }
 
-TEST_P(ActivityLists, ReadNoValueBeyondTheTable) {
-    EXPECT_EQ(told(GetParam().list, "word -a list -l 1 -l 1 -l 1 -l 1 -l 1 -l 1 -i"),
+TEST_P(ActivityLists, ReadNoValuePastTheTable) {
+    EXPECT_EQ(outcomeOf(GetParam().list, "word -a list -l 1 -l 1 -l 1 -l 1 -l 1 -l 1 -i"),
               "6: Invalid controller ID '' specified\n");
 }
 
-using ActivityListsOfOneKind = Scripted;
+using ActivityListDetails = MockAdapterTest;
 
-TEST_F(ActivityListsOfOneKind, ShowPercentagesAsTheyCome) {
+TEST_F(ActivityListDetails, ShowOutOfRangePercentagesUnchanged) {
     InitProgress initProgress = {};
     initProgress.percent = 255;
     expectLookup(0, 0, driveDoing(2, 0));
-    expectCall("q5_getLogDrvInitProgress", asks(0, ActivityQuery{0, 0}, 524), bytesOf(initProgress));
-    EXPECT_EQ(told(ListLogDrvInitStatus, "init"),
+    expectCall("q5_getLogDrvInitProgress", queryFor(0, ActivityQuery{0, 0}, 524), bytesOf(initProgress));
+    EXPECT_EQ(outcomeOf(ListLogDrvInitStatus, "init"),
               "0: Initialization is in progress 255% in logical drive with ID 0 on controller #0!\n");
 
     MigrationProgress migrationProgress = {};
     migrationProgress.percent = 65535;
     expectLookup(0, 0, driveDoing(16, 0));
-    expectCall("q5_getMigrationProgress", asks(0, ActivityQuery{0, 1}, 208), bytesOf(migrationProgress));
-    EXPECT_EQ(told(ListLogDrvMigrateStatus, "migrate"),
+    expectCall("q5_getMigrationProgress", queryFor(0, ActivityQuery{0, 1}, 208), bytesOf(migrationProgress));
+    EXPECT_EQ(outcomeOf(ListLogDrvMigrateStatus, "migrate"),
               "0: Migration is in progress 65535% on logical drive with ID 0 in controller #0!\n");
 }
 
-TEST_F(ActivityListsOfOneKind, ReadIdsAs32BitsAndShowThemSigned) {
+TEST_F(ActivityListDetails, ReadIdsAs32BitsAndShowThemSigned) {
     expectMissing(2, 4294967295);
-    EXPECT_EQ(told(ListLogDrvInitStatus, "init -l 4294967295 -i 4294967298"),
+    EXPECT_EQ(outcomeOf(ListLogDrvInitStatus, "init -l 4294967295 -i 4294967298"),
               "5: No logical drive with ID -1 is existed!\n");
-    expectMissing(65537, 4294967295); // only the address cuts it
-    EXPECT_EQ(told(ListLogDrvMigrateStatus, "migrate -l 4294967295 -i 65537"),
+    expectMissing(65537, 4294967295); // only the address is truncated
+    EXPECT_EQ(outcomeOf(ListLogDrvMigrateStatus, "migrate -l 4294967295 -i 65537"),
               "5: No logical drive with ID -1 in controller #65537 is existed!\n");
 }
 
-TEST_F(ActivityListsOfOneKind, PreferARedundancyCheckToASynchronization) {
+TEST_F(ActivityListDetails, PreferARedundancyCheckToASynchronization) {
     expectLookup(0, 0, driveDoing(4 | 8, 0));
     expectProgress(kCheckRead, 0, 0, kPaused, 7);
-    EXPECT_EQ(told(ListLogDrvRCStatus, "rc"), "0: Redundancy check is paused!\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvRCStatus, "rc"), "0: Redundancy check is paused!\n");
 }

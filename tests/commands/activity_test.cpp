@@ -1,5 +1,5 @@
-// The starts of the five background activities, which share most of what they do, and the lines that
-// listings show about a drive's activity. Lists and controls have files of their own.
+// Starting the five background activities, and the lines that listings show about a drive's activity.
+// Lists and controls are in activity_list_test.cpp and activity_control_test.cpp.
 #include "commands/activity.h"
 
 #include "commands/init.h"
@@ -8,7 +8,7 @@
 #include "commands/sync.h"
 #include "tests/commands/logdrv_records.h"
 
-// Starts. The requests' own bytes are tested with each command.
+// Starts. The contents of the requests are tested with each command.
 
 namespace {
 struct StartRow {
@@ -23,18 +23,18 @@ struct StartRow {
     const char* failure;
 };
 
-class ActivityStarts : public Scripted, public testing::WithParamInterface<StartRow> {
+class ActivityStarts : public MockAdapterTest, public testing::WithParamInterface<StartRow> {
 protected:
     void expectStart(const LogDrvInfo& drive, int result) const {
         expectCall(GetParam().operation,
-                   joined({bytesOf(hbaAddress(2), std::uint32_t{0}), GetParam().request,
+                   concat({bytesOf(hbaAddress(2), std::uint32_t{0}), GetParam().request,
                            GetParam().withRecord ? bytesOf(drive) : Bytes()}),
                    {}, result);
     }
 };
 } // namespace
 
-// Bytes followed by zeros, up to a size.
+// Pads bytes with zeros to a size.
 static Bytes padded(Bytes bytes, std::size_t size) {
     bytes.resize(size);
     return bytes;
@@ -42,7 +42,7 @@ static Bytes padded(Bytes bytes, std::size_t size) {
 
 static const StartRow kStarts[] = {
     {"Init", StartLogDrvInit, "init -a start -l 3 -i 2", "q5_startLogDrvInit",
-     joined({padded({3, 0, 0, 0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF}, 524), bytesOf(std::uint32_t{524})}), false,
+     concat({padded({3, 0, 0, 0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF}, 524), bytesOf(std::uint32_t{524})}), false,
      "5: No logical drive with ID 3 is existed!\n", "0: Initialization started on Array 3 Type 4\n",
      "8: Initialization is failed to start on Array 3 Type 4\n"},
     {"Sync",
@@ -78,47 +78,47 @@ static const StartRow kStarts[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Of, ActivityStarts, testing::ValuesIn(kStarts), RowName());
 
-TEST_P(ActivityStarts, DoIt) {
+TEST_P(ActivityStarts, Succeed) {
     expectLookup(2, 3, driveDoing(0));
     expectStart(driveDoing(0), 0);
-    EXPECT_EQ(told(GetParam().start, GetParam().line), GetParam().success);
+    EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().success);
 }
 
-TEST_P(ActivityStarts, ReportARefusal) {
+TEST_P(ActivityStarts, ReportFailure) {
     for (const int result : {1, -1}) {
         expectLookup(2, 3, driveDoing(0));
         expectStart(driveDoing(0), result);
-        EXPECT_EQ(told(GetParam().start, GetParam().line), GetParam().failure) << result;
+        EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().failure) << result;
     }
 }
 
-TEST_P(ActivityStarts, DoNotDisturbABusyDrive) {
+TEST_P(ActivityStarts, DoNothingOnABusyDrive) {
     for (const int activities : {1, 2, 4, 8, 16, 31, 255}) {
         expectLookup(2, 3, driveDoing(activities));
-        EXPECT_EQ(told(GetParam().start, GetParam().line), kDoneSilently) << activities;
+        EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), kSilentSuccess) << activities;
     }
 }
 
-TEST_P(ActivityStarts, FindADriveIdleThatHasOnlyUnknownBits) {
+TEST_P(ActivityStarts, IgnoreUnknownActivityBits) {
     expectLookup(2, 3, driveDoing(0xE0), -1);
     expectStart(driveDoing(0xE0), 0);
-    EXPECT_EQ(told(GetParam().start, GetParam().line), GetParam().success);
+    EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().success);
 }
 
-TEST_P(ActivityStarts, MissADriveThatTheAdapterDoesNotKnow) {
+TEST_P(ActivityStarts, ReportMissingDrive) {
     expectMissing(2, 3);
-    EXPECT_EQ(told(GetParam().start, GetParam().line), GetParam().noDrive);
+    EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().noDrive);
 }
 
-TEST_P(ActivityStarts, RefuseWhatIsNoIdAndNoOption) {
+TEST_P(ActivityStarts, RejectInvalidIdsAndUnknownOptions) {
     const std::string line = GetParam().line;
     std::string badDrive = line, badController = line, unknown = line;
     badDrive.replace(line.find("-l 3"), 4, "-L three");
     badController.replace(line.find("-i 2"), 4, "-I 2.");
     unknown.replace(line.find("-i 2"), 4, "-x 2");
-    EXPECT_EQ(told(GetParam().start, badDrive), "6: Invalid logical drive ID 'three' specified\n");
-    EXPECT_EQ(told(GetParam().start, badController), "6: Invalid controller ID '2.' specified\n");
-    EXPECT_EQ(told(GetParam().start, unknown), kUnknownOptionTold);
+    EXPECT_EQ(outcomeOf(GetParam().start, badDrive), "6: Invalid logical drive ID 'three' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().start, badController), "6: Invalid controller ID '2.' specified\n");
+    EXPECT_EQ(outcomeOf(GetParam().start, unknown), kUnknownOptionOutcome);
 }
 
 // The lines about a drive's activity.
@@ -133,7 +133,7 @@ struct ActivityLines {
 };
 } // namespace
 
-// The first that runs gives the status line.
+// The first running activity determines the status line.
 static const ActivityLines kByStatus[] = {
     {1, kRebuildRead, "Array activity status : Rebuilding\n", "Array activity status : Rebuild Paused\n",
      "Array rebuilding progress : 42 %\n"},
@@ -147,17 +147,18 @@ static const ActivityLines kByStatus[] = {
      "Array migration progress : 42 %\n"},
 };
 
-// The first that runs gives the progress line: initialization, rebuild, synchronization, check, migration.
+// The first running activity determines the progress line: initialization, rebuild, synchronization,
+// check, migration.
 static const ActivityLines* const kByProgress[] = {&kByStatus[3], &kByStatus[0], &kByStatus[1], &kByStatus[2],
                                                    &kByStatus[4]};
 
 static std::string linesOf(const LogDrvInfo& drive) {
-    return printed([&] { printActivity(2, drive); });
+    return outputOf([&] { printActivity(2, drive); });
 }
 
-using ActivityLinesOfADrive = Scripted;
+using ActivityStatusLines = MockAdapterTest;
 
-TEST_F(ActivityLinesOfADrive, FollowTheFirstActivityInTwoOrders) {
+TEST_F(ActivityStatusLines, ShowTheFirstActivityInTwoOrders) {
     for (int activities = 1; activities < 32; ++activities) {
         const ActivityLines* status = kByStatus;
         while ((status->bit & activities) == 0)
@@ -175,12 +176,12 @@ TEST_F(ActivityLinesOfADrive, FollowTheFirstActivityInTwoOrders) {
     }
 }
 
-TEST_F(ActivityLinesOfADrive, AreOneWhenItIsIdle) {
+TEST_F(ActivityStatusLines, ShowOneLineWhenIdle) {
     EXPECT_EQ(linesOf(driveDoing(0)), "Array activity status : Idle\n");
     EXPECT_EQ(linesOf(driveDoing(0xE0)), "Array activity status : Idle\n");
 }
 
-TEST_F(ActivityLinesOfADrive, AskByTheIdInItsRecord) {
+TEST_F(ActivityStatusLines, QueryTheIdInTheRecord) {
     expectProgress(kMigrationRead, 2, 65535, kRunning, 0, 1);
     expectProgress(kMigrationRead, 2, 65535, kPaused, 42, -1);
     EXPECT_EQ(linesOf(driveDoing(16, 65535)),

@@ -4,14 +4,14 @@
 #include "adapter/battery.h"
 #include "tests/mock_adapter.h"
 
-using BatteryCommand = Scripted;
+using BatteryCommand = MockAdapterTest;
 
-static std::string told(const std::string& line) {
-    const Outcome outcome = run(ListBatteryInfo, typed(line));
+static std::string outcomeOf(const std::string& line) {
+    const CommandOutcome outcome = run(ListBatteryInfo, splitWords(line));
     return std::to_string(outcome.result) + ": " + outcome.output;
 }
 
-// A battery's readings; all else in the record is noise.
+// A battery's readings; the rest of the record is filled with a pattern.
 static Bytes batteryOf(std::uint16_t temperature, std::uint16_t voltage, std::uint8_t status) {
     BatteryInfo info;
     std::memset(&info, 0xA5, sizeof info);
@@ -22,17 +22,18 @@ static Bytes batteryOf(std::uint16_t temperature, std::uint16_t voltage, std::ui
 }
 
 static void expectQuery(std::uint32_t controller, const Bytes& reply, int result = 0) {
-    expectCall("q5_getBatteryInfo", asks(controller, BatteryQuery{0, 0}, 112), reply, result);
+    expectCall("q5_getBatteryInfo", queryFor(controller, BatteryQuery{0, 0}, 112), reply, result);
 }
 
-static const std::string kHead = "0: Battery Information of controller with ID 0:\n";
-static const std::string kWarm = "  Battery Temperature - 40.099998 C\n";
-static const std::string kVoltage = "  Battery Voltage - 12.600000 V\n";
+static const std::string kHeader = "0: Battery Information of controller with ID 0:\n";
+static const std::string kTemperatureLine = "  Battery Temperature - 40.099998 C\n";
+static const std::string kVoltageLine = "  Battery Voltage - 12.600000 V\n";
 
 TEST_F(BatteryCommand, ShowsTheBatteryOfTheFirstController) {
     for (const int result : {0, -1}) {
         expectQuery(0, batteryOf(3132, 12600, 0x82), result);
-        EXPECT_EQ(told("battery"), kHead + kWarm + kVoltage + "  Battery Status - Fully charged\n\n");
+        EXPECT_EQ(outcomeOf("battery"),
+                  kHeader + kTemperatureLine + kVoltageLine + "  Battery Status - Fully charged\n\n");
     }
 }
 
@@ -52,11 +53,12 @@ TEST_F(BatteryCommand, ShowsTheStateInTheLowSevenBits) {
     };
     for (const auto& [status, line] : states) {
         expectQuery(0, batteryOf(3132, 12600, status));
-        EXPECT_EQ(told("battery"), kHead + kWarm + kVoltage + line + "\n") << int{status};
+        EXPECT_EQ(outcomeOf("battery"), kHeader + kTemperatureLine + kVoltageLine + line + "\n")
+            << int{status};
     }
 }
 
-TEST_F(BatteryCommand, ShowsATemperatureOnlyWithinItsRange) {
+TEST_F(BatteryCommand, ShowsTemperatureOnlyWithinItsRange) {
     const std::string out = "  Battery Temperature out of range.\n";
     const std::pair<std::uint16_t, std::string> temperatures[] = {
         {0, out},
@@ -71,11 +73,11 @@ TEST_F(BatteryCommand, ShowsATemperatureOnlyWithinItsRange) {
     };
     for (const auto& [temperature, line] : temperatures) {
         expectQuery(0, batteryOf(temperature, 12600, 0x85));
-        EXPECT_EQ(told("battery"), kHead + line + kVoltage + "\n") << temperature;
+        EXPECT_EQ(outcomeOf("battery"), kHeader + line + kVoltageLine + "\n") << temperature;
     }
 }
 
-TEST_F(BatteryCommand, ShowsAVoltageUnlessThereIsNoReading) {
+TEST_F(BatteryCommand, ShowsVoltageUnlessThereIsNoReading) {
     const std::pair<std::uint16_t, const char*> voltages[] = {
         {0, "  Battery Voltage - 0.000000 V\n"},      {1, "  Battery Voltage - 0.001000 V\n"},
         {4100, "  Battery Voltage - 4.100000 V\n"},   {52427, "  Battery Voltage - 52.426998 V\n"},
@@ -84,46 +86,46 @@ TEST_F(BatteryCommand, ShowsAVoltageUnlessThereIsNoReading) {
     };
     for (const auto& [voltage, line] : voltages) {
         expectQuery(0, batteryOf(3132, voltage, 0x85));
-        EXPECT_EQ(told("battery"), kHead + kWarm + line + "\n") << voltage;
+        EXPECT_EQ(outcomeOf("battery"), kHeader + kTemperatureLine + line + "\n") << voltage;
     }
 }
 
-TEST_F(BatteryCommand, MissesABatteryWhoseStatusIsZero) {
+TEST_F(BatteryCommand, ReportsNoBattery) {
     expectQuery(0, batteryOf(3132, 12600, 0));
-    EXPECT_EQ(told("battery"), "5: No battery exists in controller with ID 0!\n");
+    EXPECT_EQ(outcomeOf("battery"), "5: No battery exists in controller with ID 0!\n");
     expectQuery(0, {}, 1);
-    EXPECT_EQ(told("battery"), "5: No battery exists in controller with ID 0!\n");
+    EXPECT_EQ(outcomeOf("battery"), "5: No battery exists in controller with ID 0!\n");
 }
 
-TEST_F(BatteryCommand, RefusesTheOptionThatItIsCalledWith) {
-    EXPECT_EQ(told("battery -i 0"), "1: Invalid subcommand - 'battery'\n");
-    EXPECT_EQ(told("BATTERY -I"), "1: Invalid subcommand - 'battery'\n");
-    EXPECT_EQ(told("battery -x 1 -i 0"), "1: Invalid subcommand - 'battery'\n");
-    EXPECT_EQ(told("battery -i x"), "1: Invalid subcommand - 'battery'\n");
+TEST_F(BatteryCommand, RejectsOptionI) {
+    EXPECT_EQ(outcomeOf("battery -i 0"), "1: Invalid subcommand - 'battery'\n");
+    EXPECT_EQ(outcomeOf("BATTERY -I"), "1: Invalid subcommand - 'battery'\n");
+    EXPECT_EQ(outcomeOf("battery -x 1 -i 0"), "1: Invalid subcommand - 'battery'\n");
+    EXPECT_EQ(outcomeOf("battery -i x"), "1: Invalid subcommand - 'battery'\n");
 }
 
-TEST_F(BatteryCommand, TakesAnyOtherOptionForTheController) {
+TEST_F(BatteryCommand, AcceptsAnyOtherOptionAsControllerId) {
     expectQuery(2, batteryOf(0, 0xCCCC, 0x80));
-    EXPECT_EQ(told("battery -x 2"), "0: Battery Information of controller with ID 2:\n"
-                                    "  Battery Temperature out of range.\n  Can not get Voltage.\n"
-                                    "  Battery Status - Charging\n\n");
+    EXPECT_EQ(outcomeOf("battery -x 2"), "0: Battery Information of controller with ID 2:\n"
+                                         "  Battery Temperature out of range.\n  Can not get Voltage.\n"
+                                         "  Battery Status - Charging\n\n");
     expectQuery(3, {});
-    EXPECT_EQ(told("battery a 1 b 3"), "5: No battery exists in controller with ID 3!\n");
+    EXPECT_EQ(outcomeOf("battery a 1 b 3"), "5: No battery exists in controller with ID 3!\n");
     expectQuery(0, {});
-    EXPECT_EQ(told("battery -c 65536"), "5: No battery exists in controller with ID 65536!\n");
-    EXPECT_EQ(told("battery list x"), "6: Invalid controller ID 'x' specified\n");
-    EXPECT_EQ(told("battery list x -i 0"), "6: Invalid controller ID 'x' specified\n");
-    EXPECT_EQ(told("battery list"), "6: Invalid controller ID '' specified\n");
+    EXPECT_EQ(outcomeOf("battery -c 65536"), "5: No battery exists in controller with ID 65536!\n");
+    EXPECT_EQ(outcomeOf("battery list x"), "6: Invalid controller ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf("battery list x -i 0"), "6: Invalid controller ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf("battery list"), "6: Invalid controller ID '' specified\n");
 }
 
-TEST_F(BatteryCommand, LooksAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
+TEST_F(BatteryCommand, ReadsMissingValueFromAStaleSlotButNotPastTheTable) {
     expectQuery(4, {});
-    EXPECT_EQ(run(ListBatteryInfo, typed("battery list"), {"4"}).result, 5);
+    EXPECT_EQ(run(ListBatteryInfo, splitWords("battery list"), {"4"}).result, 5);
     std::vector<std::string> words(16, "1");
     EXPECT_EQ(run(ListBatteryInfo, words).output, "Invalid controller ID '' specified\n");
 }
 
-TEST_F(BatteryCommand, ShowsTheFirstControllersBatteryForNoWordsAtAll) {
+TEST_F(BatteryCommand, ShowsTheFirstControllersBatteryWithoutWords) {
     expectQuery(0, {});
     EXPECT_EQ(run(ListBatteryInfo, {}, {"battery", "-i", "1"}).result, 5);
 }

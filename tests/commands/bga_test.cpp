@@ -1,22 +1,22 @@
-// The bga command: how it walks its words, and its two lines about one drive.
+// The bga command: its option parser and its two lines about one drive.
 #include "commands/bga.h"
 
 #include "tests/commands/logdrv_records.h"
 
-using Bga = Scripted;
+using Bga = MockAdapterTest;
 
-static const std::string kIdleTold = "0: Array activity status : Idle\n";
+static const std::string kIdleOutcome = "0: Array activity status : Idle\n";
 
 namespace {
-struct Walk {
+struct OptionCase {
     const char* line;
     std::vector<std::string> stale;
     std::uint32_t logDrvId, controller;
 };
 } // namespace
 
-TEST_F(Bga, WalksItsOptionsInAWayOfItsOwn) {
-    const Walk walks[] = {
+TEST_F(Bga, RequiresDriveBeforeController) {
+    const OptionCase cases[] = {
         {"bga", {}, 0, 0},
         {"bga -a list", {}, 0, 0},
         {"bga -a -l", {}, 0, 0},
@@ -39,58 +39,57 @@ TEST_F(Bga, WalksItsOptionsInAWayOfItsOwn) {
         {"", {"bga", "-l", "2"}, 0, 0},
         {"", {"bga", "-a", "list", "-l", "2"}, 0, 0},
     };
-    for (const Walk& walk : walks) {
-        expectLookup(walk.controller, walk.logDrvId,
-                     driveDoing(0, static_cast<std::uint16_t>(walk.logDrvId)));
-        EXPECT_EQ(told(ListBGAInfo, walk.line, walk.stale), kIdleTold) << walk.line;
+    for (const OptionCase& row : cases) {
+        expectLookup(row.controller, row.logDrvId, driveDoing(0, static_cast<std::uint16_t>(row.logDrvId)));
+        EXPECT_EQ(outcomeOf(ListBGAInfo, row.line, row.stale), kIdleOutcome) << row.line;
     }
 }
 
-TEST_F(Bga, RefusesWhatDoesNotFitItsWalk) {
+TEST_F(Bga, RejectsOptionsInAnotherOrder) {
     for (const char* line :
          {"bga -i 1 -l 2", "bga -i 1", "bga -l 2 -l 3", "bga list", "bga list -l 2", "bga -v",
           "bga -a list -i 1", "bga -a list -i 1 -l 2", "bga -l 2 3", "bga -l 2 3 4"})
-        EXPECT_EQ(told(ListBGAInfo, line), kUnknownOptionTold) << line;
+        EXPECT_EQ(outcomeOf(ListBGAInfo, line), kUnknownOptionOutcome) << line;
 }
 
-TEST_F(Bga, RefusesIdsThatAreNoNumbers) {
-    EXPECT_EQ(told(ListBGAInfo, "bga -l two"), "6: Invalid logical drive ID 'two' specified\n");
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i one"), "6: Invalid controller ID 'one' specified\n");
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i -l"), "6: Invalid controller ID '-l' specified\n");
-    EXPECT_EQ(told(ListBGAInfo, "bga -l"), "6: Invalid logical drive ID '' specified\n");
+TEST_F(Bga, RejectsInvalidIds) {
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l two"), "6: Invalid logical drive ID 'two' specified\n");
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i one"), "6: Invalid controller ID 'one' specified\n");
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i -l"), "6: Invalid controller ID '-l' specified\n");
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l"), "6: Invalid logical drive ID '' specified\n");
 }
 
-TEST_F(Bga, ReadsNoWordBeyondTheTable) {
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i 1 -i 1 -i 1 -i 1 -i 1 -i 1 -i"),
+TEST_F(Bga, ReadsNoWordPastTheTable) {
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i 1 -i 1 -i 1 -i 1 -i 1 -i 1 -i"),
               "6: Invalid controller ID '' specified\n");
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i 1 -i 1 -i 1 -i 1 -i 1 -i 1 x"), kUnknownOptionTold);
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 x -l 2 x -l 2 x -l 2 -i 1 x -l"),
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i 1 -i 1 -i 1 -i 1 -i 1 -i 1 x"), kUnknownOptionOutcome);
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 x -l 2 x -l 2 x -l 2 -i 1 x -l"),
               "6: Invalid logical drive ID '' specified\n");
 }
 
-TEST_F(Bga, MissesADriveThatTheAdapterDoesNotKnow) {
+TEST_F(Bga, ReportsMissingDrive) {
     expectMissing(1, 2);
-    EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i 1"), "5: No array with ID 2 in controller #1 is existed\n");
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i 1"), "5: No array with ID 2 in controller #1 is existed\n");
     expectMissing(0, 0);
-    EXPECT_EQ(told(ListBGAInfo, "bga"), "5: No array with ID 0 in controller #0 is existed\n");
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga"), "5: No array with ID 0 in controller #0 is existed\n");
 }
 
-TEST_F(Bga, ShowsTheRebuildAndTheInitializationsPercentage) {
+TEST_F(Bga, ShowsRebuildStatusWithInitializationProgress) {
     for (const bool paused : {false, true}) {
         expectLookup(1, 2, driveDoing(1 | 2, 2));
         expectProgress(kRebuildRead, 1, 2, paused ? kPaused : kRunning, 10);
         expectProgress(kInitRead, 1, 2, kRunning, 20);
-        EXPECT_EQ(told(ListBGAInfo, "bga -l 2 -i 1"),
+        EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i 1"),
                   std::string(paused ? "0: Array activity status : Rebuild Paused\n"
                                      : "0: Array activity status : Rebuilding\n") +
                       "Array initialization progress : 20 %\n");
     }
 }
 
-TEST_F(Bga, ShowsASynchronizationAndItsPercentage) {
+TEST_F(Bga, ShowsSynchronizationAndItsProgress) {
     expectLookup(0, 2, driveDoing(8, 2), 1);
     expectProgress(kSyncRead, 0, 2, kRunning, 98);
     expectProgress(kSyncRead, 0, 2, kRunning, 100);
-    EXPECT_EQ(told(ListBGAInfo, "bga -a list -l 2"),
+    EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -a list -l 2"),
               "0: Array activity status : Synchronizing\nArray synchronization progress : 100 %\n");
 }

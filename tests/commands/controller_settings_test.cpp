@@ -1,13 +1,14 @@
-// ctrl -a mod: where the ID and the settings text stand, every key, and that only a text without a
-// fault is written.
+// ctrl -a mod: the positions of the ID and the settings text, every key, and that only a valid text is
+// written.
 #include "adapter/controller.h"
 #include "commands/controller.h"
 #include "tests/mock_adapter.h"
 
-using ControllerChange = Scripted;
+using ControllerChange = MockAdapterTest;
 using Words = std::vector<std::string>;
 
-// What the controller has: a number of its own in each field, and noise that must go back unchanged.
+// The controller's settings: a unique number in each field, and a pattern that must be written back
+// unchanged.
 static ControllerSettings presentSettings() {
     ControllerSettings settings;
     std::memset(&settings, 0xA5, sizeof settings);
@@ -29,7 +30,7 @@ static ControllerQuery queryOf(std::uint32_t controller) {
 }
 
 static void expectRead(std::uint32_t controller) {
-    expectCall("q5_getControllerSettings", asks(controller, queryOf(controller), 88),
+    expectCall("q5_getControllerSettings", queryFor(controller, queryOf(controller), 88),
                bytesOf(presentSettings()));
 }
 
@@ -40,14 +41,14 @@ static void expectWritten(std::uint32_t controller, const ControllerSettings& se
         {}, result);
 }
 
-// The text is accepted, and the whole record goes back with these settings.
+// The text is accepted and the record is written back with these settings.
 static void expectChange(const std::string& text, const ControllerSettings& settings) {
     expectRead(0);
     expectWritten(0, settings);
     expectOutcome(run(SetControllerSettings, {"ctrl", "-a", "mod", "-s", text}), 0, "");
 }
 
-// The text is refused after the settings were read, and nothing is written.
+// The text is rejected after the settings are read, and nothing is written.
 static void expectFault(const std::string& text, const std::string& output) {
     expectRead(0);
     expectOutcome(run(SetControllerSettings, {"ctrl", "-a", "mod", "-s", text}), 1, output);
@@ -95,7 +96,7 @@ TEST_F(ControllerChange, StoresNumbersFrom1To255) {
     }
 }
 
-TEST_F(ControllerChange, RefusesNumbersOutOfRange) {
+TEST_F(ControllerChange, RejectsNumbersOutOfRange) {
     for (const NumberKey& row : numberKeys)
         for (const char* value : {"=0", "=256", "=-1", "=100000", "=", "=x", "==5"})
             expectFault(std::string(row.key) + value, std::string(row.outOfRange) + incorrect);
@@ -108,7 +109,7 @@ TEST_F(ControllerChange, ReadsTheNumberAtTheStartOfTheValue) {
         expectChange(text, settings);
 }
 
-TEST_F(ControllerChange, RefusesANumberKeyWithoutAValueSilently) {
+TEST_F(ControllerChange, RejectsMissingNumberSilently) {
     for (const NumberKey& row : numberKeys)
         expectFault(row.key, incorrect);
 }
@@ -123,7 +124,7 @@ TEST_F(ControllerChange, StoresSwitches) {
     }
 }
 
-TEST_F(ControllerChange, FindsTheSwitchWordAnywhereInTheItem) {
+TEST_F(ControllerChange, FindsSwitchWordAnywhereInTheItem) {
     ControllerSettings settings = presentSettings();
     settings.smartCheck = 0;
     for (const char* text : {"smart=disabled", "smart disable", "disablesmart", "smart=notdisable"})
@@ -132,7 +133,7 @@ TEST_F(ControllerChange, FindsTheSwitchWordAnywhereInTheItem) {
     expectChange("smart=disable or enable", settings);
 }
 
-TEST_F(ControllerChange, RefusesASwitchThatIsNeitherOnNorOff) {
+TEST_F(ControllerChange, RejectsInvalidSwitch) {
     for (const SwitchKey& row : switchKeys)
         for (const char* value : {"=on", "=1", "=", ""})
             expectFault(std::string(row.key) + value, incorrect);
@@ -148,7 +149,7 @@ TEST_F(ControllerChange, IgnoresCase) {
     expectOutcome(run(SetControllerSettings, {"CTRL", "-A", "MOD", "-S", "SMART=DISABLE,ENCPOLL=9"}), 0, "");
 }
 
-TEST_F(ControllerChange, KeepsThePollingIntervalFromTheSmartRule) {
+TEST_F(ControllerChange, DistinguishesSmartpollFromSmart) {
     ControllerSettings settings = presentSettings();
     settings.smartPollInterval = 10;
     settings.smartCheck = 0;
@@ -156,7 +157,7 @@ TEST_F(ControllerChange, KeepsThePollingIntervalFromTheSmartRule) {
     expectChange("smart=disable,smartpoll=10", settings);
 }
 
-TEST_F(ControllerChange, LetsTheFirstKeyOfTheTableDecide) {
+TEST_F(ControllerChange, UsesTheFirstMatchingKeyOfTheTable) {
     ControllerSettings settings = presentSettings();
     settings.rebuildRate = 5;
     expectChange("smart encpoll rebuildrate=5", settings);
@@ -185,20 +186,20 @@ TEST_F(ControllerChange, AcceptsTheTextOfAnImport) {
                  settings);
 }
 
-TEST_F(ControllerChange, LetsALaterItemWin) {
+TEST_F(ControllerChange, UsesTheLastOfRepeatedItems) {
     ControllerSettings settings = presentSettings();
     settings.syncRate = 2;
     expectChange("syncrate=1,syncrate=2", settings);
 }
 
-TEST_F(ControllerChange, TakesBlanksInsideItems) {
+TEST_F(ControllerChange, AcceptsBlanksInItems) {
     ControllerSettings settings = presentSettings();
     settings.autoRebuild = 0;
     settings.smartPollInterval = 30;
     expectChange("autorebuild=disable, smartpoll=30", settings);
 }
 
-TEST_F(ControllerChange, GoesOnAfterAFaultAndReportsEachRange) {
+TEST_F(ControllerChange, ContinuesAfterErrorsAndReportsEachRange) {
     expectFault("rebuildrate=0,smart=on,syncrate=1,encpoll=999,mprate=0",
                 std::string("rebuild rate is out of range!\n"
                             "encpoll is out of range!\n"
@@ -206,57 +207,57 @@ TEST_F(ControllerChange, GoesOnAfterAFaultAndReportsEachRange) {
                     incorrect);
 }
 
-TEST_F(ControllerChange, StopsAtAnUnknownItem) {
+TEST_F(ControllerChange, AbortsAtUnknownItem) {
     expectFault("volume=11", "Invalid parameters for \"ctrl\"!\n");
     expectFault("syncrate=5,volume=11,mprate=0", "Invalid parameters for \"ctrl\"!\n");
     expectFault("mprate=0,smart=on,volume=11,syncrate=0", "mprate is out of range!\n"
                                                           "Invalid parameters for \"ctrl\"!\n");
 }
 
-TEST_F(ControllerChange, TakesAnEmptyItemForAnUnknownOne) {
+TEST_F(ControllerChange, RejectsEmptyItemAsUnknown) {
     for (const char* text : {"", ",", "syncrate=5,", ",syncrate=5", "syncrate=5,,mprate=5", " "})
         expectFault(text, "Invalid parameters for \"ctrl\"!\n");
 }
 
-TEST_F(ControllerChange, ReadsATextAsLongAsAWordCanBe) {
+TEST_F(ControllerChange, AcceptsTextOfMaximumLength) {
     ControllerSettings settings = presentSettings();
     settings.rebuildRate = 9;
     expectChange("rebuildrate=" + std::string(243, '0') + "9", settings); // 256 characters
 }
 
-TEST_F(ControllerChange, NeedsMoreThanFourWords) {
+TEST_F(ControllerChange, RequiresMoreThanFourWords) {
     for (const char* line : {"ctrl", "ctrl mod", "ctrl -a mod", "ctrl -a mod -s", "ctrl -a mod -i"})
-        expectRefused(typed(line), 2, "Invalid numbers of parameter in command \"ctrl -a mod\" \n");
+        expectRefused(splitWords(line), 2, "Invalid numbers of parameter in command \"ctrl -a mod\" \n");
 }
 
-TEST_F(ControllerChange, NeedsMoreThanSixWordsWithAnId) {
+TEST_F(ControllerChange, RequiresMoreThanSixWordsWithAnId) {
     for (const char* line : {"ctrl -a mod -i 0", "ctrl -a mod -i x", "ctrl -a mod -I 0 -s"})
-        expectRefused(typed(line), 2, "Invalid numbers of parameter in command \"ctrl -a mod\"\n");
+        expectRefused(splitWords(line), 2, "Invalid numbers of parameter in command \"ctrl -a mod\"\n");
 }
 
-TEST_F(ControllerChange, ChecksTheIdBeforeItMissesTheSettings) {
-    expectRefused(typed("ctrl -a mod -i x -t y"), 6, "Invalid controller ID 'x' specified\n");
-    expectRefused(typed("ctrl -a mod -i x -s smart=on"), 6, "Invalid controller ID 'x' specified\n");
-    expectRefused(typed("ctrl -a mod -i 1 -t y"), 1, "Invalid parameters defined\n");
+TEST_F(ControllerChange, ChecksTheIdBeforeTheSettings) {
+    expectRefused(splitWords("ctrl -a mod -i x -t y"), 6, "Invalid controller ID 'x' specified\n");
+    expectRefused(splitWords("ctrl -a mod -i x -s smart=on"), 6, "Invalid controller ID 'x' specified\n");
+    expectRefused(splitWords("ctrl -a mod -i 1 -t y"), 1, "Invalid parameters defined\n");
 }
 
-TEST_F(ControllerChange, ExpectsTheSettingsBehindTheActionOrTheId) {
+TEST_F(ControllerChange, ExpectsSettingsAfterTheActionOrTheId) {
     for (const char* line : {"ctrl -a mod -t y", "ctrl -a mod -v -s syncrate=5", "ctrl mod -s syncrate=5 x",
                              "ctrl -a mod syncrate=5 -s"})
-        expectRefused(typed(line), 1, "Invalid parameters defined\n");
+        expectRefused(splitWords(line), 1, "Invalid parameters defined\n");
 }
 
-TEST_F(ControllerChange, IgnoresWordsBehindTheSettings) {
+TEST_F(ControllerChange, IgnoresWordsAfterTheSettings) {
     ControllerSettings settings = presentSettings();
     settings.syncRate = 5;
     for (const char* line : {"ctrl -a mod -s syncrate=5 -i 7 -x", "ctrl -a mod -s syncrate=5 -s mprate=0"}) {
         expectRead(0);
         expectWritten(0, settings);
-        expectOutcome(run(SetControllerSettings, typed(line)), 0, "");
+        expectOutcome(run(SetControllerSettings, splitWords(line)), 0, "");
     }
 }
 
-TEST_F(ControllerChange, AddressesTheControllerItIsGiven) {
+TEST_F(ControllerChange, AddressesTheGivenController) {
     ControllerSettings settings = presentSettings();
     settings.syncRate = 5;
     for (const std::uint32_t controller : {1u, 65536u, 4294967295u}) {
@@ -268,10 +269,10 @@ TEST_F(ControllerChange, AddressesTheControllerItIsGiven) {
     }
 }
 
-TEST_F(ControllerChange, LooksAtNoResult) {
+TEST_F(ControllerChange, IgnoresResultsOfCalls) {
     ControllerSettings settings = {};
     settings.mpRate = 3;
-    expectCall("q5_getControllerSettings", asks(0, queryOf(0), 88), {}, 1);
+    expectCall("q5_getControllerSettings", queryFor(0, queryOf(0), 88), {}, 1);
     expectWritten(0, settings, 1);
-    expectOutcome(run(SetControllerSettings, typed("ctrl -a mod -s mprate=3")), 0, "");
+    expectOutcome(run(SetControllerSettings, splitWords("ctrl -a mod -s mprate=3")), 0, "");
 }

@@ -6,7 +6,7 @@
 
 #include "tests/commands/controller_fixture.h"
 
-using ControllerListing = Scripted;
+using ControllerListing = MockAdapterTest;
 
 static const VersionNumber driver2_0_0_15 = {2, 0, 0, 15};
 
@@ -21,7 +21,7 @@ static ControllerReplies busyController() {
     replies.info.diskCount = 8;
     replies.info.arrayCount = 2;
     replies.enclosureType[0] = 1;
-    replies.enclosureType[15] = 200; // of unknown type, yet there
+    replies.enclosureType[15] = 200; // unknown type, but present
     return replies;
 }
 static const char busyRow[] = "          ECC   256 MB    8      2          2      1.2.3.4     2.0.0.15\n";
@@ -30,13 +30,13 @@ static std::string rowOf(const char* id, const char* rest) {
     return std::string(id) + rest;
 }
 
-// Two controllers, of which the first is busy and the second answers nothing but zeroes.
+// Two controllers: one with values in all fields, one that replies with zeros.
 static void expectBothListed(const std::string& line) {
     expectControllerCount(2);
     expectDriverInfo(0, driver2_0_0_15);
     expectController(0, busyController());
     expectController(1, {});
-    expectOutcome(run(ListControllerInfo, typed(line)), 0,
+    expectOutcome(run(ListControllerInfo, splitWords(line)), 0,
                   std::string(header) + rowOf(" 0", busyRow) + zeroRow1);
 }
 
@@ -44,19 +44,19 @@ static void expectOneListed(const std::string& line) {
     expectControllerCount(2);
     expectDriverInfo(0, driver2_0_0_15);
     expectController(0, busyController());
-    expectOutcome(run(ListControllerInfo, typed(line)), 0, std::string(header) + rowOf(" 0", busyRow));
+    expectOutcome(run(ListControllerInfo, splitWords(line)), 0, std::string(header) + rowOf(" 0", busyRow));
 }
 
 static void expectRefused(const std::string& line, int result, const std::string& output) {
     expectControllerCount(2);
-    expectOutcome(run(ListControllerInfo, typed(line)), result, output);
+    expectOutcome(run(ListControllerInfo, splitWords(line)), result, output);
 }
 
-TEST_F(ControllerListing, ListsAllControllersWhenAlone) {
+TEST_F(ControllerListing, ListsAllControllersByDefault) {
     expectBothListed("ctrl");
 }
 
-TEST_F(ControllerListing, ReadsNoOptionsFromALoneAction) {
+TEST_F(ControllerListing, ReadsNoOptionsFromTheAction) {
     expectBothListed("ctrl -a list");
     expectBothListed("ctrl -A -v");
 }
@@ -67,22 +67,22 @@ TEST_F(ControllerListing, ListsAllForACountThatIsNotBelowTheirNumber) {
         expectBothListed(line);
 }
 
-TEST_F(ControllerListing, ListsAsManyAsTheCountSays) {
+TEST_F(ControllerListing, ListsAsManyAsRequested) {
     for (const char* line : {"ctrl -c 1", "ctrl -a list -c 1", "ctrl -C 1 -I 0", "ctrl -c 1 -c 2"})
         expectOneListed(line);
 }
 
-TEST_F(ControllerListing, GoesOnBeyondTheLastControllerFromAHigherId) {
+TEST_F(ControllerListing, ContinuesPastTheLastController) {
     expectControllerCount(2);
     expectDriverInfo(1, driver2_0_0_15);
     expectController(1, busyController());
     expectController(2, {});
-    expectOutcome(run(ListControllerInfo, typed("ctrl -i 1")), 0,
+    expectOutcome(run(ListControllerInfo, splitWords("ctrl -i 1")), 0,
                   std::string(header) + rowOf(" 1", busyRow) +
                       " 2      Non-ECC     0 MB    0      0          0      0.0.0.0     2.0.0.15\n");
 }
 
-TEST_F(ControllerListing, ShowsWideAndNegativeNumbersWhole) {
+TEST_F(ControllerListing, ShowsWideAndNegativeNumbersInFull) {
     ControllerReplies replies = {};
     replies.info.biosVersion = {-2147483648, 2147483647, -1, 0};
     replies.info.memoryType = 2;
@@ -97,23 +97,23 @@ TEST_F(ControllerListing, ShowsWideAndNegativeNumbersWhole) {
                                         "-2147483648.2147483647.-1.0 10.20.30.-40\n");
 }
 
-TEST_F(ControllerListing, GoesByTheRepliesAndNotByTheResults) {
+TEST_F(ControllerListing, UsesRepliesAndNotResults) {
     expectCall("q5_getNumberOfHBA", {}, bytesOf(std::uint32_t{1}), 1);
     expectCall("q5_getDriverInfo", bytesOf(hbaAddress(0), std::uint32_t{0}), bytesOf(driver2_0_0_15), 1);
     expectController(0, busyController(), 1);
     expectOutcome(run(ListControllerInfo, {"ctrl"}), 0, std::string(header) + rowOf(" 0", busyRow));
 }
 
-TEST_F(ControllerListing, SaysThatThereIsNoControllerBeforeJudgingTheOptions) {
+TEST_F(ControllerListing, ReportsNoControllerBeforeParsingOptions) {
     for (const char* line : {"ctrl", "ctrl -x", "ctrl -i x"}) {
         expectControllerCount(0);
-        expectOutcome(run(ListControllerInfo, typed(line)), 5, "No controller is existed\n");
+        expectOutcome(run(ListControllerInfo, splitWords(line)), 5, "No controller is existed\n");
     }
 }
 
-TEST_F(ControllerListing, ANumberOfControllersThatDoesNotComeIsZero) {
+TEST_F(ControllerListing, TreatsMissingControllerCountAsZero) {
     expectCall("q5_getNumberOfHBA", {}, {}, 1);
-    expectOutcome(run(ListControllerInfo, typed("ctrl")), 5, "No controller is existed\n");
+    expectOutcome(run(ListControllerInfo, splitWords("ctrl")), 5, "No controller is existed\n");
 }
 
 TEST_F(ControllerListing, ComparesTheCountWithTheId) {
@@ -123,28 +123,28 @@ TEST_F(ControllerListing, ComparesTheCountWithTheId) {
     expectRefused("ctrl -i 4294967295", 5, "No controller with ID #-1 is existed!\n");
 }
 
-TEST_F(ControllerListing, RefusesAnUnknownOption) {
+TEST_F(ControllerListing, RejectsUnknownOption) {
     for (const char* line : {"ctrl -x", "ctrl list", "ctrl -v 1", "ctrl -i 0 x", "ctrl -a list x"})
         expectRefused(line, 1, "Invalid parameters defined\n");
 }
 
-TEST_F(ControllerListing, RefusesValuesThatAreNoNumbers) {
+TEST_F(ControllerListing, RejectsInvalidNumbers) {
     expectRefused("ctrl -i x", 6, "Invalid controller ID 'x' specified\n");
     expectRefused("ctrl -c 1x", 1, "Invalid controller count '1x' specified\n");
     expectRefused("ctrl -c -1", 1, "Invalid controller count '-1' specified\n");
     expectRefused("ctrl -a list -v -i -c", 6, "Invalid controller ID '-c' specified\n");
 }
 
-TEST_F(ControllerListing, ReadsAMissingValueFromTheNextSlot) {
+TEST_F(ControllerListing, ReadsMissingValueFromTheNextSlot) {
     expectRefused("ctrl -i", 6, "Invalid controller ID '' specified\n");
     expectControllerCount(2);
-    expectOutcome(run(ListControllerInfo, typed("ctrl -i"), {"7"}), 5,
+    expectOutcome(run(ListControllerInfo, splitWords("ctrl -i"), {"7"}), 5,
                   "No controller with ID #7 is existed!\n");
     expectRefused("ctrl -v -v -v -v -v -v -v -v -v -v -v -v -v -v -c", 1,
                   "Invalid controller count '' specified\n");
 }
 
-// Every number is another, so that none can be shown in another's place.
+// Every number is unique, so that no field can be mistaken for another.
 static ControllerReplies describedController() {
     ControllerReplies replies = {};
     replies.path.irq = 11;
@@ -255,11 +255,11 @@ TEST_F(ControllerListing, DescribesControllersVerboselyWithoutAHeader) {
         expectDriverInfo(0, driver2_0_0_15);
         expectController(0, describedController());
         expectController(1, {});
-        expectOutcome(run(ListControllerInfo, typed(line)), 0, std::string(describedBlock) + zeroBlock);
+        expectOutcome(run(ListControllerInfo, splitWords(line)), 0, std::string(describedBlock) + zeroBlock);
     }
 }
 
-TEST_F(ControllerListing, TakesEveryNonZeroFlagForEnabled) {
+TEST_F(ControllerListing, ShowsEveryNonZeroFlagAsEnabled) {
     ControllerReplies replies = {};
     replies.info.smartCheck = 2;
     replies.info.autoRebuild = 128;
@@ -268,13 +268,13 @@ TEST_F(ControllerListing, TakesEveryNonZeroFlagForEnabled) {
     expectControllerCount(1);
     expectDriverInfo(0, driver2_0_0_15);
     expectController(0, replies);
-    const std::string output = run(ListControllerInfo, typed("ctrl -v")).output;
+    const std::string output = run(ListControllerInfo, splitWords("ctrl -v")).output;
     for (const char* line : {"Smart check : Enable\n", "Auto rebuild : Enable\n", "Rebuild policy : Enable\n",
                              "Battery installed : Yes\n"})
         EXPECT_NE(output.find(line), std::string::npos) << line;
 }
 
-TEST_F(ControllerListing, KnowsOnlyMemoryType1AsEcc) {
+TEST_F(ControllerListing, ShowsOnlyMemoryType1AsEcc) {
     for (const auto& [type, text] :
          {std::pair{0, "Non-ECC"}, {1, "    ECC"}, {2, "Non-ECC"}, {255, "Non-ECC"}}) {
         ControllerReplies replies = {};

@@ -1,4 +1,4 @@
-// A creation as it is typed and as it is sent, for the tests of both.
+// A creation as words and as a request.
 #pragma once
 
 #include "adapter/creation.h"

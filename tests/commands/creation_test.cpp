@@ -1,29 +1,29 @@
-// Creation of logical drives: the words and the creation text turned into a request. Sending it is in
-// creation_send_test.cpp.
+// Creation of logical drives: parsing the words and the creation text into a request. Sending it is
+// in creation_send_test.cpp.
 #include "commands/creation.h"
 
 #include "tests/commands/creation_request.h"
 
-using Creation = Scripted;
+using Creation = MockAdapterTest;
 
-static const std::string kCountTold =
+static const std::string kCountOutcome =
     "2: Invalid number of parameters defined for \"logdrv -a add\" \"add\"!\n";
-static const std::string kNoDriveTold = "2: No physical drive is defined!\n";
-static const std::string kBadTextTold = "1: Incorrect parameters!\n";
-static const std::string kNoNameTold = "2: Error: Logical drive name is not defined!\n";
-static const std::string kNoLevelTold = "2: Error: Raid level is not defined!\n";
-static const std::string kNoSizeTold = "2: Error: extent ID or the logical drive size is not defined!\n";
-static const std::string kUnmatchedTold =
+static const std::string kNoDriveOutcome = "2: No physical drive is defined!\n";
+static const std::string kBadTextOutcome = "1: Incorrect parameters!\n";
+static const std::string kNoNameOutcome = "2: Error: Logical drive name is not defined!\n";
+static const std::string kNoLevelOutcome = "2: Error: Raid level is not defined!\n";
+static const std::string kNoSizeOutcome = "2: Error: extent ID or the logical drive size is not defined!\n";
+static const std::string kUnmatchedOutcome =
     "1: Error: number of extents and number of physical drives are not matched!\n";
-static const std::string kParsedTold = "0: ";
+static const std::string kParsedOutcome = "0: ";
 
-// What the parser left, and a stand-in for the command that calls it.
+// The output of the parser, and a command function that calls it.
 static HbaAddress parsedAddress;
 static std::uint32_t parsedSecond;
 static CreateArrayRequest parsed;
 
 static int parse(int wordCount, char** words) {
-    std::memset(&parsedAddress, kNoise, sizeof parsedAddress);
+    std::memset(&parsedAddress, kFillPattern, sizeof parsedAddress);
     parsedSecond = 7;
     parsed = {};
     return PhraseCreateLogDrvArg(wordCount, words, &parsedAddress, &parsedSecond, &parsed);
@@ -31,16 +31,16 @@ static int parse(int wordCount, char** words) {
 
 // Parses a creation from drives 1 and 2.
 static std::string outcomeOfText(const std::string& text) {
-    return told(parse, addWords({"-p", "1 2"}, text));
+    return outcomeOf(parse, addWords({"-p", "1 2"}, text));
 }
 
-// The request that the parser left is this one.
+// The parser returned this request.
 static void expectParsed(const CreateArrayRequest& request, const std::string& about) {
     EXPECT_EQ(bytesOf(parsed), bytesOf(request)) << about;
     EXPECT_EQ(parsedSecond, 0u) << about;
 }
 
-// The plain request with one field otherwise.
+// The plain request with one field changed.
 template <typename Field, typename Value>
 static CreateArrayRequest with(Field CreateArrayRequest::*field, Value value) {
     CreateArrayRequest request = plainRequest();
@@ -49,7 +49,7 @@ static CreateArrayRequest with(Field CreateArrayRequest::*field, Value value) {
 }
 
 TEST_F(Creation, StartsFromDefaults) {
-    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5"), kParsedOutcome);
     expectParsed(plainRequest(), "defaults");
     EXPECT_EQ(bytesOf(parsedAddress), Bytes(8, 0));
 }
@@ -98,15 +98,15 @@ TEST_F(Creation, ReadsEveryItem) {
         {",,", plainRequest()},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedOutcome)
             << item.item;
         expectParsed(item.request, item.item);
     }
 }
 
-TEST_F(Creation, TakesTheFirstKeyThatAnItemHolds) {
+TEST_F(Creation, UsesTheFirstMatchingKeyOfTheTable) {
     const struct {
-        const char* item; // holds two keys that are neighbours in the order
+        const char* item; // contains two adjacent keys of the table
         CreateArrayRequest request;
     } items[] = {
         {"raid name=a", plainRequest()},
@@ -121,17 +121,17 @@ TEST_F(Creation, TakesTheFirstKeyThatAnItemHolds) {
         {"shift symmetric=1", with(&CreateArrayRequest::symmetric, 1)},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedTold)
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), kParsedOutcome)
             << item.item;
         expectParsed(item.request, item.item);
     }
-    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5,paritycnt subarraycnt=3"), kBadTextTold);
-    EXPECT_EQ(outcomeOfText("raid=raid0,capacity=5,name=capacity=9"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=5,paritycnt subarraycnt=3"), kBadTextOutcome);
+    EXPECT_EQ(outcomeOfText("raid=raid0,capacity=5,name=capacity=9"), kParsedOutcome);
     EXPECT_STREQ(parsed.name, "capacity=9");
     EXPECT_EQ(parsed.capacity, 5u);
 }
 
-TEST_F(Creation, ReadsTheTextAsASavedConfigurationHasIt) {
+TEST_F(Creation, ReadsTheTextOfASavedConfiguration) {
     CreateArrayRequest request = plainRequest();
     std::memcpy(request.name, "Set 1", 6);
     request.raidLevel = 96;
@@ -142,23 +142,24 @@ TEST_F(Creation, ReadsTheTextAsASavedConfigurationHasIt) {
     request.parityCount = 3;
     request.symmetric = 1;
     request.shift = 0xFFFE;
-    EXPECT_EQ(told(parse, {"logdrv", "-a", "add", "-i", "1", "-p", "1 2", "-z",
-                           "name=Set 1,raid=RAIDMF,stripe=128,Capacity=4294967296,init=BACK,Sectorsize=1024,"
-                           "ParityCnt=3,Symmetric=1,Shift=-2"}),
-              kParsedTold);
+    EXPECT_EQ(
+        outcomeOf(parse, {"logdrv", "-a", "add", "-i", "1", "-p", "1 2", "-z",
+                          "name=Set 1,raid=RAIDMF,stripe=128,Capacity=4294967296,init=BACK,Sectorsize=1024,"
+                          "ParityCnt=3,Symmetric=1,Shift=-2"}),
+        kParsedOutcome);
     expectParsed(request, "parities");
     EXPECT_EQ(
         outcomeOfText("name=a,raid=RAID50,stripe=64,Capacity=5,init=NONE,Sectorsize=512, SubArrayCnt=2"),
-        kParsedTold);
+        kParsedOutcome);
     expectParsed(with(&CreateArrayRequest::raidLevel, 80), "sub arrays");
-    EXPECT_EQ(outcomeOfText("Name=a , RAID=raid5, Capacity=5"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("Name=a , RAID=raid5, Capacity=5"), kParsedOutcome);
     expectParsed(with(&CreateArrayRequest::raidLevel, 5), "blanks and capitals");
 }
 
-TEST_F(Creation, TrimsNamesAndCutsThem) {
+TEST_F(Creation, TrimsAndTruncatesNames) {
     const std::string letters(120, 'x'), blanks(70, ' ');
     const struct {
-        std::string typed, stored;
+        std::string given, stored;
     } names[] = {
         {"a", "a"},
         {"  a b  ", "a b"},
@@ -169,19 +170,19 @@ TEST_F(Creation, TrimsNamesAndCutsThem) {
         {"a" + blanks + "b", "a" + blanks.substr(0, 62)},
         {blanks + blanks + "a", "a"},
         {"a" + std::string(125, ' ') + "b", "a" + blanks.substr(0, 62)},
-        {"a" + std::string(126, ' ') + "b", "a"}, // what lies beyond 127 characters leaves blanks to trim
+        {"a" + std::string(126, ' ') + "b", "a"}, // truncation at 127 characters leaves blanks to trim
     };
     for (const auto& name : names) {
         CreateArrayRequest request = plainRequest();
         std::memcpy(request.name, name.stored.c_str(), name.stored.size() + 1);
-        EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=" + name.typed), kParsedTold) << name.typed;
-        expectParsed(request, name.typed);
+        EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=" + name.given), kParsedOutcome) << name.given;
+        expectParsed(request, name.given);
     }
-    EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=long one,name=a"), kParsedTold);
+    EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=long one,name=a"), kParsedOutcome);
     expectParsed(plainRequest(), "the second name alone");
 }
 
-TEST_F(Creation, RefusesBadItemsInTheEnd) {
+TEST_F(Creation, RejectsInvalidItemsAtTheEnd) {
     for (const char* item : {"name",          "raid",           "capacity",      "sectorsize",
                              "stripe",        "rounding",       "init",          "subarraycnt",
                              "paritycnt",     "symmetric",      "shift",         "name a",
@@ -189,12 +190,14 @@ TEST_F(Creation, RefusesBadItemsInTheEnd) {
                              "subarraycnt=1", "subarraycnt=3",  "subarraycnt=x", "subarraycnt=258",
                              "paritycnt=1",   "paritycnt=4",    "paritycnt=258", "symmetric=2",
                              "symmetric=-1",  "symmetric=256"}) {
-        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item), kBadTextTold) << item;
-        EXPECT_EQ(outcomeOfText(std::string(item) + ",name=a,raid=raid0,capacity=5"), kBadTextTold) << item;
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item), kBadTextOutcome)
+            << item;
+        EXPECT_EQ(outcomeOfText(std::string(item) + ",name=a,raid=raid0,capacity=5"), kBadTextOutcome)
+            << item;
     }
 }
 
-TEST_F(Creation, SaysThatAStripeSizeIsIncorrectAndGoesOn) {
+TEST_F(Creation, ReportsInvalidStripeSizeAndContinues) {
     for (const char* size : {"0", "16", "256", "512", "1024", "-64", "", "x"})
         EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,stripe=") + size + ",capacity=5"),
                   "1: Incorrect stripe size!\nIncorrect parameters!\n")
@@ -205,10 +208,10 @@ TEST_F(Creation, SaysThatAStripeSizeIsIncorrectAndGoesOn) {
               "1: Incorrect stripe size!\nUnknown RAID level 'no' specified!\n");
 }
 
-TEST_F(Creation, StopsAtAWordThatItsVocabularyLacks) {
+TEST_F(Creation, AbortsAtUnknownKeyword) {
     const struct {
         const char* item;
-        const char* told;
+        const char* outcome;
     } items[] = {
         {"raid=zzz", "1: Unknown RAID level 'zzz' specified!\n"},
         {"raid= Raid 5 ", "1: Unknown RAID level ' Raid 5 ' specified!\n"},
@@ -219,58 +222,59 @@ TEST_F(Creation, StopsAtAWordThatItsVocabularyLacks) {
         {"Init=FOREGROUND", "1: "},
     };
     for (const auto& item : items) {
-        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), item.told);
-        EXPECT_EQ(outcomeOfText(std::string("name,") + item.item + ",raid=other,stripe=1"), item.told);
+        EXPECT_EQ(outcomeOfText(std::string("name=a,raid=raid0,capacity=5,") + item.item), item.outcome);
+        EXPECT_EQ(outcomeOfText(std::string("name,") + item.item + ",raid=other,stripe=1"), item.outcome);
     }
 }
 
-TEST_F(Creation, ChecksTheTextsOutcomeInOrder) {
-    EXPECT_EQ(outcomeOfText("stripe"), kBadTextTold);
-    EXPECT_EQ(outcomeOfText(""), kNoNameTold);
-    EXPECT_EQ(outcomeOfText("raid=raid1"), kNoNameTold);
-    EXPECT_EQ(outcomeOfText("name=,raid=raid1,capacity=5"), kNoNameTold);
-    EXPECT_EQ(outcomeOfText("name=   ,raid=raid1,capacity=5"), kNoNameTold);
-    EXPECT_EQ(outcomeOfText("name=a"), kNoLevelTold);
-    EXPECT_EQ(outcomeOfText("name=a,capacity=5"), kNoLevelTold);
-    EXPECT_EQ(outcomeOfText("name=a,raid=raid0"), kNoSizeTold);
-    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=0"), kNoSizeTold);
-    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=lots"), kNoSizeTold);
-    EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", ""}, "name=a,raid=raid0")), kNoSizeTold);
+TEST_F(Creation, ChecksTheRequestInOrder) {
+    EXPECT_EQ(outcomeOfText("stripe"), kBadTextOutcome);
+    EXPECT_EQ(outcomeOfText(""), kNoNameOutcome);
+    EXPECT_EQ(outcomeOfText("raid=raid1"), kNoNameOutcome);
+    EXPECT_EQ(outcomeOfText("name=,raid=raid1,capacity=5"), kNoNameOutcome);
+    EXPECT_EQ(outcomeOfText("name=   ,raid=raid1,capacity=5"), kNoNameOutcome);
+    EXPECT_EQ(outcomeOfText("name=a"), kNoLevelOutcome);
+    EXPECT_EQ(outcomeOfText("name=a,capacity=5"), kNoLevelOutcome);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0"), kNoSizeOutcome);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=0"), kNoSizeOutcome);
+    EXPECT_EQ(outcomeOfText("name=a,raid=raid0,capacity=lots"), kNoSizeOutcome);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1 2", "-e", ""}, "name=a,raid=raid0")), kNoSizeOutcome);
     for (const char* extents : {"0", "0 1 2"})
-        EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", extents}, "name=a,raid=raid0")), kUnmatchedTold);
+        EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1 2", "-e", extents}, "name=a,raid=raid0")),
+                  kUnmatchedOutcome);
 }
 
-TEST_F(Creation, CountsItsWords) {
+TEST_F(Creation, ChecksTheWordCount) {
     for (const char* line :
          {"", "logdrv", "logdrv -a add", "logdrv -a add -p 1 -z", "logdrv -a add -p 1 -i 0",
           "logdrv -a add -p 1 -i 0 -z", "logdrv add -i 0 -p 1 -z raid=jbod", "logdrv -a add -p 1 -z -I"})
-        EXPECT_EQ(told(parse, line), kCountTold) << line;
+        EXPECT_EQ(outcomeOf(parse, line), kCountOutcome) << line;
 }
 
-TEST_F(Creation, ReadsItsOptions) {
+TEST_F(Creation, ReadsOptions) {
     const std::string text = "raid=jbod";
-    EXPECT_EQ(told(parse, {"logdrv", "-a", "add", "-q", "1", "-z", text}), kUnknownOptionTold);
-    EXPECT_EQ(told(parse, addWords({"-i", "x", "-p", "1"}, text)),
+    EXPECT_EQ(outcomeOf(parse, {"logdrv", "-a", "add", "-q", "1", "-z", text}), kUnknownOptionOutcome);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-i", "x", "-p", "1"}, text)),
               "6: Invalid controller ID 'x' specified\n");
-    EXPECT_EQ(told(parse, addWords({"-e", "1"}, text)), kNoDriveTold);
-    EXPECT_EQ(told(parse, addWords({"-p", ""}, text)), kNoDriveTold);
-    EXPECT_EQ(told(parse, addWords({"-p", "1", "-p", ""}, "stripe")), kNoDriveTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-e", "1"}, text)), kNoDriveOutcome);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", ""}, text)), kNoDriveOutcome);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1", "-p", ""}, "stripe")), kNoDriveOutcome);
     EXPECT_EQ(
-        told(parse, {"logdrv", "-a", "add", "-Z", "x", "-P", "1", "-I", "65538", "-E", "4", "-z", text}),
-        kParsedTold);
+        outcomeOf(parse, {"logdrv", "-a", "add", "-Z", "x", "-P", "1", "-I", "65538", "-E", "4", "-z", text}),
+        kParsedOutcome);
     EXPECT_EQ(bytesOf(parsedAddress), bytesOf(hbaAddress(2)));
     EXPECT_EQ(parsed.member[0].extent, 4u);
 }
 
-TEST_F(Creation, TakesTheLastWordForTheText) {
-    EXPECT_EQ(told(parse, "logdrv -a add -z name=a,raid=raid0,capacity=5 -p 1"), kNoNameTold);
-    EXPECT_EQ(told(parse, "logdrv -a add -z raid=raid0 -p raid=jbod"), kParsedTold);
-    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0"}), kParsedTold);
-    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0,stripe"}), kBadTextTold);
-    EXPECT_EQ(told(parse, "logdrv -a add -p 1 -e 0 -z"), kNoNameTold);
+TEST_F(Creation, UsesTheLastWordAsTheText) {
+    EXPECT_EQ(outcomeOf(parse, "logdrv -a add -z name=a,raid=raid0,capacity=5 -p 1"), kNoNameOutcome);
+    EXPECT_EQ(outcomeOf(parse, "logdrv -a add -z raid=raid0 -p raid=jbod"), kParsedOutcome);
+    EXPECT_EQ(outcomeOf(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0"}), kParsedOutcome);
+    EXPECT_EQ(outcomeOf(parse, "logdrv -a add -p 1 -e 0 -z", {"name=a,raid=raid0,stripe"}), kBadTextOutcome);
+    EXPECT_EQ(outcomeOf(parse, "logdrv -a add -p 1 -e 0 -z"), kNoNameOutcome);
 }
 
-TEST_F(Creation, NamesItsMembers) {
+TEST_F(Creation, SendsMembers) {
     const struct {
         const char* drives;
         const char* extents;
@@ -291,59 +295,60 @@ TEST_F(Creation, NamesItsMembers) {
         request.member[1] = {};
         for (std::size_t i = 0; i < creation.members.size(); ++i)
             request.member[i] = creation.members[i];
-        EXPECT_EQ(told(parse, addWords({"-p", creation.drives, "-e", creation.extents},
-                                       "name=a,raid=raid0,capacity=5")),
-                  kParsedTold);
+        EXPECT_EQ(outcomeOf(parse, addWords({"-p", creation.drives, "-e", creation.extents},
+                                            "name=a,raid=raid0,capacity=5")),
+                  kParsedOutcome);
         expectParsed(request, creation.drives);
     }
 }
 
-TEST_F(Creation, ForgetsTheListsThatALaterOneReplaces) {
+TEST_F(Creation, ReplacesRepeatedLists) {
     CreateArrayRequest request = plainRequest();
     request.allocation = 0;
     request.member[0].extent = 9;
-    EXPECT_EQ(told(parse, addWords({"-p", "5 6 7", "-p", "1 2", "-e", "3 4 5", "-e", "9"},
-                                   "name=a,raid=raid0,capacity=5")),
-              kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "5 6 7", "-p", "1 2", "-e", "3 4 5", "-e", "9"},
+                                        "name=a,raid=raid0,capacity=5")),
+              kParsedOutcome);
     expectParsed(request, "one extent for two drives");
 }
 
-TEST_F(Creation, TakesAsManyExtentsAsMembersForASize) {
+TEST_F(Creation, AcceptsMatchingExtentCountWithoutCapacity) {
     CreateArrayRequest request = plainRequest();
     request.allocation = 0;
     request.capacity = 0;
     request.member[0].extent = 3;
     request.member[1].extent = 4;
-    EXPECT_EQ(told(parse, addWords({"-p", "1 2", "-e", "3 4"}, "name=a,raid=raid0")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1 2", "-e", "3 4"}, "name=a,raid=raid0")), kParsedOutcome);
     expectParsed(request, "extents alone");
 }
 
-TEST_F(Creation, TakesSixteenMembers) {
+TEST_F(Creation, AcceptsSixteenMembers) {
     CreateArrayRequest request = plainRequest();
     request.allocation = 0;
     request.memberCount = 16;
     for (std::uint32_t i = 0; i < 16; ++i)
         request.member[i] = {i + 1, i};
     const std::string ids = "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20";
-    EXPECT_EQ(told(parse, addWords({"-p", ids, "-e", ids}, "name=a,raid=raid0,capacity=5")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", ids, "-e", ids}, "name=a,raid=raid0,capacity=5")),
+              kParsedOutcome);
     expectParsed(request, ids);
 }
 
-TEST_F(Creation, JbodNeedsNeitherNameNorSize) {
+TEST_F(Creation, AcceptsJbodWithoutNameAndSize) {
     CreateArrayRequest request = plainRequest();
     request.raidLevel = 10;
     request.capacity = 0;
     request.allocation = 0;
     request.memberCount = 1;
     request.member[1] = {};
-    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "name=a,raid=jbod")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1"}, "name=a,raid=jbod")), kParsedOutcome);
     expectParsed(request, "without a size");
-    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "capacity=100,name=a,raid=jbod")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1"}, "capacity=100,name=a,raid=jbod")), kParsedOutcome);
     expectParsed(request, "with a size, which it does not get");
     request.name[0] = 0;
-    EXPECT_EQ(told(parse, addWords({"-p", "1"}, "raid=JBOD")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1"}, "raid=JBOD")), kParsedOutcome);
     expectParsed(request, "without a name");
     request.member[0].extent = 5;
-    EXPECT_EQ(told(parse, addWords({"-p", "1", "-e", "5 6"}, "raid=JBOD")), kParsedTold);
+    EXPECT_EQ(outcomeOf(parse, addWords({"-p", "1", "-e", "5 6"}, "raid=JBOD")), kParsedOutcome);
     expectParsed(request, "with extents, which are sent");
 }

@@ -1,5 +1,6 @@
-// Storing and taking events, the file that keeps them, and finding the program's directory.
+// The event buffer, its file, and finding the program's directory.
 #include "commands/event_buffer.h"
+#include "commands/event_path.h"
 
 #include <unistd.h>
 
@@ -28,7 +29,7 @@ static void store(std::uint32_t first, std::uint32_t last) {
     }
 }
 
-static std::uint32_t takenId() {
+static std::uint32_t nextId() {
     HBAEvent event = eventWithId(4711);
     EXPECT_EQ(GetEventFromBuffer(&event), 1);
     return event.eventId;
@@ -46,10 +47,10 @@ protected:
 };
 using AddEvent = EventBufferTest;
 using GetEvent = EventBufferTest;
-using HostileImage = EventBufferTest;
+using CorruptImage = EventBufferTest;
 } // namespace
 
-TEST_F(AddEvent, RefusesANullRecord) {
+TEST_F(AddEvent, RejectsNullEvent) {
     EXPECT_EQ(AddEventToBuffer(nullptr), 0);
     EXPECT_EQ(GetBufferEventCount(), 0u);
     EXPECT_EQ(g_EventBuffer.position, 0u);
@@ -64,7 +65,7 @@ TEST_F(AddEvent, StartsWithTheSecondSlot) {
     EXPECT_EQ(g_EventBuffer.slot[2].eventId, 2u);
 }
 
-TEST_F(AddEvent, UsesEverySlotButTheLastFor49Events) {
+TEST_F(AddEvent, UsesEverySlotExceptTheLastFor49Events) {
     store(1, 49);
     EXPECT_EQ(GetBufferEventCount(), 49u);
     EXPECT_EQ(g_EventBuffer.position, 0u);
@@ -89,9 +90,9 @@ TEST_F(AddEvent, KeepsTheCountAt50) {
     EXPECT_EQ(g_EventBuffer.slot[49].eventId, 0u);
 }
 
-TEST_F(AddEvent, LandsInASlotAfterATakeThatWrapped) {
+TEST_F(AddEvent, StoresInASlotAfterARemovalThatWrapped) {
     loadImage(0, 2);
-    takenId(); // leaves the position at the last slot
+    nextId(); // leaves the position at the last slot
     EXPECT_EQ(g_EventBuffer.position, 49u);
     store(7, 8);
     EXPECT_EQ(g_EventBuffer.slot[0].eventId, 7u);
@@ -100,49 +101,49 @@ TEST_F(AddEvent, LandsInASlotAfterATakeThatWrapped) {
     EXPECT_EQ(g_EventBuffer.count, 3u);
 }
 
-TEST_F(GetEvent, TakesNothingFromAnEmptyBuffer) {
+TEST_F(GetEvent, ReturnsZeroForAnEmptyBuffer) {
     HBAEvent event = eventWithId(4711);
     EXPECT_EQ(GetEventFromBuffer(&event), 0);
     EXPECT_EQ(event.eventId, 4711u);
 }
 
-TEST_F(GetEvent, TakesNothingIntoANullTarget) {
+TEST_F(GetEvent, RejectsNullTarget) {
     store(1, 1);
     EXPECT_EQ(GetEventFromBuffer(nullptr), 0);
     EXPECT_EQ(GetBufferEventCount(), 1u);
 }
 
-TEST_F(GetEvent, TakesTheNewestFirst) {
+TEST_F(GetEvent, ReturnsTheNewestFirst) {
     store(1, 3);
-    EXPECT_EQ(takenId(), 3u);
-    EXPECT_EQ(takenId(), 2u);
-    EXPECT_EQ(takenId(), 1u);
+    EXPECT_EQ(nextId(), 3u);
+    EXPECT_EQ(nextId(), 2u);
+    EXPECT_EQ(nextId(), 1u);
     EXPECT_EQ(GetBufferEventCount(), 0u);
 }
 
-TEST_F(GetEvent, CarriesTheWholeRecord) {
-    HBAEvent stored, taken = {};
+TEST_F(GetEvent, CopiesTheWholeRecord) {
+    HBAEvent stored, removed = {};
     std::memset(&stored, 0xA5, sizeof stored);
     stored.reserved0[0] = 1;
     stored.description[323] = 2;
     AddEventToBuffer(&stored);
-    EXPECT_EQ(GetEventFromBuffer(&taken), 1);
-    EXPECT_EQ(bytesOf(taken), bytesOf(stored));
+    EXPECT_EQ(GetEventFromBuffer(&removed), 1);
+    EXPECT_EQ(bytesOf(removed), bytesOf(stored));
 }
 
-TEST_F(GetEvent, TakesTheNeverWrittenSlotAlongFromAFullBuffer) {
+TEST_F(GetEvent, ReturnsTheUnusedSlotOfAFullBuffer) {
     store(1, 50);                             // 50 in slot 1, 49 in slot 0, 48 in slot 48
-    EXPECT_EQ(takenId(), 50u);                // slot 1
-    EXPECT_EQ(takenId(), 49u);                // slot 0
-    EXPECT_EQ(takenId(), 0u);                 // slot 49
+    EXPECT_EQ(nextId(), 50u);                 // slot 1
+    EXPECT_EQ(nextId(), 49u);                 // slot 0
+    EXPECT_EQ(nextId(), 0u);                  // slot 49
     for (std::uint32_t id = 48; id > 1; --id) // slots 48 to 2
-        EXPECT_EQ(takenId(), id);
+        EXPECT_EQ(nextId(), id);
     EXPECT_EQ(GetBufferEventCount(), 0u);
     HBAEvent event;
     EXPECT_EQ(GetEventFromBuffer(&event), 0);
 }
 
-TEST_F(HostileImage, NeverLeadsAStoreOutsideTheSlots) {
+TEST_F(CorruptImage, StoresWithinTheSlots) {
     for (const std::uint32_t position : {48u, 49u, 50u, 5000u, 0x7FFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
         g_EventBuffer = {};
         loadImage(position, 0xFFFFFFFF);
@@ -153,38 +154,38 @@ TEST_F(HostileImage, NeverLeadsAStoreOutsideTheSlots) {
     }
 }
 
-TEST_F(HostileImage, NeverLeadsATakeOutsideTheSlots) {
+TEST_F(CorruptImage, RemovesWithinTheSlots) {
     for (const std::uint32_t position : {49u, 50u, 5000u, 0x80000000u, 0xFFFFFFFFu}) {
         loadImage(position, 0xFFFFFFFF);
         HBAEvent event;
-        int taken = 0;
-        while (GetEventFromBuffer(&event) && taken < 1000)
-            ++taken;
-        EXPECT_EQ(taken, 50) << position;
+        int removed = 0;
+        while (GetEventFromBuffer(&event) && removed < 1000)
+            ++removed;
+        EXPECT_EQ(removed, 50) << position;
         EXPECT_EQ(GetBufferEventCount(), 0u) << position;
     }
 }
 
-// The two IDs beside the last slot's tell a step too many or too few.
-TEST_F(HostileImage, TakesTheLastSlotForAPositionBehindIt) {
+// The IDs in the two adjacent slots reveal an off-by-one error.
+TEST_F(CorruptImage, TreatsALargePositionAsTheLastSlot) {
     for (const std::uint32_t position : {50u, 51u, 4294967295u}) {
         g_EventBuffer.slot[48].eventId = 1048;
         g_EventBuffer.slot[49].eventId = 1049;
         loadImage(position, 2);
-        EXPECT_EQ(takenId(), 1049u) << position;
-        EXPECT_EQ(takenId(), 1048u) << position;
+        EXPECT_EQ(nextId(), 1049u) << position;
+        EXPECT_EQ(nextId(), 1048u) << position;
     }
 }
 
-TEST_F(HostileImage, TakesOneOfTheFiftyForACountAboveThem) {
+TEST_F(CorruptImage, TreatsALargeCountAsFifty) {
     for (const std::uint32_t count : {51u, 4294967295u}) {
         loadImage(0, count);
-        takenId();
+        nextId();
         EXPECT_EQ(g_EventBuffer.count, 49u) << count;
     }
 }
 
-TEST_F(HostileImage, NeverCountsMoreThanTheSlots) {
+TEST_F(CorruptImage, LimitsTheCountToTheSlots) {
     for (const std::uint32_t count : {51u, 0x80000000u, 0xFFFFFFFFu}) {
         loadImage(0, count);
         EXPECT_EQ(GetBufferEventCount(), 50u) << count;
@@ -198,10 +199,10 @@ protected:
         EventBufferTest::SetUp();
         std::string pattern = testing::TempDir() + "event-file-XXXXXX";
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        path = folder / "CLIEvent.dat";
+        directory = pattern;
+        path = directory / "CLIEvent.dat";
     }
-    void TearDown() override { fs::remove_all(folder); }
+    void TearDown() override { fs::remove_all(directory); }
 
     void writeFile(const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
     std::string readFile() {
@@ -209,7 +210,7 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    fs::path folder, path;
+    fs::path directory, path;
 };
 } // namespace
 
@@ -233,7 +234,7 @@ TEST_F(EventFile, ReplacesALongerFile) {
     EXPECT_EQ(readFile(), std::string(20408, '\0'));
 }
 
-TEST_F(EventFile, ComesBackAsItWasWritten) {
+TEST_F(EventFile, IsReadBackUnchanged) {
     store(1, 60);
     ASSERT_EQ(WriteEventBufferToFile(path.c_str(), &g_EventBuffer), 1);
     EventBuffer buffer = {};
@@ -241,7 +242,7 @@ TEST_F(EventFile, ComesBackAsItWasWritten) {
     EXPECT_EQ(std::memcmp(&buffer, &g_EventBuffer, sizeof buffer), 0);
 }
 
-TEST_F(EventFile, IsReadUpToTheBuffersSize) {
+TEST_F(EventFile, IsReadUpToTheSizeOfTheBuffer) {
     writeFile(std::string(20408, 'a') + "bbbb");
     struct {
         EventBuffer buffer;
@@ -279,7 +280,7 @@ TEST_F(EventFile, CannotBeReadWhenItIsMissing) {
     EXPECT_EQ(g_EventBuffer.count, 2u);
 }
 
-TEST_F(EventFile, BringsNothingWhenItIsADirectory) {
+TEST_F(EventFile, LeavesTheBufferUnchangedIfItIsADirectory) {
     fs::create_directory(path);
     loadImage(3, 2);
     ReadEventBufferFromFile(path.c_str(), &g_EventBuffer); // systems differ in whether it opens
@@ -287,9 +288,9 @@ TEST_F(EventFile, BringsNothingWhenItIsADirectory) {
     EXPECT_EQ(g_EventBuffer.count, 2u);
 }
 
-TEST_F(EventFile, CannotBeWrittenWhereNoFileCanBe) {
-    EXPECT_EQ(WriteEventBufferToFile(folder.c_str(), &g_EventBuffer), 0);
-    EXPECT_EQ(WriteEventBufferToFile((folder / "missing" / "file").c_str(), &g_EventBuffer), 0);
+TEST_F(EventFile, CannotBeWrittenToAnInvalidPath) {
+    EXPECT_EQ(WriteEventBufferToFile(directory.c_str(), &g_EventBuffer), 0);
+    EXPECT_EQ(WriteEventBufferToFile((directory / "missing" / "file").c_str(), &g_EventBuffer), 0);
     writeFile("a file");
     EXPECT_EQ(WriteEventBufferToFile((path / "below").c_str(), &g_EventBuffer), 0);
     EXPECT_EQ(readFile(), "a file");
@@ -321,7 +322,7 @@ static std::string located(const void* address) {
     return text;
 }
 
-TEST(BrLocate, FindsTheDirectoryOfTheProgramsCode) {
+TEST(BrLocate, FindsTheDirectoryOfTheProgram) {
     const auto* code = reinterpret_cast<const void*>(&br_locate);
     if (!hasMemoryMap())
         EXPECT_EQ(located(code), "(null)");
@@ -329,15 +330,15 @@ TEST(BrLocate, FindsTheDirectoryOfTheProgramsCode) {
         EXPECT_EQ(located(code), fs::read_symlink("/proc/self/exe").parent_path().string() + "/");
 }
 
-TEST(BrLocate, FindsNothingForDataAndForNoAddress) {
+TEST(BrLocate, ReturnsNullForDataAndNull) {
     const int onTheStack = 0;
     EXPECT_EQ(located(&onTheStack), "(null)");
     EXPECT_EQ(located(&g_EventBuffer), "(null)");
     EXPECT_EQ(located(nullptr), "(null)");
 }
 
-// The part of the map that holds an address is code from its first byte to the one before its end.
-TEST(BrLocate, FindsTheFirstAndTheLastByteOfTheCodeButNothingBehindIt) {
+// The mapping that contains an address is code from its first byte to the byte before its end.
+TEST(BrLocate, IncludesTheFirstAndTheLastByteOfTheCode) {
     if (!hasMemoryMap())
         GTEST_SKIP() << "there is no memory map here";
     const auto code = reinterpret_cast<std::uintptr_t>(&br_locate);

@@ -1,24 +1,24 @@
-// What the init command does beyond the pattern of activity commands: the counts of words it takes.
+// Behavior specific to the init command: its word counts.
 #include "commands/init.h"
 
 #include "tests/commands/logdrv_records.h"
 
-using Init = Scripted;
+using Init = MockAdapterTest;
 
-TEST_F(Init, StartTakesSevenWordsAndCallsAnyOtherCountAnInvalidCommand) {
+TEST_F(Init, StartRequiresSevenWords) {
     for (const char* line : {"", "init", "init -a start", "init -a start -l 0", "init start -l 0 -i 0",
                              "init -a start -l 0 -i 0 -l", "init -a start -l 0 -i 0 -l 0"})
-        EXPECT_EQ(told(StartLogDrvInit, line), "1: Invalid command for \"init\"!\n") << line;
+        EXPECT_EQ(outcomeOf(StartLogDrvInit, line), "1: Invalid command for \"init\"!\n") << line;
 }
 
-TEST_F(Init, StartsOnDriveZeroOfControllerZero) {
+TEST_F(Init, StartDefaultsToDriveZeroOfControllerZero) {
     Bytes request(524);
     request[4] = 4;
     request[6] = request[7] = request[8] = request[9] = 0xFF;
     expectLookup(0, 0, driveDoing(0, 0));
     expectCall("q5_startLogDrvInit",
-               joined({bytesOf(hbaAddress(0), std::uint32_t{0}), request, bytesOf(std::uint32_t{524})}));
-    EXPECT_EQ(told(StartLogDrvInit, "init -a start -l 0 -i 0"),
+               concat({bytesOf(hbaAddress(0), std::uint32_t{0}), request, bytesOf(std::uint32_t{524})}));
+    EXPECT_EQ(outcomeOf(StartLogDrvInit, "init -a start -l 0 -i 0"),
               "0: Initialization started on Array 0 Type 4\n");
 }
 
@@ -28,7 +28,7 @@ TEST_F(Init, StartShowsIdsSigned) {
     request.initType = 4;
     request.word6 = request.word8 = 0xFFFF;
     expectLookup(0, 4294967295, driveDoing(0));
-    expectCall("q5_startLogDrvInit", asks(0, request, 524), {}, 1);
-    EXPECT_EQ(told(StartLogDrvInit, "init -a start -l 4294967295 -i 0"),
+    expectCall("q5_startLogDrvInit", queryFor(0, request, 524), {}, 1);
+    EXPECT_EQ(outcomeOf(StartLogDrvInit, "init -a start -l 4294967295 -i 0"),
               "8: Initialization is failed to start on Array -1 Type 4\n");
 }

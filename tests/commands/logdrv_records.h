@@ -1,21 +1,21 @@
-// Logical drives and their activities as the adapter answers for them: what the tests of the commands
-// on logical drives share. Bytes that no command may look at hold noise.
+// Shared by the tests of commands on logical drives: the adapter's replies about drives and activities.
+// Bytes that no command may read are filled with a pattern.
 #pragma once
 
 #include "adapter/activity.h"
 #include "adapter/logdrv.h"
 #include "tests/mock_adapter.h"
 
-inline constexpr std::uint8_t kNoise = 0xA6;
+inline constexpr std::uint8_t kFillPattern = 0xA6;
 
 template <typename Record>
 Record patternFilled() {
     Record record;
-    std::memset(&record, kNoise, sizeof record);
+    std::memset(&record, kFillPattern, sizeof record);
     return record;
 }
 
-// A drive in the midst of these activities, all else noise.
+// A drive with these activities running; the other fields hold the pattern.
 inline LogDrvInfo driveDoing(int activities, std::uint16_t logDrvId = 3) {
     LogDrvInfo drive = patternFilled<LogDrvInfo>();
     drive.activityStatus = static_cast<std::uint8_t>(activities);
@@ -23,23 +23,24 @@ inline LogDrvInfo driveDoing(int activities, std::uint16_t logDrvId = 3) {
     return drive;
 }
 
-// The look-up of one drive, which finds this one, or none.
+// Expects the lookup of one drive, which finds this one, or none.
 inline void expectLookup(std::uint32_t controller, std::uint32_t logDrvId, const LogDrvInfo& drive,
                          int result = 0) {
-    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{logDrvId, 1}, 272),
+    expectCall("q5_getLogDrvInfo", queryFor(controller, LogDrvQuery{logDrvId, 1}, 272),
                listReply<LogDrvInfo>({drive}), result);
 }
 
 inline void expectMissing(std::uint32_t controller, std::uint32_t logDrvId) {
-    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{logDrvId, 1}, 272), bytesOf(headerOf(64)));
+    expectCall("q5_getLogDrvInfo", queryFor(controller, LogDrvQuery{logDrvId, 1}, 272),
+               bytesOf(replyHeader(64)));
 }
 
 using Drives = std::vector<LogDrvInfo>;
 
-// The reply that a listing asks for.
+// Expects the query of a listing.
 inline void expectListing(std::uint32_t controller, std::uint32_t first, std::uint32_t count,
                           const Bytes& reply, int result = 0) {
-    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{first, count}, 26688), reply, result);
+    expectCall("q5_getLogDrvInfo", queryFor(controller, LogDrvQuery{first, count}, 26688), reply, result);
 }
 
 template <std::size_t Size>
@@ -47,7 +48,8 @@ inline void put(char (&field)[Size], const std::string& text) {
     std::memcpy(field, text.c_str(), text.size() + 1);
 }
 
-// A RAID5 of 1000 MB on the drives that users call 1, 2 and 8; noise where a listing does not look.
+// A RAID5 of 1000 MB on drives 1, 2 and 8 as users count them. Fields that no listing reads hold the
+// pattern.
 inline LogDrvInfo raid5(std::uint16_t id = 0) {
     LogDrvInfo drive = driveDoing(0, id);
     drive.raidLevel = 5;
@@ -64,7 +66,8 @@ inline LogDrvInfo raid5(std::uint16_t id = 0) {
     return drive;
 }
 
-// How an activity's progress is asked for. Its reply is noise but for the state and the percentage.
+// The query for an activity's progress. Its reply holds the pattern except for the state and the
+// percentage.
 struct ProgressRead {
     const char* operation;
     std::uint32_t kind;
@@ -85,43 +88,32 @@ inline constexpr std::uint8_t kUnpausedStates[] = {0, 1, 2, 4, 255};
 
 inline void expectProgress(const ProgressRead& read, std::uint32_t controller, std::uint32_t logDrvId,
                            std::uint8_t state, std::uint8_t percent, int result = 0) {
-    Bytes reply(read.size, kNoise);
+    Bytes reply(read.size, kFillPattern);
     reply[read.stateAt] = state;
     reply[read.percentAt] = percent;
     if (read.kind == 1)
         reply[read.percentAt + 1] = 0; // the only percentage of two bytes
-    expectCall(read.operation, asks(controller, ActivityQuery{logDrvId, read.kind}, read.size), reply,
+    expectCall(read.operation, queryFor(controller, ActivityQuery{logDrvId, read.kind}, read.size), reply,
                result);
 }
 
-// A control operation hands over the address, the reserved 0 and eight bytes that name the drive.
+// The arguments of a control operation: the address, the reserved 0 and eight bytes that select the
+// drive.
 inline void expectControl(const char* operation, std::uint32_t controller, std::uint32_t logDrvId,
                           std::uint32_t kind = 0, int result = 0) {
     expectCall(operation, bytesOf(hbaAddress(controller), std::uint32_t{0}, logDrvId, kind), {}, result);
 }
 
-// What a command did, as one text: "result: output".
-inline std::string told(int (*function)(int, char**), const std::vector<std::string>& words,
-                        const std::vector<std::string>& stale = {}) {
-    const Outcome outcome = run(function, words, stale);
-    return std::to_string(outcome.result) + ": " + outcome.output;
-}
+inline const std::string kSilentSuccess = "0: ";
+inline const std::string kUnknownOptionOutcome = "1: Invalid parameters defined\n";
 
-inline std::string told(int (*function)(int, char**), const std::string& line,
-                        const std::vector<std::string>& stale = {}) {
-    return told(function, typed(line), stale);
-}
-
-inline const std::string kDoneSilently = "0: ";
-inline const std::string kUnknownOptionTold = "1: Invalid parameters defined\n";
-
-// Texts of several activities about drive 3 of controller 2.
+// Messages shared by several activities, for drive 3 of controller 2.
 inline constexpr const char* kNoneOnController =
     "5: No logical drive with ID 3 on controller #2 is existed!\n";
 inline constexpr const char* kNoneInController =
     "5: No logical drive with ID 3 in controller #2 is existed!\n";
 
-// Names the tests over a table by its rows.
+// Names parameterized tests after their rows.
 struct RowName {
     template <typename Row>
     std::string operator()(const testing::TestParamInfo<Row>& info) const {

@@ -1,31 +1,31 @@
-// The logdrv command: the table, locating and deletion. The verbose listing and the settings have files
-// of their own.
+// The logdrv command: the table, locating and deletion. The verbose listing and the settings are
+// in logdrv_verbose_test.cpp and logdrv_settings_test.cpp.
 #include "commands/logdrv.h"
 
 #include "tests/commands/logdrv_records.h"
 
-using LogDrv = Scripted;
+using LogDrv = MockAdapterTest;
 
-// A list's reply whose header says otherwise.
+// A list reply with another byte count.
 static Bytes listReplyOf(const Drives& drives, std::uint32_t bytesUsed) {
     Bytes reply = listReply(drives);
-    const ReplyHeader header = headerOf(bytesUsed);
+    const ReplyHeader header = replyHeader(bytesUsed);
     std::memcpy(reply.data(), &header, sizeof header);
     return reply;
 }
 
-static const std::string kHead = "ID    RAID Disks Sectors   Size(MB)          DiskID Name\n";
+static const std::string kHeader = "ID    RAID Disks Sectors   Size(MB)          DiskID Name\n";
 static const std::string kRaid5Row = " 0   RAID5     3     128    1000.00         (1,2,8) data\n";
 
 namespace {
-struct ProbeContext {
+struct ListingCase {
     const char* line;
     std::uint32_t controller, first, count;
-    const char* told;
+    const char* outcome;
 };
 } // namespace
 
-static const ProbeContext kAsked[] = {
+static const ListingCase kListingCases[] = {
     {"", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
     {"logdrv -a", 0, 0, 128, "0: No array with ID 0 in controller #0 is existed\n"},
@@ -50,34 +50,34 @@ static const ProbeContext kAsked[] = {
     {"logdrv -i 4294967297", 1, 0, 128, "0: No array with ID 0 in controller #1 is existed\n"},
 };
 
-TEST_F(LogDrv, ListsWhatItsOptionsName) {
-    for (const ProbeContext& asked : kAsked) {
-        expectListing(asked.controller, asked.first, asked.count, bytesOf(headerOf(64)));
-        EXPECT_EQ(told(ListLogDrvInfo, asked.line), asked.told) << asked.line;
+TEST_F(LogDrv, QueriesAccordingToItsOptions) {
+    for (const ListingCase& row : kListingCases) {
+        expectListing(row.controller, row.first, row.count, bytesOf(replyHeader(64)));
+        EXPECT_EQ(outcomeOf(ListLogDrvInfo, row.line), row.outcome) << row.line;
     }
     expectListing(0, 0, 128, {});
-    EXPECT_EQ(told(ListLogDrvInfo, "", {"logdrv", "-l", "3"}),
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "", {"logdrv", "-l", "3"}),
               "0: No array with ID 0 in controller #0 is existed\n");
 }
 
-TEST_F(LogDrv, ListRefusesWordsThatAreNoOptions) {
+TEST_F(LogDrv, ListRejectsUnknownOptions) {
     for (const char* line :
          {"logdrv list", "logdrv list -l 3", "logdrv -a list -s x", "logdrv -a list 3", "logdrv -l 3 3"})
-        EXPECT_EQ(told(ListLogDrvInfo, line), kUnknownOptionTold) << line;
+        EXPECT_EQ(outcomeOf(ListLogDrvInfo, line), kUnknownOptionOutcome) << line;
 }
 
-TEST_F(LogDrv, ListRefusesWhatIsNoNumber) {
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -l x"), "6: Invalid logical drive ID 'x' specified\n");
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -i -1"), "6: Invalid controller ID '-1' specified\n");
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -c all"), "1: Invalid controller count 'all' specified\n");
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -l 1 -v -c"), "1: Invalid controller count '' specified\n");
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -v -v -v -v -v -v -v -v -v -v -v -v -v -v -l"),
+TEST_F(LogDrv, ListRejectsInvalidNumbers) {
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -l x"), "6: Invalid logical drive ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -i -1"), "6: Invalid controller ID '-1' specified\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -c all"), "1: Invalid controller count 'all' specified\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -l 1 -v -c"), "1: Invalid controller count '' specified\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -v -v -v -v -v -v -v -v -v -v -v -v -v -v -l"),
               "6: Invalid logical drive ID '' specified\n");
 }
 
-TEST_F(LogDrv, ListReadsAMissingValueFromTheNextSlot) {
+TEST_F(LogDrv, ListReadsMissingValueFromTheNextSlot) {
     expectListing(0, 7, 1, {});
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -l", {"7"}),
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -l", {"7"}),
               "0: No array with ID 7 in controller #0 is existed\n");
 }
 
@@ -94,36 +94,36 @@ TEST_F(LogDrv, ListsATable) {
     unknown.diskCount = 0;
     unknown.sectorCount = 4294967296;
     expectListing(0, 0, 128, listReply(Drives{raid5(), jbod, unknown}));
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv"),
-              "0: " + kHead + kRaid5Row +
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"),
+              "0: " + kHeader + kRaid5Row +
                   "12    JBOD     1 4294967295       0.00            (16) \n"
                   "65535 Unknown raid mode     0     128 2097152.00              () data\n");
 }
 
-TEST_F(LogDrv, ListsEveryRecordOfTheReplyWhateverWasAsked) {
+TEST_F(LogDrv, ListsEveryRecordOfTheReply) {
     expectListing(0, 5, 1, listReply(Drives{raid5(), raid5()}), 1);
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -l 5"), "0: " + kHead + kRaid5Row + kRaid5Row);
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -l 5"), "0: " + kHeader + kRaid5Row + kRaid5Row);
 }
 
-TEST_F(LogDrv, ListDistrustsByteCounts) {
+TEST_F(LogDrv, ListLimitsByteCounts) {
     const std::string none = "0: No array with ID 0 in controller #0 is existed\n";
     for (const std::uint32_t bytesUsed : {0u, 63u, 64u, 271u}) {
         expectListing(0, 0, 128, listReplyOf({raid5()}, bytesUsed));
-        EXPECT_EQ(told(ListLogDrvInfo, "logdrv"), none) << bytesUsed;
+        EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"), none) << bytesUsed;
     }
     expectListing(0, 0, 128, listReplyOf({raid5(), raid5()}, 64 + 208 + 207));
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv"), "0: " + kHead + kRaid5Row);
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"), "0: " + kHeader + kRaid5Row);
 
     std::string rows;
     for (int i = 0; i < 128; ++i)
         rows += kRaid5Row;
     for (const std::uint32_t bytesUsed : {26688u, 26689u, 26896u, 4294967295u}) {
         expectListing(0, 0, 128, listReplyOf(Drives(129, raid5()), bytesUsed));
-        EXPECT_EQ(told(ListLogDrvInfo, "logdrv"), "0: " + kHead + rows) << bytesUsed;
+        EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"), "0: " + kHeader + rows) << bytesUsed;
     }
 }
 
-TEST_F(LogDrv, ListDistrustsNamesAndMemberCounts) {
+TEST_F(LogDrv, ListLimitsNamesAndMemberCounts) {
     LogDrvInfo drive = raid5();
     std::memset(drive.name, 'n', sizeof drive.name);
     drive.diskCount = 65535;
@@ -133,114 +133,115 @@ TEST_F(LogDrv, ListDistrustsNamesAndMemberCounts) {
     for (int i = 1; i < 32; ++i)
         members += ",-";
     expectListing(0, 0, 128, listReply(Drives{drive}));
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv"), "0: " + kHead + " 0   RAID5 65535     128    1000.00 " +
-                                                  members + ") " + std::string(88, 'n') + "\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"), "0: " + kHeader + " 0   RAID5 65535     128    1000.00 " +
+                                                       members + ") " + std::string(88, 'n') + "\n");
 }
 
-TEST_F(LogDrv, ListCountsSizesAsWrappingBytes) {
+TEST_F(LogDrv, ListComputesSizesModulo2To64) {
     LogDrvInfo drive = raid5();
     drive.sectorCount = (std::uint64_t{1} << 55) + 2048;
     expectListing(0, 0, 128, listReply(Drives{drive}));
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv"),
-              "0: " + kHead + " 0   RAID5     3     128       1.00         (1,2,8) data\n");
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv"),
+              "0: " + kHeader + " 0   RAID5     3     128       1.00         (1,2,8) data\n");
 }
 
 // Locating.
 
-static const std::string kLocateCountTold = "2: Invalid number of parameters for \"logdrv\" defined\n";
+static const std::string kLocateCountOutcome = "2: Invalid number of parameters for \"logdrv\" defined\n";
 
-TEST_F(LogDrv, LocateBlinksForItsDuration) {
+TEST_F(LogDrv, LocateBlinksForADuration) {
     expectLookup(2, 3, driveDoing(0));
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}));
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 30"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 30"), kSilentSuccess);
     expectLookup(0, 65539, driveDoing(31), 1);
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{4294967295}));
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -D 4294967295 -L 65539"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -D 4294967295 -L 65539"), kSilentSuccess);
 }
 
-TEST_F(LogDrv, LocateForNoTimeStopsTheBlinking) {
+TEST_F(LogDrv, LocateStopsAtZero) {
     for (const char* line : {"logdrv -a locate -l 3 -d 0", "logdrv -a locate -l 1 -l 3"}) {
         expectLookup(0, 3, driveDoing(0));
         expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}));
-        EXPECT_EQ(told(LocateLogDrv, line), kDoneSilently) << line;
+        EXPECT_EQ(outcomeOf(LocateLogDrv, line), kSilentSuccess) << line;
     }
 }
 
-TEST_F(LogDrv, LocateTakesTheFirstDriveWhenNoneIsNamed) {
+TEST_F(LogDrv, LocateDefaultsToDriveZero) {
     expectLookup(0, 0, driveDoing(0, 0));
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{0}, std::uint32_t{5}));
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -d 9 -d 5"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -d 9 -d 5"), kSilentSuccess);
 }
 
-TEST_F(LogDrv, LocateReportsARefusal) {
+TEST_F(LogDrv, LocateReportsFailure) {
     for (const int result : {1, -1}) {
         expectLookup(2, 3, driveDoing(0));
         expectCall("q5_locateLogDrv",
                    bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}), {}, result);
-        EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 30"),
+        EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 30"),
                   "8: Failed to locate the logical drive with ID 3 in controller #2!\n");
         expectLookup(2, 3, driveDoing(0));
         expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}), {},
                    result);
-        EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 0"),
+        EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 0"),
                   "8: Failed to locate the logical drive with ID 3 in controller #2!\n");
     }
 }
 
-TEST_F(LogDrv, LocateChecksItsWords) {
+TEST_F(LogDrv, LocateRejectsInvalidWords) {
     for (const char* line : {"", "logdrv -a locate", "logdrv -a locate -l 3", "logdrv -a locate -l 3 -d",
                              "logdrv -a locate -l 3 -i 2", "logdrv -a locate -l 3 -I 2 -d",
                              "logdrv -a locate -l 3 -d 5 -d 6", "logdrv -a locate -l 3 -d -i"})
-        EXPECT_EQ(told(LocateLogDrv, line), kLocateCountTold) << line;
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -s 5"), kUnknownOptionTold);
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l x -d y"),
+        EXPECT_EQ(outcomeOf(LocateLogDrv, line), kLocateCountOutcome) << line;
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -s 5"), kUnknownOptionOutcome);
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l x -d y"),
               "6: Invalid logical drive ID 'x' specified\n");
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -i x -d 5"),
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -i x -d 5"),
               "6: Invalid controller ID 'x' specified\n");
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -d 5s"), "1: Invalid duration '5s' specified\n");
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -d 5s"), "1: Invalid duration '5s' specified\n");
 }
 
-TEST_F(LogDrv, LocateMissesADriveThatTheAdapterDoesNotKnow) {
+TEST_F(LogDrv, LocateReportsMissingDrive) {
     expectMissing(2, 3);
-    EXPECT_EQ(told(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 5"),
+    EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 5"),
               "5: No array with ID 3 in controller #2 is existed\n");
 }
 
 // Deletion.
 
 static void expectDeletion(std::uint32_t controller, std::uint32_t logDrvId, int result = 0) {
-    expectCall("q5_delDiskArray", asks(controller, DeleteArrayRequest{1, logDrvId}, 8), {}, result);
+    expectCall("q5_delDiskArray", queryFor(controller, DeleteArrayRequest{1, logDrvId}, 8), {}, result);
 }
 
-TEST_F(LogDrv, DeletesWithoutLookingTheDriveUp) {
+TEST_F(LogDrv, DeletesWithoutLookup) {
     expectDeletion(0, 3);
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -l 3"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -l 3"), kSilentSuccess);
     expectDeletion(2, 4294967295);
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -I 2 -L 4294967295"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -I 2 -L 4294967295"), kSilentSuccess);
     expectDeletion(2, 0);
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -i 1 -i 2"), kDoneSilently);
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -i 1 -i 2"), kSilentSuccess);
 }
 
-TEST_F(LogDrv, DeletionReportsARefusal) {
+TEST_F(LogDrv, DeletionReportsFailure) {
     for (const int result : {1, -1}) {
         expectDeletion(2, 3, result);
-        EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -l 3 -i 2"),
+        EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -l 3 -i 2"),
                   "8: Failed to delete an array with ID 3 specified\n");
     }
     expectDeletion(0, 4294967295, 1);
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -l 4294967295"),
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -l 4294967295"),
               "8: Failed to delete an array with ID -1 specified\n");
 }
 
-TEST_F(LogDrv, DeletionChecksItsWords) {
+TEST_F(LogDrv, DeletionRejectsInvalidWords) {
     for (const char* line : {"", "logdrv -a del", "logdrv -a del -l", "logdrv del -l 3", "logdrv -a del -i 2",
                              "logdrv -a del -l 3 -l 3", "logdrv -a del -l 3 -i", "logdrv -a del -l -i"})
-        EXPECT_EQ(told(DeleteLogDrv, line), "2: Invalid number of parameters for \"logdrv -a del\" defined\n")
+        EXPECT_EQ(outcomeOf(DeleteLogDrv, line),
+                  "2: Invalid number of parameters for \"logdrv -a del\" defined\n")
             << line;
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -p 3"), kUnknownOptionTold);
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -l x"), "6: Invalid logical drive ID 'x' specified\n");
-    EXPECT_EQ(told(DeleteLogDrv, "logdrv -a del -l 3 -i x"), "6: Invalid controller ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -p 3"), kUnknownOptionOutcome);
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -l x"), "6: Invalid logical drive ID 'x' specified\n");
+    EXPECT_EQ(outcomeOf(DeleteLogDrv, "logdrv -a del -l 3 -i x"), "6: Invalid controller ID 'x' specified\n");
 }

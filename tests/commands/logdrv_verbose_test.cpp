@@ -1,18 +1,18 @@
-// The verbose form of the logical drives' listing. The lines about a drive's activity are tested with
-// the activities.
+// The verbose listing of logical drives. The lines about a drive's activity are tested in
+// activity_test.cpp.
 #include "commands/logdrv.h"
 
 #include "tests/commands/logdrv_records.h"
 
-using LogDrvBlocks = Scripted;
+using LogDrvBlocks = MockAdapterTest;
 
-// Settings whose reply header is not looked at.
+// A settings reply, whose header is ignored.
 static Bytes settingsReply(std::uint8_t cacheFlags, std::uint16_t lookahead, std::uint8_t consolidation) {
     LogDrvSettings settings = patternFilled<LogDrvSettings>();
     settings.cacheFlags = cacheFlags;
     settings.lookahead = lookahead;
     settings.consolidation = consolidation;
-    return bytesOf(headerOf(0), settings);
+    return bytesOf(replyHeader(0), settings);
 }
 
 static void expectLost(std::uint32_t controller, std::uint8_t logDrvId, std::uint32_t mask, int result = 0) {
@@ -22,31 +22,31 @@ static void expectLost(std::uint32_t controller, std::uint8_t logDrvId, std::uin
 
 static void expectSettings(std::uint32_t controller, std::uint32_t position, const Bytes& reply,
                            int result = 0) {
-    expectCall("q5_getLogDrvSettings", asks(controller, LogDrvQuery{position, 1}, 180), reply, result);
+    expectCall("q5_getLogDrvSettings", queryFor(controller, LogDrvQuery{position, 1}, 180), reply, result);
 }
 
-static const std::string kStars = "*******************************\n";
-static const std::string kRaid5Block = kStars + "Array ID : 0\n"
-                                                "Array name : data\n"
-                                                "Array size : 1000.00 MB\n"
-                                                "Array stripe size in number of blocks : 128\n"
-                                                "Array sector size : 512\n"
-                                                "Array raid mode : RAID5\n"
-                                                "Array write cache mode : Write Back\n"
-                                                "Number of disks in array : 3\n"
-                                                "Disk members with ID in array : (1,2,8)\n";
+static const std::string kSeparator = "*******************************\n";
+static const std::string kRaid5Block = kSeparator + "Array ID : 0\n"
+                                                    "Array name : data\n"
+                                                    "Array size : 1000.00 MB\n"
+                                                    "Array stripe size in number of blocks : 128\n"
+                                                    "Array sector size : 512\n"
+                                                    "Array raid mode : RAID5\n"
+                                                    "Array write cache mode : Write Back\n"
+                                                    "Number of disks in array : 3\n"
+                                                    "Disk members with ID in array : (1,2,8)\n";
 static const std::string kIdleOnline = "Array activity status : Idle\n"
                                        "Array functional status : Online\n";
 static const std::string kDriverLines = "Driver Cache Mode: Write Back\n"
                                         "Driver Lookahead threshold: 4\n"
                                         "Driver Consolidation: enabled\n";
 
-// Lists one drive verbosely whose members are all there.
+// Lists one drive verbosely, with no lost members.
 static std::string outcomeOfBlock(const LogDrvInfo& drive, const Bytes& settings = settingsReply(0, 4, 1)) {
     expectListing(0, 0, 128, listReply(Drives{drive}));
     expectLost(0, static_cast<std::uint8_t>(drive.logDrvId), 0);
     expectSettings(0, 0, settings);
-    return told(ListLogDrvInfo, "logdrv -v");
+    return outcomeOf(ListLogDrvInfo, "logdrv -v");
 }
 
 TEST_F(LogDrvBlocks, ShowADrive) {
@@ -66,7 +66,7 @@ TEST_F(LogDrvBlocks, ShowNumbersSignedAndTextsBounded) {
     for (int i = 1; i < 32; ++i)
         members += ",1";
     EXPECT_EQ(outcomeOfBlock(drive, settingsReply(0, 65535, 255)),
-              "0: " + kStars + "Array ID : 65535\nArray name : " + std::string(88, 'n') +
+              "0: " + kSeparator + "Array ID : 65535\nArray name : " + std::string(88, 'n') +
                   "\nArray size : 0.00 MB\n"
                   "Array stripe size in number of blocks : -1\n"
                   "Array sector size : -1\n"
@@ -80,7 +80,7 @@ TEST_F(LogDrvBlocks, ShowNumbersSignedAndTextsBounded) {
                   "Driver Consolidation: enabled\n");
 }
 
-// A line of the block, by how it begins.
+// The line of the block with this beginning.
 static std::string lineOf(const std::string& block, const std::string& beginning) {
     const std::size_t start = block.find("\n" + beginning);
     return start == std::string::npos ? "(none)"
@@ -134,7 +134,7 @@ TEST_F(LogDrvBlocks, NameTheCacheModes) {
     }
 }
 
-TEST_F(LogDrvBlocks, EndWithWhatALevelHasOfItsOwn) {
+TEST_F(LogDrvBlocks, EndWithTheFieldsOfTheLevel) {
     LogDrvInfo drive = raid5();
     drive.raidLevel = 80;
     drive.subArrayCount = 255;
@@ -161,7 +161,7 @@ TEST_F(LogDrvBlocks, ShowTheActivityBetweenMembersAndState) {
     expectSettings(2, 0, settingsReply(0, 4, 1), 1);
     std::string block = kRaid5Block;
     block.replace(block.find("ID : 0"), 6, "ID : 258");
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -v -l 258 -i 2"),
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -v -l 258 -i 2"),
               "0: " + block +
                   "Set down disk members with ID in array : 15,2,0\n"
                   "Array activity status : Rebuild Paused\n"
@@ -170,7 +170,7 @@ TEST_F(LogDrvBlocks, ShowTheActivityBetweenMembersAndState) {
                   kDriverLines);
 }
 
-// A verbose listing of as many drives as there are masks; its lines about lost members.
+// The lines about lost members in a verbose listing of one drive for each mask.
 static std::string lostLines(const std::vector<std::uint32_t>& masks) {
     Drives drives;
     for (std::size_t i = 0; i < masks.size(); ++i)
@@ -180,7 +180,7 @@ static std::string lostLines(const std::vector<std::uint32_t>& masks) {
         expectLost(0, static_cast<std::uint8_t>(10 - i), masks[i]);
         expectSettings(0, i, settingsReply(0, 4, 1)); // by position, whatever the drive's ID
     }
-    std::string lines, text = told(ListLogDrvInfo, "logdrv -v");
+    std::string lines, text = outcomeOf(ListLogDrvInfo, "logdrv -v");
     for (std::size_t start; (start = text.find("Set down")) != std::string::npos;) {
         const std::size_t end = text.find('\n', start) + 1;
         lines += text.substr(start, end - start);
@@ -189,14 +189,14 @@ static std::string lostLines(const std::vector<std::uint32_t>& masks) {
     return lines;
 }
 
-TEST_F(LogDrvBlocks, NameNoLostMembersWhereTheAdapterTellsNone) {
+TEST_F(LogDrvBlocks, OmitLostMembersWhenThereAreNone) {
     expectListing(0, 0, 128, listReply(Drives{raid5()}));
     expectCall("q5_getAryLostDisk", bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint8_t{0}), {}, 1);
     expectSettings(0, 0, settingsReply(0, 4, 1));
-    EXPECT_EQ(told(ListLogDrvInfo, "logdrv -v"), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
+    EXPECT_EQ(outcomeOf(ListLogDrvInfo, "logdrv -v"), "0: " + kRaid5Block + kIdleOnline + kDriverLines);
 }
 
-TEST_F(LogDrvBlocks, NameLostMembers) {
+TEST_F(LogDrvBlocks, ShowLostMembers) {
     const std::string label = "Set down disk members with ID in array : ";
     EXPECT_EQ(lostLines({0}), "");
     EXPECT_EQ(lostLines({1}), label + "0\n");
@@ -205,7 +205,7 @@ TEST_F(LogDrvBlocks, NameLostMembers) {
     EXPECT_EQ(lostLines({0xFFFF0004}), label + "2\n");
 }
 
-TEST_F(LogDrvBlocks, GoOnWithACommaOnTheNextDrive) {
+TEST_F(LogDrvBlocks, BeginTheNextListOfLostMembersWithAComma) {
     const std::string label = "Set down disk members with ID in array : ";
     EXPECT_EQ(lostLines({0x0002, 0x0008}), label + "1\n" + label + ",3\n");
     EXPECT_EQ(lostLines({0, 0x0008, 0, 0x0003}), label + "3\n" + label + ",1,0\n");

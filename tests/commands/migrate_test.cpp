@@ -1,21 +1,20 @@
-// What the migrate command does beyond the pattern of activity commands: which levels it lets a drive
-// move between, and the text and the members that its start takes.
+// Behavior specific to the migrate command: the allowed levels, and the text and members of its start.
 #include "commands/migrate.h"
 
 #include "tests/commands/logdrv_records.h"
 
-using Migrate = Scripted;
+using Migrate = MockAdapterTest;
 using Words = std::vector<std::string>;
 
-static const std::string kStartedTold = "0: Migration is started on Array 3.\n";
-static const std::string kDownwardsTold =
+static const std::string kStartedOutcome = "0: Migration is started on Array 3.\n";
+static const std::string kDownwardsOutcome =
     "1: Error: migrate only support from low level raid to high level raid\n";
-static const std::string kCountTold = "1: Invalide parameter in \"migrate count\"!\n";
-static const std::string kUnknownItemTold = "1: Invalid parameters for \"ctrl\"!\n";
-static const std::string kBadTextTold = "1: Invalide parameter in \"migrate\"!\n";
-static const std::string kIdsTold = "1: Control id and array id must be refer in \"migrate\"!\n";
+static const std::string kCountOutcome = "1: Invalide parameter in \"migrate count\"!\n";
+static const std::string kUnknownItemOutcome = "1: Invalid parameters for \"ctrl\"!\n";
+static const std::string kBadTextOutcome = "1: Invalide parameter in \"migrate\"!\n";
+static const std::string kIdsOutcome = "1: Control id and array id must be refer in \"migrate\"!\n";
 
-// Drive 3, idle, at a level and with a stripe size.
+// Drive 3, idle, with a level and a stripe size.
 static LogDrvInfo driveAt(std::uint8_t raidLevel, std::uint32_t stripeBlocks = 64) {
     LogDrvInfo drive = driveDoing(0);
     drive.raidLevel = raidLevel;
@@ -39,13 +38,13 @@ static MigrateRequest requestFor(std::uint16_t raidLevel, std::uint16_t stripeSi
     return request;
 }
 
-// A start on drive 3 of controller 2 with this text behind these options.
+// Starts a migration of drive 3 of controller 2 with this text after these options.
 static std::string outcomeOfStart(const std::string& text, const Words& options = {},
                                   const Words& stale = {}) {
     Words words = {"migrate", "-a", "start", "-l", "3", "-i", "2"};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), {"-s", text});
-    return told(StartLogDrvMigrate, words, stale);
+    return outcomeOf(StartLogDrvMigrate, words, stale);
 }
 
 TEST_F(Migrate, RanksLevels) {
@@ -56,7 +55,7 @@ TEST_F(Migrate, RanksLevels) {
         EXPECT_EQ(GetRaidLevelValue(code), rank) << code;
 }
 
-TEST_F(Migrate, NeverGoesDownwards) {
+TEST_F(Migrate, RejectsLowerRanks) {
     const int upwards[] = {0, 1, 3, 16, 95, 5, 80, 81, 85, 96};
     for (int from = 0; from < 10; ++from)
         for (int to = 0; to < 10; ++to)
@@ -69,15 +68,15 @@ TEST_F(Migrate, NeverGoesDownwards) {
     EXPECT_FALSE(IsAllowDoMigrate(0, 255));
 }
 
-TEST_F(Migrate, StartTakesNineWordsOrMore) {
+TEST_F(Migrate, StartRequiresNineWords) {
     for (const char* line : {"", "migrate", "migrate -a start", "migrate -a start -l 3 -i 2",
                              "migrate -a start -l 3 -i 2 -s", "migrate start -l 3 -i 2 -s raid=raid5"})
-        EXPECT_EQ(told(StartLogDrvMigrate, line),
+        EXPECT_EQ(outcomeOf(StartLogDrvMigrate, line),
                   "2: Invalid number of parameters in command \"migrate -a start\"!\n")
             << line;
 }
 
-TEST_F(Migrate, ReadsLevelStripeAndCountFromItsText) {
+TEST_F(Migrate, ReadsLevelStripeAndCountFromTheText) {
     const struct {
         const char* text;
         std::uint8_t from;
@@ -112,17 +111,17 @@ TEST_F(Migrate, ReadsLevelStripeAndCountFromItsText) {
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
         expectRequest(start.request);
-        EXPECT_EQ(outcomeOfStart(start.text), kStartedTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kStartedOutcome) << start.text;
     }
 }
 
-TEST_F(Migrate, KeepsAsMuchOfTheStripeAsTheRequestHolds) {
+TEST_F(Migrate, TruncatesTheStripeToTheRequest) {
     expectLookup(2, 3, driveAt(5, 70000));
     expectRequest(requestFor(5, 4464));
-    EXPECT_EQ(outcomeOfStart("raid=raid5"), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid5"), kStartedOutcome);
 }
 
-TEST_F(Migrate, RefusesALowerLevel) {
+TEST_F(Migrate, RejectsLowerLevel) {
     const struct {
         std::uint8_t from;
         const char* text;
@@ -130,11 +129,11 @@ TEST_F(Migrate, RefusesALowerLevel) {
                   {16, "raid=raid1,count=9"}, {5, "raid=raid10"}, {96, "raid=raid0"}};
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
-        EXPECT_EQ(outcomeOfStart(start.text), kDownwardsTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kDownwardsOutcome) << start.text;
     }
 }
 
-TEST_F(Migrate, AsksForACountThatFitsTheLevel) {
+TEST_F(Migrate, RequiresACountThatFitsTheLevel) {
     const struct {
         std::uint8_t from;
         const char* text;
@@ -145,11 +144,11 @@ TEST_F(Migrate, AsksForACountThatFitsTheLevel) {
         {80, "stripe=64"},           {5, "raid=raid50,count=2,count=5"}, {5, "raid=raid50,count=258"}};
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
-        EXPECT_EQ(outcomeOfStart(start.text), kCountTold) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kCountOutcome) << start.text;
     }
 }
 
-TEST_F(Migrate, GoesOnAfterAnUnknownLevel) {
+TEST_F(Migrate, ContinuesAfterUnknownLevel) {
     expectLookup(2, 3, driveAt(0));
     EXPECT_EQ(outcomeOfStart("raid=raid 5"),
               "1: Unknown RAID level 'raid 5' specified!\n"
@@ -162,52 +161,52 @@ TEST_F(Migrate, GoesOnAfterAnUnknownLevel) {
               "1: Unknown RAID level '' specified!\nInvalid parameters for \"ctrl\"!\n");
 }
 
-TEST_F(Migrate, StopsAtTheFirstItemItDoesNotKnow) {
+TEST_F(Migrate, AbortsAtUnknownItem) {
     for (const char* text : {"RAID=raid5", "raid=raid5,Stripe=128", "raid=raid50,COUNT=2", "name=x", "x=raid",
                              "", "raid=raid5,", ",raid=raid5", "raid=raid5,,stripe=64", "raid,x", "=raid"})
-        EXPECT_EQ(outcomeOfStart(text), kUnknownItemTold) << text;
+        EXPECT_EQ(outcomeOfStart(text), kUnknownItemOutcome) << text;
 }
 
-TEST_F(Migrate, RefusesATextThatLacksAnEqualsSign) {
+TEST_F(Migrate, RejectsItemWithoutEqualsSign) {
     for (const char* text :
          {"raid", "raid raid5", "raid=raid5,stripe", "count", "stripe,raid=raid5", "raid=raid5,count 2"})
-        EXPECT_EQ(outcomeOfStart(text), kBadTextTold) << text;
+        EXPECT_EQ(outcomeOfStart(text), kBadTextOutcome) << text;
 }
 
-TEST_F(Migrate, NeedsBothIds) {
+TEST_F(Migrate, RequiresBothIds) {
     for (const char* line :
          {"-l 3 -l 3", "-i 2 -i 2", "-p 1 -e 0", "-l 2147483648 -i 2", "-l 3 -i 4294967295"})
-        EXPECT_EQ(told(StartLogDrvMigrate, std::string("migrate -a start ") + line + " -s raid=raid5"),
-                  kIdsTold)
+        EXPECT_EQ(outcomeOf(StartLogDrvMigrate, std::string("migrate -a start ") + line + " -s raid=raid5"),
+                  kIdsOutcome)
             << line;
 }
 
-TEST_F(Migrate, TakesTheFirstDriveOfTheFirstController) {
+TEST_F(Migrate, AcceptsIdsOfZero) {
     LogDrvInfo drive = driveDoing(0, 0);
     drive.raidLevel = 0;
     MigrateRequest request = requestFor(5, 32);
     request.logDrvId = 0;
     expectLookup(0, 0, drive);
     expectCall("q5_migrateHBAArray", bytesOf(hbaAddress(0), std::uint32_t{0}, request));
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -l 0 -i 0 -s raid=raid5,stripe=32"),
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -l 0 -i 0 -s raid=raid5,stripe=32"),
               "0: Migration is started on Array 0.\n");
 }
 
 TEST_F(Migrate, ChecksOptionsThenTextThenIdsThenTheDrive) {
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -q 1 -l x -s raid"), kUnknownOptionTold);
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -l 3 -l 3 -s raid"), kBadTextTold);
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -l 3 -l 3 -s x"), kUnknownItemTold);
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -q 1 -l x -s raid"), kUnknownOptionOutcome);
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -l 3 -l 3 -s raid"), kBadTextOutcome);
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -l 3 -l 3 -s x"), kUnknownItemOutcome);
     LogDrvInfo busy = driveAt(5);
     busy.activityStatus = 8;
     expectLookup(2, 3, busy);
-    EXPECT_EQ(outcomeOfStart("raid=raid0"), kDownwardsTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid0"), kDownwardsOutcome);
     expectLookup(2, 3, busy);
-    EXPECT_EQ(outcomeOfStart("raid=raidmf"), kCountTold);
+    EXPECT_EQ(outcomeOfStart("raid=raidmf"), kCountOutcome);
     expectLookup(2, 3, busy);
-    EXPECT_EQ(outcomeOfStart("raid=raid5"), kDoneSilently);
+    EXPECT_EQ(outcomeOfStart("raid=raid5"), kSilentSuccess);
 }
 
-// A request to RAID5 whose members are these.
+// A request for RAID5 with these members.
 static MigrateRequest requestWith(const std::vector<RequestMember>& members) {
     MigrateRequest request = requestFor(5);
     request.memberCount = static_cast<std::uint16_t>(members.size());
@@ -216,7 +215,7 @@ static MigrateRequest requestWith(const std::vector<RequestMember>& members) {
     return request;
 }
 
-TEST_F(Migrate, NamesItsMembers) {
+TEST_F(Migrate, SendsMembers) {
     const struct {
         Words options;
         std::vector<RequestMember> members;
@@ -235,27 +234,28 @@ TEST_F(Migrate, NamesItsMembers) {
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(0));
         expectRequest(requestWith(start.members));
-        EXPECT_EQ(outcomeOfStart("raid=raid5", start.options), kStartedTold)
+        EXPECT_EQ(outcomeOfStart("raid=raid5", start.options), kStartedOutcome)
             << testing::PrintToString(start.options);
     }
 }
 
-TEST_F(Migrate, TakesSixteenMembers) {
+TEST_F(Migrate, AcceptsSixteenMembers) {
     std::vector<RequestMember> members;
     for (std::uint32_t i = 0; i < 16; ++i)
         members.push_back({i + 1, i});
     expectLookup(2, 3, driveAt(0));
     expectRequest(requestWith(members));
     const std::string ids = "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20";
-    EXPECT_EQ(outcomeOfStart("raid=raid5", {"-p", ids, "-e", ids}), kStartedTold);
+    EXPECT_EQ(outcomeOfStart("raid=raid5", {"-p", ids, "-e", ids}), kStartedOutcome);
 }
 
-TEST_F(Migrate, TakesTheLastWordForTheText) {
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -s raid=raid5 -l 3 -i 2"), kUnknownItemTold);
-    // The last value is missing: the slot after the line is both the list and the text.
+TEST_F(Migrate, UsesTheLastWordAsTheText) {
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -s raid=raid5 -l 3 -i 2"), kUnknownItemOutcome);
+    // The last value is missing, so the next slot is both the list and the text.
     std::vector<RequestMember> members(9, {0, 0xFFFFFFFF});
     members.push_back({0, 4});
     expectLookup(2, 3, driveAt(0));
     expectRequest(requestWith(members));
-    EXPECT_EQ(told(StartLogDrvMigrate, "migrate -a start -i 2 -l 3 -s x -p", {"raid=raid5"}), kStartedTold);
+    EXPECT_EQ(outcomeOf(StartLogDrvMigrate, "migrate -a start -i 2 -l 3 -s x -p", {"raid=raid5"}),
+              kStartedOutcome);
 }

@@ -1,4 +1,4 @@
-// The one reader of options: each kind of row, missing values, and where it stops.
+// The option parser: each kind of option, missing values, and where it stops.
 #include "commands/options.h"
 
 #include <cstdio>
@@ -10,25 +10,25 @@ using Words = std::vector<std::string>;
 
 namespace {
 struct Seen {
-    bool verbose, controllerGiven;
-    std::uint32_t controller, count, drive, single, loose;
+    bool verbose, controllerPresent;
+    std::uint32_t controller, count, drive, impliedCount, lenient;
     IdList<> list, drives;
     IdList<2> shortList;
     const char* text;
-    int stoppedAt;
+    int endIndex;
 };
 } // namespace
 
-// What the command below, which does nothing but read every kind of option, has read.
+// The values parsed by the command below, which has every kind of option.
 static Seen seen;
 
 static int readEveryKind(int wordCount, char** words) {
     const Option options[] = {
         flagOption("-v", &seen.verbose),
-        numberOption("-i", "controller ID", &seen.controller, Result::badId, &seen.controllerGiven),
+        numberOption("-i", "controller ID", &seen.controller, Result::badId, &seen.controllerPresent),
         countOption("-c", "drive count", &seen.count, 16),
-        driveOption("-p", "physical drive ID", &seen.drive, &seen.single),
-        atoiOption("-o", &seen.loose),
+        driveOption("-p", "physical drive ID", &seen.drive, &seen.impliedCount),
+        atoiOption("-o", &seen.lenient),
         listOption("-e", &seen.list),
         driveListOption("-d", &seen.drives),
         listOption("-l", &seen.shortList),
@@ -36,19 +36,19 @@ static int readEveryKind(int wordCount, char** words) {
         ignoredOption("-s"),
     };
     return readOptions(wordCount, words, firstOption(wordCount, words), options, "No such option",
-                       &seen.stoppedAt);
+                       &seen.endIndex);
 }
 
 static void expectRead(const Words& words, const Words& stale = {}) {
     seen = {};
-    const Outcome outcome = run(readEveryKind, words, stale);
+    const CommandOutcome outcome = run(readEveryKind, words, stale);
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.output, "");
 }
 
 static void expectRefused(const std::string& line, int result, const std::string& output) {
     seen = {};
-    const Outcome outcome = run(readEveryKind, typed(line));
+    const CommandOutcome outcome = run(readEveryKind, splitWords(line));
     EXPECT_EQ(outcome.result, result) << line;
     EXPECT_EQ(outcome.output, output);
 }
@@ -61,78 +61,78 @@ static Words numbersOf(const IdList<Room>& list) {
     return numbers;
 }
 
-TEST(FirstOption, StandsBehindTheCommandWordOrTheAction) {
+TEST(FirstOption, FollowsTheCommandWordOrTheAction) {
     EXPECT_EQ(run(firstOption, {"ctrl"}).result, 1);
-    EXPECT_EQ(run(firstOption, typed("ctrl -v")).result, 1);
-    EXPECT_EQ(run(firstOption, typed("ctrl list -a")).result, 1);
-    EXPECT_EQ(run(firstOption, typed("ctrl -a list -v")).result, 3);
-    EXPECT_EQ(run(firstOption, typed("ctrl -A")).result, 3);
+    EXPECT_EQ(run(firstOption, splitWords("ctrl -v")).result, 1);
+    EXPECT_EQ(run(firstOption, splitWords("ctrl list -a")).result, 1);
+    EXPECT_EQ(run(firstOption, splitWords("ctrl -a list -v")).result, 3);
+    EXPECT_EQ(run(firstOption, splitWords("ctrl -A")).result, 3);
 }
 
-TEST(FirstOption, DoesNotLookAtAStaleWord) {
+TEST(FirstOption, IgnoresStaleWords) {
     EXPECT_EQ(run(firstOption, {"ctrl"}, {"-a", "list"}).result, 1);
     EXPECT_EQ(run(firstOption, {}, {"ctrl", "-a"}).result, 1);
 }
 
-TEST(ReadOptions, ReadNothingWithoutWords) {
+TEST(ReadOptions, ReadsNothingWithoutWords) {
     expectRead({"x"});
-    EXPECT_EQ(seen.stoppedAt, 1);
+    EXPECT_EQ(seen.endIndex, 1);
     expectRead({}, {"x", "-v"});
     EXPECT_FALSE(seen.verbose);
-    expectRead(typed("x -a -v"));
+    expectRead(splitWords("x -a -v"));
     EXPECT_FALSE(seen.verbose);
-    EXPECT_EQ(seen.stoppedAt, 3);
+    EXPECT_EQ(seen.endIndex, 3);
 }
 
-TEST(ReadOptions, ReadEveryKindOfEitherCase) {
-    expectRead(typed("x -V -I 7 -C 16 -P 3 -O 9x -E 4,5 -S w"));
+TEST(ReadOptions, ReadsEveryKindIgnoringCase) {
+    expectRead(splitWords("x -V -I 7 -C 16 -P 3 -O 9x -E 4,5 -S w"));
     EXPECT_TRUE(seen.verbose);
-    EXPECT_TRUE(seen.controllerGiven);
+    EXPECT_TRUE(seen.controllerPresent);
     EXPECT_EQ(seen.controller, 7u);
     EXPECT_EQ(seen.count, 16u);
     EXPECT_EQ(seen.drive, 2u);
-    EXPECT_EQ(seen.single, 1u);
-    EXPECT_EQ(seen.loose, 9u);
+    EXPECT_EQ(seen.impliedCount, 1u);
+    EXPECT_EQ(seen.lenient, 9u);
     EXPECT_EQ(numbersOf(seen.list), (Words{"4", "5"}));
-    EXPECT_EQ(seen.stoppedAt, 14);
+    EXPECT_EQ(seen.endIndex, 14);
 }
 
-TEST(ReadOptions, LeaveWhatIsNotGiven) {
-    expectRead(typed("x -v"));
-    EXPECT_FALSE(seen.controllerGiven);
-    EXPECT_EQ(seen.single, 0u);
+TEST(ReadOptions, LeavesMissingOptionsUnchanged) {
+    expectRead(splitWords("x -v"));
+    EXPECT_FALSE(seen.controllerPresent);
+    EXPECT_EQ(seen.impliedCount, 0u);
     EXPECT_EQ(seen.list.count, 0);
 }
 
-TEST(ReadOptions, LetTheLastOfSeveralWin) {
-    expectRead(typed("x -i 1 -i 2"));
+TEST(ReadOptions, KeepsTheLastOfRepeatedOptions) {
+    expectRead(splitWords("x -i 1 -i 2"));
     EXPECT_EQ(seen.controller, 2u);
 }
 
-TEST(ReadOptions, KeepACountFrom1ToItsMost) {
+TEST(ReadOptions, IgnoresCountsOutOfRange) {
     for (const char* ignored : {"0", "17", "4294967295"}) {
         expectRead({"x", "-c", "5", "-c", ignored});
         EXPECT_EQ(seen.count, 5u) << ignored;
     }
-    expectRead(typed("x -c 1"));
+    expectRead(splitWords("x -c 1"));
     EXPECT_EQ(seen.count, 1u);
 }
 
-TEST(ReadOptions, LowerDriveIdsByOne) {
-    expectRead(typed("x -p 1 -d 1,16,3"));
+TEST(ReadOptions, SubtractsOneFromDriveIds) {
+    expectRead(splitWords("x -p 1 -d 1,16,3"));
     EXPECT_EQ(seen.drive, 0u);
     EXPECT_EQ(numbersOf(seen.drives), (Words{"0", "15", "2"}));
-    expectRead(typed("x -p 0"));
+    expectRead(splitWords("x -p 0"));
     EXPECT_EQ(seen.drive, 0xFFFFFFFFu);
 }
 
-TEST(ReadOptions, KeepAsManyNumbersAsAListHasRoomFor) {
-    expectRead(typed("x -l 7,8,9 -e 1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17"));
+TEST(ReadOptions, TruncatesListsToTheirCapacity) {
+    expectRead(splitWords("x -l 7,8,9 -e 1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17"));
     EXPECT_EQ(numbersOf(seen.shortList), (Words{"7", "8"}));
     EXPECT_EQ(seen.list.count, 16);
 }
 
-TEST(ReadOptions, ReachNoFurtherThanTheRoomOfAList) {
+TEST(ReadOptions, StaysWithinTheCapacityOfAList) {
     std::uint32_t numbers[] = {4, 4, 4};
     int count = 0, index = 0;
     char letter[] = "-l", list[] = "7";
@@ -144,7 +144,7 @@ TEST(ReadOptions, ReachNoFurtherThanTheRoomOfAList) {
     EXPECT_EQ(numbers[2], 4u);
 }
 
-TEST(ReadOptions, TakeATextAsItIs) {
+TEST(ReadOptions, AcceptsAnyText) {
     const auto readText = [](int wordCount, char** words) {
         const int result = readEveryKind(wordCount, words);
         std::fputs(seen.text, stdout);
@@ -154,55 +154,55 @@ TEST(ReadOptions, TakeATextAsItIs) {
     EXPECT_EQ(run(readText, {"x", "-t"}).output, "");
 }
 
-TEST(ReadOptions, RefuseAnUnknownWord) {
+TEST(ReadOptions, RejectsUnknownWords) {
     for (const char* line : {"x -q", "x -v v", "x v", "x -i 1 2", "x -a list -q", "x -vv"})
         expectRefused(line, 1, "No such option\n");
 }
 
-TEST(ReadOptions, RefuseWhatIsNoNumberWithTheRowsResult) {
+TEST(ReadOptions, RejectsInvalidNumbersWithTheOptionsErrorCode) {
     expectRefused("x -i 1x", 6, "Invalid controller ID '1x' specified\n");
     expectRefused("x -c many", 1, "Invalid drive count 'many' specified\n");
     expectRefused("x -p -1", 6, "Invalid physical drive ID '-1' specified\n");
-    EXPECT_EQ(seen.single, 0u);
+    EXPECT_EQ(seen.impliedCount, 0u);
 }
 
-TEST(ReadOptions, KeepWhatStoodBeforeTheFault) {
+TEST(ReadOptions, KeepsOptionsBeforeAnError) {
     expectRefused("x -v -i 3 -c x -p 5", 1, "Invalid drive count 'x' specified\n");
     EXPECT_TRUE(seen.verbose);
     EXPECT_EQ(seen.controller, 3u);
     EXPECT_EQ(seen.drive, 0u);
 }
 
-TEST(ReadOptions, ReadALooseNumberFromAnything) {
+TEST(ReadOptions, ReadsNumbersAsAtoiDoes) {
     for (const auto& [word, number] : {std::pair{"x", 0u}, {"-1", 0xFFFFFFFFu}, {"3.9", 3u}, {"", 0u}}) {
         expectRead({"x", "-o", word});
-        EXPECT_EQ(seen.loose, number) << word;
+        EXPECT_EQ(seen.lenient, number) << word;
     }
 }
 
-TEST(ReadOptions, ReadAMissingValueFromTheNextSlot) {
-    expectRead(typed("x -i"), {"9", "-q"});
+TEST(ReadOptions, ReadsMissingValueFromTheNextSlot) {
+    expectRead(splitWords("x -i"), {"9", "-q"});
     EXPECT_EQ(seen.controller, 9u);
-    EXPECT_EQ(seen.stoppedAt, 3);
+    EXPECT_EQ(seen.endIndex, 3);
     expectRefused("x -i", 6, "Invalid controller ID '' specified\n");
 }
 
-TEST(ReadOptions, ReadNoValueBeyondTheTable) {
+TEST(ReadOptions, ReadsNoValuePastTheTable) {
     expectRefused("x -v -v -v -v -v -v -v -v -v -v -v -v -v -v -i", 6,
                   "Invalid controller ID '' specified\n");
-    expectRead(typed("x -v -v -v -v -v -v -v -v -v -v -v -v -v -v -e"));
+    expectRead(splitWords("x -v -v -v -v -v -v -v -v -v -v -v -v -v -v -e"));
     EXPECT_EQ(seen.list.count, 0);
-    expectRead(typed("x -v -v -v -v -v -v -v -v -v -v -v -v -v -v -s"));
-    EXPECT_EQ(seen.stoppedAt, 17);
+    expectRead(splitWords("x -v -v -v -v -v -v -v -v -v -v -v -v -v -v -s"));
+    EXPECT_EQ(seen.endIndex, 17);
 }
 
-TEST(ReadOptions, TakeAValueThatLooksLikeAnOption) {
-    expectRead(typed("x -s -q -v"));
+TEST(ReadOptions, AcceptsValueThatLooksLikeAnOption) {
+    expectRead(splitWords("x -s -q -v"));
     EXPECT_TRUE(seen.verbose);
     expectRefused("x -i -v", 6, "Invalid controller ID '-v' specified\n");
 }
 
-TEST(ReadOption, StaysAtAWordThatIsNoOption) {
+TEST(ReadOption, DoesNotAdvanceAtAnUnknownWord) {
     bool verbose = false;
     const Option options[] = {flagOption("-v", &verbose)};
     char flag[] = "-V", other[] = "other";

@@ -1,19 +1,14 @@
-// The 3 Gb/s option of phydrv. Its IDs are single bytes, read as far as they are numbers.
+// The 3 Gb/s option of phydrv. Its IDs are single bytes, read as atoi does.
 #include <algorithm>
 
 #include "adapter/phydrv.h"
 #include "commands/phydrv.h"
 #include "tests/mock_adapter.h"
 
-using PhyDrvSpeed = Scripted;
+using PhyDrvSpeed = MockAdapterTest;
 
 static const std::uint32_t kZero = 0;
 static const std::uint32_t kSettingSize = 4;
-
-static std::string told(int (*function)(int, char**), const std::string& line) {
-    const Outcome outcome = run(function, typed(line));
-    return std::to_string(outcome.result) + ": " + outcome.output;
-}
 
 static Bytes text(const std::string& characters) {
     Bytes bytes(characters.begin(), characters.end());
@@ -21,31 +16,31 @@ static Bytes text(const std::string& characters) {
     return bytes;
 }
 
-// The lookup of a drive, which the adapter answers under another ID and with noise around the texts.
+// Expects the lookup of a drive. The reply has another ID, and a pattern around the texts.
 static void expectLookup(std::uint32_t controller, std::uint32_t drive, const std::string& model = "ST-1",
                          const std::string& firmware = "3.A") {
     PhyDrvInfo entry;
     std::memset(&entry, 0xA5, sizeof entry);
     std::memcpy(entry.model, model.c_str(), std::min(sizeof entry.model, model.size() + 1));
     std::memcpy(entry.firmware, firmware.c_str(), std::min(sizeof entry.firmware, firmware.size() + 1));
-    expectCall("q5_getPhyDrvInfo", asks(controller, PhyDrvQuery{drive, 1, 255, {}}, 728),
+    expectCall("q5_getPhyDrvInfo", queryFor(controller, PhyDrvQuery{drive, 1, 255, {}}, 728),
                listReply<PhyDrvInfo>({entry}), -1);
 }
 
 static void expectNoDrive(std::uint32_t controller, std::uint32_t drive) {
-    expectCall("q5_getPhyDrvInfo", asks(controller, PhyDrvQuery{drive, 1, 255, {}}, 728));
+    expectCall("q5_getPhyDrvInfo", queryFor(controller, PhyDrvQuery{drive, 1, 255, {}}, 728));
 }
 
 static Bytes setsTo(int setting) {
-    return joined({bytesOf(hbaAddress(1), kZero), text("ST-1"), text("3.A"),
+    return concat({bytesOf(hbaAddress(1), kZero), text("ST-1"), text("3.A"),
                    bytesOf(std::int32_t{setting}, kSettingSize)});
 }
 
-static Bytes asksFor(const std::string& model, const std::string& firmware) {
-    return joined({bytesOf(hbaAddress(1), kZero), text(model), text(firmware), bytesOf(kSettingSize)});
+static Bytes speedQuery(const std::string& model, const std::string& firmware) {
+    return concat({bytesOf(hbaAddress(1), kZero), text(model), text(firmware), bytesOf(kSettingSize)});
 }
 
-TEST_F(PhyDrvSpeed, SetsWhatWasGivenForTheDrivesModelAndFirmware) {
+TEST_F(PhyDrvSpeed, SetsTheOptionForTheDrivesModelAndFirmware) {
     const std::pair<const char*, int> settings[] = {
         {"1", 1},    {"0", 0},  {"-5", -5}, {"4x", 4},
         {"+007", 7}, {"on", 0}, {"", 0},    {"2147483647", 2147483647},
@@ -53,26 +48,27 @@ TEST_F(PhyDrvSpeed, SetsWhatWasGivenForTheDrivesModelAndFirmware) {
     for (const auto& [given, setting] : settings) {
         expectLookup(1, 2);
         expectCall("q5_setDataTransferSpeed", setsTo(setting));
-        const Outcome outcome = run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", given});
+        const CommandOutcome outcome =
+            run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", given});
         EXPECT_EQ(outcome.result, 0) << given;
         EXPECT_EQ(outcome.output, "") << given;
     }
 }
 
-TEST_F(PhyDrvSpeed, TakesTheOptionsInAnyOrderAndLeavesAMissingOneAtZero) {
+TEST_F(PhyDrvSpeed, AcceptsOptionsInAnyOrderAndDefaultsToZero) {
     expectLookup(1, 2);
     expectCall("q5_setDataTransferSpeed", setsTo(1));
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -E 1 -I 1 -P 3"), "0: ");
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -E 1 -I 1 -P 3"), "0: ");
     expectLookup(1, 0);
     expectCall("q5_setDataTransferSpeed", setsTo(0));
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -i 9 -i 1"), "0: ");
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -i 9 -i 1"), "0: ");
 }
 
-TEST_F(PhyDrvSpeed, SaysWhichDriveCouldNotBeSet) {
+TEST_F(PhyDrvSpeed, ReportsDriveThatCouldNotBeSet) {
     for (const int result : {1, -1}) {
         expectLookup(1, 2);
         expectCall("q5_setDataTransferSpeed", setsTo(1), {}, result);
-        EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -p 3 -i 1 -e 1"),
+        EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 3 -i 1 -e 1"),
                   "8: Failed to set the 3G setting for control 1 disk 2\n");
     }
 }
@@ -80,28 +76,28 @@ TEST_F(PhyDrvSpeed, SaysWhichDriveCouldNotBeSet) {
 TEST_F(PhyDrvSpeed, ShowsWhetherTheOptionIsOn) {
     for (const int setting : {1, -1, 256}) {
         expectLookup(1, 2);
-        expectCall("q5_getDataTransferSpeed", asksFor("ST-1", "3.A"), bytesOf(setting));
-        EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 3 -i 1"),
+        expectCall("q5_getDataTransferSpeed", speedQuery("ST-1", "3.A"), bytesOf(setting));
+        EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 3 -i 1"),
                   "0: 3G option in control 1 disk 2 ST-1 is on.\n");
     }
     expectLookup(1, 2);
-    expectCall("q5_getDataTransferSpeed", asksFor("ST-1", "3.A"));
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -I 1 -P 3"),
+    expectCall("q5_getDataTransferSpeed", speedQuery("ST-1", "3.A"));
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -I 1 -P 3"),
               "0: 3G option in control 1 disk 2 ST-1 is off.\n");
 }
 
-TEST_F(PhyDrvSpeed, NamesTheControllerWhenTheOptionCannotBeRead) {
+TEST_F(PhyDrvSpeed, ReportsDriveThatCouldNotBeRead) {
     for (const int result : {1, -1}) {
         expectLookup(1, 2);
-        expectCall("q5_getDataTransferSpeed", asksFor("ST-1", "3.A"), bytesOf(1), result);
-        EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 3 -i 1"),
+        expectCall("q5_getDataTransferSpeed", speedQuery("ST-1", "3.A"), bytesOf(1), result);
+        EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 3 -i 1"),
                   "8: Failed to get the 3G setting for control 1 disk 2\n");
     }
 }
 
 namespace {
-// A drive ID and a controller ID as typed, and the bytes that are kept of them.
-struct Kept {
+// A drive ID and a controller ID as words and as the bytes they are truncated to.
+struct IdCase {
     const char* drive;
     std::uint32_t driveId;
     const char* controller;
@@ -109,83 +105,84 @@ struct Kept {
 };
 } // namespace
 
-static const Kept kKept[] = {
+static const IdCase kIdCases[] = {
     {"1", 0, "0", 0},       {"256", 255, "255", 255}, {"257", 0, "256", 0}, {"0", 255, "257", 1},
     {"-1", 254, "-1", 255}, {"x", 255, "y", 0},       {"3x", 2, "1.9", 1},  {"514", 1, "65537", 1},
 };
 
-TEST_F(PhyDrvSpeed, KeepsOneByteOfEachId) {
-    for (const Kept& kept : kKept) {
-        const std::string options = std::string(" -p ") + kept.drive + " -i " + kept.controller;
-        const std::string missing = "8: Disk " + std::to_string(kept.driveId) + " is not existed!\n";
-        expectNoDrive(kept.controllerId, kept.driveId);
-        EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G" + options), missing) << options;
-        expectNoDrive(kept.controllerId, kept.driveId);
-        EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G" + options), missing) << options;
+TEST_F(PhyDrvSpeed, TruncatesIdsToOneByte) {
+    for (const IdCase& row : kIdCases) {
+        const std::string options = std::string(" -p ") + row.drive + " -i " + row.controller;
+        const std::string missing = "8: Disk " + std::to_string(row.driveId) + " is not existed!\n";
+        expectNoDrive(row.controllerId, row.driveId);
+        EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G" + options), missing) << options;
+        expectNoDrive(row.controllerId, row.driveId);
+        EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G" + options), missing) << options;
     }
 }
 
-TEST_F(PhyDrvSpeed, PrintsTheBytesItKept) {
+TEST_F(PhyDrvSpeed, PrintsTheTruncatedIds) {
     expectLookup(255, 255);
     expectCall("q5_getDataTransferSpeed",
-               joined({bytesOf(hbaAddress(255), kZero), text("ST-1"), text("3.A"), bytesOf(kSettingSize)}),
+               concat({bytesOf(hbaAddress(255), kZero), text("ST-1"), text("3.A"), bytesOf(kSettingSize)}),
                {}, 1);
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 0 -i -1"),
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 0 -i -1"),
               "8: Failed to get the 3G setting for control 255 disk 255\n");
     expectLookup(1, 255);
     expectCall("q5_setDataTransferSpeed", setsTo(0), {}, 1);
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -p 0 -i 257"),
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 0 -i 257"),
               "8: Failed to set the 3G setting for control 1 disk 255\n");
 }
 
-TEST_F(PhyDrvSpeed, HandsUnterminatedTextsOverUpToTheirFieldsEnd) {
+TEST_F(PhyDrvSpeed, PassesUnterminatedTextsUpToTheEndOfTheirFields) {
     const std::string model(22, 'M'), firmware(38, 'F');
     expectLookup(1, 0, model, firmware);
-    expectCall("q5_getDataTransferSpeed", asksFor(model, firmware));
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -i 1"),
+    expectCall("q5_getDataTransferSpeed", speedQuery(model, firmware));
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -i 1"),
               "0: 3G option in control 1 disk 0 " + model + " is off.\n");
     expectLookup(1, 0, model, firmware);
-    expectCall("q5_setDataTransferSpeed", joined({bytesOf(hbaAddress(1), kZero), text(model), text(firmware),
+    expectCall("q5_setDataTransferSpeed", concat({bytesOf(hbaAddress(1), kZero), text(model), text(firmware),
                                                   bytesOf(std::int32_t{2}, kSettingSize)}));
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -i 1 -e 2"), "0: ");
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -i 1 -e 2"), "0: ");
 }
 
-TEST_F(PhyDrvSpeed, FindsNoDriveInAReplyOfLessThanOneEntry) {
+TEST_F(PhyDrvSpeed, ReportsMissingDriveForIncompleteReply) {
     for (const std::size_t used : {0u, 63u, 64u, 727u}) {
-        expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{0, 1, 255, {}}, 728),
-                   bytesOf(headerOf(used), PhyDrvInfo{}));
-        EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -i 0"), "8: Disk 0 is not existed!\n");
+        expectCall("q5_getPhyDrvInfo", queryFor(0, PhyDrvQuery{0, 1, 255, {}}, 728),
+                   bytesOf(replyHeader(used), PhyDrvInfo{}));
+        EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -i 0"), "8: Disk 0 is not existed!\n");
     }
 }
 
-TEST_F(PhyDrvSpeed, CountsTheWords) {
+TEST_F(PhyDrvSpeed, ChecksTheWordCount) {
     const std::string set = "2: Invalid number of parameters for \"phydrv -a set3G\" defined\n";
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -p 3 -z"), set);
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G"), set);
-    EXPECT_EQ(told(Set3GSpeed, "phydrv"), set);
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 3 -z"), set);
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G"), set);
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv"), set);
     const std::string list = "2: Invalid number of parameters for \"phydrv -a list3G\" defined\n";
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -z"), list);
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G"), list);
-    EXPECT_EQ(told(List3GSpeed, "phydrv"), list);
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -z"), list);
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G"), list);
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv"), list);
     expectNoDrive(0, 2);
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 3"), "8: Disk 2 is not existed!\n");
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 3"), "8: Disk 2 is not existed!\n");
 }
 
-TEST_F(PhyDrvSpeed, RefusesUnknownOptionsBeforeAnyCall) {
+TEST_F(PhyDrvSpeed, RejectsUnknownOptionsBeforeAnyCall) {
     const std::string set = "1: Invalid subcommand for \"phydrv -a set3G\" defined\n";
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -p 3 -m 1"), set);
-    EXPECT_EQ(told(Set3GSpeed, "phydrv -a set3G -p 3 -i 1 -f"), set);
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 3 -m 1"), set);
+    EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 3 -i 1 -f"), set);
     const std::string list = "1: Invalid subcommand for \"phydrv -a list3G\" defined\n";
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G -p 3 -e 1"), list);
-    EXPECT_EQ(told(List3GSpeed, "phydrv -a list3G p 3"), list);
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 3 -e 1"), list);
+    EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G p 3"), list);
 }
 
-TEST_F(PhyDrvSpeed, LooksAtAStaleSlotForAMissingValueButNotBeyondTheTable) {
+TEST_F(PhyDrvSpeed, ReadsMissingValueFromAStaleSlotButNotPastTheTable) {
     expectNoDrive(7, 2);
-    EXPECT_EQ(run(Set3GSpeed, typed("phydrv -a set3G -p 3 -e 1 -i"), {"7"}).result, 8);
+    EXPECT_EQ(run(Set3GSpeed, splitWords("phydrv -a set3G -p 3 -e 1 -i"), {"7"}).result, 8);
     expectNoDrive(0, 8);
-    EXPECT_EQ(run(List3GSpeed, typed("phydrv -a list3G -i 0 -p"), {"9"}).output, "Disk 8 is not existed!\n");
-    std::vector<std::string> words = typed("phydrv -a list3G");
+    EXPECT_EQ(run(List3GSpeed, splitWords("phydrv -a list3G -i 0 -p"), {"9"}).output,
+              "Disk 8 is not existed!\n");
+    std::vector<std::string> words = splitWords("phydrv -a list3G");
     words.resize(16, "-p");
     expectNoDrive(0, 255);
     EXPECT_EQ(run(List3GSpeed, words).output, "Disk 255 is not existed!\n");

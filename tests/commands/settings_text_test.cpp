@@ -1,4 +1,4 @@
-// Settings texts: cutting them into items and reading the items.
+// Settings texts: splitting them into items and parsing the items.
 #include "commands/settings_text.h"
 
 #include <string>
@@ -17,26 +17,26 @@ static Items itemsOf(std::string text) {
     return items;
 }
 
-TEST(CopySettings, KeepsALongWordWhole) {
+TEST(CopySettings, CopiesAWordOfMaximumLength) {
     SettingsText settings;
     const std::string word(256, 'x');
     copySettings(&settings, word.c_str());
     EXPECT_EQ(settings.text, word);
 }
 
-TEST(CopySettings, CutsALongerText) {
+TEST(CopySettings, TruncatesALongerText) {
     SettingsText settings;
     copySettings(&settings, std::string(1000, 'x').c_str());
     EXPECT_EQ(settings.text, std::string(256, 'x'));
 }
 
-TEST(NextItem, SeparatesAtEveryComma) {
+TEST(NextItem, SplitsAtEveryComma) {
     EXPECT_EQ(itemsOf("a=1,b=2"), (Items{"a=1", "b=2"}));
     EXPECT_EQ(itemsOf("a"), (Items{"a"}));
     EXPECT_EQ(itemsOf("a, b "), (Items{"a", " b "}));
 }
 
-TEST(NextItem, FindsEmptyItems) {
+TEST(NextItem, ReturnsEmptyItems) {
     EXPECT_EQ(itemsOf(""), (Items{""}));
     EXPECT_EQ(itemsOf(","), (Items{"", ""}));
     EXPECT_EQ(itemsOf(",a,,b,"), (Items{"", "a", "", "b", ""}));
@@ -51,7 +51,7 @@ TEST(ItemValue, FollowsTheFirstEqualsSign) {
     EXPECT_EQ(itemValue(""), nullptr);
 }
 
-TEST(ItemSays, FindsAWordAnywhereInAnyCase) {
+TEST(ItemContains, FindsAWordAnywhereIgnoringCase) {
     EXPECT_TRUE(itemContains("WritePolicy=Auto", "writepolicy"));
     EXPECT_TRUE(itemContains("xmprate", "mprate"));
     EXPECT_FALSE(itemContains("mprat", "mprate"));
@@ -60,78 +60,78 @@ TEST(ItemSays, FindsAWordAnywhereInAnyCase) {
 
 static void expectSwitch(const char* item, ItemResult result, int stored) {
     std::uint8_t field = 77;
-    EXPECT_EQ(readSwitch(item, &field), result) << item;
+    EXPECT_EQ(parseSwitch(item, &field), result) << item;
     EXPECT_EQ(field, stored) << item;
 }
 
-TEST(ReadSwitch, StoresWhatTheItemSays) {
+TEST(ParseSwitch, StoresTheState) {
     expectSwitch("smart=enable", ItemResult::ok, 1);
     expectSwitch("smart=disable", ItemResult::ok, 0);
     expectSwitch("smart=disabled", ItemResult::ok, 0);
 }
 
-TEST(ReadSwitch, LooksForEnableFirst) {
+TEST(ParseSwitch, PrefersEnable) {
     expectSwitch("disable,enable", ItemResult::ok, 1);
 }
 
-TEST(ReadSwitch, StoresZeroForABadItem) {
+TEST(ParseSwitch, StoresZeroForAnInvalidItem) {
     expectSwitch("smart=on", ItemResult::invalid, 0);
     expectSwitch("", ItemResult::invalid, 0);
 }
 
 template <std::size_t Size>
-static std::string nameRead(const std::string& value) {
+static std::string parsedName(const std::string& value) {
     char field[Size];
     std::memset(field, 0x55, Size);
-    readName(value.c_str(), field, Size);
+    parseName(value.c_str(), field, Size);
     return {field, field + Size};
 }
 
-TEST(ReadName, DropsTheBlanksAroundAName) {
-    EXPECT_EQ(nameRead<8>("  a b  "), std::string("a b\0\0\0\0\0", 8));
-    EXPECT_EQ(nameRead<4>("   "), std::string(4, '\0'));
-    EXPECT_EQ(nameRead<4>(""), std::string(4, '\0'));
-    EXPECT_EQ(nameRead<4>("\tx"), std::string("\tx\0\0", 4));
+TEST(ParseName, TrimsBlanks) {
+    EXPECT_EQ(parsedName<8>("  a b  "), std::string("a b\0\0\0\0\0", 8));
+    EXPECT_EQ(parsedName<4>("   "), std::string(4, '\0'));
+    EXPECT_EQ(parsedName<4>(""), std::string(4, '\0'));
+    EXPECT_EQ(parsedName<4>("\tx"), std::string("\tx\0\0", 4));
 }
 
-TEST(ReadName, LooksAt127CharactersBehindTheLeadingBlanks) {
-    EXPECT_EQ(nameRead<132>("  " + std::string(130, 'x')), std::string(127, 'x') + std::string(5, '\0'));
-    EXPECT_EQ(nameRead<132>(std::string(120, 'x') + std::string(7, ' ') + "y"),
+TEST(ParseName, Considers127CharactersAfterTheLeadingBlanks) {
+    EXPECT_EQ(parsedName<132>("  " + std::string(130, 'x')), std::string(127, 'x') + std::string(5, '\0'));
+    EXPECT_EQ(parsedName<132>(std::string(120, 'x') + std::string(7, ' ') + "y"),
               std::string(120, 'x') + std::string(12, '\0'));
 }
 
-TEST(ReadName, CutsANameToItsField) {
-    EXPECT_EQ(nameRead<4>("abc"), std::string("abc\0", 4));
-    EXPECT_EQ(nameRead<4>("abcdef"), std::string("abc\0", 4));
-    EXPECT_EQ(nameRead<32>(std::string(200, 'x')), std::string(31, 'x') + '\0');
+TEST(ParseName, TruncatesANameToItsField) {
+    EXPECT_EQ(parsedName<4>("abc"), std::string("abc\0", 4));
+    EXPECT_EQ(parsedName<4>("abcdef"), std::string("abc\0", 4));
+    EXPECT_EQ(parsedName<32>(std::string(200, 'x')), std::string(31, 'x') + '\0');
 }
 
-TEST(StopItems, SaysWhy) {
-    EXPECT_EQ(printed([] { EXPECT_EQ(abortItems("No such item"), ItemResult::abort); }), "No such item\n");
+TEST(AbortItems, PrintsTheMessage) {
+    EXPECT_EQ(outputOf([] { EXPECT_EQ(abortItems("No such item"), ItemResult::abort); }), "No such item\n");
 }
 
-// Notes its items: "bad" is a bad one, "stop" ends the command.
-static ItemResult note(Items* items, const char* item) {
+// Records its items. "bad" is invalid, "stop" aborts.
+static ItemResult record(Items* items, const char* item) {
     items->push_back(item);
     if (items->back() == "stop")
         return abortItems("Stopped");
     return items->back() == "bad" ? ItemResult::invalid : ItemResult::ok;
 }
 
-static void expectApplied(const char* text, const Items& looked, int result, const std::string& output) {
+static void expectApplied(const char* text, const Items& expected, int result, const std::string& output) {
     Items items;
-    EXPECT_EQ(printed([&] { EXPECT_EQ(applyItems(text, &items, note, "Bad text"), result); }), output);
-    EXPECT_EQ(items, looked);
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(applyItems(text, &items, record, "Bad text"), result); }), output);
+    EXPECT_EQ(items, expected);
 }
 
-TEST(ApplyItems, LooksAtEveryItemInOrder) {
+TEST(ApplyItems, AppliesEveryItemInOrder) {
     expectApplied("b,a,,c", {"b", "a", "", "c"}, 0, "");
 }
 
-TEST(ApplyItems, GoesOnAfterABadItem) {
+TEST(ApplyItems, ContinuesAfterAnInvalidItem) {
     expectApplied("a,bad,bad,c", {"a", "bad", "bad", "c"}, 1, "Bad text\n");
 }
 
-TEST(ApplyItems, EndsWhereAnItemStops) {
+TEST(ApplyItems, StopsAtAnAbort) {
     expectApplied("bad,stop,c", {"bad", "stop"}, 1, "Stopped\n");
 }

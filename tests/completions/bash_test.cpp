@@ -10,11 +10,11 @@ static std::string candidates(const std::string& line) {
     const TempDir directory;
     directory.write("settings.txt", "");
     directory.write("other.txt", "");
-    const Outcome outcome = runProgram({.words = {BASH_PROGRAM, "--norc", "-c", script, "bash",
-                                                  std::string(COMPLETIONS) + "/cli.bash", line},
-                                        .variables = {"PATH=/usr/bin:/bin:/usr/local/bin"},
-                                        .directory = directory.path()},
-                                       "");
+    const ProcessOutcome outcome = runProgram({.words = {BASH_PROGRAM, "--norc", "-c", script, "bash",
+                                                         std::string(COMPLETIONS) + "/cli.bash", line},
+                                               .variables = {"PATH=/usr/bin:/bin:/usr/local/bin"},
+                                               .directory = directory.path()},
+                                              "");
     EXPECT_EQ(outcome.err, "");
     return outcome.out;
 }
@@ -93,7 +93,7 @@ TEST_F(BashCompletion, CompletesOnATerminal) {
     directory.write("inputrc", "set enable-bracketed-paste off\n");
     directory.write("rc", "PS1='rea''dy>'; source '" COMPLETIONS "/cli.bash'\n"
                           "cli() { printf '<%s>' \"$@\"; echo; }\n");
-    const Outcome outcome = runOnTerminal(
+    const ProcessOutcome outcome = runOnTerminal(
         {.words = {BASH_PROGRAM, "--noprofile", "--rcfile", directory.path() + "/rc", "-i"},
          .variables = {"PATH=/usr/bin:/bin:/usr/local/bin", "TERM=vt100",
                        "HISTFILE=", "INPUTRC=" + directory.path() + "/inputrc"},

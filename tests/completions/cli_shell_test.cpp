@@ -52,7 +52,8 @@ exit 7
         return launch;
     }
 
-    Outcome onTerminal(const std::vector<std::string>& typed, const std::string& terminal = "vt100") const {
+    ProcessOutcome onTerminal(const std::vector<std::string>& typed,
+                              const std::string& terminal = "vt100") const {
         return runOnTerminal(launch({}, terminal), "ready", typed);
     }
 
@@ -61,14 +62,14 @@ exit 7
 };
 } // namespace
 
-static bool shows(const Outcome& outcome, const std::string& text) {
+static bool shows(const ProcessOutcome& outcome, const std::string& text) {
     return outcome.out.find(text) != std::string::npos;
 }
 
 TEST_F(CliShell, PassesHistoryAndWordListToTheEditor) {
     installEditor();
     directory.write(fs::path(words()).lexically_relative(directory.path()), "ctrl\n");
-    const Outcome outcome = onTerminal({"exit 0\n"});
+    const ProcessOutcome outcome = onTerminal({"exit 0\n"});
     EXPECT_TRUE(shows(outcome, "{--history-filename}{" + directory.path() + "/home/.cli_history}"))
         << outcome;
     const std::size_t breaks = outcome.out.find("{--break-chars}{\",}"), list = outcome.out.find("{--file}{");
@@ -79,7 +80,7 @@ TEST_F(CliShell, PassesHistoryAndWordListToTheEditor) {
 
 TEST_F(CliShell, RunsTheEditorWithoutAWordList) {
     installEditor();
-    const Outcome outcome = onTerminal({"exit 0\n"});
+    const ProcessOutcome outcome = onTerminal({"exit 0\n"});
     EXPECT_TRUE(shows(outcome, "{--history-filename}")) << outcome;
     EXPECT_FALSE(shows(outcome, "{--file}")) << outcome;
 }
@@ -108,7 +109,7 @@ TEST_F(CliShell, ExitsWithTheStatusOfThePrompt) {
 }
 
 TEST_F(CliShell, RunsThePlainPromptWithoutAnEditor) {
-    const Outcome outcome = onTerminal({"ctrl\n", "exit 3\n"});
+    const ProcessOutcome outcome = onTerminal({"ctrl\n", "exit 3\n"});
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);
@@ -116,13 +117,13 @@ TEST_F(CliShell, RunsThePlainPromptWithoutAnEditor) {
 
 TEST_F(CliShell, RunsThePlainPromptOnDumbTerminals) {
     installEditor();
-    const Outcome dumb = onTerminal({"exit 4\n"}, "dumb");
+    const ProcessOutcome dumb = onTerminal({"exit 4\n"}, "dumb");
     EXPECT_EQ(dumb.status, 4);
     EXPECT_FALSE(shows(dumb, "{")) << dumb;
-    const Outcome narrow = runOnTerminal({.words = {directory.path() + "/prefix/sbin/cli-shell"},
-                                          .variables = {"PATH=" + path, "TERM=vt100"},
-                                          .directory = directory.path()},
-                                         "ready", {"exit 5\n"});
+    const ProcessOutcome narrow = runOnTerminal({.words = {directory.path() + "/prefix/sbin/cli-shell"},
+                                                 .variables = {"PATH=" + path, "TERM=vt100"},
+                                                 .directory = directory.path()},
+                                                "ready", {"exit 5\n"});
     EXPECT_EQ(narrow.status, 5); // a terminal without a width
     EXPECT_FALSE(shows(narrow, "{")) << narrow;
 }
@@ -130,16 +131,17 @@ TEST_F(CliShell, RunsThePlainPromptOnDumbTerminals) {
 TEST_F(CliShell, RunsThePlainPromptOnPipes) {
     installEditor();
     EXPECT_EQ(runProgram(launch({}, "vt100"), "ctrl\nexit 9\n"),
-              (Outcome{9, "ready\ncli>[ctrl]\nready\ncli>", ""}));
+              (ProcessOutcome{9, "ready\ncli>[ctrl]\nready\ncli>", ""}));
 }
 
 TEST_F(CliShell, PassesArgumentsUnchanged) {
     installEditor();
     const std::vector<std::string> arguments = {"logdrv", "-s", "name=a b", "", "*"};
-    const Outcome outcome = runOnTerminal(launch(arguments, "vt100"), "ready", {});
+    const ProcessOutcome outcome = runOnTerminal(launch(arguments, "vt100"), "ready", {});
     EXPECT_EQ(outcome.out, "[logdrv][-s][name=a b][][*]");
     EXPECT_EQ(outcome.status, 6);
-    EXPECT_EQ(runProgram(launch(arguments, "vt100"), ""), (Outcome{6, "[logdrv][-s][name=a b][][*]", ""}));
+    EXPECT_EQ(runProgram(launch(arguments, "vt100"), ""),
+              (ProcessOutcome{6, "[logdrv][-s][name=a b][][*]", ""}));
 }
 
 namespace {
@@ -157,8 +159,8 @@ protected:
 
 // The keys that the help describes: backspace, left and right, and the command history with up and down.
 TEST_F(CliShellWithRlwrap, HasEditingKeysAndHistory) {
-    const Outcome outcome = onTerminal({"crX\x7fl\x1b[D\x1b[Dt\n", "rc\x1b[D\x1b[Db\x1b[C\x7fz\n", "bga\n",
-                                        "\x1b[A\x1b[A\x1b[A\x1b[B!\n", "exit 3\n"});
+    const ProcessOutcome outcome = onTerminal({"crX\x7fl\x1b[D\x1b[Dt\n", "rc\x1b[D\x1b[Db\x1b[C\x7fz\n",
+                                               "bga\n", "\x1b[A\x1b[A\x1b[A\x1b[B!\n", "exit 3\n"});
     EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[bzc]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[bzc!]")) << outcome;
@@ -167,7 +169,7 @@ TEST_F(CliShellWithRlwrap, HasEditingKeysAndHistory) {
 }
 
 TEST_F(CliShellWithRlwrap, CompletesWords) {
-    const Outcome outcome =
+    const ProcessOutcome outcome =
         onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n", "phyd\t -a set3\t\n", "exit 3\n"});
     EXPECT_TRUE(shows(outcome, "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]")) << outcome;
     EXPECT_TRUE(shows(outcome, "[phydrv -a set3G]")) << outcome;

@@ -19,7 +19,7 @@ static std::string screenAfter(const TempDir& directory, std::vector<std::string
                               "cli() { printf '<%s>' \"$@\"; echo }\n"
                               "PS1='rea''dy>'; stty rows 24 cols 200\n");
     lines.push_back("exit\n");
-    const Outcome outcome =
+    const ProcessOutcome outcome =
         runOnTerminal({.words = {ZSH_PROGRAM, "-d", "-i"},
                        .variables = {"PATH=/usr/bin:/bin:/usr/local/bin", "TERM=dumb",
                                      "ZDOTDIR=" + directory.path(), "HOME=" + directory.path()},
@@ -34,11 +34,11 @@ static bool shows(const std::string& screen, const std::string& text) {
 
 TEST_F(ZshCompletion, HasValidSyntax) {
     const TempDir directory;
-    const Outcome outcome = runProgram({.words = {ZSH_PROGRAM, "-f", "-n", COMPLETIONS "/_cli"},
-                                        .variables = {},
-                                        .directory = directory.path()},
-                                       "");
-    EXPECT_EQ(outcome, Outcome{});
+    const ProcessOutcome outcome = runProgram({.words = {ZSH_PROGRAM, "-f", "-n", COMPLETIONS "/_cli"},
+                                               .variables = {},
+                                               .directory = directory.path()},
+                                              "");
+    EXPECT_EQ(outcome, ProcessOutcome{});
 }
 
 TEST_F(ZshCompletion, CompletesCommandsActionsAndOptions) {

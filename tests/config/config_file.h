@@ -11,10 +11,10 @@
 #include "tests/mock_adapter.h"
 
 // A test with an empty plan and a directory that goes with it.
-class Configuration : public Scripted {
+class Configuration : public MockAdapterTest {
 protected:
     void SetUp() override {
-        Scripted::SetUp();
+        MockAdapterTest::SetUp();
         char name[] = "/tmp/configuration_XXXXXX";
         ASSERT_NE(mkdtemp(name), nullptr);
         directory = name;
@@ -23,7 +23,7 @@ protected:
     void TearDown() override {
         unlink(path.c_str());
         rmdir(directory.c_str());
-        Scripted::TearDown();
+        MockAdapterTest::TearDown();
     }
     void write(const std::string& text) const { std::ofstream(path, std::ios::binary) << text; }
     std::string contents() const {
@@ -47,7 +47,7 @@ Record readBack(int (*reader)(std::FILE*, Record*), const std::string& text,
     Record record;
     std::memset(&record, 0xA5, sizeof record);
     int result = -1;
-    const std::string output = printed([&] { result = reader(file, &record); });
+    const std::string output = outputOf([&] { result = reader(file, &record); });
     EXPECT_EQ(result, 0);
     if (messages != nullptr)
         *messages = output;

@@ -161,7 +161,7 @@ static CtrlConfigRecord shownRecord() {
 }
 
 TEST(CtrlBlock, ShowsARecordWithoutItsRebuildPolicy) {
-    EXPECT_EQ(printed([] { DisplayControllerConfig(shownRecord()); }),
+    EXPECT_EQ(outputOf([] { DisplayControllerConfig(shownRecord()); }),
               kFrameLine +
                   "<<Controller setting #3>>\n"
                   "Auto Rebuild : Enable\n"
@@ -179,7 +179,7 @@ TEST(CtrlBlock, ShowsARecordWithoutItsRebuildPolicy) {
 }
 
 TEST(CtrlBlock, ShowsAnEmptyRecord) {
-    EXPECT_EQ(printed([] { DisplayControllerConfig({}); }),
+    EXPECT_EQ(outputOf([] { DisplayControllerConfig({}); }),
               kFrameLine +
                   "<<Controller setting #0>>\n"
                   "Auto Rebuild : Disable\nSmart Check : Disable\nSynchronization rate : 0\n"

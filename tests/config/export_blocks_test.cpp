@@ -3,12 +3,12 @@
 
 #include "tests/config/export_calls.h"
 
-using ExportBlocks = Scripted;
+using ExportBlocks = MockAdapterTest;
 
 // What a writer of blocks writes for so many controllers.
 static std::string written(int (*writer)(std::uint32_t, std::FILE*), std::uint32_t controllers) {
     std::FILE* file = std::tmpfile();
-    EXPECT_EQ(printed([&] { EXPECT_EQ(writer(controllers, file), 0); }), "");
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(writer(controllers, file), 0); }), "");
     std::rewind(file);
     std::string text;
     for (int c; (c = std::getc(file)) != EOF;)
@@ -27,7 +27,7 @@ TEST_F(ExportBlocks, ControllersCarryTheirOwnNumber) {
     expectCtrlBlockRead(0);
     expectSettingsRead(1, {});
     expectBuzzerRead(1, 0);
-    expectDrivesRead(1, bytesOf(headerOf(64)));
+    expectDrivesRead(1, bytesOf(replyHeader(64)));
     const std::string silent =
         "<AutoRebuild> Disable\n<SyncRate> 0\n<InitRate> 0\n<MPRate> 0\n<MigrateRate> 0\n"
         "<RebuildRate> 0\n<SmartCEnable> Disable\n<SmartPollInt> 0\n<EncPollInt> 0\n"
@@ -39,7 +39,7 @@ TEST_F(ExportBlocks, AControllerThatDoesNotAnswerIsWrittenAsZeroes) {
     expectSettingsRead(0, controllerSettings());
     expectBuzzerRead(0, 1);
     expectDrivesRead(0, {});
-    expectCall("q5_getControllerSettings", asks(1, ControllerQuery{1, 1, 0, {}}, 88), {}, -1);
+    expectCall("q5_getControllerSettings", queryFor(1, ControllerQuery{1, 1, 0, {}}, 88), {}, -1);
     expectCall("q5_getBuzzerStatus", bytesOf(hbaAddress(1), std::uint32_t{0}, std::uint32_t{1}), {}, 1);
     expectDrivesRead(1, {}, 1);
     const std::string text = written(WriteCtrlSettings, 2);
@@ -85,7 +85,7 @@ TEST_F(ExportBlocks, SparesAreCountedNoFurtherThanTheReplyReaches) {
 
 TEST_F(ExportBlocks, DrivesAreNumberedThroughAllControllers) {
     expectDriveSettingsRead(0, listReply<PhyDrvSettings>({driveSettings(0), driveSettings(2)}));
-    expectDriveSettingsRead(1, bytesOf(headerOf(64)));
+    expectDriveSettingsRead(1, bytesOf(replyHeader(64)));
     expectDriveSettingsRead(2, listReply<PhyDrvSettings>({driveSettings(0)}));
     EXPECT_EQ(written(WritePDSettings, 3), driveBlock(0, 0, 1) + driveBlock(1, 0, 3) + driveBlock(2, 2, 1));
 }
@@ -135,7 +135,7 @@ TEST_F(ExportBlocks, SettingsThatDoNotComeAreZeroes) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 0;
     expectLogDrvsRead(0, {drive});
-    expectCall("q5_getLogDrvSettings", asks(0, LogDrvQuery{0, 128}, 14912), {}, 1);
+    expectCall("q5_getLogDrvSettings", queryFor(0, LogDrvQuery{0, 128}, 14912), {}, 1);
     const std::string text = written(WriteLDSettings, 1);
     EXPECT_NE(text.find("<LogDrvLookAheadValue> 0\n<LogDrvConsolidation> Disable\n"), std::string::npos)
         << text;
@@ -200,7 +200,8 @@ TEST_F(ExportBlocks, OnlyTheLowByteOfAnExtentsIndexIsKept) {
     member.extent[0].arrayId = 21;
     expectLogDrvsRead(0, {drive});
     expectLogDrvSettingsRead(0, {raid5Settings()});
-    expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{0, 1, 255, {}}, 728), listReply<PhyDrvInfo>({member}));
+    expectCall("q5_getPhyDrvInfo", queryFor(0, PhyDrvQuery{0, 1, 255, {}}, 728),
+               listReply<PhyDrvInfo>({member}));
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(7)");
 }
 
@@ -209,7 +210,7 @@ TEST_F(ExportBlocks, AMemberThatIsGoneHasNoExtent) {
     drive.diskCount = 1;
     expectLogDrvsRead(0, {drive});
     expectLogDrvSettingsRead(0, {raid5Settings()});
-    expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{0, 1, 255, {}}, 728), {}, 1);
+    expectCall("q5_getPhyDrvInfo", queryFor(0, PhyDrvQuery{0, 1, 255, {}}, 728), {}, 1);
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(-)");
 }
 
@@ -220,7 +221,8 @@ TEST_F(ExportBlocks, AnExtentCountBeyondTheRecordIsNotFollowed) {
     member.extentCount = 255;
     expectLogDrvsRead(0, {drive});
     expectLogDrvSettingsRead(0, {raid5Settings()});
-    expectCall("q5_getPhyDrvInfo", asks(0, PhyDrvQuery{0, 1, 255, {}}, 728), listReply<PhyDrvInfo>({member}));
+    expectCall("q5_getPhyDrvInfo", queryFor(0, PhyDrvQuery{0, 1, 255, {}}, 728),
+               listReply<PhyDrvInfo>({member}));
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(-)");
 }
 
@@ -240,14 +242,14 @@ TEST_F(ExportBlocks, LogicalDrivesAreWrittenNoFurtherThanTheReplyReaches) {
     drive.diskCount = 0;
     Bytes reply = listReply(std::vector<LogDrvInfo>(128, drive));
     std::memcpy(&reply[36], "\xff\xff\xff\xff", 4);
-    expectCall("q5_getLogDrvInfo", asks(0, LogDrvQuery{0, 128}, 26688), reply);
+    expectCall("q5_getLogDrvInfo", queryFor(0, LogDrvQuery{0, 128}, 26688), reply);
     expectLogDrvSettingsRead(0, {});
     const std::string text = written(WriteLDSettings, 1);
     EXPECT_NE(text.find("[LogDrvSetIndex] 127\n"), std::string::npos);
     EXPECT_EQ(text.find("[LogDrvSetIndex] 128\n"), std::string::npos);
     for (std::uint32_t bytesUsed : {0u, 63u, 271u}) {
         std::memcpy(&reply[36], &bytesUsed, 4);
-        expectCall("q5_getLogDrvInfo", asks(0, LogDrvQuery{0, 128}, 26688), reply);
+        expectCall("q5_getLogDrvInfo", queryFor(0, LogDrvQuery{0, 128}, 26688), reply);
         EXPECT_EQ(written(WriteLDSettings, 1), "") << bytesUsed;
     }
 }

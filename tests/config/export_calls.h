@@ -4,7 +4,7 @@
 #include "tests/config/config_blocks.h"
 
 inline void expectSettingsRead(std::uint32_t controller, const ControllerSettings& settings, int result = 0) {
-    expectCall("q5_getControllerSettings", asks(controller, ControllerQuery{controller, 1, 0, {}}, 88),
+    expectCall("q5_getControllerSettings", queryFor(controller, ControllerQuery{controller, 1, 0, {}}, 88),
                bytesOf(settings), result);
 }
 
@@ -14,19 +14,19 @@ inline void expectBuzzerRead(std::uint32_t controller, std::uint8_t state) {
 }
 
 inline void expectDrivesRead(std::uint32_t controller, const Bytes& reply, int result = 0) {
-    expectCall("q5_getPhyDrvInfo", asks(controller, PhyDrvQuery{0, 16, 255, {}}, 10688), reply, result);
+    expectCall("q5_getPhyDrvInfo", queryFor(controller, PhyDrvQuery{0, 16, 255, {}}, 10688), reply, result);
 }
 
 inline void expectDriveSettingsRead(std::uint32_t controller, const Bytes& reply) {
-    expectCall("q5_getPhyDrvSettings", asks(controller, PhyDrvSelector{0, 16, 1, {}}, 320), reply);
+    expectCall("q5_getPhyDrvSettings", queryFor(controller, PhyDrvSelector{0, 16, 1, {}}, 320), reply);
 }
 
 inline void expectLogDrvsRead(std::uint32_t controller, const std::vector<LogDrvInfo>& drives) {
-    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{0, 128}, 26688), listReply(drives));
+    expectCall("q5_getLogDrvInfo", queryFor(controller, LogDrvQuery{0, 128}, 26688), listReply(drives));
 }
 
 inline void expectLogDrvSettingsRead(std::uint32_t controller, const std::vector<LogDrvSettings>& settings) {
-    expectCall("q5_getLogDrvSettings", asks(controller, LogDrvQuery{0, 128}, 14912), listReply(settings));
+    expectCall("q5_getLogDrvSettings", queryFor(controller, LogDrvQuery{0, 128}, 14912), listReply(settings));
 }
 
 // One member of an array: its extents belong to these arrays and have the indexes 10, 11, 12 and so on.
@@ -39,7 +39,7 @@ inline void expectMemberRead(std::uint32_t controller, std::uint32_t driveId,
         drive.extent[i].index = static_cast<std::uint16_t>(10 + i);
         drive.extent[i].arrayId = arrays[i];
     }
-    expectCall("q5_getPhyDrvInfo", asks(controller, PhyDrvQuery{driveId, 1, 255, {}}, 728),
+    expectCall("q5_getPhyDrvInfo", queryFor(controller, PhyDrvQuery{driveId, 1, 255, {}}, 728),
                listReply<PhyDrvInfo>({drive}));
 }
 

@@ -6,13 +6,14 @@
 
 class Export : public Configuration {
 protected:
-    Outcome exported(const std::vector<std::string>& options, const std::vector<std::string>& stale = {}) {
+    CommandOutcome exported(const std::vector<std::string>& options,
+                            const std::vector<std::string>& stale = {}) {
         std::vector<std::string> words = {"export"};
         words.insert(words.end(), options.begin(), options.end());
         return run(ExportFile, words, stale);
     }
     void expectSuccess(const std::string& types) {
-        const Outcome outcome = exported({"-t", types, "-f", path});
+        const CommandOutcome outcome = exported({"-t", types, "-f", path});
         EXPECT_EQ(outcome.result, 0);
         EXPECT_EQ(outcome.output, "");
     }
@@ -101,7 +102,7 @@ TEST_F(Export, WithoutTypesTheFileIsEmpty) {
 TEST_F(Export, OptionsComeInAnyOrderAndCaseAndTheLastOfThemCounts) {
     expectAdapters(1);
     expectCtrlBlockRead(0);
-    const Outcome outcome = exported({"-F", directory + "/none/x", "-T", "2", "-f", path, "-t", "1"});
+    const CommandOutcome outcome = exported({"-F", directory + "/none/x", "-T", "2", "-f", path, "-t", "1"});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(contents(), ctrlBlock(0));
 }
@@ -109,7 +110,7 @@ TEST_F(Export, OptionsComeInAnyOrderAndCaseAndTheLastOfThemCounts) {
 TEST_F(Export, AnUnknownOptionEndsItBeforeTheFileIsTouched) {
     write("before");
     for (const char* word : {"-x", "-i", "1", "-tt", ""}) {
-        const Outcome outcome = exported({"-t", "1", "-f", path, word});
+        const CommandOutcome outcome = exported({"-t", "1", "-f", path, word});
         EXPECT_EQ(outcome.result, 1) << word;
         EXPECT_EQ(outcome.output, "Invalid parameters defined\n") << word;
     }
@@ -128,7 +129,7 @@ TEST_F(Export, AMissingValueIsWhateverTheNextSlotHolds) {
 
 TEST_F(Export, AMissingValueBeyondTheTableIsEmpty) {
     expectAdapters(1);
-    const Outcome outcome =
+    const CommandOutcome outcome =
         exported({"-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-t"});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(contents(), "");
@@ -136,7 +137,7 @@ TEST_F(Export, AMissingValueBeyondTheTableIsEmpty) {
 
 TEST_F(Export, AFileThatCannotBeCreatedIsNamed) {
     const std::string missing = directory + "/none/all.cfg";
-    const Outcome outcome = exported({"-t", "0", "-f", missing});
+    const CommandOutcome outcome = exported({"-t", "0", "-f", missing});
     EXPECT_EQ(outcome.result, 12);
     EXPECT_EQ(outcome.output,
               "Unable to create or open the specified configuration file \"" + missing + "\"\n");
@@ -144,7 +145,7 @@ TEST_F(Export, AFileThatCannotBeCreatedIsNamed) {
 }
 
 TEST_F(Export, WithoutAFileNameAnEmptyOneCannotBeCreated) {
-    const Outcome outcome = exported({"-t", "0"});
+    const CommandOutcome outcome = exported({"-t", "0"});
     EXPECT_EQ(outcome.result, 12);
     EXPECT_EQ(outcome.output, "Unable to create or open the specified configuration file \"\"\n");
 }
@@ -152,7 +153,7 @@ TEST_F(Export, WithoutAFileNameAnEmptyOneCannotBeCreated) {
 TEST_F(Export, WithoutAnAdapterTheFileIsCreatedEmpty) {
     write("before");
     expectAdapters(0);
-    const Outcome outcome = exported({"-t", "0", "-f", path});
+    const CommandOutcome outcome = exported({"-t", "0", "-f", path});
     EXPECT_EQ(outcome.result, 5);
     EXPECT_EQ(outcome.output, "No controller is existed\n");
     EXPECT_TRUE(exists());
@@ -161,7 +162,7 @@ TEST_F(Export, WithoutAnAdapterTheFileIsCreatedEmpty) {
 
 TEST_F(Export, ANumberOfAdaptersThatDoesNotComeIsZero) {
     expectCall("q5_getNumberOfHBA", {}, {}, 1);
-    const Outcome outcome = exported({"-t", "0", "-f", path});
+    const CommandOutcome outcome = exported({"-t", "0", "-f", path});
     EXPECT_EQ(outcome.result, 5);
     EXPECT_EQ(outcome.output, "No controller is existed\n");
     EXPECT_EQ(contents(), "");
@@ -172,7 +173,7 @@ TEST_F(Export, AFileThatWasNotWrittenWholeIsAsGoodAsNone) {
         GTEST_SKIP() << "there is no device that is always full";
     expectAdapters(1);
     expectWholePass();
-    const Outcome outcome = exported({"-t", "0", "-f", "/dev/full"});
+    const CommandOutcome outcome = exported({"-t", "0", "-f", "/dev/full"});
     EXPECT_EQ(outcome.result, 12);
     EXPECT_EQ(outcome.output, "Unable to create or open the specified configuration file \"/dev/full\"\n");
 }

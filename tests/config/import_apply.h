@@ -1,4 +1,4 @@
-// Base of the tests that apply a configuration file to the scripted adapter.
+// Base of the tests that apply a configuration file to the mock adapter.
 #pragma once
 
 #include "config/import.h"
@@ -9,7 +9,7 @@ protected:
     void expectOutcome(const std::string& text, bool clear, int result, const std::string& output = "") {
         write(text);
         int applied = -1;
-        EXPECT_EQ(printed([&] {
+        EXPECT_EQ(outputOf([&] {
                       applied = SetDataFromConfigFile(path.c_str(), true, clear, 0, nullptr, 0, nullptr, 0,
                                                       nullptr);
                   }),

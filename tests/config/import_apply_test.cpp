@@ -48,7 +48,7 @@ TEST_F(ImportApply, MoreDriveRecordsThanTheControllerHasDrivesAreRefused) {
     expectDriveCount(0, 0);
     expectOutcome(driveBlock(0, 0, 1), false, 16, kMore);
     expectAdapters(1); // an adapter that does not answer has no drives
-    expectCall("q5_getControllerInfo", asks(0, ControllerQuery{0, 1, 0, {}}, 432), {}, 1);
+    expectCall("q5_getControllerInfo", queryFor(0, ControllerQuery{0, 1, 0, {}}, 432), {}, 1);
     expectOutcome(driveBlock(0, 0, 1), false, 16, kMore);
 }
 
@@ -151,7 +151,7 @@ TEST_F(ImportApply, FailuresDoNotStopIt) {
     expectCreation(0, creation(), 1);
     expectCreation(0, creation(), 0);
     expectLogDrvList(0, {listed(20, 4)});
-    expectCall("q5_getLogDrvSettings", asks(0, LogDrvQuery{4, 1}, 180), {}, 1);
+    expectCall("q5_getLogDrvSettings", queryFor(0, LogDrvQuery{4, 1}, 180), {}, 1);
     expectOutcome(logDrvBlock(0, 0) + logDrvBlock(1, 0), true, 0,
                   "Failed to create an array specified\n"
                   "The logical drive with ID 4 in controller #0 is not existed!\n");
@@ -161,13 +161,13 @@ TEST_F(ImportApply, ListsAreFollowedNoFurtherThanTheRepliesReach) {
     Bytes reply = listReply(std::vector<LogDrvInfo>(128, listed(20, 9)));
     std::memcpy(&reply[36], "\xff\xff\xff\xff", 4);
     expectChecks(1);
-    expectCall("q5_getLogDrvInfo", asks(0, LogDrvQuery{0, 128}, 26688), reply);
+    expectCall("q5_getLogDrvInfo", queryFor(0, LogDrvQuery{0, 128}, 26688), reply);
     for (int i = 0; i < 128; ++i)
         expectDeletion(0, 20);
     expectCreation(0, creation());
     const std::uint32_t bytesUsed = 63;
     std::memcpy(&reply[36], &bytesUsed, 4);
-    expectCall("q5_getLogDrvInfo", asks(0, LogDrvQuery{0, 128}, 26688), reply);
+    expectCall("q5_getLogDrvInfo", queryFor(0, LogDrvQuery{0, 128}, 26688), reply);
     expectOutcome(logDrvBlock(0, 0), true, 0);
 }
 
@@ -190,6 +190,6 @@ TEST_F(ImportApply, ARecordOfADriveThatDoesNotExistIsIgnored) {
 TEST_F(ImportApply, AListThatDoesNotComeIsEmpty) {
     expectChecks(2);
     expectLogDrvList(0, {listed(20, 5), listed(21, 6)});
-    expectCall("q5_getLogDrvInfo", asks(1, LogDrvQuery{0, 128}, 26688), {}, 1);
+    expectCall("q5_getLogDrvInfo", queryFor(1, LogDrvQuery{0, 128}, 26688), {}, 1);
     expectOutcome(with(logDrvBlock(0, 1), "DrvID> 4", "DrvID> 5"), false, 0);
 }

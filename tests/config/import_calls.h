@@ -9,7 +9,7 @@ inline void expectDriveCount(std::uint32_t controller, std::uint16_t drives, int
     ControllerInfo info = {};
     info.diskCount = drives;
     info.arrayCount = 77;
-    expectCall("q5_getControllerInfo", asks(controller, ControllerQuery{controller, 1, 0, {}}, 432),
+    expectCall("q5_getControllerInfo", queryFor(controller, ControllerQuery{controller, 1, 0, {}}, 432),
                bytesOf(info), result);
 }
 
@@ -26,7 +26,7 @@ inline void expectCtrlChange(std::uint32_t controller,
     ControllerSettings settings;
     std::memset(&settings, 0x5A, sizeof settings);
     const ControllerQuery query = {controller, 1, 0, {}};
-    expectCall("q5_getControllerSettings", asks(controller, query, 88), bytesOf(settings));
+    expectCall("q5_getControllerSettings", queryFor(controller, query, 88), bytesOf(settings));
     settings.rebuildRate = wanted.rebuildRate;
     settings.syncRate = wanted.syncRate;
     settings.mpRate = wanted.mpRate;
@@ -50,12 +50,13 @@ inline void expectDriveChange(std::uint32_t controller, std::uint32_t driveId,
     const PhyDrvSelector selector = {driveId, 1, 1, {}};
     PhyDrvSettings settings;
     std::memset(&settings, 0x5A, sizeof settings);
-    expectCall("q5_getPhyDrvSettings", asks(controller, selector, 80), listReply<PhyDrvSettings>({settings}));
+    expectCall("q5_getPhyDrvSettings", queryFor(controller, selector, 80),
+               listReply<PhyDrvSettings>({settings}));
     settings.writeCache = wanted.writeCache;
     settings.tcqEnabled = wanted.tcq;
     settings.ncqEnabled = wanted.ncq;
     expectCall("q5_setPhyDrvSettings",
-               joined({bytesOf(hbaAddress(controller), std::uint32_t{0}, selector),
+               concat({bytesOf(hbaAddress(controller), std::uint32_t{0}, selector),
                        listReply<PhyDrvSettings>({settings}), bytesOf(std::uint32_t{80})}));
 }
 
@@ -71,13 +72,14 @@ inline void expectLogDrvChange(std::uint32_t controller, std::uint32_t logDrvId,
     const LogDrvQuery query = {logDrvId, 1};
     LogDrvSettings settings = {};
     settings.cacheFlags = 0xFF;
-    expectCall("q5_getLogDrvSettings", asks(controller, query, 180), listReply<LogDrvSettings>({settings}));
+    expectCall("q5_getLogDrvSettings", queryFor(controller, query, 180),
+               listReply<LogDrvSettings>({settings}));
     settings.cacheFlags = static_cast<std::uint8_t>(0xF2 | wanted.policy);
     settings.lookahead = wanted.lookahead;
     settings.consolidation = wanted.consolidation;
     put(settings.name, wanted.name);
     expectCall("q5_setLogDrvSettings",
-               joined({bytesOf(hbaAddress(controller), std::uint32_t{0}, query),
+               concat({bytesOf(hbaAddress(controller), std::uint32_t{0}, query),
                        listReply<LogDrvSettings>({settings}), bytesOf(std::uint32_t{180})}));
 }
 
@@ -89,7 +91,7 @@ inline LogDrvInfo listed(std::uint16_t arrayId, std::uint16_t logDrvId) {
 }
 
 inline void expectLogDrvList(std::uint32_t controller, const std::vector<LogDrvInfo>& drives) {
-    expectCall("q5_getLogDrvInfo", asks(controller, LogDrvQuery{0, 128}, 26688), listReply(drives));
+    expectCall("q5_getLogDrvInfo", queryFor(controller, LogDrvQuery{0, 128}, 26688), listReply(drives));
 }
 
 inline void expectDeletion(std::uint32_t controller, std::uint32_t arrayId, int result = 0) {

@@ -11,20 +11,21 @@ static constexpr char kBadKeyword[] = "Invalid keyword in the configuration file
 
 class Import : public Configuration {
 protected:
-    Outcome imported(const std::vector<std::string>& options, const std::vector<std::string>& stale = {}) {
+    CommandOutcome imported(const std::vector<std::string>& options,
+                            const std::vector<std::string>& stale = {}) {
         std::vector<std::string> words = {"import"};
         words.insert(words.end(), options.begin(), options.end());
         return run(ImportFile, words, stale);
     }
     void expectOutcome(const std::vector<std::string>& options, int result, const std::string& output) {
-        const Outcome outcome = imported(options);
+        const CommandOutcome outcome = imported(options);
         EXPECT_EQ(outcome.result, result);
         EXPECT_EQ(outcome.output, output);
     }
     void expectDisplay(const std::string& text, int result, const std::string& output) {
         write(text);
         int displayed = -1;
-        EXPECT_EQ(printed([&] { displayed = DisplayImportFile(path.c_str()); }), output);
+        EXPECT_EQ(outputOf([&] { displayed = DisplayImportFile(path.c_str()); }), output);
         EXPECT_EQ(displayed, result);
         expectOutcome({"-f", path, "-i"}, 0, output);
     }
@@ -161,10 +162,10 @@ TEST_F(Import, AFileThatHasGoneIsNamed) {
     const std::string errorMessage =
         "Unable to open the specified configuration file \"" + missing + "\"!!\n";
     int result = -1;
-    EXPECT_EQ(printed([&] { result = DisplayImportFile(missing.c_str()); }), errorMessage);
+    EXPECT_EQ(outputOf([&] { result = DisplayImportFile(missing.c_str()); }), errorMessage);
     EXPECT_EQ(result, 12);
     result = -1;
-    EXPECT_EQ(printed([&] {
+    EXPECT_EQ(outputOf([&] {
                   result =
                       SetDataFromConfigFile(missing.c_str(), true, true, 0, nullptr, 0, nullptr, 0, nullptr);
               }),
@@ -174,7 +175,7 @@ TEST_F(Import, AFileThatHasGoneIsNamed) {
 
 TEST_F(Import, AMissingValueIsWhateverTheNextSlotHolds) {
     write(driveBlock(0, 0, 9));
-    const Outcome outcome = imported({"-i", "-f"}, {path});
+    const CommandOutcome outcome = imported({"-i", "-f"}, {path});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.output, shownDrive(0, 9));
     expectChecks(1);
@@ -187,7 +188,7 @@ TEST_F(Import, AMissingValueIsWhateverTheNextSlotHolds) {
 TEST_F(Import, AMissingValueBeyondTheTableIsAnEmptyList) {
     write(ctrlBlock(0));
     expectChecks(1);
-    const Outcome outcome =
+    const CommandOutcome outcome =
         imported({"-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-k"});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.output, "");

@@ -27,7 +27,7 @@ TEST_F(ArgvBuilder, BuzzersAndSparesAreNotApplied) {
 TEST_F(ArgvBuilder, SettingsOutOfRangeAreRefusedByTheCommand) {
     ControllerSettings settings = {};
     expectChecks(1);
-    expectCall("q5_getControllerSettings", asks(0, ControllerQuery{0, 1, 0, {}}, 88), bytesOf(settings));
+    expectCall("q5_getControllerSettings", queryFor(0, ControllerQuery{0, 1, 0, {}}, 88), bytesOf(settings));
     expectOutcome("[CrtlSetIndex] 0 [End]", false, 0,
                   "smartpoll is out of range!\nencpoll is out of range!\nrebuild rate is out of range!\n"
                   "syncrate is out of range!\ninitrate is out of range!\nmigraterate is out of range!\n"
@@ -39,7 +39,7 @@ TEST_F(ArgvBuilder, TheControllersWordsFitWhateverItsNumbers) {
     for (const char* number : {"> 10\n", "> 20\n", "> 30\n", "> 40\n", "> 50\n", "> 60\n", "> 7\n"})
         block = with(block, number, "> -2147483648\n");
     expectChecks(1);
-    expectCall("q5_getControllerSettings", asks(0, ControllerQuery{0, 1, 0, {}}, 88),
+    expectCall("q5_getControllerSettings", queryFor(0, ControllerQuery{0, 1, 0, {}}, 88),
                bytesOf(controllerSettings()));
     expectOutcome(block, false, 0,
                   "smartpoll is out of range!\nencpoll is out of range!\nrebuild rate is out of range!\n"
@@ -92,7 +92,7 @@ TEST_F(ArgvBuilder, LogicalDriveSettingsAreAppliedWhole) {
 TEST_F(ArgvBuilder, LogicalDriveSettingsThatAreRefusedAreTheCommandsConcern) {
     expectChecks(1);
     expectLogDrvList(0, {listed(21, 4)});
-    expectCall("q5_getLogDrvSettings", asks(0, LogDrvQuery{4, 1}, 180),
+    expectCall("q5_getLogDrvSettings", queryFor(0, LogDrvQuery{4, 1}, 180),
                listReply<LogDrvSettings>({LogDrvSettings{}}));
     expectOutcome(with(logDrvBlock(0, 0), "Value> 8", "Value> 9"), false, 0, "Invalid parameters defined\n");
 }
@@ -234,7 +234,7 @@ TEST_F(ArgvBuilder, TheResultOfACommandIsItsOwn) {
     drive.controller = -1;
     LogDrvConfigRecord logDrv = {};
     logDrv.controller = -1;
-    EXPECT_EQ(printed([&] {
+    EXPECT_EQ(outputOf([&] {
                   EXPECT_EQ(ImpFileSetCtrlSettings(&ctrl), 0);
                   EXPECT_EQ(ImpFileSetPhydrvSettings(&drive), 0);
                   EXPECT_EQ(ImpFileSetLogSettings(&logDrv), 0);

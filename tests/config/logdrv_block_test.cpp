@@ -333,7 +333,7 @@ Consolidataion : Enable
 )" + kFrameLine;
 
 static std::string shown(const LogDrvConfigRecord& record) {
-    return printed([&] { DisplayLogDrvConfig(record); });
+    return outputOf([&] { DisplayLogDrvConfig(record); });
 }
 
 static LogDrvConfigRecord readRecord() {

@@ -73,7 +73,7 @@ TEST(PhyDrvBlock, ShowsNcqBeforeTcqAndNoController) {
     record.controller = 1;
     record.driveId = 7;
     record.tcq = 1;
-    EXPECT_EQ(printed([&] { DisplayPhyDrvConfig(record); }),
+    EXPECT_EQ(outputOf([&] { DisplayPhyDrvConfig(record); }),
               kFrameLine +
                   "<<Physical drive setting #5>>\nPhysical drive ID : 7\nWrite cache mode : Disable\n"
                   "NCQ Enable : Disable\nTCQ Enable : Enable\n" +
@@ -81,7 +81,7 @@ TEST(PhyDrvBlock, ShowsNcqBeforeTcqAndNoController) {
     record = {};
     record.writeCache = 256;
     record.ncq = 1;
-    EXPECT_EQ(printed([&] { DisplayPhyDrvConfig(record); }),
+    EXPECT_EQ(outputOf([&] { DisplayPhyDrvConfig(record); }),
               kFrameLine +
                   "<<Physical drive setting #0>>\nPhysical drive ID : 0\nWrite cache mode : Enable\n"
                   "NCQ Enable : Enable\nTCQ Enable : Disable\n" +

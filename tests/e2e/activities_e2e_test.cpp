@@ -159,10 +159,10 @@ TEST_F(Activities, AreReadFromALineTypedBefore) {
     addRaid5();
     EXPECT_EQ(told("init -a start -l 0 -i 0"), "0: Initialization started on Array 0 Type 4\n");
     const std::string lines = "Array activity status : Initializing\nArray initialization progress : 0 %\n";
-    const Outcome outcome = s.prompt("bga -l 0 -i 0\nbga -l 7\nbga -l\n\nexit\n");
+    const ProcessOutcome outcome = s.prompt("bga -l 0 -i 0\nbga -l 7\nbga -l\n\nexit\n");
     // The third line's value is the second one's; the fourth runs the third again, without its words.
     const std::string missing = "No array with ID 7 in controller #0 is existed\n";
-    EXPECT_EQ(
-        outcome,
-        (Outcome{0, "cli>" + lines + "cli>" + missing + "cli>" + missing + "cli>" + lines + "cli>", ""}));
+    EXPECT_EQ(outcome,
+              (ProcessOutcome{
+                  0, "cli>" + lines + "cli>" + missing + "cli>" + missing + "cli>" + lines + "cli>", ""}));
 }

@@ -26,7 +26,7 @@ struct Arrays : testing::Test {
         return told(words);
     }
     std::string told(const std::vector<std::string>& words) {
-        const Outcome outcome = s.run(words);
+        const ProcessOutcome outcome = s.run(words);
         return std::to_string(outcome.status) + ": " + outcome.out + outcome.err;
     }
 

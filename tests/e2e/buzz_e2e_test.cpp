@@ -5,7 +5,7 @@
 
 #include "tests/e2e/harness.h"
 
-static const Outcome kSilent = {0, "", ""};
+static const ProcessOutcome kSilent = {0, "", ""};
 static const std::string kHead = "CtrlId    Status\n";
 static const std::string kBeyond = "     2   Unknown\n     3   Unknown\n";
 static const std::string kListing = kHead + "     0   enabled\n     1  disabled\n" + kBeyond;
@@ -16,53 +16,56 @@ struct Buzz : testing::Test {
 };
 
 TEST_F(Buzz, ListsFourControllersThoughThereAreTwo) {
-    EXPECT_EQ(s.run({"buzz"}), (Outcome{0, kListing, ""}));
-    EXPECT_EQ(s.run({"BUZZ", "-A", "LIST"}), (Outcome{0, kListing, ""}));
-    EXPECT_EQ(s.run({"buzz", "-c", "4"}), (Outcome{0, kListing, ""}));
-    EXPECT_EQ(s.run({"buzz", "-c", "1"}), (Outcome{0, kHead + "     0   enabled\n", ""}));
+    EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
+    EXPECT_EQ(s.run({"BUZZ", "-A", "LIST"}), (ProcessOutcome{0, kListing, ""}));
+    EXPECT_EQ(s.run({"buzz", "-c", "4"}), (ProcessOutcome{0, kListing, ""}));
+    EXPECT_EQ(s.run({"buzz", "-c", "1"}), (ProcessOutcome{0, kHead + "     0   enabled\n", ""}));
     EXPECT_EQ(s.run({"buzz", "-i", "1", "-c", "2"}),
-              (Outcome{0, kHead + "     1  disabled\n     2   Unknown\n", ""}));
+              (ProcessOutcome{0, kHead + "     1  disabled\n     2   Unknown\n", ""}));
 }
 
 TEST_F(Buzz, StaysAsItWasSwitched) {
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilent);
     EXPECT_EQ(s.run({"buzz", "-a", "disable"}), kSilent);
     const std::string switched = kHead + "     0  disabled\n     1   enabled\n" + kBeyond;
-    EXPECT_EQ(s.run({"buzz"}), (Outcome{0, switched, ""}));
+    EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, switched, ""}));
     EXPECT_EQ(s.prompt("buzz -a enable -i 0\nbuzz -a DISABLE -i 1\nbuzz\nexit\n"),
-              (Outcome{0, "cli>cli>cli>" + kListing + "cli>", ""}));
-    EXPECT_EQ(s.run({"buzz"}), (Outcome{0, kListing, ""}));
+              (ProcessOutcome{0, "cli>cli>cli>" + kListing + "cli>", ""}));
+    EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
 TEST_F(Buzz, IsSwitchedOnTheFirstControllerUnlessFiveWordsNameAnother) {
     EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "1", "more"}), kSilent);
-    EXPECT_EQ(s.run({"buzz", "-c", "2"}), (Outcome{0, kHead + "     0  disabled\n     1  disabled\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-c", "2"}),
+              (ProcessOutcome{0, kHead + "     0  disabled\n     1  disabled\n", ""}));
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i"}), kSilent);
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "7"}), kSilent); // which does not exist
-    EXPECT_EQ(s.run({"buzz"}), (Outcome{0, kListing, ""}));
+    EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
 TEST_F(Buzz, RefusesBadWords) {
-    EXPECT_EQ(s.run({"buzz", "-a", "on"}), (Outcome{9, "Invalid command for \"buzz\"\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-a", "on"}), (ProcessOutcome{9, "Invalid command for \"buzz\"\n", ""}));
     EXPECT_EQ(s.run({"buzz", "enable"}),
-              (Outcome{2, "Invalid numbers of parameter for command \"buzz\"\n", ""}));
-    EXPECT_EQ(s.run({"buzz", "disable", "-i", "0"}), (Outcome{1, "Invalid subcommand for \"buzz\"\n", ""}));
+              (ProcessOutcome{2, "Invalid numbers of parameter for command \"buzz\"\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "disable", "-i", "0"}),
+              (ProcessOutcome{1, "Invalid subcommand for \"buzz\"\n", ""}));
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "x"}),
-              (Outcome{6, "Invalid controller ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"buzz", "-i", "x"}), (Outcome{6, "Invalid controller ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"buzz", "-c", "x"}), (Outcome{1, "Invalid controller count 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"buzz", "list"}), (Outcome{1, "Invalid subcommand for \"buzz\"!\n", ""}));
-    EXPECT_EQ(s.run({"buzz"}), (Outcome{0, kListing, ""}));
+              (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-i", "x"}), (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-c", "x"}),
+              (ProcessOutcome{1, "Invalid controller count 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "list"}), (ProcessOutcome{1, "Invalid subcommand for \"buzz\"!\n", ""}));
+    EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
 // An empty line runs the command of the line before with no words, which still decide the function.
 TEST_F(Buzz, RunsAgainForAnEmptyLine) {
     EXPECT_EQ(s.prompt("buzz -i 1 -c 1\n\nexit\n"),
-              (Outcome{0, "cli>" + kHead + "     1  disabled\ncli>" + kListing + "cli>", ""}));
+              (ProcessOutcome{0, "cli>" + kHead + "     1  disabled\ncli>" + kListing + "cli>", ""}));
     EXPECT_EQ(s.prompt("buzz -a disable -i 1\n\nexit\n"),
-              (Outcome{2, "cli>cli>Invalid numbers of parameter for command \"buzz\"\ncli>", ""}));
+              (ProcessOutcome{2, "cli>cli>Invalid numbers of parameter for command \"buzz\"\ncli>", ""}));
     EXPECT_EQ(s.prompt("buzz\n\nexit\n"),
-              (Outcome{9, "cli>" + kListing + "cli>Invalid command for \"buzz\"\ncli>", ""}));
+              (ProcessOutcome{9, "cli>" + kListing + "cli>Invalid command for \"buzz\"\ncli>", ""}));
 }
 
 TEST_F(Buzz, LeavesAnEventForEachSwitch) {

@@ -6,7 +6,7 @@
 #include "tests/e2e/every_level_file.h"
 #include "tests/e2e/harness.h"
 
-static const Outcome kSilence = {0, "", ""};
+static const ProcessOutcome kSilence = {0, "", ""};
 
 // What an export of these types now writes.
 static std::string exported(Session* s, const std::string& types = "0") {
@@ -52,13 +52,14 @@ TEST(ConfigE2e, ExportChangesNothing) {
 TEST(ConfigE2e, ExportThatFailsSaysSo) {
     Session s;
     useEveryLevel(&s);
-    EXPECT_EQ(
-        s.run({"export", "-t", "0", "-f", "none/all.cfg"}),
-        (Outcome{12, "Unable to create or open the specified configuration file \"none/all.cfg\"\n", ""}));
+    EXPECT_EQ(s.run({"export", "-t", "0", "-f", "none/all.cfg"}),
+              (ProcessOutcome{
+                  12, "Unable to create or open the specified configuration file \"none/all.cfg\"\n", ""}));
     EXPECT_EQ(s.run({"export", "-t", "0", "-t", "0"}),
-              (Outcome{12, "Unable to create or open the specified configuration file \"\"\n", ""}));
+              (ProcessOutcome{12, "Unable to create or open the specified configuration file \"\"\n", ""}));
     EXPECT_EQ(s.run({"export", "-t", "0", "-f", "/dev/full"}),
-              (Outcome{12, "Unable to create or open the specified configuration file \"/dev/full\"\n", ""}));
+              (ProcessOutcome{12, "Unable to create or open the specified configuration file \"/dev/full\"\n",
+                              ""}));
 }
 
 // Looking at a file changes neither the file nor what the next export writes.
@@ -67,7 +68,7 @@ TEST(ConfigE2e, ALookAtTheFileChangesNothing) {
     useEveryLevel(&s);
     backUp(&s);
     const std::string before = s.worldText();
-    const Outcome shown = s.run({"import", "-i", "-c", "-f", "all.cfg"});
+    const ProcessOutcome shown = s.run({"import", "-i", "-c", "-f", "all.cfg"});
     EXPECT_EQ(shown.status, 0);
     const std::string line = std::string(59, '-') + "\n";
     EXPECT_EQ(shown.out.find(line +
@@ -224,7 +225,7 @@ TEST(ConfigE2e, ImportToASmallerSystemIsRefusedBeforeAnyChange) {
     const std::string before = s.worldText();
     const struct {
         std::vector<std::string> words;
-        Outcome outcome;
+        ProcessOutcome outcome;
     } cases[] = {
         {{"import", "-c", "-f", "all.cfg"},
          {5, "The number of controller in the system is less than the number of controller specified!\n",
@@ -254,16 +255,17 @@ TEST(ConfigE2e, ImportOfABadFileIsRefusedBeforeAnyChange) {
         many += "[PhyDrvSetIndex] 0\n[End]\n";
     writeFile(s.path("many.cfg"), many);
     EXPECT_EQ(s.run({"import", "-f", "none.cfg"}),
-              (Outcome{12, "Unable to open the specified configuration file \"none.cfg\"!!\n", ""}));
+              (ProcessOutcome{12, "Unable to open the specified configuration file \"none.cfg\"!!\n", ""}));
     EXPECT_EQ(s.run({"import", "-a", "-c"}),
-              (Outcome{12, "Unable to open the specified configuration file \"\"!!\n", ""}));
-    EXPECT_EQ(s.run({"import", "-f", "empty.cfg"}), (Outcome{14, "", ""}));
+              (ProcessOutcome{12, "Unable to open the specified configuration file \"\"!!\n", ""}));
+    EXPECT_EQ(s.run({"import", "-f", "empty.cfg"}), (ProcessOutcome{14, "", ""}));
     EXPECT_EQ(s.run({"import", "-f", "bad.cfg"}),
-              (Outcome{13, "Invalid keyword in the configuration file!\n", ""}));
-    EXPECT_EQ(
-        s.run({"import", "-f", "many.cfg", "-c"}),
-        (Outcome{16, "The configuration file holds more settings than can be imported at once!\n", ""}));
-    EXPECT_EQ(s.run({"import", "-f", "empty.cfg", "-x"}), (Outcome{1, "Invalid parameters defined\n", ""}));
+              (ProcessOutcome{13, "Invalid keyword in the configuration file!\n", ""}));
+    EXPECT_EQ(s.run({"import", "-f", "many.cfg", "-c"}),
+              (ProcessOutcome{
+                  16, "The configuration file holds more settings than can be imported at once!\n", ""}));
+    EXPECT_EQ(s.run({"import", "-f", "empty.cfg", "-x"}),
+              (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
     EXPECT_EQ(s.run({"import", "-i", "-f", "empty.cfg"}), kSilence);
     EXPECT_EQ(s.worldText(), before);
 }

@@ -54,55 +54,58 @@ struct Ctrl : testing::Test {
                    ? ""
                    : listing.substr(start + 1, listing.find('\n', start + 1) - start - 1);
     }
-    Outcome mod(const std::string& settings) { return s.run({"ctrl", "-a", "mod", "-s", settings}); }
+    ProcessOutcome mod(const std::string& settings) { return s.run({"ctrl", "-a", "mod", "-s", settings}); }
 };
 
 TEST_F(Ctrl, ListsEveryControllerWithTheFirstOnesDriver) {
     const std::string both =
         kHead + kFirstRow + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1   9.10.11.12\n";
-    EXPECT_EQ(s.run({"ctrl"}), (Outcome{0, both, ""}));
-    EXPECT_EQ(s.run({"CTRL", "-A", "LIST"}), (Outcome{0, both, ""}));
-    EXPECT_EQ(s.run({"ctrl", "-c", "0"}), (Outcome{0, both, ""}));
-    EXPECT_EQ(s.run({"ctrl", "-c", "99"}), (Outcome{0, both, ""}));
-    EXPECT_EQ(s.prompt("ctrl\nexit\n"), (Outcome{0, "cli>" + both + "cli>", ""}));
+    EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{0, both, ""}));
+    EXPECT_EQ(s.run({"CTRL", "-A", "LIST"}), (ProcessOutcome{0, both, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-c", "0"}), (ProcessOutcome{0, both, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-c", "99"}), (ProcessOutcome{0, both, ""}));
+    EXPECT_EQ(s.prompt("ctrl\nexit\n"), (ProcessOutcome{0, "cli>" + both + "cli>", ""}));
 }
 
 TEST_F(Ctrl, ListsAsManyAsAskedFor) {
-    EXPECT_EQ(s.run({"ctrl", "-c", "1"}), (Outcome{0, kHead + kFirstRow, ""}));
-    EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (Outcome{0, kHead + kFirstRow, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
 }
 
 // From ID 1 on two are listed, though there is one: with its own driver, and then nothing but zeroes.
 TEST_F(Ctrl, ListsZeroesBeyondTheLastController) {
-    EXPECT_EQ(s.run({"ctrl", "-i", "1"}),
-              (Outcome{0,
-                       kHead + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1     99.0.0.1\n"
-                               " 2      Non-ECC     0 MB    0      0          0      0.0.0.0     99.0.0.1\n",
-                       ""}));
+    EXPECT_EQ(
+        s.run({"ctrl", "-i", "1"}),
+        (ProcessOutcome{0,
+                        kHead + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1     99.0.0.1\n"
+                                " 2      Non-ECC     0 MB    0      0          0      0.0.0.0     99.0.0.1\n",
+                        ""}));
 }
 
 TEST_F(Ctrl, ListsAllOfAController) {
-    EXPECT_EQ(s.run({"ctrl", "-v", "-c", "1"}), (Outcome{0, kFirstBlock, ""}));
-    EXPECT_EQ(s.prompt("ctrl -c 1 -v\nexit\n"), (Outcome{0, "cli>" + kFirstBlock + "cli>", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-v", "-c", "1"}), (ProcessOutcome{0, kFirstBlock, ""}));
+    EXPECT_EQ(s.prompt("ctrl -c 1 -v\nexit\n"), (ProcessOutcome{0, "cli>" + kFirstBlock + "cli>", ""}));
 }
 
 TEST_F(Ctrl, RefusesBadOptions) {
-    EXPECT_EQ(s.run({"ctrl", "-i", "2"}), (Outcome{5, "No controller with ID #2 is existed!\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-i", "2"}), (ProcessOutcome{5, "No controller with ID #2 is existed!\n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-i", "1", "-c", "1"}),
-              (Outcome{5, "No controller with ID #1 is existed!\n", ""}));
+              (ProcessOutcome{5, "No controller with ID #1 is existed!\n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-i", "4294967295"}),
-              (Outcome{5, "No controller with ID #-1 is existed!\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "-i", "x"}), (Outcome{6, "Invalid controller ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "-c", "1.5"}), (Outcome{1, "Invalid controller count '1.5' specified\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "-v", "-z"}), (Outcome{1, "Invalid parameters defined\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "-z"}), (Outcome{9, "Invalid command for \"ctrl\"\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "-a", "-a"}), (Outcome{9, "Invalid command for \"ctrl\"\n", ""}));
+              (ProcessOutcome{5, "No controller with ID #-1 is existed!\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-i", "x"}), (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-c", "1.5"}),
+              (ProcessOutcome{1, "Invalid controller count '1.5' specified\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-v", "-z"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-z"}), (ProcessOutcome{9, "Invalid command for \"ctrl\"\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "-a"}), (ProcessOutcome{9, "Invalid command for \"ctrl\"\n", ""}));
 }
 
 TEST_F(Ctrl, KeepsChangedSettingsFromRunToRun) {
-    EXPECT_EQ(mod("rebuildrate=255,SyncRate=1,initrate=77x,migraterate=66,mprate=55"), (Outcome{0, "", ""}));
+    EXPECT_EQ(mod("rebuildrate=255,SyncRate=1,initrate=77x,migraterate=66,mprate=55"),
+              (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(mod("smartpoll=44,encpoll=33,smart=Enable,autorebuild=disable,rebuildpolicy=ENABLE"),
-              (Outcome{0, "", ""}));
+              (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(line("Rebuild rate"), "Rebuild rate : 255");
     EXPECT_EQ(line("Synchronization rate"), "Synchronization rate : 1");
     EXPECT_EQ(line("Initialization rate"), "Initialization rate : 77");
@@ -116,45 +119,46 @@ TEST_F(Ctrl, KeepsChangedSettingsFromRunToRun) {
 }
 
 TEST_F(Ctrl, ChangesTheControllerThatIsNamed) {
-    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "1", "-s", "rebuildrate=200"}), (Outcome{0, "", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "1", "-s", "rebuildrate=200"}), (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(line("Rebuild rate"), "Rebuild rate : 11");
     EXPECT_NE(s.run({"ctrl", "-v", "-i", "1"}).out.find("\nRebuild rate : 200\n"), std::string::npos);
 }
 
 TEST_F(Ctrl, ChangesNothingWhenOneItemIsBad) {
     const std::string before = s.worldText();
-    EXPECT_EQ(mod("rebuildrate=5,mprate=0,initrate=256,smart=on"), (Outcome{1,
-                                                                            "mprate is out of range!\n"
-                                                                            "initrate is out of range!\n"
-                                                                            "Incorrect parameters!\n",
-                                                                            ""}));
+    EXPECT_EQ(mod("rebuildrate=5,mprate=0,initrate=256,smart=on"),
+              (ProcessOutcome{1,
+                              "mprate is out of range!\n"
+                              "initrate is out of range!\n"
+                              "Incorrect parameters!\n",
+                              ""}));
     EXPECT_EQ(mod("rebuildrate=0"),
-              (Outcome{1, "rebuild rate is out of range!\nIncorrect parameters!\n", ""}));
-    EXPECT_EQ(mod("rebuildrate=5,colour=red"), (Outcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
-    EXPECT_EQ(mod("rebuildrate=5,"), (Outcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
-    EXPECT_EQ(mod("rebuildrate"), (Outcome{1, "Incorrect parameters!\n", ""}));
+              (ProcessOutcome{1, "rebuild rate is out of range!\nIncorrect parameters!\n", ""}));
+    EXPECT_EQ(mod("rebuildrate=5,colour=red"), (ProcessOutcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
+    EXPECT_EQ(mod("rebuildrate=5,"), (ProcessOutcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
+    EXPECT_EQ(mod("rebuildrate"), (ProcessOutcome{1, "Incorrect parameters!\n", ""}));
     EXPECT_EQ(s.worldText(), before);
 }
 
 TEST_F(Ctrl, CountsTheWordsOfAChange) {
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s"}),
-              (Outcome{2, "Invalid numbers of parameter in command \"ctrl -a mod\" \n", ""}));
+              (ProcessOutcome{2, "Invalid numbers of parameter in command \"ctrl -a mod\" \n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "0", "-s"}),
-              (Outcome{2, "Invalid numbers of parameter in command \"ctrl -a mod\"\n", ""}));
+              (ProcessOutcome{2, "Invalid numbers of parameter in command \"ctrl -a mod\"\n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "zero", "-x", "mprate=3"}),
-              (Outcome{6, "Invalid controller ID 'zero' specified\n", ""}));
+              (ProcessOutcome{6, "Invalid controller ID 'zero' specified\n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-x", "mprate=3"}),
-              (Outcome{1, "Invalid parameters defined\n", ""}));
+              (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
 }
 
 TEST_F(Ctrl, TakesQuotedSettingsAtThePromptAndIgnoresWhatFollows) {
     EXPECT_EQ(s.prompt("ctrl -a mod -s \"mprate = 9, smart=enable\" and more\nexit\n"),
-              (Outcome{0, "cli>cli>", ""}));
+              (ProcessOutcome{0, "cli>cli>", ""}));
     EXPECT_EQ(line("Media patrol rate"), "Media patrol rate : 9");
     EXPECT_EQ(line("Smart check"), "Smart check : Enable");
 }
 
 // The action word alone reaches the listing, which takes it for an option.
 TEST_F(Ctrl, KnowsNoActionWordWithoutItsLetter) {
-    EXPECT_EQ(s.run({"ctrl", "list"}), (Outcome{1, "Invalid parameters defined\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "list"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
 }

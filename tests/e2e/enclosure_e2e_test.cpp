@@ -7,14 +7,14 @@
 
 #include "tests/e2e/harness.h"
 
-static const Outcome kSilent = {0, "", ""};
+static const ProcessOutcome kSilent = {0, "", ""};
 
 struct Enclosure : testing::Test {
     Session s;
     Enclosure() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
-    Outcome list(const std::string& enclosure) { return s.run({"enclosure", "-e", enclosure}); }
-    Outcome locate(const std::string& enclosure, const std::string& seconds) {
+    ProcessOutcome list(const std::string& enclosure) { return s.run({"enclosure", "-e", enclosure}); }
+    ProcessOutcome locate(const std::string& enclosure, const std::string& seconds) {
         return s.run({"enclosure", "-a", "locate", "-e", enclosure, "-i", "0", "-s", seconds});
     }
     // Which of the first four drives blink, a digit each.
@@ -62,14 +62,14 @@ TEST_F(Enclosure, ShowsTheSensorsOfALargeTraybox) {
                                            {"12 Voltage", 12.00, " V"}};
     for (const std::vector<std::string>& words :
          {std::vector<std::string>{"enclosure"}, {"ENCLOSURE", "-A", "LIST"}, {"enclosure", "-i", "0"}}) {
-        const Outcome outcome = s.run(words);
+        const ProcessOutcome outcome = s.run(words);
         EXPECT_EQ(outcome.status, 0);
         expectReadings(outcome.out, "Enclosure type : Traybox 400", readings);
     }
 }
 
 TEST_F(Enclosure, ShowsTheSensorsOfASmallTraybox) {
-    const Outcome outcome = list("1");
+    const ProcessOutcome outcome = list("1");
     EXPECT_EQ(outcome.status, 0);
     expectReadings(outcome.out, "Enclosure type : Traybox 100",
                    {{"12 Voltage", 12.00, " V"},
@@ -95,12 +95,13 @@ TEST_F(Enclosure, PrintsNothingOfOtherTypes) {
 }
 
 TEST_F(Enclosure, MissesWhatIsNotThere) {
-    EXPECT_EQ(list("6"), (Outcome{0, "no enclosure with ID 6 in controller #0 is present!\n", ""}));
+    EXPECT_EQ(list("6"), (ProcessOutcome{0, "no enclosure with ID 6 in controller #0 is present!\n", ""}));
     EXPECT_EQ(s.run({"enclosure", "-i", "1"}),
-              (Outcome{0, "no enclosure with ID 0 in controller #1 is present!\n", ""}));
-    EXPECT_EQ(locate("6", "30"), (Outcome{5, "no enclosure with ID 6 in controller #0 is exist!\n", ""}));
+              (ProcessOutcome{0, "no enclosure with ID 0 in controller #1 is present!\n", ""}));
+    EXPECT_EQ(locate("6", "30"),
+              (ProcessOutcome{5, "no enclosure with ID 6 in controller #0 is exist!\n", ""}));
     EXPECT_EQ(s.prompt("enclosure -a locate -i 9\nexit\n"),
-              (Outcome{5, "cli>no enclosure with ID 0 in controller #9 is exist!\ncli>", ""}));
+              (ProcessOutcome{5, "cli>no enclosure with ID 0 in controller #9 is exist!\ncli>", ""}));
 }
 
 // The walk looks into the drives' second extents, whose bytes there are zero: for every drive it finds
@@ -126,11 +127,12 @@ TEST_F(Enclosure, StopsTheBlinkingWithoutADuration) {
 }
 
 TEST_F(Enclosure, RefusesBadWords) {
-    EXPECT_EQ(list("x"), (Outcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"enclosure", "-v"}), (Outcome{1, "Invalid command for \"enclosure\"\n", ""}));
-    EXPECT_EQ(s.run({"enclosure", "-a", "mod"}), (Outcome{9, "Invalid command for \"enclosure\"\n", ""}));
-    EXPECT_EQ(locate("0", "x"), (Outcome{1, "Invalid seconds 'x' specified\n", ""}));
-    EXPECT_EQ(locate("x", "x"), (Outcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
+    EXPECT_EQ(list("x"), (ProcessOutcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"enclosure", "-v"}), (ProcessOutcome{1, "Invalid command for \"enclosure\"\n", ""}));
+    EXPECT_EQ(s.run({"enclosure", "-a", "mod"}),
+              (ProcessOutcome{9, "Invalid command for \"enclosure\"\n", ""}));
+    EXPECT_EQ(locate("0", "x"), (ProcessOutcome{1, "Invalid seconds 'x' specified\n", ""}));
+    EXPECT_EQ(locate("x", "x"), (ProcessOutcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
 }
 
 TEST_F(Enclosure, RepeatsItsMessageForAnUnknownOptionUntilNobodyReads) {
@@ -139,6 +141,6 @@ TEST_F(Enclosure, RepeatsItsMessageForAnUnknownOptionUntilNobodyReads) {
     const std::string program = s.program;
     s.program = "/bin/sh";
     const std::string message = "Invalid command for \"enclosure\"\n";
-    EXPECT_EQ(s.run({"-c", script, program}), (Outcome{0, message + message, ""}));
+    EXPECT_EQ(s.run({"-c", script, program}), (ProcessOutcome{0, message + message, ""}));
     EXPECT_EQ(readFile(s.path("status")), "141\n"); // SIGPIPE
 }

@@ -28,35 +28,35 @@ static void putEvent(std::string& image, std::size_t slot, char id, const std::s
 }
 
 TEST_F(Event, ShowsTheNewestOne) {
-    EXPECT_EQ(s.run({"event"}), (Outcome{0, kHeadline + "          0  0xff\n", ""}));
-    EXPECT_EQ(s.run({"EVENT", "-V"}), (Outcome{0, "EventID: 0xff \nEvent Desciption: Third\n", ""}));
-    EXPECT_EQ(s.run({"event", "-c", "0"}), (Outcome{0, kHeadline + "          0  0xff\n", ""}));
-    EXPECT_EQ(s.run({"event", "-c", "101"}), (Outcome{0, kHeadline + "          0  0xff\n", ""}));
+    EXPECT_EQ(s.run({"event"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
+    EXPECT_EQ(s.run({"EVENT", "-V"}), (ProcessOutcome{0, "EventID: 0xff \nEvent Desciption: Third\n", ""}));
+    EXPECT_EQ(s.run({"event", "-c", "0"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
+    EXPECT_EQ(s.run({"event", "-c", "101"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
 }
 
 TEST_F(Event, ShowsAsManyAsAskedForNewestFirst) {
-    EXPECT_EQ(s.run({"event", "-c", "100"}), (Outcome{0,
-                                                      kHeadline + "          0  0xff\n"
-                                                                  "          1  0x12\n"
-                                                                  "          2  0x11\n",
-                                                      ""}));
+    EXPECT_EQ(s.run({"event", "-c", "100"}), (ProcessOutcome{0,
+                                                             kHeadline + "          0  0xff\n"
+                                                                         "          1  0x12\n"
+                                                                         "          2  0x11\n",
+                                                             ""}));
     EXPECT_EQ(s.run({"event", "-a", "list", "-c", "2", "-v"}),
-              (Outcome{0,
-                       "EventID: 0xff \nEvent Desciption: Third\n"
-                       "EventID: 0x12 \nEvent Desciption: Second, with 100% of it\n",
-                       ""}));
+              (ProcessOutcome{0,
+                              "EventID: 0xff \nEvent Desciption: Third\n"
+                              "EventID: 0x12 \nEvent Desciption: Second, with 100% of it\n",
+                              ""}));
 }
 
 TEST_F(Event, SaysWhenThereIsNone) {
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, "No event!\n", ""}));
-    EXPECT_EQ(s.run({"event", "-i", "1", "-v"}), (Outcome{0, "No event!\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1", "-v"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
 TEST_F(Event, RefusesBadOptions) {
-    EXPECT_EQ(s.run({"event", "-i", "x"}), (Outcome{6, "Invalid controller ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"event", "-c", "x"}), (Outcome{1, "Invalid event count 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"event", "-v", "-x"}), (Outcome{1, "Invalid parameters defined\n", ""}));
-    EXPECT_EQ(s.run({"event", "clear"}), (Outcome{9, "Invalid command for \"event\"\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "x"}), (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"event", "-c", "x"}), (ProcessOutcome{1, "Invalid event count 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"event", "-v", "-x"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
+    EXPECT_EQ(s.run({"event", "clear"}), (ProcessOutcome{9, "Invalid command for \"event\"\n", ""}));
 }
 
 TEST_F(Event, LeavesAWholeFileBesideTheWorld) {
@@ -80,33 +80,33 @@ TEST_F(Event, ShowsWhatAnEarlierRunLeftAndOnlyOnce) {
     putEvent(image, 2, 0x22, "left last");
     writeFile(s.eventFile(), image);
     EXPECT_EQ(s.run({"event", "-i", "1", "-v"}),
-              (Outcome{0, "EventID: 0x22 \nEvent Desciption: left last\n", ""}));
+              (ProcessOutcome{0, "EventID: 0x22 \nEvent Desciption: left last\n", ""}));
     EXPECT_EQ(s.run({"help", "exit"}).status, 2);
     EXPECT_EQ(s.prompt("event -i 1 -c 3\nevent -i 1\n"),
-              (Outcome{0, "cli>" + kHeadline + "          0  0x21\ncli>No event!\ncli>", ""}));
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, "No event!\n", ""}));
+              (ProcessOutcome{0, "cli>" + kHeadline + "          0  0x21\ncli>No event!\ncli>", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
 TEST_F(Event, ShowsFetchedEventsBeforeThoseLeft) {
     std::string image = eventFile(1, 1);
     putEvent(image, 1, 0x21, "left");
     writeFile(s.eventFile(), image);
-    EXPECT_EQ(s.run({"event"}), (Outcome{0, kHeadline + "          0  0xff\n", ""}));
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, kHeadline + "          0  0x21\n", ""}));
+    EXPECT_EQ(s.run({"event"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, kHeadline + "          0  0x21\n", ""}));
 }
 
 TEST_F(Event, TakesAShortFileAsFarAsItGoes) {
     writeFile(s.eventFile(), eventFile(1, 1).substr(0, kHeadSize));
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, kHeadline + "          0  0x0\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, kHeadline + "          0  0x0\n", ""}));
     writeFile(s.eventFile(), "");
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, "No event!\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
 // A file from anywhere: at most the fifty records that there are.
 TEST_F(Event, StaysWithinTheSlotsWhateverAFileSays) {
     for (const std::uint32_t position : {49u, 50u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         writeFile(s.eventFile(), eventFile(position, 0xFFFFFFFF));
-        const Outcome outcome = s.run({"event", "-i", "1", "-c", "100"});
+        const ProcessOutcome outcome = s.run({"event", "-i", "1", "-c", "100"});
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.out.size(), kHeadline.size() + 50 * std::string("          0  0x0\n").size())
             << position;
@@ -116,7 +116,7 @@ TEST_F(Event, StaysWithinTheSlotsWhateverAFileSays) {
 
 TEST_F(Event, DoesWithoutAFileThatCannotBe) {
     std::filesystem::create_directory(s.eventFile());
-    EXPECT_EQ(s.run({"event", "-i", "1"}), (Outcome{0, "No event!\n", ""}));
-    EXPECT_EQ(s.run({"event"}), (Outcome{0, kHeadline + "          0  0xff\n", ""}));
+    EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
+    EXPECT_EQ(s.run({"event"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
     EXPECT_TRUE(std::filesystem::is_empty(s.eventFile()));
 }

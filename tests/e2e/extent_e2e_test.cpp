@@ -6,7 +6,7 @@
 
 #include "tests/e2e/harness.h"
 
-static const Outcome kSilent = {0, "", ""};
+static const ProcessOutcome kSilent = {0, "", ""};
 static const std::string kHead = "DiskID Index AryID Size     StartLBA\n";
 static const std::string kFirst = "     1     0     0  1000.00     0.00\n"
                                   "     1     1     1   500.00  1000.00\n"
@@ -23,8 +23,8 @@ struct Extents : testing::Test {
     Extents() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
     // A change of one extent; more is a further option with its value.
-    Outcome change(const std::string& action, const std::string& drive, const std::string& extent,
-                   const std::vector<std::string>& more = {}) {
+    ProcessOutcome change(const std::string& action, const std::string& drive, const std::string& extent,
+                          const std::vector<std::string>& more = {}) {
         std::vector<std::string> words = {"extent", "-a", action, "-p", drive, "-e", extent, "-i", "0"};
         words.insert(words.end(), more.begin(), more.end());
         return s.run(words);
@@ -45,49 +45,49 @@ static std::string status(const char* maintenance, const char* functional, const
 }
 
 // How the adapter's refusal is told; drive counts from 0.
-static Outcome refused(const std::string& what, int drive) {
+static ProcessOutcome refused(const std::string& what, int drive) {
     return {0, "Failed to " + what + " with ID " + std::to_string(drive) + " on controller #0!\n", ""};
 }
 
 TEST_F(Extents, AreListedForEveryDrive) {
-    const Outcome all = {0, kHead + kFirst + kSecond + kThird + kFourth, ""};
+    const ProcessOutcome all = {0, kHead + kFirst + kSecond + kThird + kFourth, ""};
     EXPECT_EQ(s.run({"extent"}), all);
     EXPECT_EQ(s.run({"EXTENT", "-A", "LIST", "-c", "20"}), all);
-    EXPECT_EQ(s.run({"extent", "-p", "2"}), (Outcome{0, kHead + kSecond, ""}));
-    EXPECT_EQ(s.run({"extent", "-p", "2", "-c", "2"}), (Outcome{0, kHead + kSecond + kThird, ""}));
-    EXPECT_EQ(s.prompt("extent -c 1\nexit\n"), (Outcome{0, "cli>" + kHead + kFirst + "cli>", ""}));
-    EXPECT_EQ(s.run({"extent", "-p", "6"}), (Outcome{0, kHead, ""}));
+    EXPECT_EQ(s.run({"extent", "-p", "2"}), (ProcessOutcome{0, kHead + kSecond, ""}));
+    EXPECT_EQ(s.run({"extent", "-p", "2", "-c", "2"}), (ProcessOutcome{0, kHead + kSecond + kThird, ""}));
+    EXPECT_EQ(s.prompt("extent -c 1\nexit\n"), (ProcessOutcome{0, "cli>" + kHead + kFirst + "cli>", ""}));
+    EXPECT_EQ(s.run({"extent", "-p", "6"}), (ProcessOutcome{0, kHead, ""}));
     EXPECT_EQ(s.run({"extent", "-v", "-p", "6"}),
-              (Outcome{0, "*********************************\nDisk ID : 6\n", ""}));
+              (ProcessOutcome{0, "*********************************\nDisk ID : 6\n", ""}));
 }
 
 TEST_F(Extents, AreShownWithAllTheirStates) {
-    EXPECT_EQ(s.run({"extent", "-v", "-p", "4"}), (Outcome{0,
-                                                           "*********************************\n"
-                                                           "Disk ID : 4\n"
-                                                           "Extent Index : 0\n"
-                                                           "Extent's start LBA : 0.00\n"
-                                                           "Extent's size : 500.00 MB\n"
-                                                           "Maintenance status : Idle\n"
-                                                           "Functional status : Online\n"
-                                                           "Assignment status : global spare\n"
-                                                           "Smart status : OK\n"
-                                                           "Extent Index : 1\n"
-                                                           "Extent's start LBA : 500.00\n"
-                                                           "Extent's size : 500.00 MB\n"
-                                                           "Maintenance status : Idle\n"
-                                                           "Functional status : Online\n"
-                                                           "Assignment status : free\n"
-                                                           "Smart status : OK\n"
-                                                           "Extent Index : 2\n"
-                                                           "Extent's array ID : 0\n"
-                                                           "Extent's start LBA : 1000.00\n"
-                                                           "Extent's size : 1000.00 MB\n"
-                                                           "Maintenance status : Idle\n"
-                                                           "Functional status : Online\n"
-                                                           "Assignment status : dedicated spare\n"
-                                                           "Smart status : OK\n",
-                                                           ""}));
+    EXPECT_EQ(s.run({"extent", "-v", "-p", "4"}), (ProcessOutcome{0,
+                                                                  "*********************************\n"
+                                                                  "Disk ID : 4\n"
+                                                                  "Extent Index : 0\n"
+                                                                  "Extent's start LBA : 0.00\n"
+                                                                  "Extent's size : 500.00 MB\n"
+                                                                  "Maintenance status : Idle\n"
+                                                                  "Functional status : Online\n"
+                                                                  "Assignment status : global spare\n"
+                                                                  "Smart status : OK\n"
+                                                                  "Extent Index : 1\n"
+                                                                  "Extent's start LBA : 500.00\n"
+                                                                  "Extent's size : 500.00 MB\n"
+                                                                  "Maintenance status : Idle\n"
+                                                                  "Functional status : Online\n"
+                                                                  "Assignment status : free\n"
+                                                                  "Smart status : OK\n"
+                                                                  "Extent Index : 2\n"
+                                                                  "Extent's array ID : 0\n"
+                                                                  "Extent's start LBA : 1000.00\n"
+                                                                  "Extent's size : 1000.00 MB\n"
+                                                                  "Maintenance status : Idle\n"
+                                                                  "Functional status : Online\n"
+                                                                  "Assignment status : dedicated spare\n"
+                                                                  "Smart status : OK\n",
+                                                                  ""}));
 }
 
 TEST_F(Extents, StaySplitUntilTheyAreDeleted) {
@@ -95,7 +95,8 @@ TEST_F(Extents, StaySplitUntilTheyAreDeleted) {
     const std::string halves = kHead + "     3     0    -1   500.00     0.00\n"
                                        "     3     1    -1  1500.00   500.00\n";
     EXPECT_EQ(rows("3"), halves);
-    EXPECT_EQ(s.prompt("extent -a split -p 3 -e 1 -i 0 -o 1499\nexit\n"), (Outcome{0, "cli>cli>", ""}));
+    EXPECT_EQ(s.prompt("extent -a split -p 3 -e 1 -i 0 -o 1499\nexit\n"),
+              (ProcessOutcome{0, "cli>cli>", ""}));
     EXPECT_EQ(rows("3"), kHead + "     3     0    -1   500.00     0.00\n"
                                  "     3     1    -1  1499.00   500.00\n"
                                  "     3     2    -1     1.00  1999.00\n");
@@ -106,13 +107,14 @@ TEST_F(Extents, StaySplitUntilTheyAreDeleted) {
 }
 
 TEST_F(Extents, AreNotSplitWhereItMakesNoSense) {
-    const Outcome whole = refused("split extent #0 in physical drive", 2);
+    const ProcessOutcome whole = refused("split extent #0 in physical drive", 2);
     EXPECT_EQ(change("split", "3", "0", {"-o", "2000"}), whole);
     EXPECT_EQ(change("split", "3", "0", {"-o", "4294967295"}), whole);
     EXPECT_EQ(change("split", "3", "1", {"-o", "5"}), refused("split extent #1 in physical drive", 2));
     EXPECT_EQ(change("split", "1", "0", {"-o", "5"}), refused("split extent #0 in physical drive", 0));
     EXPECT_EQ(change("split", "5", "0", {"-o", "5"}), refused("split extent #0 in physical drive", 4));
-    EXPECT_EQ(change("split", "3", "0", {"-o", "0"}), (Outcome{7, "Incorrect offset 0 is defined!\n", ""}));
+    EXPECT_EQ(change("split", "3", "0", {"-o", "0"}),
+              (ProcessOutcome{7, "Incorrect offset 0 is defined!\n", ""}));
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
@@ -134,7 +136,7 @@ TEST_F(Extents, BecomeSparesAndFreeAgain) {
     EXPECT_EQ(statusOf("3", 0), status("Idle", "Online", "dedicated spare"));
     EXPECT_EQ(rows("3"), kHead + "     3     0     0  2000.00     0.00\n");
     EXPECT_EQ(s.prompt("extent -a free -p 3 -e 0 -i 0\nextent -p 3\nexit\n"),
-              (Outcome{0, "cli>cli>" + kHead + kThird + "cli>", ""}));
+              (ProcessOutcome{0, "cli>cli>" + kHead + kThird + "cli>", ""}));
 }
 
 TEST_F(Extents, OfAnArrayAreNeitherFreedNorMadeSpares) {
@@ -164,13 +166,13 @@ TEST_F(Extents, AreRebuiltIntoAnArrayThatNeedsThem) {
 }
 
 TEST_F(Extents, AreNotAddedWhereNothingIsNeeded) {
-    const Outcome whole = refused("add extent #0 in physical drive", 2);
+    const ProcessOutcome whole = refused("add extent #0 in physical drive", 2);
     EXPECT_EQ(change("add", "3", "0", {"-l", "0"}), whole);
     EXPECT_EQ(change("add", "3", "0", {"-l", "7"}), whole);
     EXPECT_EQ(change("add", "1", "2", {"-l", "1"}), refused("add extent #2 in physical drive", 0));
     EXPECT_EQ(change("add", "2", "0", {"-l", "1"}), refused("add extent #0 in physical drive", 1));
     EXPECT_EQ(s.run({"extent", "-a", "add", "-p", "3", "-e", "0", "-i", "0", "-i", "0"}),
-              (Outcome{6, "Invalid logical drive ID defined!\n", ""}));
+              (ProcessOutcome{6, "Invalid logical drive ID defined!\n", ""}));
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
@@ -206,13 +208,14 @@ TEST_F(Extents, AreLeftAloneByBadWords) {
     for (const char* action : {"spare", "free", "add", "split", "delete"}) {
         EXPECT_EQ(
             s.run({"extent", "-a", action, "-p", "3", "-e", "0"}),
-            (Outcome{2,
-                     std::string("Invalid number of parameters for \"extent -a ") + action + "\" defined\n",
-                     ""}));
+            (ProcessOutcome{
+                2, std::string("Invalid number of parameters for \"extent -a ") + action + "\" defined\n",
+                ""}));
     }
-    EXPECT_EQ(change("free", "3", "x"), (Outcome{6, "Invalid extent ID 'x' specified\n", ""}));
-    EXPECT_EQ(change("split", "3", "0", {"-o", "1.5"}), (Outcome{6, "Invalid offset '1.5' specified\n", ""}));
-    EXPECT_EQ(change("merge", "3", "0"), (Outcome{9, "Invalid command for \"extent\"\n", ""}));
-    EXPECT_EQ(s.run({"extent", "-e", "0"}), (Outcome{1, "Invalid parameters defined\n", ""}));
-    EXPECT_EQ(s.run({"extent", "-p", "5"}), (Outcome{5, "Disk with ID 4 is not existed!\n", ""}));
+    EXPECT_EQ(change("free", "3", "x"), (ProcessOutcome{6, "Invalid extent ID 'x' specified\n", ""}));
+    EXPECT_EQ(change("split", "3", "0", {"-o", "1.5"}),
+              (ProcessOutcome{6, "Invalid offset '1.5' specified\n", ""}));
+    EXPECT_EQ(change("merge", "3", "0"), (ProcessOutcome{9, "Invalid command for \"extent\"\n", ""}));
+    EXPECT_EQ(s.run({"extent", "-e", "0"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
+    EXPECT_EQ(s.run({"extent", "-p", "5"}), (ProcessOutcome{5, "Disk with ID 4 is not existed!\n", ""}));
 }

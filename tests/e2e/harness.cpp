@@ -43,19 +43,19 @@ static Launch launchOf(const Session& session, const std::vector<std::string>& w
     return launch;
 }
 
-Outcome Session::run(const std::vector<std::string>& words) {
+ProcessOutcome Session::run(const std::vector<std::string>& words) {
     return runProgram(launchOf(*this, words), "");
 }
 
-Outcome Session::prompt(const std::string& input) {
+ProcessOutcome Session::prompt(const std::string& input) {
     return runProgram(launchOf(*this, {}), input);
 }
 
-Outcome Session::terminal(const std::vector<std::string>& typed) {
+ProcessOutcome Session::terminal(const std::vector<std::string>& typed) {
     return runOnTerminal(launchOf(*this, {}), "cli>", typed);
 }
 
-Outcome Session::runWithoutInput(const std::vector<std::string>& words) {
+ProcessOutcome Session::runWithoutInput(const std::vector<std::string>& words) {
     Launch launch = launchOf(*this, words);
     launch.inputClosed = true;
     return runProgram(launch, "");

@@ -1,7 +1,7 @@
 // A user's session with the program over a simulated world of its own. Every test has one:
 //
 //     Session s;
-//     EXPECT_EQ(s.run({"help", "exit"}), (Outcome{2, "...", ""}));
+//     EXPECT_EQ(s.run({"help", "exit"}), (ProcessOutcome{2, "...", ""}));
 //     EXPECT_EQ(s.prompt("ctrl\nexit\n").status, 0);
 //
 // The world is the built-in one unless a test gives another; it, the event file beside it and the
@@ -25,14 +25,14 @@ struct Session {
     Session& operator=(const Session&) = delete;
 
     // The program with these arguments, or at its prompt with this standard input.
-    Outcome run(const std::vector<std::string>& words);
-    Outcome prompt(const std::string& input);
+    ProcessOutcome run(const std::vector<std::string>& words);
+    ProcessOutcome prompt(const std::string& input);
 
     // The program at its prompt on a terminal; each text is typed at the next prompt. "\x04" is Ctrl-D.
-    Outcome terminal(const std::vector<std::string>& typed);
+    ProcessOutcome terminal(const std::vector<std::string>& typed);
 
     // As run(), with nothing at all on standard input's place.
-    Outcome runWithoutInput(const std::vector<std::string>& words);
+    ProcessOutcome runWithoutInput(const std::vector<std::string>& words);
 
     void setClock(std::int64_t seconds);
     void setVariable(const std::string& name, const std::string& value);

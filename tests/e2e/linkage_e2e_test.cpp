@@ -15,7 +15,7 @@ static std::string dynamicSection(const std::string& file) {
     launch.variables = {"LC_ALL=C"};
     Session s;
     launch.directory = s.directory;
-    const Outcome outcome = runProgram(launch, "");
+    const ProcessOutcome outcome = runProgram(launch, "");
     EXPECT_EQ(outcome.status, 0) << outcome;
     return outcome.out;
 }

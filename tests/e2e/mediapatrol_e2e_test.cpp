@@ -6,19 +6,19 @@
 
 #include "tests/e2e/harness.h"
 
-static const Outcome kSilent = {0, "", ""};
+static const ProcessOutcome kSilent = {0, "", ""};
 
 struct MediaPatrol : testing::Test {
     Session s;
     MediaPatrol() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
-    Outcome mp(const std::string& action, const std::string& drive = "2") {
+    ProcessOutcome mp(const std::string& action, const std::string& drive = "2") {
         return s.run({"mp", "-a", action, "-p", drive, "-i", "0"});
     }
     // What a listing says, so many seconds after the start of the session.
     std::string after(std::int64_t seconds) {
         s.setClock(kSessionStart + seconds);
-        const Outcome outcome = mp("list");
+        const ProcessOutcome outcome = mp("list");
         EXPECT_EQ(outcome.status, 0);
         return outcome.out;
     }
@@ -33,7 +33,7 @@ static std::string running(int percent, int loops = 0, int errors = 0) {
     return patrol("Running\nMedia patrol progress : " + std::to_string(percent), loops, errors);
 }
 
-static Outcome failed(const std::string& action) {
+static ProcessOutcome failed(const std::string& action) {
     return {8, "Failed to " + action + " media patrol operation on disk with ID 1!\n", ""};
 }
 
@@ -109,30 +109,30 @@ TEST_F(MediaPatrol, RunsOnEachDriveByItself) {
 }
 
 TEST_F(MediaPatrol, MissesDrivesThatAreNotThere) {
-    const Outcome missing = {5, "Disk with ID 4 in controller #0 is not existed\n", ""};
+    const ProcessOutcome missing = {5, "Disk with ID 4 in controller #0 is not existed\n", ""};
     for (const char* action : {"list", "start", "stop", "pause", "resume"})
         EXPECT_EQ(mp(action, "5"), missing);
     EXPECT_EQ(s.run({"mp", "-a", "start", "-i", "7", "-p", "1"}),
-              (Outcome{5, "Disk with ID 0 in controller #7 is not existed\n", ""}));
+              (ProcessOutcome{5, "Disk with ID 0 in controller #7 is not existed\n", ""}));
 }
 
 TEST_F(MediaPatrol, NeedsExactlySevenWords) {
-    const Outcome count = {2, "Invalid number of parameters for \"mp\"!\n", ""};
+    const ProcessOutcome count = {2, "Invalid number of parameters for \"mp\"!\n", ""};
     EXPECT_EQ(s.run({"mp"}), count);
     EXPECT_EQ(s.run({"mp", "-a", "start"}), count);
     EXPECT_EQ(s.run({"mp", "-a", "list", "-p", "2"}), count);
     EXPECT_EQ(s.run({"mp", "-a", "list", "-p", "2", "-i", "0", "-v"}), count);
     EXPECT_EQ(s.prompt("mp -a stop -p 2 -i 0\nmp\nexit\n"),
-              (Outcome{2, "cli>" + failed("stop").out + "cli>" + count.out + "cli>", ""}));
+              (ProcessOutcome{2, "cli>" + failed("stop").out + "cli>" + count.out + "cli>", ""}));
 }
 
 TEST_F(MediaPatrol, RefusesWhatItDoesNotKnow) {
-    EXPECT_EQ(mp("restart"), (Outcome{9, "Invalid command for \"media patrol\"\n", ""}));
-    EXPECT_EQ(mp("start", "x"), (Outcome{6, "Invalid physical drive ID 'x' specified\n", ""}));
+    EXPECT_EQ(mp("restart"), (ProcessOutcome{9, "Invalid command for \"media patrol\"\n", ""}));
+    EXPECT_EQ(mp("start", "x"), (ProcessOutcome{6, "Invalid physical drive ID 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"mp", "-a", "start", "-p", "2", "-i", "x"}),
-              (Outcome{6, "Invalid controller ID 'x' specified\n", ""}));
+              (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"mp", "-a", "start", "-p", "2", "-c", "0"}),
-              (Outcome{1, "Invalid parameters defined\n", ""}));
+              (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
     EXPECT_EQ(mp("list").out, patrol("idle", 0, 0));
 }
 

@@ -15,13 +15,15 @@ struct PhyDrv : testing::Test {
         const std::size_t start = block.find("\n" + name) + name.size() + 1;
         return start == name.size() ? "" : block.substr(start, block.find('\n', start) - start);
     }
-    Outcome mod(const std::string& drive, const std::string& settings) {
+    ProcessOutcome mod(const std::string& drive, const std::string& settings) {
         return s.run({"phydrv", "-a", "mod", "-p", drive, "-i", "0", "-s", settings});
     }
-    Outcome locate(const std::string& drive, const std::string& seconds) {
+    ProcessOutcome locate(const std::string& drive, const std::string& seconds) {
         return s.run({"phydrv", "-a", "locate", "-p", drive, "-i", "0", "-d", seconds});
     }
-    Outcome wipe(const std::string& drive) { return s.run({"phydrv", "-a", "wipe", "-p", drive, "-i", "0"}); }
+    ProcessOutcome wipe(const std::string& drive) {
+        return s.run({"phydrv", "-a", "wipe", "-p", drive, "-i", "0"});
+    }
     std::string speed(const std::string& drive, const std::string& controller = "0") {
         return s.run({"phydrv", "-a", "list3G", "-p", drive, "-i", controller}).out;
     }
@@ -32,7 +34,7 @@ struct PhyDrv : testing::Test {
     }
 };
 
-static const Outcome kSilent = {0, "", ""};
+static const ProcessOutcome kSilent = {0, "", ""};
 static const std::string kHead =
     "ID CH         Size                  Model                Serial        F/W\n";
 static const std::string kFirstRow =
@@ -47,33 +49,36 @@ static const std::string kSixthRow =
     " 6 15       1.00MB  A model of 21 letters A serial of 23 letters.        1.1\n";
 
 TEST_F(PhyDrv, ListsEveryDrive) {
-    const Outcome all = {0, kHead + kFirstRow + kSecondRow + kThirdRow + kFourthRow + kSixthRow, ""};
+    const ProcessOutcome all = {0, kHead + kFirstRow + kSecondRow + kThirdRow + kFourthRow + kSixthRow, ""};
     EXPECT_EQ(s.run({"phydrv"}), all);
     EXPECT_EQ(s.run({"PHYDRV", "-A", "LIST", "-C", "0"}), all);
-    EXPECT_EQ(s.prompt("phydrv -c 20\nexit\n"), (Outcome{0, "cli>" + all.out + "cli>", ""}));
+    EXPECT_EQ(s.prompt("phydrv -c 20\nexit\n"), (ProcessOutcome{0, "cli>" + all.out + "cli>", ""}));
     EXPECT_EQ(
         s.run({"phydrv", "-i", "1"}),
-        (Outcome{0, kHead + " 1  0    2000.00MB              Alpha 500                C-0000        1.0\n",
-                 ""}));
+        (ProcessOutcome{
+            0, kHead + " 1  0    2000.00MB              Alpha 500                C-0000        1.0\n", ""}));
 }
 
 TEST_F(PhyDrv, ListsOneDriveOrAFewFromItOn) {
-    EXPECT_EQ(s.run({"phydrv", "-p", "3"}), (Outcome{0, kHead + kThirdRow, ""}));
-    EXPECT_EQ(s.run({"phydrv", "-c", "4", "-p", "3"}), (Outcome{0, kHead + kThirdRow, ""}));
-    EXPECT_EQ(s.run({"phydrv", "-p", "3", "-c", "2"}), (Outcome{0, kHead + kThirdRow + kFourthRow, ""}));
-    EXPECT_EQ(s.run({"phydrv", "-p", "4", "-c", "3"}), (Outcome{0, kHead + kFourthRow + kSixthRow, ""}));
-    EXPECT_EQ(s.run({"phydrv", "-a", "list", "-c", "2"}), (Outcome{0, kHead + kFirstRow + kSecondRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-c", "4", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "3", "-c", "2"}),
+              (ProcessOutcome{0, kHead + kThirdRow + kFourthRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "4", "-c", "3"}),
+              (ProcessOutcome{0, kHead + kFourthRow + kSixthRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-a", "list", "-c", "2"}),
+              (ProcessOutcome{0, kHead + kFirstRow + kSecondRow, ""}));
 }
 
 TEST_F(PhyDrv, MissesDrivesThatAreNotThere) {
     EXPECT_EQ(s.run({"phydrv", "-p", "5"}),
-              (Outcome{5, "Disk with ID 4 in controller #0 is not existed\n", ""}));
+              (ProcessOutcome{5, "Disk with ID 4 in controller #0 is not existed\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "0"}),
-              (Outcome{5, "Disk with ID -1 in controller #0 is not existed\n", ""}));
+              (ProcessOutcome{5, "Disk with ID -1 in controller #0 is not existed\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-i", "2"}),
-              (Outcome{5, "Disk with ID 0 in controller #2 is not existed\n", ""}));
+              (ProcessOutcome{5, "Disk with ID 0 in controller #2 is not existed\n", ""}));
     EXPECT_EQ(s.prompt("phydrv -p 40 -v\nexit\n"),
-              (Outcome{5, "cli>Disk with ID 39 in controller #0 is not existed\ncli>", ""}));
+              (ProcessOutcome{5, "cli>Disk with ID 39 in controller #0 is not existed\ncli>", ""}));
 }
 
 // The adapters tell a geometry of 255 heads and 63 sectors, of which 254 cylinders fill the drive.
@@ -95,8 +100,8 @@ TEST_F(PhyDrv, ShowsAllOfADrive) {
                               "Disk write cache mode : disabled\nSmart check : disabled\n"
                               "NCQ feature is not supported\nTCQ feature is not supported\n"
                               "Current Locate Status : Off\n";
-    EXPECT_EQ(s.run({"phydrv", "-p", "1", "-v"}), (Outcome{0, first, ""}));
-    EXPECT_EQ(s.prompt("phydrv -v -p 6\nexit\n"), (Outcome{0, "cli>" + sixth + "cli>", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "1", "-v"}), (ProcessOutcome{0, first, ""}));
+    EXPECT_EQ(s.prompt("phydrv -v -p 6\nexit\n"), (ProcessOutcome{0, "cli>" + sixth + "cli>", ""}));
     const std::string all = s.run({"phydrv", "-v"}).out;
     EXPECT_EQ(all.find(first), 0u);
     EXPECT_EQ(all.rfind(sixth), all.size() - sixth.size());
@@ -114,7 +119,7 @@ TEST_F(PhyDrv, KeepsChangedSettingsFromRunToRun) {
     EXPECT_EQ(
         s.prompt(
             "phydrv -a mod -p 2 -i 0 -s \"tcq = enable\"\nphydrv -a mod -p 1 -i 0 -s ncq=enable\nexit\n"),
-        (Outcome{0, "cli>cli>cli>", ""}));
+        (ProcessOutcome{0, "cli>cli>cli>", ""}));
     EXPECT_EQ(shown("2", "TCQ is "), "enabled");
     EXPECT_EQ(shown("1", "NCQ is "), "enabled");
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "disabled");
@@ -127,13 +132,13 @@ TEST_F(PhyDrv, ChangesNothingWithoutSayingSoWhenADriveCannotQueue) {
 }
 
 TEST_F(PhyDrv, ChangesNothingForABadText) {
-    const Outcome unknown = {1, "Invalid parameters for \"phydrv\"!\n", ""};
+    const ProcessOutcome unknown = {1, "Invalid parameters for \"phydrv\"!\n", ""};
     EXPECT_EQ(mod("1", "writecache=disable,smart=enable"), unknown);
     EXPECT_EQ(mod("1", "writecache=disable,"), unknown);
-    EXPECT_EQ(mod("1", "writecache=disable,ncq=off"), (Outcome{1, "Incorrect parameters!\n", ""}));
+    EXPECT_EQ(mod("1", "writecache=disable,ncq=off"), (ProcessOutcome{1, "Incorrect parameters!\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-a", "mod", "-s", "writecache=disable", "-p", "1", "-i", "0"}), unknown);
     EXPECT_EQ(s.run({"phydrv", "-a", "mod", "-p", "1", "-s", "writecache=disable"}),
-              (Outcome{2, "Invalid number of parameters for \"phydrv -a mod\" defined\n", ""}));
+              (ProcessOutcome{2, "Invalid number of parameters for \"phydrv -a mod\" defined\n", ""}));
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "enabled");
 }
 
@@ -156,10 +161,12 @@ TEST_F(PhyDrv, StopsBlinkingWhenTold) {
 }
 
 TEST_F(PhyDrv, WipesADriveUnlessAnArrayUsesIt) {
-    EXPECT_EQ(wipe("1"),
-              (Outcome{8, "Failed to wipe the reserved sector of disk with ID 0 in controller #0!\n", ""}));
-    EXPECT_EQ(wipe("5"),
-              (Outcome{8, "Failed to wipe the reserved sector of disk with ID 4 in controller #0!\n", ""}));
+    EXPECT_EQ(
+        wipe("1"),
+        (ProcessOutcome{8, "Failed to wipe the reserved sector of disk with ID 0 in controller #0!\n", ""}));
+    EXPECT_EQ(
+        wipe("5"),
+        (ProcessOutcome{8, "Failed to wipe the reserved sector of disk with ID 4 in controller #0!\n", ""}));
     EXPECT_EQ(wipe("4"), kSilent);
     const std::string extents = s.run({"extent", "-v", "-p", "4"}).out;
     EXPECT_EQ(extents.find("spare"), std::string::npos) << extents;
@@ -169,7 +176,7 @@ TEST_F(PhyDrv, WipesADriveUnlessAnArrayUsesIt) {
 
 TEST_F(PhyDrv, KeepsTheTransferOptionForAllDrivesOfAKind) {
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "1", "-i", "0"}),
-              (Outcome{0, "3G option in control 0 disk 0 Alpha 500 is off.\n", ""}));
+              (ProcessOutcome{0, "3G option in control 0 disk 0 Alpha 500 is off.\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"}), kSilent);
     EXPECT_EQ(speed("1"), "3G option in control 0 disk 0 Alpha 500 is on.\n");
     EXPECT_EQ(speed("4"), "3G option in control 0 disk 3 Alpha 500 is on.\n");
@@ -180,13 +187,13 @@ TEST_F(PhyDrv, KeepsTheTransferOptionForAllDrivesOfAKind) {
 }
 
 TEST_F(PhyDrv, KnowsNoTransferOptionOfMissingDrives) {
-    const Outcome missing = {8, "Disk 4 is not existed!\n", ""};
+    const ProcessOutcome missing = {8, "Disk 4 is not existed!\n", ""};
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "5", "-i", "0"}), missing);
     EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "5", "-i", "0", "-e", "1"}), missing);
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "1", "-i", "9"}),
-              (Outcome{8, "Disk 0 is not existed!\n", ""}));
+              (ProcessOutcome{8, "Disk 0 is not existed!\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-m", "Alpha 500", "-f", "1.0"}),
-              (Outcome{1, "Invalid subcommand for \"phydrv -a set3G\" defined\n", ""}));
+              (ProcessOutcome{1, "Invalid subcommand for \"phydrv -a set3G\" defined\n", ""}));
 }
 
 TEST_F(PhyDrv, LeavesAnEventForEachChange) {
@@ -206,17 +213,19 @@ TEST_F(PhyDrv, LeavesAnEventForEachChange) {
 }
 
 TEST_F(PhyDrv, RefusesWhatItDoesNotKnow) {
-    EXPECT_EQ(s.run({"phydrv", "-a", "erase"}), (Outcome{9, "Invalid command for \"phydrv\"\n", ""}));
-    EXPECT_EQ(s.run({"phydrv", "list"}), (Outcome{1, "Invalid parameters defined\n", ""}));
-    EXPECT_EQ(s.run({"phydrv", "-p", "x"}), (Outcome{6, "Invalid physical drive ID 'x' specified\n", ""}));
-    EXPECT_EQ(s.run({"phydrv", "-c", "x"}), (Outcome{1, "Invalid physical drive count 'x' specified\n", ""}));
-    EXPECT_EQ(wipe("x"), (Outcome{6, "Invalid disk ID 'x' specified\n", ""}));
-    EXPECT_EQ(locate("1", "x"), (Outcome{1, "Invalid duration 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-a", "erase"}), (ProcessOutcome{9, "Invalid command for \"phydrv\"\n", ""}));
+    EXPECT_EQ(s.run({"phydrv", "list"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "x"}),
+              (ProcessOutcome{6, "Invalid physical drive ID 'x' specified\n", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-c", "x"}),
+              (ProcessOutcome{1, "Invalid physical drive count 'x' specified\n", ""}));
+    EXPECT_EQ(wipe("x"), (ProcessOutcome{6, "Invalid disk ID 'x' specified\n", ""}));
+    EXPECT_EQ(locate("1", "x"), (ProcessOutcome{1, "Invalid duration 'x' specified\n", ""}));
 }
 
 // A missing value is read from what the line before left in its slot.
 TEST_F(PhyDrv, ReadsAStaleWordAtThePrompt) {
     EXPECT_EQ(s.prompt("phydrv -p 3\nphydrv -p\nexit\n"),
-              (Outcome{0, "cli>" + kHead + kThirdRow + "cli>" + kHead + kThirdRow + "cli>", ""}));
-    EXPECT_EQ(s.run({"phydrv", "-p"}), (Outcome{6, "Invalid physical drive ID '' specified\n", ""}));
+              (ProcessOutcome{0, "cli>" + kHead + kThirdRow + "cli>" + kHead + kThirdRow + "cli>", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p"}), (ProcessOutcome{6, "Invalid physical drive ID '' specified\n", ""}));
 }

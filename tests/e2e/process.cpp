@@ -19,7 +19,7 @@
 static constexpr unsigned kMaxComparisons = 60; // seconds
 static constexpr uid_t kNobody = 65534;
 
-std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+std::ostream& operator<<(std::ostream& stream, const ProcessOutcome& outcome) {
     return stream << "status " << outcome.status << "\n--- out\n"
                   << outcome.out << "--- err\n"
                   << outcome.err;
@@ -87,7 +87,7 @@ static void feed(int pipe, const std::string& input) {
     close(pipe);
 }
 
-Outcome runProgram(const Launch& launch, const std::string& input) {
+ProcessOutcome runProgram(const Launch& launch, const std::string& input) {
     std::signal(SIGPIPE, SIG_IGN);
     const std::string outPath = launch.directory + "/.out", errPath = launch.directory + "/.err";
     const int out = outputFile(outPath), err = outputFile(errPath);
@@ -107,7 +107,7 @@ Outcome runProgram(const Launch& launch, const std::string& input) {
     }
     close(ends[0]);
     feed(ends[1], input);
-    Outcome outcome;
+    ProcessOutcome outcome;
     outcome.status = waitFor(child);
     outcome.out = takeFile(out, outPath);
     outcome.err = takeFile(err, errPath);
@@ -151,8 +151,8 @@ static bool readUntil(int terminal, const std::string& awaited, std::string* sho
     }
 }
 
-Outcome runOnTerminal(const Launch& launch, const std::string& awaited,
-                      const std::vector<std::string>& typed) {
+ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
+                             const std::vector<std::string>& typed) {
     const int terminal = openTerminal();
     const pid_t child = fork();
     require(child >= 0, "cannot start a process");
@@ -160,7 +160,7 @@ Outcome runOnTerminal(const Launch& launch, const std::string& awaited,
         useTerminal(terminal);
         become(launch);
     }
-    Outcome outcome;
+    ProcessOutcome outcome;
     std::size_t from = 0;
     for (const std::string& text : typed)
         if (readUntil(terminal, awaited, &outcome.out, &from))

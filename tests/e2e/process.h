@@ -7,12 +7,12 @@
 #include <vector>
 
 // How a program ended.
-struct Outcome {
+struct ProcessOutcome {
     int status = 0;       // exit status; 128 and the signal's number when a signal ended it
     std::string out, err; // all of standard output and standard error; of a terminal, all in out
-    bool operator==(const Outcome&) const = default;
+    bool operator==(const ProcessOutcome&) const = default;
 };
-std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
+std::ostream& operator<<(std::ostream& stream, const ProcessOutcome& outcome);
 
 // What to start. The first word is the program's path. Nothing but these variables is handed on.
 struct Launch {
@@ -25,9 +25,9 @@ struct Launch {
 };
 
 // Runs it to its end with input on a pipe. A program that hangs is ended by a signal after a minute.
-Outcome runProgram(const Launch& launch, const std::string& input);
+ProcessOutcome runProgram(const Launch& launch, const std::string& input);
 
 // Runs it on a terminal of its own. Each text is typed when the program has printed one more awaited
 // text than before; out is what the terminal showed: echo included, lines ending in "\r\n".
-Outcome runOnTerminal(const Launch& launch, const std::string& awaited,
-                      const std::vector<std::string>& typed);
+ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
+                             const std::vector<std::string>& typed);

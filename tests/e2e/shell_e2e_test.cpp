@@ -7,77 +7,78 @@
 static const std::string kHelpExit = "Exit the CLI\nUsage: exit\n\nExit the CLI\nUsage: exit\n";
 
 // An empty world would end the start-up, so the built-in one is behind all of these.
-static Outcome promptOutcome(const std::string& input) {
+static ProcessOutcome promptOutcome(const std::string& input) {
     Session s;
     return s.prompt(input);
 }
 
 TEST(OneShot, PrintsTheCommandsOutputAloneAndEndsWithItsResult) {
     Session s;
-    EXPECT_EQ(s.run({"help", "exit"}), (Outcome{2, kHelpExit, ""}));
-    EXPECT_EQ(s.run({"HELP", "Exit"}), (Outcome{2, kHelpExit, ""}));
-    EXPECT_EQ(s.run({"?", "exit", "and", "more"}), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.run({"help", "exit"}), (ProcessOutcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.run({"HELP", "Exit"}), (ProcessOutcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.run({"?", "exit", "and", "more"}), (ProcessOutcome{2, kHelpExit, ""}));
 }
 
 TEST(OneShot, EndsWithNineForUnknownWords) {
     Session s;
-    EXPECT_EQ(s.run({"nosuch"}), (Outcome{9, "Invalid command!\n", ""}));
-    EXPECT_EQ(s.run({"ctr"}), (Outcome{9, "Invalid command!\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", "nosuch"}), (Outcome{9, "Invalid command for \"ctrl\"\n", ""}));
-    EXPECT_EQ(s.run({"event", "-x"}), (Outcome{9, "Invalid command for \"event\"\n", ""}));
+    EXPECT_EQ(s.run({"nosuch"}), (ProcessOutcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(s.run({"ctr"}), (ProcessOutcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", "nosuch"}), (ProcessOutcome{9, "Invalid command for \"ctrl\"\n", ""}));
+    EXPECT_EQ(s.run({"event", "-x"}), (ProcessOutcome{9, "Invalid command for \"event\"\n", ""}));
 }
 
 TEST(OneShot, DoesNotKnowTheExitWord) {
     Session s;
-    EXPECT_EQ(s.run({"exit"}), (Outcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(s.run({"exit"}), (ProcessOutcome{9, "Invalid command!\n", ""}));
 }
 
 TEST(OneShot, TakesAnEmptyArgumentAsAWord) {
     Session s;
-    EXPECT_EQ(s.run({""}), (Outcome{9, "Invalid command!\n", ""}));
-    EXPECT_EQ(s.run({"ctrl", ""}), (Outcome{9, "Invalid command for \"ctrl\"\n", ""}));
+    EXPECT_EQ(s.run({""}), (ProcessOutcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(s.run({"ctrl", ""}), (ProcessOutcome{9, "Invalid command for \"ctrl\"\n", ""}));
 }
 
 TEST(OneShot, DoesNotSplitArguments) {
     Session s;
-    EXPECT_EQ(s.run({"help exit"}), (Outcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(s.run({"help exit"}), (ProcessOutcome{9, "Invalid command!\n", ""}));
 }
 
 TEST(OneShot, TakesSixteenWordsAndRefusesSeventeen) {
     Session s;
     std::vector<std::string> words(16, "exit");
     words[0] = "help";
-    EXPECT_EQ(s.run(words), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.run(words), (ProcessOutcome{2, kHelpExit, ""}));
     words.push_back("exit");
-    EXPECT_EQ(s.run(words), (Outcome{2, "Too many words, at most 16 are taken!\n", ""}));
+    EXPECT_EQ(s.run(words), (ProcessOutcome{2, "Too many words, at most 16 are taken!\n", ""}));
 }
 
 TEST(OneShot, CutsALongArgumentTo256Characters) {
     Session s;
     const std::string kept(256, '7');
     const std::string errorMessage = "Invalid controller ID '" + std::string(255, '7') + "x' specified\n";
-    EXPECT_EQ(s.run({"event", "-i", std::string(255, '7') + "x" + kept}), (Outcome{6, errorMessage, ""}));
+    EXPECT_EQ(s.run({"event", "-i", std::string(255, '7') + "x" + kept}),
+              (ProcessOutcome{6, errorMessage, ""}));
 }
 
 TEST(OneShot, WorksWithoutAnyStandardInput) {
     Session s;
-    EXPECT_EQ(s.runWithoutInput({"help", "exit"}), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.runWithoutInput({"help", "exit"}), (ProcessOutcome{2, kHelpExit, ""}));
 }
 
 TEST(Prompt, RunsLineAfterLineUntilTheExitWord) {
     EXPECT_EQ(promptOutcome("help exit\nnosuch\nexit\nhelp exit\n"),
-              (Outcome{9, "cli>" + kHelpExit + "cli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{9, "cli>" + kHelpExit + "cli>Invalid command!\ncli>", ""}));
 }
 
 TEST(Prompt, EndsWithNothingRunAsDone) {
-    EXPECT_EQ(promptOutcome("exit\n"), (Outcome{0, "cli>", ""}));
-    EXPECT_EQ(promptOutcome(""), (Outcome{0, "cli>", ""}));
+    EXPECT_EQ(promptOutcome("exit\n"), (ProcessOutcome{0, "cli>", ""}));
+    EXPECT_EQ(promptOutcome(""), (ProcessOutcome{0, "cli>", ""}));
 }
 
 TEST(Prompt, KnowsTheExitWordInAnyCaseWithAnythingAround) {
     for (const char* line : {"EXIT\n", "   ExIt   \n", "exit now\n", "\"exit\"\n"})
         EXPECT_EQ(promptOutcome(std::string("nosuch\n") + line + "help exit\n"),
-                  (Outcome{9, "cli>Invalid command!\ncli>", ""}))
+                  (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}))
             << line;
 }
 
@@ -87,34 +88,36 @@ TEST(Prompt, EndsWithTheResultOfTheLastCommand) {
 }
 
 TEST(Prompt, EndsAtTheEndOfInput) {
-    EXPECT_EQ(promptOutcome("nosuch\n"), (Outcome{9, "cli>Invalid command!\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("nosuch\n"), (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
 }
 
 TEST(Prompt, RunsALastLineWithoutItsNewline) {
-    EXPECT_EQ(promptOutcome("nosuch"), (Outcome{9, "cli>Invalid command!\ncli>", ""}));
-    EXPECT_EQ(promptOutcome("nosuch\nexit"), (Outcome{9, "cli>Invalid command!\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("nosuch"), (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("nosuch\nexit"), (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
 }
 
 TEST(Prompt, EndsWithoutAnyStandardInput) {
     Session s;
-    EXPECT_EQ(s.runWithoutInput({}), (Outcome{0, "cli>", ""}));
+    EXPECT_EQ(s.runWithoutInput({}), (ProcessOutcome{0, "cli>", ""}));
 }
 
 // The words of the line before are still there, though none is counted.
 TEST(Prompt, RunsThePreviousCommandAgainForABlankLine) {
     EXPECT_EQ(promptOutcome("help exit\n\n   \nexit\n").status, 2);
-    EXPECT_EQ(promptOutcome("ctrl nosuch\n\nexit\n"),
-              (Outcome{9, "cli>Invalid command for \"ctrl\"\ncli>Invalid command for \"ctrl\"\ncli>", ""}));
+    EXPECT_EQ(
+        promptOutcome("ctrl nosuch\n\nexit\n"),
+        (ProcessOutcome{9, "cli>Invalid command for \"ctrl\"\ncli>Invalid command for \"ctrl\"\ncli>", ""}));
 }
 
 TEST(Prompt, FindsNothingForABlankFirstLine) {
     EXPECT_EQ(promptOutcome("\n   \nexit\n"),
-              (Outcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
 }
 
 // "ctrl -a" looks at the third word, which is the one the line before left.
 TEST(Prompt, LooksAtAStaleWordBehindTheLastOne) {
-    EXPECT_EQ(promptOutcome("ctrl -a\nexit\n"), (Outcome{9, "cli>Invalid command for \"ctrl\"\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("ctrl -a\nexit\n"),
+              (ProcessOutcome{9, "cli>Invalid command for \"ctrl\"\ncli>", ""}));
     EXPECT_EQ(promptOutcome("help x -x\nctrl -a\nexit\n").status, 9);
     EXPECT_EQ(promptOutcome("help x mod\nctrl -a\nexit\n")
                   .out.substr(promptOutcome("help x mod\nexit\n").out.size()),
@@ -123,74 +126,75 @@ TEST(Prompt, LooksAtAStaleWordBehindTheLastOne) {
 
 TEST(Prompt, KeepsBlanksWithinQuotesAndNothingElse) {
     EXPECT_EQ(promptOutcome("ctrl \"-a list\"\nexit\n"),
-              (Outcome{9, "cli>Invalid command for \"ctrl\"\ncli>", ""}));
+              (ProcessOutcome{9, "cli>Invalid command for \"ctrl\"\ncli>", ""}));
     EXPECT_EQ(promptOutcome("event -i \"a b\"\n"),
-              (Outcome{6, "cli>Invalid controller ID 'a b' specified\ncli>", ""}));
+              (ProcessOutcome{6, "cli>Invalid controller ID 'a b' specified\ncli>", ""}));
     EXPECT_EQ(promptOutcome("event -i a\"b c\"\n"),
-              (Outcome{6, "cli>Invalid controller ID 'a\"b' specified\ncli>", ""}));
+              (ProcessOutcome{6, "cli>Invalid controller ID 'a\"b' specified\ncli>", ""}));
     EXPECT_EQ(promptOutcome("event -i \"abc\n"),
-              (Outcome{6, "cli>Invalid controller ID 'abc' specified\ncli>", ""}));
-    EXPECT_EQ(promptOutcome("event\t-i\n"), (Outcome{9, "cli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{6, "cli>Invalid controller ID 'abc' specified\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("event\t-i\n"), (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
     EXPECT_EQ(promptOutcome("nosuch\r\nexit\n").status, 9);
 }
 
 TEST(Prompt, TakesSixteenWordsAndRefusesSeventeen) {
     const std::string fifteen = " e e e e e e e e e e e e e e e";
     EXPECT_EQ(promptOutcome("help exit" + fifteen.substr(2) + "\n"),
-              (Outcome{2, "cli>" + kHelpExit + "cli>", ""}));
+              (ProcessOutcome{2, "cli>" + kHelpExit + "cli>", ""}));
     EXPECT_EQ(promptOutcome("help exit" + fifteen + "\n"),
-              (Outcome{2, "cli>Too many words, at most 16 are taken!\ncli>", ""}));
+              (ProcessOutcome{2, "cli>Too many words, at most 16 are taken!\ncli>", ""}));
 }
 
 TEST(Prompt, KeepsTheWordsOfTheLineBeforeARefusedOne) {
     const std::string refused = "help 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\n";
     EXPECT_EQ(promptOutcome("nosuch\n" + refused + "\nexit\n"),
-              (Outcome{9,
-                       "cli>Invalid command!\ncli>Too many words, at most 16 are taken!\n"
-                       "cli>Invalid command!\ncli>",
-                       ""}));
+              (ProcessOutcome{9,
+                              "cli>Invalid command!\ncli>Too many words, at most 16 are taken!\n"
+                              "cli>Invalid command!\ncli>",
+                              ""}));
 }
 
 TEST(Prompt, CutsALongWordIntoPiecesOf256Characters) {
     const std::string digits(256, '1');
     // The ID ends after 256 digits; what follows is a word of its own, which is no option.
     EXPECT_EQ(promptOutcome("event -c " + digits + "x\n"),
-              (Outcome{1, "cli>Invalid parameters defined\ncli>", ""}));
+              (ProcessOutcome{1, "cli>Invalid parameters defined\ncli>", ""}));
     EXPECT_EQ(promptOutcome("event -c " + digits.substr(1) + "x\n"),
-              (Outcome{1, "cli>Invalid event count '" + digits.substr(1) + "x' specified\ncli>", ""}));
+              (ProcessOutcome{1, "cli>Invalid event count '" + digits.substr(1) + "x' specified\ncli>", ""}));
 }
 
 // The first 4096 characters are one command, the next one is dropped, the rest is a command.
 TEST(Prompt, SplitsAnOverlongLine) {
     const std::string blanks(4096 - 6, ' ');
-    EXPECT_EQ(promptOutcome("nosuch" + blanks + "\nexit\n"), (Outcome{9, "cli>Invalid command!\ncli>", ""}));
+    EXPECT_EQ(promptOutcome("nosuch" + blanks + "\nexit\n"),
+              (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
     EXPECT_EQ(promptOutcome("nosuch" + blanks + "Xhelp exit\nexit\n"),
-              (Outcome{2, "cli>Invalid command!\ncli>" + kHelpExit + "cli>", ""}));
+              (ProcessOutcome{2, "cli>Invalid command!\ncli>" + kHelpExit + "cli>", ""}));
     EXPECT_EQ(promptOutcome("nosuch" + blanks + "exit\n"),
-              (Outcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
 }
 
 // A line of exactly 4097 characters leaves its newline, which is a blank line.
 TEST(Prompt, TakesTheNewlineOfALineOf4097CharactersAsABlankLine) {
     EXPECT_EQ(promptOutcome("nosuch" + std::string(4097 - 6, ' ') + "\nexit\n"),
-              (Outcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{9, "cli>Invalid command!\ncli>Invalid command!\ncli>", ""}));
 }
 
 TEST(Prompt, EndsALineAtANulByte) {
     using namespace std::string_literals;
     EXPECT_EQ(promptOutcome("nosuch\0help exit\nexit\n"s),
-              (Outcome{2, "cli>Invalid command!\ncli>" + kHelpExit + "cli>", ""}));
+              (ProcessOutcome{2, "cli>Invalid command!\ncli>" + kHelpExit + "cli>", ""}));
 }
 
 TEST(Terminal, RunsASession) {
     Session s;
     EXPECT_EQ(s.terminal({"nosuch\n", "exit\n"}),
-              (Outcome{9, "cli>nosuch\r\nInvalid command!\r\ncli>exit\r\n", ""}));
+              (ProcessOutcome{9, "cli>nosuch\r\nInvalid command!\r\ncli>exit\r\n", ""}));
 }
 
 TEST(Terminal, EndsWithControlDOnAnEmptyLine) {
     Session s;
-    const Outcome outcome = s.terminal({"nosuch\n", "\x04"});
+    const ProcessOutcome outcome = s.terminal({"nosuch\n", "\x04"});
     EXPECT_EQ(outcome.status, 9);
     EXPECT_EQ(outcome.out.substr(0, 35), "cli>nosuch\r\nInvalid command!\r\ncli>");
 }
@@ -198,7 +202,7 @@ TEST(Terminal, EndsWithControlDOnAnEmptyLine) {
 // The first Ctrl-D hands the line over as it stands, the second ends the input.
 TEST(Terminal, RunsALineThatEndsWithControlD) {
     Session s;
-    const Outcome outcome = s.terminal({"nosuch\x04\x04"});
+    const ProcessOutcome outcome = s.terminal({"nosuch\x04\x04"});
     EXPECT_EQ(outcome.status, 9);
     EXPECT_NE(outcome.out.find("Invalid command!\r\ncli>"), std::string::npos) << outcome.out;
 }

@@ -11,7 +11,7 @@ static const std::string kOpened = "initialize baba0001 1 60\ndiscover 1\n";
 TEST(StartUp, EndsWithTenWhenTheLibraryDoesNotInitialize) {
     Session s;
     s.preferLibraries(kForeign + "/uninitialized");
-    const Outcome expected = {10, "Q5API is failed to initialized!\n", "initialize baba0001 1 60\n"};
+    const ProcessOutcome expected = {10, "Q5API is failed to initialized!\n", "initialize baba0001 1 60\n"};
     EXPECT_EQ(s.run({"ctrl"}), expected);
     EXPECT_EQ(s.prompt("ctrl\nexit\n"), expected);
 }
@@ -19,13 +19,13 @@ TEST(StartUp, EndsWithTenWhenTheLibraryDoesNotInitialize) {
 TEST(StartUp, EndsWithTenWhenNothingIsDiscovered) {
     Session s;
     s.preferLibraries(kForeign + "/undiscovered");
-    EXPECT_EQ(s.run({"ctrl"}), (Outcome{10, "Q5API is failed to initialized!\n", kOpened}));
+    EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{10, "Q5API is failed to initialized!\n", kOpened}));
 }
 
 TEST(StartUp, EndsWithFiveWithoutControllers) {
     Session s;
     s.preferLibraries(kForeign + "/empty");
-    const Outcome expected = {5, "No controller is found in the system!\n", kOpened};
+    const ProcessOutcome expected = {5, "No controller is found in the system!\n", kOpened};
     EXPECT_EQ(s.run({"help"}), expected);
     EXPECT_EQ(s.prompt("help\n"), expected);
 }
@@ -46,15 +46,15 @@ TEST(StartUp, LeavesTheEventFileAloneWhenItFails) {
 TEST(StartUp, FinalizesOnceAfterACommand) {
     Session s;
     s.preferLibraries(kForeign + "/answering");
-    EXPECT_EQ(s.run({"nosuch"}), (Outcome{9, "Invalid command!\n", kOpened + "finalize\n"}));
+    EXPECT_EQ(s.run({"nosuch"}), (ProcessOutcome{9, "Invalid command!\n", kOpened + "finalize\n"}));
 }
 
 TEST(StartUp, FinalizesOnceAfterThePrompt) {
     Session s;
     s.preferLibraries(kForeign + "/answering");
     const std::string out = "cli>Invalid command!\ncli>Invalid command!\ncli>";
-    EXPECT_EQ(s.prompt("no\nsuch\nexit\n"), (Outcome{9, out, kOpened + "finalize\n"}));
-    EXPECT_EQ(s.prompt("no\nsuch"), (Outcome{9, out, kOpened + "finalize\n"}));
+    EXPECT_EQ(s.prompt("no\nsuch\nexit\n"), (ProcessOutcome{9, out, kOpened + "finalize\n"}));
+    EXPECT_EQ(s.prompt("no\nsuch"), (ProcessOutcome{9, out, kOpened + "finalize\n"}));
 }
 
 static const char kForeignSummary[] =
@@ -99,8 +99,8 @@ static const char kForeignBlock[] = "******************************\n"
 TEST(ForeignLibrary, IsListedByTheRehearsal) {
     Session s;
     s.preferLibraries(kForeign + "/answering");
-    EXPECT_EQ(s.run({"ctrl"}), (Outcome{0, kForeignSummary, kOpened + "finalize\n"}));
-    EXPECT_EQ(s.run({"ctrl", "-v"}), (Outcome{0, kForeignBlock, kOpened + "finalize\n"}));
+    EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{0, kForeignSummary, kOpened + "finalize\n"}));
+    EXPECT_EQ(s.run({"ctrl", "-v"}), (ProcessOutcome{0, kForeignBlock, kOpened + "finalize\n"}));
 }
 
 // What can be told of a file without opening it; 0 when there is none.
@@ -113,9 +113,9 @@ TEST(ForeignLibrary, IsListedByTheProduct) {
     const std::int64_t before = ageOf("/usr/sbin/CLIEvent.dat");
     Session s;
     s.useProduct(kForeign + "/answering");
-    EXPECT_EQ(s.run({"ctrl"}), (Outcome{0, kForeignSummary, kOpened + "finalize\n"}));
+    EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{0, kForeignSummary, kOpened + "finalize\n"}));
     EXPECT_EQ(s.prompt("ctrl -v\n"),
-              (Outcome{0, "cli>" + std::string(kForeignBlock) + "cli>", kOpened + "finalize\n"}));
+              (ProcessOutcome{0, "cli>" + std::string(kForeignBlock) + "cli>", kOpened + "finalize\n"}));
     EXPECT_EQ(ageOf("/usr/sbin/CLIEvent.dat"), before);
     EXPECT_EQ(readFile(s.eventFile()), "");
 }
@@ -127,7 +127,7 @@ TEST(ForeignLibrary, CanKeepTheProductFromStarting) {
           std::tuple{"/empty", 5, "No controller is found in the system!\n"}}) {
         Session s;
         s.useProduct(kForeign + library);
-        const Outcome outcome = s.run({"ctrl"});
+        const ProcessOutcome outcome = s.run({"ctrl"});
         EXPECT_EQ(outcome.status, status) << library;
         EXPECT_EQ(outcome.out, out) << library;
     }

@@ -11,12 +11,12 @@ using namespace std::string_literals;
 static const std::string kHelpExit = "Exit the CLI\nUsage: exit\n\nExit the CLI\nUsage: exit\n";
 
 // Runs a script of the shell, in which "$CLI" is the program.
-static Outcome shell(Session& session, const std::string& script) {
+static ProcessOutcome shell(Session& session, const std::string& script) {
     session.setVariable("CLI", session.program);
     session.setVariable("PATH", "/usr/bin:/bin");
     const std::string program = session.program;
     session.program = "/bin/sh";
-    const Outcome outcome = session.run({"-c", script});
+    const ProcessOutcome outcome = session.run({"-c", script});
     session.program = program;
     return outcome;
 }
@@ -32,9 +32,9 @@ static std::string savedEvents() {
 
 TEST(ClosedStreams, OutputIsNotMissed) {
     Session s;
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (Outcome{2, "", ""}));
-    EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -v >&-"), (Outcome{0, "", ""}));
-    EXPECT_EQ(shell(s, "printf 'nosuch\\nexit\\n' | \"$CLI\" >&-"), (Outcome{9, "", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (ProcessOutcome{2, "", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -v >&-"), (ProcessOutcome{0, "", ""}));
+    EXPECT_EQ(shell(s, "printf 'nosuch\\nexit\\n' | \"$CLI\" >&-"), (ProcessOutcome{9, "", ""}));
 }
 
 // Without an output the program's files take its number; what is printed never reaches them.
@@ -48,7 +48,7 @@ TEST(ClosedStreams, OutputDoesNotRunIntoFiles) {
                        "echo 'ctrl -a mod -s syncrate=9' >>typed\n"
                        "echo exit >>typed\n"
                        "exec \"$CLI\" <typed >&-"),
-              (Outcome{0, "", ""}));
+              (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(readFile(s.path("saved.cfg")), readFile(whole.path("saved.cfg")));
     EXPECT_EQ(s.worldText(), whole.worldText());
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
@@ -62,29 +62,29 @@ TEST(ClosedStreams, AreNotTheLibrarysDevice) {
     s.setVariable("FOREIGN_DEVICE", "device");
     writeFile(s.path("device"), "nosuch\n");
     const std::string calls = "initialize baba0001 1 60\ndiscover 1\nfinalize\n";
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (Outcome{2, "", calls}));
-    EXPECT_EQ(shell(s, "exec \"$CLI\" <&-"), (Outcome{0, "cli>", calls}));
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit <&- 2>&-"), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (ProcessOutcome{2, "", calls}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" <&-"), (ProcessOutcome{0, "cli>", calls}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit <&- 2>&-"), (ProcessOutcome{2, kHelpExit, ""}));
     EXPECT_EQ(readFile(s.path("device")), "nosuch\n");
 }
 
 TEST(ClosedStreams, ErrorsAreNotNeeded) {
     Session s;
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit 2>&-"), (Outcome{2, kHelpExit, ""}));
-    EXPECT_EQ(shell(s, "exec \"$CLI\" nosuch <&- 2>&-"), (Outcome{9, "Invalid command!\n", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit 2>&-"), (ProcessOutcome{2, kHelpExit, ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" nosuch <&- 2>&-"), (ProcessOutcome{9, "Invalid command!\n", ""}));
 }
 
 TEST(ClosedStreams, NothingAtAllIsNeeded) {
     Session s;
     writeFile(s.eventFile(), savedEvents());
-    EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -a mod -s syncrate=9 <&- >&- 2>&-"), (Outcome{0, "", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -a mod -s syncrate=9 <&- >&- 2>&-"), (ProcessOutcome{0, "", ""}));
     EXPECT_NE(s.worldText().find("\"synchronization\": 9"), std::string::npos);
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
 
 TEST(ClosedStreams, ADirectoryHoldsNoInput) {
     Session s;
-    EXPECT_EQ(shell(s, "exec \"$CLI\" </"), (Outcome{0, "cli>", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" </"), (ProcessOutcome{0, "cli>", ""}));
 }
 
 // The exit status speaks of the command, not of the paper it was written on.
@@ -93,10 +93,10 @@ TEST(FullDevice, LosesOutputAndNothingElse) {
         GTEST_SKIP() << "no device that is always full";
     Session s;
     writeFile(s.eventFile(), savedEvents());
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >/dev/full"), (Outcome{2, "", ""}));
-    EXPECT_EQ(shell(s, "exec \"$CLI\" help >/dev/full"), (Outcome{2, "", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >/dev/full"), (ProcessOutcome{2, "", ""}));
+    EXPECT_EQ(shell(s, "exec \"$CLI\" help >/dev/full"), (ProcessOutcome{2, "", ""}));
     EXPECT_EQ(shell(s, "printf 'ctrl -v\\nctrl -a mod -s syncrate=9\\nnosuch\\n' | \"$CLI\" >/dev/full"),
-              (Outcome{9, "", ""}));
+              (ProcessOutcome{9, "", ""}));
     EXPECT_NE(s.worldText().find("\"synchronization\": 9"), std::string::npos);
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
@@ -107,12 +107,12 @@ TEST(FullDevice, TakesNoEventFile) {
         GTEST_SKIP() << "no device that is always full";
     Session s;
     ASSERT_EQ(symlink("/dev/full", s.eventFile().c_str()), 0);
-    EXPECT_EQ(s.run({"help", "exit"}), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(s.run({"help", "exit"}), (ProcessOutcome{2, kHelpExit, ""}));
 }
 
 TEST(EventFile, MayBeADirectory) {
     Session s;
-    EXPECT_EQ(shell(s, "mkdir CLIEvent.dat; exec \"$CLI\" help exit"), (Outcome{2, kHelpExit, ""}));
+    EXPECT_EQ(shell(s, "mkdir CLIEvent.dat; exec \"$CLI\" help exit"), (ProcessOutcome{2, kHelpExit, ""}));
 }
 
 // A reader that has seen enough ends the program by a broken pipe.
@@ -120,7 +120,7 @@ TEST(BrokenPipe, EndsAnEndlessMessage) {
     Session s;
     const std::string line = "Invalid command for \"enclosure\"\n";
     EXPECT_EQ(shell(s, "{ \"$CLI\" enclosure -a locate bogus; echo $? >status; } | head -n 3; cat status"),
-              (Outcome{0, line + line + line + "141\n", ""}));
+              (ProcessOutcome{0, line + line + line + "141\n", ""}));
 }
 
 // The output of a short command is handed over at the very end, when all else is done.
@@ -129,7 +129,7 @@ TEST(BrokenPipe, LeavesTheFilesWhole) {
     EXPECT_EQ(shell(s, "mkfifo pipe; true <pipe & exec 3>pipe; wait\n"
                        "\"$CLI\" ctrl -a mod -s syncrate=9 >&3; echo $?\n"
                        "\"$CLI\" help exit >&3; echo $?"),
-              (Outcome{0, "0\n141\n", ""}));
+              (ProcessOutcome{0, "0\n141\n", ""}));
     EXPECT_NE(s.worldText().find("\"synchronization\": 9"), std::string::npos);
     EXPECT_TRUE(readFile(s.eventFile()) == std::string(20408, '\0'));
 }
@@ -141,14 +141,14 @@ TEST(LongInput, ALineOfAMegabyteIsManyLines) {
     std::string output = "cli>";
     for (int line = 0; line < 256; ++line)
         output += "Invalid command!\ncli>";
-    EXPECT_EQ(s.prompt(std::string(1 << 20, 'x') + "\nexit\n"), (Outcome{9, output, ""}));
-    EXPECT_EQ(s.prompt(std::string(1 << 20, 'x')), (Outcome{9, output, ""}));
+    EXPECT_EQ(s.prompt(std::string(1 << 20, 'x') + "\nexit\n"), (ProcessOutcome{9, output, ""}));
+    EXPECT_EQ(s.prompt(std::string(1 << 20, 'x')), (ProcessOutcome{9, output, ""}));
 }
 
 // A blank line runs the words before it again, and those were none: no command.
 TEST(LongInput, AMegabyteOfNulBytesIsAsManyBlankLines) {
     Session s;
-    const Outcome outcome = s.prompt(std::string(1 << 16, '\0') + "help exit\n");
+    const ProcessOutcome outcome = s.prompt(std::string(1 << 16, '\0') + "help exit\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out.size(), (1U << 16) * "cli>Invalid command!\n"s.size() + 4 + kHelpExit.size() + 4);
     EXPECT_EQ(outcome.err, "");
@@ -159,13 +159,13 @@ TEST(LongInput, AMegabyteOfNulBytesIsAsManyBlankLines) {
 TEST(LongInput, AnEndlessQuoteEndsWithItsLine) {
     Session s;
     EXPECT_EQ(s.prompt("\"" + std::string(4095, 'x') + "\nexit\n"),
-              (Outcome{9, "cli>Invalid command!\ncli>", ""}));
+              (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
 }
 
 TEST(Signals, ControlCEndsThePromptByTheSignal) {
     Session s;
     writeFile(s.eventFile(), savedEvents());
-    const Outcome outcome = s.terminal({"nosuch\n", "\x03"});
+    const ProcessOutcome outcome = s.terminal({"nosuch\n", "\x03"});
     EXPECT_EQ(outcome.status, 128 + 2);
     EXPECT_EQ(outcome.out.substr(0, 34), "cli>nosuch\r\nInvalid command!\r\ncli>");
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
@@ -185,7 +185,7 @@ TEST(Signals, EndTheWaitingPrompt) {
     for (const auto& [name, number] : {std::pair{"TERM", 15}, {"HUP", 1}}) {
         Session s;
         writeFile(s.eventFile(), savedEvents());
-        const Outcome outcome =
+        const ProcessOutcome outcome =
             shell(s, "mkfifo pipe\n"
                      "\"$CLI\" <pipe & program=$!\n"
                      "exec 3>pipe\n"

@@ -54,7 +54,7 @@ TEST(World, StandsInTheStateFolderOfTheUser) {
 TEST(World, WithoutControllersEndsTheStart) {
     Session s;
     s.useWorld("{\"controllers\": []}\n");
-    EXPECT_EQ(s.run({"ctrl"}), (Outcome{5, "No controller is found in the system!\n", ""}));
+    EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{5, "No controller is found in the system!\n", ""}));
     EXPECT_EQ(s.worldText(), "{\"controllers\": []}\n");
 }
 
@@ -72,7 +72,7 @@ TEST(World, ThatIsBrokenIsRefusedAndLeftAlone) {
     for (const auto& [text, place] : broken) {
         Session s;
         s.useWorld(text);
-        const Outcome outcome = s.run({"ctrl"});
+        const ProcessOutcome outcome = s.run({"ctrl"});
         EXPECT_EQ(outcome.status, 10) << text;
         EXPECT_EQ(outcome.out, "Q5API is failed to initialized!\n") << text;
         EXPECT_EQ(outcome.err.find(s.world() + place), 0u) << outcome.err;

@@ -145,7 +145,7 @@ TEST_F(Hostile, EventCountsAreBounded) {
     for (const auto& row : rows) {
         g_EventBuffer = {};
         hostile.eventsDelivered = row.delivered;
-        const Outcome outcome = command("event -c " + std::to_string(row.wanted));
+        const CommandOutcome outcome = command("event -c " + std::to_string(row.wanted));
         EXPECT_EQ(outcome.result, 0);
         EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1 + row.shown)
             << row.delivered << "\n"

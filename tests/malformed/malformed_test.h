@@ -34,7 +34,7 @@ private:
     std::string path;
 };
 
-inline Outcome command(const std::string& line) {
+inline CommandOutcome command(const std::string& line) {
     return run(cli_parse_command, typed(line));
 }
 

@@ -139,9 +139,9 @@ struct MessagePlace {
 } // namespace
 
 static const MessagePlace messagePlaces[] = {
-    {"readOptions", false, 4, "badValue"},     {"readSpeedWords", false, 3, "badValue"},
+    {"readOptions", false, 4, "badValue"},     {"parseSpeedArgs", false, 3, "badValue"},
     {"abortItems", false, 0, "badValue"},      {"applyItems", false, 3, "badValue"},
-    {"readPatrolWords", false, 2, "badCount"}, {"dispatch", true, 2, "unknownCommand"},
+    {"parsePatrolArgs", false, 2, "badCount"}, {"dispatch", true, 2, "unknownCommand"},
     {"listActivity", true, 2, "notFound"},     {"listActivity", true, 3, "done"},
     {"listActivity", true, 4, "done"},         {"listActivity", true, 5, "done"},
     {"controlActivity", true, 3, "badCount"},  {"controlActivity", true, 4, "notFound"},

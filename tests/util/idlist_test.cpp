@@ -1,4 +1,4 @@
-// Lists of IDs: cutting, reading, showing, sorting and searching them.
+// Lists of IDs: splitting, parsing, formatting, sorting and searching them.
 #include "util/idlist.h"
 
 #include <string>
@@ -11,16 +11,16 @@ using Numbers = std::vector<std::uint32_t>;
 
 static Texts itemsOf(std::string text) {
     int count = -1;
-    char behind[] = "behind the table", *items[kMaxListItems + 1];
-    items[kMaxListItems] = behind;
+    char sentinel[] = "past the table", *items[kMaxListItems + 1];
+    items[kMaxListItems] = sentinel;
     FormIDStrAry(text.data(), &count, items);
-    EXPECT_EQ(items[kMaxListItems], behind);
+    EXPECT_EQ(items[kMaxListItems], sentinel);
     for (int i = count; i < kMaxListItems; ++i)
         EXPECT_EQ(items[i], nullptr);
     return {items, items + count};
 }
 
-TEST(FormIDStrAry, CutsAtCommasAndBlanks) {
+TEST(FormIDStrAry, SplitsAtCommasAndBlanks) {
     EXPECT_EQ(itemsOf("1,2,3"), (Texts{"1", "2", "3"}));
     EXPECT_EQ(itemsOf("1 2 3"), (Texts{"1", "2", "3"}));
     EXPECT_EQ(itemsOf("1, 2"), (Texts{"1", "2"}));
@@ -33,34 +33,34 @@ TEST(FormIDStrAry, FindsNothingInBlanks) {
     EXPECT_EQ(itemsOf(" \t\r\n"), Texts{});
 }
 
-TEST(FormIDStrAry, StepsOverParentheses) {
+TEST(FormIDStrAry, SkipsParentheses) {
     EXPECT_EQ(itemsOf("(1,2,3)"), (Texts{"1", "2", "3"}));
     EXPECT_EQ(itemsOf("(1)"), (Texts{"1"}));
     EXPECT_EQ(itemsOf("1)2"), (Texts{"1", "2"}));
     EXPECT_EQ(itemsOf("(1 2)"), (Texts{"1 2"})); // blanks do not end the first item
 }
 
-TEST(FormIDStrAry, TakesAQuotedItemWhole) {
+TEST(FormIDStrAry, KeepsAQuotedItemWhole) {
     EXPECT_EQ(itemsOf("\"1,2\" 3"), (Texts{"1,2", "3"}));
     EXPECT_EQ(itemsOf("\"1 2"), (Texts{"1 2"}));
 }
 
-TEST(FormIDStrAry, SeesTheCommaBehindAQuotedItemAsPartOfTheNext) {
+TEST(FormIDStrAry, TreatsTheCommaAfterAQuotedItemAsPartOfTheNext) {
     EXPECT_EQ(itemsOf("\"1\",3"), (Texts{"1", ",3"}));
 }
 
-TEST(FormIDStrAry, DoesNotNoticeAnEmptyQuotedOrParenthesisedItem) {
+TEST(FormIDStrAry, DoesNotRecognizeEmptyQuotedOrParenthesizedItem) {
     EXPECT_EQ(itemsOf("\"\""), (Texts{"\""}));
     EXPECT_EQ(itemsOf("()"), (Texts{")"}));
     EXPECT_EQ(itemsOf("\"\"1\"2"), (Texts{"\"1", "2"}));
 }
 
-TEST(FormIDStrAry, TakesAnOpeningMarkAtTheEndForAnEmptyItem) {
+TEST(FormIDStrAry, TreatsAnOpeningMarkAtTheEndAsAnEmptyItem) {
     EXPECT_EQ(itemsOf("1 \""), (Texts{"1", ""}));
     EXPECT_EQ(itemsOf("("), (Texts{""}));
 }
 
-TEST(FormIDStrAry, StartsTheNextItemAtACommaBehindABlankOrComma) {
+TEST(FormIDStrAry, StartsTheNextItemAtACommaAfterABlankOrComma) {
     EXPECT_EQ(itemsOf("1 ,2"), (Texts{"1", ",2"}));
     EXPECT_EQ(itemsOf("1,,2"), (Texts{"1", ",2"}));
     EXPECT_EQ(itemsOf(",1"), (Texts{",1"}));
@@ -76,14 +76,14 @@ struct BlockList {
     int result;
     std::string message;
     int count;
-    Numbers values; // 4711 where none was stored
+    Numbers values; // 4711: nothing was stored
 };
 } // namespace
 
 static BlockList blockList(std::string text) {
     BlockList list = {-1, "", -1, Numbers(kMaxListItems, 4711)};
     list.message =
-        printed([&] { list.result = BlockIDStr2Int(&list.count, list.values.data(), text.data()); });
+        outputOf([&] { list.result = BlockIDStr2Int(&list.count, list.values.data(), text.data()); });
     return list;
 }
 
@@ -98,7 +98,7 @@ static Numbers blockIds(const std::string& text) {
 TEST(BlockIDStr2Int, ReadsNumbersAndPlaceholders) {
     EXPECT_EQ(blockIds("0,-,2"), (Numbers{0, 255, 2}));
     EXPECT_EQ(blockIds("(7,8)"), (Numbers{7, 8}));
-    EXPECT_EQ(blockIds("-5"), (Numbers{255})); // whatever follows the dash
+    EXPECT_EQ(blockIds("-5"), (Numbers{255})); // anything may follow the dash
 }
 
 TEST(BlockIDStr2Int, NeitherSortsNorDropsDuplicates) {
@@ -110,14 +110,14 @@ TEST(BlockIDStr2Int, KeepsTheFirst16Items) {
               (Numbers{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
 }
 
-TEST(BlockIDStr2Int, RefusesATextWithoutItems) {
+TEST(BlockIDStr2Int, RejectsATextWithoutItems) {
     const BlockList list = blockList("  ");
     EXPECT_EQ(list.result, 0);
     EXPECT_EQ(list.message, "No block ID specified!\n");
     EXPECT_EQ(list.count, 0);
 }
 
-TEST(BlockIDStr2Int, NamesTheFirstItemThatIsNoNumber) {
+TEST(BlockIDStr2Int, ReportsTheFirstInvalidItem) {
     const BlockList list = blockList("1,x,y");
     EXPECT_EQ(list.result, 0);
     EXPECT_EQ(list.message, "Invalid block ID 'x' specified!\n");
@@ -126,7 +126,7 @@ TEST(BlockIDStr2Int, NamesTheFirstItemThatIsNoNumber) {
     EXPECT_EQ(list.values[1], 4711u);
 }
 
-TEST(BlockIDStr2Int, KnowsNoRangesAndNoEmptyItems) {
+TEST(BlockIDStr2Int, RejectsRangesAndEmptyItems) {
     EXPECT_EQ(blockList("1-3").message, "Invalid block ID '1-3' specified!\n");
     EXPECT_EQ(blockList("1 ,2").message, "Invalid block ID ',2' specified!\n");
     EXPECT_EQ(blockList("\"\"").message, "Invalid block ID '\"' specified!\n");
@@ -136,12 +136,12 @@ TEST(BlockIDStr2Int, KnowsNoRangesAndNoEmptyItems) {
 static Numbers idList(const char* text) {
     Numbers values(kMaxListItems, 4711);
     int count = -1;
-    EXPECT_EQ(printed([&] { TranslateIDList(&count, values.data(), text); }), "");
+    EXPECT_EQ(outputOf([&] { TranslateIDList(&count, values.data(), text); }), "");
     values.resize(static_cast<std::size_t>(count));
     return values;
 }
 
-TEST(TranslateIDList, TakesAnySingleCharacterForTheSeparator) {
+TEST(TranslateIDList, AcceptsAnySingleCharacterAsSeparator) {
     EXPECT_EQ(idList("1,2,3"), (Numbers{1, 2, 3}));
     EXPECT_EQ(idList("10 20;30"), (Numbers{10, 20, 30}));
     EXPECT_EQ(idList("1-3"), (Numbers{1, 3}));
@@ -162,10 +162,10 @@ TEST(TranslateIDList, FindsNothingInAnEmptyText) {
     EXPECT_EQ(idList(""), Numbers{});
 }
 
-TEST(TranslateIDList, SaysThatANullTextHasNoId) {
+TEST(TranslateIDList, ReportsNullText) {
     std::uint32_t values[kMaxListItems];
     int count = -1;
-    EXPECT_EQ(printed([&] { TranslateIDList(&count, values, nullptr); }), "No ID specified!\n");
+    EXPECT_EQ(outputOf([&] { TranslateIDList(&count, values, nullptr); }), "No ID specified!\n");
     EXPECT_EQ(count, 0);
 }
 
@@ -176,7 +176,7 @@ TEST(TranslateIDList, Keeps16ItemsAndEightDigitsOfEach) {
     EXPECT_EQ(idList("123456789,5"), (Numbers{12345678, 5}));
 }
 
-TEST(TranslateIDListUpTo, KeepsWhatTheCallerHasRoomFor) {
+TEST(TranslateIDListUpTo, TruncatesToTheCapacity) {
     std::uint32_t values[2] = {};
     int count = -1;
     TranslateIDListUpTo(2, &count, values, "7,8,9");
@@ -185,7 +185,7 @@ TEST(TranslateIDListUpTo, KeepsWhatTheCallerHasRoomFor) {
     EXPECT_EQ(values[1], 8u);
 }
 
-TEST(BlockIDsString, ShowsIdsFromOneAndRaisesTheCallersList) {
+TEST(BlockIDsString, IncrementsTheIdsInPlace) {
     std::uint8_t ids[] = {0, 1, 255};
     EXPECT_STREQ(BlockIDsString(3, ids), "(1,2,-)");
     EXPECT_STREQ(BlockIDsString(3, ids), "(2,3,-)");
@@ -203,7 +203,7 @@ TEST(BlockIDsString, ShowsTheLastIdAsANumber) {
     EXPECT_STREQ(BlockIDsString(1, ids), "(255)");
 }
 
-TEST(BlockIDsString, LeavesOutWhatDoesNotFitIts80Bytes) {
+TEST(BlockIDsString, OmitsIdsThatDoNotFitIn80Bytes) {
     std::uint8_t ids[32];
     for (std::uint8_t& id : ids)
         id = 99;
@@ -219,7 +219,7 @@ TEST(BlockIDsString, HoldsAWholeArrayOfTwoDigitIds) {
                                           "10,10,10,10,10,10,10,10,10,10,10,10)");
 }
 
-TEST(BlockExtentIDsString, ShowsIdsAsTheyAre) {
+TEST(BlockExtentIDsString, ShowsIdsUnchanged) {
     const std::uint8_t ids[] = {0, 1, 255, 254};
     EXPECT_STREQ(BlockExtentIDsString(4, ids), "(0,1,-,254)");
     EXPECT_STREQ(BlockExtentIDsString(0, ids), "()");
@@ -234,7 +234,7 @@ TEST(BlockExtentIDsString, FillsItsTextToTheLastByte) {
     EXPECT_EQ(BlockExtentIDsString(27, ids.data()), full);
 }
 
-TEST(BlockExtentIDsString, LeavesTheOtherFunctionsTextAlone) {
+TEST(BlockExtentIDsString, HasABufferOfItsOwn) {
     std::uint8_t drives[] = {3};
     const std::uint8_t extents[] = {7};
     const char* shownDrives = BlockIDsString(1, drives);
@@ -254,22 +254,22 @@ TEST(MergeSortIntegerList, SortsTheRangeAscending) {
     EXPECT_EQ(sorted({2, 1}, 0, 1), (Integers{1, 2}));
 }
 
-TEST(MergeSortIntegerList, LeavesWhatIsOutsideTheRange) {
+TEST(MergeSortIntegerList, LeavesEntriesOutsideTheRangeUnchanged) {
     EXPECT_EQ(sorted({9, 3, 2, 1, 0}, 1, 3), (Integers{9, 1, 2, 3, 0}));
 }
 
-TEST(MergeSortIntegerList, LeavesAShortRangeAsItIs) {
+TEST(MergeSortIntegerList, LeavesAShortRangeUnchanged) {
     EXPECT_EQ(sorted({2, 1}, 0, 0), (Integers{2, 1}));
     EXPECT_EQ(sorted({2, 1}, 1, 0), (Integers{2, 1}));
 }
 
-TEST(MergeIntegerList, MergesSortedNeighbours) {
+TEST(MergeIntegerList, MergesAdjacentSortedRanges) {
     Integers list = {9, 1, 4, 6, 2, 4, 5, 7, 0};
     MergeIntegerList(list.data(), 1, 3, 7);
     EXPECT_EQ(list, (Integers{9, 1, 2, 4, 4, 5, 6, 7, 0}));
 }
 
-TEST(SearchItemIntList, LooksAtTheFirstCountEntriesOnly) {
+TEST(SearchItemIntList, SearchesOnlyTheFirstCountEntries) {
     const std::uint32_t list[] = {3, 4294967295, 7};
     EXPECT_EQ(SearchItemIntList(list, 3, 7), 1);
     EXPECT_EQ(SearchItemIntList(list, 3, 4294967295), 1);

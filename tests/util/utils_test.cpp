@@ -6,9 +6,8 @@
 #include <string>
 
 #include "tests/mock_adapter.h"
-#include "util/result.h"
 
-TEST(StrCmpNoCase, TakesLettersOfEitherCaseForEqual) {
+TEST(StrCmpNoCase, IgnoresCase) {
     EXPECT_EQ(strCmpNoCase("EXIT", "exit"), 0);
     EXPECT_EQ(strCmpNoCase("List3g", "LIST3G"), 0);
     EXPECT_EQ(strCmpNoCase("", ""), 0);
@@ -45,18 +44,18 @@ TEST(StrToLowerCase, ChangesLettersOnly) {
     EXPECT_EQ(lowerCased(""), "");
 }
 
-TEST(StrToLowerCase, LeavesANullTextAlone) {
+TEST(StrToLowerCase, IgnoresNull) {
     strToLowerCase(nullptr);
 }
 
-TEST(StrstrNoCase, PointsIntoTheCallersText) {
+TEST(StrstrNoCase, ReturnsAPointerIntoTheText) {
     const char text[] = "my RAID5x";
     EXPECT_EQ(strstrNoCase(text, "raid5"), text + 3);
     EXPECT_EQ(strstrNoCase(text, "MY"), text);
     EXPECT_EQ(strstrNoCase(text, "5X"), text + 7);
 }
 
-TEST(StrstrNoCase, FindsTheFirstPlace) {
+TEST(StrstrNoCase, FindsTheFirstOccurrence) {
     const char text[] = "aAaB";
     EXPECT_EQ(strstrNoCase(text, "a"), text);
     EXPECT_EQ(strstrNoCase(text, "ab"), text + 2);
@@ -103,7 +102,7 @@ TEST(SkipLimitStr, StopsAtTheEndWithoutOne) {
     EXPECT_EQ(skipLimitStr(text, " "), text + 3);
 }
 
-TEST(IsValidDecString, TakesDigitsOnly) {
+TEST(IsValidDecString, AcceptsDigitsOnly) {
     for (const char* text : {"0", "7", "00123", "99999999999999999999"})
         EXPECT_EQ(IsValidDecString(text), 1) << text;
     for (const char* text : {"", "+1", "-1", " 1", "1 ", "12a", "0x1", "1.5", "\xb2"})
@@ -112,7 +111,7 @@ TEST(IsValidDecString, TakesDigitsOnly) {
 
 static std::uint32_t numberOf(const char* text) {
     std::uint32_t value = 4711;
-    EXPECT_EQ(printed([&] { EXPECT_EQ(TranslateStr2Int("controller ID", text, &value), 1); }), "");
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(TranslateStr2Int("controller ID", text, &value), 1); }), "");
     return value;
 }
 
@@ -127,16 +126,16 @@ TEST(TranslateStr2Int, KeepsTheLow32BitsOfALargerOne) {
     EXPECT_EQ(numberOf("4294967303"), 7u);
 }
 
-TEST(TranslateStr2Int, NamesWhatIsNoNumberAndLeavesTheValue) {
+TEST(TranslateStr2Int, ReportsInvalidNumberAndLeavesTheValue) {
     std::uint32_t value = 4711;
-    EXPECT_EQ(printed([&] { EXPECT_EQ(TranslateStr2Int("controller ID", "12a", &value), 0); }),
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(TranslateStr2Int("controller ID", "12a", &value), 0); }),
               "Invalid controller ID '12a' specified\n");
-    EXPECT_EQ(printed([&] { EXPECT_EQ(TranslateStr2Int("event count", "", &value), 0); }),
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(TranslateStr2Int("event count", "", &value), 0); }),
               "Invalid event count '' specified\n");
     EXPECT_EQ(value, 4711u);
 }
 
-TEST(AtoiText, ReadsTheNumberAtTheStart) {
+TEST(AtoiText, ParsesTheNumberAtTheStart) {
     EXPECT_EQ(atoiText("7x"), 7);
     EXPECT_EQ(atoiText(" 12"), 12);
     EXPECT_EQ(atoiText("-3"), -3);
@@ -159,20 +158,20 @@ static int includes(int count, const char* word) {
     return CheckIsIncludeCharacter(count, table, word);
 }
 
-TEST(CheckIsIncludeCharacter, FindsAWordOfEitherCase) {
+TEST(CheckIsIncludeCharacter, FindsAWordIgnoringCase) {
     EXPECT_EQ(includes(3, "CTRL"), 1);
     EXPECT_EQ(includes(3, "phydrv"), 1);
     EXPECT_EQ(includes(3, "logdrv"), 1);
     EXPECT_EQ(includes(3, "log"), 0);
 }
 
-TEST(CheckIsIncludeCharacter, LooksAtTheFirstCountWordsOnly) {
+TEST(CheckIsIncludeCharacter, SearchesOnlyTheFirstCountWords) {
     EXPECT_EQ(includes(2, "logdrv"), 0);
     EXPECT_EQ(includes(0, "ctrl"), 0);
     EXPECT_EQ(includes(-1, "ctrl"), 0);
 }
 
-TEST(CheckIsIncludeCharacter, IsNoForNullPointers) {
+TEST(CheckIsIncludeCharacter, ReturnsZeroForNullPointers) {
     EXPECT_EQ(includes(3, nullptr), 0);
     EXPECT_EQ(CheckIsIncludeCharacter(3, nullptr, "ctrl"), 0);
 }
@@ -211,24 +210,24 @@ TEST(GetStrFromFile, EndsAFieldAtANulByteToo) {
     EXPECT_EQ(field(file), "cd");
 }
 
-TEST(GetStrFromFile, ClosesAFieldAtTheEndOfTheFileWithTheByte0xFF) {
+TEST(GetStrFromFile, Appends0xFFAtTheEndOfTheFile) {
     const File file = fileOf("abc");
     EXPECT_EQ(field(file), "abc\xff");
 }
 
-TEST(GetStrFromFile, FindsOneLastFieldBehindTheLastDelimiter) {
+TEST(GetStrFromFile, ReturnsOneFieldAfterTheLastDelimiter) {
     const File file = fileOf("abc\n");
     EXPECT_EQ(field(file), "abc");
     EXPECT_EQ(field(file), "\xff");
 }
 
-TEST(GetStrFromFile, LeavesTheBufferOnceTheFileIsAtItsEnd) {
+TEST(GetStrFromFile, LeavesTheBufferUnchangedAtTheEndOfTheFile) {
     const File file = fileOf("");
     EXPECT_EQ(field(file), "\xff");
     EXPECT_EQ(field(file), "unchanged");
 }
 
-TEST(GetStrFromFile, ReadsNothingIntoANullBuffer) {
+TEST(GetStrFromFile, IgnoresNullBuffer) {
     const File file = fileOf("abc,");
     GetStrFromFile(file.get(), nullptr, ",");
     EXPECT_EQ(field(file), "abc");
@@ -241,14 +240,14 @@ TEST(GetStrFromFile, KeepsA0xFFByteThatIsNotTheEnd) {
                            "b");
 }
 
-TEST(GetStrFromFile, ComesBackFromAFileThatCannotBeRead) {
+TEST(GetStrFromFile, ReturnsFromAnUnreadableFile) {
     const File directory(std::fopen("/", "r"));
     if (directory == nullptr)
         GTEST_SKIP() << "this system opens no directories";
     EXPECT_EQ(field(directory), "\xff");
 }
 
-TEST(GetStrFromFileUpTo, DropsWhatDoesNotFit) {
+TEST(GetStrFromFileUpTo, TruncatesTheField) {
     const File file = fileOf("abcdef,gh,");
     char buffer[4];
     GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
@@ -257,7 +256,7 @@ TEST(GetStrFromFileUpTo, DropsWhatDoesNotFit) {
     EXPECT_STREQ(buffer, "gh");
 }
 
-TEST(GetStrFromFileUpTo, StepsOverAFieldThatThereIsNoRoomForAtAll) {
+TEST(GetStrFromFileUpTo, SkipsTheFieldForASizeOfOne) {
     const File file = fileOf("abc,gh,");
     char nothing[] = {'x', 'y'}, buffer[4];
     GetStrFromFileUpTo(file.get(), nothing, 1, ",");
@@ -265,10 +264,4 @@ TEST(GetStrFromFileUpTo, StepsOverAFieldThatThereIsNoRoomForAtAll) {
     EXPECT_EQ(nothing[1], 'y');
     GetStrFromFileUpTo(file.get(), buffer, sizeof buffer, ",");
     EXPECT_STREQ(buffer, "gh");
-}
-
-TEST(Complain, PrintsTheMessageAsALineAndReturnsTheCode) {
-    int code = 0;
-    EXPECT_EQ(printed([&] { code = fail(Result::unknownCommand, "100% wrong: %s"); }), "100% wrong: %s\n");
-    EXPECT_EQ(code, 9);
 }

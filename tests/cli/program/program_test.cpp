@@ -10,6 +10,7 @@
 
 #include "adapter/controller.h"
 #include "commands/event_buffer.h"
+#include "commands/event_path.h"
 #include "tests/mock_adapter.h"
 
 namespace fs = std::filesystem;
@@ -166,13 +167,13 @@ TEST_F(OneCommand, CallsTheAdapterBetweenInitializeAndFinalize) {
         planOpening();
         const ControllerQuery query = {1, 1, 0, {}};
         ControllerSettings settings = {};
-        expectCall("q5_getControllerSettings", asks(1, query, 88));
+        expectCall("q5_getControllerSettings", queryFor(1, query, 88));
         settings.syncRate = 5;
         expectCall("q5_setControllerSettings",
                    bytesOf(hbaAddress(1), std::uint32_t{0}, query, settings, std::uint32_t{88}));
         expectCall("q5_finalize", {});
     };
-    expectRun(runOn(typed("ctrl -a mod -i 1 -s syncrate=5"), "", plan), 0, "");
+    expectRun(runOn(splitWords("ctrl -a mod -i 1 -s syncrate=5"), "", plan), 0, "");
 }
 
 TEST_F(OneCommand, RejectsTheExitWord) {
@@ -290,7 +291,7 @@ TEST_F(Program, ShowsTheEventsOfEarlierRunsOnce) {
     writeFile(eventPath, image);
     const auto plan = [] {
         planOpening();
-        expectCall("q5_getHBAEvents", asks(0, EventQuery{-1, 1}, 20872), bytesOf(EventQuery{-1, 0}));
+        expectCall("q5_getHBAEvents", queryFor(0, EventQuery{-1, 1}, 20872), bytesOf(EventQuery{-1, 0}));
         expectCall("q5_finalize", {});
     };
     expectRun(runOn({"event"}, "", plan), 0, "Event_Index  Event_ID\n          0  0x22\n");

@@ -225,7 +225,7 @@ static Words padded(const DispatchCase& test, Words words) {
 }
 
 static void expectDispatch(const std::string& function, const Words& words, const Words& stale = {}) {
-    const Outcome outcome = run(cli_parse_command, words, stale);
+    const CommandOutcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
     EXPECT_EQ(call.function, function) << joinedWords(words);
     EXPECT_EQ(outcome.result, kRecordedResult) << joinedWords(words);
@@ -239,7 +239,7 @@ static void expectDispatch(const std::string& function, const Words& words, cons
 
 static void expectRejected(int result, const std::string& message, const Words& words,
                            const Words& stale = {}) {
-    const Outcome outcome = run(cli_parse_command, words, stale);
+    const CommandOutcome outcome = run(cli_parse_command, words, stale);
     EXPECT_EQ(outcome.result, result) << joinedWords(words);
     EXPECT_EQ(outcome.output, message) << joinedWords(words);
     EXPECT_EQ(takeRecordedCall().function, "") << joinedWords(words);
@@ -326,34 +326,34 @@ TEST(Routes, ReadTheStaleSecondSlotAfterABlankLine) {
 }
 
 TEST(Routes, StartSyncForALeadingOption) {
-    expectDispatch("StartLogDrvSync", typed("sync -l 0 -i 0"));
-    expectDispatch("ListLogDrvSyncStatus", typed("sync -a list"));
+    expectDispatch("StartLogDrvSync", splitWords("sync -l 0 -i 0"));
+    expectDispatch("ListLogDrvSyncStatus", splitWords("sync -a list"));
 }
 
 TEST(Routes, RejectWordsThatOnlyTheHelpShows) {
-    expectRejected(9, "Invalid command for \"sync\"\n", typed("sync -a start"));
-    expectRejected(9, "Invalid command for \"rb\"\n", typed("rb -a stop"));
-    expectRejected(9, "Invalid command for \"buzz\"\n", typed("buzz -a on"));
-    expectRejected(9, "Invalid command for \"buzz\"\n", typed("buzz -a off"));
-    expectRejected(9, "Invalid command for \"event\"\n", typed("event -a clear"));
-    expectRejected(9, "Invalid command for \"battery\"\n", typed("battery -a list"));
+    expectRejected(9, "Invalid command for \"sync\"\n", splitWords("sync -a start"));
+    expectRejected(9, "Invalid command for \"rb\"\n", splitWords("rb -a stop"));
+    expectRejected(9, "Invalid command for \"buzz\"\n", splitWords("buzz -a on"));
+    expectRejected(9, "Invalid command for \"buzz\"\n", splitWords("buzz -a off"));
+    expectRejected(9, "Invalid command for \"event\"\n", splitWords("event -a clear"));
+    expectRejected(9, "Invalid command for \"battery\"\n", splitWords("battery -a list"));
 }
 
 TEST(Routes, RejectMpWithoutSevenWords) {
     for (const char* line : {"mp", "mp -a start", "mp -a start -p 3 -i", "mp -a start -p 3 -i 0 x"})
-        expectRejected(2, "Invalid number of parameters for \"mp\"!\n", typed(line));
-    expectDispatch("StartPhyDrvMediaPatrol", typed("mp -a start -p 3 -i 0"));
+        expectRejected(2, "Invalid number of parameters for \"mp\"!\n", splitWords(line));
+    expectDispatch("StartPhyDrvMediaPatrol", splitWords("mp -a start -p 3 -i 0"));
 }
 
 TEST(Routes, RejectExportWithoutFiveWords) {
     for (const char* line : {"export", "export -t ctrl", "export -t ctrl -f", "export -t ctrl -f a.txt x"})
-        expectRejected(2, "Invalid number of parameters for \"export\"!\n", typed(line));
-    expectDispatch("ExportFile", typed("export -f a.txt -t ctrl"));
+        expectRejected(2, "Invalid number of parameters for \"export\"!\n", splitWords(line));
+    expectDispatch("ExportFile", splitWords("export -f a.txt -t ctrl"));
 }
 
 TEST(Routes, RejectImportWithoutThreeWords) {
     for (const char* line : {"import", "import -f"})
-        expectRejected(2, "Invalid number of parameters for \"import\"!\n", typed(line));
-    expectDispatch("ImportFile", typed("import -f a.txt"));
-    expectDispatch("ImportFile", typed("import -a -f a.txt"));
+        expectRejected(2, "Invalid number of parameters for \"import\"!\n", splitWords(line));
+    expectDispatch("ImportFile", splitWords("import -f a.txt"));
+    expectDispatch("ImportFile", splitWords("import -a -f a.txt"));
 }

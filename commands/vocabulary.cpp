@@ -1,6 +1,6 @@
-// The words users and files have for RAID levels, write modes, initialisation modes and rounding
-// schemes. In the tables the first word found in a text wins: their order is behaviour.
-#include "util/vocabulary.h"
+// The keywords for RAID levels, write modes, initialization modes and rounding schemes. In each table
+// the first keyword that occurs in a text wins, so their order matters.
+#include "commands/vocabulary.h"
 
 #include <cstdio>
 #include <span>
@@ -9,45 +9,45 @@
 #include "util/utils.h"
 
 namespace {
-struct Word {
+struct Keyword {
     const char* text;
     int code;
 };
 } // namespace
 
-static const Word* findWord(std::span<const Word> words, const char* text) {
-    for (const Word& word : words)
-        if (strstrNoCase(text, word.text) != nullptr)
-            return &word;
+static const Keyword* findKeyword(std::span<const Keyword> keywords, const char* text) {
+    for (const Keyword& keyword : keywords)
+        if (strstrNoCase(text, keyword.text) != nullptr)
+            return &keyword;
     return nullptr;
 }
 
-static const char* textOf(std::span<const Word> words, int code, const char* otherwise) {
-    for (const Word& word : words)
-        if (word.code == code)
-            return word.text;
-    return otherwise;
+static const char* nameForCode(std::span<const Keyword> keywords, int code, const char* fallback) {
+    for (const Keyword& keyword : keywords)
+        if (keyword.code == code)
+            return keyword.text;
+    return fallback;
 }
 
-// The longer words stand before those they begin with.
-static const Word raidLevels[] = {
+// A longer keyword precedes its prefixes.
+static const Keyword raidLevels[] = {
     {"RAID0", kRaid0}, {"RAID10", kRaid10}, {"RAID1", kRaid1}, {"RAID50", kRaid50},
     {"RAID5", kRaid5}, {"RAIDMF", kRaidMf}, {"JBOD", kJbod},
 };
 
 int TranslateRaidLevel(const char* text) {
-    if (const Word* word = findWord(raidLevels, text))
-        return word->code;
+    if (const Keyword* keyword = findKeyword(raidLevels, text))
+        return keyword->code;
     std::printf("Unknown RAID level '%s' specified!\n", text);
     return kUnknownRaid;
 }
 
 const char* TranslateRaidLevel2Str(int code) {
-    return textOf(raidLevels, code & 0xFF, "Unknown raid mode");
+    return nameForCode(raidLevels, code & 0xFF, "Unknown raid mode");
 }
 
-// Whatever else a text says, "auto" in it decides: "Auto - Write Back" is the automatic mode.
-static const Word writeModes[] = {
+// "auto" takes precedence: "Auto - Write Back" is the automatic mode.
+static const Keyword writeModes[] = {
     {"Auto", kAutoMode},
     {"Write Back", kWriteBack},
     {"Write Through", 0},
@@ -55,8 +55,8 @@ static const Word writeModes[] = {
 };
 
 int TranslateWriteMode(const char* text) {
-    const Word* word = findWord(writeModes, text);
-    return word != nullptr ? word->code : -1;
+    const Keyword* keyword = findKeyword(writeModes, text);
+    return keyword != nullptr ? keyword->code : -1;
 }
 
 const char* TranslateWriteMode2Str(int code) {
@@ -71,36 +71,36 @@ const char* TranslateWriteMode2StrForImport(int code) {
     return code & kWriteBack ? "writeback" : "writethru";
 }
 
-// A foreground initialisation cannot be chosen by its word: it fails like an unknown one, silently.
-static const Word initializations[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", -1}, {"BACK", 4}};
+// Compatibility: foreground initialization cannot be selected; it fails silently.
+static const Keyword initializations[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", -1}, {"BACK", 4}};
 
 int TranslateInitialization(const char* text) {
-    if (const Word* word = findWord(initializations, text))
-        return word->code;
+    if (const Keyword* keyword = findKeyword(initializations, text))
+        return keyword->code;
     std::printf("Unknown initialization '%s' specified!\n", text);
     return -1;
 }
 
 const char* TranslateLDInitOption2Str(int code) {
-    static const Word options[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", 2}, {"BACK", 4}};
-    return textOf(options, code, "NONE");
+    static const Keyword options[] = {{"NONE", 0}, {"QUICK", 1}, {"FORE", 2}, {"BACK", 4}};
+    return nameForCode(options, code, "NONE");
 }
 
 const char* TranslateInitialization2Str(int code) {
-    static const Word phrases[] = {
+    static const Keyword phrases[] = {
         {"None Initialization", 0},
         {"Quick Initialization", 1},
         {"Foreground Initialization", 2},
         {"Background Initialization", 4},
     };
-    return textOf(phrases, code, "Unknown Initialization");
+    return nameForCode(phrases, code, "Unknown Initialization");
 }
 
 int TranslateRoundingScheme(const char* text) {
-    // "10GBB" contains "GBB" and means the same; code 2 has no word.
-    static const Word schemes[] = {{"NONE", 0}, {"GBB", 1}};
-    if (const Word* word = findWord(schemes, text))
-        return word->code;
+    // Compatibility: "10GBB" contains "GBB" and means the same; code 2 has no keyword.
+    static const Keyword schemes[] = {{"NONE", 0}, {"GBB", 1}};
+    if (const Keyword* keyword = findKeyword(schemes, text))
+        return keyword->code;
     std::printf("Unknown rounding scheme '%s' specified!\n", text);
     return 255;
 }

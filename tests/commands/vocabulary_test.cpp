@@ -1,5 +1,5 @@
-// The words for the adapter's codes, and sector counts as megabytes.
-#include "util/vocabulary.h"
+// The keywords for the adapter's codes, and sector counts as megabytes.
+#include "commands/vocabulary.h"
 
 #include "tests/mock_adapter.h"
 
@@ -17,7 +17,7 @@ struct Showing {
 template <std::size_t Rows>
 static void expectSilentReadings(int (*translate)(const char*), const Reading (&rows)[Rows]) {
     for (const Reading& row : rows)
-        EXPECT_EQ(printed([&] { EXPECT_EQ(translate(row.text), row.code) << row.text; }), "");
+        EXPECT_EQ(outputOf([&] { EXPECT_EQ(translate(row.text), row.code) << row.text; }), "");
 }
 
 template <std::size_t Rows>
@@ -27,7 +27,7 @@ static void expectShowings(const char* (*translate)(int), const Showing (&rows)[
 }
 
 static void expectUnknown(int (*translate)(const char*), const char* text, int code, const char* message) {
-    EXPECT_EQ(printed([&] { EXPECT_EQ(translate(text), code); }), message);
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(translate(text), code); }), message);
 }
 
 TEST(TranslateRaidLevel, FindsEachLevelInAnyCase) {
@@ -58,12 +58,12 @@ TEST(TranslateRaidLevel, TriesTheLevelsInAFixedOrder) {
                                              });
 }
 
-TEST(TranslateRaidLevel, NamesAnUnknownLevel) {
+TEST(TranslateRaidLevel, ReportsUnknownLevel) {
     expectUnknown(TranslateRaidLevel, "Raid 5", 255, "Unknown RAID level 'Raid 5' specified!\n");
     expectUnknown(TranslateRaidLevel, "", 255, "Unknown RAID level '' specified!\n");
 }
 
-TEST(TranslateRaidLevel2Str, NamesEachCode) {
+TEST(TranslateRaidLevel2Str, ReturnsTheNameOfEachCode) {
     expectShowings(TranslateRaidLevel2Str, {
                                                {0, "RAID0"},
                                                {1, "RAID1"},
@@ -77,7 +77,7 @@ TEST(TranslateRaidLevel2Str, NamesEachCode) {
                                            });
 }
 
-TEST(TranslateRaidLevel2Str, CountsTheLowEightBitsOnly) {
+TEST(TranslateRaidLevel2Str, UsesOnlyTheLowEightBits) {
     expectShowings(TranslateRaidLevel2Str, {{0x105, "RAID5"}, {0x100, "RAID0"}, {-1, "Unknown raid mode"}});
 }
 
@@ -87,7 +87,7 @@ TEST(TranslateWriteMode, FindsEachModeInAnyCase) {
         {{"auto", 8}, {"write back", 1}, {"Write Through", 0}, {"by pass", 4}, {"mode: WRITE BACK!", 1}});
 }
 
-TEST(TranslateWriteMode, TakesEveryTextWithAutoForTheAutomaticMode) {
+TEST(TranslateWriteMode, PrefersAuto) {
     expectSilentReadings(TranslateWriteMode, {
                                                  {"Auto - Write Back", 8},
                                                  {"auto - write through", 8},
@@ -117,7 +117,7 @@ TEST(TranslateWriteMode2Str, ShowsTheAutomaticAndTheWriteBackBit) {
                                            });
 }
 
-TEST(TranslateWriteMode2StrForImport, GivesTheKeywordOfSettingsTexts) {
+TEST(TranslateWriteMode2StrForImport, ReturnsTheKeywordOfSettingsTexts) {
     expectShowings(TranslateWriteMode2StrForImport, {
                                                         {0, "writethru"},
                                                         {1, "writeback"},
@@ -128,24 +128,24 @@ TEST(TranslateWriteMode2StrForImport, GivesTheKeywordOfSettingsTexts) {
                                                     });
 }
 
-TEST(TranslateInitialization, FindsEachWordInAnyCase) {
+TEST(TranslateInitialization, FindsEachKeywordInAnyCase) {
     expectSilentReadings(TranslateInitialization,
                          {{"none", 0}, {"quick", 1}, {"BACK", 4}, {"Background", 4}, {"init=Quick", 1}});
 }
 
-TEST(TranslateInitialization, RefusesForegroundWithoutAMessage) {
+TEST(TranslateInitialization, RejectsForegroundSilently) {
     expectSilentReadings(TranslateInitialization, {{"fore", -1}, {"Foreground", -1}, {"backfore", -1}});
 }
 
-TEST(TranslateInitialization, TriesTheWordsInAFixedOrder) {
+TEST(TranslateInitialization, TriesTheKeywordsInAFixedOrder) {
     expectSilentReadings(TranslateInitialization, {{"quicknone", 0}, {"forequick", 1}});
 }
 
-TEST(TranslateInitialization, NamesAnUnknownWord) {
+TEST(TranslateInitialization, ReportsUnknownKeyword) {
     expectUnknown(TranslateInitialization, "xyz", -1, "Unknown initialization 'xyz' specified!\n");
 }
 
-TEST(TranslateLDInitOption2Str, GivesTheKeywordAndNoneForOtherCodes) {
+TEST(TranslateLDInitOption2Str, ReturnsTheKeywordAndNoneForOtherCodes) {
     expectShowings(TranslateLDInitOption2Str, {
                                                   {0, "NONE"},
                                                   {1, "QUICK"},
@@ -156,7 +156,7 @@ TEST(TranslateLDInitOption2Str, GivesTheKeywordAndNoneForOtherCodes) {
                                               });
 }
 
-TEST(TranslateInitialization2Str, GivesThePhraseOfEachCode) {
+TEST(TranslateInitialization2Str, ReturnsThePhraseOfEachCode) {
     expectShowings(TranslateInitialization2Str, {
                                                     {0, "None Initialization"},
                                                     {1, "Quick Initialization"},
@@ -167,7 +167,7 @@ TEST(TranslateInitialization2Str, GivesThePhraseOfEachCode) {
                                                 });
 }
 
-TEST(TranslateRoundingScheme, FindsEachWordAndNeverTheCoarserOne) {
+TEST(TranslateRoundingScheme, Treats10GbbAsGbb) {
     expectSilentReadings(TranslateRoundingScheme, {
                                                       {"none", 0},
                                                       {"gbb", 1},
@@ -178,7 +178,7 @@ TEST(TranslateRoundingScheme, FindsEachWordAndNeverTheCoarserOne) {
                                                   });
 }
 
-TEST(TranslateRoundingScheme, NamesAnUnknownScheme) {
+TEST(TranslateRoundingScheme, ReportsUnknownScheme) {
     expectUnknown(TranslateRoundingScheme, "10GB", 255, "Unknown rounding scheme '10GB' specified!\n");
 }
 
@@ -193,7 +193,7 @@ TEST(SectorCount2MB, ReadsTheByteCountAsUnsigned) {
     EXPECT_EQ(SectorCount2MB(std::uint64_t{1} << 54), 8796093022208.0);
 }
 
-TEST(SectorCount2MB, LosesTheBytesBeyond64Bits) {
+TEST(SectorCount2MB, WrapsAt64Bits) {
     EXPECT_EQ(SectorCount2MB(std::uint64_t{1} << 55), 0.0);
     EXPECT_EQ(SectorCount2MB((std::uint64_t{1} << 55) + 2048), 1.0);
 }

@@ -1,17 +1,17 @@
-// The words for the adapter's codes, both ways, and sector counts as megabytes. Words are found
-// anywhere in the user's text, without regard to case; all returned texts are constants.
+// Converts between the adapter's codes and the keywords for them, and sector counts to megabytes.
+// Keywords are recognized anywhere in a text, ignoring case. All returned texts are constants.
 #pragma once
 
 #include <cstdint>
 
 int TranslateRaidLevel(const char* text);              // code; 255 after a message when unknown
-const char* TranslateRaidLevel2Str(int code);          // the low 8 bits count
+const char* TranslateRaidLevel2Str(int code);          // only the low 8 bits are used
 int TranslateWriteMode(const char* text);              // code; -1 without a message when unknown
-const char* TranslateWriteMode2Str(int code);          // as listings show it
-const char* TranslateWriteMode2StrForImport(int code); // as settings texts take it
+const char* TranslateWriteMode2Str(int code);          // for listings
+const char* TranslateWriteMode2StrForImport(int code); // for settings texts
 int TranslateInitialization(const char* text);         // code; -1 when unknown (message) or foreground
-const char* TranslateLDInitOption2Str(int code);       // as creation texts take it
-const char* TranslateInitialization2Str(int code);     // as displays show it
+const char* TranslateLDInitOption2Str(int code);       // for creation texts
+const char* TranslateInitialization2Str(int code);     // for display
 int TranslateRoundingScheme(const char* text);         // code; 255 after a message when unknown
 
 const char* enableText(int flag); // "Enable", or "Disable" for 0
