@@ -92,6 +92,14 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# The command that install_packages runs.
+install_command() {
+    case $1 in
+    apt-get) echo "apt-get update && apt-get install -y --no-install-recommends" ;;
+    pkg) echo "pkg install -y" ;;
+    esac
+}
+
 install_packages() {
     case $1 in
     apt-get)
@@ -120,11 +128,11 @@ install_missing() {
     if [ "$(id -u)" -ne 0 ] && ! have sudo; then
         log "Missing for the $1: $missing"
         log "Installing packages requires root or sudo. Ask an administrator to run:"
-        log "  $manager install $missing"
+        log "  $(install_command "$manager") $missing"
         exit $cannot_install
     fi
     log "Missing for the $1: $missing"
-    log "Running: $manager install $missing"
+    log "Running: $(install_command "$manager") $missing"
     mkdir -p "$root/build"
     # One word per package.
     # shellcheck disable=SC2086
