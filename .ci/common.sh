@@ -1,86 +1,103 @@
-# Shared by ./run, ./test, ./bench and .ci/run: what a build needs, how it is installed, and building without
-# noise. Expects $root, the folder of the sources, and set -eu. Writes to standard error only.
+# shellcheck shell=sh
+# Shared by ./run, ./test, ./bench, .ci/ and the scripts of tests/fuzz: what a build requires, how that is
+# installed, and quiet builds. Expects $root, the directory of the sources, and set -eu. Writes to standard
+# error only, except for the help.
 : "${root:?}"
 
 # Exit statuses beyond those of the program's own commands.
 cannot_install=69
 cannot_build=70
 
-say() { printf '%s\n' "$*" >&2; }
+log() { printf '%s\n' "$*" >&2; }
+
+# help_option "$@": with --help, prints the comment at the top of the running script and exits.
+help_option() {
+    [ "${1-}" = --help ] || return 0
+    awk 'NR > 1 && !/^#/ { exit } NR > 1 && !/^# shellcheck/ { sub(/^# ?/, ""); print }' "$0"
+    exit 0
+}
 
 processors() { getconf _NPROCESSORS_ONLN 2>/dev/null || echo 2; }
 
-has() { command -v "$1" >/dev/null 2>&1; }
+have() { command -v "$1" >/dev/null 2>&1; }
 
-has_header() { [ -f "/usr/include/$1" ] || [ -f "/usr/local/include/$1" ]; }
+have_header() { [ -f "/usr/include/$1" ] || [ -f "/usr/local/include/$1" ]; }
 
 # cmake 3.25 or newer.
-has_cmake() {
-    has cmake || return 1
+have_cmake() {
+    have cmake || return 1
     cmake_version=$(cmake --version | sed -n 's/^cmake version \([0-9]*\.[0-9]*\).*/\1/p')
     [ "${cmake_version%%.*}" -gt 3 ] || { [ "${cmake_version%%.*}" -eq 3 ] && [ "${cmake_version#*.}" -ge 25 ]; }
 }
 
-# What is missing of what a build needs, as packages of the machine's package manager: $1 names them
-# the way of apt-get or pkg.
+# What is missing for a build, as names of packages for the package manager $1, apt-get or pkg.
 missing_for_build() {
-    has c++ || has g++ || has clang++ || case $1 in apt-get) echo g++ ;; pkg) echo llvm ;; esac
-    has_cmake || echo cmake
-    has ninja || has make || case $1 in apt-get) echo ninja-build ;; pkg) echo ninja ;; esac
-    has_header nlohmann/json.hpp || case $1 in apt-get) echo nlohmann-json3-dev ;; pkg) echo nlohmann-json ;; esac
-    has_header gtest/gtest.h || case $1 in apt-get) echo libgtest-dev ;; pkg) echo googletest ;; esac
+    have c++ || have g++ || have clang++ || case $1 in apt-get) echo g++ ;; pkg) echo llvm ;; esac
+    have_cmake || echo cmake
+    have ninja || have make || case $1 in apt-get) echo ninja-build ;; pkg) echo ninja ;; esac
+    have_header nlohmann/json.hpp || case $1 in apt-get) echo nlohmann-json3-dev ;; pkg) echo nlohmann-json ;; esac
+    have_header gtest/gtest.h || case $1 in apt-get) echo libgtest-dev ;; pkg) echo googletest ;; esac
 }
 
 missing_for_lint() {
-    has clang-format || case $1 in apt-get) echo clang-format ;; pkg) echo llvm ;; esac
-    has clang-tidy || case $1 in apt-get) echo clang-tidy ;; pkg) echo llvm ;; esac
+    have clang-format || case $1 in apt-get) echo clang-format ;; pkg) echo llvm ;; esac
+    have clang-tidy || case $1 in apt-get) echo clang-tidy ;; pkg) echo llvm ;; esac
+    have shellcheck || case $1 in apt-get) echo shellcheck ;; pkg) echo hs-ShellCheck ;; esac
 }
 
 missing_for_bench() {
-    has valgrind || echo valgrind
+    have valgrind || echo valgrind
 }
 
 missing_for_coverage() {
-    has gcovr || case $1 in apt-get) echo gcovr ;; pkg) echo py311-gcovr ;; esac
+    have gcovr || case $1 in apt-get) echo gcovr ;; pkg) echo py311-gcovr ;; esac
 }
 
-# What single tests need that are skipped elsewhere, and what the checks beyond the tests do.
+# What .ci/run requires, and what single tests require that are skipped without it.
 missing_for_checks() {
     missing_for_lint "$1"
     missing_for_bench "$1"
     missing_for_fuzz "$1"
     missing_for_coverage "$1"
-    has python3 || echo python3
-    has mandoc || echo mandoc
-    has rlwrap || echo rlwrap
-    has zsh || echo zsh
-    [ "$1" != apt-get ] || has fakeroot || echo fakeroot
-    [ "$1" != apt-get ] || has dpkg-shlibdeps || echo dpkg-dev
-    [ "$1" != apt-get ] || has file || echo file
+    have python3 || echo python3
+    have mandoc || echo mandoc
+    have rlwrap || echo rlwrap
+    have zsh || echo zsh
+    [ "$1" != apt-get ] || have fakeroot || echo fakeroot
+    [ "$1" != apt-get ] || have dpkg-shlibdeps || echo dpkg-dev
+    [ "$1" != apt-get ] || have file || echo file
 }
 
-# The compiler's own engine, which Debian packs beside it.
+# clang++ and its fuzzing engine, which Debian packages separately.
 missing_for_fuzz() {
-    has clang++ || case $1 in apt-get) echo clang ;; pkg) echo llvm ;; esac
-    has_fuzzing_engine || case $1 in apt-get) fuzzing_engine ;; pkg) echo llvm ;; esac
+    have clang++ || case $1 in apt-get) echo clang ;; pkg) echo llvm ;; esac
+    have_fuzzing_engine || case $1 in apt-get) fuzzing_engine ;; pkg) echo llvm ;; esac
 }
 
-# As a package of Debian: of the clang++ that is here, or of the one that comes with it.
+# The Debian package of the engine for the installed clang++, or for the one to be installed.
 fuzzing_engine() {
-    if has clang++; then
+    if have clang++; then
         echo "libclang-rt-$(clang++ -dumpversion | sed 's/\..*//')-dev"
     else
         echo libclang-rt-dev
     fi
 }
 
-has_fuzzing_engine() {
-    has clang++ && [ -n "$(find "$(clang++ -print-resource-dir)/lib" -name '*clang_rt.fuzzer*' -print 2>/dev/null)" ]
+have_fuzzing_engine() {
+    have clang++ && [ -n "$(find "$(clang++ -print-resource-dir)/lib" -name '*clang_rt.fuzzer*' -print 2>/dev/null)" ]
 }
 
 # Runs a command as root: directly, or through sudo.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# The command that install_packages runs.
+install_command() {
+    case $1 in
+    apt-get) echo "apt-get update && apt-get install -y --no-install-recommends" ;;
+    pkg) echo "pkg install -y" ;;
+    esac
 }
 
 install_packages() {
@@ -97,58 +114,59 @@ install_packages() {
     esac
 }
 
-# Installs what is missing for a purpose (build, checks, ...); says what and why. Ends the script when
-# that is not possible.
-ensure() {
-    if has apt-get; then manager=apt-get; elif has pkg; then manager=pkg; else manager=none; fi
+# Installs what is missing for a purpose (build, checks, ...), after naming it. Ends the script when that
+# is not possible.
+install_missing() {
+    if have apt-get; then manager=apt-get; elif have pkg; then manager=pkg; else manager=none; fi
     missing=$("missing_for_$1" "$manager" | sort -u | tr '\n' ' ')
     [ -n "$missing" ] || return 0
     if [ "$manager" = none ]; then
-        say "Missing, and neither apt-get nor pkg is here to install it (names as in Debian):"
-        say "  $("missing_for_$1" apt-get | tr '\n' ' ')"
+        log "Missing for the $1, and neither apt-get nor pkg is available to install it (Debian package names):"
+        log "  $("missing_for_$1" apt-get | tr '\n' ' ')"
         exit $cannot_install
     fi
-    if [ "$(id -u)" -ne 0 ] && ! has sudo; then
-        say "Missing for the $1: $missing"
-        say "Installing it takes root or sudo, and there is neither. Let an administrator run:"
-        say "  $manager install $missing"
+    if [ "$(id -u)" -ne 0 ] && ! have sudo; then
+        log "Missing for the $1: $missing"
+        log "Installing packages requires root or sudo. Ask an administrator to run:"
+        log "  $(install_command "$manager") $missing"
         exit $cannot_install
     fi
-    say "Installing what is missing here for the $1, with $manager: $missing"
+    log "Missing for the $1: $missing"
+    log "Running: $(install_command "$manager") $missing"
     mkdir -p "$root/build"
-    # One word for each package.
+    # One word per package.
     # shellcheck disable=SC2086
     if ! install_packages "$manager" $missing >"$root/build/install.log" 2>&1 </dev/null; then
         cat "$root/build/install.log" >&2
-        say "Installing failed."
+        log "Installation failed."
         exit $cannot_install
     fi
     hash -r
     still=$("missing_for_$1" "$manager" | sort -u | tr '\n' ' ')
     if [ -n "$still" ]; then
-        say "Still missing, or too old as this system offers it (cmake must be 3.25 or newer): $still"
+        log "Still missing, or too old in this system's packages (cmake must be 3.25 or newer): $still"
         exit $cannot_install
     fi
 }
 
-# Configures a preset and builds it, or the targets given, into $root/$2; noise goes to build.log
-# there and is shown when it fails.
+# build PRESET DIRECTORY [TARGET...]: configures the preset and builds all or these targets in
+# $root/DIRECTORY. Output goes to build.log there and is shown only on failure.
 build() {
-    preset=$1 folder=$root/$2
+    preset=$1 dir=$root/$2
     shift 2
-    # A tree that was moved or copied with its build folder would go on building the old one.
-    if [ -f "$folder/CMakeCache.txt" ] && ! grep -qx "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
-        rm -rf "$folder"
+    # A copied or moved tree would otherwise go on building the original one.
+    if [ -f "$dir/CMakeCache.txt" ] && ! grep -qx "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$dir/CMakeCache.txt"; then
+        rm -rf "$dir"
     fi
-    if [ ! -f "$folder/CMakeCache.txt" ] && has ninja; then
+    if [ ! -f "$dir/CMakeCache.txt" ] && have ninja; then
         CMAKE_GENERATOR=Ninja
         export CMAKE_GENERATOR
     fi
-    mkdir -p "$folder"
+    mkdir -p "$dir"
     if ! (cd "$root" && cmake --preset "$preset" &&
-        cmake --build "$folder" --parallel "$(processors)" ${1+--target "$@"}) >"$folder/build.log" 2>&1 </dev/null; then
-        cat "$folder/build.log" >&2
-        say "The build failed; the above is in $folder/build.log."
+        cmake --build "$dir" --parallel "$(processors)" ${1+--target "$@"}) >"$dir/build.log" 2>&1 </dev/null; then
+        cat "$dir/build.log" >&2
+        log "The build failed. Its output, shown above, is in $dir/build.log."
         exit $cannot_build
     fi
 }

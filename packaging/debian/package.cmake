@@ -1,14 +1,15 @@
 # The Debian packages, made by cpack in a build that is configured for /usr:
-#     cmake -S . -B build/debian -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF
-#     cmake --build build/debian && cd build/debian && cpack
-# They come to build/debian/packages. cpack reads the dependencies with dpkg-dev and file.
+#     cmake --preset debian && cmake --build build/debian && (cd build/debian && cpack)
+# writes them to build/debian/packages. cpack finds the dependencies with the programs of dpkg-dev and file.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cli)
-set(CPACK_PACKAGE_VERSION 1.0.0)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_STRIP_FILES ON)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/changelog.in changelog @ONLY)
+set(CPACK_DEBIAN_CHANGELOG ${CMAKE_CURRENT_BINARY_DIR}/changelog)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/finish.cmake)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -16,12 +17,12 @@ set(CPACK_COMPONENTS_ALL cli rehearsal)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-# No address is known that takes mail for these packages.
+# There is no mail address for these packages.
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "the cli developers <maintainers@localhost>")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The two closed libraries come with the adapters, in no package: the dependencies are read with the
-# build's stand-ins for them, which no dependency comes from.
+# The two closed libraries come with the adapters and are in no package. The dependencies are found with the
+# simulator's libraries of the same names, which add no dependency.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/lib)
 
@@ -29,7 +30,7 @@ set(CPACK_DEBIAN_CLI_PACKAGE_NAME cli)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS rlwrap)
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "bash-completion, cli-rehearsal")
-set(CPACK_COMPONENT_CLI_DESCRIPTION "managing SATA RAID host adapters
+set(CPACK_COMPONENT_CLI_DESCRIPTION "command-line interface for SATA RAID host adapters
 Lists and changes controllers, drives, extents, logical drives, enclosures,
 batteries, buzzers, background activities and events of SATA RAID host
 adapters, one command from the shell or many at a prompt, and saves and
@@ -39,9 +40,10 @@ libzvq5plugin.so and libzverrlog.so, which are not part of this package.")
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_NAME cli-rehearsal)
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_SUGGESTS cli)
-set(CPACK_COMPONENT_REHEARSAL_DESCRIPTION "rehearsing the management of SATA RAID host adapters
-The commands of cli over simulated adapters, so that a recovery can be
-rehearsed before a disk is touched, and q5sim, which fails and replaces
-simulated drives. It never takes the place of the real adapters' library.")
+set(CPACK_COMPONENT_REHEARSAL_DESCRIPTION "simulator of SATA RAID host adapters
+The commands of cli on simulated adapters, so that a recovery can be
+rehearsed before a drive is touched, and q5sim, a fault injection tool that
+fails and replaces simulated drives. It never replaces the real adapters'
+library.")
 
 include(CPack)

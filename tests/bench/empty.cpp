@@ -1,4 +1,4 @@
-// The emptiest program there is: what it takes is the loader's and the C library's.
+// An empty program: its cost is that of the loader and the C library.
 int main() {
     return 0;
 }

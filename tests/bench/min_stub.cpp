@@ -1,5 +1,5 @@
-// The operations that list, over controllers that have nothing to show: success, and the zeroes that the
-// caller cleared its buffer to.
+// The listing operations of controllers without drives and events: they return success and leave the zeroed
+// buffer of the caller as it is.
 extern "C" {
 int q5_getControllerInfo() {
     return 0;

@@ -1,5 +1,5 @@
-// Operations that nothing measured depends on: they answer success at once, look at nothing and keep
-// nothing. Declared by name alone, since none of them has an argument to look at.
+// Operations that return success and do nothing else. Declared by name only, since none of them reads its
+// arguments.
 extern "C" {
 int q5_PauseMigration() {
     return 0;

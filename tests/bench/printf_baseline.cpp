@@ -1,5 +1,5 @@
-// Prints what a listing shows, and nothing else: the same calls with the same formats and values, but
-// without words, adapters and decisions. "printing <listing> <records>"; for scale.
+// Prints the output of a listing with the same calls, formats and values, but without parsing, adapter calls
+// and decisions, for comparison: printf_baseline LISTING RECORDS
 #include "tests/bench/printf_baseline.h"
 
 #include <cstdio>
@@ -77,8 +77,8 @@ static void printEvent(const HBAEvent& event) {
     std::printf("Event Desciption: %.*s\n", FIELD_PRINTF_ARGS(event.description));
 }
 
-// Everything of the records is made before the first is printed, and always all of them: what another
-// record costs is its printing.
+// All records are always made before the first is printed, so that the cost of another record is that of
+// printing it.
 static void printRecords(const char* listing, int count) {
     static PhyDrvInfo drives[kMaxDrives];
     static LogDrvInfo logDrvs[kMaxLogDrvs];
@@ -96,7 +96,7 @@ static void printRecords(const char* listing, int count) {
     for (int i = 0; i < count && std::strcmp(listing, "logdrv") == 0; ++i)
         printLogDrv(logDrvs[i]);
     for (int i = count; i > 0 && std::strcmp(listing, "event") == 0; --i)
-        printEvent(events[i - 1]); // the newest first
+        printEvent(events[i - 1]); // newest first
 }
 
 int main(int argc, char** argv) {

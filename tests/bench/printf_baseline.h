@@ -1,4 +1,4 @@
-// The export's blocks printed by themselves, of two controllers of so many drives.
+// Prints the blocks of an export of two controllers with so many drives each.
 #pragma once
 
 void printExportedDrives(int count);

@@ -1,5 +1,5 @@
-// The operations that list, over controllers of the largest configuration, or of fewer drives where
-// BENCH_DRIVES and BENCH_LOGDRVS say how many. All records stand ready: an answer is one copy.
+// The listing operations of controllers with the largest configuration, or with fewer drives if BENCH_DRIVES
+// and BENCH_LOGDRVS are set. All records are prepared in advance: a reply is one copy.
 #include <cstdlib>
 #include <cstring>
 
@@ -37,14 +37,14 @@ int q5_initialize(const ApiInitRecord*) {
     return 0;
 }
 
-// Answers with the wanted ones of the records that there are, as far as the buffer has room.
+// Copies the requested records, as many as exist and fit into the buffer.
 template <typename Record>
 static int list(void* reply, std::uint32_t size, const Record* record, std::uint32_t total,
-                std::uint32_t first, std::uint32_t wanted) {
+                std::uint32_t first, std::uint32_t requested) {
     std::uint32_t count = first < total ? total - first : 0;
-    count = wanted < count ? wanted : count;
-    const auto room = static_cast<std::uint32_t>((size - sizeof(ReplyHeader)) / sizeof(Record));
-    count = room < count ? room : count;
+    count = requested < count ? requested : count;
+    const auto capacity = static_cast<std::uint32_t>((size - sizeof(ReplyHeader)) / sizeof(Record));
+    count = capacity < count ? capacity : count;
     auto* header = static_cast<ReplyHeader*>(reply);
     header->bytesUsed = static_cast<std::uint32_t>(sizeof *header + count * sizeof(Record));
     std::memcpy(header + 1, record + first, count * sizeof(Record));

@@ -1,7 +1,7 @@
-// What a command takes of the machine, over several runs of it with its output thrown away:
-// "resources cpu <runs> <program> <words>" prints the least CPU time of the whole process tree, in
-// microseconds; "resources memory ..." the least, the middle and the largest peak memory, in KB. The
-// command starts from this small process, whose own memory the kernel counts as the command's at first.
+// Measures the resources of a command over several runs, with its output discarded:
+//   rusage cpu RUNS PROGRAM WORD...      prints the minimum CPU time of the process tree, in microseconds
+//   rusage memory RUNS PROGRAM WORD...   prints minimum, median and maximum of the peak memory, in KB
+// This process is small because the kernel counts its memory as the command's until exec.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

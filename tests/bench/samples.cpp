@@ -5,7 +5,7 @@
 
 #include "adapter/enclosure.h"
 
-static constexpr int kDrives = static_cast<int>(kMaxDrives), kArraysARound = kDrives / 2;
+static constexpr int kDrives = static_cast<int>(kMaxDrives), kArraysPerRound = kDrives / 2;
 static constexpr std::uint64_t kExtentSectors = 40'000'000;
 
 static ExtentEntry sampleExtent(int drive, int index) {
@@ -14,7 +14,7 @@ static ExtentEntry sampleExtent(int drive, int index) {
     extent.assignment = kExtentAssigned;
     extent.access = kExtentAccessible;
     extent.state = kExtentOnline;
-    extent.arrayId = static_cast<std::uint16_t>(index * kArraysARound + drive / 2);
+    extent.arrayId = static_cast<std::uint16_t>(index * kArraysPerRound + drive / 2);
     extent.start = kExtentSectors * static_cast<std::uint64_t>(index);
     extent.size = kExtentSectors;
     return extent;
@@ -48,9 +48,9 @@ PhyDrvSettings sampleDriveSettings(int id) {
 }
 
 const char* sampleMembers(int logDrv) {
-    static const char* const texts[kArraysARound] = {"(1,2)",  "(3,4)",   "(5,6)",   "(7,8)",
-                                                     "(9,10)", "(11,12)", "(13,14)", "(15,16)"};
-    return texts[logDrv % kArraysARound];
+    static const char* const texts[kArraysPerRound] = {"(1,2)",  "(3,4)",   "(5,6)",   "(7,8)",
+                                                       "(9,10)", "(11,12)", "(13,14)", "(15,16)"};
+    return texts[logDrv % kArraysPerRound];
 }
 
 const char* sampleExtents(int logDrv) {
@@ -58,7 +58,7 @@ const char* sampleExtents(int logDrv) {
         "(0,0)", "(1,1)", "(2,2)",   "(3,3)",   "(4,4)",   "(5,5)",   "(6,6)",   "(7,7)",
         "(8,8)", "(9,9)", "(10,10)", "(11,11)", "(12,12)", "(13,13)", "(14,14)", "(15,15)",
     };
-    return texts[logDrv / kArraysARound];
+    return texts[logDrv / kArraysPerRound];
 }
 
 LogDrvInfo sampleLogDrv(int id) {

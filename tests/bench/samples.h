@@ -1,5 +1,4 @@
-// The records of the largest configuration, as the adapter with records gives them and as the printing
-// workload prints them.
+// The records of the largest configuration, shared by the record stub and the printf baseline.
 #pragma once
 
 #include "adapter/event.h"
@@ -7,15 +6,15 @@
 #include "adapter/mediapatrol.h"
 #include "adapter/phydrv.h"
 
-// A drive of 16 extents; each array has an extent on two neighbouring drives.
+// A drive of 16 extents; each array has an extent on two neighboring drives.
 PhyDrvInfo sampleDrive(int id);
 PhyDrvSettings sampleDriveSettings(int id);
 
-// An array of the drives 2 id and 2 id + 1, counted through all drives again and again.
+// An array of the drives 2 id and 2 id + 1, modulo the number of drives.
 LogDrvInfo sampleLogDrv(int id);
 LogDrvSettings sampleLogDrvSettings(int id);
 
-// The extents of an array, the same one of each drive, as exports show them.
+// The extents of an array as exports show them: the same index on each drive.
 const char* sampleExtents(int logDrv);
 
 // The members of an array as listings show them.

@@ -1,8 +1,8 @@
-// The session of the measured adapters: two controllers. What they list is in answers.cpp and records.cpp,
-// every other operation is in silent.cpp.
+// The session operations of both stub adapters: two controllers. The listing operations are in min_stub.cpp
+// and records.cpp, all others in noop_stub.cpp.
 //
-// Where BENCH_WATCH names a file, the peak memory of the process is added to it, in KB, after so many
-// calls of q5_getDriverInfo, of which a ctrl command makes one, and at the end.
+// If BENCH_WATCH names a file, the peak memory of the process, in KB, is appended to it after so many calls
+// of q5_getDriverInfo, of which a ctrl command makes one, and at the end.
 #include "adapter/session.h"
 
 #include <fcntl.h>
@@ -16,7 +16,7 @@
 
 static constexpr int kFirstWatch = 200, kLastWatch = 20000; // calls
 
-// The process's peak memory as the kernel tells it, to the page where there is a /proc.
+// The peak memory of the process; exact to the page where there is a /proc.
 static long peakKilobytes() {
     char text[2048];
     const int file = open("/proc/self/status", O_RDONLY);

@@ -1,5 +1,5 @@
-// The least that a program must do which keeps a file as large as the event file and prints a line: what
-// it takes beyond the emptiest is the C library's.
+// Reads and writes a file as large as the event file and prints a line, and nothing else: what it costs
+// beyond an empty program is the C library's.
 #include <cstdio>
 
 static char kept[20408];

@@ -1,5 +1,5 @@
-// A session over eight drives of 800 MB and what the tests of arrays do in it. All rates move 8 MB a
-// second, so that a job over a whole drive is a percent further each second.
+// A session on eight drives of 800 MB, and helpers for tests of arrays. All rates are 8 MB per second, so
+// that an activity on a whole drive advances by one percent per second.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,36 +12,36 @@ struct Arrays : testing::Test {
     Session s;
     Arrays() { s.useWorld(fixtureWorld("eight_drives")); }
 
-    // The clock, in seconds of the session.
+    // Sets the clock, in seconds of the session.
     void advanceClockTo(int seconds) { s.setClock(kSessionStart + seconds); }
 
-    // What a run did, as one text: "status: output". The last word, if there is one, may hold blanks.
-    std::string told(const std::string& line, const std::string& lastWord = "") {
+    // The outcome of a run as one text, "status: output". The last word, if given, may contain blanks.
+    std::string outcomeOf(const std::string& line, const std::string& lastWord = "") {
         std::istringstream stream(line);
         std::vector<std::string> words;
         for (std::string word; stream >> word;)
             words.push_back(word);
         if (!lastWord.empty())
             words.push_back(lastWord);
-        return told(words);
+        return outcomeOf(words);
     }
-    std::string told(const std::vector<std::string>& words) {
+    std::string outcomeOf(const std::vector<std::string>& words) {
         const ProcessOutcome outcome = s.run(words);
         return std::to_string(outcome.status) + ": " + outcome.out + outcome.err;
     }
 
     // Creates an array without extents named.
     std::string add(const std::string& drives, const std::string& text) {
-        return told({"logdrv", "-a", "add", "-p", drives, "-z", text});
+        return outcomeOf({"logdrv", "-a", "add", "-p", drives, "-z", text});
     }
 
-    // A RAID5 of 1600 MB on drives 1 to 3, synchronised by second 100.
+    // A RAID5 of 1600 MB on drives 1 to 3, synchronized by second 100.
     void addRaid5() {
         EXPECT_EQ(add("1 2 3", "name=five,raid=raid5,capacity=1600"), "0: ");
         advanceClockTo(100);
     }
 
-    // The one row of a drive in the table.
+    // The row of a logical drive in the table.
     std::string row(int logDrv) {
         const std::string table = s.run({"logdrv", "-l", std::to_string(logDrv)}).out;
         return table.substr(table.find('\n') + 1);
@@ -55,13 +55,13 @@ struct Arrays : testing::Test {
     }
 
     // The lines of bga about a drive.
-    std::string bga(int logDrv) { return told("bga -l " + std::to_string(logDrv)); }
+    std::string bga(int logDrv) { return outcomeOf("bga -l " + std::to_string(logDrv)); }
 
-    // All events, fetched anew; each is shown once.
+    // All events not shown before.
     std::string events() { return s.run({"event", "-v", "-c", "50"}).out; }
 
-    // Changes the world by hand: the next such text behind the beginning of a drive's entry, the drive
-    // counted as the prompt does.
+    // Edits the world file: replaces the first such text after the start of a drive's entry; drives are
+    // counted from 1.
     void editDrive(int drive, const std::string& from, const std::string& to, const std::string& by) const {
         std::string text = s.worldText();
         const std::size_t entry = text.find("\"id\": " + std::to_string(drive - 1) + ",");
@@ -80,4 +80,4 @@ struct Arrays : testing::Test {
 
 inline const std::string kOnlineLine = "Array functional status : Online\n";
 inline const std::string kIdleLine = "Array activity status : Idle\n";
-inline const std::string kIdleTold = "0: " + kIdleLine;
+inline const std::string kIdleOutcome = "0: " + kIdleLine;

@@ -1,4 +1,4 @@
-// The battery command over controllers with and without one.
+// The battery command on controllers with and without a battery.
 #include <gtest/gtest.h>
 
 #include "tests/e2e/harness.h"
@@ -18,7 +18,7 @@ TEST(Battery, ShowsTemperatureVoltageAndState) {
     EXPECT_EQ(s.prompt("BATTERY\nexit\n"), (ProcessOutcome{0, "cli>" + shown + "cli>", ""}));
 }
 
-TEST(Battery, ShowsWhatIsOutOfRange) {
+TEST(Battery, ShowsOutOfRangeReadings) {
     Session s;
     const std::string head = "Battery Information of controller with ID 0:\n";
     s.useWorld(battery("\"temperatureTenths\": 99, \"millivolts\": -1, \"state\": \"failed\""));
@@ -35,7 +35,7 @@ TEST(Battery, ShowsWhatIsOutOfRange) {
                                                   ""}));
 }
 
-TEST(Battery, IsMissedWhereThereIsNone) {
+TEST(Battery, ReportsNoBattery) {
     Session s;
     s.useWorld("{\"controllers\": [{}]}");
     const std::string none = "No battery exists in controller with ID 0!\n";
@@ -43,7 +43,7 @@ TEST(Battery, IsMissedWhereThereIsNone) {
     EXPECT_EQ(s.prompt("battery\nexit\n"), (ProcessOutcome{5, "cli>" + none + "cli>", ""}));
 }
 
-TEST(Battery, TakesNoOptions) {
+TEST(Battery, RejectsOptions) {
     Session s;
     EXPECT_EQ(s.run({"battery", "-i", "0"}), (ProcessOutcome{1, "Invalid subcommand - 'battery'\n", ""}));
     EXPECT_EQ(s.run({"battery", "-I"}), (ProcessOutcome{1, "Invalid subcommand - 'battery'\n", ""}));
@@ -51,7 +51,7 @@ TEST(Battery, TakesNoOptions) {
 }
 
 // An empty line runs the command again with no words; the stale option still leads to its function.
-TEST(Battery, IsShownForAnEmptyLineAfterARefusal) {
+TEST(Battery, EmptyLineAfterRefusalShowsBattery) {
     Session s;
     s.useWorld("{\"controllers\": [{}]}");
     EXPECT_EQ(s.prompt("battery -i 3\n\nexit\n"),

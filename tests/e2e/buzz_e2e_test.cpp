@@ -1,4 +1,4 @@
-// The buzz command over two controllers, of which the first one's buzzer is enabled.
+// The buzz command on two controllers; the buzzer of the first is enabled.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ struct Buzz : testing::Test {
     Buzz() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 };
 
-TEST_F(Buzz, ListsFourControllersThoughThereAreTwo) {
+TEST_F(Buzz, ListsFourControllersWhenTwoExist) {
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
     EXPECT_EQ(s.run({"BUZZ", "-A", "LIST"}), (ProcessOutcome{0, kListing, ""}));
     EXPECT_EQ(s.run({"buzz", "-c", "4"}), (ProcessOutcome{0, kListing, ""}));
@@ -24,7 +24,7 @@ TEST_F(Buzz, ListsFourControllersThoughThereAreTwo) {
               (ProcessOutcome{0, kHead + "     1  disabled\n     2   Unknown\n", ""}));
 }
 
-TEST_F(Buzz, StaysAsItWasSwitched) {
+TEST_F(Buzz, KeepsState) {
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilent);
     EXPECT_EQ(s.run({"buzz", "-a", "disable"}), kSilent);
     const std::string switched = kHead + "     0  disabled\n     1   enabled\n" + kBeyond;
@@ -34,16 +34,16 @@ TEST_F(Buzz, StaysAsItWasSwitched) {
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
-TEST_F(Buzz, IsSwitchedOnTheFirstControllerUnlessFiveWordsNameAnother) {
+TEST_F(Buzz, ChangesFirstControllerUnlessFiveWordsNameAnother) {
     EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "1", "more"}), kSilent);
     EXPECT_EQ(s.run({"buzz", "-c", "2"}),
               (ProcessOutcome{0, kHead + "     0  disabled\n     1  disabled\n", ""}));
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i"}), kSilent);
-    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "7"}), kSilent); // which does not exist
+    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "7"}), kSilent); // no such controller
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
-TEST_F(Buzz, RefusesBadWords) {
+TEST_F(Buzz, RejectsBadWords) {
     EXPECT_EQ(s.run({"buzz", "-a", "on"}), (ProcessOutcome{9, "Invalid command for \"buzz\"\n", ""}));
     EXPECT_EQ(s.run({"buzz", "enable"}),
               (ProcessOutcome{2, "Invalid numbers of parameter for command \"buzz\"\n", ""}));
@@ -58,8 +58,8 @@ TEST_F(Buzz, RefusesBadWords) {
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
-// An empty line runs the command of the line before with no words, which still decide the function.
-TEST_F(Buzz, RunsAgainForAnEmptyLine) {
+// An empty line runs the previous command with a word count of 0; its stale words still select the action.
+TEST_F(Buzz, EmptyLineRunsItAgain) {
     EXPECT_EQ(s.prompt("buzz -i 1 -c 1\n\nexit\n"),
               (ProcessOutcome{0, "cli>" + kHead + "     1  disabled\ncli>" + kListing + "cli>", ""}));
     EXPECT_EQ(s.prompt("buzz -a disable -i 1\n\nexit\n"),
@@ -68,7 +68,7 @@ TEST_F(Buzz, RunsAgainForAnEmptyLine) {
               (ProcessOutcome{9, "cli>" + kListing + "cli>Invalid command for \"buzz\"\ncli>", ""}));
 }
 
-TEST_F(Buzz, LeavesAnEventForEachSwitch) {
+TEST_F(Buzz, LogsEachChange) {
     const auto events = [&] {
         const std::string listing = s.run({"event", "-c", "100", "-i", "1"}).out;
         return std::count(listing.begin(), listing.end(), '\n');

@@ -1,6 +1,6 @@
-// Export and import as an administrator uses them: a backup, a look into it, a restoration, the
-// re-creation of the logical drives after a disaster. The world every_level has no automatic write back,
-// which a file cannot carry.
+// Export and import as an administrator uses them: saving, displaying and restoring a configuration, and
+// re-creating the logical drives after a disaster. The world every_level has no automatic write back,
+// which a file cannot represent.
 #include <gtest/gtest.h>
 
 #include "tests/e2e/every_level_file.h"
@@ -8,7 +8,7 @@
 
 static const ProcessOutcome kSilence = {0, "", ""};
 
-// What an export of these types now writes.
+// The text that an export of these types writes.
 static std::string exported(Session* s, const std::string& types = "0") {
     EXPECT_EQ(s->run({"export", "-t", types, "-f", "now.cfg"}), kSilence);
     return readFile(s->path("now.cfg"));
@@ -29,7 +29,7 @@ TEST(ConfigE2e, ExportWritesTheWholeSystem) {
     backUp(&s);
 }
 
-TEST(ConfigE2e, ExportWritesTheTypesAsked) {
+TEST(ConfigE2e, ExportWritesRequestedTypes) {
     Session s;
     useEveryLevel(&s);
     EXPECT_EQ(exported(&s, "3 1"), logicalDriveBlocks() + kControllers[0] + kControllers[1]);
@@ -49,7 +49,7 @@ TEST(ConfigE2e, ExportChangesNothing) {
     EXPECT_EQ(s.worldText(), before);
 }
 
-TEST(ConfigE2e, ExportThatFailsSaysSo) {
+TEST(ConfigE2e, ExportReportsFailure) {
     Session s;
     useEveryLevel(&s);
     EXPECT_EQ(s.run({"export", "-t", "0", "-f", "none/all.cfg"}),
@@ -62,8 +62,8 @@ TEST(ConfigE2e, ExportThatFailsSaysSo) {
                               ""}));
 }
 
-// Looking at a file changes neither the file nor what the next export writes.
-TEST(ConfigE2e, ALookAtTheFileChangesNothing) {
+// Displaying a file changes neither the file nor the next export.
+TEST(ConfigE2e, DisplayChangesNothing) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -98,7 +98,7 @@ static void changeLogicalDrive(Session* s, int controller, int drive, const std:
               kSilence);
 }
 
-// Everything that a command can change but the buzzers becomes something else.
+// Changes everything that commands can change except the buzzers.
 static void changeEverything(Session* s) {
     EXPECT_EQ(
         s->run({"ctrl", "-a", "mod", "-i", "0", "-s",
@@ -131,7 +131,7 @@ static void changeEverything(Session* s) {
     changeLogicalDrive(s, 1, 2, "writepolicy=writeback,lookahead=1,name=Other 2,consolidation=enable");
 }
 
-TEST(ConfigE2e, ImportBringsAllSettingsBack) {
+TEST(ConfigE2e, ImportRestoresAllSettings) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -149,7 +149,7 @@ TEST(ConfigE2e, ImportBringsAllSettingsBack) {
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
-TEST(ConfigE2e, ImportLeavesBuzzersAndSparesAlone) {
+TEST(ConfigE2e, ImportKeepsBuzzersAndSpares) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -160,7 +160,7 @@ TEST(ConfigE2e, ImportLeavesBuzzersAndSparesAlone) {
                                      "<BuzzerEnable> Off\n<GlobalSpare> 0"));
 }
 
-TEST(ConfigE2e, ImportCarriesSelectedBlocks) {
+TEST(ConfigE2e, ImportAppliesSelectedBlocks) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -182,7 +182,7 @@ TEST(ConfigE2e, ImportCarriesSelectedBlocks) {
     EXPECT_EQ(exported(&s), replaced(driveBack, third(driveBack), third(wholeFile())));
 }
 
-TEST(ConfigE2e, ImportReCreatesLogicalDrivesAfterADisaster) {
+TEST(ConfigE2e, ImportReCreatesLogicalDrivesAfterDisaster) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -191,13 +191,13 @@ TEST(ConfigE2e, ImportReCreatesLogicalDrivesAfterADisaster) {
     for (const char* array : {"7", "1", "2"})
         EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "1", "-l", array}), kSilence);
     EXPECT_EQ(exported(&s, "3"), "");
-    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilence); // which creates nothing
+    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilence); // creates nothing
     EXPECT_EQ(exported(&s, "3"), "");
     EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilence);
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
-TEST(ConfigE2e, ImportReplacesTheLogicalDrivesThatAreThere) {
+TEST(ConfigE2e, ImportReplacesExistingLogicalDrives) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -207,14 +207,14 @@ TEST(ConfigE2e, ImportReplacesTheLogicalDrivesThatAreThere) {
         s.run({"logdrv", "-a", "add", "-i", "0", "-p", "7", "-z", "name=In the way,raid=raid0,capacity=2"}),
         kSilence);
     EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilence);
-    // The extent that stood in the way is cut off the first one; nothing else is different.
+    // The conflicting extent is split off the first one; nothing else differs.
     EXPECT_EQ(exported(&s, "1 2"), kControllers[0] + kControllers[1] + driveBlocks());
     const std::string blocks = exported(&s, "3");
     EXPECT_EQ(blocks.find("In the way"), std::string::npos);
     EXPECT_EQ(replaced(blocks, "(2,0)", "(0,0)"), logicalDriveBlocks());
 }
 
-TEST(ConfigE2e, ImportToASmallerSystemIsRefusedBeforeAnyChange) {
+TEST(ConfigE2e, ImportToSmallerSystemFailsBeforeAnyChange) {
     Session s;
     useEveryLevel(&s);
     backUp(&s);
@@ -243,7 +243,7 @@ TEST(ConfigE2e, ImportToASmallerSystemIsRefusedBeforeAnyChange) {
     EXPECT_EQ(s.worldText(), before);
 }
 
-TEST(ConfigE2e, ImportOfABadFileIsRefusedBeforeAnyChange) {
+TEST(ConfigE2e, ImportOfInvalidFileFailsBeforeAnyChange) {
     Session s;
     useEveryLevel(&s);
     exported(&s);
@@ -270,8 +270,8 @@ TEST(ConfigE2e, ImportOfABadFileIsRefusedBeforeAnyChange) {
     EXPECT_EQ(s.worldText(), before);
 }
 
-// Either automatic mode is read as automatic alone, which shows as "Auto - Write Through".
-TEST(ConfigE2e, AnAutomaticWriteBackComesBackAsAutomatic) {
+// Both automatic modes are read as plain automatic, which is shown as "Auto - Write Through".
+TEST(ConfigE2e, AutomaticWriteBackIsRestoredAsAutomatic) {
     Session s;
     s.useWorld(replaced(fixtureWorld("every_level"), "\"cacheFlags\": 8", "\"cacheFlags\": 9"));
     const std::string before = exported(&s);
@@ -280,8 +280,8 @@ TEST(ConfigE2e, AnAutomaticWriteBackComesBackAsAutomatic) {
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
-// A hand that edits the backup can have the new drive initialised, but not in the foreground.
-TEST(ConfigE2e, AnInitializationWrittenByHandIsHonoured) {
+// An edited file can have the new drive initialized, but not in the foreground.
+TEST(ConfigE2e, ImportHonorsEditedInitialization) {
     for (const std::string word : {"QUICK", "BACK", "FORE", "NONE"}) {
         Session s;
         useEveryLevel(&s);

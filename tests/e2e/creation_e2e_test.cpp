@@ -1,5 +1,4 @@
-// Creating arrays of every level on drives of 800 MB: what becomes of them and of their drives, and
-// what is refused.
+// Creation of arrays of every level on drives of 800 MB: the arrays, their drives, and refused requests.
 #include "tests/e2e/array_session.h"
 
 namespace {
@@ -8,7 +7,7 @@ struct Level {
     const char* drives;
     const char* text;
     const char* row;
-    const char* lastLines; // of its block, for levels that have their own
+    const char* lastLines; // of its block, for levels that differ
     bool synchronizes;
 };
 
@@ -43,7 +42,7 @@ static std::string nameOf(const testing::TestParamInfo<Level>& info) {
 }
 INSTANTIATE_TEST_SUITE_P(Of, ArrayLevels, testing::ValuesIn(kLevels), nameOf);
 
-TEST_P(ArrayLevels, AreCreatedAndSynchronizeIfRedundant) {
+TEST_P(ArrayLevels, SynchronizeIfRedundant) {
     EXPECT_EQ(add(GetParam().drives, GetParam().text), "0: ");
     EXPECT_EQ(row(0), GetParam().row);
     EXPECT_TRUE(s.run({"logdrv", "-v"}).out.ends_with(GetParam().lastLines));
@@ -55,28 +54,29 @@ TEST_P(ArrayLevels, AreCreatedAndSynchronizeIfRedundant) {
         advanceClockTo(99);
         EXPECT_EQ(state(0), "Array activity status : Synchronizing\nArray synchronization progress : 99 %\n" +
                                 kOnlineLine);
-        EXPECT_EQ(told("sync"),
+        EXPECT_EQ(outcomeOf("sync"),
                   "0: Synchronization is in progress 99% in logical drive with ID 0 on controller #0!\n");
         advanceClockTo(100);
     }
-    EXPECT_EQ(told("sync -a list"), none);
+    EXPECT_EQ(outcomeOf("sync -a list"), none);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
 }
 
-TEST_F(Creation, TakesTheSpaceItNeeds) {
+TEST_F(Creation, AllocatesRequiredSpace) {
     EXPECT_EQ(add("1 2", "name=small,raid=raid1,capacity=100"), "0: ");
     const std::string head = "DiskID Index AryID Size     StartLBA\n";
     const std::string first = "     1     0     0   100.00     0.00\n";
-    EXPECT_EQ(told("extent -p 1"), "0: " + head + first + "     1     1    -1   700.00   100.00\n");
-    EXPECT_EQ(told({"logdrv", "-a", "add", "-p", "1 2", "-e", "1 1", "-z", "name=rest,raid=raid0"}), "0: ");
-    EXPECT_EQ(told("extent -p 1"), "0: " + head + first + "     1     1     1   700.00   100.00\n");
-    EXPECT_EQ(told("logdrv"), "0: ID    RAID Disks Sectors   Size(MB)          DiskID Name\n"
-                              " 0   RAID1     2      64     100.00           (1,2) small\n"
-                              " 1   RAID0     2      64    1400.00           (1,2) rest\n");
-    EXPECT_NE(told("ctrl -v").find("\nNumber of disks : 8\nNumber of arrays : 2\n"), std::string::npos);
-    EXPECT_EQ(told("logdrv -a del -l 0"), "0: ");
-    EXPECT_EQ(told("logdrv -a del -l 1"), "0: ");
-    EXPECT_NE(told("ctrl -v").find("\nNumber of arrays : 0\n"), std::string::npos);
+    EXPECT_EQ(outcomeOf("extent -p 1"), "0: " + head + first + "     1     1    -1   700.00   100.00\n");
+    EXPECT_EQ(outcomeOf({"logdrv", "-a", "add", "-p", "1 2", "-e", "1 1", "-z", "name=rest,raid=raid0"}),
+              "0: ");
+    EXPECT_EQ(outcomeOf("extent -p 1"), "0: " + head + first + "     1     1     1   700.00   100.00\n");
+    EXPECT_EQ(outcomeOf("logdrv"), "0: ID    RAID Disks Sectors   Size(MB)          DiskID Name\n"
+                                   " 0   RAID1     2      64     100.00           (1,2) small\n"
+                                   " 1   RAID0     2      64    1400.00           (1,2) rest\n");
+    EXPECT_NE(outcomeOf("ctrl -v").find("\nNumber of disks : 8\nNumber of arrays : 2\n"), std::string::npos);
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 0"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 1"), "0: ");
+    EXPECT_NE(outcomeOf("ctrl -v").find("\nNumber of arrays : 0\n"), std::string::npos);
     EXPECT_EQ(add("1 2", "name=again,raid=raid0,capacity=1400"), "0: ");
 }
 
@@ -85,19 +85,19 @@ TEST_F(Creation, RoundsToWholeBillionsOfBytes) {
     EXPECT_EQ(row(0), " 0   RAID0     2      64     953.67           (1,2) a\n");
 }
 
-TEST_F(Creation, StartsTheInitializationThatWasAskedFor) {
+TEST_F(Creation, StartsRequestedInitialization) {
     EXPECT_EQ(add("1 2", "name=a,raid=raid1,capacity=800,init=back"), "0: ");
     EXPECT_EQ(add("3 4", "name=b,raid=raid1,capacity=800,init=quick"), "0: ");
     advanceClockTo(1);
     EXPECT_EQ(bga(0), "0: Array activity status : Initializing\nArray initialization progress : 1 %\n");
     EXPECT_EQ(bga(1), "0: Array activity status : Initializing\nArray initialization progress : 50 %\n");
-    advanceClockTo(12); // the quick one has written its 16 MB, and is ten seconds into the synchronization
+    advanceClockTo(12); // quick initialization of 16 MB is done, synchronization has run for ten seconds
     EXPECT_EQ(bga(1), "0: Array activity status : Synchronizing\nArray synchronization progress : 10 %\n");
     advanceClockTo(100);
-    EXPECT_EQ(bga(0), kIdleTold);
+    EXPECT_EQ(bga(0), kIdleOutcome);
 }
 
-TEST_F(Creation, ChangesNothingWhenItIsRefused) {
+TEST_F(Creation, ChangesNothingWhenRefused) {
     EXPECT_EQ(add("7", "name=there,raid=raid0,capacity=100"), "0: ");
     const std::string before = s.worldText();
     const char* creations[][2] = {
@@ -125,7 +125,7 @@ TEST_F(Creation, ChangesNothingWhenItIsRefused) {
         EXPECT_EQ(add(creation[0], creation[1]), "8: Failed to create an array specified\n") << creation[1];
         EXPECT_EQ(s.worldText(), before) << creation[0] << " " << creation[1];
     }
-    EXPECT_EQ(told({"logdrv", "-a", "add", "-p", "1 2", "-e", "0 1", "-z", "name=a,raid=raid0"}),
+    EXPECT_EQ(outcomeOf({"logdrv", "-a", "add", "-p", "1 2", "-e", "0 1", "-z", "name=a,raid=raid0"}),
               "8: Failed to create an array specified\n");
     EXPECT_EQ(add("1", "name=a,raid=raid0,capacity=5,init=fore"), "8: ");
     EXPECT_EQ(add("1", "name=a,raid=raid0"),

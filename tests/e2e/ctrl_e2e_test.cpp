@@ -1,4 +1,4 @@
-// The ctrl command over a world whose every value is known, and its settings from run to run.
+// The ctrl command on a world whose every value is known, and settings that persist between runs.
 #include <gtest/gtest.h>
 
 #include "tests/e2e/harness.h"
@@ -57,7 +57,7 @@ struct Ctrl : testing::Test {
     ProcessOutcome mod(const std::string& settings) { return s.run({"ctrl", "-a", "mod", "-s", settings}); }
 };
 
-TEST_F(Ctrl, ListsEveryControllerWithTheFirstOnesDriver) {
+TEST_F(Ctrl, ListsEveryControllerWithDriverOfFirst) {
     const std::string both =
         kHead + kFirstRow + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1   9.10.11.12\n";
     EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{0, both, ""}));
@@ -67,12 +67,12 @@ TEST_F(Ctrl, ListsEveryControllerWithTheFirstOnesDriver) {
     EXPECT_EQ(s.prompt("ctrl\nexit\n"), (ProcessOutcome{0, "cli>" + both + "cli>", ""}));
 }
 
-TEST_F(Ctrl, ListsAsManyAsAskedFor) {
+TEST_F(Ctrl, ListsRequestedCount) {
     EXPECT_EQ(s.run({"ctrl", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
     EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
 }
 
-// From ID 1 on two are listed, though there is one: with its own driver, and then nothing but zeroes.
+// Starting at ID 1, two controllers are listed although one exists: it with its own driver, then zeroes.
 TEST_F(Ctrl, ListsZeroesBeyondTheLastController) {
     EXPECT_EQ(
         s.run({"ctrl", "-i", "1"}),
@@ -82,12 +82,12 @@ TEST_F(Ctrl, ListsZeroesBeyondTheLastController) {
                         ""}));
 }
 
-TEST_F(Ctrl, ListsAllOfAController) {
+TEST_F(Ctrl, ListsControllerVerbosely) {
     EXPECT_EQ(s.run({"ctrl", "-v", "-c", "1"}), (ProcessOutcome{0, kFirstBlock, ""}));
     EXPECT_EQ(s.prompt("ctrl -c 1 -v\nexit\n"), (ProcessOutcome{0, "cli>" + kFirstBlock + "cli>", ""}));
 }
 
-TEST_F(Ctrl, RefusesBadOptions) {
+TEST_F(Ctrl, RejectsBadOptions) {
     EXPECT_EQ(s.run({"ctrl", "-i", "2"}), (ProcessOutcome{5, "No controller with ID #2 is existed!\n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-i", "1", "-c", "1"}),
               (ProcessOutcome{5, "No controller with ID #1 is existed!\n", ""}));
@@ -101,7 +101,7 @@ TEST_F(Ctrl, RefusesBadOptions) {
     EXPECT_EQ(s.run({"ctrl", "-a", "-a"}), (ProcessOutcome{9, "Invalid command for \"ctrl\"\n", ""}));
 }
 
-TEST_F(Ctrl, KeepsChangedSettingsFromRunToRun) {
+TEST_F(Ctrl, KeepsSettingsBetweenRuns) {
     EXPECT_EQ(mod("rebuildrate=255,SyncRate=1,initrate=77x,migraterate=66,mprate=55"),
               (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(mod("smartpoll=44,encpoll=33,smart=Enable,autorebuild=disable,rebuildpolicy=ENABLE"),
@@ -118,13 +118,13 @@ TEST_F(Ctrl, KeepsChangedSettingsFromRunToRun) {
     EXPECT_EQ(line("Rebuild policy"), "Rebuild policy : Enable");
 }
 
-TEST_F(Ctrl, ChangesTheControllerThatIsNamed) {
+TEST_F(Ctrl, ChangesNamedController) {
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "1", "-s", "rebuildrate=200"}), (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(line("Rebuild rate"), "Rebuild rate : 11");
     EXPECT_NE(s.run({"ctrl", "-v", "-i", "1"}).out.find("\nRebuild rate : 200\n"), std::string::npos);
 }
 
-TEST_F(Ctrl, ChangesNothingWhenOneItemIsBad) {
+TEST_F(Ctrl, ChangesNothingWhenOneItemIsInvalid) {
     const std::string before = s.worldText();
     EXPECT_EQ(mod("rebuildrate=5,mprate=0,initrate=256,smart=on"),
               (ProcessOutcome{1,
@@ -140,7 +140,7 @@ TEST_F(Ctrl, ChangesNothingWhenOneItemIsBad) {
     EXPECT_EQ(s.worldText(), before);
 }
 
-TEST_F(Ctrl, CountsTheWordsOfAChange) {
+TEST_F(Ctrl, ChecksWordCountOfChange) {
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s"}),
               (ProcessOutcome{2, "Invalid numbers of parameter in command \"ctrl -a mod\" \n", ""}));
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "0", "-s"}),
@@ -151,14 +151,14 @@ TEST_F(Ctrl, CountsTheWordsOfAChange) {
               (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
 }
 
-TEST_F(Ctrl, TakesQuotedSettingsAtThePromptAndIgnoresWhatFollows) {
+TEST_F(Ctrl, AcceptsQuotedSettingsAtPromptAndIgnoresTheRest) {
     EXPECT_EQ(s.prompt("ctrl -a mod -s \"mprate = 9, smart=enable\" and more\nexit\n"),
               (ProcessOutcome{0, "cli>cli>", ""}));
     EXPECT_EQ(line("Media patrol rate"), "Media patrol rate : 9");
     EXPECT_EQ(line("Smart check"), "Smart check : Enable");
 }
 
-// The action word alone reaches the listing, which takes it for an option.
-TEST_F(Ctrl, KnowsNoActionWordWithoutItsLetter) {
+// Without -a the action word reaches the listing, which reads it as an option.
+TEST_F(Ctrl, RejectsActionWordWithoutOption) {
     EXPECT_EQ(s.run({"ctrl", "list"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
 }

@@ -1,4 +1,4 @@
-// The enclosure command: sensors that move a little with time, and the lights of the drives.
+// The enclosure command: sensors whose readings drift, and the locate lights of the drives.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -30,12 +30,12 @@ struct Enclosure : testing::Test {
 namespace {
 struct Reading {
     std::string name;
-    double usual; // what the sensor wanders around
+    double usual; // value that the reading drifts around
     std::string unit;
 };
 } // namespace
 
-// Whether the lines are those of these sensors, none of them more than a twentieth off.
+// Expects the lines of these sensors, each reading within 5 % of its usual value.
 static void expectReadings(const std::string& listing, const std::string& head,
                            const std::vector<Reading>& readings) {
     std::istringstream stream(listing);
@@ -78,7 +78,7 @@ TEST_F(Enclosure, ShowsTheSensorsOfASmallTraybox) {
                     {"Fan speed", 3000, " "}});
 }
 
-TEST_F(Enclosure, ShowsTheSameReadingsAtTheSameTimeOnly) {
+TEST_F(Enclosure, ReadingsDependOnTime) {
     std::set<std::string> listings;
     for (std::int64_t time = 0; time < 300; time += 50) {
         s.setClock(kSessionStart + time);
@@ -89,12 +89,12 @@ TEST_F(Enclosure, ShowsTheSameReadingsAtTheSameTimeOnly) {
     EXPECT_GT(listings.size(), 1u);
 }
 
-TEST_F(Enclosure, PrintsNothingOfOtherTypes) {
+TEST_F(Enclosure, PrintsNothingForOtherTypes) {
     for (const char* enclosure : {"2", "3", "4", "5"})
         EXPECT_EQ(list(enclosure), kSilent);
 }
 
-TEST_F(Enclosure, MissesWhatIsNotThere) {
+TEST_F(Enclosure, ReportsMissingEnclosures) {
     EXPECT_EQ(list("6"), (ProcessOutcome{0, "no enclosure with ID 6 in controller #0 is present!\n", ""}));
     EXPECT_EQ(s.run({"enclosure", "-i", "1"}),
               (ProcessOutcome{0, "no enclosure with ID 0 in controller #1 is present!\n", ""}));
@@ -104,9 +104,9 @@ TEST_F(Enclosure, MissesWhatIsNotThere) {
               (ProcessOutcome{5, "cli>no enclosure with ID 0 in controller #9 is exist!\ncli>", ""}));
 }
 
-// The walk looks into the drives' second extents, whose bytes there are zero: for every drive it finds
-// drive 1 in enclosure 0, and for no other enclosure it finds anything.
-TEST_F(Enclosure, BlinksTheFirstDriveForTheFirstEnclosure) {
+// Compatibility: the search reads the drives' second extent entries, which are zero. It finds drive 1 for
+// every drive of enclosure 0, and nothing for any other enclosure.
+TEST_F(Enclosure, BlinksFirstDriveForFirstEnclosure) {
     EXPECT_EQ(locate("0", "30"), kSilent);
     EXPECT_EQ(lights(), "1");
     s.setClock(kSessionStart + 31);
@@ -116,7 +116,7 @@ TEST_F(Enclosure, BlinksTheFirstDriveForTheFirstEnclosure) {
     EXPECT_EQ(lights(), "");
 }
 
-TEST_F(Enclosure, StopsTheBlinkingWithoutADuration) {
+TEST_F(Enclosure, StopsBlinkingWithoutDuration) {
     EXPECT_EQ(locate("0", "4000000000"), kSilent);
     EXPECT_EQ(lights(), "1");
     EXPECT_EQ(locate("0", "0"), kSilent);
@@ -126,7 +126,7 @@ TEST_F(Enclosure, StopsTheBlinkingWithoutADuration) {
     EXPECT_EQ(lights(), "");
 }
 
-TEST_F(Enclosure, RefusesBadWords) {
+TEST_F(Enclosure, RejectsBadWords) {
     EXPECT_EQ(list("x"), (ProcessOutcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"enclosure", "-v"}), (ProcessOutcome{1, "Invalid command for \"enclosure\"\n", ""}));
     EXPECT_EQ(s.run({"enclosure", "-a", "mod"}),
@@ -135,7 +135,7 @@ TEST_F(Enclosure, RefusesBadWords) {
     EXPECT_EQ(locate("x", "x"), (ProcessOutcome{6, "Invalid enclosure ID 'x' specified\n", ""}));
 }
 
-TEST_F(Enclosure, RepeatsItsMessageForAnUnknownOptionUntilNobodyReads) {
+TEST_F(Enclosure, RepeatsUnknownOptionMessageUntilBrokenPipe) {
     const std::string script = "{ \"$0\" enclosure -a locate -f 1; echo $? >status; } | "
                                "{ read -r first; read -r second; echo \"$first\"; echo \"$second\"; }";
     const std::string program = s.program;

@@ -1,4 +1,4 @@
-// The event command and the file that keeps events between runs.
+// The event command and the file that stores events between runs.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -27,14 +27,14 @@ static void putEvent(std::string& image, std::size_t slot, char id, const std::s
     image.replace(kHeadSize + slot * kSlotSize + 84, text.size(), text);
 }
 
-TEST_F(Event, ShowsTheNewestOne) {
+TEST_F(Event, ShowsNewest) {
     EXPECT_EQ(s.run({"event"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
     EXPECT_EQ(s.run({"EVENT", "-V"}), (ProcessOutcome{0, "EventID: 0xff \nEvent Desciption: Third\n", ""}));
     EXPECT_EQ(s.run({"event", "-c", "0"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
     EXPECT_EQ(s.run({"event", "-c", "101"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));
 }
 
-TEST_F(Event, ShowsAsManyAsAskedForNewestFirst) {
+TEST_F(Event, ShowsRequestedCountNewestFirst) {
     EXPECT_EQ(s.run({"event", "-c", "100"}), (ProcessOutcome{0,
                                                              kHeadline + "          0  0xff\n"
                                                                          "          1  0x12\n"
@@ -47,34 +47,34 @@ TEST_F(Event, ShowsAsManyAsAskedForNewestFirst) {
                               ""}));
 }
 
-TEST_F(Event, SaysWhenThereIsNone) {
+TEST_F(Event, ReportsNoEvent) {
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
     EXPECT_EQ(s.run({"event", "-i", "1", "-v"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
-TEST_F(Event, RefusesBadOptions) {
+TEST_F(Event, RejectsBadOptions) {
     EXPECT_EQ(s.run({"event", "-i", "x"}), (ProcessOutcome{6, "Invalid controller ID 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"event", "-c", "x"}), (ProcessOutcome{1, "Invalid event count 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"event", "-v", "-x"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
     EXPECT_EQ(s.run({"event", "clear"}), (ProcessOutcome{9, "Invalid command for \"event\"\n", ""}));
 }
 
-TEST_F(Event, LeavesAWholeFileBesideTheWorld) {
+TEST_F(Event, WritesWholeFileNextToWorld) {
     s.run({"help"});
     EXPECT_EQ(readFile(s.eventFile()), std::string(kFileSize, '\0'));
     s.prompt("exit\n");
     EXPECT_EQ(readFile(s.eventFile()).size(), kFileSize);
 }
 
-// Slots fill from the second one on.
-TEST_F(Event, KeepsNothingThatWasShown) {
+// Slots are filled starting with the second.
+TEST_F(Event, DropsShownEvents) {
     s.run({"event"});
     const std::string image = readFile(s.eventFile());
     EXPECT_EQ(image.substr(0, kHeadSize), std::string(kHeadSize, '\0'));
     EXPECT_STREQ(image.c_str() + kHeadSize + kSlotSize + 84, "Third");
 }
 
-TEST_F(Event, ShowsWhatAnEarlierRunLeftAndOnlyOnce) {
+TEST_F(Event, ShowsStoredEventsOnce) {
     std::string image = eventFile(2, 2);
     putEvent(image, 1, 0x21, "left before the last");
     putEvent(image, 2, 0x22, "left last");
@@ -87,7 +87,7 @@ TEST_F(Event, ShowsWhatAnEarlierRunLeftAndOnlyOnce) {
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
-TEST_F(Event, ShowsFetchedEventsBeforeThoseLeft) {
+TEST_F(Event, ShowsFetchedEventsBeforeStored) {
     std::string image = eventFile(1, 1);
     putEvent(image, 1, 0x21, "left");
     writeFile(s.eventFile(), image);
@@ -95,15 +95,15 @@ TEST_F(Event, ShowsFetchedEventsBeforeThoseLeft) {
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, kHeadline + "          0  0x21\n", ""}));
 }
 
-TEST_F(Event, TakesAShortFileAsFarAsItGoes) {
+TEST_F(Event, AcceptsTruncatedFile) {
     writeFile(s.eventFile(), eventFile(1, 1).substr(0, kHeadSize));
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, kHeadline + "          0  0x0\n", ""}));
     writeFile(s.eventFile(), "");
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
 }
 
-// A file from anywhere: at most the fifty records that there are.
-TEST_F(Event, StaysWithinTheSlotsWhateverAFileSays) {
+// An untrusted file: at most the fifty slots are used.
+TEST_F(Event, StaysWithinSlotsForAnyFile) {
     for (const std::uint32_t position : {49u, 50u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         writeFile(s.eventFile(), eventFile(position, 0xFFFFFFFF));
         const ProcessOutcome outcome = s.run({"event", "-i", "1", "-c", "100"});
@@ -114,7 +114,7 @@ TEST_F(Event, StaysWithinTheSlotsWhateverAFileSays) {
     }
 }
 
-TEST_F(Event, DoesWithoutAFileThatCannotBe) {
+TEST_F(Event, WorksWithoutWritableFile) {
     std::filesystem::create_directory(s.eventFile());
     EXPECT_EQ(s.run({"event", "-i", "1"}), (ProcessOutcome{0, "No event!\n", ""}));
     EXPECT_EQ(s.run({"event"}), (ProcessOutcome{0, kHeadline + "          0  0xff\n", ""}));

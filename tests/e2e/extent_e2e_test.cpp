@@ -1,4 +1,4 @@
-// The extent command: the pieces of drives whose every extent is known, changed from run to run. All
+// The extent command on drives whose every extent is known, and changes that persist between runs. All
 // drives but the last have 2000 MB.
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ struct Extents : testing::Test {
     Session s;
     Extents() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
-    // A change of one extent; more is a further option with its value.
+    // Runs a change of one extent; more is another option with its value.
     ProcessOutcome change(const std::string& action, const std::string& drive, const std::string& extent,
                           const std::vector<std::string>& more = {}) {
         std::vector<std::string> words = {"extent", "-a", action, "-p", drive, "-e", extent, "-i", "0"};
@@ -30,7 +30,7 @@ struct Extents : testing::Test {
         return s.run(words);
     }
     std::string rows(const std::string& drive) { return s.run({"extent", "-p", drive}).out; }
-    // The verbose block of an extent, from its position on, as far as the status of its assignment.
+    // The verbose block of an extent, from its position to its assignment status.
     std::string statusOf(const std::string& drive, int extent) {
         const std::string block = s.run({"extent", "-v", "-p", drive}).out;
         const std::size_t from = block.find("Maintenance", block.find("Index : " + std::to_string(extent)));
@@ -44,7 +44,7 @@ static std::string status(const char* maintenance, const char* functional, const
            "\nAssignment status : " + assignment + "\n";
 }
 
-// How the adapter's refusal is told; drive counts from 0.
+// The message for a refusal by the adapter; drive counts from 0.
 static ProcessOutcome refused(const std::string& what, int drive) {
     return {0, "Failed to " + what + " with ID " + std::to_string(drive) + " on controller #0!\n", ""};
 }
@@ -61,7 +61,7 @@ TEST_F(Extents, AreListedForEveryDrive) {
               (ProcessOutcome{0, "*********************************\nDisk ID : 6\n", ""}));
 }
 
-TEST_F(Extents, AreShownWithAllTheirStates) {
+TEST_F(Extents, AreShownWithAllStates) {
     EXPECT_EQ(s.run({"extent", "-v", "-p", "4"}), (ProcessOutcome{0,
                                                                   "*********************************\n"
                                                                   "Disk ID : 4\n"
@@ -90,7 +90,7 @@ TEST_F(Extents, AreShownWithAllTheirStates) {
                                                                   ""}));
 }
 
-TEST_F(Extents, StaySplitUntilTheyAreDeleted) {
+TEST_F(Extents, StaySplitUntilDeleted) {
     EXPECT_EQ(change("split", "3", "0", {"-o", "500"}), kSilent);
     const std::string halves = kHead + "     3     0    -1   500.00     0.00\n"
                                        "     3     1    -1  1500.00   500.00\n";
@@ -106,7 +106,7 @@ TEST_F(Extents, StaySplitUntilTheyAreDeleted) {
     EXPECT_EQ(rows("3"), kHead + kThird);
 }
 
-TEST_F(Extents, AreNotSplitWhereItMakesNoSense) {
+TEST_F(Extents, RejectInvalidSplits) {
     const ProcessOutcome whole = refused("split extent #0 in physical drive", 2);
     EXPECT_EQ(change("split", "3", "0", {"-o", "2000"}), whole);
     EXPECT_EQ(change("split", "3", "0", {"-o", "4294967295"}), whole);
@@ -118,7 +118,7 @@ TEST_F(Extents, AreNotSplitWhereItMakesNoSense) {
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
-TEST_F(Extents, AreNotDeletedWithoutAFreeNeighbour) {
+TEST_F(Extents, AreNotDeletedWithoutFreeNeighbor) {
     EXPECT_EQ(change("delete", "3", "0"), refused("delete an extent #0 in disk", 2));
     EXPECT_EQ(change("delete", "4", "1"), refused("delete an extent #1 in disk", 3));
     EXPECT_EQ(change("delete", "1", "0"), refused("delete an extent #0 in disk", 0));
@@ -139,7 +139,7 @@ TEST_F(Extents, BecomeSparesAndFreeAgain) {
               (ProcessOutcome{0, "cli>cli>" + kHead + kThird + "cli>", ""}));
 }
 
-TEST_F(Extents, OfAnArrayAreNeitherFreedNorMadeSpares) {
+TEST_F(Extents, OfArraysAreNeitherFreedNorMadeSpares) {
     EXPECT_EQ(change("free", "1", "0"), refused("free an extent #0 in disk", 0));
     EXPECT_EQ(change("spare", "1", "0"), refused("spare an extent #0 in disk", 0));
     EXPECT_EQ(change("spare", "1", "0", {"-l", "1"}), refused("spare an extent #0 in disk", 0));
@@ -148,8 +148,8 @@ TEST_F(Extents, OfAnArrayAreNeitherFreedNorMadeSpares) {
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
-// The array has members of 500 MB and lacks one; a rebuild at rate 1 copies 8 MB in a second.
-TEST_F(Extents, AreRebuiltIntoAnArrayThatNeedsThem) {
+// The array has members of 500 MB, one of them missing; a rebuild at rate 1 copies 8 MB per second.
+TEST_F(Extents, AreRebuiltIntoDegradedArray) {
     EXPECT_EQ(change("add", "3", "0", {"-l", "1"}), kSilent);
     const std::string taken = kHead + "     3     0     1   500.00     0.00\n"
                                       "     3     1    -1  1500.00   500.00\n";
@@ -165,7 +165,7 @@ TEST_F(Extents, AreRebuiltIntoAnArrayThatNeedsThem) {
     EXPECT_EQ(change("free", "3", "0"), refused("free an extent #0 in disk", 2));
 }
 
-TEST_F(Extents, AreNotAddedWhereNothingIsNeeded) {
+TEST_F(Extents, AreNotAddedToCompleteArray) {
     const ProcessOutcome whole = refused("add extent #0 in physical drive", 2);
     EXPECT_EQ(change("add", "3", "0", {"-l", "0"}), whole);
     EXPECT_EQ(change("add", "3", "0", {"-l", "7"}), whole);
@@ -176,7 +176,7 @@ TEST_F(Extents, AreNotAddedWhereNothingIsNeeded) {
     EXPECT_EQ(s.run({"extent"}).out, kHead + kFirst + kSecond + kThird + kFourth);
 }
 
-TEST_F(Extents, OfAFailedDriveAreOutOfReach) {
+TEST_F(Extents, OfFailedDriveAreInaccessible) {
     std::string world = fixtureWorld("drives_and_boxes");
     const std::string healthy = "\"mediaErrors\": 3";
     world.replace(world.find(healthy), healthy.size(), "\"failed\": true, \"smartFailure\": true");
@@ -188,7 +188,7 @@ TEST_F(Extents, OfAFailedDriveAreOutOfReach) {
     EXPECT_EQ(change("spare", "2", "1"), refused("spare an extent #1 in disk", 1));
 }
 
-TEST_F(Extents, LeaveAnEventForEachChange) {
+TEST_F(Extents, LogEachChange) {
     const auto events = [&] {
         const std::string listing = s.run({"event", "-c", "100"}).out;
         return std::count(listing.begin(), listing.end(), '\n');
@@ -204,7 +204,7 @@ TEST_F(Extents, LeaveAnEventForEachChange) {
     EXPECT_EQ(events(), seen);
 }
 
-TEST_F(Extents, AreLeftAloneByBadWords) {
+TEST_F(Extents, RejectBadWords) {
     for (const char* action : {"spare", "free", "add", "split", "delete"}) {
         EXPECT_EQ(
             s.run({"extent", "-a", action, "-p", "3", "-e", "0"}),

@@ -11,15 +11,15 @@
 
 namespace fs = std::filesystem;
 
-// Variables of the tests' own environment that the programs need: the sanitizers' settings.
-static constexpr const char* kHandedOn[] = {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"};
+// Variables that the programs inherit from the tests: settings of the sanitizers.
+static constexpr const char* kInherited[] = {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"};
 
 Session::Session() : program(E2E_REHEARSAL) {
     std::string pattern = (fs::temp_directory_path() / "cli-e2e-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr)
         throw std::runtime_error("cannot make a directory for the session");
     directory = pattern;
-    for (const char* name : kHandedOn)
+    for (const char* name : kInherited)
         if (const char* value = std::getenv(name))
             variables[name] = value;
     variables["HOME"] = directory;

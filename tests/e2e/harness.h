@@ -1,11 +1,11 @@
-// A user's session with the program over a simulated world of its own. Every test has one:
+// A session of the program with a simulated world of its own. Every test has one:
 //
 //     Session s;
 //     EXPECT_EQ(s.run({"help", "exit"}), (ProcessOutcome{2, "...", ""}));
 //     EXPECT_EQ(s.prompt("ctrl\nexit\n").status, 0);
 //
-// The world is the built-in one unless a test gives another; it, the event file beside it and the
-// clock last from one run to the next within a session.
+// The world is the built-in one unless a test sets another. The world, the event file next to it and the
+// clock persist between the runs of a session.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@
 inline constexpr std::int64_t kSessionStart = 1700000000;
 
 struct Session {
-    Session();  // makes a directory of its own
+    Session();  // creates a directory of its own
     ~Session(); // and removes it
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -31,24 +31,24 @@ struct Session {
     // The program at its prompt on a terminal; each text is typed at the next prompt. "\x04" is Ctrl-D.
     ProcessOutcome terminal(const std::vector<std::string>& typed);
 
-    // As run(), with nothing at all on standard input's place.
+    // As run(), with standard input closed.
     ProcessOutcome runWithoutInput(const std::vector<std::string>& words);
 
     void setClock(std::int64_t seconds);
     void setVariable(const std::string& name, const std::string& value);
 
-    // Puts a directory's libraries in front of those the program was built with.
+    // Makes the program prefer the libraries of a directory to those it was built with.
     void preferLibraries(const std::string& directory);
 
-    // From now on runs cli itself rather than its rehearsal. It knows the machine's real event file,
-    // so it runs as nobody, from a copy that nobody may read, on the preferred libraries.
+    // Makes later runs use cli itself instead of cli-rehearse. Since it uses the machine's real event file,
+    // it runs as user nobody, from a copy that nobody may read, with these libraries.
     void useProduct(const std::string& libraries);
 
     void useWorld(const std::string& text) const;
     std::string worldText() const; // empty when there is none yet
     std::string world() const;     // paths
     std::string eventFile() const;
-    std::string path(const std::string& name) const; // of a file beside the world
+    std::string path(const std::string& name) const; // of a file next to the world
 
     std::string directory;
     std::string program;
@@ -60,5 +60,5 @@ struct Session {
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& text);
 
-// A world kept in tests/e2e/worlds, by its file name without ".json".
+// A world of tests/e2e/worlds, by its file name without ".json".
 std::string fixtureWorld(const std::string& name);

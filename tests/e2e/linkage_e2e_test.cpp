@@ -1,5 +1,5 @@
-// What the product needs at run time, as its dynamic section states it. The sanitized build needs
-// their libraries as well, so it is left out there.
+// Run-time dependencies of the programs, read from their dynamic sections. Not built with sanitizers, which
+// add libraries of their own.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -36,7 +36,7 @@ struct Linkage : testing::TestWithParam<const char*> {
     std::string section = dynamicSection(GetParam());
 };
 
-TEST_P(Linkage, NeedsTheTwoClosedLibrariesAndTheCLibraryAlone) {
+TEST_P(Linkage, NeedsClosedLibrariesAndCLibraryOnly) {
     std::vector<std::string> needed = values(section, "NEEDED");
     std::sort(needed.begin(), needed.end());
     ASSERT_EQ(needed.size(), 3u) << section;
@@ -45,12 +45,12 @@ TEST_P(Linkage, NeedsTheTwoClosedLibrariesAndTheCLibraryAlone) {
     EXPECT_EQ(needed[2], "libzvq5plugin.so");
 }
 
-TEST_P(Linkage, LooksInTheBuildTreeAfterTheUsersOwnFolders) {
+TEST_P(Linkage, SearchesBuildTreeAfterUserDirectories) {
     EXPECT_EQ(values(section, "RUNPATH"), std::vector<std::string>{E2E_ADAPTERS}) << section;
     EXPECT_EQ(section.find("(RPATH)"), std::string::npos);
 }
 
-// A library lacking an operation that no command asks for must load.
+// A library that lacks an operation no command calls must load.
 TEST_P(Linkage, BindsLazily) {
     EXPECT_EQ(section.find("BIND_NOW"), std::string::npos);
     EXPECT_EQ(section.find(" NOW"), std::string::npos);

@@ -1,4 +1,4 @@
-// The logdrv command from run to run: listing, settings, blinking and deletion.
+// The logdrv command across runs: listing, settings, locating and deletion.
 #include "tests/e2e/array_session.h"
 
 using LogDrv = Arrays;
@@ -20,7 +20,7 @@ static const std::string kMirrorBlock = "*******************************\n"
                                         "Driver Lookahead threshold: 3\n"
                                         "Driver Consolidation: enabled\n";
 
-// Its settings are told by its place in the listing.
+// Compatibility: settings are read by the position in the listing, not by the ID.
 static const std::string kStripedBlock = "*******************************\n"
                                          "Array ID : 1\n"
                                          "Array name : two words\n"
@@ -34,81 +34,83 @@ static const std::string kStripedBlock = "*******************************\n"
                                          "Array activity status : Idle\n"
                                          "Array functional status : Online\n";
 
-TEST_F(LogDrv, ListsNothingWhereThereIsNothing) {
-    EXPECT_EQ(told("logdrv"), "0: No array with ID 0 in controller #0 is existed\n");
-    EXPECT_EQ(told("logdrv -v -l 3"), "0: No array with ID 3 in controller #0 is existed\n");
-    EXPECT_EQ(told("logdrv list"), "1: Invalid parameters defined\n");
-    EXPECT_EQ(told("logdrv -a nothing"), "9: Invalid command for \"logdrv\"\n");
+TEST_F(LogDrv, ListsNothingWithoutLogicalDrives) {
+    EXPECT_EQ(outcomeOf("logdrv"), "0: No array with ID 0 in controller #0 is existed\n");
+    EXPECT_EQ(outcomeOf("logdrv -v -l 3"), "0: No array with ID 3 in controller #0 is existed\n");
+    EXPECT_EQ(outcomeOf("logdrv list"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(outcomeOf("logdrv -a nothing"), "9: Invalid command for \"logdrv\"\n");
 }
 
-TEST_F(LogDrv, KeepsSettingsFromRunToRun) {
+TEST_F(LogDrv, KeepsSettingsBetweenRuns) {
     EXPECT_EQ(add("3 4", "name=first,raid=raid1,capacity=500"), "0: ");
     EXPECT_EQ(add("8", "name=second,raid=raid0,capacity=100,stripe=32"), "0: ");
-    EXPECT_EQ(told("logdrv -a mod -l 0 -s writepolicy=writethru,lookahead=3,consolidation=enable,name=one"),
-              "0: ");
-    EXPECT_EQ(told("logdrv -a mod -i 0 -l 1 -s",
-                   "writepolicy=auto,lookahead=8,consolidation=disable,name= two words "),
+    EXPECT_EQ(
+        outcomeOf("logdrv -a mod -l 0 -s writepolicy=writethru,lookahead=3,consolidation=enable,name=one"),
+        "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a mod -i 0 -l 1 -s",
+                        "writepolicy=auto,lookahead=8,consolidation=disable,name= two words "),
               "0: ");
     advanceClockTo(10); // 80 of 500 MB
     const std::string autoLines = "Driver Cache Mode: Auto - Write Thru\n"
                                   "Driver Lookahead threshold: 8\n"
                                   "Driver Consolidation: disabled\n";
-    EXPECT_EQ(told("logdrv -v"), "0: " + kMirrorBlock + kStripedBlock + autoLines);
-    EXPECT_EQ(told("logdrv -v -c 1"), "0: " + kMirrorBlock);
-    EXPECT_EQ(told("LOGDRV -A LIST -V -L 0"), "0: " + kMirrorBlock);
+    EXPECT_EQ(outcomeOf("logdrv -v"), "0: " + kMirrorBlock + kStripedBlock + autoLines);
+    EXPECT_EQ(outcomeOf("logdrv -v -c 1"), "0: " + kMirrorBlock);
+    EXPECT_EQ(outcomeOf("LOGDRV -A LIST -V -L 0"), "0: " + kMirrorBlock);
     const std::string mirrorsLines = "Driver Cache Mode: Write Thru\n"
                                      "Driver Lookahead threshold: 3\n"
                                      "Driver Consolidation: enabled\n";
-    EXPECT_EQ(told("logdrv -v -l 1"), "0: " + kStripedBlock + mirrorsLines);
+    EXPECT_EQ(outcomeOf("logdrv -v -l 1"), "0: " + kStripedBlock + mirrorsLines);
 
     // Refused settings change nothing.
-    EXPECT_EQ(told("logdrv -a mod -l 0 -s name=new,lookahead=9"), "1: Invalid parameters defined\n");
-    EXPECT_EQ(told("logdrv -a mod -l 0 -s name=new,consolidation=on"), "1: Incorrect parameters!\n");
-    EXPECT_EQ(told("logdrv -v -l 0"), "0: " + kMirrorBlock);
-    EXPECT_EQ(told("logdrv -a mod -l 7 -s name=x"),
+    EXPECT_EQ(outcomeOf("logdrv -a mod -l 0 -s name=new,lookahead=9"), "1: Invalid parameters defined\n");
+    EXPECT_EQ(outcomeOf("logdrv -a mod -l 0 -s name=new,consolidation=on"), "1: Incorrect parameters!\n");
+    EXPECT_EQ(outcomeOf("logdrv -v -l 0"), "0: " + kMirrorBlock);
+    EXPECT_EQ(outcomeOf("logdrv -a mod -l 7 -s name=x"),
               "5: The logical drive with ID 7 in controller #0 is not existed!\n");
 }
 
-TEST_F(LogDrv, AsksThePositionsSettingsWhoseDriveIsGone) {
+TEST_F(LogDrv, ReadsSettingsByListPosition) {
     EXPECT_EQ(add("1", "name=first,raid=raid0,capacity=100"), "0: ");
     EXPECT_EQ(add("2", "name=second,raid=raid0,capacity=100"), "0: ");
-    EXPECT_EQ(told("logdrv -a mod -l 1 -s writepolicy=auto,lookahead=8,consolidation=enable"), "0: ");
-    EXPECT_EQ(told("logdrv -a del -l 0"), "0: ");
-    EXPECT_TRUE(told("logdrv -v")
+    EXPECT_EQ(outcomeOf("logdrv -a mod -l 1 -s writepolicy=auto,lookahead=8,consolidation=enable"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 0"), "0: ");
+    EXPECT_TRUE(outcomeOf("logdrv -v")
                     .ends_with("Array functional status : Online\n"
                                "Driver Cache Mode: Write Thru\n"
                                "Driver Lookahead threshold: 0\n"
                                "Driver Consolidation: disabled\n"));
 }
 
-TEST_F(LogDrv, BlinksItsMembersForAWhile) {
+TEST_F(LogDrv, BlinksMembersUntilTimeout) {
     EXPECT_EQ(add("3 4", "name=one,raid=raid1,capacity=500"), "0: ");
     const auto blinks = [&](const char* drive) {
-        return told(std::string("phydrv -v -p ") + drive).find("Current Locate Status : On\n") !=
+        return outcomeOf(std::string("phydrv -v -p ") + drive).find("Current Locate Status : On\n") !=
                std::string::npos;
     };
-    EXPECT_EQ(told("logdrv -a locate -l 0 -d 30"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a locate -l 0 -d 30"), "0: ");
     advanceClockTo(29);
     EXPECT_TRUE(blinks("3") && blinks("4"));
     EXPECT_FALSE(blinks("2") || blinks("5"));
     advanceClockTo(30);
     EXPECT_FALSE(blinks("3") || blinks("4"));
-    EXPECT_EQ(told("logdrv -a locate -l 0 -d 30"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a locate -l 0 -d 30"), "0: ");
     EXPECT_TRUE(blinks("3") && blinks("4"));
-    EXPECT_EQ(told("logdrv -a locate -l 0 -i 0 -d 0"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv -a locate -l 0 -i 0 -d 0"), "0: ");
     EXPECT_FALSE(blinks("3") || blinks("4"));
-    EXPECT_EQ(told("logdrv -a locate -l 7 -d 30"), "5: No array with ID 7 in controller #0 is existed\n");
+    EXPECT_EQ(outcomeOf("logdrv -a locate -l 7 -d 30"),
+              "5: No array with ID 7 in controller #0 is existed\n");
 }
 
-TEST_F(LogDrv, DeletesADriveOnce) {
+TEST_F(LogDrv, DeletesOnce) {
     EXPECT_EQ(add("3 4", "name=one,raid=raid1,capacity=500"), "0: ");
-    EXPECT_EQ(told("logdrv -a del -l 0 -i 0"), "0: ");
-    EXPECT_EQ(told("logdrv"), "0: No array with ID 0 in controller #0 is existed\n");
-    EXPECT_EQ(told("extent -p 3"), "0: DiskID Index AryID Size     StartLBA\n"
-                                   "     3     0    -1   500.00     0.00\n"
-                                   "     3     1    -1   300.00   500.00\n");
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 0 -i 0"), "0: ");
+    EXPECT_EQ(outcomeOf("logdrv"), "0: No array with ID 0 in controller #0 is existed\n");
+    EXPECT_EQ(outcomeOf("extent -p 3"), "0: DiskID Index AryID Size     StartLBA\n"
+                                        "     3     0    -1   500.00     0.00\n"
+                                        "     3     1    -1   300.00   500.00\n");
     const std::string before = s.worldText();
-    EXPECT_EQ(told("logdrv -a del -l 0"), "8: Failed to delete an array with ID 0 specified\n");
-    EXPECT_EQ(told("logdrv -a del -l 0 -i 1"), "8: Failed to delete an array with ID 0 specified\n");
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 0"), "8: Failed to delete an array with ID 0 specified\n");
+    EXPECT_EQ(outcomeOf("logdrv -a del -l 0 -i 1"), "8: Failed to delete an array with ID 0 specified\n");
     EXPECT_EQ(s.worldText(), before);
 }

@@ -1,5 +1,5 @@
-// The mp command: a media patrol from its start to its end, run by run. The drives of the world have
-// 2000 MB, of which a patrol at rate 1 reads 8 MB in a second.
+// The mp command: a media patrol from start to end, across runs. The drives of the world have 2000 MB, of
+// which a patrol at rate 1 reads 8 MB per second.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ struct MediaPatrol : testing::Test {
     ProcessOutcome mp(const std::string& action, const std::string& drive = "2") {
         return s.run({"mp", "-a", action, "-p", drive, "-i", "0"});
     }
-    // What a listing says, so many seconds after the start of the session.
+    // The listing, so many seconds after the start of the session.
     std::string after(std::int64_t seconds) {
         s.setClock(kSessionStart + seconds);
         const ProcessOutcome outcome = mp("list");
@@ -37,19 +37,19 @@ static ProcessOutcome failed(const std::string& action) {
     return {8, "Failed to " + action + " media patrol operation on disk with ID 1!\n", ""};
 }
 
-TEST_F(MediaPatrol, RunsToItsEndAndCounts) {
+TEST_F(MediaPatrol, RunsToCompletionAndCounts) {
     EXPECT_EQ(after(0), patrol("idle", 0, 0));
     EXPECT_EQ(mp("start"), kSilent);
     EXPECT_EQ(after(0), running(0));
     EXPECT_EQ(after(100), running(40));
     EXPECT_EQ(after(249), running(99));
-    EXPECT_EQ(after(250), patrol("idle", 1, 3)); // the drive has three bad spots
+    EXPECT_EQ(after(250), patrol("idle", 1, 3)); // the drive has three bad sectors
     EXPECT_EQ(mp("start"), kSilent);
     EXPECT_EQ(after(300), running(20, 1, 3));
     EXPECT_EQ(after(10000), patrol("idle", 2, 6));
 }
 
-TEST_F(MediaPatrol, StandsStillWhilePaused) {
+TEST_F(MediaPatrol, MakesNoProgressWhilePaused) {
     mp("start");
     EXPECT_EQ(after(100), running(40));
     EXPECT_EQ(mp("pause"), kSilent);
@@ -60,7 +60,7 @@ TEST_F(MediaPatrol, StandsStillWhilePaused) {
     EXPECT_EQ(after(9150), patrol("idle", 1, 3));
 }
 
-TEST_F(MediaPatrol, StartsAnewAfterAStop) {
+TEST_F(MediaPatrol, RestartsAfterStop) {
     mp("start");
     EXPECT_EQ(after(100), running(40));
     EXPECT_EQ(mp("stop"), kSilent);
@@ -72,7 +72,7 @@ TEST_F(MediaPatrol, StartsAnewAfterAStop) {
     EXPECT_EQ(after(1001), patrol("stopped", 0, 0));
 }
 
-TEST_F(MediaPatrol, RefusesWhatItsStateForbids) {
+TEST_F(MediaPatrol, RejectsActionsInWrongState) {
     for (const char* action : {"stop", "pause", "resume"})
         EXPECT_EQ(mp(action), failed(action));
     mp("start");
@@ -87,7 +87,7 @@ TEST_F(MediaPatrol, RefusesWhatItsStateForbids) {
     EXPECT_EQ(after(0), patrol("stopped", 0, 0));
 }
 
-TEST_F(MediaPatrol, IsAbortedWhenTheDriveFails) {
+TEST_F(MediaPatrol, AbortsWhenDriveFails) {
     std::string world = fixtureWorld("drives_and_boxes");
     const std::string healthy = "\"mediaErrors\": 3";
     world.replace(world.find(healthy), healthy.size(),
@@ -98,7 +98,7 @@ TEST_F(MediaPatrol, IsAbortedWhenTheDriveFails) {
     EXPECT_EQ(after(9000), patrol("aborted", 0, 0));
 }
 
-TEST_F(MediaPatrol, RunsOnEachDriveByItself) {
+TEST_F(MediaPatrol, RunsOnEachDriveIndependently) {
     EXPECT_EQ(mp("list", "6").out, patrol("aborted", 2, 7));
     EXPECT_EQ(mp("start", "6"), kSilent);
     EXPECT_EQ(after(100), patrol("idle", 0, 0));
@@ -108,7 +108,7 @@ TEST_F(MediaPatrol, RunsOnEachDriveByItself) {
     EXPECT_NE(block.find(running(0)), std::string::npos) << block;
 }
 
-TEST_F(MediaPatrol, MissesDrivesThatAreNotThere) {
+TEST_F(MediaPatrol, ReportsMissingDrives) {
     const ProcessOutcome missing = {5, "Disk with ID 4 in controller #0 is not existed\n", ""};
     for (const char* action : {"list", "start", "stop", "pause", "resume"})
         EXPECT_EQ(mp(action, "5"), missing);
@@ -116,7 +116,7 @@ TEST_F(MediaPatrol, MissesDrivesThatAreNotThere) {
               (ProcessOutcome{5, "Disk with ID 0 in controller #7 is not existed\n", ""}));
 }
 
-TEST_F(MediaPatrol, NeedsExactlySevenWords) {
+TEST_F(MediaPatrol, RequiresSevenWords) {
     const ProcessOutcome count = {2, "Invalid number of parameters for \"mp\"!\n", ""};
     EXPECT_EQ(s.run({"mp"}), count);
     EXPECT_EQ(s.run({"mp", "-a", "start"}), count);
@@ -126,7 +126,7 @@ TEST_F(MediaPatrol, NeedsExactlySevenWords) {
               (ProcessOutcome{2, "cli>" + failed("stop").out + "cli>" + count.out + "cli>", ""}));
 }
 
-TEST_F(MediaPatrol, RefusesWhatItDoesNotKnow) {
+TEST_F(MediaPatrol, RejectsUnknownWords) {
     EXPECT_EQ(mp("restart"), (ProcessOutcome{9, "Invalid command for \"media patrol\"\n", ""}));
     EXPECT_EQ(mp("start", "x"), (ProcessOutcome{6, "Invalid physical drive ID 'x' specified\n", ""}));
     EXPECT_EQ(s.run({"mp", "-a", "start", "-p", "2", "-i", "x"}),
@@ -136,7 +136,7 @@ TEST_F(MediaPatrol, RefusesWhatItDoesNotKnow) {
     EXPECT_EQ(mp("list").out, patrol("idle", 0, 0));
 }
 
-TEST_F(MediaPatrol, LeavesAnEventForEachStep) {
+TEST_F(MediaPatrol, LogsEachStep) {
     const auto events = [&] {
         const std::string listing = s.run({"event", "-c", "100"}).out;
         return std::count(listing.begin(), listing.end(), '\n');

@@ -1,4 +1,4 @@
-// The phydrv command over a world whose every drive is known, and what later runs see of a change.
+// The phydrv command on a world whose every drive is known, and changes that persist between runs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +9,7 @@ struct PhyDrv : testing::Test {
     Session s;
     PhyDrv() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
-    // What the drive's verbose block says behind a name; empty when it has no such line.
+    // The value of a line in the drive's verbose block; empty when there is no such line.
     std::string shown(const std::string& drive, const std::string& name) {
         const std::string block = s.run({"phydrv", "-v", "-p", drive}).out;
         const std::size_t start = block.find("\n" + name) + name.size() + 1;
@@ -27,7 +27,7 @@ struct PhyDrv : testing::Test {
     std::string speed(const std::string& drive, const std::string& controller = "0") {
         return s.run({"phydrv", "-a", "list3G", "-p", drive, "-i", controller}).out;
     }
-    // How many events the first controller has.
+    // Number of events of the first controller.
     long events() {
         const std::string listing = s.run({"event", "-c", "100"}).out;
         return std::count(listing.begin(), listing.end(), '\n');
@@ -59,7 +59,7 @@ TEST_F(PhyDrv, ListsEveryDrive) {
             0, kHead + " 1  0    2000.00MB              Alpha 500                C-0000        1.0\n", ""}));
 }
 
-TEST_F(PhyDrv, ListsOneDriveOrAFewFromItOn) {
+TEST_F(PhyDrv, ListsOneDriveOrCountFromIt) {
     EXPECT_EQ(s.run({"phydrv", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
     EXPECT_EQ(s.run({"phydrv", "-c", "4", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "3", "-c", "2"}),
@@ -70,7 +70,7 @@ TEST_F(PhyDrv, ListsOneDriveOrAFewFromItOn) {
               (ProcessOutcome{0, kHead + kFirstRow + kSecondRow, ""}));
 }
 
-TEST_F(PhyDrv, MissesDrivesThatAreNotThere) {
+TEST_F(PhyDrv, ReportsMissingDrives) {
     EXPECT_EQ(s.run({"phydrv", "-p", "5"}),
               (ProcessOutcome{5, "Disk with ID 4 in controller #0 is not existed\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "0"}),
@@ -81,8 +81,8 @@ TEST_F(PhyDrv, MissesDrivesThatAreNotThere) {
               (ProcessOutcome{5, "cli>Disk with ID 39 in controller #0 is not existed\ncli>", ""}));
 }
 
-// The adapters tell a geometry of 255 heads and 63 sectors, of which 254 cylinders fill the drive.
-TEST_F(PhyDrv, ShowsAllOfADrive) {
+// The adapters report a geometry of 255 heads and 63 sectors, of which 254 cylinders fill the drive.
+TEST_F(PhyDrv, ShowsDriveVerbosely) {
     const std::string first = "****************************\nDisk ID : 1\nChannel# : 10\n"
                               "Disk name : Alpha 500\nFirmware version : 1.0\nDisk size : 2000.00 MB\n"
                               "Number of cylinders : 254\nNumber of heads : 255\nNumber of sectors : 63\n"
@@ -110,7 +110,7 @@ TEST_F(PhyDrv, ShowsAllOfADrive) {
     EXPECT_EQ(shown("4", "Enclosure type : "), "Traybox 400R");
 }
 
-TEST_F(PhyDrv, KeepsChangedSettingsFromRunToRun) {
+TEST_F(PhyDrv, KeepsSettingsBetweenRuns) {
     EXPECT_EQ(mod("1", "WriteCache=disable,ncq=Disable"), kSilent);
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "disabled");
     EXPECT_EQ(shown("1", "NCQ is "), "disabled");
@@ -125,13 +125,13 @@ TEST_F(PhyDrv, KeepsChangedSettingsFromRunToRun) {
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "disabled");
 }
 
-TEST_F(PhyDrv, ChangesNothingWithoutSayingSoWhenADriveCannotQueue) {
+TEST_F(PhyDrv, IgnoresQueueingWithoutSupport) {
     EXPECT_EQ(mod("3", "writecache=disable,ncq=enable"), kSilent);
     EXPECT_EQ(shown("3", "NCQ feature"), " is not supported");
     EXPECT_EQ(shown("3", "Disk write cache mode : "), "enabled");
 }
 
-TEST_F(PhyDrv, ChangesNothingForABadText) {
+TEST_F(PhyDrv, ChangesNothingForInvalidSettings) {
     const ProcessOutcome unknown = {1, "Invalid parameters for \"phydrv\"!\n", ""};
     EXPECT_EQ(mod("1", "writecache=disable,smart=enable"), unknown);
     EXPECT_EQ(mod("1", "writecache=disable,"), unknown);
@@ -142,7 +142,7 @@ TEST_F(PhyDrv, ChangesNothingForABadText) {
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "enabled");
 }
 
-TEST_F(PhyDrv, BlinksUntilTheTimeIsUp) {
+TEST_F(PhyDrv, BlinksUntilTimeout) {
     EXPECT_EQ(locate("1", "30"), kSilent);
     EXPECT_EQ(shown("1", "Current Locate Status : "), "On");
     EXPECT_EQ(shown("2", "Current Locate Status : "), "Off");
@@ -152,15 +152,15 @@ TEST_F(PhyDrv, BlinksUntilTheTimeIsUp) {
     EXPECT_EQ(shown("1", "Current Locate Status : "), "Off");
 }
 
-TEST_F(PhyDrv, StopsBlinkingWhenTold) {
+TEST_F(PhyDrv, StopsBlinkingOnRequest) {
     EXPECT_EQ(locate("2", "4000000000"), kSilent);
     EXPECT_EQ(shown("2", "Current Locate Status : "), "On");
     EXPECT_EQ(locate("2", "0"), kSilent);
     EXPECT_EQ(shown("2", "Current Locate Status : "), "Off");
-    EXPECT_EQ(locate("5", "30"), kSilent); // there is no such drive, which nobody notices
+    EXPECT_EQ(locate("5", "30"), kSilent); // no such drive; not checked
 }
 
-TEST_F(PhyDrv, WipesADriveUnlessAnArrayUsesIt) {
+TEST_F(PhyDrv, WipesUnusedDrivesOnly) {
     EXPECT_EQ(
         wipe("1"),
         (ProcessOutcome{8, "Failed to wipe the reserved sector of disk with ID 0 in controller #0!\n", ""}));
@@ -174,7 +174,7 @@ TEST_F(PhyDrv, WipesADriveUnlessAnArrayUsesIt) {
     EXPECT_EQ(s.run({"extent", "-v", "-p", "1"}).out.find("array ID : 0\n") == std::string::npos, false);
 }
 
-TEST_F(PhyDrv, KeepsTheTransferOptionForAllDrivesOfAKind) {
+TEST_F(PhyDrv, KeepsTransferOptionPerModel) {
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "1", "-i", "0"}),
               (ProcessOutcome{0, "3G option in control 0 disk 0 Alpha 500 is off.\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"}), kSilent);
@@ -186,7 +186,7 @@ TEST_F(PhyDrv, KeepsTheTransferOptionForAllDrivesOfAKind) {
     EXPECT_EQ(speed("1"), "3G option in control 0 disk 0 Alpha 500 is off.\n");
 }
 
-TEST_F(PhyDrv, KnowsNoTransferOptionOfMissingDrives) {
+TEST_F(PhyDrv, ReportsMissingDrivesForTransferOption) {
     const ProcessOutcome missing = {8, "Disk 4 is not existed!\n", ""};
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "5", "-i", "0"}), missing);
     EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "5", "-i", "0", "-e", "1"}), missing);
@@ -196,7 +196,7 @@ TEST_F(PhyDrv, KnowsNoTransferOptionOfMissingDrives) {
               (ProcessOutcome{1, "Invalid subcommand for \"phydrv -a set3G\" defined\n", ""}));
 }
 
-TEST_F(PhyDrv, LeavesAnEventForEachChange) {
+TEST_F(PhyDrv, LogsEachChange) {
     const long before = events();
     mod("1", "writecache=disable");
     EXPECT_EQ(events(), before + 1);
@@ -212,7 +212,7 @@ TEST_F(PhyDrv, LeavesAnEventForEachChange) {
     EXPECT_EQ(events(), before + 5);
 }
 
-TEST_F(PhyDrv, RefusesWhatItDoesNotKnow) {
+TEST_F(PhyDrv, RejectsUnknownWords) {
     EXPECT_EQ(s.run({"phydrv", "-a", "erase"}), (ProcessOutcome{9, "Invalid command for \"phydrv\"\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "list"}), (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "x"}),
@@ -223,8 +223,8 @@ TEST_F(PhyDrv, RefusesWhatItDoesNotKnow) {
     EXPECT_EQ(locate("1", "x"), (ProcessOutcome{1, "Invalid duration 'x' specified\n", ""}));
 }
 
-// A missing value is read from what the line before left in its slot.
-TEST_F(PhyDrv, ReadsAStaleWordAtThePrompt) {
+// Compatibility: a missing value is read from the stale word that the previous line left.
+TEST_F(PhyDrv, ReadsStaleWordAtPrompt) {
     EXPECT_EQ(s.prompt("phydrv -p 3\nphydrv -p\nexit\n"),
               (ProcessOutcome{0, "cli>" + kHead + kThirdRow + "cli>" + kHead + kThirdRow + "cli>", ""}));
     EXPECT_EQ(s.run({"phydrv", "-p"}), (ProcessOutcome{6, "Invalid physical drive ID '' specified\n", ""}));

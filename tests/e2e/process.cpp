@@ -16,7 +16,7 @@
 #include <iterator>
 #include <stdexcept>
 
-static constexpr unsigned kMaxComparisons = 60; // seconds
+static constexpr unsigned kTimeoutSeconds = 60;
 static constexpr uid_t kNobody = 65534;
 
 std::ostream& operator<<(std::ostream& stream, const ProcessOutcome& outcome) {
@@ -38,19 +38,19 @@ static std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-// Gives up root, and makes sure that the machine's real event file is out of reach.
-static bool becomeHarmless() {
+// Drops root privileges and checks that the machine's real event file cannot be written.
+static bool dropPrivileges() {
     if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0))
         return false;
     return access("/usr/sbin", W_OK) != 0 && access("/usr/sbin/CLIEvent.dat", W_OK) != 0;
 }
 
-// The rest of the new process, its streams being in place: the alarm stays set over the exec.
-[[noreturn]] static void become(const Launch& launch) {
-    alarm(kMaxComparisons);
+// The rest of the child process, once its streams are connected. The alarm persists across the exec.
+[[noreturn]] static void execChild(const Launch& launch) {
+    alarm(kTimeoutSeconds);
     std::signal(SIGPIPE, SIG_DFL);
     const std::vector<char*> words = pointersTo(launch.words), variables = pointersTo(launch.variables);
-    if (chdir(launch.directory.c_str()) == 0 && (!launch.unprivileged || becomeHarmless()))
+    if (chdir(launch.directory.c_str()) == 0 && (!launch.unprivileged || dropPrivileges()))
         execve(words[0], words.data(), variables.data());
     _exit(126);
 }
@@ -76,7 +76,7 @@ static std::string takeFile(int file, const std::string& path) {
     return text;
 }
 
-// Writes all of it; what the program does not take because it has ended is dropped.
+// Writes all of the input; what the program does not read because it has ended is dropped.
 static void feed(int pipe, const std::string& input) {
     for (std::size_t done = 0; done < input.size();) {
         const ssize_t written = write(pipe, input.data() + done, input.size() - done);
@@ -103,7 +103,7 @@ ProcessOutcome runProgram(const Launch& launch, const std::string& input) {
             close(0);
         dup2(out, 1);
         dup2(err, 2);
-        become(launch);
+        execChild(launch);
     }
     close(ends[0]);
     feed(ends[1], input);
@@ -120,7 +120,7 @@ static int openTerminal() {
     return terminal;
 }
 
-// The new process's side: the terminal becomes all three streams and the controlling one.
+// In the child process: the terminal becomes all three standard streams and the controlling terminal.
 static void useTerminal(int terminal) {
     setsid();
     const int line = open(ptsname(terminal), O_RDWR);
@@ -132,8 +132,8 @@ static void useTerminal(int terminal) {
     close(terminal);
 }
 
-// Reads on until shown holds one more awaited text after *from, and moves *from past it; false when
-// the program has let go of the terminal.
+// Reads until shown contains the awaited text after *from, and moves *from past it; false when the program
+// has closed the terminal.
 static bool readUntil(int terminal, const std::string& awaited, std::string* shown, std::size_t* from) {
     char piece[4096];
     for (;;) {
@@ -158,7 +158,7 @@ ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
     require(child >= 0, "cannot start a process");
     if (child == 0) {
         useTerminal(terminal);
-        become(launch);
+        execChild(launch);
     }
     ProcessOutcome outcome;
     std::size_t from = 0;

@@ -1,5 +1,5 @@
-// Starting a program with an environment of its own and waiting for its end, with its standard
-// streams on files and pipes or on a terminal.
+// Runs a program in an environment of its own, with its standard streams connected to files and pipes or to a
+// terminal.
 #pragma once
 
 #include <ostream>
@@ -14,20 +14,20 @@ struct ProcessOutcome {
 };
 std::ostream& operator<<(std::ostream& stream, const ProcessOutcome& outcome);
 
-// What to start. The first word is the program's path. Nothing but these variables is handed on.
+// What to start. The first word is the program's path. The environment consists of these variables only.
 struct Launch {
     std::vector<std::string> words;
     std::vector<std::string> variables; // NAME=value
-    std::string directory;              // where the program starts; also takes its output while it runs
+    std::string directory;              // working directory; also stores the output while the program runs
     bool inputClosed = false;           // start it without any standard input
-    bool unprivileged = false;          // as nobody; refused with status 126 where the real event file
+    bool unprivileged = false;          // as user nobody; fails with status 126 if the real event file
                                         // could still be written
 };
 
-// Runs it to its end with input on a pipe. A program that hangs is ended by a signal after a minute.
+// Runs it to completion with its input on a pipe. A program that hangs is killed after a minute.
 ProcessOutcome runProgram(const Launch& launch, const std::string& input);
 
-// Runs it on a terminal of its own. Each text is typed when the program has printed one more awaited
-// text than before; out is what the terminal showed: echo included, lines ending in "\r\n".
+// Runs it on a terminal of its own. Each text is typed when the program has printed the awaited text once
+// more; out is what the terminal showed, with the echo and lines ending in "\r\n".
 ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
                              const std::vector<std::string>& typed);

@@ -1,4 +1,4 @@
-// Losing members and rebuilding them: what each loss makes of each level, and the life of a rebuild.
+// Lost members and rebuilds: the state of each level after each loss, and a rebuild from start to end.
 #include "tests/e2e/array_session.h"
 
 using Rebuild = Arrays;
@@ -17,12 +17,12 @@ struct Loss {
     const char* drives;
     const char* text;
     std::vector<int> failing;         // drives in the order in which they fail
-    std::vector<const char*> lostIds; // what is listed after each
+    std::vector<const char*> lostIds; // lost members listed after each
     std::vector<const char*> functional;
 };
 } // namespace
 
-TEST_F(Rebuild, EachLossShowsInTheState) {
+TEST_F(Rebuild, ShowsEachLossInState) {
     const Loss losses[] = {
         {"1 2", "name=a,raid=raid0,capacity=1600", {2}, {"1"}, {"Offline"}},
         {"3", "raid=jbod", {3}, {"2"}, {"Offline"}},
@@ -64,28 +64,29 @@ TEST_F(Rebuild, EachLossShowsInTheState) {
 struct LostMember : Arrays {
     LostMember() {
         addRaid5();
-        EXPECT_EQ(bga(0), kIdleTold);
+        EXPECT_EQ(bga(0), kIdleOutcome);
         advanceClockTo(200);
         failDrive(2);
         EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
     }
     std::string start(const std::string& drives, const std::string& extents) {
-        return told({"rb", "-a", "start", "-l", "0", "-i", "0", "-p", drives, "-e", extents});
+        return outcomeOf({"rb", "-a", "start", "-l", "0", "-i", "0", "-p", drives, "-e", extents});
     }
-    std::string control(const std::string& action) { return told("rb -a " + action + " -l 0 -i 0"); }
+    std::string control(const std::string& action) { return outcomeOf("rb -a " + action + " -l 0 -i 0"); }
 };
 
 TEST_F(LostMember, IsRebuiltOntoAnotherDrive) {
-    EXPECT_EQ(told("rb"), kNoRebuild);
+    EXPECT_EQ(outcomeOf("rb"), kNoRebuild);
     EXPECT_EQ(start("4", "0"), kStarted);
     advanceClockTo(230);
-    EXPECT_EQ(told("rb"), "0: Rebuild is in progress 30% in logical drive with ID 0 on controller #0!\n");
+    EXPECT_EQ(outcomeOf("rb"),
+              "0: Rebuild is in progress 30% in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 30 %\n");
     EXPECT_EQ(start("5", "0"), "0: ");
     EXPECT_EQ(control("resume"), "0: ");
     EXPECT_EQ(control("pause"), "0: Rebuild paused on Array 0.\n");
     advanceClockTo(500);
-    EXPECT_EQ(told("rb"), "0: Rebuild is paused in logical drive with ID 0 on controller #0!\n");
+    EXPECT_EQ(outcomeOf("rb"), "0: Rebuild is paused in logical drive with ID 0 on controller #0!\n");
     EXPECT_EQ(
         state(0),
         lost("1", "Array activity status : Rebuild Paused\nArray rebuilding progress : 30 %\n", "Critical"));
@@ -94,15 +95,15 @@ TEST_F(LostMember, IsRebuiltOntoAnotherDrive) {
     advanceClockTo(569);
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 99 %\n");
     advanceClockTo(570);
-    EXPECT_EQ(bga(0), kIdleTold);
-    EXPECT_EQ(told("rb -a list -l 0"), kNoRebuild);
+    EXPECT_EQ(bga(0), kIdleOutcome);
+    EXPECT_EQ(outcomeOf("rb -a list -l 0"), kNoRebuild);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,4,3) five\n");
-    EXPECT_NE(told("extent -p 4").find("     4     0     0   800.00     0.00\n"), std::string::npos);
+    EXPECT_NE(outcomeOf("extent -p 4").find("     4     0     0   800.00     0.00\n"), std::string::npos);
     EXPECT_NE(events().find("Event Desciption: Logical drive 0: rebuild ended\n"), std::string::npos);
 }
 
-TEST_F(LostMember, CanBeRestartedAndAborted) {
+TEST_F(LostMember, RebuildIsRestartedAndAborted) {
     EXPECT_EQ(control("restart"), "8: Rebuild is failed to restart on Array 0.\n");
     EXPECT_EQ(control("abort"), "0: ");
     EXPECT_EQ(start("4", "0"), kStarted);
@@ -113,11 +114,11 @@ TEST_F(LostMember, CanBeRestartedAndAborted) {
     EXPECT_EQ(bga(0), "0: Array activity status : Rebuilding\nArray rebuilding progress : 10 %\n");
     EXPECT_EQ(control("abort"), "0: Rebuild aborted on Array 0.\n");
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
-    EXPECT_NE(told("extent -p 4").find("     4     0    -1   800.00     0.00\n"), std::string::npos);
+    EXPECT_NE(outcomeOf("extent -p 4").find("     4     0    -1   800.00     0.00\n"), std::string::npos);
     EXPECT_EQ(start("4", "0"), kStarted);
 }
 
-TEST_F(LostMember, IsNotRebuiltWhereItCannotBe) {
+TEST_F(LostMember, RejectsInvalidTargets) {
     EXPECT_EQ(add("5", "name=most,raid=raid0,capacity=100"), "0: ");
     const std::string before = s.worldText();
     EXPECT_EQ(start("1", "0"), kStartFailed);     // a member
@@ -128,12 +129,13 @@ TEST_F(LostMember, IsNotRebuiltWhereItCannotBe) {
     EXPECT_EQ(start("9", "0"), kStartFailed);     // no such drive
     EXPECT_EQ(start("4 6", "0 0"), kStartFailed); // more than are lost
     EXPECT_EQ(start("", ""), kStartFailed);       // none
-    EXPECT_EQ(told("init -a start -l 0 -i 0"), "8: Initialization is failed to start on Array 0 Type 4\n");
-    EXPECT_EQ(told("rc -a start -l 0 -i 0"), "8: Redundancy check failed to start on Array 0!\n");
+    EXPECT_EQ(outcomeOf("init -a start -l 0 -i 0"),
+              "8: Initialization is failed to start on Array 0 Type 4\n");
+    EXPECT_EQ(outcomeOf("rc -a start -l 0 -i 0"), "8: Redundancy check failed to start on Array 0!\n");
     EXPECT_EQ(s.worldText(), before);
 }
 
-TEST_F(LostMember, ComesBackOnADriveInItsPlace) {
+TEST_F(LostMember, IsRebuiltOntoReplacementDrive) {
     replaceDrive(2);
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
     EXPECT_EQ(start("2", "0"), kStarted);
@@ -142,37 +144,38 @@ TEST_F(LostMember, ComesBackOnADriveInItsPlace) {
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,3) five\n");
 }
 
-TEST_F(LostMember, ThatIsRebuiltCanBeLostAgain) {
+TEST_F(LostMember, CanBeLostAgainAfterRebuild) {
     EXPECT_EQ(start("4", "0"), kStarted);
     advanceClockTo(250);
     failDrive(4);
     EXPECT_EQ(state(0), lost("1", kIdleLine, "Critical"));
-    EXPECT_EQ(told("rb"), kNoRebuild);
+    EXPECT_EQ(outcomeOf("rb"), kNoRebuild);
 }
 
-TEST_F(Rebuild, ASpareStepsInByItself) {
+TEST_F(Rebuild, UsesSpareAutomatically) {
     addRaid5();
-    EXPECT_EQ(told("extent -a spare -p 7 -e 0 -i 0"), "0: ");
-    EXPECT_EQ(told("ctrl -a mod -s autorebuild=enable"), "0: ");
+    EXPECT_EQ(outcomeOf("extent -a spare -p 7 -e 0 -i 0"), "0: ");
+    EXPECT_EQ(outcomeOf("ctrl -a mod -s autorebuild=enable"), "0: ");
     advanceClockTo(200);
     failDrive(3);
     EXPECT_EQ(state(0),
               lost("2", "Array activity status : Rebuilding\nArray rebuilding progress : 0 %\n", "Critical"));
     advanceClockTo(260);
-    EXPECT_EQ(told("rb"), "0: Rebuild is in progress 60% in logical drive with ID 0 on controller #0!\n");
+    EXPECT_EQ(outcomeOf("rb"),
+              "0: Rebuild is in progress 60% in logical drive with ID 0 on controller #0!\n");
     advanceClockTo(300);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,7) five\n");
 }
 
-TEST_F(Rebuild, TwoMembersComeBackAtOnce) {
+TEST_F(Rebuild, RebuildsTwoMembersAtOnce) {
     EXPECT_EQ(add("1 2 3 4 5", "name=a,raid=raidmf,capacity=2400"), "0: ");
     advanceClockTo(100);
-    EXPECT_EQ(bga(0), kIdleTold);
+    EXPECT_EQ(bga(0), kIdleOutcome);
     failDrive(2);
     failDrive(5);
     EXPECT_EQ(state(0), lost("4,1", kIdleLine, "Critical"));
-    EXPECT_EQ(told({"rb", "-a", "start", "-l", "0", "-i", "0", "-p", "7 8", "-e", "0 0"}), kStarted);
+    EXPECT_EQ(outcomeOf({"rb", "-a", "start", "-l", "0", "-i", "0", "-p", "7 8", "-e", "0 0"}), kStarted);
     advanceClockTo(200);
     EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
     EXPECT_EQ(row(0), " 0  RAIDMF     5      64    2400.00     (1,7,3,4,8) a\n");

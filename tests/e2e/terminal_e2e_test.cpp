@@ -1,5 +1,5 @@
-// The program on streams that are closed, full, endless or gone, and ended by signals. What it has
-// done stands, and its files are whole.
+// The program with standard streams that are closed, full, endless or broken, and ended by signals. Finished
+// changes persist, and files are never left half-written.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -10,7 +10,7 @@ using namespace std::string_literals;
 
 static const std::string kHelpExit = "Exit the CLI\nUsage: exit\n\nExit the CLI\nUsage: exit\n";
 
-// Runs a script of the shell, in which "$CLI" is the program.
+// Runs a shell script in which "$CLI" is the program.
 static ProcessOutcome shell(Session& session, const std::string& script) {
     session.setVariable("CLI", session.program);
     session.setVariable("PATH", "/usr/bin:/bin");
@@ -21,7 +21,7 @@ static ProcessOutcome shell(Session& session, const std::string& script) {
     return outcome;
 }
 
-// An event file with two events that were fetched and not shown, 0x21 and, newer, 0x22.
+// An event file with two events not shown yet: 0x21 and, newer, 0x22.
 static std::string savedEvents() {
     std::string image(20408, '\0');
     image[0] = image[4] = 2;
@@ -30,15 +30,15 @@ static std::string savedEvents() {
     return image;
 }
 
-TEST(ClosedStreams, OutputIsNotMissed) {
+TEST(ClosedStreams, OutputIsOptional) {
     Session s;
     EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (ProcessOutcome{2, "", ""}));
     EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -v >&-"), (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(shell(s, "printf 'nosuch\\nexit\\n' | \"$CLI\" >&-"), (ProcessOutcome{9, "", ""}));
 }
 
-// Without an output the program's files take its number; what is printed never reaches them.
-TEST(ClosedStreams, OutputDoesNotRunIntoFiles) {
+// With standard output closed, a file of the program could get its number; no output may end up in it.
+TEST(ClosedStreams, OutputDoesNotReachFiles) {
     Session whole, s;
     EXPECT_EQ(whole.run({"export", "-t", "0", "-f", "saved.cfg"}).status, 0);
     whole.run({"ctrl", "-a", "mod", "-s", "syncrate=9"});
@@ -54,12 +54,12 @@ TEST(ClosedStreams, OutputDoesNotRunIntoFiles) {
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
 
-// What the library opens for itself must not get the number of a stream that is closed: the listing would
-// be written to the adapter's device, and commands be read from it.
-TEST(ClosedStreams, AreNotTheLibrarysDevice) {
+// A file that the library opens must not get the number of a closed stream: the listing would be written to
+// the adapter's device, and commands be read from it.
+TEST(ClosedStreams, AreNotReusedByLibrary) {
     Session s;
-    s.preferLibraries(std::string(E2E_FOREIGN) + "/answering");
-    s.setVariable("FOREIGN_DEVICE", "device");
+    s.preferLibraries(std::string(E2E_FAKE_LIBS) + "/working");
+    s.setVariable("FAKE_LIB_DEVICE", "device");
     writeFile(s.path("device"), "nosuch\n");
     const std::string calls = "initialize baba0001 1 60\ndiscover 1\nfinalize\n";
     EXPECT_EQ(shell(s, "exec \"$CLI\" help exit >&-"), (ProcessOutcome{2, "", calls}));
@@ -68,13 +68,13 @@ TEST(ClosedStreams, AreNotTheLibrarysDevice) {
     EXPECT_EQ(readFile(s.path("device")), "nosuch\n");
 }
 
-TEST(ClosedStreams, ErrorsAreNotNeeded) {
+TEST(ClosedStreams, ErrorsAreOptional) {
     Session s;
     EXPECT_EQ(shell(s, "exec \"$CLI\" help exit 2>&-"), (ProcessOutcome{2, kHelpExit, ""}));
     EXPECT_EQ(shell(s, "exec \"$CLI\" nosuch <&- 2>&-"), (ProcessOutcome{9, "Invalid command!\n", ""}));
 }
 
-TEST(ClosedStreams, NothingAtAllIsNeeded) {
+TEST(ClosedStreams, AllAreOptional) {
     Session s;
     writeFile(s.eventFile(), savedEvents());
     EXPECT_EQ(shell(s, "exec \"$CLI\" ctrl -a mod -s syncrate=9 <&- >&- 2>&-"), (ProcessOutcome{0, "", ""}));
@@ -82,13 +82,13 @@ TEST(ClosedStreams, NothingAtAllIsNeeded) {
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
 
-TEST(ClosedStreams, ADirectoryHoldsNoInput) {
+TEST(ClosedStreams, DirectoryAsInputIsEmpty) {
     Session s;
     EXPECT_EQ(shell(s, "exec \"$CLI\" </"), (ProcessOutcome{0, "cli>", ""}));
 }
 
-// The exit status speaks of the command, not of the paper it was written on.
-TEST(FullDevice, LosesOutputAndNothingElse) {
+// The exit status is that of the command, even when its output was lost.
+TEST(FullDevice, LosesOutputOnly) {
     if (access("/dev/full", W_OK) != 0)
         GTEST_SKIP() << "no device that is always full";
     Session s;
@@ -101,8 +101,8 @@ TEST(FullDevice, LosesOutputAndNothingElse) {
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
 
-// A disk without room for the event file: as one that cannot be written, it is passed over.
-TEST(FullDevice, TakesNoEventFile) {
+// A full file system is ignored like an event file that cannot be written.
+TEST(FullDevice, IgnoresUnwritableEventFile) {
     if (access("/dev/full", W_OK) != 0)
         GTEST_SKIP() << "no device that is always full";
     Session s;
@@ -115,16 +115,16 @@ TEST(EventFile, MayBeADirectory) {
     EXPECT_EQ(shell(s, "mkdir CLIEvent.dat; exec \"$CLI\" help exit"), (ProcessOutcome{2, kHelpExit, ""}));
 }
 
-// A reader that has seen enough ends the program by a broken pipe.
-TEST(BrokenPipe, EndsAnEndlessMessage) {
+// A reader that closes its end terminates the program with SIGPIPE.
+TEST(BrokenPipe, EndsEndlessMessage) {
     Session s;
     const std::string line = "Invalid command for \"enclosure\"\n";
     EXPECT_EQ(shell(s, "{ \"$CLI\" enclosure -a locate bogus; echo $? >status; } | head -n 3; cat status"),
               (ProcessOutcome{0, line + line + line + "141\n", ""}));
 }
 
-// The output of a short command is handed over at the very end, when all else is done.
-TEST(BrokenPipe, LeavesTheFilesWhole) {
+// The output of a short command is flushed at the very end, when everything else is done.
+TEST(BrokenPipe, KeepsFilesIntact) {
     Session s;
     EXPECT_EQ(shell(s, "mkfifo pipe; true <pipe & exec 3>pipe; wait\n"
                        "\"$CLI\" ctrl -a mod -s syncrate=9 >&3; echo $?\n"
@@ -136,7 +136,7 @@ TEST(BrokenPipe, LeavesTheFilesWhole) {
 
 // 4096 characters are a line and one is dropped: 255 such lines and a rest. Each has 16 words of 256
 // characters, the first of which is no command.
-TEST(LongInput, ALineOfAMegabyteIsManyLines) {
+TEST(LongInput, SplitsMegabyteLine) {
     Session s;
     std::string output = "cli>";
     for (int line = 0; line < 256; ++line)
@@ -145,8 +145,8 @@ TEST(LongInput, ALineOfAMegabyteIsManyLines) {
     EXPECT_EQ(s.prompt(std::string(1 << 20, 'x')), (ProcessOutcome{9, output, ""}));
 }
 
-// A blank line runs the words before it again, and those were none: no command.
-TEST(LongInput, AMegabyteOfNulBytesIsAsManyBlankLines) {
+// A blank line runs the previous command again; there was none.
+TEST(LongInput, ReadsNulBytesAsBlankLines) {
     Session s;
     const ProcessOutcome outcome = s.prompt(std::string(1 << 16, '\0') + "help exit\n");
     EXPECT_EQ(outcome.status, 2);
@@ -154,15 +154,15 @@ TEST(LongInput, AMegabyteOfNulBytesIsAsManyBlankLines) {
     EXPECT_EQ(outcome.err, "");
 }
 
-// An unterminated quote takes the line's 4096 characters in words of 256: the quote opens the first
-// alone, so 4095 characters are 16 words and the last is not full.
-TEST(LongInput, AnEndlessQuoteEndsWithItsLine) {
+// An unterminated quote extends over the line's 4096 characters, in words of 256. The quote itself is one of
+// them, so 4095 characters make 16 words and the last is not full.
+TEST(LongInput, EndsUnterminatedQuoteWithLine) {
     Session s;
     EXPECT_EQ(s.prompt("\"" + std::string(4095, 'x') + "\nexit\n"),
               (ProcessOutcome{9, "cli>Invalid command!\ncli>", ""}));
 }
 
-TEST(Signals, ControlCEndsThePromptByTheSignal) {
+TEST(Signals, ControlCTerminatesPrompt) {
     Session s;
     writeFile(s.eventFile(), savedEvents());
     const ProcessOutcome outcome = s.terminal({"nosuch\n", "\x03"});
@@ -171,17 +171,16 @@ TEST(Signals, ControlCEndsThePromptByTheSignal) {
     EXPECT_TRUE(readFile(s.eventFile()) == savedEvents());
 }
 
-// A half-typed line goes with it.
+// A half-typed line is discarded.
 TEST(Signals, ControlCRunsNothing) {
     Session s;
     EXPECT_EQ(s.terminal({"ctrl -a mod -s syncrate=9\x03"}).status, 128 + 2);
     EXPECT_EQ(s.worldText().find("\"synchronization\": 9"), std::string::npos);
 }
 
-// The prompt waits on a pipe that stays open; a settings change tells that it has been reached. What
-// was changed before stays, and so does the event file from before the start. What was not yet handed
-// over of the output is lost.
-TEST(Signals, EndTheWaitingPrompt) {
+// The prompt waits on a pipe that stays open; a changed setting shows that it has been reached. Earlier
+// changes persist, and so does the event file from before the start. Output not flushed yet is lost.
+TEST(Signals, TerminateWaitingPrompt) {
     for (const auto& [name, number] : {std::pair{"TERM", 15}, {"HUP", 1}}) {
         Session s;
         writeFile(s.eventFile(), savedEvents());

@@ -1,4 +1,4 @@
-// The simulated world behind the program: made on first use, kept in one file, refused when broken.
+// The world file of the simulator: created on first use, kept between runs, rejected when invalid.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,7 +10,7 @@ static std::string replaced(std::string text, const std::string& from, const std
     return at == std::string::npos ? "" : text.replace(at, from.size(), to);
 }
 
-TEST(World, IsMadeOnFirstUseAndKept) {
+TEST(World, IsCreatedOnFirstUseAndKept) {
     Session s;
     EXPECT_EQ(s.worldText(), "");
     EXPECT_EQ(s.run({"help", "exit"}).status, 2);
@@ -21,8 +21,8 @@ TEST(World, IsMadeOnFirstUseAndKept) {
     EXPECT_EQ(s.worldText(), made);
 }
 
-// Two controllers, of which the second has no enclosure.
-TEST(World, OfAFirstUseHasTwoControllers) {
+// Two controllers; the second has no enclosure.
+TEST(World, BuiltInHasTwoControllers) {
     Session s;
     const std::string listing = s.run({"ctrl"}).out;
     EXPECT_EQ(std::count(listing.begin(), listing.end(), '\n'), 3);
@@ -39,7 +39,7 @@ TEST(World, OfAFirstUseHasTwoControllers) {
         << blocks;
 }
 
-TEST(World, StandsInTheStateFolderOfTheUser) {
+TEST(World, IsInStateDirectoryOfUser) {
     Session s;
     s.variables.erase("Q5SIM_WORLD");
     EXPECT_EQ(s.run({"help", "exit"}).status, 2);
@@ -51,15 +51,15 @@ TEST(World, StandsInTheStateFolderOfTheUser) {
     EXPECT_EQ(readFile(s.path("state/q5sim/CLIEvent.dat")).size(), 20408u);
 }
 
-TEST(World, WithoutControllersEndsTheStart) {
+TEST(World, WithoutControllersFailsAtStart) {
     Session s;
     s.useWorld("{\"controllers\": []}\n");
     EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{5, "No controller is found in the system!\n", ""}));
     EXPECT_EQ(s.worldText(), "{\"controllers\": []}\n");
 }
 
-// The reason is on standard error: one line with the file and the line in it.
-TEST(World, ThatIsBrokenIsRefusedAndLeftAlone) {
+// The reason is one line on standard error, with the names of the file and the line number.
+TEST(World, InvalidFileIsRejectedAndKept) {
     const std::string good = fixtureWorld("two_controllers");
     const std::pair<std::string, std::string> broken[] = {
         {"", ":1: "},
@@ -82,7 +82,7 @@ TEST(World, ThatIsBrokenIsRefusedAndLeftAlone) {
     }
 }
 
-TEST(World, ChangedByHandShowsInTheNextRun) {
+TEST(World, EditedFileIsReadByNextRun) {
     Session s;
     s.useWorld(fixtureWorld("two_controllers"));
     EXPECT_NE(s.run({"ctrl"}).out.find("   128 MB "), std::string::npos);
@@ -90,11 +90,11 @@ TEST(World, ChangedByHandShowsInTheNextRun) {
     EXPECT_NE(s.run({"ctrl"}).out.find("  4096 MB "), std::string::npos);
 }
 
-TEST(World, ThatCannotBeWrittenRefusesChangesAndKeepsRunning) {
+TEST(World, UnwritableFileRejectsChanges) {
     Session s;
     s.useWorld(fixtureWorld("two_controllers"));
     const std::string before = s.worldText();
-    // A folder in the way of the lock file keeps root out as well.
+    // A directory in place of the lock file makes it fail for root as well.
     std::filesystem::create_directory(s.world() + ".lock");
     EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}).status, 0);
     EXPECT_EQ(s.worldText(), before);

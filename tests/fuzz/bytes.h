@@ -1,4 +1,4 @@
-// The bytes of one fuzzing input, handed out piece by piece; where they have ended come zeroes.
+// The bytes of one fuzzing input, consumed piece by piece; zeroes follow at the end.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Fuzzes the line splitter and the dispatcher: every line of the bytes is run as at the prompt, over an
-// adapter that keeps nothing. Files that commands name are all /dev/null.
+// Fuzzes the line splitter and the dispatcher: runs every line of the input as at the prompt, with a no-op
+// adapter. Files named by commands are all /dev/null.
 #include <string>
 
 #include "tests/fuzz/scratch_file.h"

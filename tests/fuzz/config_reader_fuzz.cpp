@@ -1,4 +1,4 @@
-// Fuzzes the reader of configuration files: shows the bytes as one, then imports them without and with
+// Fuzzes the reader of configuration files: displays the input as one, then imports it without and with
 // re-creation of the logical drives.
 #include "config/import.h"
 #include "tests/fuzz/scratch_file.h"

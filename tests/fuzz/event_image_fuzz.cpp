@@ -1,4 +1,4 @@
-// Fuzzes the event file: its image is read, added to, listed until nothing is left, and written again.
+// Fuzzes the event file: reads its image, adds events, lists until nothing is left, and writes it again.
 #include "adapter/reply.h"
 #include "commands/event_buffer.h"
 #include "tests/fuzz/scratch_file.h"

@@ -1,17 +1,17 @@
-// An adapter that is out of its mind: every reply is filled, and every result taken, from randomReplies.
+// A stub adapter that takes every reply and every result code from fuzzedReplies.
 #include "tests/fuzz/fuzzed_reply_stub.h"
 
 #include "tests/stub_adapter.h"
 
-Bytes randomReplies;
+Bytes fuzzedReplies;
 
-static constexpr std::uint32_t kMaxCheckedControllers = 3; // listings go through all that are reported
+static constexpr std::uint32_t kMaxCheckedControllers = 3; // listings visit all reported controllers
 
-// Three answers of four are 0, the others have either sign.
+// Three of four results are 0, the others have either sign.
 int answer(const char*, void* reply, std::size_t size) {
     if (reply != nullptr)
-        takeBytes(&randomReplies, reply, size);
-    const auto result = takeValue<std::int8_t>(&randomReplies);
+        takeBytes(&fuzzedReplies, reply, size);
+    const auto result = takeValue<std::int8_t>(&fuzzedReplies);
     return result >= -32 && result < 96 ? 0 : result;
 }
 
@@ -20,12 +20,12 @@ int answerList(const char* operation, void* reply, std::size_t size) {
 }
 
 int answerControllers(const char*, std::uint32_t* count) {
-    *count = takeValue<std::uint8_t>(&randomReplies) % (kMaxCheckedControllers + 1);
+    *count = takeValue<std::uint8_t>(&fuzzedReplies) % (kMaxCheckedControllers + 1);
     return 0;
 }
 
 int answerEvents(const char* operation, EventQuery* query, void* reply, std::size_t size) {
-    query->count = takeValue<std::uint32_t>(&randomReplies);
+    query->count = takeValue<std::uint32_t>(&fuzzedReplies);
     return answer(operation, reply, size);
 }
 

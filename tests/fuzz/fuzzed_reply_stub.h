@@ -1,6 +1,6 @@
-// The bytes that an adapter answers from which is out of its mind.
+// The input from which the stub adapter takes its replies.
 #pragma once
 
 #include "tests/fuzz/bytes.h"
 
-extern Bytes randomReplies;
+extern Bytes fuzzedReplies;

@@ -1,4 +1,4 @@
-// The commands that make something of replies: every listing, and what looks things up before it acts.
+// The commands that use replies: every listing, and commands that look something up first.
 #pragma once
 
 #include <iterator>

@@ -1,5 +1,5 @@
-// Fuzzes what the program makes of replies: one command, chosen by the first byte, over an adapter that
-// answers with the others. Replies, byte counts, member counts, texts and results are whatever they say.
+// Fuzzes the handling of replies: runs one command, chosen by the first byte, with an adapter whose replies,
+// byte counts, member counts, texts and result codes are the other bytes.
 #include "tests/fuzz/fuzzed_reply_stub.h"
 #include "tests/fuzz/listings.h"
 #include "tests/fuzz/scratch_file.h"
@@ -9,8 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     [[maybe_unused]] static const bool silent = discardOutput();
     static WordTable table;
     clearWords(&table);
-    randomReplies = {bytes, size};
-    const auto choice = takeValue<std::uint8_t>(&randomReplies);
+    fuzzedReplies = {bytes, size};
+    const auto choice = takeValue<std::uint8_t>(&fuzzedReplies);
     runLine(&table, listings[choice % std::size(listings)]);
     return 0;
 }

@@ -1,5 +1,5 @@
-// Fuzzes what takes ID lists and settings texts apart: the readers themselves, the texts shown again, and
-// every command that takes a settings text.
+// Fuzzes the parsers of ID lists and settings texts: the functions themselves, the formatting of lists, and
+// every command with a settings text.
 #include <string>
 
 #include "tests/fuzz/scratch_file.h"

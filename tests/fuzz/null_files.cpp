@@ -1,5 +1,5 @@
-// Fuzzers that run whole commands are linked with fopen() wrapped: whatever file a command names, it is
-// /dev/null. The engine's own reports pass, also those of an input that broke the command.
+// Fuzzers that run whole commands are linked with a wrapped fopen(): every file that a command names is
+// /dev/null. Reports of the engine are written, including those about an input that crashed the command.
 #include <cstdio>
 #include <cstring>
 
@@ -9,13 +9,13 @@ extern "C" std::FILE* __real_fopen(const char* path, const char* mode); // NOLIN
 extern "C" std::FILE* __wrap_fopen(const char* path, const char* mode); // NOLINT
 
 static const char* const kinds[] = {"crash-", "leak-", "timeout-", "oom-", "slow-unit-"};
-static constexpr std::size_t kSumLength = 40; // of the hexadecimal sum that ends a report's name
+static constexpr std::size_t kHashLength = 40; // of the hexadecimal hash at the end of a report's name
 
-// No fuzzer finds a sum; "oom-" it does.
+// A fuzzer cannot guess a hash, but may find a prefix such as "oom-".
 static bool isReport(const char* path) {
     for (const char* kind : kinds)
         if (const char* found = std::strstr(path, kind))
-            return std::strspn(found + std::strlen(kind), "0123456789abcdef") == kSumLength;
+            return std::strspn(found + std::strlen(kind), "0123456789abcdef") == kHashLength;
     return false;
 }
 

@@ -1,5 +1,5 @@
-// Every operation of the adapters' library, each callable with arguments taken from a fuzzing input. A
-// record lies in a block of memory of just its size, so that a step beyond it is noticed.
+// Every operation of the adapters' library, callable with arguments taken from a fuzzing input. Each record
+// is in a memory block of exactly its size, so that the sanitizer detects overruns.
 #pragma once
 
 #include <cstdlib>
@@ -20,16 +20,16 @@
 #include "adapter/phydrv.h"
 #include "tests/fuzz/bytes.h"
 
-// What one call's arguments are made of.
+// The arguments of one call.
 struct Arguments {
     Bytes* bytes;
-    std::vector<std::vector<std::uint8_t>> blocks; // the memory behind its pointers
-    std::uint32_t size = 0;                        // of the reply or record that came last
+    std::vector<std::vector<std::uint8_t>> blocks; // the memory that its pointers refer to
+    std::uint32_t size = 0;                        // of the most recent reply or record
 };
 
-inline constexpr std::size_t kMaxEntries = 255; // of a rebuild, which an 8-bit number counts
+inline constexpr std::size_t kMaxEntries = 255; // of a rebuild, with an 8-bit count
 
-// How large a record is that a pointer points to. Replies and lists of any length get a random size.
+// The size of a record passed by pointer. Replies and lists of variable length get a random size.
 template <typename Record>
 std::size_t recordSize(Arguments* arguments) {
     if constexpr (std::is_void_v<Record>)
@@ -56,7 +56,7 @@ struct Taken<Record*> {
     }
 };
 
-// Texts are short and end with a NUL.
+// Texts are short and terminated by a NUL.
 template <>
 struct Taken<const char*> {
     static const char* take(Arguments* arguments) {
@@ -67,7 +67,7 @@ struct Taken<const char*> {
     }
 };
 
-// The true size of the record before it, where there is one.
+// The actual size of the preceding record, if there is one.
 template <>
 struct Taken<std::uint32_t> {
     static std::uint32_t take(Arguments* arguments) {
@@ -76,7 +76,7 @@ struct Taken<std::uint32_t> {
     }
 };
 
-// One of three controllers, of which the last does not exist, or rarely something else altogether.
+// One of three controllers, the last of which does not exist, or rarely any other address.
 template <>
 struct Taken<HbaAddress> {
     static HbaAddress take(Arguments* arguments) {
@@ -92,7 +92,8 @@ struct Call<operation> {
     static void run(Bytes* bytes) {
         Arguments arguments = {bytes, {}, 0};
         const HbaAddress address = Taken<HbaAddress>::take(&arguments);
-        const std::tuple<Rest...> rest = {Taken<Rest>::take(&arguments)...}; // braces: from left to right
+        const std::tuple<Rest...> rest = {
+            Taken<Rest>::take(&arguments)...}; // braces evaluate from left to right
         std::apply([&](Rest... each) { operation(address, 0, each...); }, rest);
     }
 };

@@ -1,4 +1,4 @@
-// Feeds every file of the directories named to a fuzzer's entry, in builds without the fuzzing engine.
+// Runs a fuzzer's entry function on every file of the given directories, in builds without the engine.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
             std::ifstream stream(entry.path(), std::ios::binary);
             const std::vector<char> text((std::istreambuf_iterator<char>(stream)), {});
             std::vector<std::uint8_t> bytes(text.begin(), text.end());
-            bytes.push_back(0); // so that an empty file has an address too
+            bytes.push_back(0); // so that data() of an empty file is not null
             LLVMFuzzerTestOneInput(bytes.data(), text.size());
             ++files;
         }

@@ -1,5 +1,5 @@
-// A file in the working directory (which had better be in memory for a long run) that holds the bytes of
-// the present fuzzing input, for what reads by path. Gone when the fuzzer ends.
+// A file with the current fuzzing input, for functions that read by path. It is in the working directory
+// (which should be in memory for long runs) and removed when the fuzzer ends.
 #pragma once
 
 #include <unistd.h>
@@ -11,7 +11,7 @@
 
 inline char scratchPath[] = "fuzzed_XXXXXX";
 
-// The messages of a million inputs are of no use to anybody.
+// Nobody reads the output of a million inputs.
 inline bool discardOutput() {
     return std::freopen("/dev/null", "w", stdout) != nullptr;
 }
@@ -22,7 +22,7 @@ inline bool makeScratchFile() {
     return file >= 0 && close(file) == 0;
 }
 
-// The path of the file, written anew.
+// Rewrites the file and returns its path.
 inline const char* scratchFile(const std::uint8_t* bytes, std::size_t size) {
     static const bool ready = makeScratchFile();
     std::FILE* file = ready ? std::fopen(scratchPath, "wb") : nullptr;

@@ -1,4 +1,4 @@
-// A word table for fuzzers: slots of their own, and lines run as at the prompt.
+// A word table for fuzzers with its own slots, and running lines as at the prompt.
 #pragma once
 
 #include <cstdio>
@@ -13,10 +13,10 @@ struct WordTable {
     char* words[kMaxWords];
 };
 
-// Set while a command runs; null_files.cpp then keeps it away from the machine's files.
+// Set while a command runs; null_files.cpp then redirects its files.
 inline bool commandRuns = false;
 
-// A word that is no option makes this one fail without end, on purpose.
+// Compatibility: this command repeats its error message endlessly for a word that is not an option.
 inline bool isEndless(int wordCount, char** words) {
     return wordCount > 3 && strCmpNoCase(words[0], "enclosure") == 0 &&
            (strCmpNoCase(words[1], "locate") == 0 || strCmpNoCase(words[2], "locate") == 0);
@@ -35,18 +35,18 @@ inline void clearWords(WordTable* table) {
         table->words[i] = table->slot[i];
 }
 
-// Splits and runs one line, of which 4096 characters are looked at. False for a line that says exit.
+// Splits and runs one line, of which 4096 characters are used. False for an exit command.
 inline bool runLine(WordTable* table, const char* text) {
     char line[4097];
     std::snprintf(line, sizeof line, "%s", text);
     int wordCount = 0;
-    const bool goOn = processCmdLine(&wordCount, line, table->words) != 0;
-    if (goOn)
+    const bool proceed = processCmdLine(&wordCount, line, table->words) != 0;
+    if (proceed)
         runCommand(wordCount, table);
-    return goOn;
+    return proceed;
 }
 
-// Runs a command line with one further word, which may hold any characters but NUL.
+// Runs a command line with one additional word, which may contain any characters but NUL.
 inline void runWithWord(WordTable* table, const char* text, const char* word) {
     char line[4097];
     std::snprintf(line, sizeof line, "%s", text);

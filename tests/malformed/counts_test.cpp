@@ -1,5 +1,5 @@
-// Counts that lie: byte counts of replies below, at and beyond their buffers, counts of events and of
-// controllers. A listing takes whole records only, and no more than there is room for.
+// Malformed counts: byte counts of replies below, at and beyond their buffers, counts of events and of
+// controllers. A listing shows whole records only, and no more than its buffer holds.
 #include <fstream>
 #include <iterator>
 
@@ -8,13 +8,13 @@
 static const Fill& letters = fills[2];
 
 namespace {
-// A listing and how many records of which size its reply may hold.
+// A listing, and the size and maximum number of its records.
 struct Listing {
     std::string line;
     std::uint32_t recordSize, room;
     std::string header; // before the records
-    std::string record; // what each of them prints
-    int noneResult;     // when there is no record
+    std::string record; // printed for each of them
+    int noneResult;     // without any record
     std::string noneOutput;
 };
 } // namespace
@@ -28,15 +28,15 @@ static const std::string arrayRow = letters.u16 + " Unknown raid mode " + letter
                                     " " + letters.megabytes + " " + letters.members + " " +
                                     full(letters, 88) + "\n";
 
-class Counts : public Hostile, public testing::WithParamInterface<Listing> {
+class Counts : public Malformed, public testing::WithParamInterface<Listing> {
 protected:
     void SetUp() override {
-        Hostile::SetUp();
-        hostile.fill = letters.byte;
+        Malformed::SetUp();
+        malformedReply.fill = letters.byte;
     }
 };
 
-TEST_P(Counts, DecideHowManyRecordsAreTaken) {
+TEST_P(Counts, DecideHowManyRecordsAreShown) {
     const Listing& listing = GetParam();
     const std::uint32_t size = listing.recordSize, last = 64 + listing.room * size;
     const struct {
@@ -58,7 +58,7 @@ TEST_P(Counts, DecideHowManyRecordsAreTaken) {
                 {UINT32_MAX, listing.room}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.bytesUsed);
-        hostile.bytesUsed = row.bytesUsed;
+        malformedReply.bytesUsed = row.bytesUsed;
         if (row.records == 0)
             expectOutcome(command(listing.line), listing.noneResult, listing.noneOutput);
         else
@@ -77,8 +77,8 @@ static const Listing listings[] = {
 INSTANTIATE_TEST_SUITE_P(Listings, Counts, testing::ValuesIn(listings),
                          [](const auto& row) { return row.param.line; });
 
-// One record is asked for, and there is one or none, whatever the count.
-TEST_F(Hostile, ByteCountsDecideWhetherADriveExists) {
+// One record is requested; there is one or none, whatever the count.
+TEST_F(Malformed, ByteCountsDecideWhetherDriveExists) {
     const struct {
         std::string line;
         std::uint32_t size;
@@ -99,52 +99,52 @@ TEST_F(Hostile, ByteCountsDecideWhetherADriveExists) {
         {"phydrv -a set3G -p 1 -e 1", 664, 0, 8, "", "Disk 0 is not existed!\n"},
         {"mp -a start -i 0 -p 16706", 664, 0, 5, "", "Disk with ID 16705 in controller #0 is not existed\n"},
     };
-    hostile.fill = letters.byte;
+    malformedReply.fill = letters.byte;
     for (const auto& row : rows)
         for (const std::uint32_t bytesUsed : {0U, 1U, 63U, 64U, 65U, 64 + row.size - 1, 64 + row.size,
                                               64 + row.size + 1, 64 + 2 * row.size, UINT32_MAX}) {
             SCOPED_TRACE(row.line + ", bytes used " + std::to_string(bytesUsed));
-            hostile.bytesUsed = bytesUsed;
+            malformedReply.bytesUsed = bytesUsed;
             const bool found = bytesUsed >= 64 + row.size;
             expectOutcome(command(row.line), found ? row.foundResult : row.noneResult,
                           found ? row.found : row.none);
         }
 }
 
-// The walk looks once for each drive counted; every look matches here, and goes on to the next of the
-// 64 places that the reply holds.
-TEST_F(Hostile, LocatingAnEnclosureStaysInTheReply) {
-    hostile.fill = letters.byte;
+// The search runs once for each drive counted. Every search matches here and continues at the next of the 64
+// entries of the reply.
+TEST_F(Malformed, LocatingEnclosureStaysInReply) {
+    malformedReply.fill = letters.byte;
     for (const auto& [bytesUsed, drives] : {std::pair<std::uint32_t, int>{63, 0},
                                             {64 + 664, 1},
                                             {64 + 16 * 664, 16},
                                             {64 + 64 * 664, 64},
                                             {64 + 65 * 664, 64},
                                             {UINT32_MAX, 64}}) {
-        hostile.bytesUsed = bytesUsed;
-        hostile.calls.clear();
+        malformedReply.bytesUsed = bytesUsed;
+        malformedReply.calls.clear();
         expectOutcome(command("enclosure -a locate -e 16705 -s 9"), 0, "");
         expectOutcome(command("enclosure -a locate -e 16705"), 0, "");
-        EXPECT_EQ(hostile.calls["q5_locatePhyDrv"], drives) << bytesUsed;
-        EXPECT_EQ(hostile.calls["q5_stopLocatePhyDrv"], drives) << bytesUsed;
+        EXPECT_EQ(malformedReply.calls["q5_locatePhyDrv"], drives) << bytesUsed;
+        EXPECT_EQ(malformedReply.calls["q5_stopLocatePhyDrv"], drives) << bytesUsed;
     }
-    hostile.calls.clear();
-    expectOutcome(command("enclosure -a locate -e 1"), 0, ""); // no look matches
-    EXPECT_EQ(hostile.calls["q5_stopLocatePhyDrv"], 0);
+    malformedReply.calls.clear();
+    expectOutcome(command("enclosure -a locate -e 1"), 0, ""); // no search matches
+    EXPECT_EQ(malformedReply.calls["q5_stopLocatePhyDrv"], 0);
 }
 
-// Of the events delivered the buffer holds 50 at most, and no more are shown than were wanted.
-TEST_F(Hostile, EventCountsAreBounded) {
+// The buffer holds at most 50 of the delivered events, and no more are shown than requested.
+TEST_F(Malformed, EventCountsAreBounded) {
     const struct {
         std::uint32_t delivered;
         int wanted, shown;
     } rows[] = {{1, 1, 1},      {51, 1, 1},          {UINT32_MAX, 1, 1},   {0, 100, 0},   {1, 100, 1},
                 {49, 100, 49},  {50, 100, 50},       {51, 100, 50},        {52, 100, 50}, {100, 100, 50},
                 {101, 100, 50}, {1U << 31, 100, 50}, {UINT32_MAX, 100, 50}};
-    hostile.fill = letters.byte;
+    malformedReply.fill = letters.byte;
     for (const auto& row : rows) {
         g_EventBuffer = {};
-        hostile.eventsDelivered = row.delivered;
+        malformedReply.eventsDelivered = row.delivered;
         const CommandOutcome outcome = command("event -c " + std::to_string(row.wanted));
         EXPECT_EQ(outcome.result, 0);
         EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1 + row.shown)
@@ -154,18 +154,18 @@ TEST_F(Hostile, EventCountsAreBounded) {
     }
 }
 
-// The number of controllers is believed as it stands; -c is the user's way to see less.
-TEST_F(Hostile, ControllerCountsDecideHowManyAreListed) {
+// Compatibility: the number of controllers is used unchecked; -c limits it.
+TEST_F(Malformed, ControllerCountsDecideHowManyAreListed) {
     const std::string header = "ID      MemType  MemSize Disks Arrays Enclosures     BIOS Ver   Driver Ver\n";
     const std::string rest = "      Non-ECC     0 MB    0      0          0      0.0.0.0      0.0.0.0\n";
-    hostile.controllers = 0;
+    malformedReply.controllers = 0;
     expectOutcome(command("ctrl"), 5, "No controller is existed\n");
-    hostile.controllers = 300;
+    malformedReply.controllers = 300;
     std::string rows;
     for (int id = 0; id < 300; ++id)
         rows += right(2, std::to_string(id)) + rest;
     expectOutcome(command("ctrl"), 0, header + rows);
-    hostile.controllers = UINT32_MAX;
+    malformedReply.controllers = UINT32_MAX;
     expectOutcome(command("ctrl -c 2"), 0, header + " 0" + rest + " 1" + rest);
     expectOutcome(command("ctrl -i 2 -c 2"), 5, "No controller with ID #2 is existed!\n");
 }
@@ -176,7 +176,7 @@ static std::string contents(const std::string& path) {
 }
 
 // The blocks of an export: 16 drives and 128 logical drives at most, with 32 members each.
-TEST_F(Hostile, ExportsHoldWhatThereIsRoomFor) {
+TEST_F(Malformed, ExportsAreBoundedByReply) {
     const char* const spares[] = {"256", "0", "0"}; // 16 drives times the first one's 16 extents
     const char* const modes[] = {"Auto - Write Back", "Write Through", "Write Back"};
     for (std::size_t i = 0; i < std::size(fills); ++i) {
@@ -199,30 +199,30 @@ TEST_F(Hostile, ExportsHoldWhatThereIsRoomFor) {
                         "\n<LogDrvDiskExtentIndex> " + f.extents +
                         "\n<LogDrvInitMode> NONE\n<LogDrvLookAheadValue> " + f.u16 +
                         "\n<LogDrvConsolidation> Enable\n[End] \n";
-        hostile.fill = f.byte;
+        malformedReply.fill = f.byte;
         for (const int result : kResults) {
-            hostile.result = result;
+            malformedReply.result = result;
             expectOutcome(command("export -t 0 -f " + file()), 0, "");
             EXPECT_EQ(contents(file()), expected);
         }
     }
 }
 
-// Every logical drive of the reply is deleted before those of the file are made; the reply holds 128.
-TEST_F(Hostile, ImportsDeleteNoMoreThanTheReplyHolds) {
+// Every logical drive of the reply is deleted before those of the file are created; the reply holds 128.
+TEST_F(Malformed, ImportsDeleteNoMoreThanReplyHolds) {
     std::ofstream(file()) << "[LogDrvSetIndex] 0\n<LogDrvID> 0\n<LogyDrvCtrlID> 0\n<LogDrvName> x\n"
                              "<LogDrvSectorCount> 9\n<LogDrvSectorSize> 512\n<LogDrvStripeSize> 64\n"
                              "<LogDrvRaidMode> RAID1\n<LogDrvDiskNum> 2\n<LogDrvDiskMember> (1,2)\n[End]\n";
-    hostile.fill = letters.byte;
+    malformedReply.fill = letters.byte;
     for (const auto& [bytesUsed, drives] : {std::pair<std::uint32_t, int>{63, 0},
                                             {64 + 208, 1},
                                             {64 + 128 * 208, 128},
                                             {64 + 129 * 208, 128},
                                             {UINT32_MAX, 128}}) {
-        hostile.bytesUsed = bytesUsed;
-        hostile.calls.clear();
+        malformedReply.bytesUsed = bytesUsed;
+        malformedReply.calls.clear();
         expectOutcome(command("import -c -f " + file()), 0, "");
-        EXPECT_EQ(hostile.calls["q5_delDiskArray"], drives) << bytesUsed;
-        EXPECT_EQ(hostile.calls["q5_addHBAArray"], 1) << bytesUsed;
+        EXPECT_EQ(malformedReply.calls["q5_delDiskArray"], drives) << bytesUsed;
+        EXPECT_EQ(malformedReply.calls["q5_addHBAArray"], 1) << bytesUsed;
     }
 }

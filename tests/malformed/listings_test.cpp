@@ -1,13 +1,13 @@
-// Listings of replies whose every byte is the same, byte counts and member counts included, and whose
-// texts have no end: each shows as many records as there is room for, to the last byte of each field.
+// Listings of replies whose every byte is the same, with byte counts and member counts too large and texts
+// without a NUL: each shows as many records as its buffer holds, to the last byte of each field.
 #include "tests/malformed/malformed_test.h"
 
-// The whole reply is filled; the results say anything and nobody looks at them.
+// The whole reply is filled; any result code, since listings ignore it.
 static void expectListing(const std::string& line, const Fill& fill, int result, const std::string& output) {
     for (const int adapterResult : kResults) {
         SCOPED_TRACE(line + ", byte " + fill.u8 + ", result " + std::to_string(adapterResult));
-        hostile.fill = fill.byte;
-        hostile.result = adapterResult;
+        malformedReply.fill = fill.byte;
+        malformedReply.result = adapterResult;
         expectOutcome(command(line), result, output);
     }
 }
@@ -20,7 +20,7 @@ static std::string version(const Fill& fill) {
     return fill.i32 + "." + fill.i32 + "." + fill.i32 + "." + fill.i32;
 }
 
-TEST_F(Hostile, ControllersAreListed) {
+TEST_F(Malformed, ControllersAreListed) {
     for (const Fill& fill : fills)
         expectListing("ctrl", fill, 0,
                       "ID      MemType  MemSize Disks Arrays Enclosures     BIOS Ver   Driver Ver\n"
@@ -29,7 +29,7 @@ TEST_F(Hostile, ControllersAreListed) {
                           "         16 " + right(12, version(fill)) + " " + right(12, version(fill)) + "\n");
 }
 
-TEST_F(Hostile, ControllersAreShownAtLength) {
+TEST_F(Malformed, ControllersAreShownVerbosely) {
     for (const Fill& f : fills)
         expectListing(
             "ctrl -v", f, 0,
@@ -50,7 +50,7 @@ TEST_F(Hostile, ControllersAreShownAtLength) {
                 f.u8 + "\nFirmware version : " + version(f) + "\n");
 }
 
-TEST_F(Hostile, DrivesAreListed) {
+TEST_F(Malformed, DrivesAreListed) {
     for (const Fill& fill : fills)
         expectListing("phydrv", fill, 0,
                       "ID CH         Size                  Model                Serial        F/W\n" +
@@ -58,7 +58,7 @@ TEST_F(Hostile, DrivesAreListed) {
                                         full(fill, 22) + " " + full(fill, 24) + " " + full(fill, 38) + "\n"));
 }
 
-TEST_F(Hostile, DrivesAreShownAtLength) {
+TEST_F(Malformed, DrivesAreShownVerbosely) {
     for (const Fill& f : fills)
         expectListing(
             "phydrv -v", f, 0,
@@ -74,8 +74,8 @@ TEST_F(Hostile, DrivesAreShownAtLength) {
                           "TCQ is enabled\nCurrent Locate Status : On\n"));
 }
 
-// A drive's record has room for 16 extents, whatever it claims.
-TEST_F(Hostile, ExtentsAreListed) {
+// A drive's record holds at most 16 extents, whatever its count.
+TEST_F(Malformed, ExtentsAreListed) {
     for (const Fill& fill : fills)
         expectListing("extent", fill, 0,
                       "DiskID Index AryID Size     StartLBA\n" +
@@ -83,7 +83,7 @@ TEST_F(Hostile, ExtentsAreListed) {
                                          fill.megabytes + " " + fill.megabytes + "\n"));
 }
 
-TEST_F(Hostile, ExtentsAreShownAtLength) {
+TEST_F(Malformed, ExtentsAreShownVerbosely) {
     for (const Fill& f : fills) {
         std::string drive = "*********************************\nDisk ID : " + f.next + "\n";
         for (int position = 0; position < 16; ++position)
@@ -100,7 +100,7 @@ TEST_F(Hostile, ExtentsAreShownAtLength) {
     }
 }
 
-TEST_F(Hostile, LogicalDrivesAreListed) {
+TEST_F(Malformed, LogicalDrivesAreListed) {
     for (const Fill& fill : fills)
         expectListing("logdrv", fill, 0,
                       "ID    RAID Disks Sectors   Size(MB)          DiskID Name\n" +
@@ -124,7 +124,7 @@ static const struct {
      "Online", "Write Back"},
 };
 
-TEST_F(Hostile, LogicalDrivesAreShownAtLength) {
+TEST_F(Malformed, LogicalDrivesAreShownVerbosely) {
     for (std::size_t i = 0; i < std::size(fills); ++i) {
         const Fill& f = fills[i];
         const auto& texts = arrayTexts[i];
@@ -144,13 +144,13 @@ TEST_F(Hostile, LogicalDrivesAreShownAtLength) {
     }
 }
 
-TEST_F(Hostile, TheActivityOverviewIsShown) {
+TEST_F(Malformed, ActivityOverviewIsShown) {
     for (std::size_t i = 0; i < std::size(fills); ++i)
         expectListing("bga", fills[i], 0, arrayTexts[i].activity);
 }
 
-// All five activities run, none is paused, and the percentages are the fields' greatest numbers.
-TEST_F(Hostile, ActivitiesAreListedWhenAllBitsAreSet) {
+// All five activities run, none is paused, and the percentages are the maximum values of their fields.
+TEST_F(Malformed, ActivitiesAreListedWhenAllBitsAreSet) {
     const Fill& f = fills[0];
     const std::string on0 = "% in logical drive with ID 0 on controller #0!\n";
     expectListing("init", f, 0, "Initialization is in progress 255" + on0);
@@ -161,7 +161,7 @@ TEST_F(Hostile, ActivitiesAreListedWhenAllBitsAreSet) {
                   "Migration is in progress 65535% on logical drive with ID 0 in controller #0!\n");
 }
 
-TEST_F(Hostile, ActivitiesAreListedByTheirOwnBitAlone) {
+TEST_F(Malformed, ActivitiesAreListedByTheirBitOnly) {
     for (const Fill* f : {&fills[1], &fills[2]}) {
         expectListing("init", *f, 0, "No activity for initialization!\n");
         expectListing("sync -a list", *f, 0, "No activity for synchronization!\n");
@@ -173,14 +173,14 @@ TEST_F(Hostile, ActivitiesAreListedByTheirOwnBitAlone) {
                   "Rebuild is in progress 65% in logical drive with ID 0 on controller #0!\n");
 }
 
-// An enclosure of a type that nobody knows is there and has nothing to show.
-TEST_F(Hostile, EnclosuresOfUnknownTypesShowNothing) {
+// An enclosure of unknown type exists and shows nothing.
+TEST_F(Malformed, UnknownEnclosuresShowNothing) {
     for (const Fill& fill : fills)
         expectListing("enclosure", fill, 0, "");
 }
 
 // Byte 1 is a known type and six fans of the same speed; byte 2 another type and no sensor at all.
-TEST_F(Hostile, EnclosureSensorsAreAllOfOneKind) {
+TEST_F(Malformed, EnclosureSensorsAreAllOfOneKind) {
     const Fill ones = {.byte = 1, .u8 = "1"}, twos = {.byte = 2, .u8 = "2"};
     expectListing("enclosure", ones, 0,
                   "Enclosure type : Traybox 400\nFan speed #1 : 16843009 \n" +
@@ -188,7 +188,7 @@ TEST_F(Hostile, EnclosureSensorsAreAllOfOneKind) {
     expectListing("enclosure", twos, 0, "Enclosure type : Traybox 100\n");
 }
 
-TEST_F(Hostile, TheBatteryIsShown) {
+TEST_F(Malformed, BatteryIsShown) {
     const char* const rest[] = {"65.535004 V\n\n", "32.896000 V\n  Battery Status - Charging\n\n",
                                 "16.705000 V\n\n"};
     for (std::size_t i = 0; i < std::size(fills); ++i)
@@ -198,12 +198,12 @@ TEST_F(Hostile, TheBatteryIsShown) {
                           std::string(rest[i]));
 }
 
-// Here the result counts: a state that could not be read is unknown, whatever it says.
-TEST_F(Hostile, BuzzersAreListed) {
+// The result code matters here: a state that could not be read is unknown.
+TEST_F(Malformed, BuzzersAreListed) {
     for (const Fill& fill : fills)
         for (const int result : kResults) {
-            hostile.fill = fill.byte;
-            hostile.result = result;
+            malformedReply.fill = fill.byte;
+            malformedReply.result = result;
             std::string output = "CtrlId    Status\n";
             for (int id = 0; id < 4; ++id)
                 output += right(6, std::to_string(id)) + (result == 0 ? "   enabled\n" : "   Unknown\n");
@@ -211,40 +211,40 @@ TEST_F(Hostile, BuzzersAreListed) {
         }
 }
 
-// Drive 0 was asked for, and another one came.
-TEST_F(Hostile, MediaPatrolOfAnotherDriveIsNotShown) {
+// Drive 0 was requested, another drive was returned.
+TEST_F(Malformed, MediaPatrolOfAnotherDriveIsNotShown) {
     for (const Fill& fill : fills)
         expectListing("mp -a list -p 1 -i 0", fill, 5, "Disk with ID 0 in controller #0 is not existed\n");
 }
 
-TEST_F(Hostile, MediaPatrolInAnUnknownStateIsIdle) {
+TEST_F(Malformed, MediaPatrolInUnknownStateIsIdle) {
     for (const Fill& fill : fills)
         expectListing("mp -a list -i 0 -p " + fill.next, fill, 0,
                       "Media patrol status : idle\nMedia patrol loop count : " + fill.u16 +
                           "\nMedia patrol error count : " + fill.u16 + "\n");
 }
 
-// The texts that name a drive's kind are handed on with an end of our own.
-TEST_F(Hostile, TheSpeedOptionIsShownAndSet) {
+// The texts that identify a drive's model are terminated before they are passed on.
+TEST_F(Malformed, SpeedOptionIsShownAndSet) {
     for (const Fill& fill : fills)
         for (const int result : kResults) {
-            hostile.fill = fill.byte;
-            hostile.result = result;
+            malformedReply.fill = fill.byte;
+            malformedReply.result = result;
             const std::string shown = "3G option in control 0 disk 0 " + full(fill, 22) + " is on.\n";
             const std::string failed = "3G setting for control 0 disk 0\n";
             expectOutcome(command("phydrv -a list3G -p 1"), result == 0 ? 0 : 8,
                           result == 0 ? shown : "Failed to get the " + failed);
-            EXPECT_EQ(hostile.model, full(fill, 22));
-            EXPECT_EQ(hostile.firmware, full(fill, 38));
+            EXPECT_EQ(malformedReply.model, full(fill, 22));
+            EXPECT_EQ(malformedReply.firmware, full(fill, 38));
             expectOutcome(command("phydrv -a set3G -p 1 -e 1"), result == 0 ? 0 : 8,
                           result == 0 ? "" : "Failed to set the " + failed);
-            EXPECT_EQ(hostile.model, full(fill, 22));
-            EXPECT_EQ(hostile.firmware, full(fill, 38));
+            EXPECT_EQ(malformedReply.model, full(fill, 22));
+            EXPECT_EQ(malformedReply.firmware, full(fill, 38));
         }
 }
 
-// 49 slots take events in turn; the fourth taken is the slot that none was ever stored in.
-TEST_F(Hostile, EventsAreShownAsFarAsTheBufferHoldsThem) {
+// 49 slots are filled in turn; the fourth event read is the slot that is never filled.
+TEST_F(Malformed, EventsAreBoundedByBuffer) {
     for (const Fill& fill : fills) {
         std::string plain = "Event_Index  Event_ID\n", verbose;
         for (int i = 0; i < 50; ++i) {
@@ -252,8 +252,8 @@ TEST_F(Hostile, EventsAreShownAsFarAsTheBufferHoldsThem) {
             verbose += i == 3 ? "EventID: 0x0 \nEvent Desciption: \n"
                               : "EventID: 0x" + fill.hex + " \nEvent Desciption: " + full(fill, 324) + "\n";
         }
-        hostile.fill = fill.byte;
-        hostile.eventsDelivered = UINT32_MAX;
+        malformedReply.fill = fill.byte;
+        malformedReply.eventsDelivered = UINT32_MAX;
         g_EventBuffer = {};
         expectOutcome(command("event -c 100"), 0, plain);
         g_EventBuffer = {};

@@ -1,4 +1,4 @@
-// The lying adapter's answers.
+// The replies of the stub.
 #include "tests/malformed/malformed_reply_stub.h"
 
 #include <cstring>
@@ -6,37 +6,37 @@
 #include "adapter/common.h"
 #include "tests/stub_adapter.h"
 
-MalformedReplyStub hostile;
+MalformedReplyStub malformedReply;
 
 int answer(const char* operation, void* reply, std::size_t size) {
-    ++hostile.calls[operation];
-    if (reply != nullptr && hostile.fill.has_value())
-        std::memset(reply, *hostile.fill, size);
-    return hostile.result;
+    ++malformedReply.calls[operation];
+    if (reply != nullptr && malformedReply.fill.has_value())
+        std::memset(reply, *malformedReply.fill, size);
+    return malformedReply.result;
 }
 
 int answerList(const char* operation, void* reply, std::size_t size) {
     const int result = answer(operation, reply, size);
-    if (hostile.bytesUsed.has_value())
-        std::memcpy(static_cast<char*>(reply) + offsetof(ReplyHeader, bytesUsed), &*hostile.bytesUsed,
-                    sizeof *hostile.bytesUsed);
+    if (malformedReply.bytesUsed.has_value())
+        std::memcpy(static_cast<char*>(reply) + offsetof(ReplyHeader, bytesUsed), &*malformedReply.bytesUsed,
+                    sizeof *malformedReply.bytesUsed);
     return result;
 }
 
 int answerControllers(const char* operation, std::uint32_t* count) {
-    *count = hostile.controllers;
+    *count = malformedReply.controllers;
     return answer(operation, nullptr, 0);
 }
 
-// It delivers as many as were wanted, which may be more than the size says.
+// Delivers the requested number of events, which may be more than the size says.
 int answerEvents(const char* operation, EventQuery* query, void* reply, std::size_t size) {
     const std::size_t wanted = sizeof(ReplyHeader) + query->count * sizeof(HBAEvent);
     const int result = answer(operation, reply, wanted > size ? wanted : size);
-    query->count = hostile.eventsDelivered;
+    query->count = malformedReply.eventsDelivered;
     return result;
 }
 
 void noteDrives(const char* model, const char* firmware) {
-    hostile.model = model;
-    hostile.firmware = firmware;
+    malformedReply.model = model;
+    malformedReply.firmware = firmware;
 }

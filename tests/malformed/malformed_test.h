@@ -1,5 +1,5 @@
-// What the tests over the lying adapter share: the program's commands as typed, an event buffer that
-// starts empty, and the numbers that a fill of every byte comes to.
+// Shared by the tests with malformed replies: running command lines, an event buffer that starts empty, and
+// the numbers that result from filling every byte.
 #pragma once
 
 #include <unistd.h>
@@ -13,16 +13,16 @@
 #include "tests/malformed/malformed_reply_stub.h"
 #include "tests/mock_adapter.h"
 
-class Hostile : public testing::Test {
+class Malformed : public testing::Test {
 protected:
     void SetUp() override {
-        hostile = {};
+        malformedReply = {};
         g_EventBuffer = {};
     }
     // A path for exports, removed with the test.
     const std::string& file() {
         if (path.empty())
-            path = testing::TempDir() + "hostile_" + std::to_string(getpid()) + ".cfg";
+            path = testing::TempDir() + "malformed_" + std::to_string(getpid()) + ".cfg";
         return path;
     }
     void TearDown() override {
@@ -48,19 +48,20 @@ inline std::string times(std::size_t count, const std::string& text) {
     return all;
 }
 
-// Right-justified, as printf does it: longer texts run over.
+// Right-justified as by printf: longer texts are not truncated.
 inline std::string right(std::size_t width, const std::string& text) {
     return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
 }
 
-// One byte everywhere, and what fields of each width then say.
+// One byte everywhere, and the resulting values of fields of each width.
 struct Fill {
     std::uint8_t byte = 0;
     std::string u8 = {}, u16 = {}, next = {}; // next: the 16-bit number plus one
     std::string i32 = {}, u32 = {}, hex = {}, u64 = {};
-    std::string megabytes = {}; // of so many sectors, by 1,048,576 bytes; the bytes wrap at 64 bits
-    std::string thousands = {}; // likewise by 1,000,000
-    std::string members = {};   // of a list of 32 IDs counted from 1, as far as 80 characters hold them
+    std::string megabytes =
+        {}; // of u64 sectors, in units of 1,048,576 bytes; the byte count wraps at 64 bits
+    std::string thousands = {}; // likewise in units of 1,000,000
+    std::string members = {};   // a list of 32 IDs counted from 1, truncated to 80 characters
     std::string extents = {};   // likewise counted from 0
 };
 
@@ -75,7 +76,7 @@ inline const Fill fills[] = {
      "(" + times(25, "65,") + "65)"},
 };
 
-// A text field that is full to its last byte.
+// A text field without a terminating NUL.
 inline std::string full(const Fill& fill, std::size_t size) {
     return {std::string(size, static_cast<char>(fill.byte))};
 }

@@ -1,5 +1,5 @@
-// An adapter that refuses: every operation fails, with results of either sign. What a command says and
-// ends with then, when it finds nothing, and when it finds a drive but may not touch it.
+// An adapter whose every operation fails, with result codes of either sign: the output and result code of
+// commands that find nothing, or find a drive that they must not change.
 #include <fstream>
 #include <iterator>
 
@@ -17,13 +17,13 @@ static void expectRefusals(const std::vector<Refusal>& rows) {
     for (const Refusal& row : rows)
         for (const int result : kFailures) {
             SCOPED_TRACE(row.line + ", result " + std::to_string(result));
-            hostile.result = result;
+            malformedReply.result = result;
             expectOutcome(command(row.line), row.result, row.output);
         }
 }
 
-// Nothing is answered, so nothing is there.
-TEST_F(Hostile, ListingsOfARefusingAdapterFindNothing) {
+// Without replies nothing exists.
+TEST_F(Malformed, ListingsOfFailingAdapterFindNothing) {
     expectRefusals({
         {"ctrl", 0,
          "ID      MemType  MemSize Disks Arrays Enclosures     BIOS Ver   Driver Ver\n"
@@ -62,7 +62,7 @@ TEST_F(Hostile, ListingsOfARefusingAdapterFindNothing) {
     });
 }
 
-TEST_F(Hostile, ChangesOnARefusingAdapterAreRefused) {
+TEST_F(Malformed, ChangesOnFailingAdapterAreRefused) {
     const std::string disk = " disk with ID 0 on controller #0!\n";
     const std::string drive = " physical drive with ID 0 on controller #0!\n";
     expectRefusals({
@@ -97,24 +97,24 @@ TEST_F(Hostile, ChangesOnARefusingAdapterAreRefused) {
 }
 
 namespace {
-// What an operation on a drive that exists prints when it fails, and when it is done.
+// The output of an operation on an existing drive when it fails, and when it succeeds.
 struct Control {
     std::string line, failed, done;
 };
 } // namespace
 
 static void expectControls(std::uint8_t fill, const std::vector<Control>& rows) {
-    hostile.fill = fill;
+    malformedReply.fill = fill;
     for (const Control& row : rows)
         for (const int result : kResults) {
             SCOPED_TRACE(row.line + ", result " + std::to_string(result));
-            hostile.result = result;
+            malformedReply.result = result;
             expectOutcome(command(row.line), result == 0 ? 0 : 8, result == 0 ? row.done : row.failed);
         }
 }
 
-// Filled with 0x80 a logical drive is there, idle, and of a level that any other may follow.
-TEST_F(Hostile, StartsEndByTheResultOfTheirOperation) {
+// Filled with 0x80 a logical drive exists, is idle, and its level may be migrated to any other.
+TEST_F(Malformed, StartsReturnResultOfOperation) {
     expectControls(0x80,
                    {
                        {"init -a start -l 0 -i 0", "Initialization is failed to start on Array 0 Type 4\n",
@@ -133,7 +133,7 @@ TEST_F(Hostile, StartsEndByTheResultOfTheirOperation) {
 }
 
 // Filled with 0xFF all activities run, and none of them is paused.
-TEST_F(Hostile, ControlsOfRunningActivitiesEndByTheResultOfTheirOperation) {
+TEST_F(Malformed, ControlsOfRunningActivitiesReturnResultOfOperation) {
     const std::string stop = " is failed to stop on Array 0.\n";
     expectControls(
         0xFF,
@@ -157,26 +157,26 @@ TEST_F(Hostile, ControlsOfRunningActivitiesEndByTheResultOfTheirOperation) {
         });
 }
 
-// The starts of a busy drive, and what is not paused is not resumed: done without a word.
-TEST_F(Hostile, BusyDrivesAreLeftAlone) {
-    hostile.fill = 0xFF;
+// Starting an activity on a busy drive and resuming one that is not paused: done, without output.
+TEST_F(Malformed, BusyDrivesAreNotChanged) {
+    malformedReply.fill = 0xFF;
     for (const int result : kResults)
         for (const char* line :
              {"init -a start -l 0 -i 0", "init -a resume -l 0 -i 0", "sync -l 0 -i 0",
               "rc -a start -l 0 -i 0", "rc -a resume -l 0 -i 0", "rb -a start -l 0 -i 0 -p 1 -e 0",
               "rb -a resume -l 0 -i 0", "migrate -a start -l 0 -i 0 -s raid=raidmf,count=2",
               "migrate -a resume -l 0 -i 0"}) {
-            hostile.result = result;
+            malformedReply.result = result;
             SCOPED_TRACE(line);
             expectOutcome(command(line), 0, "");
         }
     for (const char* operation : {"q5_startLogDrvInit", "q5_startRedundancyCheck", "q5_migrateHBAArray",
                                   "q5_startHBARebuildExtent", "q5_resumeRebuild", "q5_ResumeMigration"})
-        EXPECT_EQ(hostile.calls[operation], 0) << operation;
+        EXPECT_EQ(malformedReply.calls[operation], 0) << operation;
 }
 
-// Filled with 3 two activities run and are paused: rebuild and initialisation.
-TEST_F(Hostile, PausedActivitiesAreResumedByTheResultOfTheOperation) {
+// Filled with 3 two activities run and are paused: rebuild and initialization.
+TEST_F(Malformed, ResumesReturnResultOfOperation) {
     expectControls(3, {
                           {"init -a resume -l 0 -i 0", "Initialization is failed to resume on Array 0.\n",
                            "Initialization resumed on Array 0.\n"},
@@ -195,10 +195,10 @@ static std::string contents(const std::string& path) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// What was not answered is written as zeroes; drives that were not found are not written.
-TEST_F(Hostile, ExportsOfARefusingAdapterHoldZeroes) {
+// Values without a reply are written as zeroes; drives that were not found are not written.
+TEST_F(Malformed, ExportsOfFailingAdapterContainZeroes) {
     for (const int result : kFailures) {
-        hostile.result = result;
+        malformedReply.result = result;
         expectOutcome(command("export -t 0 -f " + file()), 0, "");
         EXPECT_EQ(contents(file()),
                   "[CrtlSetIndex] 0\n<AutoRebuild> Disable\n<SyncRate> 0\n<InitRate> 0\n<MPRate> 0\n"
@@ -207,20 +207,20 @@ TEST_F(Hostile, ExportsOfARefusingAdapterHoldZeroes) {
     }
 }
 
-// Without a word about its drives a controller has none, so that any drive is one too many.
-TEST_F(Hostile, ImportsIntoARefusingAdapterFindNoDrives) {
+// Without a reply a controller has no drives, so that any drive of the file is one too many.
+TEST_F(Malformed, ImportsIntoFailingAdapterFindNoDrives) {
     std::ofstream(file()) << "[PhyDrvSetIndex] 0\n<PhyDrvCtrlID> 0\n<PhyDrvID> 1\n[End]\n";
     for (const int result : kFailures) {
-        hostile.result = result;
+        malformedReply.result = result;
         expectOutcome(command("import -a -f " + file()), 16,
                       "The physical drive number specified is greater than the one in the controller\n");
-        EXPECT_EQ(hostile.calls["q5_setPhyDrvSettings"], 0);
+        EXPECT_EQ(malformedReply.calls["q5_setPhyDrvSettings"], 0);
     }
 }
 
-TEST_F(Hostile, ImportsWithoutAControllerAreRefused) {
+TEST_F(Malformed, ImportsWithoutControllerAreRefused) {
     std::ofstream(file()) << "[CrtlSetIndex] 0\n[End]\n";
-    hostile.controllers = 0;
+    malformedReply.controllers = 0;
     expectOutcome(command("import -a -f " + file()), 5,
                   "The number of controller in the system is less than the number of controller "
                   "specified!\n");

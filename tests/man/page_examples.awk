@@ -1,6 +1,6 @@
-# Writes each block of the pages' examples as a script of its own, work/NN.example, and each part of a
-# configuration file as a script that imports it. A line "setup" below brings the simulated hardware into
-# the state that an example tells of.
+# Writes each block of the pages' examples to a script of its own, work/NN.example, and each part of a
+# configuration file to a script that imports it. setup() brings the simulated hardware into the state that
+# an example assumes.
 
 function setup(line) {
     if (line ~ /rb -a start -l 0 /)
@@ -12,7 +12,7 @@ function close_block() {
     if (text == "")
         return
     file = sprintf("%s/%02d.example", work, ++blocks)
-    # The second and third block of the rehearsal go on in the world of the one before.
+    # The second and third block of cli_rehearsal(7) continue the block before.
     printf "%s%s%s", (text ~ /replace-drive 0 2/ ? "" : "q5sim reset\n"), before, text > file
     close(file)
     text = before = ""

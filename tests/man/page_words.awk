@@ -1,23 +1,22 @@
-# Takes the words of the commands out of cli(8), one fact on a line, in the form of
-# completions/grammar.txt. What the page says twice or not at all comes out as a line of its own that
-# no table holds:
+# Extracts the words of the commands from cli(8), one fact per line, in the format of
+# completions/grammar.txt. Inconsistencies of the page become lines that are in no table:
 #
-#     <command> undescribed <option>      a form takes it and no item below the heading tells of it
-#     <command> unused <option>           told of or spoken of, and no form takes it
-#     <command> stray <line>              stands where nothing of its kind belongs
+#     COMMAND undescribed OPTION      in a form of the command, but described by no item
+#     COMMAND unused OPTION           described or mentioned, but in no form
+#     COMMAND stray LINE              a line of a kind not expected there
 
 function flush_heading(    option) {
     for (option in used)
-        if (!(option in told))
+        if (!(option in described))
             print heading " undescribed " option
-    for (option in told)
+    for (option in described)
         if (!(option in used))
             print heading " unused " option
     for (option in mentioned)
         if (!(option in taken))
             print heading " unused " option
     split("", used)
-    split("", told)
+    split("", described)
     split("", taken)
     split("", mentioned)
 }
@@ -36,7 +35,7 @@ function new_heading(    i, n, word) {
     }
 }
 
-# An option as the page writes it: a letter, and the name of its value unless it is a flag.
+# The kind of an option, by the name of its value; a flag has none.
 function kind_of(value) {
     return value == "" ? "flag" : value == "file" ? "file" : "value"
 }
@@ -87,18 +86,18 @@ function end_form(    i, k) {
     }
 }
 
-# An item that tells of an option.
-function tell_option(    value) {
+# An item that describes an option.
+function option_item(    value) {
     letter = "-" $3
     value = $4 == "Ar" ? $5 : ""
     kind = kind_of(value)
-    told[letter " " value] = 1
+    described[letter " " value] = 1
     if (NF != 3 && !(NF == 5 && $4 == "Ar") || $2 != "Fl")
         print heading " stray " $0
 }
 
-# An item that tells of a key of the settings, or of one of the values that an option takes.
-function tell_word(line,    part, n, i, k, key) {
+# An item that describes a key of the settings, or one of the values of an option.
+function word_item(line,    part, n, i, k, key) {
     n = split(line, part, " ")
     if (part[1] != "Cm") {
         print heading " stray " line
@@ -122,7 +121,7 @@ function end_item(text) {
     if (depth == 1)
         end_form()
     else if (depth > 2)
-        tell_word(text)
+        word_item(text)
     else
         print heading " stray " text
 }
@@ -130,7 +129,7 @@ function end_item(text) {
 /^\.Sh / { within = $0 == ".Sh COMMANDS"; next }
 !within { next }
 
-# A macro line may go on with the next one.
+# A macro line may continue on the next line.
 continued != "" { $0 = continued $0; continued = "" }
 /\\$/ { continued = substr($0, 1, length($0) - 1); next }
 
@@ -148,8 +147,8 @@ gathering {
 }
 /^\.Fl [A-Za-z]( |$)/ && !/ Cm / { mentioned["-" $2] = 1; next }
 /^\.It / && depth == 1 { print heading " stray " $0; next }
-/^\.It / && depth == 2 { tell_option(); next }
-/^\.It / { tell_word(substr($0, 5)) }
+/^\.It / && depth == 2 { option_item(); next }
+/^\.It / { word_item(substr($0, 5)) }
 
 END {
     flush_heading()

@@ -1,7 +1,7 @@
-// Compares the messages of the sources with the catalogue of messages (docs/messages.md): every message
-// stands in it, with the exit code that the source names, and nothing else does. What is no message is
-// told by narrow rules about the place and the form of a text, or stands in listings.txt.
-//   check_messages <root of the sources>
+// Compares the messages in the sources with the message catalog (docs/messages.md): the catalog lists every
+// message, with the exit status that the source names, and nothing else. Texts that are not messages are
+// recognized by narrow rules about their place and form, or listed in listings.txt.
+//   check_messages ROOT
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -15,33 +15,34 @@
 namespace {
 using Codes = std::set<int>;
 
-struct Catalogue {
-    std::map<std::string, Codes> messages; // with <> in the place of what is filled in
-    std::map<std::string, int> whats;      // the nouns of "Invalid <what> ..."
+struct Catalog {
+    std::map<std::string, Codes> messages; // with <> in place of conversions
+    std::map<std::string, int> whats;      // value names of "Invalid <what> ..."
     Codes explained;                       // rows of the table of exit codes
 };
 
 struct Check {
     std::string root;
     std::map<std::string, int> resultCodes;
-    Catalogue catalogue;
+    Catalog catalog;
     std::map<std::string, bool> listings; // whether seen
-    std::map<std::string, Codes> named;   // codes that the sources name, by message
-    std::set<std::string> found, unnamed; // unnamed: where a source names no code for the message
-    int texts = 0, faults = 0;
+    std::map<std::string, Codes> named;   // by message, the codes that the sources name
+    std::set<std::string> found, unnamed; // unnamed: messages for which a source names no code
+    int texts = 0, errors = 0;
 };
 } // namespace
 
-static void fault(Check* check, const std::string& where, const std::string& what, const std::string& text) {
+static void reportError(Check* check, const std::string& where, const std::string& what,
+                        const std::string& text) {
     std::printf("%s: %s: %s\n", where.c_str(), what.c_str(), text.c_str());
-    ++check->faults;
+    ++check->errors;
 }
 
 static std::string replaced(const std::string& text, const char* pattern, const char* by) {
     return std::regex_replace(text, std::regex(pattern), by);
 }
 
-// A format as the catalogue shows it, but for the names between the brackets.
+// A format as the catalog shows it, without the names between the angle brackets.
 static std::string withoutDirectives(const std::string& format) {
     const std::string filled = replaced(format, R"(%[-0-9.*]*(ll)?[a-z])", "<>");
     return replaced(replaced(filled, "%%", "%"), "<[^<>]*>", "<>");
@@ -65,39 +66,39 @@ static Codes codesOf(const std::string& list) {
     return codes;
 }
 
-// Reads the catalogue. Entries that stand together must be followed by what was changed and what next.
-static void readCatalogue(Check* check) {
+// Reads the catalog. A group of entries must be followed by what was changed and what to do next.
+static void readCatalog(Check* check) {
     const std::regex entry(R"(- `(.*)` \(([0-9, ]+)\))"), what(R"( *\| `([^`]*)` \| ([0-9]+) \|.*)");
     const std::regex partial(R"( *\| `(.*)` \|)"), code(R"(\| ([0-9]+(, [0-9]+)*) \|.*)");
     const std::string name = "docs/messages.md";
-    std::string last, told;
+    std::string last, explanation;
     const auto finish = [&] {
-        if (!last.empty() &&
-            (told.find("Changed: ") == std::string::npos || told.find("Next: ") == std::string::npos))
-            fault(check, name, "does not tell what was changed and what next", last);
+        if (!last.empty() && (explanation.find("Changed: ") == std::string::npos ||
+                              explanation.find("Next: ") == std::string::npos))
+            reportError(check, name, "does not say what was changed and what to do next", last);
         last.clear();
-        told.clear();
+        explanation.clear();
     };
     for (const std::string& line : linesOf(readWhole(check->root + "/" + name))) {
         std::smatch match;
         if (std::regex_match(line, match, entry)) {
-            if (!told.empty())
+            if (!explanation.empty())
                 finish();
             last = match[1];
             const std::string message = replaced(last, "<[^<>]*>", "<>");
-            const bool fresh = check->catalogue.messages.emplace(message, codesOf(match[2])).second;
+            const bool fresh = check->catalog.messages.emplace(message, codesOf(match[2])).second;
             if (!fresh)
-                fault(check, name, "stands there twice", last);
+                reportError(check, name, "is listed twice", last);
         } else if (std::regex_match(line, match, what)) {
-            check->catalogue.whats[match[1]] = std::stoi(match[2]);
+            check->catalog.whats[match[1]] = std::stoi(match[2]);
         } else if (std::regex_match(line, match, partial)) {
-            check->catalogue.messages.emplace(replaced(match[1], "<[^<>]*>", "<>"), Codes{});
+            check->catalog.messages.emplace(replaced(match[1], "<[^<>]*>", "<>"), Codes{});
         } else if (std::regex_match(line, match, code)) {
-            check->catalogue.explained.merge(codesOf(match[1]));
+            check->catalog.explained.merge(codesOf(match[1]));
         } else if (line.starts_with("#")) {
             finish();
         } else {
-            told += line + " ";
+            explanation += line + " ";
         }
     }
     finish();
@@ -118,10 +119,10 @@ static void readResultCodes(Check* check) {
             check->resultCodes[match[1]] = std::stoi(match[2]);
     }
     for (const auto& [name, code] : check->resultCodes)
-        if (check->catalogue.explained.count(code) == 0)
-            fault(check, "util/result.h", "has no row in the table of exit codes", name);
-    if (check->catalogue.explained.size() != check->resultCodes.size())
-        fault(check, "docs/messages.md", "explains exit codes that there are not", "see the table");
+        if (check->catalog.explained.count(code) == 0)
+            reportError(check, "util/result.h", "is missing from the table of exit statuses", name);
+    if (check->catalog.explained.size() != check->resultCodes.size())
+        reportError(check, "docs/messages.md", "lists exit statuses that do not exist", "see the table");
 }
 
 static bool isOneOf(const std::string& name, std::initializer_list<const char*> names) {
@@ -129,10 +130,10 @@ static bool isOneOf(const std::string& name, std::initializer_list<const char*> 
 }
 
 namespace {
-// A place whose arguments are messages, and the result that each of them ends a command with.
+// An argument that is a message, and the result code of a command that prints it.
 struct MessagePlace {
     const char* name;
-    bool list; // a braced list given to it
+    bool list; // of a braced list passed to it
     int argument;
     const char* result;
 };
@@ -152,7 +153,7 @@ static const MessagePlace messagePlaces[] = {
     {"lookupLogDrv", false, 2, "notFound"},    {"report", false, 1, "done"},
 };
 
-// The result that the source names for a message; empty where it names none.
+// The result code that the source names for a message; empty if it names none.
 static std::string namedResult(const SourceText& text) {
     if (text.inner.name == "fail")
         return text.inner.result;
@@ -165,12 +166,12 @@ static std::string namedResult(const SourceText& text) {
     return text.variable.starts_with("noDrive") ? "notFound" : "";
 }
 
-// The same for a message that is printed before the command ends.
+// The same for a message that is printed before a return.
 static std::string returnedResult(const SourceText& text) {
     return isOneOf(text.inner.name, {"printf", "puts"}) ? text.returned : "";
 }
 
-// The creation command ends with one result whatever its parser found; how it does so is looked for too.
+// The creation command returns one result code whatever its parser returned; that is verified too.
 static std::string resultSeen(const Check& check, const SourceText& text, const std::string& result) {
     if (text.file != "commands/creation.cpp" || text.function == "ActivateArray" || result.empty())
         return result;
@@ -185,18 +186,18 @@ static bool endsLikeSentence(const std::string& text) {
     return last != std::string::npos && (text[last] == '!' || text[last] == '.');
 }
 
-// A single word: keys, value words, option letters, file names; also the frames of listings.
+// A single word: a key, value word, option letter or file name, or a frame of a listing.
 static bool isWord(const std::string& text) {
     return text.find(' ') == std::string::npos && !endsLikeSentence(text);
 }
 
-// Nothing but values and their units.
+// Values and their units only.
 static bool isRow(const std::string& text) {
     const std::string rest = replaced(text, R"(%[-0-9.*]*(ll)?[a-z]|%%|MB|KB|Byte)", "");
     return rest.find_first_not_of(" \n\t\r,:#()<>0123456789x-") == std::string::npos;
 }
 
-// "Label : value", or what a label and its colon begin.
+// "Label : value", or a text that begins with a label and a colon.
 static bool isLabelled(const std::string& text) {
     static const std::regex labelled(R"([A-Z0-9][A-Za-z0-9#' ]*(#%d )?: ?([^ :].*\n?)?)");
     static const std::regex errorMessage(R"((Error|Invalid|Failed|Unable|Unknown|No|Warning)\b[\s\S]*)");
@@ -204,7 +205,7 @@ static bool isLabelled(const std::string& text) {
            !endsLikeSentence(text);
 }
 
-// The calls whose texts do not reach the screen, or only as a label.
+// Arguments of calls that print nothing, or only labels.
 static bool isElsewhere(const SourceText& text) {
     if (text.inner.name == "printf" && text.inner.argument > 0)
         return true;
@@ -222,7 +223,7 @@ static bool isWhat(const SourceText& text) {
 
 static void checkWhat(Check* check, const SourceText& text) {
     std::string result = text.inner.name == "countOption" ? "badValue" : "badId";
-    // The result stands behind the noun: it is looked up where the call was written.
+    // The result code comes after the value name; it is looked up in the source of the call.
     if (text.inner.name == "numberOption" && text.message == text.text) {
         const std::string source = readWhole(check->root + "/" + text.file);
         const std::regex call("\"" + text.text + "\", &[A-Za-z>-]+, Result::([A-Za-z]+)");
@@ -230,11 +231,11 @@ static void checkWhat(Check* check, const SourceText& text) {
         if (std::regex_search(source, match, call))
             result = match[1];
     }
-    const auto row = check->catalogue.whats.find(text.text);
-    if (row == check->catalogue.whats.end())
-        fault(check, text.file, "this value has no row in the catalogue", text.text);
+    const auto row = check->catalog.whats.find(text.text);
+    if (row == check->catalog.whats.end())
+        reportError(check, text.file, "this value is missing from the catalog", text.text);
     else if (row->second != check->resultCodes[result])
-        fault(check, text.file, "the catalogue tells another exit code", text.text);
+        reportError(check, text.file, "the catalog has another exit status", text.text);
 }
 
 static void checkMessage(Check* check, const SourceText& text, const std::string& message,
@@ -244,8 +245,8 @@ static void checkMessage(Check* check, const SourceText& text, const std::string
             continue;
         check->found.insert(line);
         const std::string where = text.file + ":" + std::to_string(text.line);
-        if (check->catalogue.messages.count(line) == 0)
-            fault(check, where, "this message is not in the catalogue", line);
+        if (check->catalog.messages.count(line) == 0)
+            reportError(check, where, "this message is not in the catalog", line);
         if (result.empty())
             check->unnamed.insert(line);
         else
@@ -269,12 +270,12 @@ static void checkText(Check* check, const SourceText& text) {
         checkMessage(check, text, text.text, resultSeen(*check, text, returnedResult(text)));
 }
 
-// Complaints about the world of the simulated adapters and those of the hand on it.
+// Error messages of the simulator and of q5sim.
 static void checkSimulatorText(Check* check, const SourceText& text) {
     const bool error = text.inner.name == "WorldError" && text.inner.argument == 1;
     const bool wrapped = text.outer.name == "WorldError" && text.outer.argument == 1; // std::string("...")
     const bool fields = text.inner.name == "error" && text.inner.argument == 1;
-    const bool told = isOneOf(text.inner.name, {"fail", "fputs"});
+    const bool printed = isOneOf(text.inner.name, {"fail", "fputs"});
     ++check->texts;
     if (text.inner.name == "fprintf") {
         check->found.insert(linesOf(withoutDirectives(text.text))[0]);
@@ -282,15 +283,15 @@ static void checkSimulatorText(Check* check, const SourceText& text) {
             frame->second = true;
     } else if (error || fields) {
         checkMessage(check, text, text.message, "");
-    } else if (told && !wrapped) {
+    } else if (printed && !wrapped) {
         const bool named = text.inner.name == "fail" && text.inner.argument == 1;
         checkMessage(check, text, named ? "<>: " + text.text + ": <>" : text.text, "");
     }
 }
 
-static void checkFolder(Check* check, const char* folder, void (*look)(Check*, const SourceText&)) {
+static void checkDirectory(Check* check, const char* directory, void (*checkOne)(Check*, const SourceText&)) {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(check->root + "/" + folder))
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(check->root + "/" + directory))
         names.push_back(entry.path().lexically_relative(check->root).string());
     std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
@@ -298,40 +299,40 @@ static void checkFolder(Check* check, const char* folder, void (*look)(Check*, c
         if (!source || name == "cli/help_texts.h")
             continue;
         for (const SourceText& text : readSourceTexts(check->root + "/" + name, name))
-            look(check, text);
+            checkOne(check, text);
     }
 }
 
-static void checkCatalogue(Check* check) {
-    for (const auto& [message, codes] : check->catalogue.messages) {
+static void checkCatalog(Check* check) {
+    for (const auto& [message, codes] : check->catalog.messages) {
         if (check->found.count(message) == 0)
-            fault(check, "docs/messages.md", "nothing prints this message", message);
+            reportError(check, "docs/messages.md", "nothing prints this message", message);
         const Codes& named = check->named[message];
         const bool all = check->unnamed.count(message) == 0;
         if (!std::includes(codes.begin(), codes.end(), named.begin(), named.end()) ||
             (all && !named.empty() && codes != named))
-            fault(check, "docs/messages.md", "tells other exit codes than the sources", message);
+            reportError(check, "docs/messages.md", "has other exit statuses than the sources", message);
     }
     for (const auto& [text, seen] : check->listings)
         if (!seen)
-            fault(check, "tests/messages/listings.txt", "is in no source", text);
+            reportError(check, "tests/messages/listings.txt", "is in no source", text);
 }
 
 int main(int count, char** words) {
     if (count != 2) {
-        std::fputs("check_messages <root of the sources>\n", stderr);
+        std::fputs("Usage: check_messages ROOT\n", stderr);
         return 2;
     }
     Check check;
     check.root = words[1];
-    readCatalogue(&check);
+    readCatalog(&check);
     readListings(&check);
     readResultCodes(&check);
-    for (const char* folder : {"cli", "commands", "config", "util"})
-        checkFolder(&check, folder, checkText);
-    checkFolder(&check, "simulator", checkSimulatorText);
-    checkCatalogue(&check);
-    std::printf("%d texts looked at, %zu messages in the catalogue, %d faults\n", check.texts,
-                check.catalogue.messages.size(), check.faults);
-    return check.faults == 0 ? 0 : 1;
+    for (const char* directory : {"cli", "commands", "config", "util"})
+        checkDirectory(&check, directory, checkText);
+    checkDirectory(&check, "simulator", checkSimulatorText);
+    checkCatalog(&check);
+    std::printf("%d texts checked, %zu messages in the catalog, %d errors\n", check.texts,
+                check.catalog.messages.size(), check.errors);
+    return check.errors == 0 ? 0 : 1;
 }

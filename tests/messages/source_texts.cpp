@@ -1,4 +1,4 @@
-// A lexer for as much of C++ as this tree uses, and a walk over its tokens that keeps the open brackets.
+// A lexer for the subset of C++ that this tree uses, and a walk over its tokens that tracks open brackets.
 #include "source_texts.h"
 
 #include <cctype>
@@ -48,8 +48,8 @@ static char unescaped(char c) {
     }
 }
 
-// Reads up to the closing quote; at stands behind the opening one.
-static std::string takeQuoted(Lexer* lexer, char quote) {
+// Reads to the closing quote; at is just after the opening one.
+static std::string readQuoted(Lexer* lexer, char quote) {
     std::string text;
     while (lexer->at < lexer->source.size() && lexer->source[lexer->at] != quote) {
         char c = lexer->source[lexer->at++];
@@ -65,14 +65,14 @@ static bool isNameCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
-static std::string takeName(Lexer* lexer) {
+static std::string readName(Lexer* lexer) {
     const std::size_t start = lexer->at;
     while (lexer->at < lexer->source.size() && isNameCharacter(lexer->source[lexer->at]))
         ++lexer->at;
     return lexer->source.substr(start, lexer->at - start);
 }
 
-// Steps over blanks, comments and the directives that hold no text of the program's.
+// Skips blanks, comments and #include directives.
 static bool skipNoise(Lexer* lexer) {
     const std::string& source = lexer->source;
     const char c = source[lexer->at];
@@ -104,13 +104,13 @@ static std::vector<Token> lex(const std::string& source) {
         const char c = source[lexer.at];
         if (c == '"') {
             ++lexer.at;
-            addString(&lexer, takeQuoted(&lexer, '"'));
+            addString(&lexer, readQuoted(&lexer, '"'));
         } else if (c == '\'') {
             ++lexer.at;
-            takeQuoted(&lexer, '\'');
+            readQuoted(&lexer, '\'');
             lexer.tokens.push_back({'i', "'", lexer.line});
         } else if (isNameCharacter(c)) {
-            lexer.tokens.push_back({'i', takeName(&lexer), lexer.line});
+            lexer.tokens.push_back({'i', readName(&lexer), lexer.line});
         } else {
             lexer.tokens.push_back({'p', std::string(1, c), lexer.line});
             ++lexer.at;
@@ -135,7 +135,7 @@ static std::string resultAt(const std::vector<Token>& tokens, std::size_t at) {
     return named ? textAt(tokens, at + 3) : "";
 }
 
-// Where the argument that holds a token ends: at a comma or the bracket that closes its place.
+// The end of the argument that contains a token: a comma or the closing bracket of its place.
 static std::size_t argumentEnd(const std::vector<Token>& tokens, std::size_t at) {
     int depth = 0;
     for (; at < tokens.size(); ++at) {
@@ -150,8 +150,8 @@ static std::size_t argumentEnd(const std::vector<Token>& tokens, std::size_t at)
     return at;
 }
 
-// Joins the texts of an argument; each run of other things between them is a "<>". The conversion of a
-// literal to a string is not a thing of its own.
+// Joins the texts of an argument; each run of other tokens between them becomes "<>". The conversion of a
+// literal to std::string does not count.
 static std::string wholeArgument(const std::vector<Token>& tokens, std::size_t start) {
     std::string message;
     bool filled = false;
@@ -165,7 +165,7 @@ static std::string wholeArgument(const std::vector<Token>& tokens, std::size_t s
     return message + (filled ? "<>" : "");
 }
 
-// What the statement behind the one that holds a token returns.
+// The result code returned by the statement after the one that contains a token.
 static std::string returnedAfter(const std::vector<Token>& tokens, std::size_t at) {
     while (at < tokens.size() && !isPunctuation(tokens[at], ';'))
         ++at;
@@ -175,7 +175,7 @@ static std::string returnedAfter(const std::vector<Token>& tokens, std::size_t a
 static std::string nameBefore(const std::vector<Token>& tokens, std::size_t at) {
     std::size_t before = at;
     if (before > 0 && isPunctuation(tokens[before - 1], '='))
-        --before; // the list a variable is set to goes by the variable's name
+        --before; // a braced list assigned to a variable has the variable's name
     return before > 0 && tokens[before - 1].kind == 'i' ? tokens[before - 1].text : "";
 }
 
@@ -193,7 +193,7 @@ static void followBrackets(Walk* walk, const std::vector<Token>& tokens, std::si
         const std::string name = nameBefore(tokens, at);
         if (c == '(' && walk->open.empty())
             walk->function = name;
-        // The bodies of functions and the insides of namespaces are no place of their own.
+        // Bodies of functions and namespaces are not places.
         const bool body = c == '{' && at > 0 && isPunctuation(tokens[at - 1], ')');
         walk->open.push_back({body ? ' ' : c, name, 0, "", at + 1});
         walk->argumentStart.push_back(at + 1);

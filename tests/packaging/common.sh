@@ -1,6 +1,9 @@
-# Shared by the packaging tests: a folder of the test's own in $stage, and how they complain. Expects
-# set -eu.
 # shellcheck shell=sh
+# Shared by the packaging tests: a temporary directory in $stage, and reporting. Expects set -eu.
+if [ "${1-}" = --help ]; then
+    awk 'NR > 1 && !/^#/ { exit } NR > 1 { sub(/^# ?/, ""); print }' "$0"
+    exit 0
+fi
 stage=$(mktemp -d "${TMPDIR:-/tmp}/packaging.XXXXXX")
 trap 'rm -rf "$stage"' EXIT
 LC_ALL=C
@@ -16,12 +19,12 @@ skip() {
     exit 77
 }
 
-# Complains unless the two files are the same; $1 says of what.
+# same WHAT EXPECTED FOUND: fails unless the two files are identical.
 same() {
     diff -u "$2" "$3" >&2 || fail "$1: - expected, + found"
 }
 
-# Puts the products of a build into the place of those of the one configured in $stage/build.
+# Copies the products of a build to the build directory configured in $stage/build.
 products_of() {
     mkdir -p "$stage/build/bin" "$stage/build/packaging"
     cp "$1/bin/q5sim" "$stage/build/bin/"

@@ -1,7 +1,7 @@
-// A library of somebody else's: only the operations that start-up and the controller listing need,
-// with fixed answers, written from the byte offsets of the records and without the product's headers.
-// It tells the calls of a session's start and end on standard error, and keeps the file open that
-// $FOREIGN_DEVICE names, as a library does with its driver's device.
+// A fake adapter library: only the operations that start-up and the controller listing need, with fixed
+// replies, written from the byte offsets of the records and without the program's headers. It logs the calls
+// that start and end a session to standard error, and keeps the file named by $FAKE_LIB_DEVICE open, as a
+// real library does with its driver's device.
 #include <fcntl.h>
 
 #include <cstdint>
@@ -32,7 +32,7 @@ static void putVersion(void* record, std::size_t offset, std::int32_t first) {
 }
 
 extern "C" int q5_initialize(const void* record) {
-    if (const char* device = std::getenv("FOREIGN_DEVICE"))
+    if (const char* device = std::getenv("FAKE_LIB_DEVICE"))
         static_cast<void>(open(device, O_RDWR));
     std::fprintf(stderr, "initialize %x %d %u\n", get<std::uint32_t>(record, 16),
                  get<std::uint8_t>(record, 20), get<std::uint32_t>(record, 24));
