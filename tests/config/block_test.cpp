@@ -1,35 +1,35 @@
-// The text of a block and the end of its room.
+// The text of a block and its size limit.
 #include "config/block.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-// A block text with a byte behind it that must stay.
+// A block text followed by a byte that must not change.
 class BlockEnd : public testing::Test {
 protected:
-    char room[kBlockTextSize + 1];
-    BlockText block = {room, 0};
+    char buffer[kBlockTextSize + 1];
+    BlockText block = {buffer, 0};
 
-    void SetUp() override { std::memset(room, '#', sizeof room); }
+    void SetUp() override { std::memset(buffer, '#', sizeof buffer); }
     void fill(std::size_t length) {
         append(&block, "%s", std::string(length, 'a').c_str());
         ASSERT_EQ(block.length, length);
     }
     void expectEnd(const std::string& end) {
         EXPECT_EQ(block.length, kBlockTextSize - 1);
-        EXPECT_EQ(std::string(room).substr(block.length - end.size()), end);
-        EXPECT_EQ(room[kBlockTextSize], '#');
+        EXPECT_EQ(std::string(buffer).substr(block.length - end.size()), end);
+        EXPECT_EQ(buffer[kBlockTextSize], '#');
     }
 };
 
-TEST_F(BlockEnd, WhatFitsExactlyIsKept) {
+TEST_F(BlockEnd, KeepsTextThatFitsExactly) {
     fill(kBlockTextSize - 4);
     append(&block, "%d", 123);
     expectEnd("a123");
 }
 
-TEST_F(BlockEnd, WhatDoesNotFitIsDropped) {
+TEST_F(BlockEnd, DropsTextThatDoesNotFit) {
     fill(kBlockTextSize - 3);
     append(&block, "%d", 123);
     expectEnd("a12");
@@ -37,19 +37,19 @@ TEST_F(BlockEnd, WhatDoesNotFitIsDropped) {
     expectEnd("a12");
 }
 
-TEST_F(BlockEnd, WhatIsMuchTooLongIsCut) {
+TEST_F(BlockEnd, CutsLongText) {
     fill(kBlockTextSize - 3);
     append(&block, "%s", std::string(2 * kBlockTextSize, 'b').c_str());
     expectEnd("abb");
 }
 
-TEST_F(BlockEnd, NothingIsAddedByNothing) {
+TEST_F(BlockEnd, AcceptsEmptyText) {
     fill(5);
     append(&block, "%s", "");
     EXPECT_EQ(block.length, 5u);
 }
 
-TEST(BlockWord, IsKeptAsFarAsATokenHolds) {
+TEST(ReadToken, CutsLongWords) {
     const std::string longest(sizeof Token::text - 1, 'w');
     std::FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);

@@ -1,4 +1,4 @@
-// Blocks of which every value is chosen, and the records an adapter would have for them.
+// Sample blocks and the adapter records that they are written from.
 #pragma once
 
 #include "adapter/controller.h"
@@ -51,7 +51,7 @@ inline std::string driveLines(int controller, int driveId) {
            "\n<WriteCache> Enable\n<TCQEnable> Disable\n<NCQEnable> Enable\n[End] \n";
 }
 
-// Three members, drives 1 to 3 as users count; the array's identifier is not the drive's ID.
+// Three members, drives 1 to 3 as typed. The array ID differs from the logical drive ID.
 inline LogDrvInfo raid5Drive() {
     LogDrvInfo drive = {};
     drive.arrayId = 21;
@@ -115,7 +115,7 @@ inline std::string logDrvBlock(int index, int controller) {
                   with(kLogDrvLines, "CtrlID> 1", "CtrlID> " + std::to_string(controller)));
 }
 
-// How many adapters the next count finds.
+// Plans the next adapter count.
 inline void expectAdapters(std::uint32_t count) {
     expectCall("q5_getNumberOfHBA", {}, bytesOf(count));
 }

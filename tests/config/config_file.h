@@ -1,5 +1,4 @@
-// Files of the configuration tests' own: written, read back and changed. What stands in them is in
-// config_blocks.h.
+// Temporary configuration files of the tests. Their contents are in config_blocks.h.
 #pragma once
 
 #include <stdlib.h>
@@ -10,7 +9,7 @@
 
 #include "tests/mock_adapter.h"
 
-// A test with an empty plan and a directory that goes with it.
+// A test without planned calls and with a temporary directory.
 class Configuration : public MockAdapterTest {
 protected:
     void SetUp() override {
@@ -36,8 +35,8 @@ protected:
     std::string path;
 };
 
-// What a block reader makes of the text after a marker, the slot holding noise before. What the reader
-// prints is left in *messages, when given.
+// Reads a block from the text after a marker into a record full of noise. Stores what the reader prints in
+// *messages, which may be null.
 template <typename Record>
 Record readBack(int (*reader)(std::FILE*, Record*), const std::string& text,
                 std::string* messages = nullptr) {
@@ -62,7 +61,7 @@ void put(char (&field)[Size], const std::string& text) {
     std::memcpy(field, text.c_str(), text.size() < Size ? text.size() + 1 : Size);
 }
 
-// The text with the first place of from replaced by to.
+// The text with the first occurrence of from replaced by to.
 inline std::string with(std::string text, const std::string& from, const std::string& to) {
     const std::size_t place = text.find(from);
     EXPECT_NE(place, std::string::npos) << from;

@@ -1,4 +1,4 @@
-// The controller block of the configuration file: as written, read and shown.
+// The controller block of the configuration file: writing, reading and display.
 #include "config/ctrl_block.h"
 
 #include "config/block.h"
@@ -27,7 +27,7 @@ TEST(CtrlBlock, WritesAClearedRecordAsZeroesAndDisabled) {
               "[End] \n");
 }
 
-TEST(CtrlBlock, WritesBytesUnsignedAndAnyFlagThatIsNotZeroAsSet) {
+TEST(CtrlBlock, WritesUnsignedBytesAndNonzeroFlagsAsSet) {
     ControllerSettings settings;
     std::memset(&settings, 0xFF, sizeof settings);
     EXPECT_EQ(blockOf(settings, 128, -1),
@@ -52,13 +52,13 @@ TEST(CtrlBlock, ReadsEveryKeyBack) {
     EXPECT_EQ(record.globalSpareCount, 2);
 }
 
-TEST(CtrlBlock, ABuzzerThatWasOnReadsBackAsOffForOnlyTheWordEnableSetsAFlag) {
+TEST(CtrlBlock, ReadsAnExportedBuzzerAsOff) {
     EXPECT_EQ(readCtrl(" 0 <BuzzerEnable> On [End]").buzzer, 0);
     EXPECT_EQ(readCtrl(" 0 <BuzzerEnable> Off [End]").buzzer, 0);
     EXPECT_EQ(readCtrl(" 0 <BuzzerEnable> Enable [End]").buzzer, 1);
 }
 
-TEST(CtrlBlock, FlagsAreSetByEnableInAnyCaseAndClearedByAnythingElse) {
+TEST(CtrlBlock, SetsFlagsForEnableInAnyCaseOnly) {
     for (const char* word : {"Enable", "enable", "ENABLE"})
         EXPECT_EQ(readCtrl(std::string(" 0 <AutoRebuild> ") + word + " [End]").autoRebuild, 1) << word;
     for (const char* word : {"Disable", "Enabled", "Enabl", "1", "[End]"})
@@ -67,20 +67,20 @@ TEST(CtrlBlock, FlagsAreSetByEnableInAnyCaseAndClearedByAnythingElse) {
             << word;
 }
 
-TEST(CtrlBlock, ARebuildPolicyIsANumberCutToAByte) {
+TEST(CtrlBlock, CutsTheRebuildPolicyToAByte) {
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 255 [End]").rebuildPolicy, 255);
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 256 [End]").rebuildPolicy, 0);
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 257 [End]").rebuildPolicy, 1);
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> -1 [End]").rebuildPolicy, 255);
 }
 
-TEST(CtrlBlock, KeysCountInTheirCaseOnly) {
+TEST(CtrlBlock, RejectsKeysInAnotherCase) {
     EXPECT_EQ(readCtrl(" 0 <syncrate> 5 [End]").syncRate, 0);
     EXPECT_EQ(readCtrl(" 0 <SyncRate> 5 [end] <InitRate> 6 [END] <MPRate> 7 [End]").mpRate, 7);
     EXPECT_EQ(readCtrl(" 0 SyncRate 5 [End]").syncRate, 0);
 }
 
-TEST(CtrlBlock, KeysComeInAnyOrderAndTheLastOfThemWins) {
+TEST(CtrlBlock, AcceptsKeysInAnyOrderAndUsesTheLast) {
     const CtrlConfigRecord record =
         readCtrl(" 0 <GlobalSpare> 9 <SyncRate> 1 <InitRate> 2 <SyncRate> 3 [End]");
     EXPECT_EQ(record.syncRate, 3);
@@ -88,7 +88,7 @@ TEST(CtrlBlock, KeysComeInAnyOrderAndTheLastOfThemWins) {
     EXPECT_EQ(record.globalSpareCount, 9);
 }
 
-TEST(CtrlBlock, WhatIsNoKeyIsPassedOverWithItsValue) {
+TEST(CtrlBlock, SkipsUnknownKeysAndTheirValues) {
     const CtrlConfigRecord record =
         readCtrl(" 0\n<Colour> 17\n<SyncRate> 5\n<PhyDrvID> 3\n[PhyDrvSetIndex] 4\n<InitRate> 6\n[End]");
     EXPECT_EQ(record.setIndex, 0);
@@ -96,7 +96,7 @@ TEST(CtrlBlock, WhatIsNoKeyIsPassedOverWithItsValue) {
     EXPECT_EQ(record.initRate, 6);
 }
 
-TEST(CtrlBlock, TheNextWordIsTriedAsAKeyWhenANumberIsMissing) {
+TEST(CtrlBlock, ReadsTheWordInPlaceOfANumberAsAKey) {
     const CtrlConfigRecord record =
         readCtrl(" 0 <SyncRate> <InitRate> 7 <MPRate> x9 <MigrateRate> 12y [End]");
     EXPECT_EQ(record.syncRate, 0);
@@ -105,7 +105,7 @@ TEST(CtrlBlock, TheNextWordIsTriedAsAKeyWhenANumberIsMissing) {
     EXPECT_EQ(record.migrateRate, 12);
 }
 
-TEST(CtrlBlock, AFlagSwallowsTheNextWordEvenAKey) {
+TEST(CtrlBlock, ReadsTheNextWordAsAFlagEvenAKey) {
     const CtrlConfigRecord record = readCtrl(" 0 <AutoRebuild> <SyncRate> 7 <InitRate> 8 [End]");
     EXPECT_EQ(record.autoRebuild, 0);
     EXPECT_EQ(record.syncRate, 0);
@@ -113,7 +113,7 @@ TEST(CtrlBlock, AFlagSwallowsTheNextWordEvenAKey) {
     EXPECT_EQ(readCtrl(" 0 <AutoRebuild> [End] <SyncRate> 7 [End]").syncRate, 7);
 }
 
-TEST(CtrlBlock, AMissingIndexIsZeroAndTheNextWordAKey) {
+TEST(CtrlBlock, TreatsAMissingIndexAsZero) {
     const CtrlConfigRecord record = readCtrl(" <SyncRate> 5 [End]");
     EXPECT_EQ(record.setIndex, 0);
     EXPECT_EQ(record.syncRate, 5);
@@ -121,7 +121,7 @@ TEST(CtrlBlock, AMissingIndexIsZeroAndTheNextWordAKey) {
     EXPECT_EQ(readCtrl(" +2 [End]").setIndex, 2);
 }
 
-TEST(CtrlBlock, TheEndOfTheFileEndsTheBlock) {
+TEST(CtrlBlock, EndsTheBlockAtTheEndOfTheFile) {
     EXPECT_EQ(readCtrl(" 1 <SyncRate> 5").syncRate, 5);
     EXPECT_EQ(readCtrl(" 1 <SyncRate> 5 <InitRate>").initRate, 0);
     EXPECT_EQ(readCtrl(" 1 <SyncRate> 5 <AutoRebuild>").autoRebuild, 0);
@@ -129,14 +129,14 @@ TEST(CtrlBlock, TheEndOfTheFileEndsTheBlock) {
     EXPECT_EQ(readCtrl("").setIndex, 0);
 }
 
-TEST(CtrlBlock, ALongWordIsCutAndItsRestIsNoWordOfItsOwn) {
+TEST(CtrlBlock, CutsALongWordAndDropsItsRest) {
     const std::string junk(127, 'A');
     EXPECT_EQ(readCtrl(" 0 " + junk + "[End] <SyncRate> 5 [End]").syncRate, 5);
     EXPECT_EQ(readCtrl(" 0 " + std::string(100000, '<') + " <SyncRate> 5 [End]").syncRate, 5);
     EXPECT_EQ(readCtrl(" 0 <AutoRebuild> " + std::string(5000, 'E') + " <SyncRate> 5 [End]").syncRate, 5);
 }
 
-TEST(CtrlBlock, BytesOfAnyValueAreTakenAsTheyCome) {
+TEST(CtrlBlock, AcceptsBytesOfAnyValue) {
     std::string every;
     for (int byte = 0; byte < 256; ++byte)
         every += static_cast<char>(byte);
@@ -160,7 +160,7 @@ static CtrlConfigRecord shownRecord() {
     return record;
 }
 
-TEST(CtrlBlock, ShowsARecordWithoutItsRebuildPolicy) {
+TEST(CtrlBlock, DisplaysARecordWithoutItsRebuildPolicy) {
     EXPECT_EQ(outputOf([] { DisplayControllerConfig(shownRecord()); }),
               kFrameLine +
                   "<<Controller setting #3>>\n"
@@ -178,7 +178,7 @@ TEST(CtrlBlock, ShowsARecordWithoutItsRebuildPolicy) {
                   kFrameLine);
 }
 
-TEST(CtrlBlock, ShowsAnEmptyRecord) {
+TEST(CtrlBlock, DisplaysAnEmptyRecord) {
     EXPECT_EQ(outputOf([] { DisplayControllerConfig({}); }),
               kFrameLine +
                   "<<Controller setting #0>>\n"

@@ -1,4 +1,4 @@
-// What the blocks of an export are made of: the adapters' answers, in the order they are asked for.
+// The blocks of an export, written from the replies of the adapters, with the calls in order.
 #include "config/export.h"
 
 #include "tests/config/export_calls.h"
@@ -23,7 +23,7 @@ static int spares(std::uint32_t controller, int countGlobal) {
     return count;
 }
 
-TEST_F(ExportBlocks, ControllersCarryTheirOwnNumber) {
+TEST_F(ExportBlocks, WritesEachControllerWithItsNumber) {
     expectCtrlBlockRead(0);
     expectSettingsRead(1, {});
     expectBuzzerRead(1, 0);
@@ -35,7 +35,7 @@ TEST_F(ExportBlocks, ControllersCarryTheirOwnNumber) {
     EXPECT_EQ(written(WriteCtrlSettings, 2), ctrlBlock(0) + marked("[CrtlSetIndex]", 1, silent));
 }
 
-TEST_F(ExportBlocks, AControllerThatDoesNotAnswerIsWrittenAsZeroes) {
+TEST_F(ExportBlocks, WritesZeroesForAControllerThatFails) {
     expectSettingsRead(0, controllerSettings());
     expectBuzzerRead(0, 1);
     expectDrivesRead(0, {});
@@ -50,14 +50,14 @@ TEST_F(ExportBlocks, AControllerThatDoesNotAnswerIsWrittenAsZeroes) {
         << text;
 }
 
-TEST_F(ExportBlocks, NoControllerNoBlock) {
+TEST_F(ExportBlocks, WritesNothingWithoutControllers) {
     EXPECT_EQ(written(WriteCtrlSettings, 0), "");
     EXPECT_EQ(written(WritePDSettings, 0), "");
     EXPECT_EQ(written(WriteLDSettings, 0), "");
 }
 
 // The format carries the first drive's spares once for every drive.
-TEST_F(ExportBlocks, SparesAreTheFirstDrivesTimesTheDrives) {
+TEST_F(ExportBlocks, CountsTheSparesOfTheFirstDriveForEachDrive) {
     expectDrivesRead(3, listReply<PhyDrvInfo>({driveWithSpares(3), driveWithSpares(0), driveWithSpares(9)}));
     EXPECT_EQ(spares(3, 1), 6);
     expectDrivesRead(0, listReply<PhyDrvInfo>({driveWithSpares(0), driveWithSpares(9)}));
@@ -66,12 +66,12 @@ TEST_F(ExportBlocks, SparesAreTheFirstDrivesTimesTheDrives) {
     EXPECT_EQ(spares(0, -1), 1);
 }
 
-TEST_F(ExportBlocks, SparesAreNotCountedUnlessAskedFor) {
+TEST_F(ExportBlocks, CountsSparesOnlyOnRequest) {
     expectDrivesRead(0, listReply<PhyDrvInfo>({driveWithSpares(3)}));
     EXPECT_EQ(spares(0, 0), 0);
 }
 
-TEST_F(ExportBlocks, SparesAreCountedNoFurtherThanTheReplyReaches) {
+TEST_F(ExportBlocks, CountsSparesOnlyWithinTheReply) {
     Bytes reply = listReply<PhyDrvInfo>({driveWithSpares(255)}); // 16 extents, all of them spares
     std::memcpy(&reply[36], "\xff\xff\xff\xff", 4);              // 16 drives
     expectDrivesRead(0, reply);
@@ -83,14 +83,14 @@ TEST_F(ExportBlocks, SparesAreCountedNoFurtherThanTheReplyReaches) {
     }
 }
 
-TEST_F(ExportBlocks, DrivesAreNumberedThroughAllControllers) {
+TEST_F(ExportBlocks, NumbersDrivesOverAllControllers) {
     expectDriveSettingsRead(0, listReply<PhyDrvSettings>({driveSettings(0), driveSettings(2)}));
     expectDriveSettingsRead(1, bytesOf(replyHeader(64)));
     expectDriveSettingsRead(2, listReply<PhyDrvSettings>({driveSettings(0)}));
     EXPECT_EQ(written(WritePDSettings, 3), driveBlock(0, 0, 1) + driveBlock(1, 0, 3) + driveBlock(2, 2, 1));
 }
 
-TEST_F(ExportBlocks, DrivesAreWrittenNoFurtherThanTheReplyReaches) {
+TEST_F(ExportBlocks, WritesDrivesOnlyWithinTheReply) {
     Bytes reply = listReply(std::vector<PhyDrvSettings>(16, driveSettings(4)));
     std::memcpy(&reply[36], "\xff\xff\xff\xff", 4);
     expectDriveSettingsRead(0, reply);
@@ -105,14 +105,14 @@ TEST_F(ExportBlocks, DrivesAreWrittenNoFurtherThanTheReplyReaches) {
     }
 }
 
-TEST_F(ExportBlocks, LogicalDrivesAreNumberedThroughAllControllers) {
+TEST_F(ExportBlocks, NumbersLogicalDrivesOverAllControllers) {
     expectLogDrvBlockRead(0);
     expectLogDrvsRead(1, {});
     expectLogDrvBlockRead(2);
     EXPECT_EQ(written(WriteLDSettings, 3), exportedLogDrvBlock(0, 0) + exportedLogDrvBlock(1, 2));
 }
 
-TEST_F(ExportBlocks, SettingsBelongToTheDriveOfTheSamePlace) {
+TEST_F(ExportBlocks, PairsSettingsAndDrivesByPosition) {
     LogDrvInfo second = raid5Drive();
     second.logDrvId = 9;
     second.diskCount = 0;
@@ -131,7 +131,7 @@ TEST_F(ExportBlocks, SettingsBelongToTheDriveOfTheSamePlace) {
               std::string::npos);
 }
 
-TEST_F(ExportBlocks, SettingsThatDoNotComeAreZeroes) {
+TEST_F(ExportBlocks, WritesZeroesForMissingSettings) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 0;
     expectLogDrvsRead(0, {drive});
@@ -152,7 +152,7 @@ static std::string extentsOf(const std::string& text, int index) {
 }
 
 // The owner of an extent is the array's identifier, 21; its logical drive is 4.
-TEST_F(ExportBlocks, ExtentsAreTheFirstOfTheArrayOnEachMember) {
+TEST_F(ExportBlocks, ListsTheFirstExtentOfTheArrayOnEachMember) {
     expectLogDrvsRead(0, {raid5Drive()});
     expectLogDrvSettingsRead(0, {raid5Settings()});
     expectMemberRead(0, 0, {4, 255, 21, 21});
@@ -161,7 +161,7 @@ TEST_F(ExportBlocks, ExtentsAreTheFirstOfTheArrayOnEachMember) {
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(12,10,11)");
 }
 
-TEST_F(ExportBlocks, AMemberWithoutExtentIsLeftOutAndTheFirstDrivesListEndsInDashes) {
+TEST_F(ExportBlocks, SkipsMembersWithoutExtentAndEndsTheFirstListInDashes) {
     expectLogDrvsRead(0, {raid5Drive()});
     expectLogDrvSettingsRead(0, {raid5Settings()});
     expectMemberRead(0, 0, {4, 4});
@@ -170,7 +170,7 @@ TEST_F(ExportBlocks, AMemberWithoutExtentIsLeftOutAndTheFirstDrivesListEndsInDas
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(11,-,-)");
 }
 
-TEST_F(ExportBlocks, TheTailOfAListIsThatOfTheDriveBeforeEvenOfAnotherController) {
+TEST_F(ExportBlocks, KeepsTheEndOfTheListBeforeEvenOfAnotherController) {
     for (std::uint32_t controller : {0u, 1u}) {
         expectLogDrvsRead(controller, {raid5Drive()});
         expectLogDrvSettingsRead(controller, {raid5Settings()});
@@ -191,7 +191,7 @@ TEST_F(ExportBlocks, TheTailOfAListIsThatOfTheDriveBeforeEvenOfAnotherController
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(-,-,-)"); // another pass
 }
 
-TEST_F(ExportBlocks, OnlyTheLowByteOfAnExtentsIndexIsKept) {
+TEST_F(ExportBlocks, WritesTheLowByteOfAnExtentIndex) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 1;
     PhyDrvInfo member = {};
@@ -205,7 +205,7 @@ TEST_F(ExportBlocks, OnlyTheLowByteOfAnExtentsIndexIsKept) {
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(7)");
 }
 
-TEST_F(ExportBlocks, AMemberThatIsGoneHasNoExtent) {
+TEST_F(ExportBlocks, SkipsMissingMembers) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 1;
     expectLogDrvsRead(0, {drive});
@@ -214,7 +214,7 @@ TEST_F(ExportBlocks, AMemberThatIsGoneHasNoExtent) {
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(-)");
 }
 
-TEST_F(ExportBlocks, AnExtentCountBeyondTheRecordIsNotFollowed) {
+TEST_F(ExportBlocks, LimitsTheExtentCountToTheRecord) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 1;
     PhyDrvInfo member = {};
@@ -226,7 +226,7 @@ TEST_F(ExportBlocks, AnExtentCountBeyondTheRecordIsNotFollowed) {
     EXPECT_EQ(extentsOf(written(WriteLDSettings, 1), 0), "(-)");
 }
 
-TEST_F(ExportBlocks, AsManyMembersAreAskedAsARecordCanName) {
+TEST_F(ExportBlocks, LimitsTheMembersToTheRecord) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 65535;
     expectLogDrvsRead(0, {drive});
@@ -237,7 +237,7 @@ TEST_F(ExportBlocks, AsManyMembersAreAskedAsARecordCanName) {
               "(10,10,10,10,10,10,10,10,10,10,10,10,10,10,10,10");
 }
 
-TEST_F(ExportBlocks, LogicalDrivesAreWrittenNoFurtherThanTheReplyReaches) {
+TEST_F(ExportBlocks, WritesLogicalDrivesOnlyWithinTheReply) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 0;
     Bytes reply = listReply(std::vector<LogDrvInfo>(128, drive));

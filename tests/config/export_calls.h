@@ -1,4 +1,4 @@
-// The calls by which an export asks an adapter, and what the adapter answers.
+// The adapter calls of an export and their replies.
 #pragma once
 
 #include "tests/config/config_blocks.h"
@@ -29,7 +29,7 @@ inline void expectLogDrvSettingsRead(std::uint32_t controller, const std::vector
     expectCall("q5_getLogDrvSettings", queryFor(controller, LogDrvQuery{0, 128}, 14912), listReply(settings));
 }
 
-// One member of an array: its extents belong to these arrays and have the indexes 10, 11, 12 and so on.
+// One member of an array. Its extents belong to these arrays and have the indexes 10, 11, 12 and so on.
 inline void expectMemberRead(std::uint32_t controller, std::uint32_t driveId,
                              const std::vector<std::uint16_t>& arrays) {
     PhyDrvInfo drive = {};
@@ -54,7 +54,7 @@ inline PhyDrvInfo driveWithSpares(std::uint8_t extentCount) {
     return drive;
 }
 
-// A controller that answers with controllerSettings(), a buzzer that sounds and two spares.
+// A controller with controllerSettings(), an enabled buzzer and two spares.
 inline void expectCtrlBlockRead(std::uint32_t controller) {
     expectSettingsRead(controller, controllerSettings());
     expectBuzzerRead(controller, 1);

@@ -1,5 +1,5 @@
-// The export command: its options, its file and its failures. What the blocks of each kind are made of is
-// in export_blocks_test.cpp.
+// The export command: its options, its file and its failures. The blocks are tested in
+// export_blocks_test.cpp.
 #include "config/export.h"
 
 #include "tests/config/export_calls.h"
@@ -56,7 +56,7 @@ TEST_F(Export, WritesTheTypesInTheOrderGiven) {
     EXPECT_EQ(contents(), exportedLogDrvBlock(0, 0) + ctrlBlock(0));
 }
 
-TEST_F(Export, AZeroReplacesTheWholeList) {
+TEST_F(Export, WritesEverythingIfTheListHasAZero) {
     expectAdapters(1);
     expectWholePass();
     expectSuccess("2 0 3");
@@ -64,14 +64,14 @@ TEST_F(Export, AZeroReplacesTheWholeList) {
 }
 
 // A blank after the comma is a second separator, with an empty item between them that counts as 0.
-TEST_F(Export, AListWithCommaAndBlankExportsEverything) {
+TEST_F(Export, TreatsAnEmptyListItemAsZero) {
     expectAdapters(1);
     expectWholePass();
     expectSuccess("1, 2");
     EXPECT_EQ(contents(), wholePass);
 }
 
-TEST_F(Export, ATypeGivenTwiceIsWrittenTwiceAndItsIndexesStartAgain) {
+TEST_F(Export, WritesARepeatedTypeTwiceFromIndexZero) {
     expectAdapters(1);
     for (int i = 0; i < 2; ++i)
         expectDriveSettingsRead(0, listReply<PhyDrvSettings>({driveSettings(0), driveSettings(1)}));
@@ -82,14 +82,14 @@ TEST_F(Export, ATypeGivenTwiceIsWrittenTwiceAndItsIndexesStartAgain) {
     EXPECT_EQ(contents(), drives + drives + ctrlBlock(0) + ctrlBlock(0));
 }
 
-TEST_F(Export, OtherTypesAreSkipped) {
+TEST_F(Export, IgnoresOtherTypes) {
     expectAdapters(1);
     expectCtrlBlockRead(0);
     expectSuccess("4 1 99");
     EXPECT_EQ(contents(), ctrlBlock(0));
 }
 
-TEST_F(Export, WithoutTypesTheFileIsEmpty) {
+TEST_F(Export, WritesAnEmptyFileWithoutTypes) {
     write("before");
     expectAdapters(1);
     expectSuccess("");
@@ -99,7 +99,7 @@ TEST_F(Export, WithoutTypesTheFileIsEmpty) {
     EXPECT_EQ(exported({"-f", path}).result, 0);
 }
 
-TEST_F(Export, OptionsComeInAnyOrderAndCaseAndTheLastOfThemCounts) {
+TEST_F(Export, AcceptsOptionsInAnyOrderAndCaseAndUsesTheLast) {
     expectAdapters(1);
     expectCtrlBlockRead(0);
     const CommandOutcome outcome = exported({"-F", directory + "/none/x", "-T", "2", "-f", path, "-t", "1"});
@@ -107,7 +107,7 @@ TEST_F(Export, OptionsComeInAnyOrderAndCaseAndTheLastOfThemCounts) {
     EXPECT_EQ(contents(), ctrlBlock(0));
 }
 
-TEST_F(Export, AnUnknownOptionEndsItBeforeTheFileIsTouched) {
+TEST_F(Export, RejectsUnknownOptionsBeforeCreatingTheFile) {
     write("before");
     for (const char* word : {"-x", "-i", "1", "-tt", ""}) {
         const CommandOutcome outcome = exported({"-t", "1", "-f", path, word});
@@ -117,7 +117,7 @@ TEST_F(Export, AnUnknownOptionEndsItBeforeTheFileIsTouched) {
     EXPECT_EQ(contents(), "before");
 }
 
-TEST_F(Export, AMissingValueIsWhateverTheNextSlotHolds) {
+TEST_F(Export, ReadsAMissingValueFromTheNextSlot) {
     expectAdapters(1);
     expectCtrlBlockRead(0);
     EXPECT_EQ(exported({"-f", path, "-t"}, {"1"}).result, 0);
@@ -127,7 +127,7 @@ TEST_F(Export, AMissingValueIsWhateverTheNextSlotHolds) {
     EXPECT_EQ(contents(), "");
 }
 
-TEST_F(Export, AMissingValueBeyondTheTableIsEmpty) {
+TEST_F(Export, TreatsAMissingValueAfterTheLastSlotAsEmpty) {
     expectAdapters(1);
     const CommandOutcome outcome =
         exported({"-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-f", path, "-t"});
@@ -135,7 +135,7 @@ TEST_F(Export, AMissingValueBeyondTheTableIsEmpty) {
     EXPECT_EQ(contents(), "");
 }
 
-TEST_F(Export, AFileThatCannotBeCreatedIsNamed) {
+TEST_F(Export, NamesAFileThatCannotBeCreated) {
     const std::string missing = directory + "/none/all.cfg";
     const CommandOutcome outcome = exported({"-t", "0", "-f", missing});
     EXPECT_EQ(outcome.result, 12);
@@ -144,13 +144,13 @@ TEST_F(Export, AFileThatCannotBeCreatedIsNamed) {
     EXPECT_EQ(exported({"-t", "0", "-f", directory}).result, 12);
 }
 
-TEST_F(Export, WithoutAFileNameAnEmptyOneCannotBeCreated) {
+TEST_F(Export, ReportsAMissingFileName) {
     const CommandOutcome outcome = exported({"-t", "0"});
     EXPECT_EQ(outcome.result, 12);
     EXPECT_EQ(outcome.output, "Unable to create or open the specified configuration file \"\"\n");
 }
 
-TEST_F(Export, WithoutAnAdapterTheFileIsCreatedEmpty) {
+TEST_F(Export, CreatesAnEmptyFileWithoutAdapters) {
     write("before");
     expectAdapters(0);
     const CommandOutcome outcome = exported({"-t", "0", "-f", path});
@@ -160,7 +160,7 @@ TEST_F(Export, WithoutAnAdapterTheFileIsCreatedEmpty) {
     EXPECT_EQ(contents(), "");
 }
 
-TEST_F(Export, ANumberOfAdaptersThatDoesNotComeIsZero) {
+TEST_F(Export, TreatsAFailedAdapterCountAsZero) {
     expectCall("q5_getNumberOfHBA", {}, {}, 1);
     const CommandOutcome outcome = exported({"-t", "0", "-f", path});
     EXPECT_EQ(outcome.result, 5);
@@ -168,7 +168,7 @@ TEST_F(Export, ANumberOfAdaptersThatDoesNotComeIsZero) {
     EXPECT_EQ(contents(), "");
 }
 
-TEST_F(Export, AFileThatWasNotWrittenWholeIsAsGoodAsNone) {
+TEST_F(Export, ReportsWriteErrors) {
     if (access("/dev/full", W_OK) != 0)
         GTEST_SKIP() << "there is no device that is always full";
     expectAdapters(1);
@@ -178,7 +178,7 @@ TEST_F(Export, AFileThatWasNotWrittenWholeIsAsGoodAsNone) {
     EXPECT_EQ(outcome.output, "Unable to create or open the specified configuration file \"/dev/full\"\n");
 }
 
-TEST_F(Export, ALongFileNameIsUsedWhole) {
+TEST_F(Export, AcceptsLongFileNames) {
     const std::string name = directory + "/" + std::string(200, 'n');
     expectAdapters(1);
     EXPECT_EQ(exported({"-t", "9", "-f", name}).result, 0);

@@ -24,7 +24,7 @@ protected:
         expectLogDrvList(0, {});
         expectOutcome(block, true, 0);
     }
-    void expectRefused(const std::string& block, const std::string& output) {
+    void expectRejected(const std::string& block, const std::string& output) {
         expectChecks(1);
         expectLogDrvList(0, {});
         expectLogDrvList(0, {});

@@ -1,8 +1,8 @@
-// What an import does with the records it keeps: the checks, and the order in which it goes. The words it
-// hands to the commands are in import_words_test.cpp.
+// Applying the selected records: the checks and the order. The arguments of the commands are tested in
+// import_arguments_test.cpp.
 #include "tests/config/import_apply.h"
 
-TEST_F(ImportApply, FewerAdaptersThanControllerRecordsAreRefused) {
+TEST_F(ImportApply, RejectsMoreControllerRecordsThanAdapters) {
     static constexpr char kFewer[] =
         "The number of controller in the system is less than the number of controller specified!\n";
     expectAdapters(1);
@@ -11,25 +11,24 @@ TEST_F(ImportApply, FewerAdaptersThanControllerRecordsAreRefused) {
     expectOutcome(ctrlBlock(0), false, 5, kFewer);
 }
 
-TEST_F(ImportApply, WithoutAdaptersNothingIsDone) {
+TEST_F(ImportApply, DoesNothingWithoutAdapters) {
     expectAdapters(0);
     expectOutcome(driveBlock(0, 0, 1) + logDrvBlock(0, 0), true, 0);
 }
 
-TEST_F(ImportApply, ANumberOfAdaptersThatDoesNotComeIsZero) {
+TEST_F(ImportApply, TreatsAFailedAdapterCountAsZero) {
     expectCall("q5_getNumberOfHBA", {}, {}, 1);
     expectOutcome(driveBlock(0, 0, 1) + logDrvBlock(0, 0), true, 0);
 }
 
-TEST_F(ImportApply, AControllerRecordForAnAdapterThatIsNotThereIsIgnored) {
+TEST_F(ImportApply, IgnoresRecordsOfMissingControllers) {
     expectChecks(1);
     expectOutcome(ctrlBlock(7), false, 0);
     expectChecks(2);
     expectOutcome(ctrlBlock(-1) + ctrlBlock(7), false, 0);
 }
 
-// However many the adapters' library claims.
-TEST_F(ImportApply, OnlyTheFirstFourAdaptersAreLookedAt) {
+TEST_F(ImportApply, UsesOnlyTheFirstFourAdapters) {
     expectAdapters(0xFFFFFFFF);
     for (std::uint32_t controller = 0; controller < 4; ++controller)
         expectDriveCount(controller, 16);
@@ -37,7 +36,7 @@ TEST_F(ImportApply, OnlyTheFirstFourAdaptersAreLookedAt) {
     expectOutcome(driveBlock(0, 3, 1) + driveBlock(1, 4, 1) + ctrlBlock(4), false, 0);
 }
 
-TEST_F(ImportApply, MoreDriveRecordsThanTheControllerHasDrivesAreRefused) {
+TEST_F(ImportApply, RejectsMoreDriveRecordsThanDrives) {
     static constexpr char kMore[] =
         "The physical drive number specified is greater than the one in the controller\n";
     expectAdapters(2);
@@ -52,7 +51,7 @@ TEST_F(ImportApply, MoreDriveRecordsThanTheControllerHasDrivesAreRefused) {
     expectOutcome(driveBlock(0, 0, 1), false, 16, kMore);
 }
 
-TEST_F(ImportApply, AsManyDriveRecordsAsDrivesPass) {
+TEST_F(ImportApply, AcceptsAsManyDriveRecordsAsDrives) {
     expectAdapters(1);
     expectDriveCount(0, 2, 1); // whose result nobody looks at
     expectDriveChange(0, 0);
@@ -60,7 +59,7 @@ TEST_F(ImportApply, AsManyDriveRecordsAsDrivesPass) {
     expectOutcome(driveBlock(0, 0, 1) + driveBlock(1, 0, 5) + driveBlock(2, 1, 1), false, 0);
 }
 
-TEST_F(ImportApply, MoreMembersThanTheControllerHasDrivesAreRefused) {
+TEST_F(ImportApply, RejectsMoreMembersThanDrives) {
     static constexpr char kMore[] =
         "The physical drive member number in logical drive specified is greater than "
         "the one in the controller\n";
@@ -76,26 +75,26 @@ TEST_F(ImportApply, MoreMembersThanTheControllerHasDrivesAreRefused) {
     expectOutcome(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 201"), true, 16, kMore);
 }
 
-TEST_F(ImportApply, DriveRecordsAreCheckedBeforeMembersControllerByController) {
+TEST_F(ImportApply, ChecksDriveRecordsBeforeMembersPerController) {
     expectAdapters(2);
     expectDriveCount(0, 2);
     expectOutcome(logDrvBlock(0, 0) + driveBlock(0, 0, 1) + driveBlock(1, 0, 2) + driveBlock(2, 0, 3), false,
                   16, "The physical drive number specified is greater than the one in the controller\n");
 }
 
-TEST_F(ImportApply, MembersOfControllersThatAreNotThereAreNotChecked) {
+TEST_F(ImportApply, IgnoresMembersOfMissingControllers) {
     expectChecks(1);
     expectLogDrvList(0, {listed(21, 4)});
     expectOutcome(with(logDrvBlock(0, 9), "DiskNum> 3", "DiskNum> 500"), false, 0);
 }
 
-TEST_F(ImportApply, OfTwoRecordsForOneControllerTheFirstIsApplied) {
+TEST_F(ImportApply, AppliesTheFirstOfTwoRecordsForAController) {
     expectChecks(2);
     expectCtrlChange(0);
     expectOutcome(ctrlBlock(0) + with(ctrlBlock(0), "SyncRate> 10", "SyncRate> 11"), false, 0);
 }
 
-TEST_F(ImportApply, GoesControllerByControllerWhateverTheFilesOrder) {
+TEST_F(ImportApply, AppliesControllerByControllerInAnyFileOrder) {
     expectChecks(2);
     expectCtrlChange(0);
     expectDriveChange(0, 3);
@@ -116,13 +115,13 @@ TEST_F(ImportApply, GoesControllerByControllerWhateverTheFilesOrder) {
                   true, 0);
 }
 
-TEST_F(ImportApply, NothingIsDeletedWithoutALogicalDriveRecord) {
+TEST_F(ImportApply, DeletesNothingWithoutALogicalDriveRecord) {
     expectChecks(1);
     expectCtrlChange(0);
     expectOutcome(ctrlBlock(0), true, 0);
 }
 
-TEST_F(ImportApply, OneLogicalDriveRecordClearsEveryController) {
+TEST_F(ImportApply, ClearsEveryControllerForOneLogicalDriveRecord) {
     expectChecks(2);
     expectLogDrvList(0, {listed(20, 4)});
     expectDeletion(0, 20);
@@ -133,7 +132,7 @@ TEST_F(ImportApply, OneLogicalDriveRecordClearsEveryController) {
     expectOutcome(logDrvBlock(0, 1), true, 0);
 }
 
-TEST_F(ImportApply, AControllerWithoutDrivesGetsNoLogicalDriveWork) {
+TEST_F(ImportApply, SkipsLogicalDrivesOfAControllerWithoutDrives) {
     expectAdapters(2);
     expectDriveCount(0, 0);
     expectDriveCount(1, 16);
@@ -143,7 +142,7 @@ TEST_F(ImportApply, AControllerWithoutDrivesGetsNoLogicalDriveWork) {
     expectOutcome(ctrlBlock(0) + with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 0"), true, 0);
 }
 
-TEST_F(ImportApply, FailuresDoNotStopIt) {
+TEST_F(ImportApply, ContinuesAfterFailures) {
     expectChecks(1);
     expectLogDrvList(0, {listed(20, 4), listed(21, 5)});
     expectDeletion(0, 20, 1);
@@ -157,7 +156,7 @@ TEST_F(ImportApply, FailuresDoNotStopIt) {
                   "The logical drive with ID 4 in controller #0 is not existed!\n");
 }
 
-TEST_F(ImportApply, ListsAreFollowedNoFurtherThanTheRepliesReach) {
+TEST_F(ImportApply, ReadsListsOnlyWithinTheReply) {
     Bytes reply = listReply(std::vector<LogDrvInfo>(128, listed(20, 9)));
     std::memcpy(&reply[36], "\xff\xff\xff\xff", 4);
     expectChecks(1);
@@ -171,7 +170,7 @@ TEST_F(ImportApply, ListsAreFollowedNoFurtherThanTheRepliesReach) {
     expectOutcome(logDrvBlock(0, 0), true, 0);
 }
 
-TEST_F(ImportApply, ExistingDrivesTakeTheFirstRecordOfTheirIdInTheOrderOfTheList) {
+TEST_F(ImportApply, AppliesTheFirstRecordOfEachIdInListOrder) {
     const std::string nine = with(with(logDrvBlock(0, 0), "DrvID> 4", "DrvID> 9"), "Data 1", "Nine");
     expectChecks(1);
     expectLogDrvList(0, {listed(4, 9), listed(9, 7), listed(7, 4)});
@@ -181,13 +180,13 @@ TEST_F(ImportApply, ExistingDrivesTakeTheFirstRecordOfTheirIdInTheOrderOfTheList
                   false, 0);
 }
 
-TEST_F(ImportApply, ARecordOfADriveThatDoesNotExistIsIgnored) {
+TEST_F(ImportApply, IgnoresRecordsOfMissingLogicalDrives) {
     expectChecks(1);
     expectLogDrvList(0, {listed(4, 3)});
     expectOutcome(logDrvBlock(0, 0), false, 0);
 }
 
-TEST_F(ImportApply, AListThatDoesNotComeIsEmpty) {
+TEST_F(ImportApply, TreatsAFailedListAsEmpty) {
     expectChecks(2);
     expectLogDrvList(0, {listed(20, 5), listed(21, 6)});
     expectCall("q5_getLogDrvInfo", queryFor(1, LogDrvQuery{0, 128}, 26688), {}, 1);

@@ -1,4 +1,4 @@
-// The calls by which an import checks and changes an adapter.
+// The adapter calls with which an import checks and changes an adapter.
 #pragma once
 
 #include "adapter/creation.h"
@@ -20,7 +20,7 @@ inline void expectChecks(std::uint32_t controllers) {
         expectDriveCount(controller, 16);
 }
 
-// Each of these reads what stands in the adapter, noise, and writes back what the file says.
+// Each of these reads the present settings, which are noise, and writes those of the file.
 inline void expectCtrlChange(std::uint32_t controller,
                              const ControllerSettings& wanted = controllerSettings()) {
     ControllerSettings settings;

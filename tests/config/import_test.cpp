@@ -1,4 +1,4 @@
-// The import command: its options, what it displays and which blocks it keeps. What it does with them is in
+// The import command: its options, the display and the selection of blocks. Applying them is tested in
 // import_apply_test.cpp.
 #include "config/import.h"
 
@@ -77,37 +77,37 @@ TEST_F(Import, DisplaysEveryBlockInFileOrder) {
                   shownDrive(0, 9) + kShownLogDrv + kShownCtrl + shownDrive(1, 1));
 }
 
-TEST_F(Import, DisplaysWhateverIsSelectedAndClearsNothing) {
+TEST_F(Import, DisplaysEverythingDespiteSelectionAndClear) {
     write(ctrlBlock(0) + driveBlock(0, 0, 9));
     const std::string shown = kShownCtrl + shownDrive(0, 9);
     expectOutcome({"-i", "-c", "-f", path}, 0, shown);
     expectOutcome({"-k", "7", "-p", "7", "-l", "7", "-a", "-C", "-F", path, "-I"}, 0, shown);
 }
 
-TEST_F(Import, DisplaysAnAutomaticCacheModeAsWriteThroughForTheReaderKeepsOnlyTheAutomaticBit) {
+TEST_F(Import, DisplaysAnAutomaticCacheModeAsWriteThrough) {
     expectDisplay(with(logDrvBlock(0, 0), "Write Back", "Auto - Write Back"), 0,
                   with(kShownLogDrv, "Write Back", "Auto - Write Through"));
 }
 
-TEST_F(Import, DisplaysAnUnknownLevelAfterTheComplaint) {
+TEST_F(Import, DisplaysAnUnknownLevelAfterTheMessage) {
     expectDisplay(with(logDrvBlock(0, 0), "RAID5", "RAID7"), 0,
                   "Unknown RAID level 'RAID7' specified!\n" +
                       with(kShownLogDrv, "RAID5", "Unknown raid mode"));
 }
 
-TEST_F(Import, MarkersCountInAnyCase) {
+TEST_F(Import, IgnoresTheCaseOfMarkers) {
     expectDisplay(with(driveBlock(0, 0, 9), "[PhyDrvSetIndex]", "[phydrvsetindex]") +
                       with(ctrlBlock(0), "[CrtlSetIndex]", "[CRTLSETINDEX]") +
                       with(logDrvBlock(0, 0), "[LogDrvSetIndex]", "[logDRVsetIndex]"),
                   0, shownDrive(0, 9) + kShownCtrl + kShownLogDrv);
 }
 
-TEST_F(Import, AnEmptyFileShowsNothing) {
+TEST_F(Import, DisplaysNothingOfAnEmptyFile) {
     expectDisplay("", 14, "");
     expectDisplay(" \n\t \r\n", 14, "");
 }
 
-TEST_F(Import, AWordThatIsNoMarkerEndsTheDisplay) {
+TEST_F(Import, StopsTheDisplayAtAnInvalidMarker) {
     expectDisplay("-----\n" + ctrlBlock(0), 13, kBadKeyword);
     expectDisplay(driveBlock(0, 0, 9) + "-----\n" + ctrlBlock(0), 13, shownDrive(0, 9) + kBadKeyword);
     expectDisplay(driveBlock(0, 0, 9) + "[CtrlSetIndex] 0\n[End]\n", 13, shownDrive(0, 9) + kBadKeyword);
@@ -117,11 +117,11 @@ TEST_F(Import, AWordThatIsNoMarkerEndsTheDisplay) {
     expectDisplay("[CrtlSetIndex]" + std::string(1000, ']') + " 0\n", 13, kBadKeyword);
 }
 
-TEST_F(Import, AWordThatTheFileEndsInIsNotComplainedAbout) {
+TEST_F(Import, IgnoresAnInvalidMarkerAtTheEndOfTheFile) {
     expectDisplay(driveBlock(0, 0, 9) + "more", 0, shownDrive(0, 9));
 }
 
-TEST_F(Import, ABlockThatTheFileEndsInCounts) {
+TEST_F(Import, DisplaysABlockWithoutAnEndMarker) {
     expectDisplay(with(driveBlock(0, 0, 9), "[End] \n", ""), 0, shownDrive(0, 9));
     expectDisplay(with(driveBlock(0, 0, 9), "[End] \n", "[End]"), 0, shownDrive(0, 9));
     expectDisplay("[PhyDrvSetIndex]", 0,
@@ -131,7 +131,7 @@ TEST_F(Import, ABlockThatTheFileEndsInCounts) {
                       kFrameLine);
 }
 
-TEST_F(Import, ABlockThatLacksAKeyHasNothingOfTheBlockBefore) {
+TEST_F(Import, ClearsTheRecordBeforeEachBlock) {
     expectDisplay(driveBlock(0, 0, 9) + "[PhyDrvSetIndex] 1\n[End]\n", 0,
                   shownDrive(0, 9) + kFrameLine +
                       "<<Physical drive setting #1>>\nPhysical drive ID : 0\nWrite cache mode : Disable\n"
@@ -139,14 +139,14 @@ TEST_F(Import, ABlockThatLacksAKeyHasNothingOfTheBlockBefore) {
                       kFrameLine);
 }
 
-TEST_F(Import, UnknownOptionsEndItBeforeTheFileIsLookedAt) {
+TEST_F(Import, RejectsUnknownOptionsBeforeOpeningTheFile) {
     for (const char* word : {"-b", "-x", "0", "", "-ii"})
         expectOutcome({"-f", directory + "/none", word}, 1, kBadOption);
     write(ctrlBlock(0));
     expectOutcome({"-f", path, "-a", "-i", "-b", "1"}, 1, kBadOption);
 }
 
-TEST_F(Import, AFileThatCannotBeOpenedIsNamed) {
+TEST_F(Import, NamesAFileThatCannotBeOpened) {
     const std::string missing = directory + "/none.cfg";
     const std::string errorMessage =
         "Unable to open the specified configuration file \"" + missing + "\"!!\n";
@@ -156,8 +156,8 @@ TEST_F(Import, AFileThatCannotBeOpenedIsNamed) {
     expectOutcome({"-i", "-c"}, 12, "Unable to open the specified configuration file \"\"!!\n");
 }
 
-// Each step opens the file anew: it may be gone by then.
-TEST_F(Import, AFileThatHasGoneIsNamed) {
+// Each step opens the file again.
+TEST_F(Import, NamesAFileThatDisappeared) {
     const std::string missing = directory + "/none.cfg";
     const std::string errorMessage =
         "Unable to open the specified configuration file \"" + missing + "\"!!\n";
@@ -173,7 +173,7 @@ TEST_F(Import, AFileThatHasGoneIsNamed) {
     EXPECT_EQ(result, 12);
 }
 
-TEST_F(Import, AMissingValueIsWhateverTheNextSlotHolds) {
+TEST_F(Import, ReadsAMissingValueFromTheNextSlot) {
     write(driveBlock(0, 0, 9));
     const CommandOutcome outcome = imported({"-i", "-f"}, {path});
     EXPECT_EQ(outcome.result, 0);
@@ -185,7 +185,7 @@ TEST_F(Import, AMissingValueIsWhateverTheNextSlotHolds) {
     EXPECT_EQ(imported({"-f", path, "-p"}, {"1"}).result, 0);
 }
 
-TEST_F(Import, AMissingValueBeyondTheTableIsAnEmptyList) {
+TEST_F(Import, TreatsAMissingValueAfterTheLastSlotAsAnEmptyList) {
     write(ctrlBlock(0));
     expectChecks(1);
     const CommandOutcome outcome =
@@ -194,14 +194,14 @@ TEST_F(Import, AMissingValueBeyondTheTableIsAnEmptyList) {
     EXPECT_EQ(outcome.output, "");
 }
 
-TEST_F(Import, AnEmptyFileIsRefusedBeforeAnyAdapterIsAsked) {
+TEST_F(Import, RejectsAnEmptyFileBeforeAnyAdapterCall) {
     write("");
     expectOutcome({"-f", path}, 14, "");
     write(" \n");
     expectOutcome({"-f", path, "-c"}, 14, "");
 }
 
-TEST_F(Import, AnInvalidKeywordIsRefusedBeforeAnyAdapterIsAsked) {
+TEST_F(Import, RejectsAnInvalidKeywordBeforeAnyAdapterCall) {
     write("Settings\n" + ctrlBlock(0));
     expectOutcome({"-f", path}, 13, kBadKeyword);
     write(ctrlBlock(0) + "Settings\n");
@@ -209,7 +209,7 @@ TEST_F(Import, AnInvalidKeywordIsRefusedBeforeAnyAdapterIsAsked) {
     expectOutcome({"-f", path, "-k", "7"}, 13, kBadKeyword);
 }
 
-TEST_F(Import, KeepsEveryBlockByDefault) {
+TEST_F(Import, SelectsEveryBlockByDefault) {
     for (const std::vector<std::string>& options : std::vector<std::vector<std::string>>{{}, {"-a"}}) {
         expectChecks(2);
         expectCtrlChange(0);
@@ -223,7 +223,7 @@ TEST_F(Import, KeepsEveryBlockByDefault) {
     }
 }
 
-TEST_F(Import, OneListDropsTheBlocksOfTheOtherKinds) {
+TEST_F(Import, DropsBlocksOfKindsWithoutAList) {
     expectChecks(2);
     expectCtrlChange(0);
     expectSelected({"-k", "0"});
@@ -232,7 +232,7 @@ TEST_F(Import, OneListDropsTheBlocksOfTheOtherKinds) {
     expectSelected({"-a", "-k", "0", "-a"});
 }
 
-TEST_F(Import, ListsOfDrivesCountFromOneAndNameTheBlockNotTheDrive) {
+TEST_F(Import, SelectsDriveBlocksByIndexFromOne) {
     expectChecks(2);
     expectDriveChange(0, 8);
     expectSelected({"-p", "1"});
@@ -246,7 +246,7 @@ TEST_F(Import, ListsOfDrivesCountFromOneAndNameTheBlockNotTheDrive) {
     expectSelected({"-p", "9"});
 }
 
-TEST_F(Import, ListsOfLogicalDrivesCountFromZero) {
+TEST_F(Import, SelectsLogicalDriveBlocksByIndexFromZero) {
     expectChecks(2);
     expectLogDrvList(0, {listed(21, 4)});
     expectLogDrvList(1, {listed(21, 4)});
@@ -254,7 +254,7 @@ TEST_F(Import, ListsOfLogicalDrivesCountFromZero) {
     expectSelected({"-l", "1"});
 }
 
-TEST_F(Import, ListsOfEveryKindMayBeGivenTogether) {
+TEST_F(Import, AcceptsListsOfEveryKindTogether) {
     expectChecks(2);
     expectLogDrvList(0, {listed(21, 4)});
     expectLogDrvChange(0, 4);
@@ -264,7 +264,7 @@ TEST_F(Import, ListsOfEveryKindMayBeGivenTogether) {
     expectSelected({"-L", "0", "-K", "1", "-P", "2"});
 }
 
-TEST_F(Import, AListGivenTwiceIsReplaced) {
+TEST_F(Import, UsesTheLastOfTwoLists) {
     expectChecks(2);
     expectCtrlChange(1);
     expectSelected({"-k", "0", "-k", "1"});
@@ -275,14 +275,14 @@ TEST_F(Import, AListGivenTwiceIsReplaced) {
     expectSelected({"-k", "0", "-k", ""});
 }
 
-TEST_F(Import, ListsNeedNotBeSorted) {
+TEST_F(Import, AcceptsUnsortedLists) {
     expectChecks(2);
     expectCtrlChange(0);
     expectCtrlChange(1);
     expectSelected({"-k", "9,1,0"});
 }
 
-TEST_F(Import, AListItemThatIsNoNumberIsZero) {
+TEST_F(Import, TreatsAListItemThatIsNotANumberAsZero) {
     expectChecks(2);
     expectCtrlChange(0);
     expectSelected({"-k", "x"});
@@ -292,7 +292,7 @@ TEST_F(Import, AListItemThatIsNoNumberIsZero) {
     expectSelected({"-k", "1, 5"});
 }
 
-TEST_F(Import, AListOfControllersHoldsFour) {
+TEST_F(Import, AcceptsFourControllers) {
     expectChecks(2);
     expectCtrlChange(1);
     expectSelected({"-k", "9,8,7,1"});
@@ -307,7 +307,7 @@ static std::string repeated(const std::string& text, int times) {
     return all;
 }
 
-TEST_F(Import, AListOfDrivesHoldsSixteen) {
+TEST_F(Import, AcceptsSixteenDrives) {
     expectChecks(2);
     expectDriveChange(0, 8);
     expectSelected({"-p", repeated("9,", 15) + "1"});
@@ -315,7 +315,7 @@ TEST_F(Import, AListOfDrivesHoldsSixteen) {
     expectSelected({"-p", repeated("9,", 16) + "1"});
 }
 
-TEST_F(Import, AListOfLogicalDrivesHolds128) {
+TEST_F(Import, Accepts128LogicalDrives) {
     expectChecks(2);
     expectLogDrvList(0, {listed(21, 4)});
     expectLogDrvChange(0, 4);
@@ -329,14 +329,14 @@ TEST_F(Import, AListOfLogicalDrivesHolds128) {
     expectSelected({"-l", repeated(",", 128) + "1"});
 }
 
-TEST_F(Import, ListItemsThatFillTheirWordAreWithinTheirRoom) {
+TEST_F(Import, AcceptsListsThatFillTheirWord) {
     expectChecks(2);
     expectSelected({"-l", repeated("9,", 128)});
     expectChecks(2);
     expectSelected({"-p", std::string(256, '9')});
 }
 
-TEST_F(Import, AsManyBlocksAsThereIsRoomForAreKept) {
+TEST_F(Import, AcceptsTheMaximumNumberOfBlocks) {
     std::string text = repeated("[CrtlSetIndex] 3 [End]\n", 4) +
                        repeated("[PhyDrvSetIndex] 0 <PhyDrvCtrlID> 9 [End]\n", 64) +
                        repeated("[LogDrvSetIndex] 0 <LogyDrvCtrlID> 9 [End]\n", 512);
@@ -349,7 +349,7 @@ TEST_F(Import, AsManyBlocksAsThereIsRoomForAreKept) {
     expectOutcome({"-f", path}, 0, "");
 }
 
-TEST_F(Import, MoreBlocksThanThereIsRoomForAreRefusedBeforeAnyAdapterIsAsked) {
+TEST_F(Import, RejectsTooManyBlocksBeforeAnyAdapterCall) {
     write(repeated("[CrtlSetIndex] 0 [End]\n", 5));
     expectOutcome({"-f", path}, 16, kTooMany);
     write(ctrlBlock(0) + repeated("[PhyDrvSetIndex] 0 [End]\n", 65));
@@ -358,7 +358,7 @@ TEST_F(Import, MoreBlocksThanThereIsRoomForAreRefusedBeforeAnyAdapterIsAsked) {
     expectOutcome({"-f", path, "-c"}, 16, kTooMany);
 }
 
-TEST_F(Import, OnlyTheBlocksKeptNeedRoom) {
+TEST_F(Import, CountsOnlySelectedBlocks) {
     write(repeated("[CrtlSetIndex] 7 [End]\n", 50) + ctrlBlock(0) +
           repeated("[PhyDrvSetIndex] 7 [End]\n", 100) + repeated("[LogDrvSetIndex] 7 [End]\n", 600));
     expectChecks(1);
@@ -366,7 +366,7 @@ TEST_F(Import, OnlyTheBlocksKeptNeedRoom) {
     expectOutcome({"-f", path, "-k", "0"}, 0, "");
 }
 
-TEST_F(Import, ASlotThatABlockLeavesIsClearedForTheNextOne) {
+TEST_F(Import, ClearsASlotForTheNextBlock) {
     write(logDrvBlock(7, 0) + "[LogDrvSetIndex] 0\n<LogDrvID> 4\n<LogDrvName> B\n[End]\n");
     expectChecks(1);
     expectLogDrvList(0, {listed(21, 4)});
@@ -374,7 +374,7 @@ TEST_F(Import, ASlotThatABlockLeavesIsClearedForTheNextOne) {
     expectOutcome({"-f", path, "-l", "0"}, 0, "");
 }
 
-TEST_F(Import, ReadsBackWhatWasExportedInAnyOrder) {
+TEST_F(Import, ReadsExportedBlocksInAnyOrder) {
     write(logDrvBlock(0, 0) + ctrlBlock(0));
     expectChecks(1);
     expectCtrlChange(0);

@@ -1,4 +1,4 @@
-// The logical drive block of the configuration file: as written, read and shown.
+// The logical drive block of the configuration file: writing, reading and display.
 #include "config/logdrv_block.h"
 
 #include "config/block.h"
@@ -49,7 +49,7 @@ TEST(LogDrvBlock, WritesTheSubArraysOfRaid50Only) {
               with(with(kLogDrvLines, "RAID5", "RAID50"), "[End]", "<LogDrvSubArrayCount> 2\n[End]"));
 }
 
-TEST(LogDrvBlock, WritesEveryRaidLevelByItsWord) {
+TEST(LogDrvBlock, WritesEveryRaidLevel) {
     const struct {
         std::uint8_t code;
         const char* word;
@@ -66,7 +66,7 @@ TEST(LogDrvBlock, WritesEveryRaidLevelByItsWord) {
     }
 }
 
-TEST(LogDrvBlock, WritesEveryCacheModeByItsWords) {
+TEST(LogDrvBlock, WritesEveryCacheMode) {
     const struct {
         std::uint32_t code;
         const char* words;
@@ -79,7 +79,7 @@ TEST(LogDrvBlock, WritesEveryCacheModeByItsWords) {
     }
 }
 
-TEST(LogDrvBlock, WritesTheSizeInMillionsOfBytesAndTheSectorsWhole) {
+TEST(LogDrvBlock, WritesTheSizeInMillionsOfBytesAndInSectors) {
     LogDrvInfo drive = raid5Drive();
     drive.sectorCount = 5859375000; // three million million bytes
     EXPECT_EQ(blockOf(drive), with(with(kLogDrvLines, "1024.0000", "3000000.0000"), "2000000", "5859375000"));
@@ -90,7 +90,7 @@ TEST(LogDrvBlock, WritesTheSizeInMillionsOfBytesAndTheSectorsWhole) {
                                    "18446744073709551615"));
 }
 
-TEST(LogDrvBlock, WritesTheSettingsThatOnlyTheSettingsRecordHolds) {
+TEST(LogDrvBlock, WritesValuesOfTheSettingsRecord) {
     LogDrvSettings settings = {};
     EXPECT_EQ(
         blockOf(raid5Drive(), settings, {0, 0, 1}),
@@ -122,13 +122,13 @@ TEST(LogDrvBlock, WritesTheIdsAsUnsigned) {
               with(with(kLogDrvLines, "DrvID> 4", "DrvID> 65535"), "Size> 512", "Size> 4096"));
 }
 
-TEST(LogDrvBlock, ANameThatFillsItsFieldEndsWithIt) {
+TEST(LogDrvBlock, WritesANameThatFillsItsField) {
     LogDrvInfo drive = raid5Drive();
     std::memset(drive.name, 'N', sizeof drive.name);
     EXPECT_EQ(blockOf(drive), with(kLogDrvLines, "Data 1", std::string(88, 'N')));
 }
 
-TEST(LogDrvBlock, MoreMembersThanARecordNamesDoNotLeadBeyondIt) {
+TEST(LogDrvBlock, LimitsTheMembersToTheRecord) {
     LogDrvInfo drive = raid5Drive();
     drive.diskCount = 65535;
     const std::string text = blockOf(drive);
@@ -155,7 +155,7 @@ TEST(LogDrvBlock, ReadsEveryKeyBack) {
     EXPECT_EQ(record.consolidation, 1);
 }
 
-TEST(LogDrvBlock, ReadsTheKeysOfSingleLevelsWhateverTheLevel) {
+TEST(LogDrvBlock, ReadsLevelKeysForEveryLevel) {
     const LogDrvConfigRecord record = readDrive(" 0 <LogDrvParityCnt> 3 <LogDrvSymmetric> 1 <LogDrvShift> -2 "
                                                 "<LogDrvSubArrayCount> 2 <LogDrvRaidMode> RAID1 [End]");
     EXPECT_EQ(record.raidLevel, 1);
@@ -165,7 +165,7 @@ TEST(LogDrvBlock, ReadsTheKeysOfSingleLevelsWhateverTheLevel) {
     EXPECT_EQ(record.subArrayCount, 2);
 }
 
-TEST(LogDrvBlock, TheBlankAfterTheKeyBelongsToTheName) {
+TEST(LogDrvBlock, ReadsTheBlankAfterTheKeyIntoTheName) {
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName> Data 1\n[End] \n").name, " Data 1");
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName>Data\n[End] \n").name, "");
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName>  Data  \n[End] \n").name, "  Data  ");
@@ -173,33 +173,33 @@ TEST(LogDrvBlock, TheBlankAfterTheKeyBelongsToTheName) {
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName>\n[End] \n").name, "");
 }
 
-TEST(LogDrvBlock, ANameEndsAtATabOrACarriageReturnToo) {
+TEST(LogDrvBlock, EndsANameAtATabOrACarriageReturn) {
     const LogDrvConfigRecord tab = readDrive(" 0\n<LogDrvName> Da\tta\n<LogDrvID> 4\n[End] \n");
     EXPECT_STREQ(tab.name, " Da");
     EXPECT_EQ(tab.logDrvId, 4);
     EXPECT_STREQ(readDrive(" 0\r\n<LogDrvName> Data\r\n[End] \r\n").name, " Data");
 }
 
-TEST(LogDrvBlock, ANameMayLookLikeAKeyOrAnEnd) {
+TEST(LogDrvBlock, AcceptsANameThatLooksLikeAKeyOrAnEndMarker) {
     const LogDrvConfigRecord record =
         readDrive(" 0\n<LogDrvName> [End] <LogDrvID> 9\n<LogDrvID> 4\n[End] \n");
     EXPECT_STREQ(record.name, " [End] <LogDrvID> 9");
     EXPECT_EQ(record.logDrvId, 4);
 }
 
-TEST(LogDrvBlock, ALongNameIsCutTo127Characters) {
+TEST(LogDrvBlock, CutsALongNameTo127Characters) {
     const LogDrvConfigRecord record =
         readDrive(" 0\n<LogDrvName> " + std::string(500, 'N') + "\n<LogDrvID> 4\n[End] \n");
     EXPECT_EQ(record.name, " " + std::string(126, 'N'));
     EXPECT_EQ(record.logDrvId, 4);
 }
 
-TEST(LogDrvBlock, ANameThatTheFileEndsInKeepsTheEndsByte) {
+TEST(LogDrvBlock, AppendsTheEndOfFileByteToAName) {
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName> Data").name, " Data\xff");
     EXPECT_STREQ(readDrive(" 0\n<LogDrvName> Data\n").name, " Data");
 }
 
-TEST(LogDrvBlock, EitherAutomaticCacheModeReadsBackAsAutomaticForThatWordIsSoughtFirst) {
+TEST(LogDrvBlock, ReadsBothAutomaticCacheModesAsAutomatic) {
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Auto - Write Back\n[End]").writeMode, 8);
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Auto - Write Through\n[End]").writeMode, 8);
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Write Back\n[End]").writeMode, 1);
@@ -208,12 +208,12 @@ TEST(LogDrvBlock, EitherAutomaticCacheModeReadsBackAsAutomaticForThatWordIsSough
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> sometimes\n[End]").writeMode, -1);
 }
 
-TEST(LogDrvBlock, ACacheModeKeyThatEndsTheFileChangesNothing) {
+TEST(LogDrvBlock, IgnoresACacheModeKeyAtTheEndOfTheFile) {
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode>").writeMode, 0);
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Write Back\n<LogDrvCacheMode>").writeMode, 1);
 }
 
-TEST(LogDrvBlock, AnUnknownLevelIsComplainedAboutAndReadingGoesOn) {
+TEST(LogDrvBlock, ReportsAnUnknownLevelAndContinues) {
     std::string messages;
     const LogDrvConfigRecord record = readDrive(" 0 <LogDrvRaidMode> RAID7 <LogDrvID> 4 [End]", &messages);
     EXPECT_EQ(messages, "Unknown RAID level 'RAID7' specified!\n");
@@ -224,7 +224,7 @@ TEST(LogDrvBlock, AnUnknownLevelIsComplainedAboutAndReadingGoesOn) {
     EXPECT_EQ(messages, "Unknown RAID level 'Unknown' specified!\n");
 }
 
-TEST(LogDrvBlock, ReadsTheInitializationsOfWhichForegroundCannotBeChosen) {
+TEST(LogDrvBlock, ReadsInitializationsExceptForeground) {
     EXPECT_EQ(readDrive(" 0 <LogDrvInitMode> QUICK [End]").initMode, 1);
     EXPECT_EQ(readDrive(" 0 <LogDrvInitMode> back [End]").initMode, 4);
     EXPECT_EQ(readDrive(" 0 <LogDrvInitMode> FORE [End]").initMode, -1);
@@ -241,7 +241,7 @@ TEST(LogDrvBlock, ReadsMissingDrivesAndExtentsAs255) {
     EXPECT_EQ(record.memberCount, 0); // which only <LogDrvDiskNum> gives
 }
 
-TEST(LogDrvBlock, ABadEntryOfAListIsComplainedAboutAndTheEntriesBeforeItStay) {
+TEST(LogDrvBlock, ReportsAnInvalidListEntryAndKeepsTheEntriesBeforeIt) {
     std::string messages;
     const LogDrvConfigRecord record = readDrive(
         " 0 <LogDrvDiskMember> (1,x,3) <LogDrvDiskExtentIndex> 2,1-3 <LogDrvID> 4 [End]", &messages);
@@ -251,7 +251,7 @@ TEST(LogDrvBlock, ABadEntryOfAListIsComplainedAboutAndTheEntriesBeforeItStay) {
     EXPECT_EQ(record.logDrvId, 4);
 }
 
-TEST(LogDrvBlock, ABadListLeavesTheOneBeforeIt) {
+TEST(LogDrvBlock, KeepsTheListBeforeAnInvalidOne) {
     std::string messages;
     const LogDrvConfigRecord record = readDrive(
         " 0 <LogDrvDiskMember> 5,6 <LogDrvDiskExtentIndex> 9,8 <LogDrvDiskMember> x [End]", &messages);
@@ -259,8 +259,8 @@ TEST(LogDrvBlock, ABadListLeavesTheOneBeforeIt) {
     EXPECT_EQ(first(record.memberIds, 3), (std::vector<int>{5, 6, 0}));
 }
 
-// The character that an opening parenthesis is followed by always belongs to the first entry.
-TEST(LogDrvBlock, TheListsOfADriveWithoutMembersReadBackWithAComplaintEach) {
+// The character after an opening parenthesis always belongs to the first entry.
+TEST(LogDrvBlock, ReportsTheEmptyListsOfADriveWithoutMembers) {
     std::string messages;
     const LogDrvConfigRecord record =
         readDrive(" 0\n<LogDrvDiskMember> ()\n<LogDrvDiskExtentIndex> ()\n<LogDrvID> 4\n[End]", &messages);
@@ -268,14 +268,14 @@ TEST(LogDrvBlock, TheListsOfADriveWithoutMembersReadBackWithAComplaintEach) {
     EXPECT_EQ(record.logDrvId, 4);
 }
 
-TEST(LogDrvBlock, TheEndOfTheFileLeavesAListEmpty) {
+TEST(LogDrvBlock, LeavesAListEmptyAtTheEndOfTheFile) {
     std::string messages;
     EXPECT_EQ(first(readDrive(" 0\n<LogDrvDiskMember>", &messages).memberIds, 2), (std::vector<int>{0, 0}));
     EXPECT_EQ(first(readDrive(" 0\n<LogDrvDiskMember> (7", &messages).memberIds, 2),
               (std::vector<int>{7, 0}));
 }
 
-TEST(LogDrvBlock, AListIsReadForSixteenEntries) {
+TEST(LogDrvBlock, ReadsSixteenListEntries) {
     const LogDrvConfigRecord record =
         readDrive(" 0 <LogDrvDiskMember> "
                   "(100,101,102,103,104,105,106,107,108,109,110,111,112,113,114,115,"
@@ -286,24 +286,24 @@ TEST(LogDrvBlock, AListIsReadForSixteenEntries) {
     EXPECT_EQ(record.memberIds[127], 0);
 }
 
-TEST(LogDrvBlock, ALongListIsCut) {
+TEST(LogDrvBlock, CutsALongList) {
     EXPECT_EQ(readDrive(" 0 <LogDrvDiskMember> (" + std::string(2000, '1') + ") <LogDrvID> 4 [End]").logDrvId,
               4);
 }
 
-TEST(LogDrvBlock, SectorCountsHave64Bits) {
+TEST(LogDrvBlock, Reads64BitSectorCounts) {
     EXPECT_EQ(readDrive(" 0 <LogDrvSectorCount> 5859375000 [End]").sectorCount, 5859375000u);
     EXPECT_EQ(readDrive(" 0 <LogDrvSectorCount> 18446744073709551615 [End]").sectorCount, ~std::uint64_t{0});
     EXPECT_EQ(readDrive(" 0 <LogDrvSectorCount> none <LogDrvID> 4 [End]").logDrvId, 4);
 }
 
-TEST(LogDrvBlock, ASizeThatIsNoNumberLeavesItsWordToBeAKey) {
+TEST(LogDrvBlock, ReadsAnInvalidSizeAsAKey) {
     const LogDrvConfigRecord record = readDrive(" 0 <LogDrvSize> <LogDrvID> 4 <LogDrvSize> 1.5e3 [End]");
     EXPECT_EQ(record.logDrvId, 4);
     EXPECT_EQ(record.sizeMB, 1500.0);
 }
 
-TEST(LogDrvBlock, AnEmptyBlockIsAllZeroes) {
+TEST(LogDrvBlock, ReadsAnEmptyBlockAsZeroes) {
     const LogDrvConfigRecord record = readDrive(" [End]");
     EXPECT_EQ(record.setIndex, 0);
     EXPECT_STREQ(record.name, "");
@@ -340,11 +340,11 @@ static LogDrvConfigRecord readRecord() {
     return readDrive(" 6\n" + kLogDrvLines);
 }
 
-TEST(LogDrvBlock, ShowsARecord) {
+TEST(LogDrvBlock, DisplaysARecord) {
     EXPECT_EQ(shown(readRecord()), kShown);
 }
 
-TEST(LogDrvBlock, ShowsTheSubArraysOfRaid50AndTheParityOfRaidMfOnly) {
+TEST(LogDrvBlock, DisplaysSubArraysForRaid50AndParityForRaidMfOnly) {
     LogDrvConfigRecord record = readRecord();
     record.parityCount = 3;
     record.symmetric = 1;
@@ -359,7 +359,7 @@ TEST(LogDrvBlock, ShowsTheSubArraysOfRaid50AndTheParityOfRaidMfOnly) {
               with(body, "RAID5", "RAIDMF") + "ParityCount : 3\nSymmetric : 1\nShift : -2\n" + kFrameLine);
 }
 
-TEST(LogDrvBlock, ShowsUnknownCodesInWords) {
+TEST(LogDrvBlock, DisplaysUnknownCodes) {
     LogDrvConfigRecord record = readRecord();
     record.raidLevel = 255;
     EXPECT_EQ(shown(record), with(kShown, "RAID5", "Unknown raid mode"));
@@ -375,7 +375,7 @@ TEST(LogDrvBlock, ShowsUnknownCodesInWords) {
     EXPECT_EQ(shown(record), with(kShown, "None Init", "Background Init"));
 }
 
-TEST(LogDrvBlock, ShowsAsManyMembersAsTheNumberSaysWithinItsRoom) {
+TEST(LogDrvBlock, LimitsTheDisplayedMembers) {
     LogDrvConfigRecord record = readRecord();
     record.memberCount = 1;
     EXPECT_EQ(shown(record),

@@ -1,4 +1,4 @@
-// The physical drive block of the configuration file: as written, read and shown.
+// The physical drive block of the configuration file: writing, reading and display.
 #include "config/phydrv_block.h"
 
 #include "config/block.h"
@@ -15,12 +15,12 @@ static PhyDrvConfigRecord readDrive(const std::string& text) {
     return readBack(GetPhyDrvConfig, text);
 }
 
-TEST(PhyDrvBlock, WritesItsKeysInOrderAndTheDriveAsUsersCount) {
+TEST(PhyDrvBlock, WritesItsKeysInOrderAndDriveIdsFromOne) {
     EXPECT_EQ(blockOf(1, driveSettings(6)), driveLines(1, 7));
     EXPECT_EQ(blockOf(0, driveSettings(65535)), driveLines(0, 65536));
 }
 
-TEST(PhyDrvBlock, WritesQueuingThatTheDriveLacksAsNotSupported) {
+TEST(PhyDrvBlock, WritesUnsupportedQueuing) {
     PhyDrvSettings settings = {};
     settings.tcqEnabled = 1;
     settings.ncqEnabled = 1;
@@ -29,7 +29,7 @@ TEST(PhyDrvBlock, WritesQueuingThatTheDriveLacksAsNotSupported) {
               "<NCQEnable> not supported\n[End] \n");
 }
 
-TEST(PhyDrvBlock, WritesAnyFlagThatIsNotZeroAsSet) {
+TEST(PhyDrvBlock, WritesNonzeroFlagsAsSet) {
     PhyDrvSettings settings;
     std::memset(&settings, 0x80, sizeof settings);
     settings.pdId = 0;
@@ -48,7 +48,7 @@ TEST(PhyDrvBlock, ReadsEveryKeyBack) {
     EXPECT_EQ(record.ncq, 1);
 }
 
-TEST(PhyDrvBlock, QueuingThatWasNotSupportedReadsBackAsDisabledForAFlagIsOneWord) {
+TEST(PhyDrvBlock, ReadsUnsupportedQueuingAsDisabled) {
     const PhyDrvConfigRecord record = readDrive(" 0\n<TCQEnable> Enable\n<TCQEnable> not supported\n"
                                                 "<NCQEnable> Enable\n<NCQEnable> not supported\n"
                                                 "<PhyDrvID> 9\n[End] \n");
@@ -57,7 +57,7 @@ TEST(PhyDrvBlock, QueuingThatWasNotSupportedReadsBackAsDisabledForAFlagIsOneWord
     EXPECT_EQ(record.driveId, 9);
 }
 
-TEST(PhyDrvBlock, AnEmptyBlockIsAllZeroes) {
+TEST(PhyDrvBlock, ReadsAnEmptyBlockAsZeroes) {
     const PhyDrvConfigRecord record = readDrive(" [End]");
     EXPECT_EQ(record.setIndex, 0);
     EXPECT_EQ(record.controller, 0);
@@ -67,7 +67,7 @@ TEST(PhyDrvBlock, AnEmptyBlockIsAllZeroes) {
     EXPECT_EQ(record.ncq, 0);
 }
 
-TEST(PhyDrvBlock, ShowsNcqBeforeTcqAndNoController) {
+TEST(PhyDrvBlock, DisplaysNcqBeforeTcqAndNoController) {
     PhyDrvConfigRecord record = {};
     record.setIndex = 5;
     record.controller = 1;

@@ -1,10 +1,10 @@
-// The words that an import hands to the commands, by what the commands make of them.
+// The command arguments that an import builds, tested by the adapter calls of the commands.
 #include "config/import_set.h"
 #include "tests/config/import_apply.h"
 
-using ArgvBuilder = ImportApply;
+using ImportArguments = ImportApply;
 
-TEST_F(ArgvBuilder, ControllerFlagsAreSetByAnyPolicyThatIsNotZero) {
+TEST_F(ImportArguments, SetsControllerFlagsForNonzeroPolicies) {
     ControllerSettings wanted = controllerSettings();
     expectCtrlApplied(with(ctrlBlock(0), "Policy> 1", "Policy> 7"), wanted);
     wanted.rebuildPolicy = 0;
@@ -17,14 +17,14 @@ TEST_F(ArgvBuilder, ControllerFlagsAreSetByAnyPolicyThatIsNotZero) {
         wanted);
 }
 
-// No call but those of the settings: the plan would name it.
-TEST_F(ArgvBuilder, BuzzersAndSparesAreNotApplied) {
+// Any other call would fail the test.
+TEST_F(ImportArguments, IgnoresBuzzersAndSpares) {
     expectCtrlApplied(
         with(with(ctrlBlock(0), "<BuzzerEnable> On", "<BuzzerEnable> Enable"), "Spare> 2", "Spare> 9"),
         controllerSettings());
 }
 
-TEST_F(ArgvBuilder, SettingsOutOfRangeAreRefusedByTheCommand) {
+TEST_F(ImportArguments, LeavesRangeChecksToTheCommand) {
     ControllerSettings settings = {};
     expectChecks(1);
     expectCall("q5_getControllerSettings", queryFor(0, ControllerQuery{0, 1, 0, {}}, 88), bytesOf(settings));
@@ -34,7 +34,7 @@ TEST_F(ArgvBuilder, SettingsOutOfRangeAreRefusedByTheCommand) {
                   "mprate is out of range!\nIncorrect parameters!\n");
 }
 
-TEST_F(ArgvBuilder, TheControllersWordsFitWhateverItsNumbers) {
+TEST_F(ImportArguments, FitsTheLongestControllerNumbers) {
     std::string block = ctrlBlock(0);
     for (const char* number : {"> 10\n", "> 20\n", "> 30\n", "> 40\n", "> 50\n", "> 60\n", "> 7\n"})
         block = with(block, number, "> -2147483648\n");
@@ -47,7 +47,7 @@ TEST_F(ArgvBuilder, TheControllersWordsFitWhateverItsNumbers) {
                   "mprate is out of range!\nIncorrect parameters!\n");
 }
 
-TEST_F(ArgvBuilder, DriveFlagsAreAppliedEachToItsOwn) {
+TEST_F(ImportArguments, AppliesEachDriveFlag) {
     const std::string off = with(with(driveBlock(0, 0, 7), "Cache> Enable", "Cache> Disable"),
                                  "NCQEnable> Enable", "NCQEnable> not supported");
     for (const DriveFlags& wanted : {DriveFlags{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}}) {
@@ -64,7 +64,7 @@ TEST_F(ArgvBuilder, DriveFlagsAreAppliedEachToItsOwn) {
     }
 }
 
-TEST_F(ArgvBuilder, ADriveIdIsTypedAsTheFileHasIt) {
+TEST_F(ImportArguments, PassesDriveIdsFromOne) {
     expectChecks(1);
     expectDriveChange(0, 0xFFFFFFFF);
     expectOutcome(driveBlock(0, 0, 0), false, 0);
@@ -72,7 +72,7 @@ TEST_F(ArgvBuilder, ADriveIdIsTypedAsTheFileHasIt) {
     expectOutcome(driveBlock(0, 0, -1), false, 0, "Invalid physical drive ID '-1' specified\n");
 }
 
-TEST_F(ArgvBuilder, LogicalDriveSettingsTakeTheModeThatWasRead) {
+TEST_F(ImportArguments, AppliesTheCacheModeOfTheFile) {
     const std::string block = logDrvBlock(0, 0);
     expectLogDrvModified(with(block, "Write Back", "Write Through"), {0, 8, 1, "Data 1"});
     expectLogDrvModified(with(block, "Write Back", "Auto - Write Back"), {8, 8, 1, "Data 1"});
@@ -80,7 +80,7 @@ TEST_F(ArgvBuilder, LogicalDriveSettingsTakeTheModeThatWasRead) {
     expectLogDrvModified(with(block, "Write Back", "sometimes"), {8, 8, 1, "Data 1"}); // unknown: automatic
 }
 
-TEST_F(ArgvBuilder, LogicalDriveSettingsAreAppliedWhole) {
+TEST_F(ImportArguments, AppliesAllLogicalDriveSettings) {
     const std::string block = logDrvBlock(0, 0);
     expectLogDrvModified(with(block, "tion> Enable", "tion> Disable"), {1, 8, 0, "Data 1"});
     expectLogDrvModified(with(block, "Value> 8", "Value> 0"), {1, 0, 1, "Data 1"});
@@ -89,7 +89,7 @@ TEST_F(ArgvBuilder, LogicalDriveSettingsAreAppliedWhole) {
     expectLogDrvModified(with(block, "Data 1", "A,b"), {1, 8, 1, "A"}); // a comma ends an item
 }
 
-TEST_F(ArgvBuilder, LogicalDriveSettingsThatAreRefusedAreTheCommandsConcern) {
+TEST_F(ImportArguments, ReportsRejectedLogicalDriveSettings) {
     expectChecks(1);
     expectLogDrvList(0, {listed(21, 4)});
     expectCall("q5_getLogDrvSettings", queryFor(0, LogDrvQuery{4, 1}, 180),
@@ -97,7 +97,7 @@ TEST_F(ArgvBuilder, LogicalDriveSettingsThatAreRefusedAreTheCommandsConcern) {
     expectOutcome(with(logDrvBlock(0, 0), "Value> 8", "Value> 9"), false, 0, "Invalid parameters defined\n");
 }
 
-TEST_F(ArgvBuilder, ALongNameIsCutToTheSettingsField) {
+TEST_F(ImportArguments, CutsALongNameToTheSettingsField) {
     expectLogDrvModified(with(logDrvBlock(0, 0), "Data 1", std::string(300, 'N')),
                          {1, 8, 1, std::string(31, 'N')});
     CreateArrayRequest request = creation();
@@ -105,18 +105,18 @@ TEST_F(ArgvBuilder, ALongNameIsCutToTheSettingsField) {
     expectCreated(with(logDrvBlock(0, 0), "Data 1", std::string(300, 'N')), request);
 }
 
-TEST_F(ArgvBuilder, CreatesALogicalDriveFromItsRecord) {
+TEST_F(ImportArguments, CreatesALogicalDriveFromItsRecord) {
     expectCreated(logDrvBlock(0, 0), creation());
 }
 
-TEST_F(ArgvBuilder, TheSizeIsTheSectorCountWhateverTheMegabytesSay) {
+TEST_F(ImportArguments, TakesTheSizeFromTheSectorCount) {
     CreateArrayRequest request = creation();
     request.capacity = 5859375000; // three million million bytes
     expectCreated(with(logDrvBlock(0, 0), "2000000", "5859375000"), request);
     expectCreated(with(logDrvBlock(0, 0), "1024.0000", "1.0000"), creation());
 }
 
-TEST_F(ArgvBuilder, RaidMfCarriesItsParityAndOtherLevelsDoNot) {
+TEST_F(ImportArguments, PassesParityForRaidMfOnly) {
     const std::string keys = "<LogDrvParityCnt> 3\n<LogDrvSymmetric> 1\n<LogDrvShift> -2\n"
                              "<LogDrvSubArrayCount> 2\n[End]";
     const std::string block = with(logDrvBlock(0, 0), "[End]", keys);
@@ -129,16 +129,16 @@ TEST_F(ArgvBuilder, RaidMfCarriesItsParityAndOtherLevelsDoNot) {
     expectCreated(with(block, "RAID5", "RAIDMF"), request);
 }
 
-TEST_F(ArgvBuilder, Raid50CarriesItsSubArraysAndOtherLevelsDoNot) {
+TEST_F(ImportArguments, PassesSubArraysForRaid50Only) {
     const std::string block = with(logDrvBlock(0, 0), "[End]", "<LogDrvSubArrayCount> 3\n[End]");
     CreateArrayRequest request = creation();
     expectCreated(block, request);
     request.raidLevel = 80;
     expectCreated(with(with(block, "RAID5", "RAID50"), "Count> 3", "Count> 2"), request);
-    expectRefused(with(block, "RAID5", "RAID50"), "Incorrect parameters!\n"); // no adapter splits in three
+    expectRejected(with(block, "RAID5", "RAID50"), "Incorrect parameters!\n"); // no adapter splits in three
 }
 
-TEST_F(ArgvBuilder, EveryLevelIsCreatedByItsWord) {
+TEST_F(ImportArguments, CreatesEveryLevel) {
     const struct {
         const char* word;
         std::uint16_t code;
@@ -150,7 +150,7 @@ TEST_F(ArgvBuilder, EveryLevelIsCreatedByItsWord) {
     }
 }
 
-TEST_F(ArgvBuilder, AJbodIsAsLargeAsItsDrive) {
+TEST_F(ImportArguments, CreatesAJbodAsLargeAsItsDrive) {
     CreateArrayRequest request = creation();
     request.raidLevel = 10;
     request.capacity = 0;
@@ -161,7 +161,7 @@ TEST_F(ArgvBuilder, AJbodIsAsLargeAsItsDrive) {
     expectCreated(with(with(logDrvBlock(0, 0), "RAID5", "JBOD"), "DiskNum> 3", "DiskNum> 1"), request);
 }
 
-TEST_F(ArgvBuilder, AnInitializationSetByHandIsHonouredButForForeground) {
+TEST_F(ImportArguments, AppliesEditedInitializationsExceptForeground) {
     CreateArrayRequest request = creation();
     expectCreated(with(logDrvBlock(0, 0), "NONE", "FORE"), request);
     request.initialization = 1;
@@ -170,7 +170,7 @@ TEST_F(ArgvBuilder, AnInitializationSetByHandIsHonouredButForForeground) {
     expectCreated(with(logDrvBlock(0, 0), "NONE", "BACK"), request);
 }
 
-TEST_F(ArgvBuilder, SizesOfStripesAndSectorsAreApplied) {
+TEST_F(ImportArguments, AppliesStripeAndSectorSizes) {
     CreateArrayRequest request = creation();
     request.stripeSize = 128;
     request.sectorSize = 4096;
@@ -179,23 +179,23 @@ TEST_F(ArgvBuilder, SizesOfStripesAndSectorsAreApplied) {
                   request);
 }
 
-TEST_F(ArgvBuilder, ABadStripeIsTheCommandsConcern) {
-    expectRefused(with(logDrvBlock(0, 0), "StripeSize> 64", "StripeSize> 256"),
-                  "Incorrect stripe size!\nIncorrect parameters!\n");
+TEST_F(ImportArguments, ReportsAnInvalidStripe) {
+    expectRejected(with(logDrvBlock(0, 0), "StripeSize> 64", "StripeSize> 256"),
+                   "Incorrect stripe size!\nIncorrect parameters!\n");
 }
 
-TEST_F(ArgvBuilder, AnUnknownLevelIsNotCreated) {
-    expectRefused(
+TEST_F(ImportArguments, RejectsAnUnknownLevel) {
+    expectRejected(
         with(logDrvBlock(0, 0), "RAID5", "RAID7"),
         "Unknown RAID level 'RAID7' specified!\nUnknown RAID level 'Unknown raid mode' specified!\n");
 }
 
-TEST_F(ArgvBuilder, WithoutMembersNothingIsCreated) {
-    expectRefused(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 0"), "No physical drive is defined!\n");
-    expectRefused(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> -7"), "No physical drive is defined!\n");
+TEST_F(ImportArguments, CreatesNothingWithoutMembers) {
+    expectRejected(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 0"), "No physical drive is defined!\n");
+    expectRejected(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> -7"), "No physical drive is defined!\n");
 }
 
-TEST_F(ArgvBuilder, AMemberListLongerThanItsWordIsCut) {
+TEST_F(ImportArguments, CutsALongMemberList) {
     std::string list = "(100";
     CreateArrayRequest request = creation();
     request.memberCount = 16;
@@ -212,7 +212,7 @@ TEST_F(ArgvBuilder, AMemberListLongerThanItsWordIsCut) {
                   0);
 }
 
-TEST_F(ArgvBuilder, MembersThatTheFileDoesNotNameAreZeroes) {
+TEST_F(ImportArguments, FillsMissingMembersWithZeroes) {
     CreateArrayRequest request = creation();
     request.memberCount = 5;
     request.member[3].driveId = 0xFFFFFFFF; // typed as 0, and lowered
@@ -220,14 +220,14 @@ TEST_F(ArgvBuilder, MembersThatTheFileDoesNotNameAreZeroes) {
     expectCreated(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 5"), request);
 }
 
-TEST_F(ArgvBuilder, NoRecordNoCall) {
+TEST_F(ImportArguments, IgnoresNullRecords) {
     EXPECT_EQ(ImpFileSetCtrlSettings(nullptr), 0);
     EXPECT_EQ(ImpFileSetPhydrvSettings(nullptr), 0);
     EXPECT_EQ(ImpFileSetLogSettings(nullptr), 0);
     EXPECT_EQ(ImpFileCreateLogDrv(nullptr), 0);
 }
 
-TEST_F(ArgvBuilder, TheResultOfACommandIsItsOwn) {
+TEST_F(ImportArguments, IgnoresTheResultOfTheCommand) {
     CtrlConfigRecord ctrl = {};
     ctrl.setIndex = -1;
     PhyDrvConfigRecord drive = {};
