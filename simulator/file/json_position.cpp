@@ -1,5 +1,5 @@
-// Finds the line of a value in a JSON text, so that an error in a hand-edited file names its line. The
-// text has been parsed before, so nothing is checked here.
+// Finds the line of a value in a JSON text, so that an error in a hand-edited file names its line. Except
+// for findDeepNesting, the text has been parsed before, so nothing is checked here.
 #include <algorithm>
 #include <set>
 
@@ -62,6 +62,24 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
             at++;
     }
     return false;
+}
+
+std::size_t findDeepNesting(const std::string& text, int limit) {
+    int depth = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] == '"') {
+            parseString(text, at);
+            continue;
+        }
+        if (text[at] == '{' || text[at] == '[')
+            depth++;
+        else if (text[at] == '}' || text[at] == ']')
+            depth--;
+        if (depth > limit)
+            return at;
+        at++;
+    }
+    return std::string::npos;
 }
 
 std::size_t findDuplicateKey(const std::string& text) {

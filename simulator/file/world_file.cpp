@@ -2,35 +2,33 @@
 #include "simulator/file/world_file.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace q5sim {
 
-static std::int64_t nanoseconds(const ::timespec& time) {
-    return static_cast<std::int64_t>(time.tv_sec) * 1000000000 + time.tv_nsec;
-}
-
-FileStamp fileStamp(const std::string& path) {
+bool fileExists(const std::string& path) {
     struct ::stat info;
-    if (::stat(path.c_str(), &info) != 0)
-        return {};
-    return {
-        true, info.st_dev, info.st_ino, info.st_size, nanoseconds(info.st_mtim), nanoseconds(info.st_ctim)};
+    return ::stat(path.c_str(), &info) == 0;
 }
 
-std::string realPath(const std::string& path) {
+static bool isLink(const std::string& path) {
+    struct ::stat info;
+    return ::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+}
+
+bool resolveLinks(const std::string& path, std::string& real) {
     char* found = ::realpath(path.c_str(), nullptr);
-    if (found == nullptr)
-        return path;
-    std::string real = found;
+    const int cause = errno;
+    real = found != nullptr ? found : path;
     std::free(found);
-    return real;
+    if (found != nullptr || !isLink(path))
+        return true;
+    errno = cause;
+    return false;
 }
 
 static bool readAll(int file, std::size_t limit, std::string& text) {
@@ -105,15 +103,27 @@ static void syncDirectoryOf(const std::string& path) {
     ::close(directory);
 }
 
-bool replaceFile(const std::string& path, const std::string& text) {
-    const std::string temporary = path + ".new";
-    ::unlink(temporary.c_str()); // left behind by a killed program
-    const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-    if (file < 0)
-        return false;
+static int createTemporary(const std::string& path) {
+    ::unlink(path.c_str()); // left behind by a killed program
+    return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+}
+
+static void keepPermissions(int file, const std::string& path) {
     struct ::stat old;
     if (::stat(path.c_str(), &old) == 0)
-        ::fchmod(file, old.st_mode & 0777); // keep its permissions
+        ::fchmod(file, old.st_mode & 0777);
+}
+
+bool replaceFile(const std::string& path, const std::string& text) {
+    if (isLink(path)) { // it replaced the file during the session
+        errno = ELOOP;
+        return false;
+    }
+    const std::string temporary = path + ".new";
+    const int file = createTemporary(temporary);
+    if (file < 0)
+        return false;
+    keepPermissions(file, path);
     bool good = writeAll(file, text) && ::fsync(file) == 0;
     good = closeKeepingErrno(file) == 0 && good;
     good = good && std::rename(temporary.c_str(), path.c_str()) == 0;
@@ -134,20 +144,22 @@ bool makeDirectoriesFor(const std::string& path) {
     return true;
 }
 
-int lockFile(const std::string& path) {
-    const int lock = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    if (lock < 0)
-        return -1;
+static bool waitForLock(int file) {
     struct ::flock whole = {};
     whole.l_type = F_WRLCK;
     whole.l_whence = SEEK_SET;
-    while (::fcntl(lock, F_SETLKW, &whole) != 0) {
-        if (errno != EINTR) {
-            closeKeepingErrno(lock);
-            return -1;
-        }
-    }
-    return lock;
+    while (::fcntl(file, F_SETLKW, &whole) != 0)
+        if (errno != EINTR)
+            return false;
+    return true;
+}
+
+int lockFile(const std::string& path) {
+    const int lock = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
+    if (lock < 0 || waitForLock(lock))
+        return lock;
+    closeKeepingErrno(lock);
+    return -1;
 }
 
 void unlockFile(int lock) {

@@ -343,14 +343,26 @@ static int lineOfQuoted(const std::string& text, const std::string& message) {
     return at == std::string::npos ? 1 : lineOfByte(text, at);
 }
 
+// A world needs about eight levels. The parser takes memory for each one, and a hostile text has millions.
+static constexpr int kMaxNesting = 32;
+
+// What the parser would accept, or take too much memory for. Returns false with error filled.
+static bool checkText(const std::string& text, ValidationError& error) {
+    // The parser would take a NUL for the end of the text.
+    if (const std::size_t nul = text.find('\0'); nul != std::string::npos)
+        error = {lineOfByte(text, nul), "this is not valid JSON"};
+    else if (const std::size_t deep = findDeepNesting(text, kMaxNesting); deep != std::string::npos)
+        error = {lineOfByte(text, deep), "this is nested too deeply"};
+    else
+        return true;
+    return false;
+}
+
 bool worldFromJson(const std::string& text, World& world, ValidationError& error) {
     try {
         World read;
-        // The parser would take a NUL for the end of the text.
-        if (const std::size_t nul = text.find('\0'); nul != std::string::npos) {
-            error = {lineOfByte(text, nul), "this is not valid JSON"};
+        if (!checkText(text, error))
             return false;
-        }
         const ParsedJson json = ParsedJson::parse(text);
         if (const std::size_t duplicate = findDuplicateKey(text); duplicate != std::string::npos) {
             error = {lineOfByte(text, duplicate), "a key is given twice in one object"};

@@ -23,6 +23,9 @@ bool worldFromJson(const std::string& text, World& world, ValidationError& error
 // of its last step that does.
 int lineForPath(const std::string& text, const FieldPath& path);
 
+// The offset of the first object or list inside limit others; npos: there is none. The text may be any.
+std::size_t findDeepNesting(const std::string& text, int limit);
+
 // The offset of the first duplicate key of an object in a valid JSON text; npos: there is none.
 std::size_t findDuplicateKey(const std::string& text);
 

@@ -5,6 +5,6 @@
 #include <cstddef>
 
 // Writes the path of the world file into path: $Q5SIM_WORLD, else
-// ${XDG_STATE_HOME:-$HOME/.local/state}/q5sim/world.json. Returns false, with path empty, when no
-// variable is set or the path does not fit.
+// ${XDG_STATE_HOME:-$HOME/.local/state}/q5sim/world.json; a relative $XDG_STATE_HOME is ignored. Returns
+// false, with path empty, when no variable is set or the path does not fit.
 bool worldFilePath(char* path, std::size_t size);

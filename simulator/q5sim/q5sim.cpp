@@ -32,6 +32,9 @@ static bool readNumber(const char* text, unsigned long long limit, unsigned long
     return *end == '\0' && number <= limit;
 }
 
+// What changeWorld never returns: the reason for it has not been printed yet.
+static constexpr int kNoSuchDrive = 2;
+
 static int changeDrive(char** words, bool replace) {
     unsigned long long controller = 0, drive = 0;
     if (!readNumber(words[2], kMaxControllers, controller) || !readNumber(words[3], kMaxDriveId + 1, drive) ||
@@ -41,13 +44,13 @@ static int changeDrive(char** words, bool replace) {
         return 1;
     const int result = changeWorld([&](World& world, std::int64_t now) {
         if (controller >= world.controllers.size())
-            return 1;
+            return kNoSuchDrive;
         Controller& place = world.controllers[controller];
         const auto id = static_cast<std::uint32_t>(drive - 1);
-        return (replace ? replaceDrive(place, id, now) : failDrive(place, id)) ? 0 : 1;
+        return (replace ? replaceDrive(place, id, now) : failDrive(place, id)) ? 0 : kNoSuchDrive;
     });
-    if (result == 0)
-        return 0;
+    if (result != kNoSuchDrive)
+        return result;
     return fail(replace ? "There is no failed drive with this ID" : "There is no working drive with this ID");
 }
 

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <optional>
 
 #include "simulator/engine/advance.h"
 #include "simulator/file/world_file.h"
@@ -21,7 +22,8 @@ static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024;
 struct Session {
     bool open = false;
     std::string path;
-    FileStamp version; // of the file when it was last read or written
+    std::optional<std::string> text; // of the file when it was last read or written
+    int readError = 0;               // errno of the last attempt to read it
     bool readable = false;
     World world;
 };
@@ -49,42 +51,56 @@ static bool fail(const std::string& path, const char* problem) {
     return false;
 }
 
-// Reads the file again when it has changed. A bad version is reported once.
-static bool reload() {
-    const FileStamp version = fileStamp(session.path);
-    if (version == session.version)
-        return session.readable;
-    session.version = version;
+// The same error is reported once.
+static bool failToRead() {
+    const bool reported = errno == session.readError;
+    session.readError = errno;
+    session.text.reset();
     session.readable = false;
+    return !reported && fail(session.path, "the world file cannot be read");
+}
+
+// Reads the file again: only its text shows whether it has changed, since another program can replace it
+// within the resolution of the time stamps. The same text is neither parsed nor reported again.
+static bool reload() {
     std::string text;
     if (!readFile(session.path, kMaxFileSize, text))
-        return fail(session.path, "the world file cannot be read");
+        return failToRead();
+    session.readError = 0;
+    if (text == session.text)
+        return session.readable;
     ValidationError error;
     session.readable = worldFromJson(text, session.world, error);
+    session.text = std::move(text);
     if (!session.readable)
         std::fprintf(stderr, "%s:%d: %s\n", session.path.c_str(), error.line, error.reason.c_str());
     return session.readable;
 }
 
 static bool store(const World& world) {
-    if (!replaceFile(session.path, worldToJson(world)))
+    std::string text = worldToJson(world);
+    if (!replaceFile(session.path, text))
         return fail(session.path, "the world file cannot be written");
     session.world = world;
-    session.version = fileStamp(session.path);
+    session.text = std::move(text);
     session.readable = true;
     return true;
 }
 
 static bool createIfMissing() {
-    if (fileStamp(session.path).exists)
+    if (fileExists(session.path))
         return true;
     return store(builtinWorld(clockTime()));
 }
 
-// The lock is held from construction to destruction.
+// The lock is held from construction to destruction. A failure is reported.
 struct Lock {
     int file = lockFile(session.path);
-    Lock() = default;
+    Lock() {
+        if (file < 0)
+            fail(session.path, "the world file cannot be locked");
+    }
+    bool isHeld() const { return file >= 0; }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
     ~Lock() {
@@ -100,7 +116,8 @@ static bool prepare() {
         return false;
     }
     session = {};
-    session.path = realPath(path);
+    if (!resolveLinks(path, session.path))
+        return fail(path, "the world file cannot be read");
     return makeDirectoriesFor(path) ||
            fail(session.path, "the directory of the world file cannot be created");
 }
@@ -108,11 +125,9 @@ static bool prepare() {
 bool openWorld() {
     if (!prepare())
         return false;
-    if (!fileStamp(session.path).exists) {
+    if (!fileExists(session.path)) {
         const Lock lock;
-        if (lock.file < 0)
-            return fail(session.path, "the world file cannot be locked");
-        if (!createIfMissing())
+        if (!lock.isHeld() || !createIfMissing())
             return false;
     }
     session.open = reload();
@@ -131,16 +146,14 @@ bool resetWorld() {
     if (!prepare())
         return false;
     const Lock lock;
-    if (lock.file < 0)
-        return fail(session.path, "the world file cannot be locked");
-    return store(builtinWorld(clockTime()));
+    return lock.isHeld() && store(builtinWorld(clockTime()));
 }
 
 int changeWorld(const Change& change) {
     if (!session.open)
         return 1;
     const Lock lock;
-    if (lock.file < 0 || !createIfMissing() || !reload())
+    if (!lock.isHeld() || !createIfMissing() || !reload())
         return 1;
     World advanced = session.world;
     advanceTo(advanced, worldTime(advanced));
@@ -156,7 +169,7 @@ int changeWorld(const Change& change) {
 const World* currentWorld() {
     if (!session.open)
         return nullptr;
-    const bool missing = !fileStamp(session.path).exists;
+    const bool missing = !fileExists(session.path);
     if (!missing && !reload())
         return nullptr;
     const auto isDue = [] { return hasDueTransitions(session.world, worldTime(session.world)); };

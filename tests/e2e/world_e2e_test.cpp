@@ -96,7 +96,10 @@ TEST(World, UnwritableFileRejectsChanges) {
     const std::string before = s.worldText();
     // A directory in place of the lock file makes it fail for root as well.
     std::filesystem::create_directory(s.world() + ".lock");
-    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}).status, 0);
+    const std::string line = s.world() + ": the world file cannot be locked: Is a directory\n";
+    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}), (Outcome{0, "", line}));
     EXPECT_EQ(s.worldText(), before);
-    EXPECT_EQ(s.run({"ctrl"}).status, 0);
+    const Outcome listing = s.run({"ctrl"});
+    EXPECT_EQ(listing.status, 0);
+    EXPECT_EQ(listing.err, "");
 }

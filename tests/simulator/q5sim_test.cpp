@@ -1,5 +1,6 @@
 // The fault injection tool, run as a program.
 #include <cstdlib>
+#include <filesystem>
 #include <sys/wait.h>
 
 #include "tests/simulator/simulated_world.h"
@@ -10,6 +11,12 @@ protected:
     static int run(const std::string& words) {
         const int status = std::system((std::string(Q5SIM) + " " + words + " 2>/dev/null").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    // Returns what it prints on standard error.
+    std::string errorsOf(const std::string& words) const {
+        const std::string errors = directory + "/errors";
+        EXPECT_NE(std::system((std::string(Q5SIM) + " " + words + " 2>" + errors).c_str()), 0);
+        return readText(errors);
     }
 };
 
@@ -51,4 +58,20 @@ TEST_F(Q5simTest, RejectsInvalidArguments) {
           "advance", "advance -5", "advance 1 2", "reset now", "dance"})
         EXPECT_EQ(run(words), 1) << words;
     EXPECT_EQ(fileText(), before);
+}
+
+// The drive is there; only the reason for the failure is reported.
+TEST_F(Q5simTest, ReportsFailedLockAlone) {
+    open("bench");
+    std::filesystem::create_directory(file + ".lock");
+    const std::string line = file + ": the world file cannot be locked: Is a directory\n";
+    for (const char* words : {"fail-drive 0 1", "replace-drive 0 1", "advance 5", "reset"})
+        EXPECT_EQ(errorsOf(words), line) << words;
+}
+
+TEST_F(Q5simTest, ReportsUnknownDrive) {
+    open("bench");
+    for (const char* words : {"fail-drive 0 9", "fail-drive 1 1"})
+        EXPECT_EQ(errorsOf(words), "There is no working drive with this ID\n") << words;
+    EXPECT_EQ(errorsOf("replace-drive 0 1"), "There is no failed drive with this ID\n");
 }

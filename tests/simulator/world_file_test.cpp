@@ -9,7 +9,9 @@
 
 #include "adapter/battery.h"
 #include "simulator/file/world_json.h"
+#include "simulator/file/world_path.h"
 #include "simulator/store/world_store.h"
+#include "tests/simulator/coarse_time_stamps.h"
 #include "tests/simulator/simulated_world.h"
 
 namespace fs = std::filesystem;
@@ -32,6 +34,18 @@ TEST_F(WorldFile, DefaultsToStateDirectory) {
     setenv("XDG_STATE_HOME", (directory + "/state").c_str(), 1);
     ASSERT_EQ(initialize(), 0);
     EXPECT_TRUE(fs::exists(directory + "/state/q5sim/world.json"));
+    unsetenv("XDG_STATE_HOME");
+}
+
+TEST_F(WorldFile, RelativeStateDirectoryIsIgnored) {
+    unsetenv("Q5SIM_WORLD");
+    setenv("HOME", directory.c_str(), 1);
+    for (const char* relative : {"state", "./state", "../state"}) {
+        setenv("XDG_STATE_HOME", relative, 1);
+        char path[4096];
+        EXPECT_TRUE(worldFilePath(path, sizeof path));
+        EXPECT_EQ(path, directory + "/.local/state/q5sim/world.json");
+    }
     unsetenv("XDG_STATE_HOME");
 }
 
@@ -107,6 +121,34 @@ TEST_F(WorldFile, IsReadAgainAfterExternalChange) {
     EXPECT_EQ(driveInfo(0, 0).channel, 77);
 }
 
+// Changes that leave the size alone, many within one second.
+TEST_F(WorldFile, NoticesChangesWithoutNewTimeStamp) {
+    const CoarseTimeStamps coarse;
+    open("bench");
+    std::string channel = "\"channel\": 0,";
+    for (int round = 10; round < 90; round++) {
+        const std::string next = "\"channel\": " + std::to_string(round) + ",";
+        replaceInFile(channel, next);
+        ASSERT_EQ(driveInfo(0, 0).channel, round);
+        channel = next;
+    }
+}
+
+// The same under the lock: what changes is the file as it is, not as it was read before.
+TEST_F(WorldFile, ChangesKeepChangesWithoutNewTimeStamp) {
+    const CoarseTimeStamps coarse;
+    open("bench");
+    std::string channel = "\"channel\": 0,";
+    for (int round = 10; round < 90; round++) {
+        const auto switchBuzzer = round % 2 == 0 ? q5_turnOffBuzzer : q5_turnOnBuzzer;
+        const std::string next = "\"channel\": " + std::to_string(round) + ",";
+        replaceInFile(channel, next);
+        ASSERT_EQ(switchBuzzer(hbaAddress(0), 0, 0), 0);
+        ASSERT_NE(fileText().find(next), std::string::npos) << round;
+        channel = next;
+    }
+}
+
 TEST_F(WorldFile, InvalidFileRefusesOperationsUntilCorrected) {
     open("bench");
     const std::string good = fileText();
@@ -136,6 +178,79 @@ TEST_F(WorldFile, SymbolicLinkIsKept) {
     EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_NE(readText(directory + "/real.json").find("\"buzzer\": false"), std::string::npos);
+}
+
+// A link to no file, or to itself.
+TEST_F(WorldFile, RefusesLinkWithoutFile) {
+    for (const char* target : {"missing.json", "world.json"}) {
+        fs::create_symlink(target, file);
+        const std::string reason = fs::path(target) == "world.json" ? "Too many levels of symbolic links"
+                                                                    : "No such file or directory";
+        testing::internal::CaptureStderr();
+        EXPECT_NE(initialize(), 0);
+        EXPECT_FALSE(q5sim::resetWorld());
+        const std::string line = file + ": the world file cannot be read: " + reason + "\n";
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line);
+        EXPECT_EQ(fs::read_symlink(file), target);
+        EXPECT_FALSE(fs::exists(directory + "/missing.json"));
+        fs::remove(file);
+    }
+}
+
+TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
+    open("bench");
+    fs::rename(file, directory + "/moved.json");
+    const std::string moved = readText(directory + "/moved.json");
+    for (const char* target : {"missing.json", "moved.json"}) {
+        fs::create_symlink(target, file);
+        testing::internal::CaptureStderr();
+        EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  file + ": the world file cannot be written: Too many levels of symbolic links\n");
+        EXPECT_EQ(fs::read_symlink(file), target);
+        fs::remove(file);
+    }
+    EXPECT_EQ(readText(directory + "/moved.json"), moved);
+}
+
+// Each refused change is reported, not only the first.
+TEST_F(WorldFile, ReportsFailedLock) {
+    open("bench");
+    fs::create_directory(file + ".lock");
+    testing::internal::CaptureStderr();
+    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    EXPECT_FALSE(q5sim::resetWorld());
+    const std::string line = file + ": the world file cannot be locked: Is a directory\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line + line);
+}
+
+// Listings of a world that cannot be locked show that time passes, and report the failure once.
+TEST_F(WorldFile, ReportsFailedLockOnceWhenTimePasses) {
+    open("bench");
+    ASSERT_EQ(create(request(kRaid1, 400, {0, 1})), 0); // synchronizes for 50 seconds
+    fs::remove(file + ".lock");
+    fs::create_directory(file + ".lock");
+    waitSeconds(60);
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 5; i++)
+        EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ": the world file cannot be locked: Is a directory\n");
+}
+
+TEST_F(WorldFile, LinksAreNotFollowedByLockAndTemporaryFile) {
+    open("bench");
+    fs::create_symlink("elsewhere", file + ".lock");
+    testing::internal::CaptureStderr();
+    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ": the world file cannot be locked: Too many levels of symbolic links\n");
+    fs::remove(file + ".lock");
+    fs::create_symlink("elsewhere", file + ".new");
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    EXPECT_FALSE(fs::is_symlink(file));
+    EXPECT_FALSE(fs::exists(directory + "/elsewhere"));
 }
 
 // A full disk, simulated by a limit on file sizes: the change is refused and the old state is kept.

@@ -76,10 +76,40 @@ TEST(WorldText, RejectsHostileText) {
     const std::size_t end = whole.rfind('}');
     for (std::size_t length = 0; length < end; length++)
         EXPECT_NE(reasonFor(whole.substr(0, length)), "taken") << length;
-    EXPECT_EQ(reasonFor(std::string(100000, '[')), "this is not valid JSON");
     EXPECT_EQ(reasonFor("{\"controllers\": [{\"a\\u0000b\": 1}]}").empty(), false);
     EXPECT_EQ(reasonFor(std::string("{\"controllers\": [{\"enclosures\": \"\xff\"}]}")),
               "this is not valid JSON");
+}
+
+static std::string nested(std::size_t levels) {
+    return std::string(levels, '[') + std::string(levels, ']');
+}
+
+// The largest file that is read, of brackets alone, is refused at its 33rd.
+TEST(WorldText, LimitsNesting) {
+    EXPECT_EQ(reasonFor(nested(32)), "an object in braces is expected");
+    EXPECT_EQ(reasonFor(nested(33)), "this is nested too deeply");
+    EXPECT_EQ(reasonFor(std::string(15000000, '[')), "this is nested too deeply");
+    std::string objects;
+    for (int level = 0; level < 33; level++)
+        objects += "{\"\":\n";
+    World world;
+    ValidationError error;
+    EXPECT_FALSE(q5sim::worldFromJson(objects, world, error));
+    EXPECT_EQ(error.reason, "this is nested too deeply");
+    EXPECT_EQ(error.line, 33);
+}
+
+// Neither brackets in a text nor those of lists beside each other count.
+TEST(WorldText, NestingIsThatOfOpenBrackets) {
+    const std::string brackets = "\\\"" + std::string(60, '[');
+    const std::string key = "\"" + std::string(60, '[');
+    EXPECT_EQ(reasonFor("{\"controllers\": [], \"" + brackets + "\": 1}"),
+              key + ": the key \"" + key + "\" has no meaning here");
+    std::string beside = "{\"controllers\": [";
+    for (int i = 0; i < 40; i++)
+        beside += "[],";
+    EXPECT_EQ(reasonFor(beside + "[]]}"), "controllers: a list of at most 16 is expected");
 }
 
 // A NUL does not end the text: what follows it would be lost when the file is written again.
