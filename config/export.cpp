@@ -98,7 +98,8 @@ static void writeLogDrvs(std::uint32_t controller, std::FILE* stream, int* index
     if (records(drives).empty())
         return;
     Reply<LogDrvSettings, kMaxLogDrvs> settings = {};
-    q5_getLogDrvSettings(hbaAddress(controller), 0, &all, &settings, sizeof settings);
+    const LogDrvQuery settingsOfAll = {0, kMaxLogDrvs};
+    q5_getLogDrvSettings(hbaAddress(controller), 0, &settingsOfAll, &settings, sizeof settings);
     const LogDrvSettings* paired = settings.record;
     for (const LogDrvInfo& drive : records(drives)) {
         listExtents(controller, drive, extentList);

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "commands/change_lock.h"
 #include "commands/options.h"
 #include "config/block.h"
 #include "config/import_file.h"
@@ -158,7 +159,12 @@ int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCo
     const int result = readSelected(&reader, fileName, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
                                     {all, ldCount, ldList}, &set);
     std::fclose(reader.file);
-    return result != Result::done ? result : applyRecords(set, clear);
+    if (result != Result::done)
+        return result;
+    const int lock = lockChanges(); // not before the file is read: a pipe may take its time
+    const int applied = applyRecords(set, clear);
+    unlockChanges(lock);
+    return applied;
 }
 
 template <int capacity>

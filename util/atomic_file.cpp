@@ -12,12 +12,6 @@
 static constexpr int kMaxLinks = 40;  // as many as the kernel follows
 static constexpr int kMaxNames = 100; // tried for the temporary file
 
-// Length of the path's directory, with its slash.
-static std::size_t directoryLength(const char* path) {
-    const char* slash = std::strrchr(path, '/');
-    return slash != nullptr ? static_cast<std::size_t>(slash - path) + 1 : 0;
-}
-
 // Follows the links that path leads through, also to a file that does not exist. False when that is not
 // possible.
 static bool resolveLinks(char (&path)[kPathSize]) {

@@ -2,11 +2,10 @@
 // stops the program or the machine in between.
 #pragma once
 
-#include <cstddef>
 #include <cstdio>
 #include <sys/types.h>
 
-inline constexpr std::size_t kPathSize = 4096;
+#include "util/path.h"
 
 // A file being replaced. One at a time: a signal that ends the program removes its temporary file.
 struct FileReplacement {
