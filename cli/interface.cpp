@@ -32,16 +32,27 @@ static bool nextToken(const char** line, char* word) {
     return true;
 }
 
+static int lineKind(const char* firstWord, int otherwise) {
+    return strCmpNoCase(firstWord, "EXIT") == 0 ? kExitLine : otherwise;
+}
+
+// The first word of a line whose words do not fit the slots.
+static int longLineKind(const char* line) {
+    char first[kWordSize];
+    nextToken(&line, first);
+    return lineKind(first, kLongLine);
+}
+
 int processCmdLine(int* wordCount, char* line, char** words) {
-    *wordCount = 0;
-    for (const char* rest = line; nextToken(&rest, nullptr);)
-        ++*wordCount;
-    if (*wordCount > kMaxWords)
-        return 1;
     const char* rest = line;
+    for (*wordCount = 0; *wordCount < kMaxWords && nextToken(&rest, nullptr);)
+        ++*wordCount;
+    if (nextToken(&rest, nullptr))
+        return longLineKind(line);
+    rest = line;
     for (int i = 0; i < *wordCount; ++i)
         nextToken(&rest, words[i]);
-    return strCmpNoCase(words[0], "EXIT") != 0;
+    return lineKind(words[0], kCommandLine);
 }
 
 int cli_parse_command(int wordCount, char** words) {

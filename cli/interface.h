@@ -16,9 +16,10 @@ extern const std::array<Command, kCommandCount> cmdTable;
 extern const int numCmd;
 
 // Splits line at blanks (spaces alone) into the slots of a word table (util/words.h); a word that begins with
-// a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More
-// than kMaxWords words leave all slots unchanged; *wordCount is then the number found.
-// Returns 0 when the first slot is "exit" in any case, else 1.
+// a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More than
+// kMaxWords words leave all slots unchanged; *wordCount is then kMaxWords, and the line is to be refused.
+// The line ends the loop when its first word, or without a word the first slot, is "exit" in any case.
+enum LineKind { kExitLine = 0, kCommandLine = 1, kLongLine = 2 };
 int processCmdLine(int* wordCount, char* line, char** words);
 
 // Runs the command that words[0] names and returns its result; Result::unknownCommand, after

@@ -10,6 +10,7 @@
 #include "cli/interface.h"
 #include "commands/event_buffer.h"
 #include "commands/event_path.h"
+#include "commands/event_store.h"
 #include "util/result.h"
 #include "util/words.h"
 
@@ -35,16 +36,16 @@ static bool openAdapters() {
     return q5_initialize(&record) == 0 && q5_discover(1) == 0;
 }
 
-static int runWords(int wordCount, char** words) {
-    if (wordCount > kMaxWords)
-        return fail(Result::badCount, "Too many words, at most 16 are taken!");
-    return cli_parse_command(wordCount, words);
+static int failTooLong() {
+    return fail(Result::badCount, "Too many words, at most 16 are taken!");
 }
 
 static int runArguments(int argc, char** argv, char** words) {
-    for (int i = 1; i < argc && i <= kMaxWords; ++i)
+    if (argc - 1 > kMaxWords)
+        return failTooLong();
+    for (int i = 1; i < argc; ++i)
         std::snprintf(words[i - 1], kWordSize, "%s", argv[i]);
-    return runWords(argc - 1, words);
+    return cli_parse_command(argc - 1, words);
 }
 
 // Reads up to a newline, a NUL byte or the end of input. False at the end of input.
@@ -63,9 +64,12 @@ static int runPrompt(char** words) {
     int wordCount = 0, result = Result::done;
     for (;;) {
         std::fputs("cli>", stdout);
-        if (!readLine(line) || !processCmdLine(&wordCount, line, words))
+        if (!readLine(line))
             return result;
-        result = runWords(wordCount, words);
+        const int next = processCmdLine(&wordCount, line, words);
+        if (next == kExitLine)
+            return result;
+        result = next == kLongLine ? failTooLong() : cli_parse_command(wordCount, words);
     }
 }
 
@@ -77,8 +81,7 @@ int main(int argc, char** argv) {
 
     char eventPath[kEventPathSize];
     GetEventBufferFilePath(eventPath);
-    if (!ReadEventBufferFromFile(eventPath, &g_EventBuffer))
-        g_EventBuffer.position = g_EventBuffer.count = 0;
+    loadEventBuffer(eventPath);
 
     if (!openAdapters())
         return fail(Result::noAdapterApi, "Q5API is failed to initialized!");
@@ -89,6 +92,6 @@ int main(int argc, char** argv) {
 
     const int result = argc > 1 ? runArguments(argc, argv, words) : runPrompt(words);
     q5_finalize();
-    WriteEventBufferToFile(eventPath, &g_EventBuffer);
+    saveEventBuffer(eventPath);
     return result;
 }

@@ -7,6 +7,7 @@
 #include "commands/battery.h"
 #include "commands/bga.h"
 #include "commands/buzz.h"
+#include "commands/change_lock.h"
 #include "commands/controller.h"
 #include "commands/creation.h"
 #include "commands/enclosure.h"
@@ -30,7 +31,9 @@ namespace {
 struct Route {
     const char* keyword;
     CommandFunction* function; // null for the action marker "-a": the next word is looked up instead
+    bool changing = false;     // runs under the lock of changes
 };
+constexpr bool kChanging = true;
 
 struct DispatchTable {
     CommandFunction* defaultHandler; // for the command word alone; null when it needs more words
@@ -56,7 +59,12 @@ static int dispatch(int wordCount, char** words, const DispatchTable& table) {
         route = findSubcommand(table.routes, words[2]);
     if (route == nullptr || route->function == nullptr)
         return fail(Result::unknownCommand, table.errorMessage);
-    return route->function(wordCount, words);
+    if (!route->changing)
+        return route->function(wordCount, words);
+    const int lock = lockChanges();
+    const int result = route->function(wordCount, words);
+    unlockChanges(lock);
+    return result;
 }
 
 int do_cmd_battery(int wordCount, char** words) {
@@ -70,8 +78,8 @@ int do_cmd_buzz(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListBuzzStatus},
-        {"enable", SetBuzzSettings},
-        {"disable", SetBuzzSettings},
+        {"enable", SetBuzzSettings, kChanging},
+        {"disable", SetBuzzSettings, kChanging},
         {"-i", ListBuzzStatus},
         {"-c", ListBuzzStatus},
     };
@@ -82,7 +90,7 @@ int do_cmd_controller(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListControllerInfo},
-        {"mod", SetControllerSettings},
+        {"mod", SetControllerSettings, kChanging},
         {"-i", ListControllerInfo},
         {"-c", ListControllerInfo},
         {"-v", ListControllerInfo},
@@ -92,9 +100,15 @@ int do_cmd_controller(int wordCount, char** words) {
 
 int do_cmd_logdrv(int wordCount, char** words) {
     static const Route routes[] = {
-        {"-a", nullptr},          {"list", ListLogDrvInfo}, {"mod", SetLogDrvSettings},
-        {"locate", LocateLogDrv}, {"add", CreateLogDrv},    {"del", DeleteLogDrv},
-        {"-l", ListLogDrvInfo},   {"-i", ListLogDrvInfo},   {"-c", ListLogDrvInfo},
+        {"-a", nullptr},
+        {"list", ListLogDrvInfo},
+        {"mod", SetLogDrvSettings, kChanging},
+        {"locate", LocateLogDrv, kChanging},
+        {"add", CreateLogDrv, kChanging},
+        {"del", DeleteLogDrv, kChanging},
+        {"-l", ListLogDrvInfo},
+        {"-i", ListLogDrvInfo},
+        {"-c", ListLogDrvInfo},
         {"-v", ListLogDrvInfo},
     };
     return dispatch(wordCount, words, {ListLogDrvInfo, routes, "Invalid command for \"logdrv\""});
@@ -104,9 +118,9 @@ int do_cmd_migrate(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListLogDrvMigrateStatus},
-        {"start", StartLogDrvMigrate},
-        {"pause", PauseLogDrvMigrate},
-        {"resume", ResumeLogDrvMigrate},
+        {"start", StartLogDrvMigrate, kChanging},
+        {"pause", PauseLogDrvMigrate, kChanging},
+        {"resume", ResumeLogDrvMigrate, kChanging},
         {"-l", ListLogDrvMigrateStatus},
         {"-i", ListLogDrvMigrateStatus},
     };
@@ -117,11 +131,11 @@ int do_cmd_rebuild(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListLogDrvRebuildStatus},
-        {"start", StartLogDrvRebuild},
-        {"abort", StopLogDrvRebuild},
-        {"pause", PauseLogDrvRebuild},
-        {"resume", ResumeLogDrvRebuild},
-        {"restart", RestartLogDrvRebuild},
+        {"start", StartLogDrvRebuild, kChanging},
+        {"abort", StopLogDrvRebuild, kChanging},
+        {"pause", PauseLogDrvRebuild, kChanging},
+        {"resume", ResumeLogDrvRebuild, kChanging},
+        {"restart", RestartLogDrvRebuild, kChanging},
         {"-l", ListLogDrvRebuildStatus},
         {"-i", ListLogDrvRebuildStatus},
     };
@@ -132,8 +146,8 @@ int do_cmd_sync(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListLogDrvSyncStatus},
-        {"-l", StartLogDrvSync},
-        {"-i", StartLogDrvSync},
+        {"-l", StartLogDrvSync, kChanging},
+        {"-i", StartLogDrvSync, kChanging},
     };
     return dispatch(wordCount, words, {ListLogDrvSyncStatus, routes, "Invalid command for \"sync\""});
 }
@@ -142,10 +156,10 @@ int do_cmd_redundancyCheck(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListLogDrvRCStatus},
-        {"start", StartLogDrvRC},
-        {"stop", StopLogDrvRC},
-        {"pause", PauseLogDrvRC},
-        {"resume", ResumeLogDrvRC},
+        {"start", StartLogDrvRC, kChanging},
+        {"stop", StopLogDrvRC, kChanging},
+        {"pause", PauseLogDrvRC, kChanging},
+        {"resume", ResumeLogDrvRC, kChanging},
         {"-l", ListLogDrvRCStatus},
         {"-i", ListLogDrvRCStatus},
     };
@@ -156,10 +170,10 @@ int do_cmd_init(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListLogDrvInitStatus},
-        {"start", StartLogDrvInit},
-        {"stop", StopLogDrvInit},
-        {"pause", PauseLogDrvInit},
-        {"resume", ResumeLogDrvInit},
+        {"start", StartLogDrvInit, kChanging},
+        {"stop", StopLogDrvInit, kChanging},
+        {"pause", PauseLogDrvInit, kChanging},
+        {"resume", ResumeLogDrvInit, kChanging},
         {"-l", ListLogDrvInitStatus},
         {"-i", ListLogDrvInitStatus},
     };
@@ -168,19 +182,35 @@ int do_cmd_init(int wordCount, char** words) {
 
 int do_cmd_phydrv(int wordCount, char** words) {
     static const Route routes[] = {
-        {"-a", nullptr},          {"list", ListPhyDrvInfo}, {"mod", SetPhyDrvSettings},
-        {"locate", LocatePhyDrv}, {"wipe", WipePhyDrvMDD},  {"set3G", Set3GSpeed},
-        {"list3G", List3GSpeed},  {"-p", ListPhyDrvInfo},   {"-i", ListPhyDrvInfo},
-        {"-c", ListPhyDrvInfo},   {"-v", ListPhyDrvInfo},
+        {"-a", nullptr},
+        {"list", ListPhyDrvInfo},
+        {"mod", SetPhyDrvSettings, kChanging},
+        {"locate", LocatePhyDrv, kChanging},
+        {"wipe", WipePhyDrvMDD, kChanging},
+        {"set3G", Set3GSpeed, kChanging},
+        {"list3G", List3GSpeed},
+        {"-p", ListPhyDrvInfo},
+        {"-i", ListPhyDrvInfo},
+        {"-c", ListPhyDrvInfo},
+        {"-v", ListPhyDrvInfo},
     };
     return dispatch(wordCount, words, {ListPhyDrvInfo, routes, "Invalid command for \"phydrv\""});
 }
 
 int do_cmd_extent(int wordCount, char** words) {
     static const Route routes[] = {
-        {"-a", nullptr},        {"list", ListExtentInfo}, {"spare", SpareExtent},   {"free", FreeExtent},
-        {"add", AddExtent},     {"split", SplitExtent},   {"delete", DeleteExtent}, {"-p", ListExtentInfo},
-        {"-e", ListExtentInfo}, {"-i", ListExtentInfo},   {"-c", ListExtentInfo},   {"-v", ListExtentInfo},
+        {"-a", nullptr},
+        {"list", ListExtentInfo},
+        {"spare", SpareExtent, kChanging},
+        {"free", FreeExtent, kChanging},
+        {"add", AddExtent, kChanging},
+        {"split", SplitExtent, kChanging},
+        {"delete", DeleteExtent, kChanging},
+        {"-p", ListExtentInfo},
+        {"-e", ListExtentInfo},
+        {"-i", ListExtentInfo},
+        {"-c", ListExtentInfo},
+        {"-v", ListExtentInfo},
     };
     return dispatch(wordCount, words, {ListExtentInfo, routes, "Invalid command for \"extent\""});
 }
@@ -191,10 +221,10 @@ int do_cmd_mediapatrol(int wordCount, char** words) {
     static const Route routes[] = {
         {"-a", nullptr},
         {"list", ListPhyDrvMediaPatrol},
-        {"start", StartPhyDrvMediaPatrol},
-        {"stop", StopPhyDrvMediaPatrol},
-        {"pause", PausePhyDrvMediaPatrol},
-        {"resume", ResumePhyDrvMediaPatrol},
+        {"start", StartPhyDrvMediaPatrol, kChanging},
+        {"stop", StopPhyDrvMediaPatrol, kChanging},
+        {"pause", PausePhyDrvMediaPatrol, kChanging},
+        {"resume", ResumePhyDrvMediaPatrol, kChanging},
     };
     return dispatch(wordCount, words, {nullptr, routes, "Invalid command for \"media patrol\""});
 }

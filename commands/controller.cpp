@@ -59,11 +59,12 @@ static ControllerReport readController(std::uint32_t controller) {
     const HbaAddress address = hbaAddress(controller);
     const ControllerQuery general = {controller, 1, kGeneralInfo, {}};
     const ControllerQuery version = {controller, 1, kVersionInfo, {}};
+    const ControllerQuery settings = {controller, 1, kGeneralInfo, {}};
     const BatteryQuery battery = {};
     q5_getDiscoverPath(address, &report.path, sizeof report.path);
     q5_getControllerInfo(address, 0, &general, &report.info, sizeof report.info);
     q5_getControllerInfo(address, 0, &version, &report.version, sizeof report.version);
-    q5_getControllerSettings(address, 0, &general, &report.settings, sizeof report.settings);
+    q5_getControllerSettings(address, 0, &settings, &report.settings, sizeof report.settings);
     q5_getBatteryInfo(address, 0, &battery, &report.battery, sizeof report.battery);
     report.enclosureCount = countEnclosures(controller);
     return report;
@@ -230,6 +231,7 @@ int SetControllerSettings(int wordCount, char** words) {
     if (const int result =
             applyItems(words[settingsOption + 1], &settings, changeSetting, "Incorrect parameters!"))
         return result;
-    q5_setControllerSettings(hbaAddress(controller), 0, &query, &settings, sizeof settings);
+    const ControllerQuery target = {controller, 1, kGeneralInfo, {}};
+    q5_setControllerSettings(hbaAddress(controller), 0, &target, &settings, sizeof settings);
     return Result::done;
 }

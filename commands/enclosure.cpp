@@ -6,6 +6,7 @@
 #include "adapter/enclosure.h"
 #include "adapter/phydrv.h"
 #include "adapter/reply.h"
+#include "commands/change_lock.h"
 #include "commands/options.h"
 
 static std::uint8_t readEnclosureType(std::uint32_t controller, std::uint32_t enclosure) {
@@ -125,21 +126,7 @@ static void locateDrives(HbaAddress address, const LocateReply& reply, std::uint
     }
 }
 
-int LocateEnclosure(int wordCount, char** words) {
-    std::uint32_t controller = 0, enclosure = 0, seconds = 0;
-    const Option options[] = {
-        numberOption("-e", "enclosure ID", &enclosure, Result::badId),
-        numberOption("-i", "controller ID", &controller, Result::badId),
-        numberOption("-s", "seconds", &seconds, Result::badValue),
-    };
-    for (int index = 3; index < wordCount;) {
-        const int result = readOption(words, &index, options);
-        if (result == kUnknownOption) // Compatibility: the index is not advanced; the message repeats
-            std::puts("Invalid command for \"enclosure\"");
-        else if (result != Result::done)
-            return result;
-    }
-
+static int locate(std::uint32_t controller, std::uint32_t enclosure, std::uint32_t seconds) {
     if (readEnclosureType(controller, enclosure) == kNoEnclosure) {
         std::printf("no enclosure with ID %d in controller #%d is exist!\n", static_cast<int>(enclosure),
                     static_cast<int>(controller));
@@ -150,4 +137,27 @@ int LocateEnclosure(int wordCount, char** words) {
     q5_getPhyDrvInfo(hbaAddress(controller), 0, &query, &reply, sizeof reply);
     locateDrives(hbaAddress(controller), reply, enclosure, seconds);
     return Result::done;
+}
+
+int LocateEnclosure(int wordCount, char** words) {
+    std::uint32_t controller = 0, enclosure = 0, seconds = 0;
+    const Option options[] = {
+        numberOption("-e", "enclosure ID", &enclosure, Result::badId),
+        numberOption("-i", "controller ID", &controller, Result::badId),
+        numberOption("-s", "seconds", &seconds, Result::badValue),
+    };
+    for (int index = 3; index < wordCount;) {
+        const int result = readOption(words, &index, options);
+        // Compatibility: the index is not advanced; the message repeats as long as it can be written.
+        if (result == kUnknownOption && std::puts("Invalid command for \"enclosure\"") == EOF)
+            return Result::badValue;
+        if (result != kUnknownOption && result != Result::done)
+            return result;
+    }
+
+    // The lock is taken here: not while a wrong word is reported without end.
+    const int lock = lockChanges();
+    const int result = locate(controller, enclosure, seconds);
+    unlockChanges(lock);
+    return result;
 }

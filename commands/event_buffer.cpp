@@ -6,6 +6,8 @@
 
 EventBuffer g_EventBuffer;
 
+static bool storedInSlot[kEventSlots], takenFromSlot[kEventSlots];
+
 // Compatibility: events are stored in slots 1 .. 48, then 0; slot 49 is only ever filled from the file.
 int AddEventToBuffer(const HBAEvent* event) {
     if (event == nullptr)
@@ -16,25 +18,70 @@ int AddEventToBuffer(const HBAEvent* event) {
     if (buffer.count < kEventSlots)
         ++buffer.count;
     buffer.slot[buffer.position] = *event;
+    storedInSlot[buffer.position] = true;
     return 1;
+}
+
+static std::uint32_t olderSlot(std::uint32_t slot) {
+    return slot == 0 ? kEventSlots - 1 : slot - 1;
+}
+
+static std::uint32_t newestSlot() {
+    return g_EventBuffer.position < kEventSlots ? g_EventBuffer.position : kEventSlots - 1;
 }
 
 int GetEventFromBuffer(HBAEvent* event) {
     EventBuffer& buffer = g_EventBuffer;
     if (event == nullptr || buffer.count == 0)
         return 0;
-    if (buffer.position >= kEventSlots)
-        buffer.position = kEventSlots - 1;
-    if (buffer.count > kEventSlots)
-        buffer.count = kEventSlots;
-    *event = buffer.slot[buffer.position];
-    --buffer.count;
-    buffer.position = buffer.position == 0 ? kEventSlots - 1 : buffer.position - 1;
+    const std::uint32_t slot = newestSlot();
+    *event = buffer.slot[slot];
+    if (!storedInSlot[slot])
+        takenFromSlot[slot] = true;
+    buffer.count = GetBufferEventCount() - 1;
+    buffer.position = olderSlot(slot);
     return 1;
 }
 
 std::uint32_t GetBufferEventCount() {
     return g_EventBuffer.count < kEventSlots ? g_EventBuffer.count : kEventSlots;
+}
+
+void forgetEventHistory() {
+    std::memset(storedInSlot, 0, sizeof storedInSlot);
+    std::memset(takenFromSlot, 0, sizeof takenFromSlot);
+}
+
+std::uint32_t copyNewEvents(HBAEvent* events) {
+    std::uint32_t copied = 0, slot = newestSlot();
+    for (std::uint32_t held = GetBufferEventCount(); held > 0; --held, slot = olderSlot(slot))
+        if (storedInSlot[slot])
+            events[copied++] = g_EventBuffer.slot[slot];
+    return copied;
+}
+
+bool wasEventTaken(std::uint32_t slot) {
+    return takenFromSlot[slot];
+}
+
+// Moves every newer record one slot back, over the one to remove.
+void RemoveEventFromBuffer(const HBAEvent* event) {
+    HBAEvent newer = {};
+    std::uint32_t slot = newestSlot();
+    std::uint32_t held = GetBufferEventCount();
+    for (; held > 0 && std::memcmp(&g_EventBuffer.slot[slot], event, sizeof *event) != 0; --held)
+        slot = olderSlot(slot);
+    if (held == 0)
+        return;
+    for (std::uint32_t to = newestSlot();; to = olderSlot(to)) {
+        const HBAEvent moved = g_EventBuffer.slot[to];
+        g_EventBuffer.slot[to] = newer;
+        newer = moved;
+        if (to == slot)
+            break;
+    }
+    g_EventBuffer.position = olderSlot(newestSlot());
+    g_EventBuffer.count = GetBufferEventCount() - 1;
 }
 
 int ReadEventBufferFromFile(const char* path, EventBuffer* buffer) {

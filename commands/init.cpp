@@ -7,6 +7,8 @@
 
 static const char noDrive[] = "No logical drive with ID %d is existed!\n";
 
+static constexpr int kInitType = 4;
+
 int ListLogDrvInitStatus(int wordCount, char** words) {
     return listActivity(
         wordCount, words,
@@ -29,14 +31,14 @@ int StartLogDrvInit(int wordCount, char** words) {
 
     InitStartRequest request = {};
     request.logDrvId = args.logDrv;
-    request.initType = 4;
+    request.initType = kInitType;
     request.word6 = request.word8 = 0xFFFF;
     const int logDrv = static_cast<int>(args.logDrv);
     if (q5_startLogDrvInit(hbaAddress(args.controller), 0, &request, sizeof request) != 0) {
-        std::printf("Initialization is failed to start on Array %d Type %d\n", logDrv, request.initType);
+        std::printf("Initialization is failed to start on Array %d Type %d\n", logDrv, kInitType);
         return Result::refused;
     }
-    std::printf("Initialization started on Array %d Type %d\n", logDrv, request.initType);
+    std::printf("Initialization started on Array %d Type %d\n", logDrv, kInitType);
     return Result::done;
 }
 

@@ -78,6 +78,7 @@ int SetLogDrvSettings(int wordCount, char** words) {
     if (const int result =
             applyItems(wordAt(words, end - 1), &reply.record[0], changeSetting, "Incorrect parameters!"))
         return result;
-    q5_setLogDrvSettings(hbaAddress(controller), 0, &query, &reply, sizeof reply);
+    const LogDrvQuery target = {logDrv, 1};
+    q5_setLogDrvSettings(hbaAddress(controller), 0, &target, &reply, sizeof reply);
     return Result::done;
 }

@@ -12,6 +12,7 @@
 #include "config/ctrl_block.h"
 #include "config/logdrv_block.h"
 #include "config/phydrv_block.h"
+#include "util/atomic_file.h"
 
 static void writeSection(std::FILE* stream, const char* marker, int index, const char* text) {
     std::fprintf(stream, "%s %d\n", marker, index);
@@ -97,7 +98,8 @@ static void writeLogDrvs(std::uint32_t controller, std::FILE* stream, int* index
     if (records(drives).empty())
         return;
     Reply<LogDrvSettings, kMaxLogDrvs> settings = {};
-    q5_getLogDrvSettings(hbaAddress(controller), 0, &all, &settings, sizeof settings);
+    const LogDrvQuery settingsOfAll = {0, kMaxLogDrvs};
+    q5_getLogDrvSettings(hbaAddress(controller), 0, &settingsOfAll, &settings, sizeof settings);
     const LogDrvSettings* paired = settings.record;
     for (const LogDrvInfo& drive : records(drives)) {
         listExtents(controller, drive, extentList);
@@ -143,12 +145,6 @@ static void writeTypes(const IdList<>& types, std::uint32_t hbaCount, std::FILE*
         writeType(types.id[i], hbaCount, stream);
 }
 
-// Closes the file; false if not all of it was written.
-static bool closeChecked(std::FILE* file) {
-    const bool written = std::ferror(file) == 0;
-    return std::fclose(file) == 0 && written;
-}
-
 static int failFile(const char* name) {
     std::printf("Unable to create or open the specified configuration file \"%s\"\n", name);
     return Result::noFile;
@@ -161,17 +157,17 @@ int ExportFile(int wordCount, char** words) {
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 
-    std::FILE* file = std::fopen(name, "w");
-    if (file == nullptr)
+    FileReplacement file;
+    if (!openReplacement(&file, name))
         return failFile(name);
     std::uint32_t hbaCount = 0;
     q5_getNumberOfHBA(&hbaCount);
     if (hbaCount == 0) {
-        std::fclose(file);
+        commitReplacement(&file); // leaves an empty file
         return fail(Result::notFound, "No controller is existed");
     }
-    writeTypes(types, hbaCount, file);
+    writeTypes(types, hbaCount, file.stream);
     // An incomplete file is useless as a backup: a full file system is reported like a file that cannot be
     // created.
-    return closeChecked(file) ? Result::done : failFile(name);
+    return commitReplacement(&file) ? Result::done : failFile(name);
 }

@@ -4,13 +4,15 @@
 
 #include <cstdio>
 
+#include "commands/change_lock.h"
 #include "commands/options.h"
 #include "config/block.h"
+#include "config/import_file.h"
 #include "config/import_set.h"
 #include "util/idlist.h"
 
 namespace {
-enum class BlockKind { ctrl, phyDrv, logDrv, end, badKeyword };
+enum class BlockKind { ctrl, phyDrv, logDrv, end, badKeyword, unreadable };
 
 // The last block read; only the record of its kind is valid.
 struct ConfigBlock {
@@ -25,30 +27,40 @@ struct ConfigReader {
 };
 } // namespace
 
+// Reads the block that begins with this marker.
+static BlockKind readMarkedBlock(ConfigReader* reader, const char* marker, ConfigBlock* block) {
+    if (strCmpNoCase(marker, kCtrlMarker) == 0) {
+        GetControllerConfig(reader->file, &block->ctrl);
+        return BlockKind::ctrl;
+    }
+    if (strCmpNoCase(marker, kPhyDrvMarker) == 0) {
+        GetPhyDrvConfig(reader->file, &block->phyDrv);
+        return BlockKind::phyDrv;
+    }
+    if (strCmpNoCase(marker, kLogDrvMarker) == 0) {
+        GetLogDrvConfig(reader->file, &block->logDrv);
+        return BlockKind::logDrv;
+    }
+    return BlockKind::badKeyword;
+}
+
 // Reads the next block. A word that is not a marker ends the file with a message. Compatibility: without a
 // message if the file ends with the word.
 static BlockKind nextBlock(ConfigReader* reader, ConfigBlock* block) {
     Token token;
-    while (readToken(reader->file, &token)) {
+    BlockKind kind = BlockKind::end;
+    if (readToken(reader->file, &token) && !std::ferror(reader->file)) {
         reader->sawToken = true;
-        if (strCmpNoCase(token.text, kCtrlMarker) == 0) {
-            GetControllerConfig(reader->file, &block->ctrl);
-            return BlockKind::ctrl;
-        }
-        if (strCmpNoCase(token.text, kPhyDrvMarker) == 0) {
-            GetPhyDrvConfig(reader->file, &block->phyDrv);
-            return BlockKind::phyDrv;
-        }
-        if (strCmpNoCase(token.text, kLogDrvMarker) == 0) {
-            GetLogDrvConfig(reader->file, &block->logDrv);
-            return BlockKind::logDrv;
-        }
-        if (!std::feof(reader->file)) {
-            std::puts("Invalid keyword in the configuration file!");
-            return BlockKind::badKeyword;
-        }
+        kind = readMarkedBlock(reader, token.text, block);
     }
-    return BlockKind::end;
+    if (std::ferror(reader->file))
+        return BlockKind::unreadable;
+    if (kind != BlockKind::badKeyword)
+        return kind;
+    if (std::feof(reader->file))
+        return BlockKind::end;
+    std::puts("Invalid keyword in the configuration file!");
+    return BlockKind::badKeyword;
 }
 
 static int failOpen(const char* fileName) {
@@ -57,28 +69,37 @@ static int failOpen(const char* fileName) {
 }
 
 // The result code after the last block.
-static int importStatus(const ConfigReader& reader, BlockKind last) {
+static int importStatus(const ConfigReader& reader, BlockKind last, const char* fileName) {
+    if (last == BlockKind::unreadable)
+        return failOpen(fileName);
     if (last == BlockKind::badKeyword)
         return Result::badKeyword;
     return reader.sawToken ? Result::done : Result::emptyFile;
 }
 
+// False if there is no block to display.
+static bool displayBlock(const ConfigBlock& block, BlockKind kind) {
+    if (kind == BlockKind::ctrl)
+        DisplayControllerConfig(block.ctrl);
+    else if (kind == BlockKind::phyDrv)
+        DisplayPhyDrvConfig(block.phyDrv);
+    else if (kind == BlockKind::logDrv)
+        DisplayLogDrvConfig(block.logDrv);
+    else
+        return false;
+    return true;
+}
+
 int DisplayImportFile(const char* fileName) {
-    ConfigReader reader = {std::fopen(fileName, "r"), false};
+    ConfigReader reader = {openConfigFile(fileName), false};
     if (reader.file == nullptr)
         return failOpen(fileName);
     ConfigBlock block;
     BlockKind kind = nextBlock(&reader, &block);
-    for (; kind != BlockKind::end && kind != BlockKind::badKeyword; kind = nextBlock(&reader, &block)) {
-        if (kind == BlockKind::ctrl)
-            DisplayControllerConfig(block.ctrl);
-        else if (kind == BlockKind::phyDrv)
-            DisplayPhyDrvConfig(block.phyDrv);
-        else
-            DisplayLogDrvConfig(block.logDrv);
-    }
+    while (displayBlock(block, kind))
+        kind = nextBlock(&reader, &block);
     std::fclose(reader.file);
-    return importStatus(reader, kind);
+    return importStatus(reader, kind, fileName);
 }
 
 namespace {
@@ -107,8 +128,8 @@ static bool collect(const Record& record, const Selection& selection, Record (&r
     return true;
 }
 
-static int readSelected(ConfigReader* reader, const Selection& ctrls, const Selection& phyDrvs,
-                        const Selection& logDrvs, ImportSet* set) {
+static int readSelected(ConfigReader* reader, const char* fileName, const Selection& ctrls,
+                        const Selection& phyDrvs, const Selection& logDrvs, ImportSet* set) {
     ConfigBlock block;
     for (;;) {
         const BlockKind kind = nextBlock(reader, &block);
@@ -120,7 +141,7 @@ static int readSelected(ConfigReader* reader, const Selection& ctrls, const Sele
         else if (kind == BlockKind::logDrv)
             fits = collect(block.logDrv, logDrvs, set->logDrv, &set->logDrvCount);
         else
-            return importStatus(*reader, kind);
+            return importStatus(*reader, kind, fileName);
         if (!fits)
             return fail(Result::tooManyDrives,
                         "The configuration file holds more settings than can be imported at once!");
@@ -132,13 +153,18 @@ int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCo
                           int ldCount, const std::uint32_t* ldList) {
     static ImportSet set; // too large for the stack
     set.ctrlCount = set.phyDrvCount = set.logDrvCount = 0;
-    ConfigReader reader = {std::fopen(fileName, "r"), false};
+    ConfigReader reader = {openConfigFile(fileName), false};
     if (reader.file == nullptr)
         return failOpen(fileName);
-    const int result = readSelected(&reader, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
+    const int result = readSelected(&reader, fileName, {all, ctrlCount, ctrlList}, {all, pdCount, pdList},
                                     {all, ldCount, ldList}, &set);
     std::fclose(reader.file);
-    return result != Result::done ? result : applyRecords(set, clear);
+    if (result != Result::done)
+        return result;
+    const int lock = lockChanges(); // not before the file is read: a pipe may take its time
+    const int applied = applyRecords(set, clear);
+    unlockChanges(lock);
+    return applied;
 }
 
 template <int capacity>
@@ -162,14 +188,9 @@ int ImportFile(int wordCount, char** words) {
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 
-    std::FILE* file = std::fopen(name, "r");
-    if (file == nullptr)
-        return failOpen(name);
-    std::fclose(file);
-    if (displayOnly) {
-        DisplayImportFile(name);
-        return Result::done;
-    }
+    // The result of a display does not depend on what the file holds.
+    if (displayOnly)
+        return DisplayImportFile(name) == Result::noFile ? Result::noFile : Result::done;
     sortList(&ctrls);
     sortList(&phyDrvs);
     sortList(&logDrvs);

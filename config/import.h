@@ -7,7 +7,7 @@
 // returns a result code.
 int ImportFile(int wordCount, char** words);
 
-// Displays every block of the file. Result::done, badKeyword or emptyFile.
+// Displays every block of the file. Result::done, noFile, badKeyword or emptyFile.
 int DisplayImportFile(const char* fileName);
 
 // Reads the file, selects all blocks or those whose set indexes are listed, checks them against the

@@ -12,6 +12,7 @@
 #include "commands/vocabulary.h"
 #include "config/import_set.h"
 #include "util/result.h"
+#include "util/signals.h"
 #include "util/words.h"
 
 static constexpr std::uint32_t kMaxImportControllers = 4; // further controllers are ignored
@@ -214,6 +215,21 @@ static void applyLogDrvRecords(const ImportSet& set, std::uint32_t controller, b
         ImpFileSetLogSettings(findRecord(set, controller, drive.logDrvId));
 }
 
+// Applies the records of every controller. Logical drives that were deleted must be created again: no
+// signal ends this halfway.
+static void applyToControllers(const ImportSet& set, const std::uint16_t* diskCount,
+                               std::uint32_t controllers, bool clear) {
+    sigset_t before;
+    holdSignals(&before);
+    for (std::uint32_t controller = 0; controller < controllers; ++controller) {
+        applyCtrlRecord(set, controller);
+        applyPhyDrvRecords(set, controller);
+        if (set.logDrvCount > 0 && diskCount[controller] != 0)
+            applyLogDrvRecords(set, controller, clear);
+    }
+    releaseSignals(&before);
+}
+
 int applyRecords(const ImportSet& set, bool clear) {
     std::uint32_t hbaCount = 0;
     q5_getNumberOfHBA(&hbaCount);
@@ -227,11 +243,6 @@ int applyRecords(const ImportSet& set, bool clear) {
         if (const int result = checkController(set, controller, diskCount[controller]))
             return result;
     }
-    for (std::uint32_t controller = 0; controller < controllers; ++controller) {
-        applyCtrlRecord(set, controller);
-        applyPhyDrvRecords(set, controller);
-        if (set.logDrvCount > 0 && diskCount[controller] != 0)
-            applyLogDrvRecords(set, controller, clear);
-    }
+    applyToControllers(set, diskCount, controllers, clear);
     return Result::done;
 }

@@ -32,11 +32,20 @@ static void add(Bytes* bytes, const char* text) {
     add(bytes, Region{text, text == nullptr ? 0 : std::strlen(text) + 1});
 }
 
+// A library may write into the selectors and requests it is given: none may be used twice.
+template <typename Record>
+static void overwrite(const Record* record) {
+    if (record != nullptr)
+        std::memset(const_cast<Record*>(record), 0xEE, sizeof *record);
+}
+
 template <typename Value>
 static void add(Bytes* bytes, const Value& value) {
-    if constexpr (std::is_pointer_v<Value>)
+    if constexpr (std::is_pointer_v<Value>) {
         add(bytes, Region{value, sizeof *value});
-    else
+        if constexpr (std::is_const_v<std::remove_pointer_t<Value>>)
+            overwrite(value);
+    } else
         add(bytes, Region{&value, sizeof value});
 }
 

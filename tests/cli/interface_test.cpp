@@ -35,6 +35,10 @@ static WordTable freshTable() {
     return table;
 }
 
+static int lineKind(WordTable& table, std::string line) {
+    return processCmdLine(&table.count, line.data(), table.word);
+}
+
 static bool processLine(WordTable& table, std::string line) {
     return processCmdLine(&table.count, line.data(), table.word) != 0;
 }
@@ -109,8 +113,8 @@ TEST(ProcessCmdLine, AcceptsSixteenWords) {
 TEST(ProcessCmdLine, CountsMoreThanSixteenWordsAndKeepsTheSlots) {
     WordTable table = freshTable();
     EXPECT_TRUE(processLine(table, "ctrl -v"));
-    EXPECT_TRUE(processLine(table, "a b c d e f g h i j k l m n o p q"));
-    EXPECT_EQ(table.count, 17);
+    EXPECT_EQ(lineKind(table, "a b c d e f g h i j k l m n o p q"), kLongLine);
+    EXPECT_EQ(table.count, 16);
     EXPECT_STREQ(table.word[0], "ctrl");
     EXPECT_STREQ(table.word[1], "-v");
     EXPECT_STREQ(table.word[2], "");
@@ -123,8 +127,8 @@ TEST(ProcessCmdLine, CountsPiecesBeyondTheSlots) {
     std::string line;
     for (int i = 0; i < 2048; ++i)
         line += "x ";
-    EXPECT_TRUE(processLine(table, line));
-    EXPECT_EQ(table.count, 2048);
+    EXPECT_EQ(lineKind(table, line), kLongLine);
+    EXPECT_EQ(table.count, 16);
     EXPECT_STREQ(table.word[0], fullWord.c_str());
 }
 
@@ -161,6 +165,17 @@ TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
         WordTable table = freshTable();
         EXPECT_FALSE(processLine(table, line)) << line;
     }
+}
+
+TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordHoweverManyFollow) {
+    for (const std::string words : {"Exit", "\"exit\""}) {
+        WordTable table = freshTable();
+        EXPECT_EQ(lineKind(table, words + " b c d e f g h i j k l m n o p q"), kExitLine);
+        EXPECT_LE(table.count, 16);
+    }
+    WordTable table = freshTable();
+    EXPECT_FALSE(processLine(table, "exit"));
+    EXPECT_EQ(lineKind(table, "a b c d e f g h i j k l m n o p q"), kLongLine);
 }
 
 TEST(ProcessCmdLine, ContinuesWhenExitIsNotTheWholeFirstWord) {

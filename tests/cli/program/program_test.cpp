@@ -242,8 +242,10 @@ TEST_F(Prompt, RejectsALineOfTooManyWordsAndKeepsTheSlots) {
     const std::string failure = "Invalid command for \"ctrl\"\n";
     expectPrompt("ctrl nosuch\n1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\nexit\n", 2,
                  "cli>" + failure + "cli>Too many words, at most 16 are taken!\ncli>");
-    expectPrompt("ctrl nosuch\nexit 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\n\n", 9,
+    expectPrompt("ctrl nosuch\n1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\n\n", 9,
                  "cli>" + failure + "cli>Too many words, at most 16 are taken!\ncli>" + failure + "cli>");
+    expectPrompt("ctrl nosuch\nexit 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17\n\n", 9,
+                 "cli>" + failure + "cli>");
 }
 
 // The character at the cut is lost.

@@ -4,6 +4,7 @@
 #include "commands/battery.h"
 #include "commands/bga.h"
 #include "commands/buzz.h"
+#include "commands/change_lock.h"
 #include "commands/controller.h"
 #include "commands/creation.h"
 #include "commands/enclosure.h"
@@ -21,10 +22,21 @@
 #include "util/words.h"
 
 static RecordedCall recorded;
+static int locks = 0;
+
+int lockChanges() {
+    ++locks;
+    return kRecordedResult;
+}
+
+void unlockChanges(int lock) {
+    locks -= lock == kRecordedResult;
+}
 
 static int record(const char* function, int wordCount, char** words) {
     recorded.function += function;
     recorded.wordCount = wordCount;
+    recorded.locked = locks == 1;
     recorded.slots.assign(words, words + kMaxWords);
     return kRecordedResult;
 }

@@ -7,6 +7,7 @@
 struct RecordedCall {
     std::string function; // empty when none was called
     int wordCount = -1;
+    bool locked = false;            // whether the lock of changes was held
     std::vector<std::string> slots; // all of the word table
 };
 

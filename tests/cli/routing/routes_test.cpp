@@ -224,10 +224,18 @@ static Words padded(const DispatchCase& test, Words words) {
     return words;
 }
 
+// Listings and export change no adapter. Import and the locating of an enclosure take the lock themselves,
+// once they have read the file or the options.
+static bool runsLocked(const std::string& function) {
+    return function.rfind("List", 0) != 0 && function != "ExportFile" && function != "ImportFile" &&
+           function != "LocateEnclosure";
+}
+
 static void expectDispatch(const std::string& function, const Words& words, const Words& stale = {}) {
     const CommandOutcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
     EXPECT_EQ(call.function, function) << joinedWords(words);
+    EXPECT_EQ(call.locked, runsLocked(function)) << joinedWords(words);
     EXPECT_EQ(outcome.result, kRecordedResult) << joinedWords(words);
     EXPECT_EQ(outcome.output, "") << joinedWords(words);
     EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << joinedWords(words);

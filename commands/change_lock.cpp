@@ -1,0 +1,15 @@
+// The lock is on the event file's directory, which all sessions over the same adapters share.
+#include "commands/change_lock.h"
+
+#include "commands/event_path.h"
+#include "util/advisory_lock.h"
+
+int lockChanges() {
+    char path[kEventPathSize];
+    GetEventBufferFilePath(path);
+    return lockDirectoryOf(path, kLockSeconds);
+}
+
+void unlockChanges(int lock) {
+    unlockDirectory(lock);
+}

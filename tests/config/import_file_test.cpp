@@ -1,0 +1,85 @@
+// Opening configuration files that are no regular files, or that cannot be read.
+#include "config/import_file.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "config/import.h"
+#include "tests/mock_adapter.h"
+#include "tests/temporary_directory.h"
+
+namespace {
+class ImportFromFile : public TemporaryDirectory {
+protected:
+    // The import is refused before any adapter is asked, whatever its options.
+    void expectRefused(const std::string& name) {
+        const std::string message = "Unable to open the specified configuration file \"" + name + "\"!!\n";
+        for (const char* option : {"-a", "-c", "-i"}) {
+            const Outcome outcome = run(ImportFile, {"import", option, "-f", name});
+            EXPECT_EQ(outcome.result, 12) << name << option;
+            EXPECT_EQ(outcome.output, message) << name << option;
+        }
+    }
+    // Writes the text into a pipe in a process of its own, as often as told, and reads it back.
+    std::string throughPipe(const std::string& text, std::size_t times) {
+        EXPECT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+        const pid_t writer = fork();
+        if (writer == 0) {
+            std::FILE* pipe = std::fopen(path("pipe").c_str(), "w");
+            for (std::size_t i = 0; i < times; ++i)
+                std::fputs(text.c_str(), pipe);
+            _exit(std::fclose(pipe));
+        }
+        std::string read = "refused";
+        if (std::FILE* file = openConfigFile(path("pipe").c_str())) {
+            read.clear();
+            for (int c; (c = std::getc(file)) != EOF;)
+                read += static_cast<char>(c);
+            std::fclose(file);
+        }
+        kill(writer, SIGTERM); // unless it has ended
+        waitpid(writer, nullptr, 0);
+        std::filesystem::remove(path("pipe"));
+        return read;
+    }
+};
+} // namespace
+
+TEST_F(ImportFromFile, RefusesADirectory) {
+    expectRefused(directory);
+}
+
+TEST_F(ImportFromFile, RefusesWhatNeverEnds) {
+    expectRefused("/dev/zero");
+    expectRefused("/dev/full");
+}
+
+TEST_F(ImportFromFile, RefusesAFileThatMayNotBeRead) {
+    write("file", "[CrtlSetIndex] 0\n[End] \n");
+    chmod(path("file").c_str(), 0);
+    EXPECT_EQ(runAsNobody([&] { expectRefused(path("file")); }), 0);
+}
+
+TEST_F(ImportFromFile, ReadsAnEmptyDevice) {
+    EXPECT_EQ(run(ImportFile, {"import", "-f", "/dev/null"}).result, 14);
+}
+
+TEST_F(ImportFromFile, ReadsAPipeOnce) {
+    EXPECT_EQ(throughPipe("some text\n", 3), "some text\nsome text\nsome text\n");
+    EXPECT_EQ(throughPipe("", 0), "");
+}
+
+TEST_F(ImportFromFile, ReadsSixteenMegabytesFromAPipeAndNoMore) {
+    const std::string megabyte(1024 * 1024, 'x');
+    EXPECT_EQ(throughPipe(megabyte, 16).size(), 16 * megabyte.size());
+    EXPECT_EQ(throughPipe(megabyte, 17), "refused");
+}
+
+TEST_F(ImportFromFile, ReadsARegularFileOfAnySize) {
+    write("file", std::string(17 * 1024 * 1024, 'x'));
+    std::FILE* file = openConfigFile(path("file").c_str());
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(std::getc(file), 'x');
+    std::fclose(file);
+}

@@ -1,0 +1,71 @@
+// A test's own directory, its files, and child processes that may be killed or give up their rights.
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+inline constexpr uid_t kNobody = 65534;
+
+class TemporaryDirectory : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = testing::TempDir() + "cli-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        directory = pattern;
+        std::filesystem::permissions(directory, std::filesystem::perms(0755));
+    }
+    void TearDown() override { std::filesystem::remove_all(directory); }
+
+    std::string path(const std::string& name) const { return directory + "/" + name; }
+    void write(const std::string& name, const std::string& content) const {
+        std::ofstream(path(name), std::ios::binary) << content;
+    }
+    std::string content(const std::string& name) const {
+        std::ifstream stream(path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    // The names in the directory, sorted.
+    std::vector<std::string> names() const {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(directory))
+            found.push_back(entry.path().filename().string());
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+    using Names = std::vector<std::string>;
+
+    std::string directory;
+};
+
+// Runs the function in a process of its own. Returns its exit status, which is 0 when no expectation in
+// it failed; 128 and the signal's number when a signal ended it.
+inline int runInChild(const std::function<void()>& function) {
+    const pid_t child = fork();
+    if (child == 0) {
+        function();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+// Without the rights of root.
+inline int runAsNobody(const std::function<void()>& function) {
+    return runInChild([&] {
+        const bool harmless = geteuid() != 0 || (setgid(kNobody) == 0 && setuid(kNobody) == 0);
+        ASSERT_TRUE(harmless);
+        function();
+    });
+}

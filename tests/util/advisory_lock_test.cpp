@@ -1,0 +1,89 @@
+// The lock on a directory. Its holder is another process.
+#include "util/advisory_lock.h"
+
+#include <csignal>
+
+#include "tests/temporary_directory.h"
+
+using AdvisoryLock = TemporaryDirectory;
+
+static int tryLock(const std::string& path) {
+    return lockDirectoryOf(path.c_str(), 0);
+}
+
+static bool isFree(const std::string& path) {
+    const int lock = tryLock(path);
+    unlockDirectory(lock);
+    return lock >= 0;
+}
+
+static bool isFreeForAnother(const std::string& path) {
+    return runInChild([&] { _exit(isFree(path) ? 7 : 8); }) == 7;
+}
+
+TEST_F(AdvisoryLock, KeepsOthersOutUntilItIsGivenBack) {
+    const int lock = tryLock(path("file"));
+    ASSERT_GE(lock, 0);
+    EXPECT_FALSE(isFreeForAnother(path("file")));
+    EXPECT_FALSE(isFreeForAnother(path("another file")));
+    unlockDirectory(lock);
+    EXPECT_TRUE(isFreeForAnother(path("file")));
+}
+
+TEST_F(AdvisoryLock, EndsWithItsHolder) {
+    EXPECT_EQ(runInChild([&] {
+                  EXPECT_GE(tryLock(path("file")), 0);
+                  raise(SIGKILL);
+              }),
+              128 + SIGKILL);
+    EXPECT_TRUE(isFree(path("file")));
+}
+
+TEST_F(AdvisoryLock, IsOfOneDirectory) {
+    std::filesystem::create_directory(path("below"));
+    const int lock = tryLock(path("file"));
+    EXPECT_TRUE(isFreeForAnother(path("below/file")));
+    unlockDirectory(lock);
+}
+
+TEST_F(AdvisoryLock, ChangesNothingInTheDirectory) {
+    const auto before = std::filesystem::last_write_time(directory);
+    const int lock = tryLock(path("file"));
+    EXPECT_EQ(names(), Names());
+    unlockDirectory(lock);
+    EXPECT_EQ(std::filesystem::last_write_time(directory), before);
+}
+
+// The lock comes within the wait, however long that is.
+TEST_F(AdvisoryLock, WaitsForItsHolder) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const int lock = tryLock(path("file"));
+    const pid_t child = fork();
+    if (child == 0) {
+        close(lock); // the parent's; it would keep the lock beyond the parent's unlocking
+        EXPECT_EQ(::write(ends[1], "x", 1), 1);
+        _exit(lockDirectoryOf(path("file").c_str(), kLockSeconds) >= 0 ? 0 : 1);
+    }
+    char started = 0;
+    EXPECT_EQ(::read(ends[0], &started, 1), 1);
+    unlockDirectory(lock);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(AdvisoryLock, GoesOnWithoutWhereThereIsNone) {
+    EXPECT_EQ(tryLock(""), -1);
+    EXPECT_EQ(tryLock(path("missing/file")), -1);
+    EXPECT_EQ(tryLock(path(std::string(5000, 'x') + "/file")), -1);
+    unlockDirectory(-1);
+}
+
+TEST_F(AdvisoryLock, TakesAPathWithoutADirectoryForTheWorkingDirectory) {
+    const int lock = tryLock("file");
+    EXPECT_GE(lock, 0);
+    unlockDirectory(lock);
+}

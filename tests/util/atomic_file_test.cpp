@@ -1,0 +1,258 @@
+// Replacing files: when the old content is there and when the new one, and what becomes of links, owners and
+// permissions.
+#include "util/atomic_file.h"
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "tests/temporary_directory.h"
+
+using AtomicFile = TemporaryDirectory;
+
+static bool open(FileReplacement* file, const std::string& path) {
+    return openReplacement(file, path.c_str());
+}
+
+static bool replace(const std::string& path, const std::string& content,
+                    LinkPolicy links = LinkPolicy::follow, mode_t mostMode = 0777) {
+    FileReplacement file;
+    if (!openReplacement(&file, path.c_str(), links, mostMode))
+        return false;
+    std::fputs(content.c_str(), file.stream);
+    return commitReplacement(&file);
+}
+
+static struct stat info(const std::string& path) {
+    struct stat found = {};
+    EXPECT_EQ(lstat(path.c_str(), &found), 0) << path;
+    return found;
+}
+
+static mode_t mode(const std::string& path) {
+    return info(path).st_mode & 07777;
+}
+
+TEST_F(AtomicFile, CreatesAFileAsTheUmaskAllows) {
+    const mode_t before = umask(027);
+    EXPECT_TRUE(replace(path("new"), "content"));
+    umask(before);
+    EXPECT_EQ(content("new"), "content");
+    EXPECT_EQ(mode(path("new")), 0640u);
+    EXPECT_EQ(names(), (Names{"new"}));
+}
+
+TEST_F(AtomicFile, KeepsTheOldContentUntilTheCommit) {
+    write("file", "old content");
+    FileReplacement file;
+    ASSERT_TRUE(open(&file, path("file")));
+    std::fputs("new", file.stream);
+    std::fflush(file.stream);
+    EXPECT_EQ(content("file"), "old content");
+    EXPECT_TRUE(commitReplacement(&file));
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(names(), (Names{"file"}));
+}
+
+TEST_F(AtomicFile, CreatesNoFileBeforeTheCommit) {
+    FileReplacement file;
+    ASSERT_TRUE(open(&file, path("file")));
+    EXPECT_FALSE(std::filesystem::exists(path("file")));
+    EXPECT_TRUE(commitReplacement(&file));
+    EXPECT_EQ(content("file"), "");
+}
+
+TEST_F(AtomicFile, LeavesAReaderOfTheOldFileUndisturbed) {
+    write("file", "old");
+    std::ifstream reader(path("file"));
+    EXPECT_TRUE(replace(path("file"), "new content"));
+    std::string read;
+    reader >> read;
+    EXPECT_EQ(read, "old");
+}
+
+TEST_F(AtomicFile, KeepsPermissions) {
+    write("file", "old");
+    for (const mode_t kept : {0600u, 0640u, 0664u, 0755u}) {
+        chmod(path("file").c_str(), kept);
+        EXPECT_TRUE(replace(path("file"), "new"));
+        EXPECT_EQ(mode(path("file")), kept);
+    }
+}
+
+TEST_F(AtomicFile, GivesNoMorePermissionsThanTold) {
+    write("file", "old");
+    chmod(path("file").c_str(), 0666);
+    EXPECT_TRUE(replace(path("file"), "new", LinkPolicy::replace, 0644));
+    EXPECT_EQ(mode(path("file")), 0644u);
+    const mode_t before = umask(0);
+    EXPECT_TRUE(replace(path("new"), "new", LinkPolicy::replace, 0644));
+    umask(before);
+    EXPECT_EQ(mode(path("new")), 0644u);
+}
+
+TEST_F(AtomicFile, KeepsTheOwner) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can give files away";
+    write("file", "old");
+    ASSERT_EQ(chown(path("file").c_str(), kNobody, kNobody - 1), 0);
+    EXPECT_TRUE(replace(path("file"), "new"));
+    EXPECT_EQ(info(path("file")).st_uid, kNobody);
+    EXPECT_EQ(info(path("file")).st_gid, kNobody - 1);
+}
+
+TEST_F(AtomicFile, GivesAnotherGroupNothing) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can set the owner";
+    write("file", "old");
+    ASSERT_EQ(chown(path("file").c_str(), 0, 1), 0);
+    ASSERT_EQ(chmod(path("file").c_str(), 0676), 0);
+    ASSERT_EQ(chown(directory.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(runAsNobody([&] { EXPECT_TRUE(replace(path("file"), "new")); }), 0);
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(mode(path("file")), 0606u);
+}
+
+TEST_F(AtomicFile, ReplacesWhatALinkLeadsTo) {
+    std::filesystem::create_directory(path("there"));
+    write("there/file", "old");
+    std::filesystem::create_symlink("there/file", path("link"));
+    std::filesystem::create_symlink(path("link"), path("there/second"));
+    EXPECT_TRUE(replace(path("there/second"), "new"));
+    EXPECT_TRUE(S_ISLNK(info(path("link")).st_mode));
+    EXPECT_TRUE(S_ISLNK(info(path("there/second")).st_mode));
+    EXPECT_EQ(content("there/file"), "new");
+}
+
+TEST_F(AtomicFile, CreatesWhatALinkLeadsTo) {
+    std::filesystem::create_directory(path("there"));
+    std::filesystem::create_symlink("there/file", path("link"));
+    EXPECT_TRUE(replace(path("link"), "new"));
+    EXPECT_TRUE(S_ISLNK(info(path("link")).st_mode));
+    EXPECT_EQ(content("there/file"), "new");
+}
+
+TEST_F(AtomicFile, CanReplaceALinkItself) {
+    write("file", "old");
+    std::filesystem::create_symlink("file", path("link"));
+    EXPECT_TRUE(replace(path("link"), "new", LinkPolicy::replace));
+    EXPECT_EQ(content("file"), "old");
+    EXPECT_TRUE(S_ISREG(info(path("link")).st_mode));
+    EXPECT_EQ(content("link"), "new");
+}
+
+TEST_F(AtomicFile, CanReplaceAPipeWithoutOpeningIt) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    EXPECT_TRUE(replace(path("pipe"), "new", LinkPolicy::replace)); // opening it would wait for a reader
+    EXPECT_EQ(content("pipe"), "new");
+}
+
+TEST_F(AtomicFile, RefusesWhatCannotBeAFile) {
+    std::filesystem::create_symlink("loop", path("loop"));
+    write("file", "old");
+    for (const std::string& name :
+         {std::string(), directory, path("missing/file"), path("new/"), path("loop"), path("file/below"),
+          path(std::string(300, 'x')), std::string(5000, 'x')}) {
+        FileReplacement file;
+        EXPECT_FALSE(open(&file, name)) << name;
+    }
+    EXPECT_EQ(names(), (Names{"file", "loop"}));
+    EXPECT_EQ(content("file"), "old");
+}
+
+TEST_F(AtomicFile, RefusesAFileThatMayNotBeWritten) {
+    write("file", "old");
+    chmod(path("file").c_str(), 0444);
+    chmod(directory.c_str(), 0777);
+    EXPECT_EQ(runAsNobody([&] {
+                  FileReplacement file;
+                  EXPECT_FALSE(open(&file, path("file")));
+              }),
+              0);
+    EXPECT_EQ(content("file"), "old");
+    EXPECT_EQ(names(), (Names{"file"}));
+}
+
+TEST_F(AtomicFile, WritesInPlaceInADirectoryThatMayNotBeWritten) {
+    write("file", "old content");
+    chmod(path("file").c_str(), 0666);
+    chmod(directory.c_str(), 0555);
+    const ino_t number = info(path("file")).st_ino;
+    EXPECT_EQ(runAsNobody([&] {
+                  FileReplacement file;
+                  ASSERT_TRUE(open(&file, path("file")));
+                  std::fputs("new", file.stream);
+                  std::fflush(file.stream);
+                  EXPECT_EQ(content("file"), "old content");
+                  EXPECT_TRUE(commitReplacement(&file));
+                  EXPECT_FALSE(open(&file, path("other")));
+              }),
+              0);
+    chmod(directory.c_str(), 0755);
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(info(path("file")).st_ino, number);
+}
+
+// As in /tmp, where the owner alone may rename a file.
+TEST_F(AtomicFile, WritesInPlaceWhereRenamingIsRefused) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can set the owner";
+    write("file", "old content");
+    chmod(path("file").c_str(), 0666);
+    chmod(directory.c_str(), 01777);
+    EXPECT_EQ(runAsNobody([&] { EXPECT_TRUE(replace(path("file"), "new")); }), 0);
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(info(path("file")).st_uid, 0u);
+    EXPECT_EQ(names(), (Names{"file"}));
+}
+
+TEST_F(AtomicFile, WritesDevicesInPlace) {
+    EXPECT_TRUE(replace("/dev/null", "content"));
+    EXPECT_FALSE(replace("/dev/full", "content"));
+    EXPECT_TRUE(S_ISCHR(info("/dev/full").st_mode));
+}
+
+TEST_F(AtomicFile, KeepsTheOldContentWhenTheNewOneDoesNotFit) {
+    write("file", "old");
+    EXPECT_EQ(runInChild([&] {
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const struct rlimit limit = {4096, 4096};
+                  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+                  EXPECT_FALSE(replace(path("file"), std::string(100000, 'x')));
+                  EXPECT_FALSE(replace(path("new"), std::string(100000, 'x')));
+              }),
+              0);
+    EXPECT_EQ(content("file"), "old");
+    EXPECT_EQ(names(), (Names{"file"}));
+}
+
+TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
+    write("file", "old");
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        EXPECT_EQ(runInChild([&] {
+                      const struct rlimit none = {0, 0};
+                      setrlimit(RLIMIT_CORE, &none);
+                      FileReplacement file;
+                      ASSERT_TRUE(open(&file, path("file")));
+                      EXPECT_EQ(names().size(), 2u);
+                      raise(signal);
+                  }),
+                  128 + signal);
+        EXPECT_EQ(names(), (Names{"file"}));
+    }
+    EXPECT_EQ(content("file"), "old");
+}
+
+TEST_F(AtomicFile, LeavesSignalsAsTheyWere) {
+    struct sigaction before, after;
+    sigaction(SIGINT, nullptr, &before);
+    EXPECT_TRUE(replace(path("file"), "new"));
+    sigaction(SIGINT, nullptr, &after);
+    EXPECT_EQ(after.sa_handler, before.sa_handler);
+    std::signal(SIGINT, SIG_IGN);
+    FileReplacement file;
+    ASSERT_TRUE(open(&file, path("file")));
+    raise(SIGINT);
+    EXPECT_TRUE(commitReplacement(&file));
+    std::signal(SIGINT, before.sa_handler);
+}

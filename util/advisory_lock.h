@@ -1,0 +1,11 @@
+// An advisory lock on a directory: programs that take it run one after the other. It needs no file of its
+// own and ends with its holder, however that ends.
+#pragma once
+
+// How long a program waits for another one. A holder that hangs must not stop everybody else.
+inline constexpr int kLockSeconds = 30;
+
+// Locks the directory that path is in. Waits for its holder at most so many seconds. Returns what
+// unlockDirectory() takes; -1 when there is no lock to be had, and the caller goes on without it.
+int lockDirectoryOf(const char* path, int seconds);
+void unlockDirectory(int lock);
