@@ -7,7 +7,6 @@ set(CMAKE_SYSTEM_NAME FreeBSD)
 set(CMAKE_SYSTEM_VERSION 14.0)
 set(CMAKE_SYSTEM_PROCESSOR amd64)
 set(CMAKE_CXX_COMPILER ${CMAKE_CURRENT_LIST_DIR}/c++)
-set(CMAKE_CXX_COMPILER_LAUNCHER "" CACHE STRING "the driver keeps a cache of its own")
 
 # The driver follows the level of optimization with settings of its own that no other compiler makes:
 # assertions off with it, the undefined behavior sanitizer on without it. Its C++ library's headers are
