@@ -63,6 +63,9 @@ missing_for_checks() {
     have mandoc || echo mandoc
     have rlwrap || echo rlwrap
     have zsh || echo zsh
+    have mksh || echo mksh
+    have busybox || echo busybox
+    have bsdtar || echo libarchive-tools
     [ "$1" != apt-get ] || have fakeroot || echo fakeroot
     [ "$1" != apt-get ] || have dpkg-shlibdeps || echo dpkg-dev
     [ "$1" != apt-get ] || have file || echo file

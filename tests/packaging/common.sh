@@ -31,3 +31,19 @@ products_of() {
     cp -R "$1/lib" "$stage/build/"
     cp -R "$1/packaging/products" "$stage/build/packaging/"
 }
+
+# stage_as_port SOURCE-DIRECTORY BUILD-DIRECTORY: an installation in FreeBSD's directories in $stage/root,
+# configured as by the port; the products are copied from the existing build.
+stage_as_port() {
+    arguments=$(sed -n 's/.*\(-DCMAKE_INSTALL_[A-Z]*\):PATH=\([^ ]*\).*/\1=\2/p' "$2/packaging/freebsd/Makefile" |
+        sed "s/\${PORTNAME}/cli/")
+    [ "$(printf '%s\n' "$arguments" | wc -l)" -eq 2 ] || fail "unexpected CMAKE_ARGS in the port: $arguments"
+    # One word per argument.
+    # shellcheck disable=SC2086
+    "$CMAKE" -S "$1" -B "$stage/build" -DCMAKE_INSTALL_PREFIX=/usr/local -DBUILD_TESTING=OFF \
+        $arguments >"$stage/log" 2>&1 || fail "$(cat "$stage/log")"
+    products_of "$2"
+    DESTDIR=$stage/root "$CMAKE" --install "$stage/build" >"$stage/log" 2>&1 || fail "$(cat "$stage/log")"
+    # The ports system compresses the manual pages.
+    find "$stage/root/usr/local/share/man" -type f -exec gzip -9n {} +
+}
