@@ -1,5 +1,5 @@
-// Splits a typed line into words and finds the handler of the command word. Which function the second
-// word selects is in routes.cpp.
+// Splits a line into words and finds the handler of the command word. routes.cpp selects a function by the
+// second word.
 #pragma once
 
 #include <array>
@@ -11,16 +11,16 @@ struct Command {
     int (*handler)(int wordCount, char** words);
 };
 
-// Sorted by name as strCmpNoCase() sorts. The rows come from cli/command_words.h.
+// Sorted by name in the order of strCmpNoCase(). The rows come from cli/command_words.h.
 extern const std::array<Command, kCommandCount> cmdTable;
 extern const int numCmd;
 
-// Splits line at blanks (spaces alone) into the slots of a word table (util/words.h); a word that begins with
+// Splits line at spaces into the slots of a word table (util/words.h); a word that begins with
 // a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More
 // than kMaxWords words leave all slots unchanged; *wordCount is then the number found.
-// Returns 0 when the first slot is "exit" in any case, else 1.
+// Returns 0 if the first slot is "exit", ignoring case, else 1.
 int processCmdLine(int* wordCount, char* line, char** words);
 
 // Runs the command that words[0] names and returns its result; Result::unknownCommand, after
-// "Invalid command!", when there is none of that name.
+// "Invalid command!", if there is no such command.
 int cli_parse_command(int wordCount, char** words);

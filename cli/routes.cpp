@@ -29,11 +29,11 @@ using CommandFunction = int(int wordCount, char** words);
 namespace {
 struct Route {
     const char* keyword;
-    CommandFunction* function; // null for the action marker "-a": the next word is looked up instead
+    CommandFunction* function; // null for the action marker "-a": look up the next word
 };
 
 struct DispatchTable {
-    CommandFunction* defaultHandler; // for the command word alone; null when it needs more words
+    CommandFunction* defaultHandler; // for the command word alone; null if it needs more words
     std::span<const Route> routes;
     const char* errorMessage;
 };
