@@ -16,7 +16,7 @@ protected:
     void expectRefused(const std::string& name) {
         const std::string message = "Unable to open the specified configuration file \"" + name + "\"!!\n";
         for (const char* option : {"-a", "-c", "-i"}) {
-            const Outcome outcome = run(ImportFile, {"import", option, "-f", name});
+            const CommandOutcome outcome = run(ImportFile, {"import", option, "-f", name});
             EXPECT_EQ(outcome.result, 12) << name << option;
             EXPECT_EQ(outcome.output, message) << name << option;
         }
