@@ -1,7 +1,7 @@
 # shellcheck shell=sh
 # Shared by ./run, ./test, ./bench, .ci/ and the scripts of tests/fuzz: what a build requires, how that is
-# installed, and quiet builds. Expects $root, the directory of the sources, and set -eu. Writes to standard
-# error only, except for the help.
+# installed, and quiet builds. Expects $root, the directory of the sources, and set -eu. Writes only to
+# standard error, except for the help.
 : "${root:?}"
 
 # Exit statuses beyond those of the program's own commands.
@@ -117,8 +117,7 @@ install_packages() {
     esac
 }
 
-# Installs what is missing for a purpose (build, checks, ...), after naming it. Ends the script when that
-# is not possible.
+# Names and installs what is missing for a purpose (build, checks, ...). Exits if that is not possible.
 install_missing() {
     if have apt-get; then manager=apt-get; elif have pkg; then manager=pkg; else manager=none; fi
     missing=$("missing_for_$1" "$manager" | sort -u | tr '\n' ' ')
@@ -157,7 +156,7 @@ install_missing() {
 build() {
     preset=$1 dir=$root/$2
     shift 2
-    # A copied or moved tree would otherwise go on building the original one.
+    # Otherwise, a copied or moved tree would build the original one.
     if [ -f "$dir/CMakeCache.txt" ] && ! grep -qx "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$dir/CMakeCache.txt"; then
         rm -rf "$dir"
     fi

@@ -56,7 +56,7 @@ ASSERT_OFFSET(CreateArrayRequest, sectorSize, 108);
 ASSERT_OFFSET(CreateArrayRequest, member, 112);
 
 enum ArrayAllocation : std::uint8_t {
-    kAllocateGiven = 0,      // the extents are listed, or the level is JBOD
+    kAllocateGiven = 0,      // the request lists the extents, or the level is JBOD
     kAllocateByCapacity = 3, // the adapter selects the extents
 };
 

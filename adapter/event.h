@@ -1,5 +1,5 @@
-// The adapters' event records and the operation that fetches them. Returns 0 on success; the argument called
-// reserved is always 0.
+// The adapters' event records and the operation that fetches them. It returns 0 on success; the argument
+// called reserved is always 0.
 #pragma once
 
 #include "adapter/common.h"

@@ -98,7 +98,7 @@ inline int boundedMemberCount(const LogDrvInfo& drive) {
 // One logical drive's settings; they follow the ReplyHeader. Changed by read, modify, write.
 struct LogDrvSettings {
     std::uint8_t reserved0[4];
-    std::uint8_t cacheFlags; // kWritePolicyMask holds the policy; the other bits are kept
+    std::uint8_t cacheFlags; // kWritePolicyMask holds the policy; the other bits are preserved
     std::uint8_t reserved5[11];
     char name[32];
     std::uint8_t consolidation; // non-zero: enabled

@@ -1,4 +1,4 @@
-// Looking command words up in the definitions, and the help command.
+// Looks up command words in the definitions; the help command.
 #include "cli/cmddef.h"
 
 #include <cstdio>

@@ -1,5 +1,4 @@
-// The command definitions, in which the help command looks words up. Their rows come from
-// cli/command_words.h.
+// The command definitions, which the help command searches. Their rows come from cli/command_words.h.
 #pragma once
 
 #include <array>
@@ -21,8 +20,8 @@ extern const CommandDefinition ls_icdUnknownCmdDef;
 // Attaches the long help texts to their rows; may be called again.
 void initCommandDefinition();
 
-// Looks word up, exact but for case, and sets all three outputs: those of the unknown command, with
-// id 0, when there is no such word. The texts are constants.
+// Looks up the whole word, ignoring case, and sets all three outputs: those of the unknown command, with
+// id 0, if there is no such word. The texts are constants.
 void getCommandDefinition(const char* word, unsigned* id, const char** longHelp, const char** shortHelp);
 
 // Stores and returns the main help text.

@@ -45,7 +45,7 @@ static constexpr bool hasUniqueId(std::uint32_t row) {
     for (std::uint32_t earlier = 0; earlier < row; ++earlier)
         if (commandWords[earlier].id == commandWords[row].id)
             return false;
-    return commandWords[row].id != 0; // of the unknown command
+    return commandWords[row].id != 0; // 0 is the unknown command
 }
 
 // The number of rows before the first one that fails the check.

@@ -1,5 +1,5 @@
-// The command words: the one table that a command is entered in. The compiler builds cmdTable
-// (cli/interface.h) and ls_icdCmdDefs (cli/cmddef.h) from it and checks its rows.
+// The table of all commands. The compiler builds cmdTable (cli/interface.h) and ls_icdCmdDefs
+// (cli/cmddef.h) from it and checks its rows.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 struct CommandWord {
     std::uint32_t id; // unique; never printed
     const char* name;
-    int (*handler)(int wordCount, char** words); // null for exit alone, which only the prompt knows
+    int (*handler)(int wordCount, char** words); // null only for exit, which the prompt handles
     const char* shortHelp;
     const char* longHelp;
 };

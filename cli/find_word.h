@@ -5,7 +5,7 @@
 
 #include "util/utils.h"
 
-// The row whose name equals word except for case; null when there is none. Rows are sorted by name in
+// The row whose name equals word, ignoring case; null if there is none. Rows are sorted by name in
 // the order of strCmpNoCase().
 template <typename Row>
 const Row* findWord(std::span<const Row> rows, const char* word) {

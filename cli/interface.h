@@ -1,5 +1,5 @@
-// Splits a typed line into words and finds the handler of the command word. Which function the second
-// word selects is in routes.cpp.
+// Splits a line into words and finds the handler of the command word. routes.cpp selects a function by the
+// second word.
 #pragma once
 
 #include <array>
@@ -11,17 +11,18 @@ struct Command {
     int (*handler)(int wordCount, char** words);
 };
 
-// Sorted by name as strCmpNoCase() sorts. The rows come from cli/command_words.h.
+// Sorted by name in the order of strCmpNoCase(). The rows come from cli/command_words.h.
 extern const std::array<Command, kCommandCount> cmdTable;
 extern const int numCmd;
 
-// Splits line at blanks (spaces alone) into the slots of a word table (util/words.h); a word that begins with
-// a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More than
-// kMaxWords words leave all slots unchanged; *wordCount is then kMaxWords, and the line is to be refused.
-// The line ends the loop when its first word, or without a word the first slot, is "exit" in any case.
+// Splits line at spaces into the slots of a word table (util/words.h); a word that begins with
+// a double quote ends at the next one. Words over 256 characters are cut into pieces of 256. More
+// than kMaxWords words leave all slots unchanged; *wordCount is then kMaxWords, and the line must be
+// refused. A line whose first word, or without a word the first slot, is "exit" in any case ends the
+// loop.
 enum LineKind { kExitLine = 0, kCommandLine = 1, kLongLine = 2 };
 int processCmdLine(int* wordCount, char* line, char** words);
 
 // Runs the command that words[0] names and returns its result; Result::unknownCommand, after
-// "Invalid command!", when there is none of that name.
+// "Invalid command!", if there is no such command.
 int cli_parse_command(int wordCount, char** words);

@@ -49,7 +49,7 @@ static int runArguments(int argc, char** argv, char** words) {
 }
 
 // Reads up to a newline, a NUL byte or the end of input. False at the end of input.
-// Compatibility: of an overlong line one character is dropped, and the next call reads the rest.
+// Compatibility: one character of an overlong line is dropped, and the next call reads the rest.
 static bool readLine(char (&line)[kMaxLine + 1]) {
     std::size_t length = 0;
     int c = 0;

@@ -30,13 +30,13 @@ using CommandFunction = int(int wordCount, char** words);
 namespace {
 struct Route {
     const char* keyword;
-    CommandFunction* function; // null for the action marker "-a": the next word is looked up instead
-    bool changing = false;     // runs under the lock of changes
+    CommandFunction* function; // null for the action marker "-a": look up the next word
+    bool changing = false;     // holds the advisory lock while it runs
 };
 constexpr bool kChanging = true;
 
 struct DispatchTable {
-    CommandFunction* defaultHandler; // for the command word alone; null when it needs more words
+    CommandFunction* defaultHandler; // for the command word alone; null if it needs more words
     std::span<const Route> routes;
     const char* errorMessage;
 };

@@ -1,5 +1,5 @@
-// The handlers of the command words. All but do_cmd_help look at the second word (the third after "-a")
-// and call the command function that does the work, with the words unchanged.
+// The handlers of the command words. All but do_cmd_help select a command function by the second word
+// (after "-a", by the third) and call it with the words unchanged.
 #pragma once
 
 int do_cmd_battery(int wordCount, char** words);
@@ -20,6 +20,6 @@ int do_cmd_rebuild(int wordCount, char** words);
 int do_cmd_redundancyCheck(int wordCount, char** words);
 int do_cmd_sync(int wordCount, char** words);
 
-// help and ?, in cmddef.cpp: prints both texts of the second word, or of the command word when it is the
+// help and ?, in cmddef.cpp: prints both texts of the second word, or of the command word if it is the
 // only one. Always Result::badCount.
 int do_cmd_help(int wordCount, char** words);

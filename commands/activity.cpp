@@ -1,5 +1,5 @@
-// The table of the five activities and the code their commands share. Every format is passed all the
-// numbers any of them uses; a format that uses fewer ignores the rest.
+// The table of the five activities and the code that their commands share. Every message is printed
+// with all numbers that any of the formats in its place uses; a format ignores those it does not need.
 #include "commands/activity.h"
 
 #include <cstdio>

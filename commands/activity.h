@@ -1,6 +1,6 @@
 // The five background activities of logical drives, one row each, and the pattern their commands
-// share: list, start, pause, resume, stop. What an activity's command prints and calls is in the
-// source of that command: init.cpp, sync.cpp, migrate.cpp, rebuild.cpp.
+// share: list, start, pause, resume, stop. The messages and operations of each are in
+// the source of its command: init.cpp, sync.cpp, migrate.cpp, rebuild.cpp.
 #pragma once
 
 #include "adapter/activity.h"

@@ -1,4 +1,4 @@
-// Finds the directory of the program file from the system's memory map.
+// Finds the directory of the program file in the system's memory map.
 #include <cstdint>
 #include <cstdio>
 #include <cstring>

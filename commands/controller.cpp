@@ -188,7 +188,7 @@ static const SettingKey* findSettingKey(const char* item) {
     return nullptr;
 }
 
-// Stores a number 1..255. Any other number prints a message; a missing value does not.
+// Stores a number 1..255. Prints a message for any other number, but not for a missing value.
 static ItemResult parseRate(const char* item, std::uint8_t* field, const char* outOfRange) {
     const char* value = itemValue(item);
     if (value == nullptr)

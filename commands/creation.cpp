@@ -33,7 +33,7 @@ static ItemResult storeRaid(CreateArrayRequest* request, const char* value) {
     return code == kUnknownRaid ? ItemResult::abort : ItemResult::ok;
 }
 
-// 64 bits, unlike the other numbers, so that imported arrays of 2 TB and more keep their size.
+// 64 bits, unlike the other numbers, for imported arrays of 2 TB and more.
 static ItemResult storeCapacity(CreateArrayRequest* request, const char* value) {
     request->capacity = static_cast<std::uint64_t>(std::strtoll(value, nullptr, 10));
     return ItemResult::ok;

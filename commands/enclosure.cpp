@@ -35,7 +35,7 @@ static void printNumbered(const EnclosureSensor& sensor, bool* fanSeen, bool* te
         std::printf("Temperature #%d : %d C\n", sensorNumber(temperatureSeen), reading);
 }
 
-static void printPlain(const EnclosureSensor& sensor) {
+static void printUnnumbered(const EnclosureSensor& sensor) {
     const int reading = static_cast<int>(sensor.reading);
     if (sensor.type == kFanSensor)
         std::printf("Fan speed : %d \n", reading);
@@ -55,7 +55,7 @@ static void printSensors(const EnclosureStatus& status, bool numbered) {
         else if (numbered)
             printNumbered(sensor, &fanSeen, &temperatureSeen);
         else
-            printPlain(sensor);
+            printUnnumbered(sensor);
     }
 }
 
@@ -89,8 +89,8 @@ int ListEnclosureInfo(int wordCount, char** words) {
 }
 
 namespace {
-// Compatibility: the locate action reads the entries of the reply 192 bytes too far, so it matches other
-// bytes than a drive's IDs. The size of the reply is fixed by the adapter.
+// Compatibility: the locate action reads the entries of the reply at an offset 192 bytes too high, so it
+// compares bytes other than a drive's IDs. The size of the reply is fixed by the adapter.
 struct LocateEntry {
     std::uint8_t reserved0[4];
     std::uint16_t driveId;

@@ -1,4 +1,4 @@
-// The event buffer, and reading and writing the file that keeps it between runs.
+// The event buffer, and the file that stores it between runs.
 #include "commands/event_buffer.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Events fetched but not yet shown, kept in a file between runs.
+// Events fetched but not yet shown, stored in a file between runs.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,11 @@
 
 inline constexpr std::uint32_t kEventSlots = 50;
 
-// The exact contents of the event file. The functions below stay within the slots whatever the file
-// contained.
+// The exact contents of the event file. The functions below stay within the slots even if the file was
+// corrupt.
 struct EventBuffer {
     std::uint32_t position; // slot of the most recently stored record
-    std::uint32_t count;    // records held
+    std::uint32_t count;    // records in use
     HBAEvent slot[kEventSlots];
 };
 ASSERT_SIZE(EventBuffer, 20408);

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-// Writes the path of the event file; path has room for kEventPathSize bytes.
+// Writes the path of the event file; path holds kEventPathSize bytes.
 inline constexpr std::size_t kEventPathSize = 512;
 void GetEventBufferFilePath(char* path);
 

@@ -91,7 +91,7 @@ struct ExtentArgs {
 };
 } // namespace
 
-// Parses the options that all of these actions have and the additional one that some have.
+// Parses the options common to these actions and the additional one that some have.
 static int parseExtentArgs(int wordCount, char** words, ExtentArgs* args, const Option& extra = {}) {
     const Option options[] = {
         driveOption("-p", "physical drive ID", &args->drive),

@@ -39,7 +39,7 @@ struct MigrationSettings {
     bool hasLevel;
     int level;
     std::uint16_t stripe; // 0: keep the drive's
-    long count;           // of parities or subarrays; -1: not given
+    long count;           // of parities or subarrays; -1: not specified
 };
 } // namespace
 
@@ -94,7 +94,7 @@ static int fillRequest(MigrateRequest* request, const LogDrvInfo& drive, const M
 int StartLogDrvMigrate(int wordCount, char** words) {
     if (wordCount < 9)
         return fail(Result::badCount, "Invalid number of parameters in command \"migrate -a start\"!");
-    LogDrvArgs args = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not given
+    LogDrvArgs args = {.controller = UINT32_MAX, .logDrv = UINT32_MAX}; // negative: not specified
     IdList<> drives = {}, extents = {};
     const Option options[] = {
         logDrvOption(&args),        controllerOption(&args), driveListOption("-p", &drives),

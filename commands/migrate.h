@@ -11,5 +11,5 @@ int ResumeLogDrvMigrate(int wordCount, char** words);
 // The rank of a RAID level code, 10 for the lowest to 100; 0 for JBOD and unknown codes.
 int GetRaidLevelValue(int code);
 
-// Whether a drive may go from one level to the other: never to one of a lower rank.
+// Whether a drive can be migrated from one level to the other: never to one of a lower rank.
 bool IsAllowDoMigrate(int current, int target);

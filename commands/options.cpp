@@ -70,7 +70,7 @@ static const Option* findOption(std::span<const Option> options, const char* wor
     return nullptr;
 }
 
-// Clears the entries past the end, so that a repeated list leaves nothing of the previous one.
+// Clears the entries past the end, so that none of the previous list remains when the option is repeated.
 static void parseList(const Option& option, const char* word) {
     TranslateIDListUpTo(option.capacity, option.count, option.value, word);
     for (int i = 0; i < option.capacity; ++i)

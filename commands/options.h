@@ -1,5 +1,5 @@
-// Parsing a command's options: names, most followed by a value, in the order given. A command lists its
-// options and the variables that receive their values; one parser serves every command.
+// Parses the options of a command: names, most of them followed by a value, in any order. A command lists
+// its options and the variables that receive their values; all commands share the parser.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 #include "util/idlist.h"
 #include "util/result.h"
 
-// A list of numbers given as one word.
+// A list of numbers in one word.
 template <int Capacity = kMaxListItems>
 struct IdList {
     int count;
@@ -26,14 +26,14 @@ struct Option {
     int* count = nullptr;                  // receives the length of a list
     int capacity = 0;                      // maximum length of a list
     const char** text = nullptr;           // receives a text
-    bool* present = nullptr;               // set to true when the option is given; may be null
-    std::uint32_t* impliedCount = nullptr; // set to 1 when the option is given; may be null
+    bool* present = nullptr;               // set to true if the option is present; may be null
+    std::uint32_t* impliedCount = nullptr; // set to 1 if the option is present; may be null
     std::uint32_t max = 0;                 // a bounded number is stored only if it is 1 .. max
     std::uint32_t base = 0;                // the user's ID of the first object: 1 for drives
-    Result::Code errorCode = Result::done; // when the value is not a number
+    Result::Code errorCode = Result::done; // if the value is not a number
 };
 
-// Takes no value.
+// Has no value.
 Option flagOption(const char* name, bool* present);
 
 // A decimal number; any other value ends the command with errorCode.

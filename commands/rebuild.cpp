@@ -1,4 +1,4 @@
-// The rb command: shows and controls the rebuild of a logical drive onto given drives and extents.
+// The rb command: shows and controls the rebuild of a logical drive onto selected drives and extents.
 #include "commands/rebuild.h"
 
 #include "commands/activity.h"
@@ -59,7 +59,7 @@ int ResumeLogDrvRebuild(int wordCount, char** words) {
                             "Rebuild is failed to resume on Array %d.\n"});
 }
 
-// A restart is attempted whatever the drive is doing.
+// A restart is attempted regardless of the drive's activity.
 int RestartLogDrvRebuild(int wordCount, char** words) {
     return controlActivity(wordCount, words,
                            {&rebuild, ActivityPrecondition::none, invoke<q5_restartRebuild>,

@@ -1,11 +1,11 @@
-// gen-completions: writes the words that the commands accept, as found by running the commands, for
-// the completions of two shells, the word list of the prompt's line editor, and tests.
+// gen-completions: runs the commands to find the words that they accept, and writes these for the
+// completions of two shells, the word list of the prompt's line editor, and tests.
 //
 //     gen-completions <template directory> <output directory>
 //
 // writes grammar.txt, wordlist.txt (every word once, in the format of the line editor) and, from the
-// templates, cli.bash and _cli. grammar.txt has one fact per line, in the order of the commands' own
-// tables, its words separated by single blanks:
+// templates, cli.bash and _cli. grammar.txt has one fact per line, in the order of the commands'
+// tables, with words separated by single spaces:
 //
 //     <command>                                  accepted at the prompt and as an argument
 //     <command> prompt                           accepted at the prompt only
@@ -16,8 +16,8 @@
 //     <command> [-a <action>] <option> <key>=            a key of the option's settings text
 //     <command> [-a <action>] <option> <key>=<value>     one of the few values of a key
 //
-// "import -a flag" is an option like any other: import has no actions. Words are in the case of the
-// tables; the program ignores case, except in migrate's keys.
+// "import -a flag" is an ordinary option: import has no actions. Words have the case of the tables; the
+// program ignores case, except in migrate's keys.
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>

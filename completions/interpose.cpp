@@ -11,14 +11,14 @@
 #include "util/utils.h"
 #include "util/words.h"
 
-// The originals, under the names that CMakeLists.txt gives them.
+// The original functions, renamed in CMakeLists.txt.
 int realStrCmpNoCase(const char* a, const char* b);
 const char* realStrstrNoCase(const char* haystack, const char* needle);
 bool realKeyContains(const char* item, const char* word);
 Option realTextOption(const char* name, const char** word);
 Option realListOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base);
 
-// Of one line. A line that is read to its end takes far fewer.
+// In one line. A command that reads its line to the end makes far fewer.
 static constexpr int kMaxComparisons = 1000;
 
 static Recording recording;
@@ -30,7 +30,7 @@ void addNew(std::vector<std::string>* words, const std::vector<std::string>& mor
             words->push_back(word);
 }
 
-// After kMaxComparisons the words are equal, which ends a command that repeats the same comparison.
+// After kMaxComparisons the words compare equal, which ends a command that repeats the same comparison.
 int strCmpNoCase(const char* a, const char* b) {
     if (std::strcmp(a, kUnknownWord) != 0)
         return realStrCmpNoCase(a, b);

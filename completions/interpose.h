@@ -1,14 +1,14 @@
-// Records what the commands compare an unknown word with. The functions in interpose.cpp replace those
-// that the commands compare words with, and call the originals.
+// Records what the commands compare an unknown word with. interpose.cpp replaces the functions that compare
+// words; its functions call the originals.
 #pragma once
 
 #include <string>
 #include <vector>
 
-// Unknown to every command, no number, and the path of no file.
+// Not a word of any command, not a number, and not the path of a file.
 inline constexpr char kUnknownWord[] = "\x01/\x01";
 
-// What happened while one line ran, in order and each once.
+// What one line did, in order and without duplicates.
 struct Recording {
     std::vector<std::string> compared;    // words that the unknown word was compared with
     std::vector<std::string> searchedFor; // words searched for in a text with the unknown word

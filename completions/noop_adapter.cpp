@@ -1,5 +1,5 @@
-// A stub adapter: two controllers with 16 drives and two logical drives each. It keeps no state. Every
-// other operation succeeds and leaves the zeroes that the caller cleared its buffer to.
+// A stub adapter: two controllers with 16 drives and two logical drives each. It is stateless. Every
+// other operation succeeds and leaves the caller's cleared buffer unchanged.
 #include <cstring>
 
 #include "adapter/activity.h"
@@ -18,14 +18,14 @@ static constexpr std::uint32_t kControllers = 2;
 static constexpr std::uint16_t kDrives = 16;
 static constexpr std::uint16_t kLogDrvs = 2;
 
-// Fills a list reply with the records from first on, as far as they exist, are wanted and fit.
+// Fills a list reply with the records from first on: as many as exist, were requested and fit.
 template <typename Record>
-static int list(void* reply, std::uint32_t size, std::uint32_t first, std::uint32_t wanted,
+static int list(void* reply, std::uint32_t size, std::uint32_t first, std::uint32_t requested,
                 std::uint16_t total, std::uint16_t Record::*id) {
     ReplyHeader header = {};
     header.bytesUsed = sizeof header;
     auto* next = static_cast<std::uint8_t*>(reply) + sizeof header;
-    for (std::uint32_t i = first; i < total && i - first < wanted; ++i) {
+    for (std::uint32_t i = first; i < total && i - first < requested; ++i) {
         if (header.bytesUsed + sizeof(Record) > size)
             break;
         Record record = {};

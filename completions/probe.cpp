@@ -1,4 +1,4 @@
-// Finds out which words each command accepts, from the words that it compares unknown words with.
+// Finds out which words each command accepts: those that it compares unknown words with.
 #include "completions/probe.h"
 
 #include <algorithm>
@@ -60,7 +60,7 @@ static Line probeOptions(const Line& start, Line first, Line options, Recording*
 }
 
 namespace {
-// What is known of a usage so far.
+// What is known about a usage so far.
 struct ProbeContext {
     Line start;
     Line options;
@@ -69,8 +69,8 @@ struct ProbeContext {
 };
 } // namespace
 
-// Runs lines that end in the option and the given words, each with other options before them, until a
-// recording is accepted: a command may require other options before it reads these.
+// Runs lines that end in the option and the words in end, preceded by other options, until a recording is
+// accepted: a command may require other options before it reads these.
 static Recording recordUntil(const ProbeContext& context, const std::string& option, const Line& end,
                              const std::function<bool(const Recording&)>& isAccepted) {
     Line others;
@@ -104,7 +104,7 @@ static Line searchedWords(const ProbeContext& context, const std::string& option
         .searchedFor;
 }
 
-// Whether the command goes on to the item after this one: it rejects some words of a table.
+// Whether the command continues with the next item. It stops at words of a table that it rejects.
 static bool isAllowed(const ProbeContext& context, const std::string& option, const std::string& item) {
     std::string text = item;
     text.append(",").append(kUnknownWord);
@@ -176,7 +176,7 @@ static CommandGrammar probeCommand(const char* name) {
         (isOption(word) ? options : actions).push_back(word);
     if (!actions.empty())
         std::erase(options, kActionMarker);
-    // Some commands route a word that they do not accept as an option afterwards.
+    // Some commands route a word to a function that then rejects it as an option.
     command.usages.push_back(probeAction({name}, options, {}, {}));
     for (const std::string& action : actions) {
         const Line start = {name, kActionMarker, action};

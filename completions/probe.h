@@ -1,5 +1,5 @@
-// Finds out which words each command accepts. No word is listed here: a line with an unknown word runs
-// as a user's line would, and the words that the command compares it with are recorded.
+// Finds out which words each command accepts. No words are listed here: lines with an unknown word are run
+// like a user's, and the words that the command compares it with are recorded.
 #pragma once
 
 #include <string>

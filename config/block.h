@@ -12,7 +12,7 @@
 
 inline constexpr char kEndMarker[] = "[End]";
 
-// The text of one block; what does not fit is dropped.
+// The text of one block, truncated to its buffer.
 inline constexpr std::size_t kBlockTextSize = 2048;
 struct BlockText {
     char* text; // kBlockTextSize bytes, owned by the caller
@@ -20,7 +20,7 @@ struct BlockText {
 };
 [[gnu::format(printf, 2, 3)]] void append(BlockText* block, const char* format, ...);
 
-// A word of the file, delimited by white space; longer ones are cut.
+// A word of the file, delimited by white space; longer ones are truncated.
 struct Token {
     char text[128];
 };
@@ -34,7 +34,7 @@ void readInteger(std::FILE* file, int* number);
 // Reads one word as a flag: "Enable" in any case sets it, anything else clears it.
 bool readEnable(std::FILE* file);
 
-// One key. If a value is written and read differently, a comment at the row says why.
+// One key. If a value is written and read differently, a comment at the row explains why.
 template <typename Source, typename Record>
 struct Key {
     const char* key; // with its angle brackets, exact
@@ -43,7 +43,7 @@ struct Key {
     bool (*shouldWrite)(const Source& source) = nullptr; // null: always
 };
 
-// Reads a number into any integer field, cut to its width.
+// Reads a number into any integer field, truncated to its width.
 template <auto field, typename Record>
 void readNumber(std::FILE* file, Record* record) {
     int number = static_cast<int>(record->*field);

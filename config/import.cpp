@@ -103,7 +103,7 @@ int DisplayImportFile(const char* fileName) {
 }
 
 namespace {
-// The selected blocks of a kind: all, or those with a listed set index.
+// The selected blocks of a kind: all, or those whose set index is listed.
 struct Selection {
     bool all;
     int count;
@@ -184,7 +184,7 @@ int ImportFile(int wordCount, char** words) {
         flagOption("-a", &everything), // the default; has no effect
     };
     for (int list = 0; list < 3; ++list)
-        options[list].present = &selected; // any list drops all blocks that no list selects
+        options[list].present = &selected; // with any list, only the listed blocks are applied
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 

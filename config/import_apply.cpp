@@ -26,7 +26,7 @@ struct ArgvBuilder {
 };
 } // namespace
 
-// Appends a word, cut to its slot.
+// Appends a word, truncated to its slot.
 [[gnu::format(printf, 2, 3)]] static void appendArg(ArgvBuilder* words, const char* format, ...) {
     char* slot = words->slot[words->count];
     words->word[words->count++] = slot;

@@ -33,7 +33,7 @@ inline std::span<const LogDrvConfigRecord> logDrvRecords(const ImportSet& set) {
 // before any change; a failed change does not end it. Result::done, notFound or tooManyDrives.
 int applyRecords(const ImportSet& set, bool clear);
 
-// Apply one record with the command that a user would type and ignore its result. Return 0, also for a
+// Apply one record with the command that a user would type; its result is ignored. Return 0, also for a
 // null record.
 int ImpFileSetCtrlSettings(const CtrlConfigRecord* record);
 int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record);

@@ -20,8 +20,8 @@ using Record = LogDrvConfigRecord;
 using Source = LogDrvSource;
 
 static void writeMembers(BlockText* text, const Source& s) {
-    LogDrvInfo raised = *s.drive; // BlockIDsString() adds 1 to the IDs in place
-    append(text, "%s", BlockIDsString(boundedMemberCount(raised), raised.memberIds));
+    LogDrvInfo copy = *s.drive; // BlockIDsString() adds 1 to the IDs in place
+    append(text, "%s", BlockIDsString(boundedMemberCount(copy), copy.memberIds));
 }
 
 static void writeExtents(BlockText* text, const Source& s) {

@@ -81,7 +81,7 @@ void TranslateIDListUpTo(int capacity, int* count, std::uint32_t* values, const 
     while (*text != '\0' && *count < capacity) {
         values[(*count)++] = parseNumber(&text);
         if (*text != '\0')
-            ++text; // the separator, whatever it is
+            ++text; // any one character is a separator
     }
 }
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 inline constexpr int kMaxListItems = 16;        // read from a list on the command line
-inline constexpr std::uint32_t kNoIdItem = 255; // an item given as "-"
+inline constexpr std::uint32_t kNoIdItem = 255; // the item "-"
 
 // Splits a list in place into at most 16 items: items[0 .. *count - 1] point into text, the other
 // entries are null. Items may be quoted or parenthesized.

@@ -6,7 +6,7 @@ struct Result {
         done = 0,           // also when there was nothing to do
         badValue = 1,       // an unknown option or an invalid value
         badCount = 2,       // the wrong number of words; also all help
-        notFound = 5,       // the named object does not exist; no adapter at start-up
+        notFound = 5,       // the named object does not exist; no adapter at startup
         badId = 6,          // an ID that is not a decimal number
         badOffset = 7,      // an offset where an extent cannot be split
         refused = 8,        // the adapter refused the operation, or the drive is missing
@@ -14,8 +14,8 @@ struct Result {
         noAdapterApi = 10,  // the adapter library could not be initialized
         noFile = 12,        // a configuration file that cannot be opened or created
         badKeyword = 13,    // an invalid keyword in a configuration file
-        emptyFile = 14,     // a configuration file without any words
-        tooManyDrives = 16, // more drives in a configuration file than there is room for
+        emptyFile = 14,     // a configuration file that contains no words
+        tooManyDrives = 16, // a configuration file exceeds what the controller has or an import accepts
     };
 };
 

@@ -1,5 +1,5 @@
-# Brings the staged files of each package in line with Debian's policy before they are packed: manual pages
-# are compressed, and copyright and changelog are in the package's documentation directory.
+# Prepares the staged files of each package according to Debian policy: compresses the manual pages, and
+# copies copyright and changelog to the package's documentation directory.
 foreach(component cli rehearsal)
   set(root ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr)
   file(GLOB pages ${root}/share/man/man*/*.[1-8])

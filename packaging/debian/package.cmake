@@ -1,4 +1,4 @@
-# The Debian packages, made by cpack in a build that is configured for /usr:
+# The Debian packages, built by cpack in a build that is configured for /usr:
 #     cmake --preset debian && cmake --build build/debian && (cd build/debian && cpack)
 # writes them to build/debian/packages. cpack finds the dependencies with the programs of dpkg-dev and file.
 set(CPACK_GENERATOR DEB)
@@ -21,8 +21,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "the cli developers <maintainers@localhost>")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The two closed libraries come with the adapters and are in no package. The dependencies are found with the
-# simulator's libraries of the same names, which add no dependency.
+# The two closed libraries are supplied with the adapters, not packaged. The dependencies are determined with
+# the simulator's libraries of the same names, which add none.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/lib)
 

@@ -97,9 +97,9 @@ TEST(World, UnwritableFileRejectsChanges) {
     // A directory in place of the lock file makes it fail for root as well.
     std::filesystem::create_directory(s.world() + ".lock");
     const std::string line = s.world() + ": the world file cannot be locked: Is a directory\n";
-    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}), (Outcome{0, "", line}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-s", "mprate=99"}), (ProcessOutcome{0, "", line}));
     EXPECT_EQ(s.worldText(), before);
-    const Outcome listing = s.run({"ctrl"});
+    const ProcessOutcome listing = s.run({"ctrl"});
     EXPECT_EQ(listing.status, 0);
     EXPECT_EQ(listing.err, "");
 }

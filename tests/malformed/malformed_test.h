@@ -35,7 +35,7 @@ private:
 };
 
 inline CommandOutcome command(const std::string& line) {
-    return run(cli_parse_command, typed(line));
+    return run(cli_parse_command, splitWords(line));
 }
 
 inline constexpr int kFailures[] = {INT_MIN, -1, 1, INT_MAX};
