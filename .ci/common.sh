@@ -151,6 +151,21 @@ install_missing() {
     fi
 }
 
+# with_lock PROGRAM: runs a program while no other process runs it that way, waiting if necessary. The program
+# file itself is locked, so that no file is created or left behind. A killed process loses its lock. Every
+# Linux has flock, every FreeBSD has lockf.
+with_lock() {
+    if have flock; then
+        flock -n "$1" true || log "Waiting for another build..."
+        flock "$1" "$1" || exit $?
+    elif have lockf; then
+        lockf -kns -t 0 "$1" true || log "Waiting for another build..."
+        lockf -kn "$1" "$1" || exit $?
+    else
+        "$1" || exit $?
+    fi
+}
+
 # build PRESET DIRECTORY [TARGET...]: configures the preset and builds all or these targets in
 # $root/DIRECTORY. Output goes to build.log there and is shown only on failure.
 build() {
