@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "simulator/engine/media_errors.h"
 #include "simulator/engine/progress.h"
 #include "simulator/engine/rebuild.h"
 #include "simulator/world/array_rules.h"
@@ -55,6 +56,8 @@ static void finishInitialization(Controller& controller, LogicalDrive& array, st
     if (!quick) {
         array.synchronized = true;
         array.inconsistencies = 0;
+        array.lostWrites = 0;
+        array.lostStripes = 0;
     } else if (!array.synchronized) {
         startSynchronization(controller, array, at);
     }
@@ -62,10 +65,18 @@ static void finishInitialization(Controller& controller, LogicalDrive& array, st
 
 static void finishCheck(Controller& controller, LogicalDrive& array, std::int64_t at) {
     const bool repairs = !array.activity.noFix;
+    const CheckedSectors sectors = checkMembers(controller, array, repairs);
+    if (sectors.found > 0)
+        addEvent(controller, at,
+                 "Logical drive %d: redundancy check found %llu unreadable sectors, %llu repaired",
+                 array.logDrvId, static_cast<unsigned long long>(sectors.found),
+                 static_cast<unsigned long long>(sectors.repaired));
+    array.inconsistencies += std::min(array.lostWrites, UINT32_MAX - array.inconsistencies);
+    array.lostWrites = 0;
     addEvent(controller, at, "Logical drive %d: redundancy check found %u inconsistencies%s", array.logDrvId,
              array.inconsistencies,
              array.inconsistencies == 0 ? ""
-             : repairs                  ? ", mended"
+             : repairs                  ? ", repaired"
                                         : ", left as they are");
     if (repairs)
         array.inconsistencies = 0;

@@ -9,6 +9,9 @@ namespace q5sim {
 // Brings the world up to the time now. Idempotent: a second call changes nothing.
 void advanceTo(World& world, std::int64_t now);
 
+// When the next running activity or patrol completes; kNoDeadline: none runs.
+std::int64_t nextActivityTime(const World& world);
+
 // Whether advanceTo would change anything.
 bool hasDueTransitions(const World& world, std::int64_t now);
 

@@ -1,14 +1,42 @@
-// Fault injection: changes to the hardware that no operation of the adapters can make.
+// Fault injection: changes to the hardware that no operation of the adapters can make. The consequences
+// follow with advanceTo.
 #pragma once
+
+#include <string>
 
 #include "simulator/world/world.h"
 
 namespace q5sim {
 
-// Both return false, with nothing changed, when the controller has no such drive or its state does not
-// allow it. The consequences follow with advanceTo.
-bool failDrive(Controller& controller, std::uint32_t driveId);
-// Replaces a failed drive by a new, empty one of the same kind.
-bool replaceDrive(Controller& controller, std::uint32_t driveId, std::int64_t now);
+// Why a fault cannot be injected, as a sentence without its subject's capital; empty: it was.
+using Reason = std::string;
+
+Reason failDrive(Controller& controller, std::uint32_t driveId);
+// Replaces a failed drive by a new, empty one of the same model.
+Reason replaceDrive(Controller& controller, std::uint32_t driveId, std::int64_t now);
+
+Reason pullDrive(Controller& controller, std::uint32_t driveId, std::int64_t now);
+// What is inserted into an empty slot: the drive that was pulled last, an empty one, or one with the
+// configuration of another controller.
+enum class NewDrive { same, blank, foreign };
+Reason insertDrive(Controller& controller, std::uint32_t driveId, NewDrive kind, std::int64_t now);
+
+// Adds bad sectors at a percentage of the drive, or spread over it when it is negative.
+Reason addMediaErrors(Controller& controller, std::uint32_t driveId, std::uint64_t count, int percent,
+                      std::int64_t now);
+Reason setSmartFailure(Controller& controller, std::uint32_t driveId, bool failure);
+
+// Sets the state of the battery; a controller without one gets one.
+Reason setBattery(Controller& controller, std::uint8_t state, std::int64_t now);
+Reason setSensor(Controller& controller, std::uint32_t enclosureId, std::uint8_t type, std::int32_t reading);
+
+// An enclosure with all its drives.
+Reason pullEnclosure(Controller& controller, std::uint32_t enclosureId, std::int64_t now);
+Reason insertEnclosure(Controller& controller, std::uint32_t enclosureId, std::int64_t now);
+
+// A new controller of the same model finds the configuration on the drives.
+void swapController(Controller& controller, std::int64_t now);
+// Power is lost and restored at once, on all controllers.
+void cutPower(World& world, std::int64_t now);
 
 } // namespace q5sim

@@ -56,6 +56,10 @@ std::int64_t dueTime(const Controller& controller, const Activity& activity) {
                      speedOf(controller, activity.kind));
 }
 
+std::int64_t reachTime(const Controller& controller, const Activity& activity, std::uint64_t mb) {
+    return dueTimeOf(activity.completedMb, mb, activity.since, speedOf(controller, activity.kind));
+}
+
 static std::uint64_t patrolSpeed(const Controller& controller) {
     return std::max<std::uint64_t>(1, controller.rates.patrol) * kMbPerRate;
 }

@@ -20,6 +20,9 @@ std::uint8_t percentDone(const Controller& controller, const Activity& activity,
 // When a running activity completes; kNoDeadline: it is paused.
 std::int64_t dueTime(const Controller& controller, const Activity& activity);
 
+// When a running activity reaches an offset, but not before it was last checkpointed.
+std::int64_t reachTime(const Controller& controller, const Activity& activity, std::uint64_t mb);
+
 std::uint64_t patrolTotalMb(const Drive& drive);
 std::uint64_t patrolDoneMb(const Controller& controller, const Drive& drive, std::int64_t now);
 std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, std::int64_t now);

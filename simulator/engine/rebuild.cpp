@@ -18,14 +18,23 @@ static bool isOnWorkingMember(const Controller& controller, const LogicalDrive& 
 
 static bool isUsableExtent(const LogicalDrive& array, const Extent& extent) {
     const bool spareOfAnother = extent.use == kUseDedicatedSpare && extent.array != array.arrayId;
-    return extent.use != kUseArray && !spareOfAnother && extent.size >= array.memberSectors;
+    return !isAssigned(extent) && !spareOfAnother && extent.size >= array.memberSectors;
+}
+
+// A stale member can be rebuilt in place.
+static bool isStaleExtent(const LogicalDrive& array, const Drive& drive, std::size_t index) {
+    return isStaleMember(array, drive.id) && memberExtent(drive, array.arrayId) == index;
+}
+
+static bool isFreeForRebuild(const LogicalDrive& array, const Drive& drive, std::size_t index) {
+    return isUsableExtent(array, drive.extents[index]) && !holdsExtentOf(drive, array.arrayId);
 }
 
 static bool isEligibleTarget(const Controller& controller, const LogicalDrive& array,
                              const RebuildChoice& choice) {
     const Drive* drive = findDrive(controller, choice.drive);
     return drive != nullptr && !drive->failed && choice.extent < drive->extents.size() &&
-           isUsableExtent(array, drive->extents[choice.extent]) && !holdsExtentOf(*drive, array.arrayId) &&
+           (isFreeForRebuild(array, *drive, choice.extent) || isStaleExtent(array, *drive, choice.extent)) &&
            !isOnWorkingMember(controller, array, choice.drive);
 }
 
@@ -64,20 +73,38 @@ static bool hasDriveTwice(const std::vector<RebuildChoice>& choices) {
     return false;
 }
 
-bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,
-                  std::int64_t now) {
+static std::string extentName(const RebuildChoice& choice) {
+    return "extent " + std::to_string(choice.extent) + " of drive " + std::to_string(choice.drive + 1);
+}
+
+std::string obstacleToRebuild(const Controller& controller, const LogicalDrive& array,
+                              const std::vector<RebuildChoice>& choices) {
     const std::uint8_t status = functionalStatus(controller, array);
-    const std::vector<std::size_t> lost = lostMembers(controller, array);
-    if (array.activity.kind != 0 || (status != kCritical && status != kDegraded) || choices.empty() ||
-        choices.size() > lost.size() || hasDriveTwice(choices))
-        return false;
+    if (array.activity.kind != 0)
+        return "it has another activity";
+    if (status == kOnline)
+        return "no member is lost";
+    if (status != kCritical && status != kDegraded)
+        return "it is offline";
+    if (choices.empty() || choices.size() > lostMembers(controller, array).size())
+        return "more extents are given than members are lost";
+    if (hasDriveTwice(choices))
+        return "a drive is given twice";
     for (const RebuildChoice& choice : choices)
         if (!isEligibleTarget(controller, array, choice))
-            return false;
+            return extentName(choice) + " cannot take a member";
+    return "";
+}
+
+bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,
+                  std::int64_t now) {
+    if (!obstacleToRebuild(controller, array, choices).empty())
+        return false;
+    const std::vector<std::size_t> lost = lostMembers(controller, array);
     const std::vector<RebuildTarget> targets = assignSlots(array, lost, choices);
     for (const RebuildChoice& choice : choices)
-        allocateExtent(controller, *findDrive(controller, choice.drive), choice.extent, array.memberSectors,
-                       array.arrayId);
+        if (Drive& drive = *findDrive(controller, choice.drive); !isStaleExtent(array, drive, choice.extent))
+            allocateExtent(controller, drive, choice.extent, array.memberSectors, array.arrayId);
     startActivity(array, kRebuilding, array.memberSectors / kSectorsPerMb, now);
     array.activity.targets = targets;
     array.autoRebuildInhibited = false;
@@ -109,6 +136,8 @@ void finishRebuild(Controller& controller, LogicalDrive& array) {
         Drive* old = findDrive(controller, member);
         if (old != nullptr && member != target.drive)
             freeMemberExtent(*old, array.arrayId);
+        std::erase(array.staleMembers, member);
+        std::erase(array.staleMembers, target.drive);
         member = target.drive;
     }
     array.activity = {};

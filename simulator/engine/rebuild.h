@@ -11,6 +11,10 @@ struct RebuildChoice {
     std::uint32_t extent = 0;
 };
 
+// Why the array cannot be rebuilt onto these extents; empty: it can.
+std::string obstacleToRebuild(const Controller& controller, const LogicalDrive& array,
+                              const std::vector<RebuildChoice>& choices);
+
 // Starts a rebuild onto these extents, each of which replaces a lost member. Returns false when the
 // array or an extent does not allow it.
 bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,

@@ -14,16 +14,17 @@ static constexpr std::uint8_t kCheckKinds = kRedundancyChecking | kSynchronizing
 
 // Fills a progress reply when the array has an activity of this kind.
 template <typename Progress>
-static int fillProgress(HbaAddress address, std::uint32_t reserved, std::uint8_t kind,
+static int fillProgress(const Caller& caller, std::uint32_t reserved, std::uint8_t kind,
                         const ActivityQuery* query, Progress* progress, std::uint32_t size) {
-    return fillReply(address, reserved, progress, size, sizeof *progress,
+    return fillReply(caller, reserved, progress, size, sizeof *progress,
                      [&](const Controller& controller, std::int64_t now) {
                          const std::uint32_t wanted = kind == kMigrating ? kMigrationKind : 0;
                          const LogicalDrive* array = query != nullptr && query->kind == wanted
                                                          ? findLogicalDrive(controller, query->logDrvId)
                                                          : nullptr;
                          if (array == nullptr || array->activity.kind != kind)
-                             return kRefused;
+                             return refuse("%s progress: the logical drive has no such activity",
+                                           activityName(kind));
                          progress->header.bytesUsed = sizeof *progress;
                          progress->state = array->activity.paused ? kActivityPaused : kActivityRunning;
                          progress->percent = percentDone(controller, array->activity, now);
@@ -78,14 +79,23 @@ static bool applyControl(Controller& controller, LogicalDrive& array, Control co
     return true;
 }
 
+static std::uint8_t lowestBit(std::uint8_t bits) {
+    return static_cast<std::uint8_t>(bits & -bits);
+}
+
 // Controls the array's activity when it is one of kinds (ActivityBit bits).
-static int controlActivity(HbaAddress address, std::uint32_t reserved, const std::uint32_t* logDrvId,
+static int controlActivity(const Caller& caller, std::uint32_t reserved, const std::uint32_t* logDrvId,
                            std::uint8_t kinds, Control control) {
-    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(caller, reserved, [&](Controller& controller, std::int64_t now) {
         LogicalDrive* array = logDrvId != nullptr ? findLogicalDrive(controller, *logDrvId) : nullptr;
-        if (array == nullptr || (array->activity.kind & kinds) == 0)
-            return kRefused;
-        return applyControl(controller, *array, control, now) ? kDone : kRefused;
+        if (array == nullptr)
+            return refuse("there is no such logical drive");
+        if ((array->activity.kind & kinds) == 0)
+            return refuse("logical drive %d has no %s", array->logDrvId, activityName(lowestBit(kinds)));
+        if (!applyControl(controller, *array, control, now))
+            return refuse("%s of logical drive %d is %s already", activityName(array->activity.kind),
+                          array->logDrvId, array->activity.paused ? "paused" : "running");
+        return kDone;
     });
 }
 
@@ -151,17 +161,29 @@ int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitSta
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || size != sizeof *request ||
             (request->initType != 1 && request->initType != 2 && request->initType != 4))
-            return kRefused;
+            return refuse("initialization: the request is invalid");
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
-        if (array == nullptr || functionalStatus(controller, *array) != kOnline)
-            return kRefused;
+        if (array == nullptr)
+            return refuse("initialization: there is no logical drive %u", request->logDrvId);
+        if (functionalStatus(controller, *array) != kOnline)
+            return refuse("initialization of logical drive %d: it is %s", array->logDrvId,
+                          statusName(functionalStatus(controller, *array)));
         if (array->activity.kind == kSynchronizing)
             abortActivity(controller, *array, "halted for an initialization", now);
         if (array->activity.kind != 0)
-            return kRefused;
+            return refuse("initialization of logical drive %d: it has another activity", array->logDrvId);
         startInitialization(controller, *array, request->initType, now);
         return kDone;
     });
+}
+
+// nullptr: none.
+static const char* obstacleToCheck(const Controller& controller, const LogicalDrive& array) {
+    if (array.activity.kind != 0)
+        return "has another activity";
+    if (!isRedundant(array.level))
+        return "is not redundant";
+    return functionalStatus(controller, array) != kOnline ? "is not online" : nullptr;
 }
 
 // Starts a synchronization while the array is not synchronized and may be repaired, else a redundancy
@@ -170,11 +192,12 @@ int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
                             const RedundancyCheckRequest* request) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || request->noFix > 1 || request->zero5 != 0)
-            return kRefused;
+            return refuse("redundancy check: the request is invalid");
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
-        if (array == nullptr || array->activity.kind != 0 || !isRedundant(array->level) ||
-            functionalStatus(controller, *array) != kOnline)
-            return kRefused;
+        if (array == nullptr)
+            return refuse("redundancy check: there is no logical drive %u", request->logDrvId);
+        if (const char* obstacle = obstacleToCheck(controller, *array))
+            return refuse("redundancy check of logical drive %d: it %s", array->logDrvId, obstacle);
         if (request->noFix == 0 && !array->synchronized) {
             startSynchronization(controller, *array, now);
             return kDone;
@@ -190,14 +213,19 @@ int q5_startHBARebuildExtent(HbaAddress address, std::uint32_t reserved, std::ui
                              const RebuildEntry* entries, const LogDrvInfo* drive) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (entries == nullptr || entryCount == 0 || drive == nullptr)
-            return kRefused;
+            return refuse("rebuild: the request is invalid");
         std::vector<RebuildChoice> choices;
         for (std::size_t i = 0; i < entryCount; i++) {
             if (entries[i].logDrvId != drive->logDrvId)
-                return kRefused;
+                return refuse("rebuild: an entry names another logical drive");
             choices.push_back({entries[i].driveId, entries[i].extent});
         }
         LogicalDrive* array = findLogicalDrive(controller, drive->logDrvId);
-        return array != nullptr && startRebuild(controller, *array, choices, now) ? kDone : kRefused;
+        if (array == nullptr)
+            return refuse("rebuild: there is no logical drive %d", drive->logDrvId);
+        if (const std::string obstacle = obstacleToRebuild(controller, *array, choices); !obstacle.empty())
+            return refuse("rebuild of logical drive %d: %s", array->logDrvId, obstacle.c_str());
+        startRebuild(controller, *array, choices, now);
+        return kDone;
     });
 }

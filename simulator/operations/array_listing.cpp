@@ -1,6 +1,7 @@
 // Listing logical drives, their lost members, and locating and activating them.
 #include "adapter/creation.h"
 
+#include "simulator/engine/cache.h"
 #include "simulator/operations/operation.h"
 #include "simulator/world/array_rules.h"
 
@@ -12,7 +13,7 @@ static LogDrvInfo arrayRecord(const Controller& controller, const LogicalDrive& 
     record.raidLevel = drive.level;
     record.activityStatus = drive.activity.kind;
     record.functionalStatus = functionalStatus(controller, drive);
-    record.writeCacheMode = drive.cacheFlags & kWritePolicyMask;
+    record.writeCacheMode = effectiveCacheFlags(controller, drive) & kWritePolicyMask;
     record.sectorCount = drive.sectors;
     record.diskCount = static_cast<std::uint16_t>(drive.members.size());
     record.stripeBlocks = drive.stripe;
@@ -33,7 +34,7 @@ int q5_getLogDrvInfo(HbaAddress address, std::uint32_t reserved, const LogDrvQue
     return fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
                      [&](const Controller& controller, std::int64_t) {
                          if (query == nullptr || query->count < 1)
-                             return kRefused;
+                             return refuse("logical drives: the query is invalid");
                          RecordList list(reply, size);
                          std::uint32_t left = query->count;
                          for (const LogicalDrive& drive : controller.logicalDrives)
@@ -52,19 +53,19 @@ int q5_getAryLostDisk(HbaAddress address, std::uint32_t reserved, std::uint8_t l
                      [&](const Controller& controller, std::int64_t) {
                          const LogicalDrive* drive = findLogicalDrive(controller, logDrvId);
                          if (drive == nullptr)
-                             return kRefused;
+                             return refuse("lost members: there is no logical drive %d", logDrvId);
                          for (std::size_t position : lostMembers(controller, *drive))
                              *lostMask |= std::uint32_t{1} << drive->members[position];
                          return kDone;
                      });
 }
 
-static int setMemberLights(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId,
+static int setMemberLights(const Caller& caller, std::uint32_t reserved, std::uint16_t logDrvId,
                            std::uint32_t seconds) {
-    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(caller, reserved, [&](Controller& controller, std::int64_t now) {
         const LogicalDrive* array = findLogicalDrive(controller, logDrvId);
         if (array == nullptr)
-            return kRefused;
+            return refuse("locating: there is no logical drive %d", logDrvId);
         bool changed = seconds > 0;
         for (std::uint16_t member : array->members)
             if (Drive* drive = findDrive(controller, member)) {
@@ -90,10 +91,14 @@ int q5_stopLocateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_
 int q5_activateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t arrayId) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         LogicalDrive* drive = findArray(controller, arrayId);
-        if (drive == nullptr || drive->active)
-            return kRefused;
+        if (drive == nullptr)
+            return refuse("activation: there is no logical drive with array ID %d", arrayId);
+        if (drive->active)
+            return refuse("activation: logical drive %d is active already", drive->logDrvId);
         drive->active = true;
         addEvent(controller, now, "Logical drive %d activated", drive->logDrvId);
-        return functionalStatus(controller, *drive) != 0 ? kDone : kRefused;
+        if (functionalStatus(controller, *drive) == 0)
+            return refuse("activation of logical drive %d: too many members are lost", drive->logDrvId);
+        return kDone;
     });
 }

@@ -20,7 +20,7 @@ int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDr
     return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (query == nullptr || query->count < 1 ||
             (query->count == 1 && findLogicalDrive(controller, query->logDrvId) == nullptr))
-            return kRefused;
+            return refuse("settings: there is no such logical drive");
         RecordList list(reply, size);
         std::uint32_t left = query->count;
         for (const LogicalDrive& drive : controller.logicalDrives)
@@ -49,11 +49,11 @@ int q5_setLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDr
         LogDrvSettings wanted;
         if (query == nullptr || query->count != 1 || settings == nullptr ||
             size != sizeof(ReplyHeader) + sizeof wanted)
-            return kRefused;
+            return refuse("settings of a logical drive: the request is invalid");
         std::memcpy(&wanted, static_cast<const std::uint8_t*>(settings) + sizeof(ReplyHeader), sizeof wanted);
         LogicalDrive* drive = findLogicalDrive(controller, query->logDrvId);
         if (drive == nullptr)
-            return kRefused;
+            return refuse("settings: there is no logical drive %u", query->logDrvId);
         const LogicalDrive before = *drive;
         applySettings(*drive, wanted);
         if (*drive != before)

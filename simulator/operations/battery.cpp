@@ -13,9 +13,9 @@ int q5_getBatteryInfo(HbaAddress address, std::uint32_t reserved, const BatteryQ
     return fillReply(
         address, reserved, info, size, sizeof *info, [&](const Controller& controller, std::int64_t) {
             if (query == nullptr || query->reserved0 != 0 || query->reserved2 != 0)
-                return kRefused;
+                return refuse("battery: the query is invalid");
             info->header.bytesUsed = sizeof *info;
-            if (!controller.hasBattery)
+            if (!controller.hasBattery || controller.battery.state == kBatteryMissing)
                 return kDone;
             const Battery& battery = controller.battery;
             info->temperature = static_cast<std::uint16_t>(battery.temperature + kZeroCelsius);
@@ -32,10 +32,10 @@ int q5_getBuzzerStatus(HbaAddress address, std::uint32_t reserved, std::uint8_t*
     });
 }
 
-static int switchBuzzer(HbaAddress address, std::uint32_t reserved, std::uint32_t reserved2, bool on) {
-    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+static int switchBuzzer(const Caller& caller, std::uint32_t reserved, std::uint32_t reserved2, bool on) {
+    return updateController(caller, reserved, [&](Controller& controller, std::int64_t now) {
         if (reserved2 != 0)
-            return kRefused;
+            return refuse("buzzer: a reserved argument is not 0");
         if (controller.buzzer != on)
             addEvent(controller, now, "Buzzer %s", on ? "enabled" : "disabled");
         controller.buzzer = on;

@@ -50,7 +50,7 @@ int q5_getControllerInfo(HbaAddress address, std::uint32_t reserved, const Contr
     const std::size_t needed = version ? sizeof(ControllerVersionInfo) : sizeof(ControllerInfo);
     return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (!matchesAddress(query, address) || (!version && query->infoClass != kGeneralInfo))
-            return kRefused;
+            return refuse("controller information: the query is invalid");
         const ControllerInfo general = generalInfo(controller);
         const ControllerVersionInfo versions = versionInfo(controller);
         std::memcpy(reply, version ? static_cast<const void*>(&versions) : &general, needed);
@@ -63,7 +63,7 @@ int q5_getControllerSettings(HbaAddress address, std::uint32_t reserved, const C
     return fillReply(address, reserved, settings, size, sizeof *settings,
                      [&](const Controller& controller, std::int64_t) {
                          if (!matchesAddress(query, address) || query->infoClass != kGeneralInfo)
-                             return kRefused;
+                             return refuse("controller settings: the query is invalid");
                          settings->header.bytesUsed = sizeof *settings;
                          settings->rebuildRate = controller.rates.rebuild;
                          settings->syncRate = controller.rates.sync;
@@ -103,7 +103,7 @@ int q5_setControllerSettings(HbaAddress address, std::uint32_t reserved, const C
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (!matchesAddress(query, address) || query->infoClass != kGeneralInfo || settings == nullptr ||
             size != sizeof *settings || !areValidSettings(*settings))
-            return kRefused;
+            return refuse("controller settings: the request is invalid, or a value is out of range");
         Controller changed = controller;
         applySettings(changed, *settings);
         if (changed == controller)

@@ -50,12 +50,19 @@ static bool areValidMembers(const Controller& controller, const CreateArrayReque
     return true;
 }
 
-static bool isValidRequest(const Controller& controller, const CreateArrayRequest& request) {
-    return request.raidLevel <= 255 && isValidGeometry(geometryOf(request)) && hasKnownCodes(request) &&
-           isValidStripe(request.stripeSize) && areValidMembers(controller, request) &&
-           (request.raidLevel != kRaidMf || isValidShift(request)) &&
-           (request.raidLevel == kJbod || request.name[0] != '\0') &&
-           (request.capacity != 0 || request.allocation == kAllocateGiven);
+// Why the request cannot be met; nullptr: no reason is known yet.
+static const char* obstacleToCreation(const Controller& controller, const CreateArrayRequest& request) {
+    if (request.raidLevel > 255 || !isValidGeometry(geometryOf(request)))
+        return "the level cannot have these members, parity and subarrays";
+    if (!hasKnownCodes(request) || !isValidStripe(request.stripeSize))
+        return "a code, the sector size or the stripe size is unknown";
+    if (!areValidMembers(controller, request))
+        return "a drive is missing, has failed or is given twice";
+    if (request.raidLevel == kRaidMf && !isValidShift(request))
+        return "the shift or the symmetry is invalid";
+    if (request.raidLevel != kJbod && request.name[0] == '\0')
+        return "there is no name";
+    return request.capacity == 0 && request.allocation != kAllocateGiven ? "there is no capacity" : nullptr;
 }
 
 // The requested size of the whole array; 0: out of range.
@@ -155,13 +162,17 @@ static LogicalDrive& insertInOrder(Controller& controller, LogicalDrive array) {
 
 int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArrayRequest* request) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
-        if (request == nullptr || controller.logicalDrives.size() >= kMaxLogDrvs ||
-            !isValidRequest(controller, *request))
-            return kRefused;
+        if (request == nullptr || controller.logicalDrives.size() >= kMaxLogDrvs)
+            return refuse("creation: there is no request, or there are too many logical drives");
+        if (const char* obstacle = obstacleToCreation(controller, *request))
+            return refuse("creation: %s", obstacle);
         const Sizes sizes = sizesFor(controller, *request);
         const std::uint16_t id = freeId(controller);
-        if (sizes.array == 0 || !allocateMembers(controller, *request, id, sizes.member))
-            return kRefused;
+        if (sizes.array == 0)
+            return refuse("creation: the capacity is 0 or too large, or a given extent is not free");
+        if (!allocateMembers(controller, *request, id, sizes.member))
+            return refuse("creation: a drive has no free extent of %llu MB",
+                          static_cast<unsigned long long>(sizes.member / kSectorsPerMb));
         LogicalDrive& array = insertInOrder(controller, newArray(*request, id, sizes));
         addEvent(controller, now, "Logical drive %d created: %s with %d drives", id, levelName(array.level),
                  request->memberCount);
@@ -180,7 +191,7 @@ int q5_delDiskArray(HbaAddress address, std::uint32_t reserved, const DeleteArra
                                         ? findArray(controller, request->arrayId)
                                         : nullptr;
         if (array == nullptr)
-            return kRefused;
+            return refuse("deletion: there is no such logical drive");
         const std::uint16_t id = array->arrayId;
         addEvent(controller, now, "Logical drive %d deleted", array->logDrvId);
         freeAllOfArray(controller, id);

@@ -1,5 +1,6 @@
 // Settings of physical drives, their configuration sectors and the 3 Gb/s option.
 #include "simulator/operations/operation.h"
+#include "simulator/world/array_rules.h"
 #include "simulator/world/extent_alloc.h"
 
 using namespace q5sim;
@@ -22,7 +23,7 @@ int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
     return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (selector == nullptr || selector->count < 1 ||
             (selector->count == 1 && findDrive(controller, selector->driveId) == nullptr))
-            return kRefused;
+            return refuse("drive settings: there is no such drive");
         RecordList list(reply, size);
         std::uint32_t left = selector->count;
         for (const Drive& drive : controller.drives)
@@ -50,11 +51,12 @@ int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
         PhyDrvSettings wanted;
         if (selector == nullptr || selector->count != 1 || settings == nullptr ||
             size != sizeof(ReplyHeader) + sizeof wanted)
-            return kRefused;
+            return refuse("drive settings: the request is invalid");
         std::memcpy(&wanted, static_cast<const std::uint8_t*>(settings) + sizeof(ReplyHeader), sizeof wanted);
         Drive* drive = findDrive(controller, selector->driveId);
         if (drive == nullptr || !areValidSettings(wanted, *drive))
-            return kRefused;
+            return refuse("settings of drive %u: it is missing, failed, or does not support them",
+                          selector->driveId + 1);
         const Drive before = *drive;
         drive->writeCache = wanted.writeCache != 0;
         drive->smartCheck = wanted.smartCheck != 0;
@@ -66,14 +68,21 @@ int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDr
     });
 }
 
+// A stale member can be wiped: its data is out of date.
+static bool isMemberInUse(const Controller& controller, const Drive& drive, const Extent& extent) {
+    const LogicalDrive* array = extent.use == kUseArray ? findArray(controller, extent.array) : nullptr;
+    return array != nullptr && (!isStaleMember(*array, drive.id) || array->activity.kind == kRebuilding);
+}
+
 int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
         if (drive == nullptr || selector->count != 1 || drive->failed)
-            return kRefused;
+            return refuse("wiping: there is no such working drive");
         for (Extent& extent : drive->extents) {
-            if (extent.use == kUseArray)
-                return kRefused;
+            if (isMemberInUse(controller, *drive, extent))
+                return refuse("wiping drive %d: it is a member of logical drive %d", drive->id + 1,
+                              findArray(controller, extent.array)->logDrvId);
             extent.use = kUseFree;
             extent.array = kNoArray;
         }
@@ -109,10 +118,10 @@ int q5_getDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const ch
     return fillReply(address, reserved, setting, size, sizeof *setting,
                      [&](const Controller& controller, std::int64_t) {
                          if (model == nullptr || firmware == nullptr)
-                             return kRefused;
+                             return refuse("3 Gb/s option: the query is invalid");
                          const DriveKind kind = kindOf(model, firmware);
                          if (!isPresent(controller, kind))
-                             return kRefused;
+                             return refuse("3 Gb/s option: there is no drive of this model and firmware");
                          const auto option = findOption(controller.speedOptions, kind);
                          *setting = option == controller.speedOptions.end() ? 0 : option->setting;
                          return kDone;
@@ -123,13 +132,13 @@ int q5_setDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const ch
                             const char* firmware, const int* setting, std::uint32_t size) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (model == nullptr || firmware == nullptr || setting == nullptr || size != sizeof *setting)
-            return kRefused;
+            return refuse("3 Gb/s option: the request is invalid");
         const DriveKind kind = kindOf(model, firmware);
         if (!isPresent(controller, kind))
-            return kRefused;
+            return refuse("3 Gb/s option: there is no drive of this model and firmware");
         auto option = findOption(controller.speedOptions, kind);
         if (option == controller.speedOptions.end() && controller.speedOptions.size() >= kMaxSpeedOptions)
-            return kRefused;
+            return refuse("3 Gb/s option: there are too many already");
         if (option == controller.speedOptions.end())
             option = controller.speedOptions.insert(option, {kind.model, kind.firmware, 0});
         if (option->setting != *setting)

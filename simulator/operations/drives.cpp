@@ -33,7 +33,7 @@ int q5_getPhyDrvInfo(HbaAddress address, std::uint32_t reserved, const PhyDrvQue
     return fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
                      [&](const Controller& controller, std::int64_t) {
                          if (query == nullptr || query->count < 1 || query->filter != kAllDrives)
-                             return kRefused;
+                             return refuse("drives: the query is invalid");
                          RecordList list(reply, size);
                          std::uint32_t left = query->count;
                          for (const Drive& drive : controller.drives)
@@ -51,7 +51,7 @@ int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::ui
     return fillReply(address, reserved, state, 1, 1, [&](const Controller& controller, std::int64_t now) {
         const Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr)
-            return kRefused;
+            return refuse("locating: there is no drive %d", driveId + 1);
         *state = drive->locateUntil > now ? 1 : 0;
         return kDone;
     });
@@ -62,7 +62,7 @@ int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t dr
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr || seconds == 0)
-            return kRefused;
+            return refuse("locating drive %d: there is no such drive, or no time is given", driveId + 1);
         drive->locateUntil = now + seconds;
         addEvent(controller, now, "Drive %d: locate light on for %u seconds", driveId + 1, seconds);
         return kDone;
@@ -73,7 +73,7 @@ int q5_stopLocatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = findDrive(controller, driveId);
         if (drive == nullptr)
-            return kRefused;
+            return refuse("locating: there is no drive %d", driveId + 1);
         if (drive->locateUntil > now)
             addEvent(controller, now, "Drive %d: locate light off", driveId + 1);
         drive->locateUntil = 0;

@@ -32,7 +32,7 @@ int q5_getEnclosureInfo(HbaAddress address, std::uint32_t reserved, const Enclos
     const std::size_t needed = sizeof(ReplyHeader) + sizeof(EnclosureEntry);
     return fillReply(address, reserved, reply, size, needed, [&](const Controller& controller, std::int64_t) {
         if (query == nullptr || query->count < 1)
-            return kRefused;
+            return refuse("enclosures: the query is invalid");
         RecordList list(reply, size);
         const std::uint32_t end = std::uint32_t{query->enclosureId} + query->count;
         for (std::uint32_t id = query->enclosureId; id < end && id < kMaxEnclosures; id++) {
@@ -51,10 +51,10 @@ int q5_getEnclosureStatus(HbaAddress address, std::uint32_t reserved, const Encl
     return fillReply(address, reserved, status, size, sizeof *status,
                      [&](const Controller& controller, std::int64_t now) {
                          if (query == nullptr || query->count != 1)
-                             return kRefused;
+                             return refuse("enclosure status: the query is invalid");
                          const Enclosure* enclosure = findEnclosure(controller, query->enclosureId);
                          if (enclosure == nullptr)
-                             return kRefused;
+                             return refuse("enclosure status: there is no enclosure %d", query->enclosureId);
                          status->header.bytesUsed = sizeof *status;
                          for (std::size_t i = 0; i < enclosure->sensors.size(); i++) {
                              status->sensor[i].type = enclosure->sensors[i].type;

@@ -29,7 +29,7 @@ int q5_getHBAEvents(HbaAddress address, std::uint32_t reserved, EventQuery* quer
     const int result = fillReply(address, reserved, reply, size, sizeof(ReplyHeader),
                                  [&](const Controller& controller, std::int64_t) {
                                      if (query == nullptr || query->first != kNewest)
-                                         return kRefused;
+                                         return refuse("events: the query is invalid");
                                      delivered = deliver(controller.events, wanted, reply, size);
                                      return kDone;
                                  });

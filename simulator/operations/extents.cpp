@@ -2,6 +2,7 @@
 #include "simulator/engine/rebuild.h"
 #include "simulator/operations/operation.h"
 #include "simulator/world/array_rules.h"
+#include "simulator/world/extent_alloc.h"
 
 using namespace q5sim;
 
@@ -38,16 +39,21 @@ static bool isUsableSpare(const LogicalDrive& array, const ExtentLocation& locat
 int q5_spareHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         const ExtentLocation location = locateExtent(controller, placement);
-        if (location.drive == nullptr || location.extent().use == kUseArray)
-            return kRefused;
+        if (location.drive == nullptr)
+            return refuse("spare: there is no such extent on a working drive");
+        if (isAssigned(location.extent()))
+            return refuse("spare: extent %zu of drive %d is a member of an array", location.index,
+                          location.drive->id + 1);
         const bool global = placement->logDrvId == kNoArray;
         const LogicalDrive* array = global ? nullptr : findLogicalDrive(controller, placement->logDrvId);
         if (!global && (array == nullptr || !isUsableSpare(*array, location)))
-            return kRefused;
+            return refuse("spare: the logical drive is missing, not redundant, has a member on the drive, or "
+                          "needs a larger extent");
         const std::uint8_t use = global ? kUseGlobalSpare : kUseDedicatedSpare;
         const std::uint16_t owner = global ? kNoArray : array->arrayId;
         if (location.extent().use == use && location.extent().array == owner)
-            return kRefused;
+            return refuse("spare: extent %zu of drive %d is one already", location.index,
+                          location.drive->id + 1);
         location.extent().use = use;
         location.extent().array = owner;
         if (global)
@@ -67,18 +73,23 @@ int q5_addHBAExtentToArray(HbaAddress address, std::uint32_t reserved, const Ext
         LogicalDrive* array =
             location.drive != nullptr ? findLogicalDrive(controller, placement->logDrvId) : nullptr;
         if (array == nullptr)
-            return kRefused;
-        const RebuildChoice choice = {placement->driveId, placement->extent};
-        return startRebuild(controller, *array, {choice}, now) ? kDone : kRefused;
+            return refuse("adding an extent: there is no such extent or logical drive");
+        const std::vector<RebuildChoice> choices = {{placement->driveId, placement->extent}};
+        if (const std::string obstacle = obstacleToRebuild(controller, *array, choices); !obstacle.empty())
+            return refuse("adding an extent to logical drive %d: %s", array->logDrvId, obstacle.c_str());
+        startRebuild(controller, *array, choices, now);
+        return kDone;
     });
 }
 
 int q5_freeHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* ref) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         const ExtentLocation location = locateExtent(controller, ref);
-        if (location.drive == nullptr || location.extent().use == kUseArray ||
-            location.extent().use == kUseFree)
-            return kRefused;
+        if (location.drive == nullptr)
+            return refuse("freeing: there is no such extent on a working drive");
+        if (isAssigned(location.extent()) || location.extent().use == kUseFree)
+            return refuse("freeing: extent %zu of drive %d is no spare", location.index,
+                          location.drive->id + 1);
         location.extent().use = kUseFree;
         location.extent().array = kNoArray;
         addEvent(controller, now, "Drive %d: extent %zu is free", location.drive->id + 1, location.index);
@@ -100,11 +111,12 @@ int q5_deleteHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentR
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         const ExtentLocation location = locateExtent(controller, ref);
         if (location.drive == nullptr)
-            return kRefused;
+            return refuse("deleting: there is no such extent on a working drive");
         std::vector<Extent>& extents = location.drive->extents;
         const bool before = location.index > 0 && canMerge(*location.drive, location.index - 1);
         if (!before && !canMerge(*location.drive, location.index))
-            return kRefused;
+            return refuse("deleting: extent %zu of drive %d or its neighbors are not free", location.index,
+                          location.drive->id + 1);
         const std::size_t first = before ? location.index - 1 : location.index;
         extents[first].size += extents[first + 1].size;
         extents.erase(extents.begin() + static_cast<std::ptrdiff_t>(first) + 1);
@@ -121,7 +133,8 @@ int q5_splitHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRe
         if (location.drive == nullptr || location.extent().use != kUseFree || sectors == 0 ||
             sectors >= location.extent().size ||
             location.drive->extents.size() >= controller.maxExtentsPerDisk)
-            return kRefused;
+            return refuse("splitting: the extent is not free, the offset is outside, or the drive has too "
+                          "many extents");
         Extent rest = location.extent();
         location.extent().size = sectors;
         rest.start += sectors;

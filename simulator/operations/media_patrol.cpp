@@ -13,7 +13,7 @@ int q5_getHBAMediaPatrolProgress(HbaAddress address, std::uint32_t reserved, con
                          const Drive* drive =
                              selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
                          if (drive == nullptr || selector->count != 1)
-                             return kRefused;
+                             return refuse("media patrol: there is no such drive");
                          progress->header.bytesUsed = sizeof *progress;
                          progress->state = drive->patrol.state;
                          progress->loopCount = drive->patrol.loops;
@@ -30,13 +30,14 @@ struct PatrolTransition {
     const char* event;
 };
 
-static int changePatrolState(HbaAddress address, std::uint32_t reserved, const DriveSelector* selector,
+static int changePatrolState(const Caller& caller, std::uint32_t reserved, const DriveSelector* selector,
                              const PatrolTransition& wanted) {
-    return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
+    return updateController(caller, reserved, [&](Controller& controller, std::int64_t now) {
         Drive* drive = selector != nullptr ? findDrive(controller, selector->driveId) : nullptr;
-        if (drive == nullptr || selector->count != 1 || drive->failed ||
-            (wanted.from >> drive->patrol.state & 1) == 0)
-            return kRefused;
+        if (drive == nullptr || selector->count != 1 || drive->failed)
+            return refuse("media patrol: there is no such working drive");
+        if ((wanted.from >> drive->patrol.state & 1) == 0)
+            return refuse("media patrol on drive %d: it cannot be %s now", drive->id + 1, wanted.event);
         checkpointPatrol(controller, *drive, now);
         const bool resumed = drive->patrol.state == kPatrolPaused;
         if (wanted.to == kPatrolRunning && !resumed)

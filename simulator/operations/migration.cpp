@@ -54,19 +54,25 @@ static bool allocateMember(Controller& controller, const LogicalDrive& array, co
 int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const MigrateRequest* request) {
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || request->memberCount > kMaxTypedMembers || request->raidLevel > 255)
-            return kRefused;
+            return refuse("migration: the request is invalid");
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
-        if (array == nullptr || array->activity.kind != 0 || functionalStatus(controller, *array) != kOnline)
-            return kRefused;
+        if (array == nullptr)
+            return refuse("migration: there is no logical drive %d", request->logDrvId);
+        if (array->activity.kind != 0 || functionalStatus(controller, *array) != kOnline)
+            return refuse("migration of logical drive %d: it has another activity or is not online",
+                          array->logDrvId);
         for (std::size_t i = 0; i < request->memberCount; i++)
             if (request->member[i].driveId > kMaxDriveId)
-                return kRefused;
+                return refuse("migration: there is no drive %u", request->member[i].driveId + 1);
         const MigrationTarget goal = migrationTarget(*array, *request);
         if (!isValidMigration(*array, goal))
-            return kRefused;
+            return refuse("migration of logical drive %d: the level cannot have these members, the data does "
+                          "not fit, or nothing changes",
+                          array->logDrvId);
         for (std::size_t i = 0; i < request->memberCount; i++)
             if (!allocateMember(controller, *array, request->member[i]))
-                return kRefused;
+                return refuse("migration: extent %u of drive %u is not free or too small",
+                              request->member[i].extent, request->member[i].driveId + 1);
         startActivity(*array, kMigrating, array->memberSectors / kSectorsPerMb, now);
         array->activity.goal = goal;
         addEvent(controller, now, "Logical drive %d: migration from %s to %s started", array->logDrvId,

@@ -7,12 +7,10 @@
 #include <exception>
 
 #include "adapter/common.h"
+#include "simulator/operations/call.h"
 #include "simulator/store/world_store.h"
 
 namespace q5sim {
-
-inline constexpr int kDone = 0;
-inline constexpr int kRefused = 1;
 
 template <typename Body>
 int catchAll(Body body) noexcept {
@@ -29,25 +27,51 @@ inline bool isValidAddress(HbaAddress address, std::uint32_t reserved, const Wor
     return plain && reserved == 0 && address.controllerId < world.controllers.size();
 }
 
+inline int refuseAddress(HbaAddress address) {
+    return refuse("there is no controller %u, or the address is invalid", unsigned{address.controllerId});
+}
+
+// Runs the body unless a rule ends the call, and records the reason of a refusal.
+template <typename Body>
+int runCall(const Caller& caller, Effect& effect, Body body) noexcept {
+    return catchAll([&] {
+        clearReason();
+        effect = applyRules(caller.operation);
+        const int result = effect.ends ? effect.result : body();
+        if (result != kDone)
+            recordReason(caller.operation);
+        return result;
+    });
+}
+
 // body(const Controller&, now) -> result
 template <typename Body>
-int withController(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
-    return catchAll([&] {
+int readController(const Caller& caller, std::uint32_t reserved, Effect& effect, Body body) noexcept {
+    return runCall(caller, effect, [&] {
         const World* world = currentWorld();
-        if (world == nullptr || !isValidAddress(address, reserved, *world))
+        if (world == nullptr)
             return kRefused;
-        return body(world->controllers[address.controllerId], worldTime(*world));
+        if (!isValidAddress(caller.address, reserved, *world))
+            return refuseAddress(caller.address);
+        return body(world->controllers[caller.address.controllerId], worldTime(*world));
     });
+}
+
+template <typename Body>
+int withController(const Caller& caller, std::uint32_t reserved, Body body) noexcept {
+    Effect effect;
+    return readController(caller, reserved, effect, body);
 }
 
 // body(Controller&, now) -> result; its changes are kept only when it returns 0.
 template <typename Body>
-int updateController(HbaAddress address, std::uint32_t reserved, Body body) noexcept {
-    return catchAll([&] {
+int updateController(const Caller& caller, std::uint32_t reserved, Body body) noexcept {
+    Effect effect;
+    return runCall(caller, effect, [&] {
         return changeWorld([&](World& world, std::int64_t now) {
-            if (!isValidAddress(address, reserved, world))
-                return kRefused;
-            return body(world.controllers[address.controllerId], now);
+            if (!isValidAddress(caller.address, reserved, world))
+                return refuseAddress(caller.address);
+            return body(world.controllers[caller.address.controllerId], now);
         });
     });
 }
@@ -55,14 +79,17 @@ int updateController(HbaAddress address, std::uint32_t reserved, Body body) noex
 // Like withController, with a reply buffer of size bytes that must hold at least needed bytes. It is
 // all zero before the body runs and after a refusal.
 template <typename Body>
-int fillReply(HbaAddress address, std::uint32_t reserved, void* reply, std::uint32_t size, std::size_t needed,
-              Body body) noexcept {
+int fillReply(const Caller& caller, std::uint32_t reserved, void* reply, std::uint32_t size,
+              std::size_t needed, Body body) noexcept {
     if (reply == nullptr)
         return kRefused;
     std::memset(reply, 0, size);
-    const int result = size < needed ? kRefused : withController(address, reserved, body);
-    if (result != kDone)
+    Effect effect;
+    const int result = size < needed ? kRefused : readController(caller, reserved, effect, body);
+    if (result != kDone || effect.ends)
         std::memset(reply, 0, size);
+    else if (effect.shortens)
+        shortenReply(reply, size);
     return result;
 }
 

@@ -5,14 +5,32 @@
 
 using namespace q5sim;
 
+// What the rules make of an operation that has no controller.
+static int ruledResult(const char* operation) {
+    clearReason();
+    const Effect effect = applyRules(operation);
+    if (effect.result != kDone)
+        recordReason(operation);
+    return effect.result;
+}
+
 int q5_initialize(const ApiInitRecord* record) {
     if (record == nullptr || record->signature != kApiSignature || record->mode != 1)
         return kRefused;
-    return catchAll([] { return openWorld() ? kDone : kRefused; });
+    return catchAll([] {
+        if (!openWorld())
+            return kRefused;
+        const int result = ruledResult("q5_initialize");
+        if (result != kDone)
+            closeWorld();
+        return result;
+    });
 }
 
 int q5_discover(int always1) {
-    return always1 == 1 && worldIsOpen() ? kDone : kRefused;
+    if (always1 != 1 || !worldIsOpen())
+        return kRefused;
+    return catchAll([] { return ruledResult("q5_discover"); });
 }
 
 int q5_getNumberOfHBA(std::uint32_t* count) {
@@ -20,6 +38,9 @@ int q5_getNumberOfHBA(std::uint32_t* count) {
         return kRefused;
     *count = 0;
     return catchAll([&] {
+        const Effect effect = applyRules("q5_getNumberOfHBA");
+        if (effect.ends)
+            return effect.result;
         const World* world = currentWorld();
         if (world != nullptr)
             *count = static_cast<std::uint32_t>(world->controllers.size());

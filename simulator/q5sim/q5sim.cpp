@@ -1,79 +1,197 @@
-// Works on the simulated hardware from outside: breaks and exchanges drives, lets time pass, starts
-// over. Drive numbers are those that the command line shows, from 1.
+// Fault injection tool: fails and replaces drives, injects other faults and advances the clock. Drive
+// IDs are those that cli shows, from 1.
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <getopt.h>
+#include <string>
 
-#include "simulator/engine/fault_injection.h"
-#include "simulator/store/world_store.h"
+#include "simulator/q5sim/command.h"
 
 using namespace q5sim;
 
-static constexpr unsigned long long kMaxAdvance = 1ull << 40;
+// Values of the long options, as bits of the options that a command accepts.
+enum OptionBit : unsigned {
+    kBlank = 1,
+    kForeign = 2,
+    kSame = 4,
+    kAt = 8,
+    kCelsius = 16,
+    kUntilIdle = 32,
+    kLimit = 64,
+    kCheck = 128,
+    kTimes = 256,
+    kAfter = 512,
+    kResult = 1024,
+    kHelp = 2048,
+};
 
-static int fail(const char* message) {
-    std::fprintf(stderr, "%s\n", message);
-    return 1;
+static const ::option longOptions[] = {{"blank", no_argument, nullptr, kBlank},
+                                       {"foreign", no_argument, nullptr, kForeign},
+                                       {"same", no_argument, nullptr, kSame},
+                                       {"at", required_argument, nullptr, kAt},
+                                       {"celsius", required_argument, nullptr, kCelsius},
+                                       {"until-idle", no_argument, nullptr, kUntilIdle},
+                                       {"limit", required_argument, nullptr, kLimit},
+                                       {"check", no_argument, nullptr, kCheck},
+                                       {"times", required_argument, nullptr, kTimes},
+                                       {"after", required_argument, nullptr, kAfter},
+                                       {"result", required_argument, nullptr, kResult},
+                                       {"help", no_argument, nullptr, kHelp},
+                                       {nullptr, 0, nullptr, 0}};
+
+struct Command {
+    const char* name;
+    const char* synopsis; // of its arguments
+    std::size_t least, most;
+    unsigned options; // bits of OptionBit
+    int (*run)(const Arguments& arguments);
+};
+
+static const Command commands[] = {
+    {"status", "[--check]", 0, 0, kCheck, statusCommand},
+    {"why", "", 0, 0, 0, whyCommand},
+    {"save", "FILE", 1, 1, 0, saveCommand},
+    {"load", "FILE", 1, 1, 0, loadCommand},
+    {"reset", "", 0, 0, 0, resetCommand},
+    {"advance", "SECONDS | --until-idle [--limit SECONDS]", 0, 1, kUntilIdle | kLimit, advanceCommand},
+    {"speed", "N", 1, 1, 0, speedCommand},
+    {"fail-drive", "CTRL DRIVE", 2, 2, 0, failDriveCommand},
+    {"pull-drive", "CTRL DRIVE", 2, 2, 0, pullDriveCommand},
+    {"insert-drive", "CTRL DRIVE [--blank | --foreign | --same]", 2, 2, kBlank | kForeign | kSame,
+     insertDriveCommand},
+    {"replace-drive", "CTRL DRIVE", 2, 2, 0, replaceDriveCommand},
+    {"media-errors", "CTRL DRIVE N [--at PERCENT]", 3, 3, kAt, mediaErrorsCommand},
+    {"smart-fail", "CTRL DRIVE", 2, 2, 0, smartFailCommand},
+    {"smart-ok", "CTRL DRIVE", 2, 2, 0, smartOkCommand},
+    {"battery", "CTRL charging|discharging|full|failed|missing [--celsius T]", 2, 2, kCelsius,
+     batteryCommand},
+    {"sensor", "CTRL ENCLOSURE fan|temperature|5v|12v VALUE", 4, 4, 0, sensorCommand},
+    {"pull-enclosure", "CTRL ENCLOSURE", 2, 2, 0, pullEnclosureCommand},
+    {"insert-enclosure", "CTRL ENCLOSURE", 2, 2, 0, insertEnclosureCommand},
+    {"swap-controller", "CTRL", 1, 1, 0, swapControllerCommand},
+    {"power-cut", "", 0, 0, 0, powerCutCommand},
+    {"refuse", "OPERATION [--times N] [--after N] [--result R]", 1, 1, kTimes | kAfter | kResult,
+     refuseCommand},
+    {"delay", "OPERATION SECONDS", 2, 2, 0, delayCommand},
+    {"hang", "OPERATION", 1, 1, 0, hangCommand},
+    {"zero", "OPERATION", 1, 1, 0, zeroCommand},
+    {"short", "OPERATION", 1, 1, 0, shortCommand},
+    {"rules", "", 0, 0, 0, rulesCommand},
+    {"clear-rules", "", 0, 0, 0, clearRulesCommand},
+};
+
+static void printUsage(std::FILE* stream, const Command& command) {
+    std::fprintf(stream, "%s q5sim %s%s%s\n", stream == stderr ? "Usage:" : "      ", command.name,
+                 command.synopsis[0] != '\0' ? " " : "", command.synopsis);
 }
 
-static int usage() {
-    return fail("Usage: q5sim fail-drive <ctrl ID> <drive ID>\n"
-                "       q5sim replace-drive <ctrl ID> <drive ID>\n"
-                "       q5sim advance <seconds>\n"
-                "       q5sim reset");
+static int printHelp() {
+    std::puts("Usage: q5sim COMMAND [ARGUMENT ...]");
+    for (const Command& command : commands)
+        printUsage(stdout, command);
+    return 0;
 }
 
-// Reads plain decimal digits up to a limit.
-static bool readNumber(const char* text, unsigned long long limit, unsigned long long& number) {
-    char* end = nullptr;
-    if (text[0] < '0' || text[0] > '9')
-        return false;
-    number = std::strtoull(text, &end, 10);
-    return *end == '\0' && number <= limit;
+static const Command* findCommand(const char* name) {
+    for (const Command& command : commands)
+        if (std::strcmp(command.name, name) == 0)
+            return &command;
+    return nullptr;
 }
 
-// What changeWorld never returns: the reason for it has not been printed yet.
-static constexpr int kNoSuchDrive = 2;
-
-static int changeDrive(char** words, bool replace) {
-    unsigned long long controller = 0, drive = 0;
-    if (!readNumber(words[2], kMaxControllers, controller) || !readNumber(words[3], kMaxDriveId + 1, drive) ||
-        drive == 0)
-        return fail("A controller ID and a drive ID are expected");
-    if (!openWorld())
-        return 1;
-    const int result = changeWorld([&](World& world, std::int64_t now) {
-        if (controller >= world.controllers.size())
-            return kNoSuchDrive;
-        Controller& place = world.controllers[controller];
-        const auto id = static_cast<std::uint32_t>(drive - 1);
-        return (replace ? replaceDrive(place, id, now) : failDrive(place, id)) ? 0 : kNoSuchDrive;
-    });
-    if (result != kNoSuchDrive)
-        return result;
-    return fail(replace ? "There is no failed drive with this ID" : "There is no working drive with this ID");
+static bool readUnsigned(const char* text, std::int64_t limit, std::uint32_t& value) {
+    std::int64_t number = 0;
+    const bool valid = readNumber(text, limit, number);
+    value = static_cast<std::uint32_t>(number);
+    return valid;
 }
 
-static int advance(const char* text) {
-    unsigned long long seconds = 0;
-    if (!readNumber(text, kMaxAdvance, seconds))
-        return fail("A number of seconds is expected");
-    if (!openWorld())
-        return 1;
-    return changeWorld([&](World& world, std::int64_t) {
-        world.clockOffset += static_cast<std::int64_t>(seconds);
-        return world.clockOffset <= static_cast<std::int64_t>(kMaxAdvance) ? 0 : 1;
-    });
+// Stores the value of an option; false: it is invalid.
+static bool storeOption(int option, const char* value, Options& options) {
+    std::int64_t number = 0;
+    bool valid = true;
+    switch (option) {
+    case kBlank:
+        options.newDrive = NewDrive::blank;
+        return true;
+    case kForeign:
+        options.newDrive = NewDrive::foreign;
+        return true;
+    case kAt:
+        valid = readNumber(value, 100, number);
+        options.atPercent = static_cast<int>(number);
+        return valid;
+    case kCelsius:
+        options.hasCelsius = true;
+        valid = readSigned(value, 100, number);
+        options.celsius = static_cast<std::int32_t>(number);
+        return valid;
+    case kUntilIdle:
+        options.untilIdle = true;
+        return true;
+    case kLimit:
+        return readNumber(value, std::int64_t{1} << 40, options.limit);
+    case kCheck:
+        options.check = true;
+        return true;
+    case kTimes:
+        return readUnsigned(value, INT32_MAX, options.times);
+    case kAfter:
+        return readUnsigned(value, INT32_MAX, options.after);
+    case kResult:
+        valid = readSigned(value, INT32_MAX, number);
+        options.result = static_cast<std::int32_t>(number);
+        return valid;
+    default:
+        return true;
+    }
+}
+
+static int misuse(const Command& command, const std::string& reason) {
+    const int status = usageError(std::string(command.name) + ": " + reason);
+    printUsage(stderr, command);
+    return status;
+}
+
+// Bits of two options that exclude each other, or of one that the command does not know.
+static bool fits(const Command& command, unsigned given, unsigned option) {
+    const unsigned kinds = kBlank | kForeign | kSame;
+    return (command.options & option) != 0 && ((option & kinds) == 0 || (given & kinds & ~option) == 0);
+}
+
+static int runCommand(const Command& command, int count, char** words) {
+    Arguments arguments;
+    unsigned given = 0;
+    ::opterr = 0;
+    for (int option; (option = ::getopt_long(count, words, ":", longOptions, nullptr)) != -1;) {
+        if (option == kHelp)
+            return printUsage(stdout, command), 0;
+        if (option == '?' || option == ':')
+            return misuse(command, option == ':' ? "an option lacks its value" : "an option is unknown");
+        if (!fits(command, given, static_cast<unsigned>(option)))
+            return misuse(command, "an option does not fit here");
+        if (!storeOption(option, ::optarg, arguments.options))
+            return misuse(command, std::string("the value ") + ::optarg + " of an option is invalid");
+        given |= static_cast<unsigned>(option);
+    }
+    arguments.words.assign(words + ::optind, words + count);
+    if (arguments.words.size() < command.least || arguments.words.size() > command.most)
+        return misuse(command, "wrong number of arguments");
+    const int status = command.run(arguments);
+    if (status == kUsageStatus)
+        printUsage(stderr, command);
+    return status;
 }
 
 int main(int count, char** words) {
-    if (count == 2 && std::strcmp(words[1], "reset") == 0)
-        return resetWorld() ? 0 : 1;
-    if (count == 3 && std::strcmp(words[1], "advance") == 0)
-        return advance(words[2]);
-    if (count == 4 && std::strcmp(words[1], "fail-drive") == 0)
-        return changeDrive(words, false);
-    if (count == 4 && std::strcmp(words[1], "replace-drive") == 0)
-        return changeDrive(words, true);
-    return usage();
+    if (count < 2 || std::strcmp(words[1], "--help") == 0 || std::strcmp(words[1], "help") == 0)
+        return count < 2 ? usageError("a command is missing; see q5sim --help") : printHelp();
+    const Command* command = findCommand(words[1]);
+    if (command == nullptr)
+        return usageError("there is no command " + std::string(words[1]) + "; see q5sim --help");
+    const int status = runCommand(*command, count - 1, words + 1);
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return status;
+    return refused(std::string("standard output: ") + std::strerror(errno));
 }

@@ -10,6 +10,8 @@
 #include <optional>
 
 #include "simulator/engine/advance.h"
+#include "simulator/engine/clock.h"
+#include "simulator/engine/reports.h"
 #include "simulator/file/world_file.h"
 #include "simulator/file/world_json.h"
 #include "simulator/file/world_path.h"
@@ -41,7 +43,7 @@ static std::int64_t clockTime() {
 }
 
 std::int64_t worldTime(const World& world) {
-    return clockTime() + world.clockOffset;
+    return scaledTime(world, clockTime());
 }
 
 // Prints why the file cannot be used, with the reason of the system call that failed.
@@ -142,11 +144,19 @@ bool worldIsOpen() {
     return session.open;
 }
 
-bool resetWorld() {
+bool replaceWorld(const World& world) {
     if (!prepare())
         return false;
     const Lock lock;
-    return lock.isHeld() && store(builtinWorld(clockTime()));
+    return lock.isHeld() && store(world);
+}
+
+bool resetWorld() {
+    return replaceWorld(builtinWorld(clockTime()));
+}
+
+void setClockSpeed(World& world, std::int64_t speed) {
+    changeSpeed(world, clockTime(), speed);
 }
 
 int changeWorld(const Change& change) {
@@ -160,8 +170,11 @@ int changeWorld(const Change& change) {
     World changed = advanced;
     const int result = change(changed, worldTime(changed));
     advanceTo(changed, worldTime(changed));
-    const World& next = result == 0 ? changed : advanced;
-    if (next == session.world || store(next))
+    World& next = result == 0 ? changed : advanced;
+    if (next == session.world)
+        return result;
+    rememberDrives(next);
+    if (store(next))
         return result;
     return 1;
 }

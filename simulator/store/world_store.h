@@ -27,7 +27,11 @@ int changeWorld(const Change& change);
 // The world's time: $Q5SIM_NOW, else the real time, plus the world's offset.
 std::int64_t worldTime(const World& world);
 
-// Replaces the file by the built-in world, whatever it contains. For q5sim.
+// Lets the world's clock run speed times as fast from now on.
+void setClockSpeed(World& world, std::int64_t speed);
+
+// Replaces the file, whatever it contains, by another world or the built-in one. For q5sim.
+bool replaceWorld(const World& world);
 bool resetWorld();
 
 } // namespace q5sim

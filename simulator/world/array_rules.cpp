@@ -84,9 +84,15 @@ bool isValidStripe(std::uint32_t stripe) {
     return std::find(std::begin(sizes), std::end(sizes), stripe) != std::end(sizes);
 }
 
+bool isStaleMember(const LogicalDrive& array, std::uint32_t drive) {
+    return std::find(array.staleMembers.begin(), array.staleMembers.end(), drive) != array.staleMembers.end();
+}
+
 bool isWorkingMember(const Controller& controller, const LogicalDrive& array, std::size_t position) {
     const Drive* drive = findDrive(controller, array.members[position]);
     if (drive == nullptr || drive->failed)
+        return false;
+    if (isStaleMember(array, drive->id))
         return false;
     for (const RebuildTarget& target : array.activity.targets)
         if (array.activity.kind == kRebuilding && target.position == position)
@@ -137,6 +143,24 @@ std::uint8_t functionalStatus(const Controller& controller, const LogicalDrive& 
     return redundancyLeft ? kDegraded : kCritical;
 }
 
+bool canReconstruct(const Controller& controller, const LogicalDrive& drive, std::size_t position) {
+    const ArrayGeometry geometry = geometryOf(drive);
+    const std::size_t size = groupSize(geometry);
+    const std::size_t first = position / size * size;
+    std::size_t gone = 0;
+    for (std::size_t i = first; i < std::min(first + size, geometry.members); i++)
+        gone += i != position && !isWorkingMember(controller, drive, i) ? 1u : 0u;
+    return gone < groupTolerance(geometry);
+}
+
+bool isReadForRebuild(const LogicalDrive& drive, std::size_t position) {
+    const std::size_t size = groupSize(geometryOf(drive));
+    const std::vector<RebuildTarget>& targets = drive.activity.targets;
+    return std::any_of(targets.begin(), targets.end(), [&](const RebuildTarget& target) {
+        return target.position / size == position / size;
+    });
+}
+
 const char* statusName(std::uint8_t status) {
     switch (status) {
     case kOnline:
@@ -173,18 +197,22 @@ static bool isRebuildTarget(const LogicalDrive* array, std::uint16_t drive) {
 
 ExtentEntry extentEntry(const Controller& controller, const Drive& drive, std::size_t index) {
     static constexpr std::uint8_t assignments[] = {0, kExtentAssigned, kExtentGlobalSpare,
-                                                   kExtentDedicatedSpare};
+                                                   kExtentDedicatedSpare, kExtentAssigned};
     const Extent& extent = drive.extents[index];
     const LogicalDrive* array = extent.use == kUseArray ? findArray(controller, extent.array) : nullptr;
     ExtentEntry entry = {};
     entry.index = static_cast<std::uint16_t>(index);
     entry.assignment = assignments[extent.use % std::size(assignments)];
     entry.maintenance = array != nullptr ? maintenanceBits(array->activity.kind) : std::uint8_t{0};
+    const bool usable =
+        !drive.failed && extent.use != kUseForeign && (array == nullptr || !isStaleMember(*array, drive.id));
     const int access = (drive.failed ? 0 : kExtentAccessible) | (extent.use == kUseFree ? kExtentFree : 0) |
                        (drive.smartFailure ? kExtentSmartFailed : 0);
     entry.access = static_cast<std::uint8_t>(access);
-    if (!drive.failed)
-        entry.state = isRebuildTarget(array, drive.id) ? kExtentRebuilding : kExtentOnline;
+    if (isRebuildTarget(array, drive.id))
+        entry.state = drive.failed ? 0 : kExtentRebuilding;
+    else if (usable)
+        entry.state = kExtentOnline;
     entry.arrayId = extent.array;
     entry.start = extent.start;
     entry.size = extent.size;

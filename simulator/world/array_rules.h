@@ -31,6 +31,15 @@ bool isValidStripe(std::uint32_t stripe);
 // the array. The target of a running rebuild does not contribute yet.
 bool isWorkingMember(const Controller& controller, const LogicalDrive& drive, std::size_t position);
 
+// Whether the drive is a member that missed writes.
+bool isStaleMember(const LogicalDrive& array, std::uint32_t drive);
+
+// Whether the other members can reconstruct data that is unreadable at this position.
+bool canReconstruct(const Controller& controller, const LogicalDrive& array, std::size_t position);
+
+// Whether the running rebuild reads the member at this position.
+bool isReadForRebuild(const LogicalDrive& array, std::size_t position);
+
 // Positions of lost members, ascending.
 std::vector<std::size_t> lostMembers(const Controller& controller, const LogicalDrive& drive);
 

@@ -44,14 +44,23 @@ void freeMemberExtent(Drive& drive, std::uint16_t arrayId) {
 void freeAllOfArray(Controller& controller, std::uint16_t arrayId) {
     for (Drive& drive : controller.drives)
         for (Extent& extent : drive.extents)
-            if (extent.array == arrayId)
+            if (extent.array == arrayId && extent.use != kUseForeign)
                 releaseExtent(extent);
+    for (Drive& drive : controller.pulledDrives)
+        for (Extent& extent : drive.extents)
+            if (extent.array == arrayId && extent.use == kUseArray)
+                extent.use = kUseForeign;
+}
+
+std::size_t memberExtent(const Drive& drive, std::uint16_t arrayId) {
+    for (std::size_t i = 0; i < drive.extents.size(); i++)
+        if (drive.extents[i].use == kUseArray && drive.extents[i].array == arrayId)
+            return i;
+    return kNoExtent;
 }
 
 bool holdsExtentOf(const Drive& drive, std::uint16_t arrayId) {
-    return std::any_of(drive.extents.begin(), drive.extents.end(), [&](const Extent& extent) {
-        return extent.use == kUseArray && extent.array == arrayId;
-    });
+    return memberExtent(drive, arrayId) != kNoExtent;
 }
 
 } // namespace q5sim

@@ -19,10 +19,15 @@ inline constexpr std::size_t kMaxControllers = 16;
 inline constexpr std::uint16_t kMaxDriveId = 31; // the mask of lost drives has a bit for each
 inline constexpr std::size_t kMaxEventsKept = 256;
 inline constexpr std::size_t kMaxSpeedOptions = 64;
+inline constexpr std::size_t kMaxRules = 64;
+inline constexpr std::size_t kMaxRefusals = 16;
+inline constexpr std::size_t kMaxBadRanges = 1024;
+inline constexpr std::int64_t kMaxSpeed = 1000000;
 
 struct Sensor {
     std::uint8_t type = 0; // EnclosureSensorType
     std::int32_t reading = 0;
+    bool alarm = false; // its event "out of range" has been logged
     bool operator==(const Sensor&) const = default;
 };
 
@@ -33,10 +38,16 @@ struct Enclosure {
     bool operator==(const Enclosure&) const = default;
 };
 
+// A controller that has lost its battery; one that never had a battery has none in its record.
+inline constexpr std::uint8_t kBatteryMissing = 5;
+inline constexpr std::uint8_t kBatteryUnreported = 255;
+
 struct Battery {
     std::int32_t temperature = 250; // tenths of a degree Celsius
     std::int32_t voltage = -1;      // millivolts; -1: no reading
-    std::uint8_t state = 0;         // BatteryState
+    std::uint8_t state = 0;         // BatteryState or kBatteryMissing
+    std::uint8_t reportedState = kBatteryUnreported;
+    std::int64_t since = 0; // start of the state; 0: it lasts
     bool operator==(const Battery&) const = default;
 };
 
@@ -74,6 +85,9 @@ struct Event {
     bool operator==(const Event&) const = default;
 };
 
+// What a rebuild or migration does at a sector that is unreadable on the last copy.
+enum RebuildOnError : std::uint8_t { kSkipOnError, kAbortOnError };
+
 struct Controller {
     Version bios, firmware, driver;
     bool ecc = false;
@@ -83,23 +97,53 @@ struct Controller {
     BusLocation busLocation;
     Rates rates;
     bool autoRebuild = false;
+    std::uint8_t rebuildOnError = kSkipOnError; // RebuildOnError
     bool rebuildPolicy = false;
     bool smartCheck = true;
     std::uint8_t smartPoll = 10; // minutes
     std::uint8_t encPoll = 1;    // minutes
     bool buzzer = true;
+    bool writeThroughForced = false; // by the battery; its event has been logged
     bool hasBattery = false;
     Battery battery;
     std::vector<Enclosure> enclosures;
     std::vector<Drive> drives;
+    std::vector<Drive> pulledDrives; // the last one of each slot
+    std::vector<Enclosure> pulledEnclosures;
+    std::vector<std::uint16_t> knownDrives; // IDs at the last change; empty: not recorded yet
     std::vector<LogicalDrive> logicalDrives;
     std::vector<SpeedOption> speedOptions;
     std::vector<Event> events; // oldest first
     bool operator==(const Controller&) const = default;
 };
 
+// What the simulated adapters do to a call of an operation.
+enum RuleKind : std::uint8_t { kRefuseCall, kDelayCall, kHangCall, kZeroReply, kShortReply };
+
+struct Rule {
+    std::uint8_t kind = kRefuseCall;
+    std::string operation;   // symbol or glob
+    std::uint32_t times = 0; // hits until the rule ends; 0: no limit
+    std::uint32_t after = 0; // calls that pass first
+    std::int32_t result = 1;
+    std::uint32_t seconds = 0;
+    std::uint32_t calls = 0; // matching calls so far
+    std::uint32_t hits = 0;
+    bool operator==(const Rule&) const = default;
+};
+
+struct Refusal {
+    std::int64_t time = 0;
+    std::string operation, reason;
+    bool operator==(const Refusal&) const = default;
+};
+
 struct World {
     std::int64_t clockOffset = 0; // seconds that the world's clock is ahead of the real one
+    std::int64_t speed = 1;       // of the world's clock
+    std::int64_t speedSince = 0;  // real time from which speed applies
+    std::vector<Rule> rules;
+    std::vector<Refusal> refusals; // newest first
     std::vector<Controller> controllers;
     bool operator==(const World&) const = default;
 };

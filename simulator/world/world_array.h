@@ -36,6 +36,7 @@ struct Activity {
     std::int64_t since = 0; // while it runs: the time of completedMb
     std::uint64_t completedMb = 0;
     std::uint64_t totalMb = 1;
+    std::uint64_t scannedMb = 0;        // of a rebuild or migration: bad sectors before it have been handled
     std::uint8_t initType = 0;          // of an initialization: 1 quick, 2 foreground, 4 background
     bool noFix = false;                 // of a redundancy check
     std::vector<RebuildTarget> targets; // of a rebuild
@@ -63,9 +64,13 @@ struct LogicalDrive {
     bool active = true;
     bool synchronized = true;
     bool autoRebuildInhibited = false; // stopped by the user: not restarted automatically
+    bool idle = false;                 // the host does not write to it
     std::uint32_t inconsistencies = 0;
+    std::uint32_t lostWrites = 0;  // inconsistencies from a lost cache, which only a check finds
+    std::uint32_t lostStripes = 0; // unreadable on the last copy
     std::uint8_t reportedState = kStateNotReported; // functional status of the last event
     std::vector<std::uint16_t> members;
+    std::vector<std::uint16_t> staleMembers; // drives that missed writes: lost until rebuilt
     Activity activity;
     bool operator==(const LogicalDrive&) const = default;
 };

@@ -41,7 +41,7 @@ static bool isMember(const LogicalDrive& array, std::uint16_t drive) {
 
 static void checkUse(const Controller& controller, const Drive& drive, const Extent& extent,
                      const FieldPath& path) {
-    if (extent.use > kUseDedicatedSpare)
+    if (extent.use > kUseForeign)
         throw WorldError{below(path, "use"), "this use of an extent is unknown"};
     if (extent.use == kUseFree || extent.use == kUseGlobalSpare) {
         if (extent.array != kNoArray)
@@ -49,6 +49,8 @@ static void checkUse(const Controller& controller, const Drive& drive, const Ext
                              "only extents of arrays and dedicated spares name an array"};
         return;
     }
+    if (extent.use == kUseForeign)
+        return;
     const LogicalDrive* array = findArray(controller, extent.array);
     if (array == nullptr)
         throw WorldError{below(path, "array"), "there is no array with this ID"};
@@ -56,6 +58,35 @@ static void checkUse(const Controller& controller, const Drive& drive, const Ext
         throw WorldError{below(path, "array"), "the array does not list this drive among its members"};
     if (extent.use == kUseArray && extent.size < array->memberSectors)
         throw WorldError{below(path, "size"), "the extent is smaller than its array's memberSectors"};
+}
+
+static void checkBadSectors(const Drive& drive, const FieldPath& path) {
+    std::uint64_t end = 0;
+    for (std::size_t i = 0; i < drive.badSectors.size(); i++) {
+        const BadSectors& bad = drive.badSectors[i];
+        if (bad.start < end || bad.start + bad.count > drive.sectors)
+            throw WorldError{below(below(path, "badSectors", i), "start"),
+                             "the bad sectors overlap the ones before or the drive's end"};
+        end = bad.start + bad.count;
+    }
+}
+
+// A pulled drive may have extents of arrays that are gone.
+static void checkPulledDrive(const Drive& drive, const FieldPath& path) {
+    std::uint64_t end = 0;
+    for (std::size_t i = 0; i < drive.extents.size(); i++) {
+        const Extent& extent = drive.extents[i];
+        const FieldPath here = below(path, "extents", i);
+        if (extent.use > kUseForeign)
+            throw WorldError{below(here, "use"), "this use of an extent is unknown"};
+        if (extent.start < end || extent.start + extent.size > drive.sectors)
+            throw WorldError{below(here, "start"),
+                             "the extent overlaps the one before it or the drive's end"};
+        end = extent.start + extent.size;
+    }
+    if (drive.patrol.state > kPatrolStopped)
+        throw WorldError{below(below(path, "mediaPatrol"), "state"), "this state is unknown"};
+    checkBadSectors(drive, path);
 }
 
 static void checkExtents(const Controller& controller, const Drive& drive, const FieldPath& path) {
@@ -121,6 +152,10 @@ static void checkArray(const LogicalDrive& array, const FieldPath& path) {
     if (array.sectors > array.memberSectors * data)
         throw WorldError{below(path, "sectors"), "the members do not give so much space"};
     checkMembers(array.members, path);
+    for (std::size_t i = 0; i < array.staleMembers.size(); i++)
+        if (!contains(array.members, array.staleMembers[i]) ||
+            std::count(array.staleMembers.begin(), array.staleMembers.end(), array.staleMembers[i]) != 1)
+            throw WorldError{below(path, "staleMembers", i), "the drive is no member or listed twice"};
     checkActivity(array, path);
 }
 
@@ -135,7 +170,12 @@ static void checkController(const Controller& controller, const FieldPath& path)
         if (drive.patrol.state > kPatrolStopped)
             throw WorldError{below(below(here, "mediaPatrol"), "state"), "this state is unknown"};
         checkExtents(controller, drive, here);
+        checkBadSectors(drive, here);
     }
+    checkDistinct(controller.pulledDrives, &Drive::id, path, "pulledDrives", "id");
+    checkDistinct(controller.pulledEnclosures, &Enclosure::id, path, "pulledEnclosures", "id");
+    for (std::size_t i = 0; i < controller.pulledDrives.size(); i++)
+        checkPulledDrive(controller.pulledDrives[i], below(path, "pulledDrives", i));
     for (std::size_t i = 0; i < controller.logicalDrives.size(); i++)
         checkArray(controller.logicalDrives[i], below(path, "logicalDrives", i));
 }

@@ -11,12 +11,13 @@
 
 namespace q5sim {
 
-enum ExtentUse : std::uint8_t { kUseFree, kUseArray, kUseGlobalSpare, kUseDedicatedSpare };
+// kUseForeign: a member of an array that this controller does not know.
+enum ExtentUse : std::uint8_t { kUseFree, kUseArray, kUseGlobalSpare, kUseDedicatedSpare, kUseForeign };
 
 // A contiguous part of a drive. Its index is its position in the drive's list, sorted by start.
 struct Extent {
     std::uint8_t use = kUseFree;
-    std::uint16_t array = kNoArray; // array ID of a member or dedicated spare
+    std::uint16_t array = kNoArray; // array ID of a member, dedicated spare or foreign extent
     std::uint64_t start = 0;
     std::uint64_t size = 0;
     bool operator==(const Extent&) const = default;
@@ -32,6 +33,13 @@ struct Patrol {
     bool operator==(const Patrol&) const = default;
 };
 
+// Adjacent unreadable sectors.
+struct BadSectors {
+    std::uint64_t start = 0;
+    std::uint64_t count = 1;
+    bool operator==(const BadSectors&) const = default;
+};
+
 struct Drive {
     std::uint16_t id = 0;
     std::uint16_t channel = 0;
@@ -42,13 +50,14 @@ struct Drive {
     bool failed = false;
     bool failureReported = false; // its event has been logged
     bool smartFailure = false;
+    bool smartReported = false; // its event has been logged
     bool writeCache = true;
     bool smartCheck = true;
     bool tcqSupported = false;
     bool ncqSupported = false;
     bool tcqEnabled = false;
     bool ncqEnabled = false;
-    std::uint16_t mediaErrors = 0; // media errors that each patrol pass finds
+    std::vector<BadSectors> badSectors; // sorted by start, without overlap
     std::int64_t locateUntil = 0;
     Patrol patrol;
     std::vector<Extent> extents;

@@ -106,7 +106,7 @@ TEST_F(Activities, RedundancyCheckRepairsUnlessDisabled) {
     EXPECT_EQ(outcomeOf("rc"), kNoCheck);
     const std::string found = "Logical drive 0: redundancy check found ", newestFirst = events();
     const std::size_t third = newestFirst.find(found + "0 inconsistencies\n");
-    const std::size_t second = newestFirst.find(found + "4 inconsistencies, mended\n", third);
+    const std::size_t second = newestFirst.find(found + "4 inconsistencies, repaired\n", third);
     EXPECT_NE(newestFirst.find(found + "4 inconsistencies, left as they are\n", second), std::string::npos);
     EXPECT_LT(third, second);
     EXPECT_NE(second, std::string::npos);

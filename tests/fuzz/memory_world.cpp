@@ -1,6 +1,7 @@
 // Replaces the world store by a world in memory, for fuzzers: the same rules without a file.
 #include "tests/fuzz/memory_world.h"
 #include "simulator/engine/advance.h"
+#include "simulator/engine/clock.h"
 #include "simulator/store/world_store.h"
 
 namespace q5sim {
@@ -25,7 +26,7 @@ bool resetWorld() {
 }
 
 std::int64_t worldTime(const World& world) {
-    return kNow + world.clockOffset;
+    return scaledTime(world, kNow);
 }
 
 const World* currentWorld() {

@@ -96,7 +96,7 @@ TEST_F(Activities, InitializationReplacesSynchronization) {
 
 TEST_F(Activities, RejectsInvalidStarts) {
     openWithMirror(true);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(startInit(0), 0);
     EXPECT_NE(startInit(3), 0);
     InitStartRequest other = {};
@@ -107,7 +107,7 @@ TEST_F(Activities, RejectsInvalidStarts) {
     EXPECT_NE(q5_pauseRedundancyCheck(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_NE(q5_pauseLogDrvInit(hbaAddress(0), 0, &kFirst), 0);
     EXPECT_NE(q5_pauseLogDrvInit(hbaAddress(0), 0, nullptr), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Activities, CheckSynchronizesUnsynchronizedArray) {
@@ -152,7 +152,7 @@ TEST_F(Activities, CheckCountsAndRepairsInconsistencies) {
     EXPECT_EQ(startCheck(0), 0);
     waitSeconds(50);
     EXPECT_EQ(newestEvent(),
-              (arrayInfo(0, 0), "Logical drive 0: redundancy check found 5 inconsistencies, mended"));
+              (arrayInfo(0, 0), "Logical drive 0: redundancy check found 5 inconsistencies, repaired"));
     EXPECT_EQ(startCheck(1), 0);
     waitSeconds(50);
     arrayInfo(0, 0);

@@ -107,7 +107,7 @@ TEST_F(Controllers, RejectsInvalidSettings) {
     ControllerSettings settings = {};
     const ControllerQuery query = {0, 1, kGeneralInfo, {}};
     EXPECT_EQ(q5_getControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
-    const std::string before = fileText();
+    const std::string before = stateText();
     for (std::uint8_t* field :
          {&settings.rebuildRate, &settings.smartPollInterval, &settings.encPollInterval}) {
         ControllerSettings kept = settings;
@@ -117,7 +117,7 @@ TEST_F(Controllers, RejectsInvalidSettings) {
     }
     settings.autoRebuild = 2;
     EXPECT_NE(q5_setControllerSettings(hbaAddress(0), 0, &query, &settings, sizeof settings), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Controllers, ReportsBatteryTemperatureInTenthsOfKelvin) {

@@ -71,14 +71,14 @@ TEST_F(Creation, RejectsWrongMemberCounts) {
         {kRaid0, {0, 8}},
         {kRaid0, {0, 0xFFFFFFFF}},
     };
-    const std::string before = fileText();
+    const std::string before = stateText();
     for (const auto& [level, drives] : cases)
         EXPECT_NE(create(request(level, 100, drives)), 0) << level << " " << drives.size();
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Creation, RejectsInvalidRequests) {
-    const std::string before = fileText();
+    const std::string before = stateText();
     const CreateArrayRequest good = request(kRaid5, 100, {0, 1, 2});
     const auto refused = [&](auto change) {
         CreateArrayRequest bad = good;
@@ -101,7 +101,7 @@ TEST_F(Creation, RejectsInvalidRequests) {
     EXPECT_TRUE(refused([](CreateArrayRequest& r) { r.memberCount = 255; }));
     EXPECT_TRUE(refused([](CreateArrayRequest& r) { r.raidLevel = 0x105; }));
     EXPECT_NE(q5_addHBAArray(hbaAddress(0), 0, nullptr), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
     EXPECT_EQ(create(good), 0);
 }
 

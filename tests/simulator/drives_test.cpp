@@ -100,7 +100,7 @@ TEST_F(Drives, StoresSettingsOfEachDrive) {
 
 TEST_F(Drives, RejectsUnsupportedSettings) {
     open("settings");
-    const std::string before = (settingsOf(0, 2), fileText());
+    const std::string before = (settingsOf(0, 2), stateText());
     Reply<PhyDrvSettings, 1> settings = settingsOf(0, 2);
     settings.record[0].ncqEnabled = 1; // not supported
     EXPECT_NE(set(2, settings), 0);
@@ -108,7 +108,7 @@ TEST_F(Drives, RejectsUnsupportedSettings) {
     settings.record[0].writeCache = 2;
     EXPECT_NE(set(2, settings), 0);
     EXPECT_NE(set(1, settingsOf(0, 2)), 0); // another drive's
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Drives, ReturnsSettingsOfAllDrivesInOneReply) {
@@ -159,10 +159,10 @@ TEST_F(Drives, WipeClearsSparesButRefusesMembers) {
     EXPECT_EQ(q5_removeHBADiskMDD(hbaAddress(0), 0, &free), 0);
     EXPECT_EQ(extentsText(2), "0 free 1000");
     EXPECT_EQ(newestEvent(), "Drive 3: configuration sectors cleared");
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(q5_removeHBADiskMDD(hbaAddress(0), 0, &member), 0);
     EXPECT_NE(q5_removeHBADiskMDD(hbaAddress(0), 0, &absent), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Drives, SpeedOptionAppliesToModelAndFirmware) {

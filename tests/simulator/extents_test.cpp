@@ -43,14 +43,14 @@ TEST_F(Extents, SplitMakesTwoExtents) {
 
 TEST_F(Extents, RejectsSplitOutsideOrOfUsedExtent) {
     EXPECT_EQ(spare(1, 0, kNoArray), 0);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(split(0, 0, 0), 0);
     EXPECT_NE(split(0, 0, 1000), 0);
     EXPECT_NE(split(0, 0, 0xFFFFFFFF), 0);
     EXPECT_NE(split(0, 1, 10), 0);
     EXPECT_NE(split(8, 0, 10), 0);
     EXPECT_NE(split(1, 0, 10), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Extents, DriveHasSixteenExtentsAtMost) {
@@ -93,14 +93,14 @@ TEST_F(Extents, RejectsUnusableDedicatedSpare) {
     EXPECT_EQ(create(request(kRaid5, 800, {0, 1, 2})), 0);
     EXPECT_EQ(create(request(kRaid0, 100, {3})), 0);
     EXPECT_EQ(split(4, 0, 399), 0);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(spare(4, 0, 0), 0); // 399 MB, the members have 400
     EXPECT_NE(spare(5, 0, 1), 0); // RAID0 cannot use it
     EXPECT_NE(spare(5, 0, 2), 0); // no such array
     EXPECT_NE(spare(0, 1, 0), 0); // on a member drive
     EXPECT_NE(spare(0, 0, 0), 0); // assigned
     EXPECT_NE(spare(5, 0, 0x100), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
     EXPECT_EQ(spare(4, 1, 0), 0);
     EXPECT_EQ(extentsText(4), "0 free 399, 399 spare0 601");
     EXPECT_EQ(newestEvent(), "Drive 5: extent 1 is a spare of logical drive 0");
@@ -110,11 +110,11 @@ TEST_F(Extents, RejectsUnusableDedicatedSpare) {
 
 TEST_F(Extents, RejectsFreeingAssignedExtent) {
     EXPECT_EQ(create(request(kRaid0, 100, {3})), 0);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(release(3, 0), 0);
     EXPECT_NE(remove(3, 0), 0);
     EXPECT_NE(split(3, 0, 10), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Extents, RejectsAddingToArrayWithoutLostMember) {

@@ -40,7 +40,7 @@ TEST_F(Patrol, RunsToCompletion) {
 TEST_F(Patrol, CountsErrorsOfEachPass) {
     progress(0);
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
-    replaceInFile("\"mediaErrors\": 0", "\"mediaErrors\": 3");
+    replaceInFile("\"badSectors\": []", "\"badSectors\": [{\"start\": 5, \"count\": 3}]");
     waitSeconds(125);
     EXPECT_EQ(progress(0).errorCount, 3);
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
@@ -71,10 +71,10 @@ TEST_F(Patrol, RejectsInvalidTransitions) {
     EXPECT_NE(on(0, q5_resumeHBAMediaPatrol), 0);
     EXPECT_NE(on(8, q5_startHBAMediaPatrol), 0);
     EXPECT_EQ(on(0, q5_startHBAMediaPatrol), 0);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(on(0, q5_startHBAMediaPatrol), 0);
     EXPECT_NE(on(0, q5_resumeHBAMediaPatrol), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
     EXPECT_EQ(on(0, q5_pauseHBAMediaPatrol), 0);
     EXPECT_NE(on(0, q5_startHBAMediaPatrol), 0);
     EXPECT_NE(on(0, q5_pauseHBAMediaPatrol), 0);

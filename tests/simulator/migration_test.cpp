@@ -80,7 +80,7 @@ TEST_F(Migration, ToRaid50AndRaidMf) {
 }
 
 TEST_F(Migration, RejectsInvalidRequests) {
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(migrate(to(kRaid0, {})), 0);     // nothing would change
     EXPECT_NE(migrate(to(kRaid1, {})), 0);     // too little space for the data
     EXPECT_NE(migrate(to(kRaid5, {})), 0);     // two members
@@ -102,7 +102,7 @@ TEST_F(Migration, RejectsInvalidRequests) {
     request.logDrvId = 1;
     EXPECT_NE(migrate(request), 0);
     EXPECT_NE(q5_migrateHBAArray(hbaAddress(0), 0, nullptr), 0);
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Migration, ControlRequiresMigrationKind) {

@@ -3,20 +3,21 @@
 #include <filesystem>
 #include <sys/wait.h>
 
+#include "adapter/battery.h"
 #include "tests/simulator/simulated_world.h"
 
 class Q5simTest : public SimulatedWorld {
 protected:
     // Returns the exit status and ignores the output.
     static int run(const std::string& words) {
-        const int status = std::system((std::string(Q5SIM) + " " + words + " 2>/dev/null").c_str());
+        const int status = std::system((std::string(Q5SIM) + " " + words + " >/dev/null 2>&1").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    // Returns what it prints on standard error.
-    std::string errorsOf(const std::string& words) const {
-        const std::string errors = directory + "/errors";
-        EXPECT_NE(std::system((std::string(Q5SIM) + " " + words + " 2>" + errors).c_str()), 0);
-        return readText(errors);
+    // What it prints on both streams.
+    std::string output(const std::string& words) const {
+        const std::string path = directory + "/output";
+        EXPECT_NE(std::system((std::string(Q5SIM) + " " + words + " >" + path + " 2>&1").c_str()), -1);
+        return readText(path);
     }
 };
 
@@ -51,27 +52,109 @@ TEST_F(Q5simTest, ResetsInvalidWorldFile) {
 
 TEST_F(Q5simTest, RejectsInvalidArguments) {
     open("bench");
-    const std::string before = fileText();
-    for (const char* words :
-         {"", "fail-drive", "fail-drive 0", "fail-drive 0 0", "fail-drive 0 33", "fail-drive 1 1",
-          "fail-drive 0 9", "fail-drive x 1", "fail-drive 0 1x", "fail-drive -1 1", "replace-drive 0 1",
-          "advance", "advance -5", "advance 1 2", "reset now", "dance"})
+    const std::string before = stateText();
+    for (const char* words : {"",
+                              "fail-drive",
+                              "fail-drive 0",
+                              "fail-drive 0 0",
+                              "fail-drive x 1",
+                              "fail-drive 0 1x",
+                              "fail-drive -1 1",
+                              "fail-drive 0 1 --blank",
+                              "insert-drive 0 1 --blank --same",
+                              "media-errors 0 1 0",
+                              "media-errors 0 1 5 --at 101",
+                              "media-errors 0 1 5 --at",
+                              "battery 0 flat",
+                              "sensor 0 0 wind 5",
+                              "advance",
+                              "advance -5",
+                              "advance 1 2",
+                              "advance 1 --until-idle",
+                              "speed 0",
+                              "refuse",
+                              "refuse q5_x --result 0",
+                              "delay q5_x 1x",
+                              "reset now",
+                              "dance"})
+        EXPECT_EQ(run(words), 2) << words;
+    for (const char* words : {"fail-drive 0 33", "fail-drive 1 1", "fail-drive 0 9", "replace-drive 0 1",
+                              "insert-drive 0 1", "insert-enclosure 0 0", "load /nowhere/world.json"})
         EXPECT_EQ(run(words), 1) << words;
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
-// The drive is there; only the reason for the failure is reported.
+TEST_F(Q5simTest, HelpNamesEachCommand) {
+    EXPECT_EQ(run("--help"), 0);
+    EXPECT_EQ(run("fail-drive --help"), 0);
+    EXPECT_FALSE(std::filesystem::exists(file)); // help needs no world
+}
+
+TEST_F(Q5simTest, PrintsWhatHappenedAndWhatFollowed) {
+    open("");
+    EXPECT_EQ(output("fail-drive 0 2"),
+              "drive 2 of controller 0 failed; logical drive 0 Archive is critical; "
+              "rebuild onto drive 6 started\n");
+    EXPECT_EQ(output("fail-drive 0 2"), "q5sim: drive 2 has failed already on controller 0\n");
+    EXPECT_EQ(output("fail-drive 7 2"), "q5sim: there is no controller 7\n");
+    EXPECT_EQ(output("advance --until-idle"), "196 seconds have passed\n"
+                                              "controller 0: logical drive 0 Archive: rebuild ended\n"
+                                              "controller 0: logical drive 0 Archive is online\n");
+    EXPECT_EQ(output("fail-drive 0"), "q5sim: fail-drive: wrong number of arguments\n"
+                                      "Usage: q5sim fail-drive CTRL DRIVE\n");
+    EXPECT_EQ(output("status --check"), "the world is consistent\n");
+}
+
+TEST_F(Q5simTest, AdvanceStopsAtItsLimit) {
+    open("");
+    EXPECT_EQ(run("fail-drive 0 2"), 0);
+    EXPECT_EQ(output("advance --until-idle --limit 100"), "100 seconds have passed\n");
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, kRebuilding);
+}
+
+TEST_F(Q5simTest, SavesAndLoadsWorlds) {
+    open("");
+    const std::string copy = directory + "/copy.json";
+    EXPECT_EQ(run("save " + copy), 0);
+    EXPECT_EQ(run("fail-drive 0 2"), 0);
+    EXPECT_EQ(run("load " + copy), 0);
+    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+    writeText(copy, "{");
+    EXPECT_EQ(output("load " + copy), "q5sim: " + copy + ":1: this is not valid JSON\n");
+}
+
+TEST_F(Q5simTest, CountsAndClearsRules) {
+    open("");
+    EXPECT_EQ(output("rules"), "no rules\n");
+    EXPECT_EQ(output("refuse 'q5_turn*' --times 2 --result 9"),
+              "rule 1: refuse q5_turn* --times 2 --result 9\n");
+    EXPECT_EQ(output("delay q5_getBatteryInfo 0"), "rule 2: delay q5_getBatteryInfo 0\n");
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 9);
+    EXPECT_EQ(output("rules"), "1: refuse q5_turn* --times 2 --result 9 (1 calls, 1 hits)\n"
+                               "2: delay q5_getBatteryInfo 0 (0 calls, 0 hits)\n");
+    EXPECT_EQ(output("why"), "refused by rule 1 (q5_turnOffBuzzer)\n");
+    EXPECT_EQ(output("clear-rules"), "2 rules cleared\n");
+    EXPECT_EQ(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+}
+
+TEST_F(Q5simTest, SpeedAppliesFromNow) {
+    open("bench");
+    EXPECT_EQ(create(request(kRaid1, 400, {0, 1})), 0); // 50 seconds
+    waitSeconds(10);
+    EXPECT_EQ(run("speed 10"), 0);
+    waitSeconds(3);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, kSynchronizing);
+    waitSeconds(1);
+    EXPECT_EQ(arrayInfo(0, 0).activityStatus, 0);
+    EXPECT_EQ(run("speed 1"), 0);
+    EXPECT_NE(output("status").find("time 1000000050, speed 1,"), std::string::npos);
+}
+
+// Only the reason for the failure is reported.
 TEST_F(Q5simTest, ReportsFailedLockAlone) {
     open("bench");
     std::filesystem::create_directory(file + ".lock");
     const std::string line = file + ": the world file cannot be locked: Is a directory\n";
-    for (const char* words : {"fail-drive 0 1", "replace-drive 0 1", "advance 5", "reset"})
-        EXPECT_EQ(errorsOf(words), line) << words;
-}
-
-TEST_F(Q5simTest, ReportsUnknownDrive) {
-    open("bench");
-    for (const char* words : {"fail-drive 0 9", "fail-drive 1 1"})
-        EXPECT_EQ(errorsOf(words), "There is no working drive with this ID\n") << words;
-    EXPECT_EQ(errorsOf("replace-drive 0 1"), "There is no failed drive with this ID\n");
+    for (const char* words : {"fail-drive 0 1", "replace-drive 0 1", "advance 5", "reset", "power-cut"})
+        EXPECT_EQ(output(words), line) << words;
 }

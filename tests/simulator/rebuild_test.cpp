@@ -5,14 +5,14 @@
 
 static void failDrive(std::uint32_t drive) {
     EXPECT_EQ(q5sim::changeWorld([&](q5sim::World& world, std::int64_t) {
-                  return q5sim::failDrive(world.controllers[0], drive) ? 0 : 1;
+                  return q5sim::failDrive(world.controllers[0], drive).empty() ? 0 : 1;
               }),
               0);
 }
 
 static void replace(std::uint32_t drive) {
     EXPECT_EQ(q5sim::changeWorld([&](q5sim::World& world, std::int64_t now) {
-                  return q5sim::replaceDrive(world.controllers[0], drive, now) ? 0 : 1;
+                  return q5sim::replaceDrive(world.controllers[0], drive, now).empty() ? 0 : 1;
               }),
               0);
 }
@@ -102,7 +102,7 @@ TEST_F(Rebuild, RejectsInvalidRequests) {
     const ExtentRef whole = {0, 4};
     EXPECT_EQ(q5_splitHBAExtent(hbaAddress(0), 0, &whole, 399), 0);
     failDrive(1);
-    const std::string before = fileText();
+    const std::string before = stateText();
     EXPECT_NE(start({}), 0);
     EXPECT_NE(q5_startHBARebuildExtent(hbaAddress(0), 0, 1, nullptr, nullptr), 0);
     EXPECT_NE(start({{1, 5, 0, {}}}), 0);                       // entry and drive disagree
@@ -114,7 +114,7 @@ TEST_F(Rebuild, RejectsInvalidRequests) {
     EXPECT_NE(start({{0, 9, 0, {}}}), 0);                       // no such drive
     EXPECT_NE(start({{0, 5, 0, {}}, {0, 6, 0, {}}}), 0);        // one member is lost
     EXPECT_NE(q5_restartRebuild(hbaAddress(0), 0, &kFirst), 0); // none runs
-    EXPECT_EQ(fileText(), before);
+    EXPECT_EQ(stateText(), before);
 }
 
 TEST_F(Rebuild, RestartStartsFromZero) {

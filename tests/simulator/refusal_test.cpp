@@ -70,7 +70,7 @@ TEST_F(Refusal, ZeroesBufferAndKeepsWorld) {
     for (const Question& one : questions()) {
         alignas(16) std::uint8_t buffer[512];
         EXPECT_EQ(one.call(hbaAddress(0), 0, buffer, one.size), 0) << one.name;
-        const std::string before = fileText();
+        const std::string before = stateText();
         expectRefusal(one, hbaAddress(1), 0, one.size);
         expectRefusal(one, hbaAddress(65535), 0, one.size);
         expectRefusal(one, {0, {0, 0, 0, 0, 0, 1}}, 0, one.size);
@@ -78,7 +78,7 @@ TEST_F(Refusal, ZeroesBufferAndKeepsWorld) {
         expectRefusal(one, hbaAddress(0), 0, one.size - 1);
         expectRefusal(one, hbaAddress(0), 0, 0);
         EXPECT_NE(one.call(hbaAddress(0), 0, nullptr, one.size), 0) << one.name;
-        EXPECT_EQ(fileText(), before);
+        EXPECT_EQ(stateText(), before);
     }
 }
 

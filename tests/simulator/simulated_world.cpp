@@ -1,5 +1,7 @@
 #include "tests/simulator/simulated_world.h"
 
+#include "simulator/file/world_json.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -34,6 +36,16 @@ void SimulatedWorld::waitSeconds(long long seconds) {
 
 std::string SimulatedWorld::fileText() const {
     return readText(file);
+}
+
+std::string SimulatedWorld::stateText() const {
+    q5sim::World world;
+    q5sim::ValidationError error;
+    EXPECT_TRUE(q5sim::worldFromJson(fileText(), world, error)) << error.reason;
+    world.refusals.clear();
+    for (q5sim::Controller& controller : world.controllers)
+        controller.knownDrives.clear();
+    return q5sim::worldToJson(world);
 }
 
 void SimulatedWorld::replaceInFile(const std::string& from, const std::string& to) {

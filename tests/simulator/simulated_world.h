@@ -31,6 +31,8 @@ protected:
     void waitSeconds(long long seconds);
     // The contents of the file.
     std::string fileText() const;
+    // The world in the file without the list of refusals and the simulator's own notes.
+    std::string stateText() const;
     void replaceInFile(const std::string& from, const std::string& to);
 };
 

@@ -47,7 +47,7 @@ TEST(WorldText, ReasonsNameTheKey) {
               "controllers[0].drives[0].model: a text of at most 21 bytes is expected");
     EXPECT_EQ(reasonFor("{\"controllers\": [{\"battery\": {\"state\": \"flat\"}}]}"),
               "controllers[0].battery.state: one of \"charging\", \"discharging\", \"full\", \"failed\", "
-              "\"reconditioning\" is expected");
+              "\"reconditioning\", \"missing\" is expected");
     EXPECT_EQ(reasonFor("not json"), "this is not valid JSON");
 }
 
