@@ -88,18 +88,18 @@ PlannedReply nextPlannedReply(const char* operation, const Bytes& arguments) {
     const PlannedCall planned = plan.front();
     plan.pop_front();
     if (planned.operation != operation)
-        reportDifference("planned call " + planned.operation + ", but " + operation + " came\n  planned " +
-                         hex(planned.arguments) + "\n  came    " + hex(arguments));
+        reportDifference("planned call " + planned.operation + ", but got " + operation + "\n  planned " +
+                         hex(planned.arguments) + "\n  got     " + hex(arguments));
     else if (planned.arguments != arguments)
         reportDifference(planned.operation + " has other arguments, " +
                          firstDifference(planned.arguments, arguments) + "\n  planned " +
-                         hex(planned.arguments) + "\n  came    " + hex(arguments));
+                         hex(planned.arguments) + "\n  got     " + hex(arguments));
     return {planned.reply, planned.result};
 }
 
 void expectAllCalled() {
     for (const PlannedCall& planned : plan)
-        ADD_FAILURE() << "planned call " << planned.operation << " did not come\n  planned "
+        ADD_FAILURE() << "planned call " << planned.operation << " was not made\n  planned "
                       << hex(planned.arguments);
     plan.clear();
 }

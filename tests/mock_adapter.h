@@ -33,8 +33,8 @@ Bytes concat(const std::vector<Bytes>& parts);
 
 // Plans the next call. reply is copied into the call's output buffer, up to the size passed in; for an
 // operation that returns a scalar (a count, a state, a mask), reply is that scalar. For q5_getHBAEvents
-// reply is the updated EventQuery (8 bytes) followed by the reply buffer, which is copied whatever the
-// size.
+// reply is the updated EventQuery (8 bytes) followed by the reply buffer, which is copied regardless
+// of the size.
 void expectCall(const char* operation, const Bytes& arguments, const Bytes& reply = {}, int result = 0);
 
 // The arguments of most queries: controller, the reserved 0, a record by pointer, the buffer size.
@@ -91,7 +91,7 @@ std::string outputOf(Function function) {
     return endCapture();
 }
 
-// Reports every planned call that has not been made as a failure, and clears the plan.
+// Reports each planned call that was not made as a failure, and clears the plan.
 void expectAllCalled();
 
 // Base class of tests with a mock adapter: each starts with an empty plan and fails if a planned call

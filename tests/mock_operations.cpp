@@ -61,8 +61,8 @@ static void fill(void* target, std::size_t size, const Bytes& reply) {
         std::memcpy(target, reply.data(), reply.size() < size ? reply.size() : size);
 }
 
-static int answer(const char* operation, const Bytes& arguments, void* target = nullptr,
-                  std::size_t size = 0) {
+static int respond(const char* operation, const Bytes& arguments, void* target = nullptr,
+                   std::size_t size = 0) {
     const PlannedReply planned = nextPlannedReply(operation, arguments);
     fill(target, size, planned.reply);
     return planned.result;
@@ -70,72 +70,72 @@ static int answer(const char* operation, const Bytes& arguments, void* target = 
 
 // Session.
 int q5_initialize(const ApiInitRecord* record) {
-    return answer(__func__, argumentBytes(record));
+    return respond(__func__, argumentBytes(record));
 }
 
 int q5_discover(int always1) {
-    return answer(__func__, argumentBytes(always1));
+    return respond(__func__, argumentBytes(always1));
 }
 
 int q5_getNumberOfHBA(std::uint32_t* count) {
-    return answer(__func__, argumentBytes(), count, sizeof *count);
+    return respond(__func__, argumentBytes(), count, sizeof *count);
 }
 
 int q5_finalize() {
-    return answer(__func__, argumentBytes());
+    return respond(__func__, argumentBytes());
 }
 
 // Controllers.
 int q5_getControllerInfo(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                          void* reply, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), reply, size);
 }
 
 int q5_getControllerSettings(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                              ControllerSettings* settings, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), settings, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), settings, size);
 }
 
 int q5_setControllerSettings(HbaAddress address, std::uint32_t reserved, const ControllerQuery* query,
                              const ControllerSettings* settings, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, settings, size));
+    return respond(__func__, argumentBytes(address, reserved, query, settings, size));
 }
 
 int q5_getDriverInfo(HbaAddress address, std::uint32_t reserved, DriverInfo* info) {
-    return answer(__func__, argumentBytes(address, reserved), info, sizeof *info);
+    return respond(__func__, argumentBytes(address, reserved), info, sizeof *info);
 }
 
 int q5_getDiscoverPath(HbaAddress address, DiscoverPathInfo* info, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, size), info, size);
+    return respond(__func__, argumentBytes(address, size), info, size);
 }
 
 // Batteries and buzzers.
 int q5_getBatteryInfo(HbaAddress address, std::uint32_t reserved, const BatteryQuery* query,
                       BatteryInfo* info, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), info, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), info, size);
 }
 
 int q5_getBuzzerStatus(HbaAddress address, std::uint32_t reserved, std::uint8_t* state, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, size), state, size);
+    return respond(__func__, argumentBytes(address, reserved, size), state, size);
 }
 
 int q5_turnOnBuzzer(HbaAddress address, std::uint32_t reserved, std::uint32_t reserved2) {
-    return answer(__func__, argumentBytes(address, reserved, reserved2));
+    return respond(__func__, argumentBytes(address, reserved, reserved2));
 }
 
 int q5_turnOffBuzzer(HbaAddress address, std::uint32_t reserved, std::uint32_t reserved2) {
-    return answer(__func__, argumentBytes(address, reserved, reserved2));
+    return respond(__func__, argumentBytes(address, reserved, reserved2));
 }
 
 // Enclosures.
 int q5_getEnclosureInfo(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query, void* reply,
                         std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), reply, size);
 }
 
 int q5_getEnclosureStatus(HbaAddress address, std::uint32_t reserved, const EnclosureQuery* query,
                           EnclosureStatus* status, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), status, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), status, size);
 }
 
 // Events.
@@ -153,225 +153,225 @@ int q5_getHBAEvents(HbaAddress address, std::uint32_t reserved, EventQuery* quer
 // Physical drives.
 int q5_getPhyDrvInfo(HbaAddress address, std::uint32_t reserved, const PhyDrvQuery* query, void* reply,
                      std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), reply, size);
 }
 
 int q5_getPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
                          void* reply, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, selector, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, selector, size), reply, size);
 }
 
 int q5_setPhyDrvSettings(HbaAddress address, std::uint32_t reserved, const PhyDrvSelector* selector,
                          const void* settings, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, selector, Region{settings, size}, size));
+    return respond(__func__, argumentBytes(address, reserved, selector, Region{settings, size}, size));
 }
 
 int q5_getPhyDrvLocateStatus(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
                              std::uint8_t* state) {
-    return answer(__func__, argumentBytes(address, reserved, driveId), state, sizeof *state);
+    return respond(__func__, argumentBytes(address, reserved, driveId), state, sizeof *state);
 }
 
 int q5_locatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId,
                     std::uint32_t seconds) {
-    return answer(__func__, argumentBytes(address, reserved, driveId, seconds));
+    return respond(__func__, argumentBytes(address, reserved, driveId, seconds));
 }
 
 int q5_stopLocatePhyDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t driveId) {
-    return answer(__func__, argumentBytes(address, reserved, driveId));
+    return respond(__func__, argumentBytes(address, reserved, driveId));
 }
 
 int q5_removeHBADiskMDD(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_getDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
                             const char* firmware, int* setting, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, model, firmware, size), setting, size);
+    return respond(__func__, argumentBytes(address, reserved, model, firmware, size), setting, size);
 }
 
 int q5_setDataTransferSpeed(HbaAddress address, std::uint32_t reserved, const char* model,
                             const char* firmware, const int* setting, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, model, firmware, setting, size));
+    return respond(__func__, argumentBytes(address, reserved, model, firmware, setting, size));
 }
 
 // Extents.
 int q5_spareHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement) {
-    return answer(__func__, argumentBytes(address, reserved, placement));
+    return respond(__func__, argumentBytes(address, reserved, placement));
 }
 
 int q5_addHBAExtentToArray(HbaAddress address, std::uint32_t reserved, const ExtentPlacement* placement) {
-    return answer(__func__, argumentBytes(address, reserved, placement));
+    return respond(__func__, argumentBytes(address, reserved, placement));
 }
 
 int q5_freeHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* extent) {
-    return answer(__func__, argumentBytes(address, reserved, extent));
+    return respond(__func__, argumentBytes(address, reserved, extent));
 }
 
 int q5_deleteHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* extent) {
-    return answer(__func__, argumentBytes(address, reserved, extent));
+    return respond(__func__, argumentBytes(address, reserved, extent));
 }
 
 int q5_splitHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef* extent,
                       std::uint32_t offset) {
-    return answer(__func__, argumentBytes(address, reserved, extent, offset));
+    return respond(__func__, argumentBytes(address, reserved, extent, offset));
 }
 
 // Media patrol.
 int q5_getHBAMediaPatrolProgress(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive,
                                  MediaPatrolProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, drive, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, drive, size), progress, size);
 }
 
 int q5_startHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_stopHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_pauseHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_resumeHBAMediaPatrol(HbaAddress address, std::uint32_t reserved, const DriveSelector* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 // Logical drives.
 int q5_getLogDrvInfo(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
                      std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), reply, size);
 }
 
 int q5_getLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query, void* reply,
                          std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), reply, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), reply, size);
 }
 
 int q5_setLogDrvSettings(HbaAddress address, std::uint32_t reserved, const LogDrvQuery* query,
                          const void* settings, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, Region{settings, size}, size));
+    return respond(__func__, argumentBytes(address, reserved, query, Region{settings, size}, size));
 }
 
 int q5_getAryLostDisk(HbaAddress address, std::uint32_t reserved, std::uint8_t logDrvId,
                       std::uint32_t* lostMask) {
-    return answer(__func__, argumentBytes(address, reserved, logDrvId), lostMask, sizeof *lostMask);
+    return respond(__func__, argumentBytes(address, reserved, logDrvId), lostMask, sizeof *lostMask);
 }
 
 int q5_delDiskArray(HbaAddress address, std::uint32_t reserved, const DeleteArrayRequest* request,
                     std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, request, size));
+    return respond(__func__, argumentBytes(address, reserved, request, size));
 }
 
 int q5_locateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId,
                     std::uint32_t seconds) {
-    return answer(__func__, argumentBytes(address, reserved, logDrvId, seconds));
+    return respond(__func__, argumentBytes(address, reserved, logDrvId, seconds));
 }
 
 int q5_stopLocateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t logDrvId) {
-    return answer(__func__, argumentBytes(address, reserved, logDrvId));
+    return respond(__func__, argumentBytes(address, reserved, logDrvId));
 }
 
 // Creation.
 int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArrayRequest* request) {
-    return answer(__func__, argumentBytes(address, reserved, request));
+    return respond(__func__, argumentBytes(address, reserved, request));
 }
 
 int q5_activateLogDrv(HbaAddress address, std::uint32_t reserved, std::uint16_t arrayId) {
-    return answer(__func__, argumentBytes(address, reserved, arrayId));
+    return respond(__func__, argumentBytes(address, reserved, arrayId));
 }
 
 // Activities.
 int q5_getLogDrvInitProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                              InitProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), progress, size);
 }
 
 int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitStartRequest* request,
                        std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, request, size));
+    return respond(__func__, argumentBytes(address, reserved, request, size));
 }
 
 int q5_pauseLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_resumeLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_stopLogDrvInit(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_getLogDrvSynchProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                               SyncProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), progress, size);
 }
 
 int q5_getRedundancyCheckProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                                   SyncProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), progress, size);
 }
 
 int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
                             const RedundancyCheckRequest* request) {
-    return answer(__func__, argumentBytes(address, reserved, request));
+    return respond(__func__, argumentBytes(address, reserved, request));
 }
 
 int q5_pauseRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_resumeRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_stopRedundancyCheck(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_getMigrationProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                             MigrationProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), progress, size);
 }
 
 int q5_migrateHBAArray(HbaAddress address, std::uint32_t reserved, const MigrateRequest* request) {
-    return answer(__func__, argumentBytes(address, reserved, request));
+    return respond(__func__, argumentBytes(address, reserved, request));
 }
 
 int q5_PauseMigration(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query) {
-    return answer(__func__, argumentBytes(address, reserved, query));
+    return respond(__func__, argumentBytes(address, reserved, query));
 }
 
 int q5_ResumeMigration(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query) {
-    return answer(__func__, argumentBytes(address, reserved, query));
+    return respond(__func__, argumentBytes(address, reserved, query));
 }
 
 int q5_getRebuildProgress(HbaAddress address, std::uint32_t reserved, const ActivityQuery* query,
                           RebuildProgress* progress, std::uint32_t size) {
-    return answer(__func__, argumentBytes(address, reserved, query, size), progress, size);
+    return respond(__func__, argumentBytes(address, reserved, query, size), progress, size);
 }
 
 int q5_startHBARebuildExtent(HbaAddress address, std::uint32_t reserved, std::uint8_t entryCount,
                              const RebuildEntry* entries, const LogDrvInfo* drive) {
-    return answer(__func__, argumentBytes(address, reserved, entryCount,
-                                          Region{entries, entryCount * sizeof *entries}, drive));
+    return respond(__func__, argumentBytes(address, reserved, entryCount,
+                                           Region{entries, entryCount * sizeof *entries}, drive));
 }
 
 int q5_pauseRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_resumeRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_restartRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }
 
 int q5_stopRebuild(HbaAddress address, std::uint32_t reserved, const LogDrvIdBlock* drive) {
-    return answer(__func__, argumentBytes(address, reserved, drive));
+    return respond(__func__, argumentBytes(address, reserved, drive));
 }

@@ -16,7 +16,7 @@ TEST_F(MockAdapter, FailsForACallBeyondThePlan) {
 
 TEST_F(MockAdapter, FailsForAnotherOperation) {
     expectCall("q5_finalize", {});
-    EXPECT_NONFATAL_FAILURE(q5_discover(1), "planned call q5_finalize, but q5_discover came");
+    EXPECT_NONFATAL_FAILURE(q5_discover(1), "planned call q5_finalize, but got q5_discover");
 }
 
 TEST_F(MockAdapter, FailsForOtherBytes) {
@@ -29,7 +29,7 @@ TEST_F(MockAdapter, FailsForOtherBytes) {
 
 TEST_F(MockAdapter, FailsForAMissingCall) {
     expectCall("q5_discover", bytesOf(1));
-    EXPECT_NONFATAL_FAILURE(expectAllCalled(), "planned call q5_discover did not come");
+    EXPECT_NONFATAL_FAILURE(expectAllCalled(), "planned call q5_discover was not made");
 }
 
 TEST_F(MockAdapter, DefersFailuresWhileOutputIsCaptured) {

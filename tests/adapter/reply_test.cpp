@@ -7,31 +7,31 @@
 #include "adapter/phydrv.h"
 #include "tests/mock_adapter.h"
 
-static std::size_t recordsSeen(std::uint32_t bytesUsed) {
+static std::size_t recordCount(std::uint32_t bytesUsed) {
     Reply<LogDrvInfo, 2> reply = {};
     reply.header.bytesUsed = bytesUsed;
     return records(reply).size();
 }
 
 TEST(ReplyRecords, AreNoneForAByteCountBelowTheHeader) {
-    EXPECT_EQ(recordsSeen(0), 0u);
-    EXPECT_EQ(recordsSeen(63), 0u);
+    EXPECT_EQ(recordCount(0), 0u);
+    EXPECT_EQ(recordCount(63), 0u);
 }
 
 TEST(ReplyRecords, AreNoneForAnIncompleteRecord) {
-    EXPECT_EQ(recordsSeen(64), 0u);
-    EXPECT_EQ(recordsSeen(64 + 207), 0u);
+    EXPECT_EQ(recordCount(64), 0u);
+    EXPECT_EQ(recordCount(64 + 207), 0u);
 }
 
 TEST(ReplyRecords, AreTheCompleteRecordsOfTheByteCount) {
-    EXPECT_EQ(recordsSeen(64 + 208), 1u);
-    EXPECT_EQ(recordsSeen(64 + 2 * 208 - 1), 1u);
-    EXPECT_EQ(recordsSeen(64 + 2 * 208), 2u);
+    EXPECT_EQ(recordCount(64 + 208), 1u);
+    EXPECT_EQ(recordCount(64 + 2 * 208 - 1), 1u);
+    EXPECT_EQ(recordCount(64 + 2 * 208), 2u);
 }
 
 TEST(ReplyRecords, StayWithinTheBuffer) {
-    EXPECT_EQ(recordsSeen(64 + 3 * 208), 2u);
-    EXPECT_EQ(recordsSeen(0xFFFFFFFF), 2u);
+    EXPECT_EQ(recordCount(64 + 3 * 208), 2u);
+    EXPECT_EQ(recordCount(0xFFFFFFFF), 2u);
 }
 
 TEST(ReplyRecords, FollowTheHeader) {

@@ -11,7 +11,7 @@
 
 inline char scratchPath[] = "fuzzed_XXXXXX";
 
-// Nobody reads the output of a million inputs.
+// The output of the inputs is not needed.
 inline bool discardOutput() {
     return std::freopen("/dev/null", "w", stdout) != nullptr;
 }

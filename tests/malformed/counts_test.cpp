@@ -1,5 +1,5 @@
 // Malformed counts: byte counts of replies below, at and beyond their buffers, counts of events and of
-// controllers. A listing shows whole records only, and no more than its buffer holds.
+// controllers. A listing shows complete records only, and no more than its buffer holds.
 #include <fstream>
 #include <iterator>
 
@@ -11,7 +11,7 @@ namespace {
 // A listing, and the size and maximum number of its records.
 struct Listing {
     std::string line;
-    std::uint32_t recordSize, room;
+    std::uint32_t recordSize, capacity;
     std::string header; // before the records
     std::string record; // printed for each of them
     int noneResult;     // without any record
@@ -38,7 +38,7 @@ protected:
 
 TEST_P(Counts, DecideHowManyRecordsAreShown) {
     const Listing& listing = GetParam();
-    const std::uint32_t size = listing.recordSize, last = 64 + listing.room * size;
+    const std::uint32_t size = listing.recordSize, last = 64 + listing.capacity * size;
     const struct {
         std::uint32_t bytesUsed, records;
     } rows[] = {{0, 0},
@@ -49,13 +49,13 @@ TEST_P(Counts, DecideHowManyRecordsAreShown) {
                 {64 + size - 1, 0},
                 {64 + size, 1},
                 {64 + 2 * size - 1, 1},
-                {last - 1, listing.room - 1},
-                {last, listing.room},
-                {last + 1, listing.room},
-                {last + size, listing.room},
-                {INT_MAX, listing.room},
-                {1U << 31, listing.room},
-                {UINT32_MAX, listing.room}};
+                {last - 1, listing.capacity - 1},
+                {last, listing.capacity},
+                {last + 1, listing.capacity},
+                {last + size, listing.capacity},
+                {INT_MAX, listing.capacity},
+                {1U << 31, listing.capacity},
+                {UINT32_MAX, listing.capacity}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.bytesUsed);
         malformedReply.bytesUsed = row.bytesUsed;
@@ -77,7 +77,7 @@ static const Listing listings[] = {
 INSTANTIATE_TEST_SUITE_P(Listings, Counts, testing::ValuesIn(listings),
                          [](const auto& row) { return row.param.line; });
 
-// One record is requested; there is one or none, whatever the count.
+// One record is requested; there is one or none, regardless of the count.
 TEST_F(Malformed, ByteCountsDecideWhetherDriveExists) {
     const struct {
         std::string line;
@@ -209,7 +209,7 @@ TEST_F(Malformed, ExportsAreBoundedByReply) {
 }
 
 // Every logical drive of the reply is deleted before those of the file are created; the reply holds 128.
-TEST_F(Malformed, ImportsDeleteNoMoreThanReplyHolds) {
+TEST_F(Malformed, ImportsDeleteOnlyDrivesWithinReply) {
     std::ofstream(file()) << "[LogDrvSetIndex] 0\n<LogDrvID> 0\n<LogyDrvCtrlID> 0\n<LogDrvName> x\n"
                              "<LogDrvSectorCount> 9\n<LogDrvSectorSize> 512\n<LogDrvStripeSize> 64\n"
                              "<LogDrvRaidMode> RAID1\n<LogDrvDiskNum> 2\n<LogDrvDiskMember> (1,2)\n[End]\n";

@@ -74,7 +74,7 @@ TEST_F(Malformed, DrivesAreShownVerbosely) {
                           "TCQ is enabled\nCurrent Locate Status : On\n"));
 }
 
-// A drive's record holds at most 16 extents, whatever its count.
+// A drive's record holds at most 16 extents, regardless of its count.
 TEST_F(Malformed, ExtentsAreListed) {
     for (const Fill& fill : fills)
         expectListing("extent", fill, 0,
@@ -224,7 +224,7 @@ TEST_F(Malformed, MediaPatrolInUnknownStateIsIdle) {
                           "\nMedia patrol error count : " + fill.u16 + "\n");
 }
 
-// The texts that identify a drive's model are terminated before they are passed on.
+// The texts that identify a drive's model are terminated before they are passed to the adapter.
 TEST_F(Malformed, SpeedOptionIsShownAndSet) {
     for (const Fill& fill : fills)
         for (const int result : kResults) {
