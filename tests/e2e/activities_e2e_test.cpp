@@ -1,5 +1,5 @@
 // Initialization, synchronization and redundancy check from start to end: listed, paused, resumed and
-// stopped, as the activity's own list, bga and the verbose listing show them.
+// stopped, as shown by the activity's list, bga and the verbose listing.
 #include "tests/e2e/array_session.h"
 
 using Activities = Arrays;

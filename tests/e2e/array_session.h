@@ -15,7 +15,7 @@ struct Arrays : testing::Test {
     // Sets the clock, in seconds of the session.
     void advanceClockTo(int seconds) { s.setClock(kSessionStart + seconds); }
 
-    // The outcome of a run as one text, "status: output". The last word, if given, may contain blanks.
+    // The outcome of a run as one text, "status: output". The last word, if not empty, may contain blanks.
     std::string outcomeOf(const std::string& line, const std::string& lastWord = "") {
         std::istringstream stream(line);
         std::vector<std::string> words;
@@ -30,7 +30,7 @@ struct Arrays : testing::Test {
         return std::to_string(outcome.status) + ": " + outcome.out + outcome.err;
     }
 
-    // Creates an array without extents named.
+    // Creates an array; the adapter chooses the extents.
     std::string add(const std::string& drives, const std::string& text) {
         return outcomeOf({"logdrv", "-a", "add", "-p", drives, "-z", text});
     }
@@ -57,11 +57,11 @@ struct Arrays : testing::Test {
     // The lines of bga about a drive.
     std::string bga(int logDrv) { return outcomeOf("bga -l " + std::to_string(logDrv)); }
 
-    // All events not shown before.
+    // The events not shown before.
     std::string events() { return s.run({"event", "-v", "-c", "50"}).out; }
 
-    // Edits the world file: replaces the first such text after the start of a drive's entry; drives are
-    // counted from 1.
+    // Edits the world file: replaces the first text from ... to after the start of a drive's entry. Drives
+    // are counted from 1.
     void editDrive(int drive, const std::string& from, const std::string& to, const std::string& by) const {
         std::string text = s.worldText();
         const std::size_t entry = text.find("\"id\": " + std::to_string(drive - 1) + ",");

@@ -7,8 +7,8 @@
 
 static const ProcessOutcome kSilent = {0, "", ""};
 static const std::string kHead = "CtrlId    Status\n";
-static const std::string kBeyond = "     2   Unknown\n     3   Unknown\n";
-static const std::string kListing = kHead + "     0   enabled\n     1  disabled\n" + kBeyond;
+static const std::string kMissingControllers = "     2   Unknown\n     3   Unknown\n";
+static const std::string kListing = kHead + "     0   enabled\n     1  disabled\n" + kMissingControllers;
 
 struct Buzz : testing::Test {
     Session s;
@@ -27,7 +27,7 @@ TEST_F(Buzz, ListsFourControllersWhenTwoExist) {
 TEST_F(Buzz, KeepsState) {
     EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilent);
     EXPECT_EQ(s.run({"buzz", "-a", "disable"}), kSilent);
-    const std::string switched = kHead + "     0  disabled\n     1   enabled\n" + kBeyond;
+    const std::string switched = kHead + "     0  disabled\n     1   enabled\n" + kMissingControllers;
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, switched, ""}));
     EXPECT_EQ(s.prompt("buzz -a enable -i 0\nbuzz -a DISABLE -i 1\nbuzz\nexit\n"),
               (ProcessOutcome{0, "cli>cli>cli>" + kListing + "cli>", ""}));

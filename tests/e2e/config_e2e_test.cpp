@@ -1,5 +1,5 @@
 // Export and import as an administrator uses them: saving, displaying and restoring a configuration, and
-// re-creating the logical drives after a disaster. The world every_level has no automatic write back,
+// recreating the logical drives after a loss. The world every_level has no automatic write back,
 // which a file cannot represent.
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ static void useEveryLevel(Session* s) {
     s->useWorld(fixtureWorld("every_level"));
 }
 
-static void backUp(Session* s) {
+static void exportAll(Session* s) {
     EXPECT_EQ(s->run({"export", "-t", "0", "-f", "all.cfg"}), kSilence);
     ASSERT_EQ(readFile(s->path("all.cfg")), wholeFile());
 }
@@ -26,7 +26,7 @@ static void backUp(Session* s) {
 TEST(ConfigE2e, ExportWritesTheWholeSystem) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
 }
 
 TEST(ConfigE2e, ExportWritesRequestedTypes) {
@@ -66,7 +66,7 @@ TEST(ConfigE2e, ExportReportsFailure) {
 TEST(ConfigE2e, DisplayChangesNothing) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     const std::string before = s.worldText();
     const ProcessOutcome shown = s.run({"import", "-i", "-c", "-f", "all.cfg"});
     EXPECT_EQ(shown.status, 0);
@@ -134,7 +134,7 @@ static void changeEverything(Session* s) {
 TEST(ConfigE2e, ImportRestoresAllSettings) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     changeEverything(&s);
     const std::string changed = exported(&s);
     EXPECT_EQ(
@@ -152,7 +152,7 @@ TEST(ConfigE2e, ImportRestoresAllSettings) {
 TEST(ConfigE2e, ImportKeepsBuzzersAndSpares) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "0"}).status, 0);
     EXPECT_EQ(s.run({"extent", "-a", "free", "-i", "0", "-p", "1", "-e", "2"}).status, 0);
     EXPECT_EQ(s.run({"import", "-a", "-f", "all.cfg"}), kSilence);
@@ -163,7 +163,7 @@ TEST(ConfigE2e, ImportKeepsBuzzersAndSpares) {
 TEST(ConfigE2e, ImportAppliesSelectedBlocks) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     changeEverything(&s);
     const std::string changed = exported(&s);
     const std::string first = changed.substr(0, changed.find("[CrtlSetIndex] 1"));
@@ -182,10 +182,10 @@ TEST(ConfigE2e, ImportAppliesSelectedBlocks) {
     EXPECT_EQ(exported(&s), replaced(driveBack, third(driveBack), third(wholeFile())));
 }
 
-TEST(ConfigE2e, ImportReCreatesLogicalDrivesAfterDisaster) {
+TEST(ConfigE2e, ImportRecreatesLogicalDrives) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     for (const char* array : {"0", "1", "2"})
         EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", array}), kSilence);
     for (const char* array : {"7", "1", "2"})
@@ -200,7 +200,7 @@ TEST(ConfigE2e, ImportReCreatesLogicalDrivesAfterDisaster) {
 TEST(ConfigE2e, ImportReplacesExistingLogicalDrives) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     changeEverything(&s);
     EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", "2"}), kSilence);
     EXPECT_EQ(
@@ -217,7 +217,7 @@ TEST(ConfigE2e, ImportReplacesExistingLogicalDrives) {
 TEST(ConfigE2e, ImportToSmallerSystemFailsBeforeAnyChange) {
     Session s;
     useEveryLevel(&s);
-    backUp(&s);
+    exportAll(&s);
     s.useWorld(R"({"controllers": [{"drives": [
         {"id": 0, "sectors": 2048000, "extents": [{"start": 0, "size": 2048000}]}]}]}
 )");
@@ -285,7 +285,7 @@ TEST(ConfigE2e, ImportHonorsEditedInitialization) {
     for (const std::string word : {"QUICK", "BACK", "FORE", "NONE"}) {
         Session s;
         useEveryLevel(&s);
-        backUp(&s);
+        exportAll(&s);
         writeFile(s.path("all.cfg"), replaced(wholeFile(), "NONE", word));
         EXPECT_EQ(s.run({"import", "-c", "-l", "3", "-f", "all.cfg"}), kSilence);
         const std::string block = s.run({"logdrv", "-v", "-i", "1", "-l", "0"}).out;

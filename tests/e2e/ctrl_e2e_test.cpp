@@ -1,4 +1,4 @@
-// The ctrl command on a world whose every value is known, and settings that persist between runs.
+// The ctrl command on a world with known values, and settings that persist between runs.
 #include <gtest/gtest.h>
 
 #include "tests/e2e/harness.h"
@@ -72,7 +72,7 @@ TEST_F(Ctrl, ListsRequestedCount) {
     EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
 }
 
-// Starting at ID 1, two controllers are listed although one exists: it with its own driver, then zeroes.
+// Starting at ID 1, two controllers are listed although only one exists: the second row is zeroes.
 TEST_F(Ctrl, ListsZeroesBeyondTheLastController) {
     EXPECT_EQ(
         s.run({"ctrl", "-i", "1"}),

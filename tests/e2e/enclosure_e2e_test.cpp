@@ -18,7 +18,7 @@ struct Enclosure : testing::Test {
         return s.run({"enclosure", "-a", "locate", "-e", enclosure, "-i", "0", "-s", seconds});
     }
     // Which of the first four drives blink, a digit each.
-    std::string lights() {
+    std::string blinkingDrives() {
         std::string on;
         for (const char* drive : {"1", "2", "3", "4"})
             if (s.run({"phydrv", "-v", "-p", drive}).out.find("Locate Status : On") != std::string::npos)
@@ -106,24 +106,24 @@ TEST_F(Enclosure, ReportsMissingEnclosures) {
 
 // Compatibility: the search reads the drives' second extent entries, which are zero. It finds drive 1 for
 // every drive of enclosure 0, and nothing for any other enclosure.
-TEST_F(Enclosure, BlinksFirstDriveForFirstEnclosure) {
+TEST_F(Enclosure, BlinksOnlyDriveOneForEnclosureZero) {
     EXPECT_EQ(locate("0", "30"), kSilent);
-    EXPECT_EQ(lights(), "1");
+    EXPECT_EQ(blinkingDrives(), "1");
     s.setClock(kSessionStart + 31);
-    EXPECT_EQ(lights(), "");
+    EXPECT_EQ(blinkingDrives(), "");
     EXPECT_EQ(locate("1", "30"), kSilent);
     EXPECT_EQ(locate("5", "30"), kSilent);
-    EXPECT_EQ(lights(), "");
+    EXPECT_EQ(blinkingDrives(), "");
 }
 
 TEST_F(Enclosure, StopsBlinkingWithoutDuration) {
     EXPECT_EQ(locate("0", "4000000000"), kSilent);
-    EXPECT_EQ(lights(), "1");
+    EXPECT_EQ(blinkingDrives(), "1");
     EXPECT_EQ(locate("0", "0"), kSilent);
-    EXPECT_EQ(lights(), "");
+    EXPECT_EQ(blinkingDrives(), "");
     locate("0", "30");
     EXPECT_EQ(s.run({"enclosure", "-a", "locate"}), kSilent);
-    EXPECT_EQ(lights(), "");
+    EXPECT_EQ(blinkingDrives(), "");
 }
 
 TEST_F(Enclosure, RejectsBadWords) {

@@ -67,7 +67,7 @@ TEST_F(Event, WritesWholeFileNextToWorld) {
 }
 
 // Slots are filled starting with the second.
-TEST_F(Event, DropsShownEvents) {
+TEST_F(Event, RemovesShownEvents) {
     s.run({"event"});
     const std::string image = readFile(s.eventFile());
     EXPECT_EQ(image.substr(0, kHeadSize), std::string(kHeadSize, '\0'));

@@ -1,5 +1,5 @@
-// The extent command on drives whose every extent is known, and changes that persist between runs. All
-// drives but the last have 2000 MB.
+// The extent command on drives with known extents, and changes that persist between runs. All drives except
+// the last have 2000 MB.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,7 +22,7 @@ struct Extents : testing::Test {
     Session s;
     Extents() { s.useWorld(fixtureWorld("drives_and_boxes")); }
 
-    // Runs a change of one extent; more is another option with its value.
+    // Changes one extent; more is an additional option with its value.
     ProcessOutcome change(const std::string& action, const std::string& drive, const std::string& extent,
                           const std::vector<std::string>& more = {}) {
         std::vector<std::string> words = {"extent", "-a", action, "-p", drive, "-e", extent, "-i", "0"};

@@ -73,7 +73,7 @@ void Session::preferLibraries(const std::string& libraries) {
     variables["LD_LIBRARY_PATH"] = libraries;
 }
 
-static void copyForAll(const fs::path& from, const fs::path& to) {
+static void copyReadable(const fs::path& from, const fs::path& to) {
     fs::copy_file(from, to);
     fs::permissions(to, fs::perms(0755));
 }
@@ -83,11 +83,11 @@ void Session::useProduct(const std::string& libraries) {
     fs::create_directory(copies);
     fs::permissions(directory, fs::perms(0755));
     fs::permissions(copies, fs::perms(0755));
-    copyForAll(E2E_PRODUCT, copies / "cli");
-    copyForAll(E2E_ERROR_LOG, copies / fs::path(E2E_ERROR_LOG).filename());
+    copyReadable(E2E_PRODUCT, copies / "cli");
+    copyReadable(E2E_ERROR_LOG, copies / fs::path(E2E_ERROR_LOG).filename());
     for (const fs::directory_entry& entry : fs::directory_iterator(libraries))
         if (entry.path().extension() == ".so")
-            copyForAll(entry.path(), copies / entry.path().filename());
+            copyReadable(entry.path(), copies / entry.path().filename());
     program = (copies / "cli").string();
     unprivileged = true;
     preferLibraries(copies.string());

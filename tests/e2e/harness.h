@@ -1,4 +1,4 @@
-// A session of the program with a simulated world of its own. Every test has one:
+// A session of the program with a separate simulated world. Every test has one:
 //
 //     Session s;
 //     EXPECT_EQ(s.run({"help", "exit"}), (ProcessOutcome{2, "...", ""}));
@@ -19,7 +19,7 @@
 inline constexpr std::int64_t kSessionStart = 1700000000;
 
 struct Session {
-    Session();  // creates a directory of its own
+    Session();  // creates a temporary directory
     ~Session(); // and removes it
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -31,7 +31,7 @@ struct Session {
     // The program at its prompt on a terminal; each text is typed at the next prompt. "\x04" is Ctrl-D.
     ProcessOutcome terminal(const std::vector<std::string>& typed);
 
-    // As run(), with standard input closed.
+    // Like run(), with standard input closed.
     ProcessOutcome runWithoutInput(const std::vector<std::string>& words);
 
     void setClock(std::int64_t seconds);
@@ -40,12 +40,12 @@ struct Session {
     // Makes the program prefer the libraries of a directory to those it was built with.
     void preferLibraries(const std::string& directory);
 
-    // Makes later runs use cli itself instead of cli-rehearse. Since it uses the machine's real event file,
-    // it runs as user nobody, from a copy that nobody may read, with these libraries.
+    // Makes later runs use cli itself instead of cli-rehearse. Since it uses the real event file, it
+    // runs as user nobody, from a copy that this user can read, with these libraries.
     void useProduct(const std::string& libraries);
 
     void useWorld(const std::string& text) const;
-    std::string worldText() const; // empty when there is none yet
+    std::string worldText() const; // empty if there is none yet
     std::string world() const;     // paths
     std::string eventFile() const;
     std::string path(const std::string& name) const; // of a file next to the world
@@ -56,7 +56,7 @@ struct Session {
     std::map<std::string, std::string> variables;
 };
 
-// The whole of a file; empty when it cannot be read.
+// The contents of a file; empty if it cannot be read.
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& text);
 

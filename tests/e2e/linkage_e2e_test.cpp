@@ -1,5 +1,5 @@
 // Run-time dependencies of the programs, read from their dynamic sections. Not built with sanitizers, which
-// add libraries of their own.
+// add libraries.
 #include <gtest/gtest.h>
 
 #include <algorithm>

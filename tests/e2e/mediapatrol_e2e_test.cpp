@@ -15,7 +15,7 @@ struct MediaPatrol : testing::Test {
     ProcessOutcome mp(const std::string& action, const std::string& drive = "2") {
         return s.run({"mp", "-a", action, "-p", drive, "-i", "0"});
     }
-    // The listing, so many seconds after the start of the session.
+    // The listing, this number of seconds after the start of the session.
     std::string after(std::int64_t seconds) {
         s.setClock(kSessionStart + seconds);
         const ProcessOutcome outcome = mp("list");

@@ -1,4 +1,4 @@
-// Migrations: from a striped pair to a RAID5 and on; listed, paused, resumed and refused.
+// Migrations: from a striped pair to a RAID5 and further; listed, paused, resumed and refused.
 #include "tests/e2e/array_session.h"
 
 static const std::string kStarted = "0: Migration is started on Array 0.\n";

@@ -1,4 +1,4 @@
-// The phydrv command on a world whose every drive is known, and changes that persist between runs.
+// The phydrv command on a world with known drives, and changes that persist between runs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -81,7 +81,7 @@ TEST_F(PhyDrv, ReportsMissingDrives) {
               (ProcessOutcome{5, "cli>Disk with ID 39 in controller #0 is not existed\ncli>", ""}));
 }
 
-// The adapters report a geometry of 255 heads and 63 sectors, of which 254 cylinders fill the drive.
+// The adapters report a geometry of 255 heads and 63 sectors, with 254 cylinders.
 TEST_F(PhyDrv, ShowsDriveVerbosely) {
     const std::string first = "****************************\nDisk ID : 1\nChannel# : 10\n"
                               "Disk name : Alpha 500\nFirmware version : 1.0\nDisk size : 2000.00 MB\n"

@@ -38,7 +38,7 @@ static std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-// Drops root privileges and checks that the machine's real event file cannot be written.
+// Drops root privileges and checks that the real event file cannot be written.
 static bool dropPrivileges() {
     if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0))
         return false;
@@ -76,8 +76,8 @@ static std::string takeFile(int file, const std::string& path) {
     return text;
 }
 
-// Writes all of the input; what the program does not read because it has ended is dropped.
-static void feed(int pipe, const std::string& input) {
+// Writes all of the input; what the program does not read before it exits is discarded.
+static void writeAll(int pipe, const std::string& input) {
     for (std::size_t done = 0; done < input.size();) {
         const ssize_t written = write(pipe, input.data() + done, input.size() - done);
         if (written < 0 && errno != EINTR)
@@ -106,7 +106,7 @@ ProcessOutcome runProgram(const Launch& launch, const std::string& input) {
         execChild(launch);
     }
     close(ends[0]);
-    feed(ends[1], input);
+    writeAll(ends[1], input);
     ProcessOutcome outcome;
     outcome.status = waitFor(child);
     outcome.out = takeFile(out, outPath);
@@ -132,7 +132,7 @@ static void useTerminal(int terminal) {
     close(terminal);
 }
 
-// Reads until shown contains the awaited text after *from, and moves *from past it; false when the program
+// Reads until shown contains the awaited text after *from, and moves *from past it; false if the program
 // has closed the terminal.
 static bool readUntil(int terminal, const std::string& awaited, std::string* shown, std::size_t* from) {
     char piece[4096];

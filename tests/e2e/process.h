@@ -1,4 +1,4 @@
-// Runs a program in an environment of its own, with its standard streams connected to files and pipes or to a
+// Runs a program in a separate environment, with its standard streams connected to files and pipes or to a
 // terminal.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 // How a program ended.
 struct ProcessOutcome {
-    int status = 0;       // exit status; 128 and the signal's number when a signal ended it
+    int status = 0;       // exit status; 128 plus the signal's number if a signal ended it
     std::string out, err; // all of standard output and standard error; of a terminal, all in out
     bool operator==(const ProcessOutcome&) const = default;
 };
@@ -27,7 +27,7 @@ struct Launch {
 // Runs it to completion with its input on a pipe. A program that hangs is killed after a minute.
 ProcessOutcome runProgram(const Launch& launch, const std::string& input);
 
-// Runs it on a terminal of its own. Each text is typed when the program has printed the awaited text once
-// more; out is what the terminal showed, with the echo and lines ending in "\r\n".
+// Runs it on a new terminal. Each text is typed after the program has printed the awaited text again; out is
+// the output of the terminal, with the echo and lines ending in "\r\n".
 ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
                              const std::vector<std::string>& typed);

@@ -1,12 +1,11 @@
-// One-shot commands and the prompt, on pipes and on a terminal. The commands used here need no adapter, so
-// that their whole output is known.
+// One-shot commands and the prompt, on pipes and on a terminal. The commands used here need no adapter.
 #include <gtest/gtest.h>
 
 #include "tests/e2e/harness.h"
 
 static const std::string kHelpExit = "Exit the CLI\nUsage: exit\n\nExit the CLI\nUsage: exit\n";
 
-// An empty world would fail at start-up, so these tests use the built-in one.
+// An empty world would fail at startup, so these tests use the built-in one.
 static ProcessOutcome promptOutcome(const std::string& input) {
     Session s;
     return s.prompt(input);
@@ -156,7 +155,7 @@ TEST(Prompt, KeepsStaleWordsAfterRejectedLine) {
 
 TEST(Prompt, SplitsLongWordEvery256Characters) {
     const std::string digits(256, '1');
-    // The ID ends after 256 digits; the rest is a word of its own and no option.
+    // The ID ends after 256 digits; the rest is a separate word, not an option.
     EXPECT_EQ(promptOutcome("event -c " + digits + "x\n"),
               (ProcessOutcome{1, "cli>Invalid parameters defined\ncli>", ""}));
     EXPECT_EQ(promptOutcome("event -c " + digits.substr(1) + "x\n"),

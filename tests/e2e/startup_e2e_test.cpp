@@ -1,4 +1,4 @@
-// Start-up and its failures, and the libraries that the programs load: run with fake adapter libraries.
+// Startup and its failures, and the libraries that the programs load. Uses fake adapter libraries.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>

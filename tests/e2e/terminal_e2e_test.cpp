@@ -1,5 +1,5 @@
-// The program with standard streams that are closed, full, endless or broken, and ended by signals. Finished
-// changes persist, and files are never left half-written.
+// The program with standard streams that are closed, full, endless or broken, and terminated by signals.
+// Completed changes persist, and files are never left half-written.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -55,7 +55,7 @@ TEST(ClosedStreams, OutputDoesNotReachFiles) {
 }
 
 // A file that the library opens must not get the number of a closed stream: the listing would be written to
-// the adapter's device, and commands be read from it.
+// the adapter's device, and commands would be read from it.
 TEST(ClosedStreams, AreNotReusedByLibrary) {
     Session s;
     s.preferLibraries(std::string(E2E_FAKE_LIBS) + "/working");
@@ -134,8 +134,8 @@ TEST(BrokenPipe, KeepsFilesIntact) {
     EXPECT_TRUE(readFile(s.eventFile()) == std::string(20408, '\0'));
 }
 
-// 4096 characters are a line and one is dropped: 255 such lines and a rest. Each has 16 words of 256
-// characters, the first of which is no command.
+// 4096 characters are a line and one is dropped: 255 such lines and a remainder. Each has 16 words of
+// 256 characters, and the first is not a command.
 TEST(LongInput, SplitsMegabyteLine) {
     Session s;
     std::string output = "cli>";

@@ -1,4 +1,4 @@
-// The world file of the simulator: created on first use, kept between runs, rejected when invalid.
+// The world file of the simulator: created on first use, saved between runs, rejected when invalid.
 #include <gtest/gtest.h>
 
 #include <filesystem>

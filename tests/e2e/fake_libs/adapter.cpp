@@ -1,4 +1,4 @@
-// A fake adapter library: only the operations that start-up and the controller listing need, with fixed
+// A fake adapter library: only the operations that startup and the controller listing need, with fixed
 // replies, written from the byte offsets of the records and without the program's headers. It logs the calls
 // that start and end a session to standard error, and keeps the file named by $FAKE_LIB_DEVICE open, as a
 // real library does with its driver's device.
