@@ -9,7 +9,7 @@
 
 static const char unknownHelp[] = "Invalid Command\nPlease use help to display all the valid commands.\n";
 
-// The output of help with the word, from the file of its name.
+// The output of help with the word, from the file named after it.
 static std::string goldenHelp(const std::string& word) {
     const std::string path = GOLDEN "/help/" + (word == "?" ? "help" : word) + ".txt";
     std::ifstream file(path, std::ios::binary);
@@ -33,8 +33,8 @@ static void expectDefinition(const char* word, unsigned id, const char* shortHel
     EXPECT_STREQ(foundLong, longHelp) << word;
 }
 
-// New commands need no line in the file: it holds the ids that are published.
-TEST(CommandDefinitions, KeepPublishedIds) {
+// New commands need no line in the file: it contains the published ids.
+TEST(CommandDefinitions, RetainPublishedIds) {
     std::ifstream file(GOLDEN "/command_ids.txt");
     std::set<std::string> words;
     std::string word;
@@ -57,7 +57,7 @@ TEST(CommandDefinitions, CoverAllCommandsAndExit) {
     EXPECT_EQ(defined, expected);
 }
 
-TEST(CommandDefinitions, KeepTheUnknownCommandApart) {
+TEST(CommandDefinitions, ExcludeTheUnknownCommand) {
     EXPECT_EQ(ls_icdUnknownCmdDef.id, 0u);
     EXPECT_STREQ(ls_icdUnknownCmdDef.name, "unknown");
     EXPECT_STREQ(ls_icdUnknownCmdDef.shortHelp, unknownHelp);
@@ -91,7 +91,7 @@ TEST(GetCommandDefinition, RejectsPrefixesAndLongerWords) {
         expectDefinition(word, 0, unknownHelp, unknownHelp);
 }
 
-TEST(GetCommandDefinition, GivesTheUnknownLongHelpBeforeTheTextsAreAttached) {
+TEST(GetCommandDefinition, ReturnsTheUnknownLongHelpBeforeTheTextsAreAttached) {
     for (CommandDefinition& row : ls_icdCmdDefs)
         row.longHelp = nullptr;
     expectDefinition("ctrl", 21, CLICMD_SHORT_CTRL, unknownHelp);
@@ -110,7 +110,7 @@ TEST(DoCmdHelp, PrintsBothTextsOfEveryWord) {
     }
 }
 
-TEST(DoCmdHelp, PrintsTheMainHelpForItsOwnWords) {
+TEST(DoCmdHelp, PrintsTheMainHelpForHelpAndQuestionMark) {
     for (const char* line : {"help", "HELP", "?", "help help", "help ?", "? ?", "? help"})
         expectHelp(splitWords(line), goldenHelp("help"));
 }
@@ -128,6 +128,6 @@ TEST(DoCmdHelp, PrintsTheUnknownTextTwice) {
         expectHelp({"help", word}, goldenHelp("unknown"));
 }
 
-TEST(DoCmdHelp, LooksItsOwnWordUpAfterABlankLine) {
+TEST(DoCmdHelp, PrintsTheHelpOfTheFirstSlotAfterABlankLine) {
     expectHelp({}, goldenHelp("help"), {"help", "ctrl"});
 }

@@ -14,7 +14,7 @@
 using Words = std::vector<std::string>;
 
 namespace {
-// A word table that is kept over several lines, as in the program.
+// A word table that is used for several lines, as in the program.
 struct WordTable {
     std::unique_ptr<char[]> slot[kMaxWords];
     char* word[kMaxWords];
@@ -26,7 +26,7 @@ struct WordTable {
 static const std::string fullWord(256, 'x');
 static const std::string fullBlank(256, ' ');
 
-static WordTable freshTable() {
+static WordTable emptyTable() {
     WordTable table;
     for (int i = 0; i < kMaxWords; ++i) {
         table.slot[i] = std::make_unique<char[]>(kWordSize);
@@ -44,7 +44,7 @@ static bool processLine(WordTable& table, std::string line) {
 }
 
 static Words wordsOf(const std::string& line) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, line));
     return {table.word, table.word + table.count};
 }
@@ -86,11 +86,11 @@ TEST(ProcessCmdLine, CountsAnEmptyQuotedWord) {
     EXPECT_EQ(wordsOf("\"\"\"\""), (Words{"", ""}));
 }
 
-TEST(ProcessCmdLine, LeavesA256CharacterWordWhole) {
+TEST(ProcessCmdLine, DoesNotSplitA256CharacterWord) {
     EXPECT_EQ(wordsOf("ctrl " + fullWord + " -v"), (Words{"ctrl", fullWord, "-v"}));
 }
 
-TEST(ProcessCmdLine, CutsALongerWordIntoPieces) {
+TEST(ProcessCmdLine, SplitsALongerWordIntoPieces) {
     EXPECT_EQ(wordsOf(std::string(257, 'x')), (Words{fullWord, "x"}));
     EXPECT_EQ(wordsOf(std::string(512, 'x')), (Words{fullWord, fullWord}));
 }
@@ -111,7 +111,7 @@ TEST(ProcessCmdLine, AcceptsSixteenWords) {
 }
 
 TEST(ProcessCmdLine, CountsMoreThanSixteenWordsAndKeepsTheSlots) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, "ctrl -v"));
     EXPECT_EQ(lineKind(table, "a b c d e f g h i j k l m n o p q"), kLongLine);
     EXPECT_EQ(table.count, 16);
@@ -121,7 +121,7 @@ TEST(ProcessCmdLine, CountsMoreThanSixteenWordsAndKeepsTheSlots) {
 }
 
 TEST(ProcessCmdLine, CountsPiecesBeyondTheSlots) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, std::string(4096, 'x')));
     EXPECT_EQ(table.count, 16);
     std::string line;
@@ -133,7 +133,7 @@ TEST(ProcessCmdLine, CountsPiecesBeyondTheSlots) {
 }
 
 TEST(ProcessCmdLine, CountsNoWordInABlankLineAndKeepsTheSlots) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, "ctrl -v"));
     for (const char* blank : {"", "     "}) {
         EXPECT_TRUE(processLine(table, blank));
@@ -144,14 +144,14 @@ TEST(ProcessCmdLine, CountsNoWordInABlankLineAndKeepsTheSlots) {
 }
 
 TEST(ProcessCmdLine, LeavesTheFirstSlotEmptyForABlankFirstLine) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, ""));
     EXPECT_EQ(table.count, 0);
     EXPECT_STREQ(table.word[0], "");
 }
 
 TEST(ProcessCmdLine, KeepsTheSlotsAfterAShorterLine) {
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_TRUE(processLine(table, "logdrv -a list"));
     EXPECT_TRUE(processLine(table, "mp -a"));
     EXPECT_EQ(table.count, 2);
@@ -162,7 +162,7 @@ TEST(ProcessCmdLine, KeepsTheSlotsAfterAShorterLine) {
 
 TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
     for (const char* line : {"exit", "  ExIt   ", "EXIT", "exit now", "\"exit\""}) {
-        WordTable table = freshTable();
+        WordTable table = emptyTable();
         EXPECT_FALSE(processLine(table, line)) << line;
     }
 }
@@ -180,7 +180,7 @@ TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordHoweverManyFollow) {
 
 TEST(ProcessCmdLine, ContinuesWhenExitIsNotTheWholeFirstWord) {
     for (const char* line : {"exits", "exi", "help exit", "exit\tnow", "exit\""}) {
-        WordTable table = freshTable();
+        WordTable table = emptyTable();
         EXPECT_TRUE(processLine(table, line)) << line;
     }
 }

@@ -28,7 +28,7 @@ protected:
     // Expects the reads that precede the operation, for a drive that meets its precondition.
     void expectReads(int result = 0) const {
         const ControlRow& row = GetParam();
-        expectLookup(2, 3, driveDoing(row.bit), result);
+        expectLookup(2, 3, driveWithActivities(row.bit), result);
         if (row.when == When::paused || row.when == When::notPaused)
             expectProgress(row.read, 2, 3, row.when == When::paused ? kPaused : kRunning, 42, result);
     }
@@ -46,31 +46,31 @@ static const ControlRow kControls[] = {
      "2: Invalid number of parameters in command \"init\"!\n", "5: No logical drive with ID 3 is existed!\n",
      "0: Initialization stopped on Array 3.\n", "8: Initialization is failed to stop on Array 3.\n"},
     {"RedundancyCheckPause", PauseLogDrvRC, 4, kCheckRead, When::notPaused, "q5_pauseRedundancyCheck", 0,
-     "2: Invalid number of parameters in command \"rc -a pause\"!\n", kNoneOnController,
+     "2: Invalid number of parameters in command \"rc -a pause\"!\n", kNoDriveOnController,
      "0: Redundancy check paused on Array 3.\n", "8: Redundancy check is failed to pause on Array 3.\n"},
     {"RedundancyCheckResume", ResumeLogDrvRC, 4, kCheckRead, When::paused, "q5_resumeRedundancyCheck", 0,
-     "2: Invalid number of parameters in command \"rc -a resume\"!\n", kNoneOnController,
+     "2: Invalid number of parameters in command \"rc -a resume\"!\n", kNoDriveOnController,
      "0: Redundancy check resumed on Array 3.\n", "8: Redundancy check is failed to resume on Array 3.\n"},
     {"RedundancyCheckStop", StopLogDrvRC, 4, kCheckRead, When::running, "q5_stopRedundancyCheck", 0,
-     "2: Invalid number of parameters in command \"rc -a stop\"!\n", kNoneOnController,
+     "2: Invalid number of parameters in command \"rc -a stop\"!\n", kNoDriveOnController,
      "0: Redundancy check stopped on Array 3.\n", "8: Redundancy check is failed to stop on Array 3.\n"},
     {"MigratePause", PauseLogDrvMigrate, 16, kMigrationRead, When::notPaused, "q5_PauseMigration", 1,
-     "2: Invalid numbers of parameter in command \"migrate -a pause\"!\n", kNoneInController,
+     "2: Invalid numbers of parameter in command \"migrate -a pause\"!\n", kNoDriveInController,
      "0: Migration paused on Array 3.\n", "8: Migration is failed to pause on Array 3.\n"},
     {"MigrateResume", ResumeLogDrvMigrate, 16, kMigrationRead, When::paused, "q5_ResumeMigration", 1,
-     "2: Invalid numbers of parameter in command \"migrate -a resume\"!\n", kNoneInController,
+     "2: Invalid numbers of parameter in command \"migrate -a resume\"!\n", kNoDriveInController,
      "0: Migration resumed on Array 3.\n", "8: Migration is failed to resume on Array 3.\n"},
     {"RebuildPause", PauseLogDrvRebuild, 1, kRebuildRead, When::notPaused, "q5_pauseRebuild", 0,
-     "2: Invalid numbers of parameter in command \"rebuild -a pause\"!\n", kNoneOnController,
+     "2: Invalid numbers of parameter in command \"rebuild -a pause\"!\n", kNoDriveOnController,
      "0: Rebuild paused on Array 3.\n", "8: Rebuild is failed to pause on Array 3.\n"},
     {"RebuildResume", ResumeLogDrvRebuild, 1, kRebuildRead, When::paused, "q5_resumeRebuild", 0,
-     "2: Invalid numbers of parameter in command \"rebuild -a resume\"!\n", kNoneOnController,
+     "2: Invalid numbers of parameter in command \"rebuild -a resume\"!\n", kNoDriveOnController,
      "0: Rebuild resumed on Array 3.\n", "8: Rebuild is failed to resume on Array 3.\n"},
     {"RebuildRestart", RestartLogDrvRebuild, 1, kRebuildRead, When::always, "q5_restartRebuild", 0,
-     "2: Invalid numbers of parameter in command \"rebuild -a restart\"!\n", kNoneOnController,
+     "2: Invalid numbers of parameter in command \"rebuild -a restart\"!\n", kNoDriveOnController,
      "0: Rebuild is restarted on Array 3.\n", "8: Rebuild is failed to restart on Array 3.\n"},
     {"RebuildStop", StopLogDrvRebuild, 1, kRebuildRead, When::running, "q5_stopRebuild", 0,
-     "2: Invalid numbers of parameter in command \"rebuild -a stop\"!\n", kNoneOnController,
+     "2: Invalid numbers of parameter in command \"rebuild -a stop\"!\n", kNoDriveOnController,
      "0: Rebuild aborted on Array 3.\n", "8: Rebuild is failed to abort on Array 3.\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Of, ActivityControls, testing::ValuesIn(kControls), RowName());
@@ -97,7 +97,7 @@ TEST_P(ActivityControls, IgnoreTheResultsOfReads) {
 
 TEST_P(ActivityControls, IgnoreOtherActivities) {
     for (const int activities : {0, 0xFF & ~GetParam().bit}) {
-        expectLookup(2, 3, driveDoing(activities));
+        expectLookup(2, 3, driveWithActivities(activities));
         if (GetParam().when == When::always)
             expectControl(GetParam().operation, 2, 3, GetParam().kind);
         EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"),
@@ -107,7 +107,7 @@ TEST_P(ActivityControls, IgnoreOtherActivities) {
 }
 
 TEST_P(ActivityControls, SucceedWhileAllActivitiesRun) {
-    LogDrvInfo drive = driveDoing(0xFF);
+    LogDrvInfo drive = driveWithActivities(0xFF);
     expectLookup(2, 3, drive);
     if (GetParam().when == When::paused || GetParam().when == When::notPaused)
         expectProgress(GetParam().read, 2, 3, GetParam().when == When::paused ? kPaused : kRunning, 42);
@@ -119,7 +119,7 @@ TEST_P(ActivityControls, DoNothingInTheWrongState) {
     if (GetParam().when == When::paused || GetParam().when == When::notPaused) {
         const bool resumes = GetParam().when == When::paused;
         for (const std::uint8_t state : kUnpausedStates) {
-            expectLookup(2, 3, driveDoing(GetParam().bit));
+            expectLookup(2, 3, driveWithActivities(GetParam().bit));
             expectProgress(GetParam().read, 2, 3, resumes ? state : kPaused, 42);
             EXPECT_EQ(outcomeOf(GetParam().control, "word -a action -l 3 -i 2"), kSilentSuccess);
         }

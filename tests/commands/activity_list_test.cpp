@@ -52,20 +52,20 @@ static const ListRow kLists[] = {
 INSTANTIATE_TEST_SUITE_P(Of, ActivityLists, testing::ValuesIn(kLists), RowName());
 
 TEST_P(ActivityLists, ShowProgress) {
-    expectLookup(2, 3, driveDoing(GetParam().bit));
+    expectLookup(2, 3, driveWithActivities(GetParam().bit));
     expectProgress(GetParam().read, 2, 3, kRunning, 42);
     EXPECT_EQ(outcomeOf(GetParam().list, "word -a list -l 3 -i 2"), GetParam().inProgress);
 }
 
 TEST_P(ActivityLists, ShowPausedActivity) {
-    expectLookup(2, 3, driveDoing(GetParam().bit));
+    expectLookup(2, 3, driveWithActivities(GetParam().bit));
     expectProgress(GetParam().read, 2, 3, kPaused, 42);
     EXPECT_EQ(outcomeOf(GetParam().list, "word -i 2 -l 3"), GetParam().paused);
 }
 
 TEST_P(ActivityLists, ShowAnyOtherStateAsRunning) {
     for (const std::uint8_t state : kUnpausedStates) {
-        expectLookup(2, 3, driveDoing(GetParam().bit));
+        expectLookup(2, 3, driveWithActivities(GetParam().bit));
         expectProgress(GetParam().read, 2, 3, state, 42);
         EXPECT_EQ(outcomeOf(GetParam().list, "word -L 3 -I 2"), GetParam().inProgress) << int{state};
     }
@@ -73,7 +73,7 @@ TEST_P(ActivityLists, ShowAnyOtherStateAsRunning) {
 
 TEST_P(ActivityLists, IgnoreTheResultsOfReads) {
     for (const int result : {1, -1}) {
-        expectLookup(2, 3, driveDoing(GetParam().bit), result);
+        expectLookup(2, 3, driveWithActivities(GetParam().bit), result);
         expectProgress(GetParam().read, 2, 3, kRunning, 42, result);
         EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().inProgress) << result;
     }
@@ -81,15 +81,15 @@ TEST_P(ActivityLists, IgnoreTheResultsOfReads) {
 
 TEST_P(ActivityLists, IgnoreOtherActivities) {
     const bool ofCheck = GetParam().list == ListLogDrvRCStatus;
-    expectLookup(2, 3, driveDoing(0xFF & ~(ofCheck ? 4 | 8 : GetParam().bit)));
+    expectLookup(2, 3, driveWithActivities(0xFF & ~(ofCheck ? 4 | 8 : GetParam().bit)));
     EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
-    expectLookup(2, 3, driveDoing(0));
+    expectLookup(2, 3, driveWithActivities(0));
     EXPECT_EQ(outcomeOf(GetParam().list, "word -l 3 -i 2"), GetParam().noActivity);
 }
 
 TEST_P(ActivityLists, ReportMissingDrive) {
     for (const std::size_t bytesUsed : {std::size_t{271}, std::size_t{64}, std::size_t{63}, std::size_t{0}}) {
-        Bytes reply = listReply<LogDrvInfo>({driveDoing(GetParam().bit)});
+        Bytes reply = listReply<LogDrvInfo>({driveWithActivities(GetParam().bit)});
         const ReplyHeader header = replyHeader(bytesUsed);
         std::memcpy(reply.data(), &header, sizeof header);
         expectCall("q5_getLogDrvInfo", queryFor(2, LogDrvQuery{3, 1}, 272), reply);
@@ -98,7 +98,7 @@ TEST_P(ActivityLists, ReportMissingDrive) {
 }
 
 TEST_P(ActivityLists, LimitByteCounts) {
-    Bytes reply = listReply<LogDrvInfo>({driveDoing(GetParam().bit)});
+    Bytes reply = listReply<LogDrvInfo>({driveWithActivities(GetParam().bit)});
     const ReplyHeader header = replyHeader(0xFFFFFFFF);
     std::memcpy(reply.data(), &header, sizeof header);
     expectCall("q5_getLogDrvInfo", queryFor(2, LogDrvQuery{3, 1}, 272), reply);
@@ -150,14 +150,14 @@ using ActivityListDetails = MockAdapterTest;
 TEST_F(ActivityListDetails, ShowOutOfRangePercentagesUnchanged) {
     InitProgress initProgress = {};
     initProgress.percent = 255;
-    expectLookup(0, 0, driveDoing(2, 0));
+    expectLookup(0, 0, driveWithActivities(2, 0));
     expectCall("q5_getLogDrvInitProgress", queryFor(0, ActivityQuery{0, 0}, 524), bytesOf(initProgress));
     EXPECT_EQ(outcomeOf(ListLogDrvInitStatus, "init"),
               "0: Initialization is in progress 255% in logical drive with ID 0 on controller #0!\n");
 
     MigrationProgress migrationProgress = {};
     migrationProgress.percent = 65535;
-    expectLookup(0, 0, driveDoing(16, 0));
+    expectLookup(0, 0, driveWithActivities(16, 0));
     expectCall("q5_getMigrationProgress", queryFor(0, ActivityQuery{0, 1}, 208), bytesOf(migrationProgress));
     EXPECT_EQ(outcomeOf(ListLogDrvMigrateStatus, "migrate"),
               "0: Migration is in progress 65535% on logical drive with ID 0 in controller #0!\n");
@@ -173,7 +173,7 @@ TEST_F(ActivityListDetails, ReadIdsAs32BitsAndShowThemSigned) {
 }
 
 TEST_F(ActivityListDetails, PreferARedundancyCheckToASynchronization) {
-    expectLookup(0, 0, driveDoing(4 | 8, 0));
+    expectLookup(0, 0, driveWithActivities(4 | 8, 0));
     expectProgress(kCheckRead, 0, 0, kPaused, 7);
     EXPECT_EQ(outcomeOf(ListLogDrvRCStatus, "rc"), "0: Redundancy check is paused!\n");
 }

@@ -16,8 +16,8 @@ struct StartRow {
     int (*start)(int, char**);
     const char* line;      // drive 3 of controller 2
     const char* operation; // called with the reserved 0 and the request
-    Bytes request;         // what follows them
-    bool withRecord;       // after the request, the drive's own record
+    Bytes request;         // the arguments after these
+    bool withRecord;       // the drive's record follows the request
     const char* noDrive;
     const char* success;
     const char* failure;
@@ -51,7 +51,7 @@ static const StartRow kStarts[] = {
      "q5_startRedundancyCheck",
      {3, 0, 0, 0, 0, 0, 0, 0},
      false,
-     kNoneOnController,
+     kNoDriveOnController,
      "0: Synchronization started on Array 3!\n",
      "8: Synchronization failed to start on Array 3!\n"},
     {"RedundancyCheck",
@@ -60,11 +60,11 @@ static const StartRow kStarts[] = {
      "q5_startRedundancyCheck",
      {3, 0, 0, 0, 0, 0, 0, 0},
      false,
-     kNoneOnController,
+     kNoDriveOnController,
      "0: Redundancy check started on Array 3!\n",
      "8: Redundancy check failed to start on Array 3!\n"},
     {"Migrate", StartLogDrvMigrate, "migrate -a start -l 3 -i 2 -s raid=raidmf,stripe=64,count=3",
-     "q5_migrateHBAArray", padded({3, 0, 0, 0, 96, 0, 64, 0, 0, 3}, 144), false, kNoneInController,
+     "q5_migrateHBAArray", padded({3, 0, 0, 0, 96, 0, 64, 0, 0, 3}, 144), false, kNoDriveInController,
      "0: Migration is started on Array 3.\n", "8: Migration is failed to start on Array 3.\n"},
     {"Rebuild",
      StartLogDrvRebuild,
@@ -72,36 +72,36 @@ static const StartRow kStarts[] = {
      "q5_startHBARebuildExtent",
      {1, 3, 0, 0, 0, 4, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0},
      true,
-     kNoneInController,
+     kNoDriveInController,
      "0: Rebuild is started on Array 3.\n",
      "8: Rebuild is failed to start on Array 3.\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Of, ActivityStarts, testing::ValuesIn(kStarts), RowName());
 
 TEST_P(ActivityStarts, Succeed) {
-    expectLookup(2, 3, driveDoing(0));
-    expectStart(driveDoing(0), 0);
+    expectLookup(2, 3, driveWithActivities(0));
+    expectStart(driveWithActivities(0), 0);
     EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().success);
 }
 
 TEST_P(ActivityStarts, ReportFailure) {
     for (const int result : {1, -1}) {
-        expectLookup(2, 3, driveDoing(0));
-        expectStart(driveDoing(0), result);
+        expectLookup(2, 3, driveWithActivities(0));
+        expectStart(driveWithActivities(0), result);
         EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().failure) << result;
     }
 }
 
 TEST_P(ActivityStarts, DoNothingOnABusyDrive) {
     for (const int activities : {1, 2, 4, 8, 16, 31, 255}) {
-        expectLookup(2, 3, driveDoing(activities));
+        expectLookup(2, 3, driveWithActivities(activities));
         EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), kSilentSuccess) << activities;
     }
 }
 
 TEST_P(ActivityStarts, IgnoreUnknownActivityBits) {
-    expectLookup(2, 3, driveDoing(0xE0), -1);
-    expectStart(driveDoing(0xE0), 0);
+    expectLookup(2, 3, driveWithActivities(0xE0), -1);
+    expectStart(driveWithActivities(0xE0), 0);
     EXPECT_EQ(outcomeOf(GetParam().start, GetParam().line), GetParam().success);
 }
 
@@ -169,7 +169,7 @@ TEST_F(ActivityStatusLines, ShowTheFirstActivityInTwoOrders) {
         for (const bool paused : {false, true}) {
             expectProgress(status->read, 2, 3, paused ? kPaused : kRunning, 13);
             expectProgress((*progress)->read, 2, 3, kRunning, 42);
-            EXPECT_EQ(linesOf(driveDoing(activities)),
+            EXPECT_EQ(linesOf(driveWithActivities(activities)),
                       std::string(paused ? status->paused : status->running) + (*progress)->progress)
                 << activities;
         }
@@ -177,13 +177,13 @@ TEST_F(ActivityStatusLines, ShowTheFirstActivityInTwoOrders) {
 }
 
 TEST_F(ActivityStatusLines, ShowOneLineWhenIdle) {
-    EXPECT_EQ(linesOf(driveDoing(0)), "Array activity status : Idle\n");
-    EXPECT_EQ(linesOf(driveDoing(0xE0)), "Array activity status : Idle\n");
+    EXPECT_EQ(linesOf(driveWithActivities(0)), "Array activity status : Idle\n");
+    EXPECT_EQ(linesOf(driveWithActivities(0xE0)), "Array activity status : Idle\n");
 }
 
 TEST_F(ActivityStatusLines, QueryTheIdInTheRecord) {
     expectProgress(kMigrationRead, 2, 65535, kRunning, 0, 1);
     expectProgress(kMigrationRead, 2, 65535, kPaused, 42, -1);
-    EXPECT_EQ(linesOf(driveDoing(16, 65535)),
+    EXPECT_EQ(linesOf(driveWithActivities(16, 65535)),
               "Array activity status : Migrating\nArray migration progress : 42 %\n");
 }

@@ -40,7 +40,8 @@ TEST_F(Bga, RequiresDriveBeforeController) {
         {"", {"bga", "-a", "list", "-l", "2"}, 0, 0},
     };
     for (const OptionCase& row : cases) {
-        expectLookup(row.controller, row.logDrvId, driveDoing(0, static_cast<std::uint16_t>(row.logDrvId)));
+        expectLookup(row.controller, row.logDrvId,
+                     driveWithActivities(0, static_cast<std::uint16_t>(row.logDrvId)));
         EXPECT_EQ(outcomeOf(ListBGAInfo, row.line, row.stale), kIdleOutcome) << row.line;
     }
 }
@@ -76,7 +77,7 @@ TEST_F(Bga, ReportsMissingDrive) {
 
 TEST_F(Bga, ShowsRebuildStatusWithInitializationProgress) {
     for (const bool paused : {false, true}) {
-        expectLookup(1, 2, driveDoing(1 | 2, 2));
+        expectLookup(1, 2, driveWithActivities(1 | 2, 2));
         expectProgress(kRebuildRead, 1, 2, paused ? kPaused : kRunning, 10);
         expectProgress(kInitRead, 1, 2, kRunning, 20);
         EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -l 2 -i 1"),
@@ -87,7 +88,7 @@ TEST_F(Bga, ShowsRebuildStatusWithInitializationProgress) {
 }
 
 TEST_F(Bga, ShowsSynchronizationAndItsProgress) {
-    expectLookup(0, 2, driveDoing(8, 2), 1);
+    expectLookup(0, 2, driveWithActivities(8, 2), 1);
     expectProgress(kSyncRead, 0, 2, kRunning, 98);
     expectProgress(kSyncRead, 0, 2, kRunning, 100);
     EXPECT_EQ(outcomeOf(ListBGAInfo, "bga -a list -l 2"),

@@ -115,11 +115,11 @@ static const Switch kSwitches[] = {
 };
 
 TEST_F(Buzz, IsSetByTheThirdWord) {
-    for (const Switch& given : kSwitches)
+    for (const Switch& row : kSwitches)
         for (const int result : {0, 1, -1}) {
-            expectCall(given.operation,
-                       bytesOf(hbaAddress(given.controller), std::uint32_t{0}, std::uint32_t{0}), {}, result);
-            EXPECT_EQ(outcomeOf(SetBuzzSettings, given.line), "0: ") << given.line;
+            expectCall(row.operation, bytesOf(hbaAddress(row.controller), std::uint32_t{0}, std::uint32_t{0}),
+                       {}, result);
+            EXPECT_EQ(outcomeOf(SetBuzzSettings, row.line), "0: ") << row.line;
         }
 }
 

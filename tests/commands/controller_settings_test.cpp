@@ -1,5 +1,5 @@
-// ctrl -a mod: the positions of the ID and the settings text, every key, and that only a valid text is
-// written.
+// ctrl -a mod: the positions of the ID and the settings text, every key, and no change unless the text is
+// valid.
 #include "adapter/controller.h"
 #include "commands/controller.h"
 #include "tests/mock_adapter.h"
@@ -9,7 +9,7 @@ using Words = std::vector<std::string>;
 
 // The controller's settings: a unique number in each field, and a pattern that must be written back
 // unchanged.
-static ControllerSettings presentSettings() {
+static ControllerSettings currentSettings() {
     ControllerSettings settings;
     std::memset(&settings, 0xA5, sizeof settings);
     settings.rebuildRate = 11;
@@ -31,7 +31,7 @@ static ControllerQuery queryOf(std::uint32_t controller) {
 
 static void expectRead(std::uint32_t controller) {
     expectCall("q5_getControllerSettings", queryFor(controller, queryOf(controller), 88),
-               bytesOf(presentSettings()));
+               bytesOf(currentSettings()));
 }
 
 static void expectWritten(std::uint32_t controller, const ControllerSettings& settings, int result = 0) {
@@ -89,7 +89,7 @@ static const char incorrect[] = "Incorrect parameters!\n";
 TEST_F(ControllerChange, StoresNumbersFrom1To255) {
     for (const NumberKey& row : numberKeys) {
         for (const int number : {1, 128, 255}) {
-            ControllerSettings settings = presentSettings();
+            ControllerSettings settings = currentSettings();
             settings.*row.field = static_cast<std::uint8_t>(number);
             expectChange(std::string(row.key) + "=" + std::to_string(number), settings);
         }
@@ -103,7 +103,7 @@ TEST_F(ControllerChange, RejectsNumbersOutOfRange) {
 }
 
 TEST_F(ControllerChange, ReadsTheNumberAtTheStartOfTheValue) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.rebuildRate = 7;
     for (const char* text : {"rebuildrate=7x", "rebuildrate= 7", "rebuildrate=+7", "rebuildrate=7=9"})
         expectChange(text, settings);
@@ -116,7 +116,7 @@ TEST_F(ControllerChange, RejectsMissingNumberSilently) {
 
 TEST_F(ControllerChange, StoresSwitches) {
     for (const SwitchKey& row : switchKeys) {
-        ControllerSettings settings = presentSettings();
+        ControllerSettings settings = currentSettings();
         settings.*row.field = 0;
         expectChange(std::string(row.key) + "=disable", settings);
         settings.*row.field = 1;
@@ -125,7 +125,7 @@ TEST_F(ControllerChange, StoresSwitches) {
 }
 
 TEST_F(ControllerChange, FindsSwitchWordAnywhereInTheItem) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.smartCheck = 0;
     for (const char* text : {"smart=disabled", "smart disable", "disablesmart", "smart=notdisable"})
         expectChange(text, settings);
@@ -140,7 +140,7 @@ TEST_F(ControllerChange, RejectsInvalidSwitch) {
 }
 
 TEST_F(ControllerChange, IgnoresCase) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.smartCheck = 0;
     settings.encPollInterval = 9;
     expectChange("SMART=Disable,EncPoll=9", settings);
@@ -150,7 +150,7 @@ TEST_F(ControllerChange, IgnoresCase) {
 }
 
 TEST_F(ControllerChange, DistinguishesSmartpollFromSmart) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.smartPollInterval = 10;
     settings.smartCheck = 0;
     expectChange("smartpoll=10,smart=disable", settings);
@@ -158,19 +158,19 @@ TEST_F(ControllerChange, DistinguishesSmartpollFromSmart) {
 }
 
 TEST_F(ControllerChange, UsesTheFirstMatchingKeyOfTheTable) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.rebuildRate = 5;
     expectChange("smart encpoll rebuildrate=5", settings);
-    settings = presentSettings();
+    settings = currentSettings();
     settings.syncRate = 6;
     expectChange("initrate syncrate=6", settings);
-    settings = presentSettings();
+    settings = currentSettings();
     settings.smartCheck = 0;
     expectChange("rebuildpolicy autorebuild smart=disable", settings);
 }
 
 TEST_F(ControllerChange, AcceptsTheTextOfAnImport) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.smartCheck = 1;
     settings.autoRebuild = 0;
     settings.smartPollInterval = 21;
@@ -187,13 +187,13 @@ TEST_F(ControllerChange, AcceptsTheTextOfAnImport) {
 }
 
 TEST_F(ControllerChange, UsesTheLastOfRepeatedItems) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.syncRate = 2;
     expectChange("syncrate=1,syncrate=2", settings);
 }
 
 TEST_F(ControllerChange, AcceptsBlanksInItems) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.autoRebuild = 0;
     settings.smartPollInterval = 30;
     expectChange("autorebuild=disable, smartpoll=30", settings);
@@ -220,7 +220,7 @@ TEST_F(ControllerChange, RejectsEmptyItemAsUnknown) {
 }
 
 TEST_F(ControllerChange, AcceptsTextOfMaximumLength) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.rebuildRate = 9;
     expectChange("rebuildrate=" + std::string(243, '0') + "9", settings); // 256 characters
 }
@@ -248,7 +248,7 @@ TEST_F(ControllerChange, ExpectsSettingsAfterTheActionOrTheId) {
 }
 
 TEST_F(ControllerChange, IgnoresWordsAfterTheSettings) {
-    ControllerSettings settings = presentSettings();
+    ControllerSettings settings = currentSettings();
     settings.syncRate = 5;
     for (const char* line : {"ctrl -a mod -s syncrate=5 -i 7 -x", "ctrl -a mod -s syncrate=5 -s mprate=0"}) {
         expectRead(0);
@@ -257,8 +257,8 @@ TEST_F(ControllerChange, IgnoresWordsAfterTheSettings) {
     }
 }
 
-TEST_F(ControllerChange, AddressesTheGivenController) {
-    ControllerSettings settings = presentSettings();
+TEST_F(ControllerChange, ChangesTheSpecifiedController) {
+    ControllerSettings settings = currentSettings();
     settings.syncRate = 5;
     for (const std::uint32_t controller : {1u, 65536u, 4294967295u}) {
         expectRead(controller);

@@ -67,7 +67,7 @@ TEST_F(ControllerListing, ListsAllForACountThatIsNotBelowTheirNumber) {
         expectBothListed(line);
 }
 
-TEST_F(ControllerListing, ListsAsManyAsRequested) {
+TEST_F(ControllerListing, ListsTheRequestedNumber) {
     for (const char* line : {"ctrl -c 1", "ctrl -a list -c 1", "ctrl -C 1 -I 0", "ctrl -c 1 -c 2"})
         expectOneListed(line);
 }

@@ -159,7 +159,7 @@ TEST_F(Creation, ReadsTheTextOfASavedConfiguration) {
 TEST_F(Creation, TrimsAndTruncatesNames) {
     const std::string letters(120, 'x'), blanks(70, ' ');
     const struct {
-        std::string given, stored;
+        std::string input, stored;
     } names[] = {
         {"a", "a"},
         {"  a b  ", "a b"},
@@ -175,8 +175,8 @@ TEST_F(Creation, TrimsAndTruncatesNames) {
     for (const auto& name : names) {
         CreateArrayRequest request = plainRequest();
         std::memcpy(request.name, name.stored.c_str(), name.stored.size() + 1);
-        EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=" + name.given), kParsedOutcome) << name.given;
-        expectParsed(request, name.given);
+        EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=" + name.input), kParsedOutcome) << name.input;
+        expectParsed(request, name.input);
     }
     EXPECT_EQ(outcomeOfText("capacity=5,raid=raid0,name=long one,name=a"), kParsedOutcome);
     expectParsed(plainRequest(), "the second name alone");

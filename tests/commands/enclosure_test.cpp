@@ -144,7 +144,7 @@ namespace {
 struct DriveReply {
     Bytes bytes = Bytes(42752, 0xA5);
     explicit DriveReply(std::uint32_t bytesUsed) { std::memcpy(&bytes[36], &bytesUsed, 4); }
-    // Sets the entry that is compared after so many matches.
+    // Sets the entry that is compared after this number of matches.
     DriveReply& entry(std::size_t step, std::uint16_t enclosure, std::uint16_t drive) {
         std::memcpy(&bytes[256 + step * 664 + 14], &enclosure, 2);
         std::memcpy(&bytes[256 + step * 664 + 4], &drive, 2);

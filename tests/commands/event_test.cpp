@@ -30,7 +30,7 @@ static void store(const Events& events) {
         AddEventToBuffer(&event);
 }
 
-// Expects a query for so many events. The adapter reports a count and delivers these events.
+// Expects a query for this number of events. The adapter reports a count and delivers these events.
 static void expectFetch(std::uint32_t controller, std::uint32_t requested, std::uint32_t reportedCount,
                         const Events& delivered) {
     expectCall("q5_getHBAEvents", queryFor(controller, EventQuery{-1, requested}, 20872),

@@ -19,7 +19,7 @@ struct Bits {
 };
 } // namespace
 
-// An extent filled with a pattern except for the given fields.
+// An extent filled with a pattern except for these fields.
 static ExtentEntry extentOf(std::uint16_t index, std::uint16_t array, std::uint64_t startMb,
                             std::uint64_t sizeMb, Bits bits = {0, 0, 96, 1}) {
     ExtentEntry extent;
@@ -193,7 +193,7 @@ TEST_F(ExtentList, ShowsThePositionOfEachExtentInItsBlock) {
 
 namespace {
 // Bits of an extent, and the four lines that show them.
-struct BitsShown {
+struct StatusCase {
     Bits bits;
     const char* maintenance;
     const char* functional;
@@ -202,7 +202,7 @@ struct BitsShown {
 };
 } // namespace
 
-static const BitsShown kBitsShown[] = {
+static const StatusCase kStatusCases[] = {
     {{0, 0, 0, 0}, "Idle", "Offline", "no access", "OK"},
     {{0, 0, 0, 8}, "Rebuilding", "Offline", "no access", "OK"},
     {{0, 1, 0, 9}, "Rebuilding", "Online", "no access", "OK"},
@@ -230,7 +230,7 @@ static const BitsShown kBitsShown[] = {
 };
 
 TEST_F(ExtentList, ShowsTheFirstMatchingStatusBit) {
-    for (const BitsShown& shown : kBitsShown) {
+    for (const StatusCase& shown : kStatusCases) {
         expectList(0, 0, 16, listReply<PhyDrvInfo>({driveOf(0, {extentOf(0, 255, 1, 2, shown.bits)})}));
         EXPECT_EQ(run(ListExtentInfo, splitWords("extent -v")).output,
                   std::string("*********************************\nDisk ID : 1\nExtent Index : 0\n"
@@ -367,10 +367,10 @@ TEST_F(ExtentChange, TruncatesIdsInAPlacementButNotInAReference) {
 TEST_F(ExtentChange, KeepsTheLowByteOfALogicalDrive) {
     const std::pair<const char*, std::uint16_t> ids[] = {{"0", 0},   {"7", 7},    {"255", 255},
                                                          {"256", 0}, {"300", 44}, {"65535", 255}};
-    for (const auto& [given, kept] : ids)
+    for (const auto& [input, sent] : ids)
         for (const Action* action : {&kSpare, &kAdd}) {
-            expectCall(action->operation, placement(1, 4, 2, kept));
-            EXPECT_EQ(outcomeOf(*action, std::string("-p 3 -e 4 -i 1 -l ") + given), "0: ") << given;
+            expectCall(action->operation, placement(1, 4, 2, sent));
+            EXPECT_EQ(outcomeOf(*action, std::string("-p 3 -e 4 -i 1 -l ") + input), "0: ") << input;
         }
 }
 

@@ -16,7 +16,7 @@ Record patternFilled() {
 }
 
 // A drive with these activities running; the other fields hold the pattern.
-inline LogDrvInfo driveDoing(int activities, std::uint16_t logDrvId = 3) {
+inline LogDrvInfo driveWithActivities(int activities, std::uint16_t logDrvId = 3) {
     LogDrvInfo drive = patternFilled<LogDrvInfo>();
     drive.activityStatus = static_cast<std::uint8_t>(activities);
     drive.logDrvId = logDrvId;
@@ -51,7 +51,7 @@ inline void put(char (&field)[Size], const std::string& text) {
 // A RAID5 of 1000 MB on drives 1, 2 and 8 as users count them. Fields that no listing reads hold the
 // pattern.
 inline LogDrvInfo raid5(std::uint16_t id = 0) {
-    LogDrvInfo drive = driveDoing(0, id);
+    LogDrvInfo drive = driveWithActivities(0, id);
     drive.raidLevel = 5;
     drive.functionalStatus = 1;
     drive.writeCacheMode = 1;
@@ -108,9 +108,9 @@ inline const std::string kSilentSuccess = "0: ";
 inline const std::string kUnknownOptionOutcome = "1: Invalid parameters defined\n";
 
 // Messages shared by several activities, for drive 3 of controller 2.
-inline constexpr const char* kNoneOnController =
+inline constexpr const char* kNoDriveOnController =
     "5: No logical drive with ID 3 on controller #2 is existed!\n";
-inline constexpr const char* kNoneInController =
+inline constexpr const char* kNoDriveInController =
     "5: No logical drive with ID 3 in controller #2 is existed!\n";
 
 // Names parameterized tests after their rows.

@@ -150,11 +150,11 @@ TEST_F(LogDrv, ListComputesSizesModulo2To64) {
 static const std::string kLocateCountOutcome = "2: Invalid number of parameters for \"logdrv\" defined\n";
 
 TEST_F(LogDrv, LocateBlinksForADuration) {
-    expectLookup(2, 3, driveDoing(0));
+    expectLookup(2, 3, driveWithActivities(0));
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}));
     EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -l 3 -i 2 -d 30"), kSilentSuccess);
-    expectLookup(0, 65539, driveDoing(31), 1);
+    expectLookup(0, 65539, driveWithActivities(31), 1);
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{4294967295}));
     EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -D 4294967295 -L 65539"), kSilentSuccess);
@@ -162,14 +162,14 @@ TEST_F(LogDrv, LocateBlinksForADuration) {
 
 TEST_F(LogDrv, LocateStopsAtZero) {
     for (const char* line : {"logdrv -a locate -l 3 -d 0", "logdrv -a locate -l 1 -l 3"}) {
-        expectLookup(0, 3, driveDoing(0));
+        expectLookup(0, 3, driveWithActivities(0));
         expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{3}));
         EXPECT_EQ(outcomeOf(LocateLogDrv, line), kSilentSuccess) << line;
     }
 }
 
 TEST_F(LogDrv, LocateDefaultsToDriveZero) {
-    expectLookup(0, 0, driveDoing(0, 0));
+    expectLookup(0, 0, driveWithActivities(0, 0));
     expectCall("q5_locateLogDrv",
                bytesOf(hbaAddress(0), std::uint32_t{0}, std::uint16_t{0}, std::uint32_t{5}));
     EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -d 9 -d 5"), kSilentSuccess);
@@ -177,12 +177,12 @@ TEST_F(LogDrv, LocateDefaultsToDriveZero) {
 
 TEST_F(LogDrv, LocateReportsFailure) {
     for (const int result : {1, -1}) {
-        expectLookup(2, 3, driveDoing(0));
+        expectLookup(2, 3, driveWithActivities(0));
         expectCall("q5_locateLogDrv",
                    bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}, std::uint32_t{30}), {}, result);
         EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 30"),
                   "8: Failed to locate the logical drive with ID 3 in controller #2!\n");
-        expectLookup(2, 3, driveDoing(0));
+        expectLookup(2, 3, driveWithActivities(0));
         expectCall("q5_stopLocateLogDrv", bytesOf(hbaAddress(2), std::uint32_t{0}, std::uint16_t{3}), {},
                    result);
         EXPECT_EQ(outcomeOf(LocateLogDrv, "logdrv -a locate -i 2 -l 3 -d 0"),

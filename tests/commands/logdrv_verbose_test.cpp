@@ -80,9 +80,9 @@ TEST_F(LogDrvBlocks, ShowNumbersSignedAndTextsBounded) {
                   "Driver Consolidation: enabled\n");
 }
 
-// The line of the block with this beginning.
-static std::string lineOf(const std::string& block, const std::string& beginning) {
-    const std::size_t start = block.find("\n" + beginning);
+// The line of the block that starts with this label.
+static std::string lineOf(const std::string& block, const std::string& label) {
+    const std::size_t start = block.find("\n" + label);
     return start == std::string::npos ? "(none)"
                                       : block.substr(start + 1, block.find('\n', start + 1) - start - 1);
 }

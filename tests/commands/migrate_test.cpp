@@ -7,7 +7,7 @@ using Migrate = MockAdapterTest;
 using Words = std::vector<std::string>;
 
 static const std::string kStartedOutcome = "0: Migration is started on Array 3.\n";
-static const std::string kDownwardsOutcome =
+static const std::string kLowerLevelOutcome =
     "1: Error: migrate only support from low level raid to high level raid\n";
 static const std::string kCountOutcome = "1: Invalide parameter in \"migrate count\"!\n";
 static const std::string kUnknownItemOutcome = "1: Invalid parameters for \"ctrl\"!\n";
@@ -16,7 +16,7 @@ static const std::string kIdsOutcome = "1: Control id and array id must be refer
 
 // Drive 3, idle, with a level and a stripe size.
 static LogDrvInfo driveAt(std::uint8_t raidLevel, std::uint32_t stripeBlocks = 64) {
-    LogDrvInfo drive = driveDoing(0);
+    LogDrvInfo drive = driveWithActivities(0);
     drive.raidLevel = raidLevel;
     drive.stripeBlocks = stripeBlocks;
     return drive;
@@ -129,7 +129,7 @@ TEST_F(Migrate, RejectsLowerLevel) {
                   {16, "raid=raid1,count=9"}, {5, "raid=raid10"}, {96, "raid=raid0"}};
     for (const auto& start : starts) {
         expectLookup(2, 3, driveAt(start.from));
-        EXPECT_EQ(outcomeOfStart(start.text), kDownwardsOutcome) << start.text;
+        EXPECT_EQ(outcomeOfStart(start.text), kLowerLevelOutcome) << start.text;
     }
 }
 
@@ -182,7 +182,7 @@ TEST_F(Migrate, RequiresBothIds) {
 }
 
 TEST_F(Migrate, AcceptsIdsOfZero) {
-    LogDrvInfo drive = driveDoing(0, 0);
+    LogDrvInfo drive = driveWithActivities(0, 0);
     drive.raidLevel = 0;
     MigrateRequest request = requestFor(5, 32);
     request.logDrvId = 0;
@@ -199,7 +199,7 @@ TEST_F(Migrate, ChecksOptionsThenTextThenIdsThenTheDrive) {
     LogDrvInfo busy = driveAt(5);
     busy.activityStatus = 8;
     expectLookup(2, 3, busy);
-    EXPECT_EQ(outcomeOfStart("raid=raid0"), kDownwardsOutcome);
+    EXPECT_EQ(outcomeOfStart("raid=raid0"), kLowerLevelOutcome);
     expectLookup(2, 3, busy);
     EXPECT_EQ(outcomeOfStart("raid=raidmf"), kCountOutcome);
     expectLookup(2, 3, busy);

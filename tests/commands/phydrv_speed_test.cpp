@@ -31,7 +31,7 @@ static void expectNoDrive(std::uint32_t controller, std::uint32_t drive) {
     expectCall("q5_getPhyDrvInfo", queryFor(controller, PhyDrvQuery{drive, 1, 255, {}}, 728));
 }
 
-static Bytes setsTo(int setting) {
+static Bytes setArguments(int setting) {
     return concat({bytesOf(hbaAddress(1), kZero), text("ST-1"), text("3.A"),
                    bytesOf(std::int32_t{setting}, kSettingSize)});
 }
@@ -45,29 +45,29 @@ TEST_F(PhyDrvSpeed, SetsTheOptionForTheDrivesModelAndFirmware) {
         {"1", 1},    {"0", 0},  {"-5", -5}, {"4x", 4},
         {"+007", 7}, {"on", 0}, {"", 0},    {"2147483647", 2147483647},
         {"0x10", 0}};
-    for (const auto& [given, setting] : settings) {
+    for (const auto& [input, setting] : settings) {
         expectLookup(1, 2);
-        expectCall("q5_setDataTransferSpeed", setsTo(setting));
+        expectCall("q5_setDataTransferSpeed", setArguments(setting));
         const CommandOutcome outcome =
-            run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", given});
-        EXPECT_EQ(outcome.result, 0) << given;
-        EXPECT_EQ(outcome.output, "") << given;
+            run(Set3GSpeed, {"phydrv", "-a", "set3G", "-p", "3", "-i", "1", "-e", input});
+        EXPECT_EQ(outcome.result, 0) << input;
+        EXPECT_EQ(outcome.output, "") << input;
     }
 }
 
 TEST_F(PhyDrvSpeed, AcceptsOptionsInAnyOrderAndDefaultsToZero) {
     expectLookup(1, 2);
-    expectCall("q5_setDataTransferSpeed", setsTo(1));
+    expectCall("q5_setDataTransferSpeed", setArguments(1));
     EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -E 1 -I 1 -P 3"), "0: ");
     expectLookup(1, 0);
-    expectCall("q5_setDataTransferSpeed", setsTo(0));
+    expectCall("q5_setDataTransferSpeed", setArguments(0));
     EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -i 9 -i 1"), "0: ");
 }
 
 TEST_F(PhyDrvSpeed, ReportsDriveThatCouldNotBeSet) {
     for (const int result : {1, -1}) {
         expectLookup(1, 2);
-        expectCall("q5_setDataTransferSpeed", setsTo(1), {}, result);
+        expectCall("q5_setDataTransferSpeed", setArguments(1), {}, result);
         EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 3 -i 1 -e 1"),
                   "8: Failed to set the 3G setting for control 1 disk 2\n");
     }
@@ -129,7 +129,7 @@ TEST_F(PhyDrvSpeed, PrintsTheTruncatedIds) {
     EXPECT_EQ(outcomeOf(List3GSpeed, "phydrv -a list3G -p 0 -i -1"),
               "8: Failed to get the 3G setting for control 255 disk 255\n");
     expectLookup(1, 255);
-    expectCall("q5_setDataTransferSpeed", setsTo(0), {}, 1);
+    expectCall("q5_setDataTransferSpeed", setArguments(0), {}, 1);
     EXPECT_EQ(outcomeOf(Set3GSpeed, "phydrv -a set3G -p 0 -i 257"),
               "8: Failed to set the 3G setting for control 1 disk 255\n");
 }

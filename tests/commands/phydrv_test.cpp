@@ -165,8 +165,8 @@ struct Verbose {
 };
 } // namespace
 
-// Expects the queries about one drive. The last one fails unless locateAnswered.
-static void expectQueries(const Verbose& drive, std::uint32_t controller, bool locateAnswered = true) {
+// Expects the queries about one drive. The last one fails unless locateSucceeds.
+static void expectQueries(const Verbose& drive, std::uint32_t controller, bool locateSucceeds = true) {
     const std::uint32_t id = drive.entry.driveId;
     MediaPatrolProgress patrol;
     std::memset(&patrol, 0xA5, sizeof patrol);
@@ -184,7 +184,7 @@ static void expectQueries(const Verbose& drive, std::uint32_t controller, bool l
                    listReply<EnclosureEntry>({{{}, drive.enclosureType, 0}}));
     expectCall("q5_getPhyDrvLocateStatus",
                bytesOf(hbaAddress(controller), std::uint32_t{0}, static_cast<std::uint16_t>(id)),
-               locateAnswered ? Bytes{drive.lit} : Bytes{}, locateAnswered ? 0 : 1);
+               locateSucceeds ? Bytes{drive.lit} : Bytes{}, locateSucceeds ? 0 : 1);
 }
 
 static const std::string kIdentity = "****************************\nDisk ID : 7\nChannel# : 5\n"

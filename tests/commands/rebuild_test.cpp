@@ -14,7 +14,7 @@ static std::string outcomeOfStart(const std::string& drives, const std::string& 
 
 static void expectStart(std::uint32_t controller, std::uint32_t logDrvId,
                         const std::vector<RebuildEntry>& entries, int result = 0) {
-    const LogDrvInfo drive = driveDoing(0);
+    const LogDrvInfo drive = driveWithActivities(0);
     expectLookup(controller, logDrvId, drive);
     Bytes entryBytes;
     for (const RebuildEntry& entry : entries)

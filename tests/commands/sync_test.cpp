@@ -8,7 +8,7 @@ using RedundancyCheck = MockAdapterTest;
 
 // Expects a successful start on this idle drive.
 static void expectStart(std::uint32_t controller, std::uint32_t logDrvId, std::uint8_t noFix) {
-    expectLookup(controller, logDrvId, driveDoing(0));
+    expectLookup(controller, logDrvId, driveWithActivities(0));
     expectCall("q5_startRedundancyCheck", bytesOf(hbaAddress(controller), std::uint32_t{0}, logDrvId, noFix,
                                                   std::uint8_t{0}, std::uint16_t{0}));
 }
@@ -74,7 +74,7 @@ TEST_F(RedundancyCheck, StartReadsMissingValueFromTheNextSlot) {
 
 TEST_F(RedundancyCheck, ControlsIgnoreASynchronization) {
     for (int (*control)(int, char**) : {PauseLogDrvRC, ResumeLogDrvRC, StopLogDrvRC}) {
-        expectLookup(4, 1, driveDoing(8, 1));
+        expectLookup(4, 1, driveWithActivities(8, 1));
         EXPECT_EQ(outcomeOf(control, "rc -a action -l 1 -i 4"), kSilentSuccess);
     }
 }

@@ -8,7 +8,7 @@ struct Reading {
     const char* text;
     int code;
 };
-struct Showing {
+struct CodeText {
     int code;
     const char* text;
 };
@@ -21,8 +21,8 @@ static void expectSilentReadings(int (*translate)(const char*), const Reading (&
 }
 
 template <std::size_t Rows>
-static void expectShowings(const char* (*translate)(int), const Showing (&rows)[Rows]) {
-    for (const Showing& row : rows)
+static void expectTexts(const char* (*translate)(int), const CodeText (&rows)[Rows]) {
+    for (const CodeText& row : rows)
         EXPECT_STREQ(translate(row.code), row.text) << row.code;
 }
 
@@ -64,21 +64,21 @@ TEST(TranslateRaidLevel, ReportsUnknownLevel) {
 }
 
 TEST(TranslateRaidLevel2Str, ReturnsTheNameOfEachCode) {
-    expectShowings(TranslateRaidLevel2Str, {
-                                               {0, "RAID0"},
-                                               {1, "RAID1"},
-                                               {5, "RAID5"},
-                                               {10, "JBOD"},
-                                               {16, "RAID10"},
-                                               {80, "RAID50"},
-                                               {96, "RAIDMF"},
-                                               {2, "Unknown raid mode"},
-                                               {255, "Unknown raid mode"},
-                                           });
+    expectTexts(TranslateRaidLevel2Str, {
+                                            {0, "RAID0"},
+                                            {1, "RAID1"},
+                                            {5, "RAID5"},
+                                            {10, "JBOD"},
+                                            {16, "RAID10"},
+                                            {80, "RAID50"},
+                                            {96, "RAIDMF"},
+                                            {2, "Unknown raid mode"},
+                                            {255, "Unknown raid mode"},
+                                        });
 }
 
 TEST(TranslateRaidLevel2Str, UsesOnlyTheLowEightBits) {
-    expectShowings(TranslateRaidLevel2Str, {{0x105, "RAID5"}, {0x100, "RAID0"}, {-1, "Unknown raid mode"}});
+    expectTexts(TranslateRaidLevel2Str, {{0x105, "RAID5"}, {0x100, "RAID0"}, {-1, "Unknown raid mode"}});
 }
 
 TEST(TranslateWriteMode, FindsEachModeInAnyCase) {
@@ -105,27 +105,27 @@ TEST(TranslateWriteMode, IsSilentAboutUnknownModes) {
 }
 
 TEST(TranslateWriteMode2Str, ShowsTheAutomaticAndTheWriteBackBit) {
-    expectShowings(TranslateWriteMode2Str, {
-                                               {0, "Write Through"},
-                                               {1, "Write Back"},
-                                               {4, "Write Through"},
-                                               {5, "Write Back"},
-                                               {8, "Auto - Write Through"},
-                                               {9, "Auto - Write Back"},
-                                               {12, "Auto - Write Through"},
-                                               {0x100, "Write Through"},
-                                           });
+    expectTexts(TranslateWriteMode2Str, {
+                                            {0, "Write Through"},
+                                            {1, "Write Back"},
+                                            {4, "Write Through"},
+                                            {5, "Write Back"},
+                                            {8, "Auto - Write Through"},
+                                            {9, "Auto - Write Back"},
+                                            {12, "Auto - Write Through"},
+                                            {0x100, "Write Through"},
+                                        });
 }
 
 TEST(TranslateWriteMode2StrForImport, ReturnsTheKeywordOfSettingsTexts) {
-    expectShowings(TranslateWriteMode2StrForImport, {
-                                                        {0, "writethru"},
-                                                        {1, "writeback"},
-                                                        {4, "writethru"},
-                                                        {5, "writeback"},
-                                                        {8, "auto"},
-                                                        {9, "auto"},
-                                                    });
+    expectTexts(TranslateWriteMode2StrForImport, {
+                                                     {0, "writethru"},
+                                                     {1, "writeback"},
+                                                     {4, "writethru"},
+                                                     {5, "writeback"},
+                                                     {8, "auto"},
+                                                     {9, "auto"},
+                                                 });
 }
 
 TEST(TranslateInitialization, FindsEachKeywordInAnyCase) {
@@ -146,25 +146,25 @@ TEST(TranslateInitialization, ReportsUnknownKeyword) {
 }
 
 TEST(TranslateLDInitOption2Str, ReturnsTheKeywordAndNoneForOtherCodes) {
-    expectShowings(TranslateLDInitOption2Str, {
-                                                  {0, "NONE"},
-                                                  {1, "QUICK"},
-                                                  {2, "FORE"},
-                                                  {3, "NONE"},
-                                                  {4, "BACK"},
-                                                  {-1, "NONE"},
-                                              });
+    expectTexts(TranslateLDInitOption2Str, {
+                                               {0, "NONE"},
+                                               {1, "QUICK"},
+                                               {2, "FORE"},
+                                               {3, "NONE"},
+                                               {4, "BACK"},
+                                               {-1, "NONE"},
+                                           });
 }
 
 TEST(TranslateInitialization2Str, ReturnsThePhraseOfEachCode) {
-    expectShowings(TranslateInitialization2Str, {
-                                                    {0, "None Initialization"},
-                                                    {1, "Quick Initialization"},
-                                                    {2, "Foreground Initialization"},
-                                                    {3, "Unknown Initialization"},
-                                                    {4, "Background Initialization"},
-                                                    {-1, "Unknown Initialization"},
-                                                });
+    expectTexts(TranslateInitialization2Str, {
+                                                 {0, "None Initialization"},
+                                                 {1, "Quick Initialization"},
+                                                 {2, "Foreground Initialization"},
+                                                 {3, "Unknown Initialization"},
+                                                 {4, "Background Initialization"},
+                                                 {-1, "Unknown Initialization"},
+                                             });
 }
 
 TEST(TranslateRoundingScheme, Treats10GbbAsGbb) {

@@ -29,7 +29,7 @@ TEST_F(BlockEnd, KeepsTextThatFitsExactly) {
     expectEnd("a123");
 }
 
-TEST_F(BlockEnd, DropsTextThatDoesNotFit) {
+TEST_F(BlockEnd, OmitsTextThatDoesNotFit) {
     fill(kBlockTextSize - 3);
     append(&block, "%d", 123);
     expectEnd("a12");
@@ -37,7 +37,7 @@ TEST_F(BlockEnd, DropsTextThatDoesNotFit) {
     expectEnd("a12");
 }
 
-TEST_F(BlockEnd, CutsLongText) {
+TEST_F(BlockEnd, TruncatesLongText) {
     fill(kBlockTextSize - 3);
     append(&block, "%s", std::string(2 * kBlockTextSize, 'b').c_str());
     expectEnd("abb");
@@ -49,7 +49,7 @@ TEST_F(BlockEnd, AcceptsEmptyText) {
     EXPECT_EQ(block.length, 5u);
 }
 
-TEST(ReadToken, CutsLongWords) {
+TEST(ReadToken, TruncatesLongWords) {
     const std::string longest(sizeof Token::text - 1, 'w');
     std::FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);

@@ -51,7 +51,7 @@ inline std::string driveLines(int controller, int driveId) {
            "\n<WriteCache> Enable\n<TCQEnable> Disable\n<NCQEnable> Enable\n[End] \n";
 }
 
-// Three members, drives 1 to 3 as typed. The array ID differs from the logical drive ID.
+// Three members, drives 1 to 3 for users. The array ID differs from the logical drive ID.
 inline LogDrvInfo raid5Drive() {
     LogDrvInfo drive = {};
     drive.arrayId = 21;

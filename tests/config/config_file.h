@@ -35,8 +35,8 @@ protected:
     std::string path;
 };
 
-// Reads a block from the text after a marker into a record full of noise. Stores what the reader prints in
-// *messages, which may be null.
+// Reads a block from the text after a marker into a record filled with a pattern. Stores what the reader
+// prints in *messages, which may be null.
 template <typename Record>
 Record readBack(int (*reader)(std::FILE*, Record*), const std::string& text,
                 std::string* messages = nullptr) {

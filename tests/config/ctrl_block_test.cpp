@@ -67,7 +67,7 @@ TEST(CtrlBlock, SetsFlagsForEnableInAnyCaseOnly) {
             << word;
 }
 
-TEST(CtrlBlock, CutsTheRebuildPolicyToAByte) {
+TEST(CtrlBlock, TruncatesTheRebuildPolicyToAByte) {
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 255 [End]").rebuildPolicy, 255);
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 256 [End]").rebuildPolicy, 0);
     EXPECT_EQ(readCtrl(" 0 <RebuildPolicy> 257 [End]").rebuildPolicy, 1);
@@ -129,7 +129,7 @@ TEST(CtrlBlock, EndsTheBlockAtTheEndOfTheFile) {
     EXPECT_EQ(readCtrl("").setIndex, 0);
 }
 
-TEST(CtrlBlock, CutsALongWordAndDropsItsRest) {
+TEST(CtrlBlock, TruncatesALongWord) {
     const std::string junk(127, 'A');
     EXPECT_EQ(readCtrl(" 0 " + junk + "[End] <SyncRate> 5 [End]").syncRate, 5);
     EXPECT_EQ(readCtrl(" 0 " + std::string(100000, '<') + " <SyncRate> 5 [End]").syncRate, 5);

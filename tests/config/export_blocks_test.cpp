@@ -5,7 +5,7 @@
 
 using ExportBlocks = MockAdapterTest;
 
-// What a writer of blocks writes for so many controllers.
+// The blocks that a writer writes for this number of controllers.
 static std::string written(int (*writer)(std::uint32_t, std::FILE*), std::uint32_t controllers) {
     std::FILE* file = std::tmpfile();
     EXPECT_EQ(outputOf([&] { EXPECT_EQ(writer(controllers, file), 0); }), "");
@@ -56,7 +56,7 @@ TEST_F(ExportBlocks, WritesNothingWithoutControllers) {
     EXPECT_EQ(written(WriteLDSettings, 0), "");
 }
 
-// The format carries the first drive's spares once for every drive.
+// The format contains the first drive's spares multiplied by the number of drives.
 TEST_F(ExportBlocks, CountsTheSparesOfTheFirstDriveForEachDrive) {
     expectDrivesRead(3, listReply<PhyDrvInfo>({driveWithSpares(3), driveWithSpares(0), driveWithSpares(9)}));
     EXPECT_EQ(spares(3, 1), 6);

@@ -43,7 +43,7 @@ inline void expectMemberRead(std::uint32_t controller, std::uint32_t driveId,
                listReply<PhyDrvInfo>({drive}));
 }
 
-// A drive of which every extent but the last is a global spare.
+// A drive whose extents except the last are global spares.
 inline PhyDrvInfo driveWithSpares(std::uint8_t extentCount) {
     PhyDrvInfo drive = {};
     drive.extentCount = extentCount;
@@ -61,7 +61,7 @@ inline void expectCtrlBlockRead(std::uint32_t controller) {
     expectDrivesRead(controller, listReply<PhyDrvInfo>({driveWithSpares(3)}));
 }
 
-// A controller with raid5Drive(), whose members have these extents of it.
+// A controller with raid5Drive(), whose members have these extents of the array.
 inline void expectLogDrvBlockRead(std::uint32_t controller) {
     expectLogDrvsRead(controller, {raid5Drive()});
     expectLogDrvSettingsRead(controller, {raid5Settings()});

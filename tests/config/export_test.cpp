@@ -17,20 +17,20 @@ protected:
         EXPECT_EQ(outcome.result, 0);
         EXPECT_EQ(outcome.output, "");
     }
-    void expectWholePass() {
+    void expectExportOfEverything() {
         expectCtrlBlockRead(0);
         expectDriveSettingsRead(0, listReply<PhyDrvSettings>({driveSettings(0), driveSettings(5)}));
         expectLogDrvBlockRead(0);
     }
-    const std::string wholePass =
+    const std::string everything =
         ctrlBlock(0) + driveBlock(0, 0, 1) + driveBlock(1, 0, 6) + exportedLogDrvBlock(0, 0);
 };
 
 TEST_F(Export, WritesControllersDrivesAndLogicalDrivesForTypeZero) {
     expectAdapters(1);
-    expectWholePass();
+    expectExportOfEverything();
     expectSuccess("0");
-    EXPECT_EQ(contents(), wholePass);
+    EXPECT_EQ(contents(), everything);
 }
 
 TEST_F(Export, WritesEachKindByItsType) {
@@ -48,7 +48,7 @@ TEST_F(Export, WritesEachKindByItsType) {
     EXPECT_EQ(contents(), exportedLogDrvBlock(0, 0));
 }
 
-TEST_F(Export, WritesTheTypesInTheOrderGiven) {
+TEST_F(Export, WritesTheTypesInTheOrderOfTheList) {
     expectAdapters(1);
     expectLogDrvBlockRead(0);
     expectCtrlBlockRead(0);
@@ -58,17 +58,17 @@ TEST_F(Export, WritesTheTypesInTheOrderGiven) {
 
 TEST_F(Export, WritesEverythingIfTheListHasAZero) {
     expectAdapters(1);
-    expectWholePass();
+    expectExportOfEverything();
     expectSuccess("2 0 3");
-    EXPECT_EQ(contents(), wholePass);
+    EXPECT_EQ(contents(), everything);
 }
 
 // A blank after the comma is a second separator, with an empty item between them that counts as 0.
 TEST_F(Export, TreatsAnEmptyListItemAsZero) {
     expectAdapters(1);
-    expectWholePass();
+    expectExportOfEverything();
     expectSuccess("1, 2");
-    EXPECT_EQ(contents(), wholePass);
+    EXPECT_EQ(contents(), everything);
 }
 
 TEST_F(Export, WritesARepeatedTypeTwiceFromIndexZero) {
@@ -172,7 +172,7 @@ TEST_F(Export, ReportsWriteErrors) {
     if (access("/dev/full", W_OK) != 0)
         GTEST_SKIP() << "there is no device that is always full";
     expectAdapters(1);
-    expectWholePass();
+    expectExportOfEverything();
     const CommandOutcome outcome = exported({"-t", "0", "-f", "/dev/full"});
     EXPECT_EQ(outcome.result, 12);
     EXPECT_EQ(outcome.output, "Unable to create or open the specified configuration file \"/dev/full\"\n");

@@ -30,7 +30,7 @@ protected:
         expectLogDrvList(0, {});
         expectOutcome(block, true, 0, output);
     }
-    void expectLogDrvModified(const std::string& block, const LogDrvWish& wanted) {
+    void expectLogDrvModified(const std::string& block, const ExpectedLogDrvSettings& wanted) {
         expectChecks(1);
         expectLogDrvList(0, {listed(21, 4)});
         expectLogDrvChange(0, 4, wanted);

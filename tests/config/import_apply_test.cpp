@@ -46,14 +46,14 @@ TEST_F(ImportApply, RejectsMoreDriveRecordsThanDrives) {
     expectAdapters(2);
     expectDriveCount(0, 0);
     expectOutcome(driveBlock(0, 0, 1), false, 16, kMore);
-    expectAdapters(1); // an adapter that does not answer has no drives
+    expectAdapters(1); // a controller whose query fails has no drives
     expectCall("q5_getControllerInfo", queryFor(0, ControllerQuery{0, 1, 0, {}}, 432), {}, 1);
     expectOutcome(driveBlock(0, 0, 1), false, 16, kMore);
 }
 
 TEST_F(ImportApply, AcceptsAsManyDriveRecordsAsDrives) {
     expectAdapters(1);
-    expectDriveCount(0, 2, 1); // whose result nobody looks at
+    expectDriveCount(0, 2, 1); // the result is ignored
     expectDriveChange(0, 0);
     expectDriveChange(0, 4);
     expectOutcome(driveBlock(0, 0, 1) + driveBlock(1, 0, 5) + driveBlock(2, 1, 1), false, 0);
@@ -70,7 +70,7 @@ TEST_F(ImportApply, RejectsMoreMembersThanDrives) {
     expectAdapters(1);
     expectDriveCount(0, 16);
     expectOutcome(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 65535"), true, 16, kMore);
-    expectAdapters(1); // more than a record has room for
+    expectAdapters(1); // more members than a record holds
     expectDriveCount(0, 200);
     expectOutcome(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 201"), true, 16, kMore);
 }

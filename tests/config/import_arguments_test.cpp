@@ -97,7 +97,7 @@ TEST_F(ImportArguments, ReportsRejectedLogicalDriveSettings) {
     expectOutcome(with(logDrvBlock(0, 0), "Value> 8", "Value> 9"), false, 0, "Invalid parameters defined\n");
 }
 
-TEST_F(ImportArguments, CutsALongNameToTheSettingsField) {
+TEST_F(ImportArguments, TruncatesALongNameToTheSettingsField) {
     expectLogDrvModified(with(logDrvBlock(0, 0), "Data 1", std::string(300, 'N')),
                          {1, 8, 1, std::string(31, 'N')});
     CreateArrayRequest request = creation();
@@ -109,9 +109,9 @@ TEST_F(ImportArguments, CreatesALogicalDriveFromItsRecord) {
     expectCreated(logDrvBlock(0, 0), creation());
 }
 
-TEST_F(ImportArguments, TakesTheSizeFromTheSectorCount) {
+TEST_F(ImportArguments, UsesTheSectorCountAsTheSize) {
     CreateArrayRequest request = creation();
-    request.capacity = 5859375000; // three million million bytes
+    request.capacity = 5859375000; // 3 TB
     expectCreated(with(logDrvBlock(0, 0), "2000000", "5859375000"), request);
     expectCreated(with(logDrvBlock(0, 0), "1024.0000", "1.0000"), creation());
 }
@@ -135,7 +135,8 @@ TEST_F(ImportArguments, PassesSubArraysForRaid50Only) {
     expectCreated(block, request);
     request.raidLevel = 80;
     expectCreated(with(with(block, "RAID5", "RAID50"), "Count> 3", "Count> 2"), request);
-    expectRejected(with(block, "RAID5", "RAID50"), "Incorrect parameters!\n"); // no adapter splits in three
+    expectRejected(with(block, "RAID5", "RAID50"),
+                   "Incorrect parameters!\n"); // RAID50 has two subarrays, not three
 }
 
 TEST_F(ImportArguments, CreatesEveryLevel) {
@@ -195,7 +196,7 @@ TEST_F(ImportArguments, CreatesNothingWithoutMembers) {
     expectRejected(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> -7"), "No physical drive is defined!\n");
 }
 
-TEST_F(ImportArguments, CutsALongMemberList) {
+TEST_F(ImportArguments, TruncatesALongMemberList) {
     std::string list = "(100";
     CreateArrayRequest request = creation();
     request.memberCount = 16;
@@ -215,7 +216,7 @@ TEST_F(ImportArguments, CutsALongMemberList) {
 TEST_F(ImportArguments, FillsMissingMembersWithZeroes) {
     CreateArrayRequest request = creation();
     request.memberCount = 5;
-    request.member[3].driveId = 0xFFFFFFFF; // typed as 0, and lowered
+    request.member[3].driveId = 0xFFFFFFFF; // entered as 0, then decremented
     request.member[4].driveId = 0xFFFFFFFF;
     expectCreated(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 5"), request);
 }

@@ -4,7 +4,7 @@
 #include "adapter/creation.h"
 #include "tests/config/config_blocks.h"
 
-// Controller, with this many drives.
+// The query for a controller that has this number of drives.
 inline void expectDriveCount(std::uint32_t controller, std::uint16_t drives, int result = 0) {
     ControllerInfo info = {};
     info.diskCount = drives;
@@ -13,14 +13,14 @@ inline void expectDriveCount(std::uint32_t controller, std::uint16_t drives, int
                bytesOf(info), result);
 }
 
-// The checks of a system of so many controllers with 16 drives each.
+// The checks of a system with this number of controllers, which have 16 drives each.
 inline void expectChecks(std::uint32_t controllers) {
     expectAdapters(controllers);
     for (std::uint32_t controller = 0; controller < controllers; ++controller)
         expectDriveCount(controller, 16);
 }
 
-// Each of these reads the present settings, which are noise, and writes those of the file.
+// Each of these reads the current settings, filled with a pattern, and writes those of the file.
 inline void expectCtrlChange(std::uint32_t controller,
                              const ControllerSettings& wanted = controllerSettings()) {
     ControllerSettings settings;
@@ -60,7 +60,7 @@ inline void expectDriveChange(std::uint32_t controller, std::uint32_t driveId,
                        listReply<PhyDrvSettings>({settings}), bytesOf(std::uint32_t{80})}));
 }
 
-struct LogDrvWish {
+struct ExpectedLogDrvSettings {
     std::uint8_t policy = 1;
     std::uint16_t lookahead = 8;
     std::uint8_t consolidation = 1;
@@ -68,7 +68,7 @@ struct LogDrvWish {
 };
 
 inline void expectLogDrvChange(std::uint32_t controller, std::uint32_t logDrvId,
-                               const LogDrvWish& wanted = {}) {
+                               const ExpectedLogDrvSettings& wanted = {}) {
     const LogDrvQuery query = {logDrvId, 1};
     LogDrvSettings settings = {};
     settings.cacheFlags = 0xFF;

@@ -223,7 +223,7 @@ TEST_F(Import, SelectsEveryBlockByDefault) {
     }
 }
 
-TEST_F(Import, DropsBlocksOfKindsWithoutAList) {
+TEST_F(Import, IgnoresBlocksOfKindsWithoutAList) {
     expectChecks(2);
     expectCtrlChange(0);
     expectSelected({"-k", "0"});

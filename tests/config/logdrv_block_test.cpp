@@ -81,11 +81,11 @@ TEST(LogDrvBlock, WritesEveryCacheMode) {
 
 TEST(LogDrvBlock, WritesTheSizeInMillionsOfBytesAndInSectors) {
     LogDrvInfo drive = raid5Drive();
-    drive.sectorCount = 5859375000; // three million million bytes
+    drive.sectorCount = 5859375000; // 3 TB
     EXPECT_EQ(blockOf(drive), with(with(kLogDrvLines, "1024.0000", "3000000.0000"), "2000000", "5859375000"));
     drive.sectorCount = 1;
     EXPECT_EQ(blockOf(drive), with(with(kLogDrvLines, "1024.0000", "0.0005"), "2000000", "1"));
-    drive.sectorCount = ~std::uint64_t{0}; // whose bytes wrap to 2^64 - 512
+    drive.sectorCount = ~std::uint64_t{0}; // the byte count wraps to 2^64 - 512
     EXPECT_EQ(blockOf(drive), with(with(kLogDrvLines, "1024.0000", "18446744073709.5508"), "2000000",
                                    "18446744073709551615"));
 }
@@ -187,7 +187,7 @@ TEST(LogDrvBlock, AcceptsANameThatLooksLikeAKeyOrAnEndMarker) {
     EXPECT_EQ(record.logDrvId, 4);
 }
 
-TEST(LogDrvBlock, CutsALongNameTo127Characters) {
+TEST(LogDrvBlock, TruncatesALongNameTo127Characters) {
     const LogDrvConfigRecord record =
         readDrive(" 0\n<LogDrvName> " + std::string(500, 'N') + "\n<LogDrvID> 4\n[End] \n");
     EXPECT_EQ(record.name, " " + std::string(126, 'N'));
@@ -238,7 +238,7 @@ TEST(LogDrvBlock, ReadsMissingDrivesAndExtentsAs255) {
         readDrive(" 0 <LogDrvDiskMember> (1,-,3) <LogDrvDiskExtentIndex> (-,7,-) [End]");
     EXPECT_EQ(first(record.memberIds, 4), (std::vector<int>{1, 255, 3, 0}));
     EXPECT_EQ(first(record.extents, 4), (std::vector<int>{255, 7, 255, 0}));
-    EXPECT_EQ(record.memberCount, 0); // which only <LogDrvDiskNum> gives
+    EXPECT_EQ(record.memberCount, 0); // set by <LogDrvDiskNum> only
 }
 
 TEST(LogDrvBlock, ReportsAnInvalidListEntryAndKeepsTheEntriesBeforeIt) {
@@ -286,7 +286,7 @@ TEST(LogDrvBlock, ReadsSixteenListEntries) {
     EXPECT_EQ(record.memberIds[127], 0);
 }
 
-TEST(LogDrvBlock, CutsALongList) {
+TEST(LogDrvBlock, TruncatesALongList) {
     EXPECT_EQ(readDrive(" 0 <LogDrvDiskMember> (" + std::string(2000, '1') + ") <LogDrvID> 4 [End]").logDrvId,
               4);
 }
@@ -363,7 +363,7 @@ TEST(LogDrvBlock, DisplaysUnknownCodes) {
     LogDrvConfigRecord record = readRecord();
     record.raidLevel = 255;
     EXPECT_EQ(shown(record), with(kShown, "RAID5", "Unknown raid mode"));
-    record.raidLevel = 0x105; // of which the low byte counts
+    record.raidLevel = 0x105; // only the low byte is used
     record.writeMode = 8;
     EXPECT_EQ(shown(record), with(kShown, "Write Back", "Auto - Write Through"));
     record.writeMode = -1;

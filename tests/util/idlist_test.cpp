@@ -234,7 +234,7 @@ TEST(BlockExtentIDsString, FillsItsTextToTheLastByte) {
     EXPECT_EQ(BlockExtentIDsString(27, ids.data()), full);
 }
 
-TEST(BlockExtentIDsString, HasABufferOfItsOwn) {
+TEST(BlockExtentIDsString, UsesASeparateBuffer) {
     std::uint8_t drives[] = {3};
     const std::uint8_t extents[] = {7};
     const char* shownDrives = BlockIDsString(1, drives);

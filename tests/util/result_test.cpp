@@ -1,4 +1,4 @@
-// Reporting a failure.
+// Reporting failures.
 #include "util/result.h"
 
 #include "tests/mock_adapter.h"

@@ -1,5 +1,5 @@
 // The program from startup to exit status: opening the adapters, one command in the arguments, the
-// prompt, and the event file. Each run is a process of its own, because the word slots are static.
+// prompt, and the event file. Each run is a separate process, because the word slots are static.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -186,7 +186,7 @@ TEST_F(OneCommand, NeitherSplitsNorUnquotesItsArguments) {
     expectCommand({""}, 9, "Invalid command!\n");
 }
 
-TEST_F(OneCommand, CutsALongArgumentTo256Characters) {
+TEST_F(OneCommand, TruncatesALongArgumentTo256Characters) {
     expectCommand({"event", "-i", std::string(256, 'x')}, 6,
                   "Invalid controller ID '" + std::string(256, 'x') + "' specified\n");
     expectCommand({"event", "-i", std::string(5000, 'x')}, 6,
@@ -248,7 +248,7 @@ TEST_F(Prompt, RejectsALineOfTooManyWordsAndKeepsTheSlots) {
                  "cli>" + failure + "cli>");
 }
 
-// The character at the cut is lost.
+// The character after the first 4096 is lost.
 TEST_F(Prompt, SplitsALineOfMoreThan4096Characters) {
     const std::string line = "help" + std::string(4088, ' ') + "exit";
     const std::string twice = std::string("cli>") + exitHelp + "cli>" + exitHelp + "cli>";

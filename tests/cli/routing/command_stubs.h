@@ -5,13 +5,13 @@
 #include <vector>
 
 struct RecordedCall {
-    std::string function; // empty when none was called
+    std::string function; // empty if none was called
     int wordCount = -1;
     bool locked = false;            // whether the lock of changes was held
-    std::vector<std::string> slots; // all of the word table
+    std::vector<std::string> slots; // the whole word table
 };
 
 inline constexpr int kRecordedResult = 42; // of every stub
 
-// The call made since the last call of this; after two, function holds both names.
+// Returns and clears the recorded call. After two calls, function contains both names.
 RecordedCall takeRecordedCall();

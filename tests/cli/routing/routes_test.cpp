@@ -204,7 +204,7 @@ static const DispatchCase dispatchCases[] = {
      "Invalid command for \"import\"\n"},
 };
 
-static std::string joinedWords(const Words& words) {
+static std::string joinWords(const Words& words) {
     std::string line;
     for (const std::string& word : words)
         line += word + ' ';
@@ -234,23 +234,23 @@ static bool runsLocked(const std::string& function) {
 static void expectDispatch(const std::string& function, const Words& words, const Words& stale = {}) {
     const CommandOutcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
-    EXPECT_EQ(call.function, function) << joinedWords(words);
-    EXPECT_EQ(call.locked, runsLocked(function)) << joinedWords(words);
-    EXPECT_EQ(outcome.result, kRecordedResult) << joinedWords(words);
-    EXPECT_EQ(outcome.output, "") << joinedWords(words);
-    EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << joinedWords(words);
+    EXPECT_EQ(call.function, function) << joinWords(words);
+    EXPECT_EQ(call.locked, runsLocked(function)) << joinWords(words);
+    EXPECT_EQ(outcome.result, kRecordedResult) << joinWords(words);
+    EXPECT_EQ(outcome.output, "") << joinWords(words);
+    EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << joinWords(words);
     Words slots = words;
     slots.insert(slots.end(), stale.begin(), stale.end());
     slots.resize(16);
-    EXPECT_EQ(call.slots, slots) << joinedWords(words);
+    EXPECT_EQ(call.slots, slots) << joinWords(words);
 }
 
 static void expectRejected(int result, const std::string& message, const Words& words,
                            const Words& stale = {}) {
     const CommandOutcome outcome = run(cli_parse_command, words, stale);
-    EXPECT_EQ(outcome.result, result) << joinedWords(words);
-    EXPECT_EQ(outcome.output, message) << joinedWords(words);
-    EXPECT_EQ(takeRecordedCall().function, "") << joinedWords(words);
+    EXPECT_EQ(outcome.result, result) << joinWords(words);
+    EXPECT_EQ(outcome.output, message) << joinWords(words);
+    EXPECT_EQ(takeRecordedCall().function, "") << joinWords(words);
 }
 
 TEST(Routes, AreTestedForEveryCommand) {
