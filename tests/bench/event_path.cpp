@@ -1,4 +1,4 @@
-// The event file of the measured program: in the current directory, never the machine's own.
+// The event file of the measured program: in the current directory, never the real one.
 #include <cstdio>
 
 #include "commands/event_path.h"

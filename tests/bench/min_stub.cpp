@@ -1,5 +1,5 @@
-// The listing operations of controllers without drives and events: they return success and leave the zeroed
-// buffer of the caller as it is.
+// The listing operations of controllers without drives and events: they return success and leave the caller's
+// cleared buffer unchanged.
 extern "C" {
 int q5_getControllerInfo() {
     return 0;

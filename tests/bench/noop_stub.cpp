@@ -1,5 +1,4 @@
-// Operations that return success and do nothing else. Declared by name only, since none of them reads its
-// arguments.
+// Operations that only return success. Declared without parameters, since none of them reads its arguments.
 extern "C" {
 int q5_PauseMigration() {
     return 0;

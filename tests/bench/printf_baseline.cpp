@@ -77,7 +77,7 @@ static void printEvent(const HBAEvent& event) {
     std::printf("Event Desciption: %.*s\n", FIELD_PRINTF_ARGS(event.description));
 }
 
-// All records are always made before the first is printed, so that the cost of another record is that of
+// All records are created before the first is printed, so that the cost of an additional record is that of
 // printing it.
 static void printRecords(const char* listing, int count) {
     static PhyDrvInfo drives[kMaxDrives];

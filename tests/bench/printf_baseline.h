@@ -1,4 +1,4 @@
-// Prints the blocks of an export of two controllers with so many drives each.
+// Prints the blocks of an export of two controllers with this number of drives each.
 #pragma once
 
 void printExportedDrives(int count);

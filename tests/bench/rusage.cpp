@@ -13,7 +13,7 @@
 
 static constexpr int kMaxRuns = 100;
 
-// Runs the command once; false when it could not be started.
+// Runs the command once; false if it could not be started.
 static bool runOnce(char** words, rusage* usage) {
     const pid_t child = fork();
     if (child == 0) {
@@ -31,7 +31,7 @@ static long microseconds(const timeval& time) {
     return static_cast<long>(time.tv_sec) * 1000000 + static_cast<long>(time.tv_usec);
 }
 
-static int byNumber(const void* left, const void* right) {
+static int compareNumbers(const void* left, const void* right) {
     const long a = *static_cast<const long*>(left), b = *static_cast<const long*>(right);
     return (a > b) - (a < b);
 }
@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
             return 1;
         figure[i] = memory ? usage.ru_maxrss : microseconds(usage.ru_utime) + microseconds(usage.ru_stime);
     }
-    std::qsort(figure, static_cast<std::size_t>(runs), sizeof *figure, byNumber);
+    std::qsort(figure, static_cast<std::size_t>(runs), sizeof *figure, compareNumbers);
     if (memory)
         std::printf("%ld %ld %ld\n", figure[0], figure[runs / 2], figure[runs - 1]);
     else

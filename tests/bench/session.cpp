@@ -1,8 +1,8 @@
 // The session operations of both stub adapters: two controllers. The listing operations are in min_stub.cpp
 // and records.cpp, all others in noop_stub.cpp.
 //
-// If BENCH_WATCH names a file, the peak memory of the process, in KB, is appended to it after so many calls
-// of q5_getDriverInfo, of which a ctrl command makes one, and at the end.
+// If BENCH_WATCH names a file, the peak memory of the process, in KB, is appended to it after these numbers
+// of calls of q5_getDriverInfo, one for each ctrl command, and at the end.
 #include "adapter/session.h"
 
 #include <fcntl.h>

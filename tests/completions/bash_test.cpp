@@ -46,7 +46,7 @@ TEST_F(BashCompletion, OffersActions) {
     EXPECT_EQ(candidates("cli PHYDRV -A S"), "set3G ");
 }
 
-TEST_F(BashCompletion, OffersOptionsNotYetGiven) {
+TEST_F(BashCompletion, OffersUnusedOptions) {
     EXPECT_EQ(candidates("cli ctrl "), "-a -v -i -c ");
     EXPECT_EQ(candidates("cli ctrl -v "), "-i -c ");
     EXPECT_EQ(candidates("cli rc -a start -n -l 0 "), "-i ");

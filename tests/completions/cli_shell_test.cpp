@@ -74,7 +74,7 @@ TEST_F(CliShell, PassesHistoryAndWordListToTheEditor) {
         << outcome;
     const std::size_t breaks = outcome.out.find("{--break-chars}{\",}"), list = outcome.out.find("{--file}{");
     ASSERT_NE(list, std::string::npos) << outcome;
-    EXPECT_LT(breaks, list); // the editor splits the list by the options before it
+    EXPECT_LT(breaks, list); // the options that split the list must precede it
     EXPECT_TRUE(shows(outcome, "}{" + directory.path() + "/prefix/sbin/cli}")) << outcome;
 }
 

@@ -1,4 +1,4 @@
-# Writes each block of the pages' examples to a script of its own, work/NN.example, and each part of a
+# Writes each block of the pages' examples to a separate script, work/NN.example, and each part of a
 # configuration file to a script that imports it. setup() brings the simulated hardware into the state that
 # an example assumes.
 

@@ -1,8 +1,8 @@
 # Extracts the words of the commands from cli(8), one fact per line, in the format of
-# completions/grammar.txt. Inconsistencies of the page become lines that are in no table:
+# completions/grammar.txt. Inconsistencies of the page are printed as lines that are not in any table:
 #
-#     COMMAND undescribed OPTION      in a form of the command, but described by no item
-#     COMMAND unused OPTION           described or mentioned, but in no form
+#     COMMAND undescribed OPTION      in a form of the command, but not described by an item
+#     COMMAND unused OPTION           described or mentioned, but not in any form
 #     COMMAND stray LINE              a line of a kind not expected there
 
 function flush_heading(    option) {
@@ -43,7 +43,7 @@ function kind_of(value) {
 function begin_form() {
     command = action = ""
     optional_action = optional_seen = 0
-    split("", option_letter)
+    split("", option_name)
     split("", option_value)
     options = 0
 }
@@ -63,7 +63,7 @@ function form_line(line,    part, n, optional) {
         action = part[4]
         optional_action = optional
     } else if (part[1] == "Fl" && (n == 2 || (n == 4 && part[3] == "Ar"))) {
-        option_letter[++options] = "-" part[2]
+        option_name[++options] = "-" part[2]
         option_value[options] = n == 4 ? part[4] : ""
     } else if (line != "Ar command" || !optional)
         print heading " stray " line
@@ -80,18 +80,18 @@ function end_form(    i, k) {
     if (action != "")
         print (use[++uses] = command " -a " action)
     for (i = 1; i <= options; i++) {
-        used[option_letter[i] " " option_value[i]] = taken[option_letter[i]] = 1
+        used[option_name[i] " " option_value[i]] = taken[option_name[i]] = 1
         for (k = 1; k <= uses; k++)
-            print use[k] " " option_letter[i] " " kind_of(option_value[i])
+            print use[k] " " option_name[i] " " kind_of(option_value[i])
     }
 }
 
 # An item that describes an option.
 function option_item(    value) {
-    letter = "-" $3
+    option = "-" $3
     value = $4 == "Ar" ? $5 : ""
     kind = kind_of(value)
-    described[letter " " value] = 1
+    described[option " " value] = 1
     if (NF != 3 && !(NF == 5 && $4 == "Ar") || $2 != "Fl")
         print heading " stray " $0
 }
@@ -105,16 +105,16 @@ function word_item(line,    part, n, i, k, key) {
     }
     if (n == 2) {
         for (k = 1; k <= uses; k++)
-            print use[k] " " letter " " kind " " part[2]
+            print use[k] " " option " " kind " " part[2]
         return
     }
     key = part[2]
     for (k = 1; k <= uses; k++)
-        print use[k] " " letter " " key "="
+        print use[k] " " option " " key "="
     for (i = 3; i < n; i++)
         if (part[i] == "Cm")
             for (k = 1; k <= uses; k++)
-                print use[k] " " letter " " key "=" tolower(part[i + 1])
+                print use[k] " " option " " key "=" tolower(part[i + 1])
 }
 
 function end_item(text) {

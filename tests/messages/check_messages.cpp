@@ -17,7 +17,7 @@ using Codes = std::set<int>;
 
 struct Catalog {
     std::map<std::string, Codes> messages; // with <> in place of conversions
-    std::map<std::string, int> whats;      // value names of "Invalid <what> ..."
+    std::map<std::string, int> valueNames; // value names of "Invalid <what> ..."
     Codes explained;                       // rows of the table of exit codes
 };
 
@@ -90,7 +90,7 @@ static void readCatalog(Check* check) {
             if (!fresh)
                 reportError(check, name, "is listed twice", last);
         } else if (std::regex_match(line, match, what)) {
-            check->catalog.whats[match[1]] = std::stoi(match[2]);
+            check->catalog.valueNames[match[1]] = std::stoi(match[2]);
         } else if (std::regex_match(line, match, partial)) {
             check->catalog.messages.emplace(replaced(match[1], "<[^<>]*>", "<>"), Codes{});
         } else if (std::regex_match(line, match, code)) {
@@ -171,7 +171,7 @@ static std::string returnedResult(const SourceText& text) {
     return isOneOf(text.inner.name, {"printf", "puts"}) ? text.returned : "";
 }
 
-// The creation command returns one result code whatever its parser returned; that is verified too.
+// The creation command returns one result code for every error of its parser; this is verified too.
 static std::string resultSeen(const Check& check, const SourceText& text, const std::string& result) {
     if (text.file != "commands/creation.cpp" || text.function == "ActivateArray" || result.empty())
         return result;
@@ -186,7 +186,7 @@ static bool endsLikeSentence(const std::string& text) {
     return last != std::string::npos && (text[last] == '!' || text[last] == '.');
 }
 
-// A single word: a key, value word, option letter or file name, or a frame of a listing.
+// A single word: a key, value word, option name or file name, or a frame of a listing.
 static bool isWord(const std::string& text) {
     return text.find(' ') == std::string::npos && !endsLikeSentence(text);
 }
@@ -198,15 +198,15 @@ static bool isRow(const std::string& text) {
 }
 
 // "Label : value", or a text that begins with a label and a colon.
-static bool isLabelled(const std::string& text) {
-    static const std::regex labelled(R"([A-Z0-9][A-Za-z0-9#' ]*(#%d )?: ?([^ :].*\n?)?)");
+static bool isLabeled(const std::string& text) {
+    static const std::regex labeled(R"([A-Z0-9][A-Za-z0-9#' ]*(#%d )?: ?([^ :].*\n?)?)");
     static const std::regex errorMessage(R"((Error|Invalid|Failed|Unable|Unknown|No|Warning)\b[\s\S]*)");
-    return std::regex_match(text, labelled) && !std::regex_match(text, errorMessage) &&
+    return std::regex_match(text, labeled) && !std::regex_match(text, errorMessage) &&
            !endsLikeSentence(text);
 }
 
 // Arguments of calls that print nothing, or only labels.
-static bool isElsewhere(const SourceText& text) {
+static bool isIgnoredArgument(const SourceText& text) {
     if (text.inner.name == "printf" && text.inner.argument > 0)
         return true;
     return isOneOf(text.inner.name,
@@ -215,13 +215,13 @@ static bool isElsewhere(const SourceText& text) {
                     "GetStrFromFileUpTo", "FormIDStrAry", "CheckIsIncludeCharacter", "static_assert"});
 }
 
-static bool isWhat(const SourceText& text) {
+static bool isValueName(const SourceText& text) {
     const bool option = isOneOf(text.inner.name, {"numberOption", "driveOption", "countOption"});
     return (option && text.inner.argument == 1) ||
            (text.inner.name == "TranslateStr2Int" && text.inner.argument == 0);
 }
 
-static void checkWhat(Check* check, const SourceText& text) {
+static void checkValueName(Check* check, const SourceText& text) {
     std::string result = text.inner.name == "countOption" ? "badValue" : "badId";
     // The result code comes after the value name; it is looked up in the source of the call.
     if (text.inner.name == "numberOption" && text.message == text.text) {
@@ -231,8 +231,8 @@ static void checkWhat(Check* check, const SourceText& text) {
         if (std::regex_search(source, match, call))
             result = match[1];
     }
-    const auto row = check->catalog.whats.find(text.text);
-    if (row == check->catalog.whats.end())
+    const auto row = check->catalog.valueNames.find(text.text);
+    if (row == check->catalog.valueNames.end())
         reportError(check, text.file, "this value is missing from the catalog", text.text);
     else if (row->second != check->resultCodes[result])
         reportError(check, text.file, "the catalog has another exit status", text.text);
@@ -259,9 +259,9 @@ static void checkText(Check* check, const SourceText& text) {
     const std::string result = namedResult(text);
     if (!result.empty() || isOneOf(text.inner.name, {"fail", "abortItems"}))
         return checkMessage(check, text, text.text, resultSeen(*check, text, result));
-    if (isWhat(text))
-        return checkWhat(check, text);
-    if (isWord(text.text) || isRow(text.text) || isElsewhere(text) || isLabelled(text.text))
+    if (isValueName(text))
+        return checkValueName(check, text);
+    if (isWord(text.text) || isRow(text.text) || isIgnoredArgument(text) || isLabeled(text.text))
         return;
     const auto listing = check->listings.find(text.text);
     if (listing != check->listings.end())

@@ -73,7 +73,7 @@ static std::string readName(Lexer* lexer) {
 }
 
 // Skips blanks, comments and #include directives.
-static bool skipNoise(Lexer* lexer) {
+static bool skipBlank(Lexer* lexer) {
     const std::string& source = lexer->source;
     const char c = source[lexer->at];
     if (c == '\n')
@@ -99,7 +99,7 @@ static void addString(Lexer* lexer, const std::string& text) {
 static std::vector<Token> lex(const std::string& source) {
     Lexer lexer = {source};
     while (lexer.at < source.size()) {
-        if (skipNoise(&lexer))
+        if (skipBlank(&lexer))
             continue;
         const char c = source[lexer.at];
         if (c == '"') {
@@ -135,7 +135,7 @@ static std::string resultAt(const std::vector<Token>& tokens, std::size_t at) {
     return named ? textAt(tokens, at + 3) : "";
 }
 
-// The end of the argument that contains a token: a comma or the closing bracket of its place.
+// The end of the argument that contains a token: a comma or the closing bracket around it.
 static std::size_t argumentEnd(const std::vector<Token>& tokens, std::size_t at) {
     int depth = 0;
     for (; at < tokens.size(); ++at) {
