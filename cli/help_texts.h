@@ -1,5 +1,5 @@
-// The help texts: for each command its short text and its long text. help prints them as they stand;
-// tabs, blanks at line ends and misspellings are part of them.
+// The help texts: for each command its short text and its long text. help prints them verbatim,
+// including tabs, trailing blanks and misspellings.
 #pragma once
 
 // Compatibility: every byte of the texts; scripts compare them.

@@ -1,9 +1,8 @@
-// The lock of every command that changes something on an adapter. Settings are read, changed and written
-// back as whole records: without it, one of two commands at the same time would undo the other one's
-// change.
+// The advisory lock of all commands that change an adapter. Settings are read, changed and written back as
+// whole records: without the lock, one of two concurrent commands could undo the change of the other.
 #pragma once
 
-// Waits for other sessions, but not forever. Every lock is given back by unlockChanges(), and a command
-// takes it only once.
+// Waits for other sessions, for a limited time. unlockChanges() releases the lock. A command must not lock
+// twice.
 int lockChanges();
 void unlockChanges(int lock);
