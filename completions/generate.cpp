@@ -73,13 +73,28 @@ static std::string grammarText(const std::vector<CommandGrammar>& commands) {
 }
 
 // Every word of the grammar that can be typed, once: commands, actions, options, keys and values.
+// A key without values of its own is at the end of each line that has it.
+static bool hasValues(const std::string& grammar, const std::string& key) {
+    for (std::size_t at = grammar.find(" " + key); at != std::string::npos;
+         at = grammar.find(" " + key, at + 1))
+        if (grammar[at + 1 + key.size()] != '\n')
+            return true;
+    return false;
+}
+
+// The line editor adds a space to a word with a single completion. A key is not complete: it has a second
+// one, which stands for a value of the user's.
 static std::string wordList(const std::string& grammar) {
     std::set<std::string> seen = {"flag", "value", "file", "prompt", "topic"};
     std::istringstream words(grammar);
     std::string list;
-    for (std::string word; words >> word;)
-        if (seen.insert(word).second && !std::isdigit(static_cast<unsigned char>(word[0])))
-            list += word + "\n";
+    for (std::string word; words >> word;) {
+        if (std::isdigit(static_cast<unsigned char>(word[0])) || !seen.insert(word).second)
+            continue;
+        list += word + "\n";
+        if (word.back() == '=' && !hasValues(grammar, word))
+            list += word + "<value>\n";
+    }
     return list;
 }
 

@@ -11,9 +11,6 @@ foreach(component cli rehearsal)
   file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright ${CPACK_DEBIAN_CHANGELOG}
     DESTINATION ${documents} NO_SOURCE_PERMISSIONS)
   execute_process(COMMAND gzip -9n ${documents}/changelog COMMAND_ERROR_IS_FATAL ANY)
-  # A release carries one time.
-  if(DEFINED ENV{SOURCE_DATE_EPOCH})
-    execute_process(COMMAND find ${CPACK_TEMPORARY_DIRECTORY}/${component} -exec
-      touch -h -d @$ENV{SOURCE_DATE_EPOCH} {} + COMMAND_ERROR_IS_FATAL ANY)
-  endif()
+  execute_process(COMMAND find ${CPACK_TEMPORARY_DIRECTORY}/${component} -exec
+    touch -h -d @$ENV{SOURCE_DATE_EPOCH} {} + COMMAND_ERROR_IS_FATAL ANY)
 endforeach()

@@ -1,5 +1,5 @@
 # The Debian packages, built by cpack in a build that is configured for /usr:
-#     cmake --preset debian && cmake --build build/debian && (cd build/debian && cpack)
+#     cmake --preset debian && (cd build/debian && cpack)
 # writes them to build/debian/packages. cpack finds the dependencies with the programs of dpkg-dev and file.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cli)
@@ -10,6 +10,8 @@ set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_STRIP_FILES ON)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/changelog.in changelog @ONLY)
 set(CPACK_DEBIAN_CHANGELOG ${CMAKE_CURRENT_BINARY_DIR}/changelog)
+set(CPACK_SOURCE_DIRECTORY ${CMAKE_SOURCE_DIR})
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/time.cmake)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/finish.cmake)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -30,6 +32,7 @@ set(CPACK_DEBIAN_CLI_PACKAGE_NAME cli)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS rlwrap)
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "bash-completion, cli-rehearsal")
+set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/postrm)
 set(CPACK_COMPONENT_CLI_DESCRIPTION "command-line interface for SATA RAID host adapters
 Lists and changes controllers, drives, extents, logical drives, enclosures,
 batteries, buzzers, background activities and events of SATA RAID host

@@ -42,6 +42,20 @@ exit 7
                                              "exec \"$word\"\n");
     }
 
+    // A cli-rehearse that echoes lines in angle brackets.
+    void installRehearsal() const {
+        const fs::path program =
+            fs::path(directory.path() + "/prefix/sbin/" REHEARSE_FROM_SBIN).lexically_normal();
+        fs::create_directories(program.parent_path());
+        directory.writeProgram(program.lexically_relative(directory.path()), R"(#!/bin/sh
+[ $# -eq 0 ] || { printf '<%s>' "$@"; exit 8; }
+while echo ready && printf 'cli>' && IFS= read -r line; do
+    case $line in exit*) exit "${line#exit }" ;; esac
+    printf '<%s>\n' "$line"
+done
+)");
+    }
+
     Launch launch(const std::vector<std::string>& arguments, const std::string& terminal) const {
         Launch launch = {
             .words = {"/bin/sh", "-c", "stty cols 80 rows 24 2>/dev/null; exec \"$@\"", "sh",
@@ -144,6 +158,15 @@ TEST_F(CliShell, PassesArgumentsUnchanged) {
               (ProcessOutcome{6, "[logdrv][-s][name=a b][][*]", ""}));
 }
 
+TEST_F(CliShell, RunsTheRehearsal) {
+    installRehearsal();
+    EXPECT_EQ(runProgram(launch({"--rehearse", "logdrv", "-l", "0"}, "vt100"), ""),
+              (ProcessOutcome{8, "<logdrv><-l><0>", ""}));
+    EXPECT_EQ(runProgram(launch({"--rehearse"}, "vt100"), "ctrl\nexit 9\n"),
+              (ProcessOutcome{9, "ready\ncli><ctrl>\nready\ncli>", ""}));
+    EXPECT_EQ(runProgram(launch({"logdrv", "--rehearse"}, "vt100"), "").out, "[logdrv][--rehearse]");
+}
+
 namespace {
 class CliShellWithRlwrap : public CliShell {
 protected:
@@ -171,8 +194,26 @@ TEST_F(CliShellWithRlwrap, HasEditingKeysAndHistory) {
 TEST_F(CliShellWithRlwrap, CompletesWords) {
     const ProcessOutcome outcome =
         onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n", "phyd\t -a set3\t\n", "exit 3\n"});
-    EXPECT_TRUE(shows(outcome, "[logdrv -A add -z \"name=x,raid=JBOD,init=QUICK\"]")) << outcome;
-    EXPECT_TRUE(shows(outcome, "[phydrv -a set3G]")) << outcome;
+    EXPECT_TRUE(shows(outcome, "[logdrv  -A add  -z \"name=x,raid=JBOD ,init=QUICK \"]")) << outcome;
+    EXPECT_TRUE(shows(outcome, "[phydrv  -a set3G ]")) << outcome;
+}
+
+// After a command a space, so that the next word can be typed; after a key none.
+TEST_F(CliShellWithRlwrap, AddsASpaceToACompleteWord) {
+    const ProcessOutcome outcome =
+        onTerminal({"ctr\t-v\n", "ctr\t-a\tmo\t-s \"rebuildra\t7,autor\te\t\"\n", "exit 3\n"});
+    EXPECT_TRUE(shows(outcome, "[ctrl -v]")) << outcome;
+    EXPECT_TRUE(shows(outcome, "[ctrl -a mod -s \"rebuildrate=7,autorebuild=enable \"]")) << outcome;
+}
+
+TEST_F(CliShellWithRlwrap, RehearsesOnATerminal) {
+    installRehearsal();
+    const ProcessOutcome outcome =
+        runOnTerminal(launch({"--rehearse"}, "vt100"), "ready", {"log\t\n", "exit 4\n"});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_TRUE(shows(outcome, "<logdrv >")) << outcome;
+    EXPECT_EQ(directory.read("home/.cli_rehearse_history"), "logdrv \nexit 4\n");
+    EXPECT_EQ(directory.read("home/.cli_history"), "");
 }
 
 TEST_F(CliShellWithRlwrap, ExitsWithTheStatusOfThePrompt) {

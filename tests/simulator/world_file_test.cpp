@@ -197,6 +197,7 @@ TEST_F(WorldFile, RefusesLinkWithoutFile) {
     }
 }
 
+// A missing world is created by the first of an operation's steps that needs it; each may report the failure.
 TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
     open("bench");
     fs::rename(file, directory + "/moved.json");
@@ -205,8 +206,10 @@ TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
         fs::create_symlink(target, file);
         testing::internal::CaptureStderr();
         EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(),
-                  file + ": the world file cannot be written: Too many levels of symbolic links\n");
+        const std::string line =
+            file + ": the world file cannot be written: Too many levels of symbolic links\n";
+        const std::string errors = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(errors == line || errors == line + line) << errors;
         EXPECT_EQ(fs::read_symlink(file), target);
         fs::remove(file);
     }
