@@ -8,7 +8,6 @@
 
 #include "adapter/session.h"
 #include "cli/interface.h"
-#include "commands/event_buffer.h"
 #include "commands/event_path.h"
 #include "commands/event_store.h"
 #include "util/result.h"

@@ -1,0 +1,342 @@
+// What is left when the program is killed, when a system call fails, when signals arrive, and when several
+// programs run at the same time: files hold their old or their new content, an import is done or not begun,
+// and no session loses what another one did.
+//
+// By default a sample of the system calls is tried, and a few races; with CRASH_TESTS=all every call, 1,000
+// signals and 200 races.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <sys/syscall.h>
+
+#include "tests/e2e/harness.h"
+
+static constexpr int kNoTracing = 77, kNotReached = 78;
+using Words = std::vector<std::string>;
+
+static bool isWholeRun() {
+    const char* value = std::getenv("CRASH_TESTS");
+    return value != nullptr && value == std::string("all");
+}
+
+static int times(int sample, int whole) {
+    return isWholeRun() ? whole : sample;
+}
+
+// A program under the injector, over the world every_level.
+static ProcessOutcome inject(Session& session, const std::string& fault, const std::string& call,
+                             const Words& words) {
+    Words all = {fault, call, session.program};
+    all.insert(all.end(), words.begin(), words.end());
+    const std::string program = session.program;
+    session.program = CRASH_INJECTOR;
+    const ProcessOutcome outcome = session.run(all);
+    session.program = program;
+    return outcome;
+}
+
+// The number of calls that a command makes; 0 where nothing can be traced.
+static int countCalls(Session& session, const Words& words, const std::string& number = "") {
+    const std::string file = session.path("calls");
+    if (inject(session, "count" + number, file, words).status == kNoTracing)
+        return 0;
+    return std::atoi(readFile(file).c_str());
+}
+
+// The files that a command may change; put back before each attempt.
+struct Files {
+    std::string world, events, backup;
+    bool operator==(const Files&) const = default;
+};
+
+static Files filesOf(const Session& session) {
+    return {session.worldText(), readFile(session.eventFile()), readFile(session.path("all.cfg"))};
+}
+
+static void restore(const Session& session, const Files& files) {
+    writeFile(session.world(), files.world);
+    writeFile(session.eventFile(), files.events);
+    writeFile(session.path("all.cfg"), files.backup);
+    for (const auto& entry : std::filesystem::directory_iterator(session.directory))
+        if (entry.path().filename().string().rfind(".cli-", 0) == 0 || entry.path().extension() == ".new")
+            std::filesystem::remove(entry.path());
+}
+
+static std::string eventImage(std::uint32_t events) {
+    std::string image(20408, '\0');
+    image[0] = image[4] = static_cast<char>(events);
+    for (std::uint32_t slot = 1; slot <= events; ++slot)
+        image[8 + slot * 408 + 12] = static_cast<char>(slot);
+    return image;
+}
+
+namespace {
+class Crash : public testing::Test {
+protected:
+    // The old backup is that of the controllers alone: an export of everything differs from it.
+    void SetUp() override {
+        session.useWorld(fixtureWorld("every_level"));
+        ASSERT_EQ(session.run({"export", "-t", "1", "-f", "all.cfg"}).status, 0);
+        writeFile(session.eventFile(), eventImage(48));
+        before = filesOf(session);
+    }
+    // Learns what the command does undisturbed, and how many calls that takes.
+    bool learn(const Words& command, const std::string& number = "") {
+        words = command;
+        restore(session, before);
+        expected = session.run(words);
+        after = filesOf(session);
+        restore(session, before);
+        calls = countCalls(session, words, number);
+        return calls > 0;
+    }
+    // Tries the fault at every call, or at so many of them.
+    void tryFault(const std::string& fault, int attempts,
+                  const std::function<void(const ProcessOutcome&, const Files&)>& check) {
+        const int step = isWholeRun() ? 1 : std::max(1, calls / attempts);
+        for (int call = isWholeRun() ? 1 : 1 + calls % step; call <= calls; call += step) {
+            restore(session, before);
+            const ProcessOutcome outcome = inject(session, fault, std::to_string(call), words);
+            SCOPED_TRACE(fault + " at call " + std::to_string(call) + " of " + words[0] + "\n" + outcome.out +
+                         outcome.err);
+            check(outcome, filesOf(session));
+            ++attempted;
+        }
+    }
+    void expectOldOrNew(const Files& files) {
+        EXPECT_TRUE(files.world == before.world || files.world == after.world);
+        EXPECT_TRUE(files.events == before.events || files.events == after.events);
+        EXPECT_TRUE(files.backup == before.backup || files.backup == after.backup);
+    }
+
+    Session session;
+    Words words;
+    Files before, after;
+    ProcessOutcome expected;
+    int calls = 0, attempted = 0;
+};
+} // namespace
+
+#define LEARN_OR_SKIP(...)   \
+    if (!learn(__VA_ARGS__)) \
+    GTEST_SKIP() << "programs cannot be traced here"
+
+// Every command that writes anything; one of each kind of change.
+static const std::vector<Words> changes = {
+    {"export", "-t", "0", "-f", "all.cfg"},
+    {"event", "-i", "1"},
+    {"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=77"},
+    {"phydrv", "-a", "mod", "-p", "1", "-i", "0", "-s", "writecache=enable,ncq=disable,tcq=disable"},
+    {"logdrv", "-a", "mod", "-i", "0", "-l", "0", "-s", "name=Other"},
+    {"logdrv", "-a", "del", "-i", "0", "-l", "0"},
+    {"buzz", "-a", "disable", "-i", "0"},
+    {"rc", "-a", "start", "-l", "0", "-i", "0"},
+    {"mp", "-a", "start", "-p", "1", "-i", "0"},
+    {"logdrv", "-a", "locate", "-l", "0", "-i", "0", "-d", "9"},
+};
+
+TEST_F(Crash, KillLeavesOldOrNewFiles) {
+    int kills = 0;
+    for (const Words& command : changes) {
+        LEARN_OR_SKIP(command);
+        tryFault("kill", 12, [&](const ProcessOutcome& outcome, const Files& files) {
+            EXPECT_TRUE(outcome.status == 128 + SIGKILL || outcome.status == kNotReached) << outcome.status;
+            expectOldOrNew(files);
+            kills += outcome.status == 128 + SIGKILL;
+        });
+    }
+    RecordProperty("kills", kills);
+}
+
+// Both outcomes of an export do occur.
+TEST_F(Crash, KillOfAnExportKeepsTheBackupUntilTheNewOneIsComplete) {
+    LEARN_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
+    ASSERT_NE(before.backup, after.backup);
+    int kept = 0, replaced = 0;
+    tryFault("kill", 60, [&](const ProcessOutcome&, const Files& files) {
+        expectOldOrNew(files);
+        ++(files.backup == after.backup ? replaced : kept);
+    });
+    EXPECT_GT(kept, 0);
+    EXPECT_EQ(kept + replaced, attempted);
+}
+
+// A failure is reported by the status or on standard error, or it does no harm.
+TEST_F(Crash, ErrorDuringExportIsReportedOrHarmless) {
+    LEARN_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
+    for (const int error : {EIO, ENOSPC, EACCES, EINTR})
+        tryFault("error:" + std::to_string(error), 25,
+                 [&](const ProcessOutcome& outcome, const Files& files) {
+                     const bool silent = outcome.status == 0 && outcome.err.empty();
+                     EXPECT_TRUE(!silent || files.backup == after.backup);
+                     // Without a controller the export leaves an empty file.
+                     const std::string left = outcome.status == 5 ? "" : before.backup;
+                     EXPECT_TRUE(outcome.status == 0 || files.backup == left);
+                 });
+}
+
+// The event file is never reported, but never damaged either.
+TEST_F(Crash, ErrorDuringOtherCommandsLeavesOldOrNewFiles) {
+    for (const Words& command : changes) {
+        if (command[0] == "export")
+            continue;
+        LEARN_OR_SKIP(command);
+        for (const int error : {EIO, ENOSPC})
+            tryFault("error:" + std::to_string(error), 8,
+                     [&](const ProcessOutcome&, const Files& files) { expectOldOrNew(files); });
+    }
+}
+
+namespace {
+// An import -c of a complete backup into a system that has changed since.
+class CrashImport : public Crash {
+protected:
+    void SetUp() override {
+        Crash::SetUp();
+        ASSERT_EQ(session.run({"export", "-t", "0", "-f", "all.cfg"}).status, 0);
+        ASSERT_EQ(session.run({"ctrl", "-a", "mod", "-i", "1", "-s", "syncrate=78"}).status, 0);
+        before = filesOf(session);
+    }
+    const Words import = {"import", "-c", "-f", "all.cfg"};
+};
+} // namespace
+
+TEST_F(CrashImport, SignalDoesNotEndItHalfway) {
+    LEARN_OR_SKIP(import);
+    ASSERT_NE(before.world, after.world);
+    int done = 0;
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
+        tryFault("signal:" + std::to_string(signal), 5,
+                 [&](const ProcessOutcome& outcome, const Files& files) {
+                     EXPECT_TRUE(files.world == before.world || files.world == after.world);
+                     EXPECT_EQ(outcome.status, 128 + signal);
+                     done += files.world == after.world;
+                 });
+    EXPECT_GT(done, 0);
+    RecordProperty("signals", attempted);
+}
+
+// What the file holds is known before anything is changed.
+TEST_F(CrashImport, ReadErrorLeavesEverythingAsItWas) {
+    const std::string number = "@" + std::to_string(SYS_read);
+    LEARN_OR_SKIP(import, number);
+    const int last = isWholeRun() ? calls : std::min(calls, 20); // beyond, only the adapters' reads
+    int refused = 0;
+    for (const int error : {EIO, EISDIR})
+        for (int call = 1; call <= last; ++call) {
+            restore(session, before);
+            const ProcessOutcome outcome =
+                inject(session, "error:" + std::to_string(error) + number, std::to_string(call), import);
+            SCOPED_TRACE("read " + std::to_string(call) + "\n" + outcome.out + outcome.err);
+            if (!outcome.err.empty()) // a read of the simulated adapters, or of the loader
+                continue;
+            const std::string world = session.worldText();
+            EXPECT_TRUE(outcome.status == 0 ? world == after.world : world == before.world);
+            if (outcome.status != 12)
+                continue;
+            EXPECT_EQ(outcome.out, "Unable to open the specified configuration file \"all.cfg\"!!\n");
+            ++refused;
+        }
+    EXPECT_GE(refused, 4); // both passes over the file, by both errors
+}
+
+// Runs a shell script in which "$CLI" is the program and "$1" a number of rounds.
+static ProcessOutcome shell(Session& session, const std::string& script, int rounds) {
+    session.setVariable("CLI", session.program);
+    session.setVariable("PATH", "/usr/bin:/bin");
+    const std::string program = session.program;
+    session.program = "/bin/sh";
+    const ProcessOutcome outcome = session.run({"-c", script, "sh", std::to_string(rounds)});
+    session.program = program;
+    return outcome;
+}
+
+// Each round changes two settings at the same time, and counts the rounds in which one was lost.
+static std::string raceOf(const std::string& first, const std::string& second, const std::string& lost) {
+    return "lost=0 i=0\nwhile [ $i -lt $1 ]; do i=$((i + 1)) value=$((i % 200 + 1))\n" + first + " & " +
+           second + " & wait\n" + lost + " || lost=$((lost + 1))\ndone; echo $lost lost\n";
+}
+
+TEST_F(Crash, RaceOfControllerSettingsLosesNone) {
+    const std::string mod = "\"$CLI\" ctrl -a mod -i 0 -s ";
+    EXPECT_EQ(shell(session,
+                    raceOf(mod + "syncrate=$value", mod + "initrate=$((201 - value))",
+                           "{ \"$CLI\" ctrl -v -i 0 >shown; grep -q \"^Synchronization rate : $value\\$\" "
+                           "shown && grep -q \"^Initialization rate : $((201 - value))\\$\" shown; }"),
+                    times(15, 200)),
+              (ProcessOutcome{0, "0 lost\n", ""}));
+}
+
+TEST_F(Crash, RaceOfLogicalDriveSettingsLosesNone) {
+    const std::string mod = "\"$CLI\" logdrv -a mod -i 0 -l 0 -s ";
+    EXPECT_EQ(
+        shell(session,
+              raceOf(mod + "lookahead=$((value % 8 + 1))", mod + "name=Name$value",
+                     "{ \"$CLI\" logdrv -v -i 0 -l 0 >shown; grep -q \"^Array name : Name$value\\$\" "
+                     "shown && grep -q \"^Driver Lookahead threshold: $((value % 8 + 1))\\$\" shown; }"),
+              times(15, 200)),
+        (ProcessOutcome{0, "0 lost\n", ""}));
+}
+
+TEST_F(CrashImport, RaceOfImportsCreatesEachLogicalDriveOnce) {
+    const ProcessOutcome list = session.run({"logdrv", "-i", "0"});
+    const auto lines = std::count(list.out.begin(), list.out.end(), '\n');
+    const std::string command = "\"$CLI\" import -c -f all.cfg";
+    EXPECT_EQ(shell(session,
+                    raceOf(command, command,
+                           "[ $(\"$CLI\" logdrv -i 0 | grep -c .) -eq " + std::to_string(lines) + " ]"),
+                    times(10, 200)),
+              (ProcessOutcome{0, "0 lost\n", ""}));
+}
+
+TEST_F(Crash, RaceOfHelpsLeavesTheEventFile) {
+    EXPECT_EQ(shell(session,
+                    "cp CLIEvent.dat kept; lost=0 i=0\nwhile [ $i -lt $1 ]; do i=$((i + 1))\n"
+                    "for n in 1 2 3 4 5 6 7 8; do \"$CLI\" help exit >help.$n & done; wait\n"
+                    "cmp -s CLIEvent.dat kept || lost=$((lost + 1))\ndone; echo $lost lost\n",
+                    times(10, 300)),
+              (ProcessOutcome{0, "0 lost\n", ""}));
+}
+
+// Sessions that show events at the same time: every event was shown or is still there, none is both.
+TEST_F(Crash, RaceOfEventSessionsLosesNoEvent) {
+    for (int round = 0; round < times(8, 200); ++round) {
+        writeFile(session.eventFile(), eventImage(40));
+        shell(session,
+              "for n in 1 2 3 4; do printf 'event -i 1\\nevent -i 1\\n' | \"$CLI\" >shown.$n & done; wait",
+              1);
+        std::set<int> shown, kept;
+        for (int n = 1; n <= 4; ++n) {
+            const std::string text = readFile(session.path("shown." + std::to_string(n)));
+            for (std::size_t at = 0; (at = text.find("0x", at)) != std::string::npos; ++at)
+                shown.insert(static_cast<int>(std::strtol(text.c_str() + at, nullptr, 16)));
+        }
+        const std::string image = readFile(session.eventFile());
+        ASSERT_EQ(image.size(), 20408u);
+        const int position = image[0], count = image[4];
+        for (int held = 0; held < count; ++held)
+            kept.insert(image[static_cast<std::size_t>(8 + (position - held) * 408 + 12)]);
+        EXPECT_EQ(kept.size(), static_cast<std::size_t>(count));
+        std::set<int> all = shown;
+        all.insert(kept.begin(), kept.end());
+        EXPECT_EQ(all.size(), 40u);
+        EXPECT_EQ(shown.size() + kept.size(), 40u);
+    }
+}
+
+// Whatever the parent did with SIGPIPE.
+TEST(EndlessComplaint, EndsWithItsReader) {
+    Session session;
+    const std::string line = "Invalid command for \"enclosure\"\n";
+    EXPECT_EQ(shell(session,
+                    "trap '' PIPE\n{ \"$CLI\" enclosure -a locate bogus; echo $? >status; } | head -n 2; "
+                    "cat status",
+                    0),
+              (ProcessOutcome{0, line + line + "1\n", ""}));
+}

@@ -1,0 +1,149 @@
+// Runs a program and lets something happen to it at one of its system calls. Linux on x86-64 alone.
+//
+//     fault_injector count FILE PROGRAM ARGUMENT...        writes how many calls it makes to FILE
+//     fault_injector kill N PROGRAM ARGUMENT...            kills it before its call number N
+//     fault_injector signal:SIGNAL N PROGRAM ARGUMENT...   sends it a signal before that call
+//     fault_injector error:ERRNO N PROGRAM ARGUMENT...     fails that call with an errno, unexecuted
+//
+// Calls count from 1, from the program's first instruction on; with @NUMBER behind the first word, only those
+// of that number. The exit status is the program's; 77 when
+// processes cannot be traced here, 78 when the call was not reached.
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/ptrace.h>
+#include <sys/user.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+static constexpr int kNoTracing = 77, kNotReached = 78;
+
+namespace {
+enum class FaultKind { count, kill, signal, error };
+
+struct Fault {
+    FaultKind kind;
+    int value; // the signal or the errno
+    long call;
+    long number; // of the system calls that count; -1 for all
+};
+} // namespace
+
+static long numberAfter(const std::string& text, char mark, long otherwise) {
+    const std::size_t place = text.find(mark);
+    return place == std::string::npos ? otherwise : std::atol(text.c_str() + place + 1);
+}
+
+static Fault parseFault(const std::string& kind, const char* call) {
+    const long number = numberAfter(kind, '@', -1);
+    const int value = static_cast<int>(numberAfter(kind, ':', SIGKILL));
+    switch (kind[0]) {
+    case 'k':
+        return {FaultKind::kill, SIGKILL, std::atol(call), number};
+    case 's':
+        return {FaultKind::signal, value, std::atol(call), number};
+    case 'e':
+        return {FaultKind::error, value, std::atol(call), number};
+    default:
+        return {FaultKind::count, 0, 0, number};
+    }
+}
+
+static int endWith(int status) {
+    if (WIFEXITED(status))
+        return WEXITSTATUS(status);
+    std::signal(WTERMSIG(status), SIG_DFL);
+    std::raise(WTERMSIG(status));
+    return 128 + WTERMSIG(status);
+}
+
+// The call about to be made is replaced by none at all.
+static void skipCall(pid_t child) {
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
+    registers.orig_rax = static_cast<unsigned long long>(-1);
+    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+}
+
+static void returnError(pid_t child, int error) {
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
+    registers.rax = static_cast<unsigned long long>(-error);
+    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+}
+
+static bool isCallStop(int status) {
+    return WIFSTOPPED(status) && WSTOPSIG(status) == (SIGTRAP | 0x80);
+}
+
+static bool isCounted(pid_t child, const Fault& fault) {
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
+    return fault.number < 0 || registers.orig_rax == static_cast<unsigned long long>(fault.number);
+}
+
+// The signal to deliver as the program goes on: none for stops of the tracing itself.
+static long pendingSignal(int status) {
+    return WIFSTOPPED(status) && WSTOPSIG(status) != SIGTRAP && !isCallStop(status) ? WSTOPSIG(status) : 0;
+}
+
+// Called before and after each call of the program.
+static void inject(pid_t child, const Fault& fault, bool before) {
+    if (fault.kind == FaultKind::kill || fault.kind == FaultKind::signal)
+        kill(child, before ? fault.value : 0);
+    else if (fault.kind == FaultKind::error)
+        before ? skipCall(child) : returnError(child, fault.value);
+}
+
+static int trace(pid_t child, const Fault& fault, long* calls) {
+    int status = 0;
+    long signal = 0;
+    bool counted = false;
+    bool inside = false; // between the stops before and after a call
+    while (ptrace(PTRACE_SYSCALL, child, nullptr, signal) == 0 && waitpid(child, &status, 0) == child &&
+           WIFSTOPPED(status)) {
+        signal = pendingSignal(status);
+        if (!isCallStop(status))
+            continue;
+        inside = !inside;
+        if (inside)
+            counted = isCounted(child, fault);
+        *calls += inside && counted;
+        if (counted && *calls == fault.call)
+            inject(child, fault, inside);
+    }
+    if (WIFSTOPPED(status)) // killed while stopped
+        waitpid(child, &status, 0);
+    return status;
+}
+
+[[noreturn]] static void become(char** words) {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
+        _exit(kNoTracing);
+    execv(words[0], words);
+    _exit(kNoTracing);
+}
+
+int main(int argc, char** argv) {
+    if (argc < 4)
+        return kNoTracing;
+    const Fault fault = parseFault(argv[1], argv[2]);
+    const pid_t child = fork();
+    if (child == 0)
+        become(argv + 3);
+    int status = 0;
+    if (waitpid(child, &status, 0) != child || !WIFSTOPPED(status))
+        return kNoTracing;
+    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    long calls = 0;
+    status = trace(child, fault, &calls);
+    if (fault.kind == FaultKind::count) {
+        std::FILE* file = std::fopen(argv[2], "w");
+        if (file != nullptr && std::fprintf(file, "%ld\n", calls) > 0)
+            std::fclose(file);
+    }
+    return fault.kind != FaultKind::count && calls < fault.call ? kNotReached : endWith(status);
+}
