@@ -4,6 +4,7 @@
 #include <string>
 
 #include "snapshot/snapshot.h"
+#include "snapshot/words.h"
 
 enum class ArrayState { online, degraded, critical, offline };
 
@@ -11,25 +12,15 @@ enum class ArrayState { online, degraded, critical, offline };
 ArrayState arrayState(const LogicalDrive& drive);
 const char* arrayStateText(ArrayState state);
 
-// "RAID5"; another code gives "unknown RAID level".
-const char* raidLevelText(std::uint8_t level);
 bool isRedundant(std::uint8_t level);
 
-// "rebuild"
-const char* activityText(ActivityBit kind);
 inline bool isPaused(const Activity& activity) {
     return activity.state == kActivityPaused;
 }
 
 bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);
-const char* batteryStateText(std::uint8_t state); // of BatteryState; "in an unknown state"
 std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
-
-const char* enclosureTypeText(std::uint8_t type);
-const char* sensorTypeText(std::uint8_t type); // nullptr: no sensor
-const char* patrolStateText(std::uint16_t state);
-const char* extentUseText(const ExtentEntry& extent);
 
 // "channel 1, enclosure 0, serial TQ5A0041733"
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);

@@ -4,12 +4,16 @@
 #include <algorithm>
 
 #include "snapshot/snapshot.h"
+#include "snapshot/text.h"
 #include "tools/status/rules.h"
-#include "tools/status/text.h"
 
 const char* severityText(Severity severity) {
     static constexpr const char* words[] = {"info", "warning", "critical", "unknown"};
     return words[static_cast<std::size_t>(severity)];
+}
+
+const char* statusText(Severity worst) {
+    return worst == Severity::info ? "ok" : severityText(worst);
 }
 
 std::string shortObjectText(const Object& object) {

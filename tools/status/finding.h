@@ -32,6 +32,9 @@ using Findings = std::vector<Finding>;
 // "critical"
 const char* severityText(Severity severity);
 
+// "ok", "warning", "critical", "unknown": the state that a worst severity means
+const char* statusText(Severity worst);
+
 // "drive 2 of controller 0"
 std::string objectText(const Object& object);
 

@@ -19,6 +19,8 @@ struct TextStyle {
 
 std::string formatText(const Report& report, const TextStyle& style);
 
+std::string formatJson(const Report& report);
+
 // Every object of a controller, a line each.
 std::string formatObjects(const Controller& controller);
 

@@ -1,7 +1,7 @@
 // The list of every object that -v adds to the plain text.
+#include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
-#include "tools/status/text.h"
 
 static std::string megabytes(std::uint64_t sectors) {
     static constexpr std::uint64_t sectorsPerMb = 2048;

@@ -1,8 +1,8 @@
 // Plain text: a line for each controller, a line for each finding, and a last line that sums up.
+#include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
-#include "tools/status/text.h"
 
 static const char* colorOf(Severity severity) {
     static constexpr const char* colors[] = {"\x1b[36m", "\x1b[33m", "\x1b[1;31m", "\x1b[35m"};

@@ -3,7 +3,7 @@
 
 #include <charconv>
 
-#include "tools/status/text.h"
+#include "snapshot/text.h"
 
 static std::string_view withoutBlanks(std::string_view text) {
     static constexpr const char* blanks = " \t\r";

@@ -1,9 +1,9 @@
 // Rules about single drives.
 #include <algorithm>
 
+#include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
-#include "tools/status/text.h"
 
 template <typename Apply>
 static void forEachDrive(Evaluation* evaluation, Apply apply) {

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <map>
 
+#include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
-#include "tools/status/text.h"
 
 // Operations that report details on which no rule depends. A refusal of theirs hides no problem.
 static bool isDetail(const Fault& fault) {

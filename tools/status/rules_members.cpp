@@ -1,9 +1,9 @@
 // Rules about lost members and what replaces them.
 #include <algorithm>
 
+#include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
-#include "tools/status/text.h"
 
 // The drive of this number in the baseline, which may know more than the controller does by now.
 static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t controllerId,

@@ -58,11 +58,15 @@ static bool print(const std::string& text) {
     return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
 }
 
+static std::string format(const Options& options, const Report& report) {
+    return options.format == Format::json ? formatJson(report) : formatText(report, textStyle(options));
+}
+
 static int report(const Options& options, const Limits& limits) {
     Snapshot snapshot;
     takeSnapshot(options, &snapshot);
     const Findings findings = evaluate(snapshot, limits, nullptr);
-    if (!print(formatText({snapshot, findings}, textStyle(options))))
+    if (!print(format(options, {snapshot, findings})))
         return complain("cannot write to standard output");
     return exitStatus(worstSeverity(findings));
 }

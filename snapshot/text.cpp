@@ -1,5 +1,5 @@
 // Texts from adapters and files, made fit for one line of output.
-#include "tools/status/text.h"
+#include "snapshot/text.h"
 
 #include <cstdint>
 #include <cstdio>
