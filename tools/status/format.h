@@ -5,10 +5,12 @@
 
 #include "snapshot/snapshot.h"
 #include "tools/status/finding.h"
+#include "tools/status/limits.h"
 
 struct Report {
     const Snapshot& snapshot;
     const Findings& findings;
+    const Limits& limits;
 };
 
 struct TextStyle {
@@ -18,8 +20,9 @@ struct TextStyle {
 };
 
 std::string formatText(const Report& report, const TextStyle& style);
-
 std::string formatJson(const Report& report);
+std::string formatPlugin(const Report& report);
+std::string formatMetrics(const Report& report);
 
 // Every object of a controller, a line each.
 std::string formatObjects(const Controller& controller);

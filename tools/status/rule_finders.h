@@ -41,3 +41,19 @@ void findUnreadableDetails(Evaluation* evaluation);
 void findFirmwareDifferences(Evaluation* evaluation);
 void findDriverDifferences(Evaluation* evaluation);
 void findDriveCountDifferences(Evaluation* evaluation);
+
+// rules_baseline.cpp
+void findMissingControllers(Evaluation* evaluation);
+void findMissingDrives(Evaluation* evaluation);
+void findNewDrives(Evaluation* evaluation);
+void findReplacedDrives(Evaluation* evaluation);
+void findMovedDrives(Evaluation* evaluation);
+void findMissingSpares(Evaluation* evaluation);
+void findNewSpares(Evaluation* evaluation);
+void findMissingArrays(Evaluation* evaluation);
+void findNewArrays(Evaluation* evaluation);
+void findChangedArrays(Evaluation* evaluation);
+void findMissingEnclosures(Evaluation* evaluation);
+void findNewEnclosures(Evaluation* evaluation);
+void findMissingBatteries(Evaluation* evaluation);
+void findNewBatteries(Evaluation* evaluation);

@@ -56,8 +56,31 @@ static constexpr Rule kRules[] = {
      "UNREADABLE", findUnreadableDetails},
 };
 
+// These compare with a baseline.
+static constexpr Rule kBaselineRules[] = {
+    {"controller-missing", Severity::critical, "a controller is missing", "BASELINE", findMissingControllers},
+    {"array-missing", Severity::critical, "a logical drive is missing", "BASELINE", findMissingArrays},
+    {"drive-missing", Severity::warning, "a drive is missing", "BASELINE", findMissingDrives},
+    {"spare-missing", Severity::warning, "a controller has fewer spares", "BASELINE", findMissingSpares},
+    {"enclosure-missing", Severity::warning, "an enclosure is missing", "BASELINE", findMissingEnclosures},
+    {"battery-missing", Severity::warning, "a battery is missing", "BASELINE", findMissingBatteries},
+    {"drive-replaced", Severity::info, "a drive was replaced by another one", "BASELINE", findReplacedDrives},
+    {"drive-moved", Severity::info, "a drive is in another place", "BASELINE", findMovedDrives},
+    {"drive-new", Severity::info, "a drive is new", "BASELINE", findNewDrives},
+    {"spare-new", Severity::info, "a controller has more spares", "BASELINE", findNewSpares},
+    {"array-changed", Severity::info, "a logical drive has another RAID level or size", "BASELINE",
+     findChangedArrays},
+    {"array-new", Severity::info, "a logical drive is new", "BASELINE", findNewArrays},
+    {"enclosure-new", Severity::info, "an enclosure is new", "BASELINE", findNewEnclosures},
+    {"battery-new", Severity::info, "a battery is new", "BASELINE", findNewBatteries},
+};
+
 std::span<const Rule> rules() {
     return kRules;
+}
+
+std::span<const Rule> baselineRules() {
+    return kBaselineRules;
 }
 
 static int rank(const Finding& finding) {
@@ -65,14 +88,32 @@ static int rank(const Finding& finding) {
     return ranks[static_cast<std::size_t>(finding.rule->severity)];
 }
 
+static void apply(std::span<const Rule> table, Evaluation* evaluation) {
+    for (const Rule& rule : table) {
+        evaluation->rule = &rule;
+        rule.find(evaluation);
+    }
+}
+
+static void sortBySeverity(Findings* findings) {
+    std::stable_sort(findings->begin(), findings->end(),
+                     [](const Finding& left, const Finding& right) { return rank(left) < rank(right); });
+}
+
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
     Evaluation evaluation = {snapshot, limits, baseline};
-    for (const Rule& rule : kRules) {
-        evaluation.rule = &rule;
-        rule.find(&evaluation);
-    }
-    std::stable_sort(evaluation.findings.begin(), evaluation.findings.end(),
-                     [](const Finding& left, const Finding& right) { return rank(left) < rank(right); });
+    apply(kRules, &evaluation);
+    if (baseline != nullptr)
+        apply(kBaselineRules, &evaluation);
+    sortBySeverity(&evaluation.findings);
+    return evaluation.findings;
+}
+
+Findings compare(const Snapshot& snapshot, const Snapshot& baseline) {
+    const Limits limits;
+    Evaluation evaluation = {snapshot, limits, &baseline};
+    apply(kBaselineRules, &evaluation);
+    sortBySeverity(&evaluation.findings);
     return evaluation.findings;
 }
 

@@ -25,9 +25,14 @@ struct Rule {
 };
 
 std::span<const Rule> rules();
+std::span<const Rule> baselineRules(); // which need a baseline
 
-// Applies all rules. The worst findings come first, otherwise the order is that of the rules.
+// Applies all rules; baseline is nullptr when there is none. The worst findings come first, otherwise the
+// order is that of the rules.
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
+
+// Applies the baseline rules alone.
+Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 
 // Used by the rules' own sources.
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
