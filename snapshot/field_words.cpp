@@ -1,4 +1,5 @@
 // Which fields of the adapters' records hold codes or bits, and what they mean.
+#include <iterator>
 #include <string_view>
 
 #include "snapshot/fields.h"
@@ -133,4 +134,8 @@ const FieldWords* wordsOf(const RecordType& type, const Field& field) {
         if (std::string_view(row.record) == type.name && std::string_view(row.field) == field.name)
             return &row;
     return nullptr;
+}
+
+std::size_t fieldWordsCount() {
+    return std::size(kFieldWords);
 }

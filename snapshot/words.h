@@ -29,3 +29,4 @@ struct FieldWords {
 
 // nullptr: the field is a plain number.
 const FieldWords* wordsOf(const RecordType& type, const Field& field);
+std::size_t fieldWordsCount();
