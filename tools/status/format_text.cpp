@@ -47,8 +47,8 @@ std::string formatText(const Report& report, const TextStyle& style) {
             continue;
         text += colored(severityText(severity), severity, style) + ": " + findingLine(finding) + "\n";
         if (style.verbose)
-            text += std::string("  rule ") + finding.rule->id + "; see " + finding.rule->action +
-                    " in cli-status(8)\n";
+            text += std::string("  rule ") + finding.rule->id + "; see \"" + finding.rule->action +
+                    "\" in cli-status(8)\n";
     }
     return style.quiet ? text : text + summaryText(report.snapshot, report.findings) + "\n";
 }

@@ -20,7 +20,7 @@ struct Rule {
     const char* id;
     Severity severity;
     const char* condition; // in one phrase
-    const char* action;    // the section of the manual page that says what to do
+    const char* action;    // the part of the manual page that says what to do
     void (*find)(Evaluation* evaluation);
 };
 
