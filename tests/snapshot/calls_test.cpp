@@ -1,4 +1,4 @@
-// The calls of a snapshot, in order with every byte, over the scripted adapter.
+// The calls of a snapshot, in order with every byte, over the mock adapter.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -6,7 +6,7 @@
 #include "snapshot/read.h"
 #include "tests/mock_adapter.h"
 
-using SnapshotCalls = Scripted;
+using SnapshotCalls = MockAdapterTest;
 
 static constexpr std::uint32_t kReserved = 0;
 
@@ -20,12 +20,12 @@ static ControllerInfo infoOf(std::uint16_t drives) {
 static void expectController(std::uint32_t id, std::uint16_t drives) {
     const ControllerQuery general = {id, 1, kGeneralInfo, {}}, version = {id, 1, kVersionInfo, {}};
     const HbaAddress address = hbaAddress(id);
-    expectCall("q5_getControllerInfo", asks(id, general, 432), bytesOf(infoOf(drives)));
-    expectCall("q5_getControllerInfo", asks(id, version, 88), bytesOf(ControllerVersionInfo{}));
-    expectCall("q5_getControllerSettings", asks(id, general, 88), bytesOf(ControllerSettings{}));
+    expectCall("q5_getControllerInfo", queryFor(id, general, 432), bytesOf(infoOf(drives)));
+    expectCall("q5_getControllerInfo", queryFor(id, version, 88), bytesOf(ControllerVersionInfo{}));
+    expectCall("q5_getControllerSettings", queryFor(id, general, 88), bytesOf(ControllerSettings{}));
     expectCall("q5_getDriverInfo", bytesOf(address, kReserved), bytesOf(DriverInfo{{1, 2, 3, 4}}));
     expectCall("q5_getDiscoverPath", bytesOf(address, std::uint32_t{656}), bytesOf(DiscoverPathInfo{}));
-    expectCall("q5_getBatteryInfo", asks(id, BatteryQuery{}, 112), bytesOf(BatteryInfo{}));
+    expectCall("q5_getBatteryInfo", queryFor(id, BatteryQuery{}, 112), bytesOf(BatteryInfo{}));
     expectCall("q5_getBuzzerStatus", bytesOf(address, kReserved, std::uint32_t{1}), bytesOf(std::uint8_t{1}));
 }
 
@@ -34,9 +34,9 @@ static void expectEnclosures(std::uint32_t id, int present) {
         EnclosureEntry entry = {};
         entry.type = enclosure == present ? kOemA : kNoEnclosure;
         const EnclosureQuery query = {enclosure, 1};
-        expectCall("q5_getEnclosureInfo", asks(id, query, 80), listReply<EnclosureEntry>({entry}));
+        expectCall("q5_getEnclosureInfo", queryFor(id, query, 80), listReply<EnclosureEntry>({entry}));
         if (enclosure == present)
-            expectCall("q5_getEnclosureStatus", asks(id, query, 116), bytesOf(EnclosureStatus{}));
+            expectCall("q5_getEnclosureStatus", queryFor(id, query, 116), bytesOf(EnclosureStatus{}));
     }
 }
 
@@ -57,9 +57,9 @@ static void expectDrive(std::uint32_t id, std::uint16_t drive) {
     appendBytes(&speed, "MMMMMMMMMMMMMMMMMMMMMM", 23);
     appendBytes(&speed, "1.0", 4);
     appendBytes(&speed, "\4\0\0\0", 4);
-    expectCall("q5_getPhyDrvSettings", asks(id, PhyDrvSelector{drive, 1, 1, {}}, 80),
+    expectCall("q5_getPhyDrvSettings", queryFor(id, PhyDrvSelector{drive, 1, 1, {}}, 80),
                listReply<PhyDrvSettings>({settings}));
-    expectCall("q5_getHBAMediaPatrolProgress", asks(id, patrolled, 124), bytesOf(MediaPatrolProgress{}));
+    expectCall("q5_getHBAMediaPatrolProgress", queryFor(id, patrolled, 124), bytesOf(MediaPatrolProgress{}));
     expectCall("q5_getPhyDrvLocateStatus", bytesOf(address, kReserved, drive), bytesOf(std::uint8_t{0}));
     expectCall("q5_getDataTransferSpeed", speed, bytesOf(std::int32_t{1}));
 }
@@ -69,14 +69,14 @@ static void expectPage(std::uint32_t id, std::uint32_t first, const std::vector<
     std::vector<PhyDrvInfo> records;
     for (const std::uint16_t drive : drives)
         records.push_back(driveOf(drive));
-    expectCall("q5_getPhyDrvInfo", asks(id, PhyDrvQuery{first, 16, 255, {}}, 10688), listReply(records),
+    expectCall("q5_getPhyDrvInfo", queryFor(id, PhyDrvQuery{first, 16, 255, {}}, 10688), listReply(records),
                result);
     for (const std::uint16_t drive : drives)
         expectDrive(id, drive);
 }
 
 static void expectNoLogicalDrives(std::uint32_t id) {
-    expectCall("q5_getLogDrvInfo", asks(id, LogDrvQuery{0, 128}, 26688), listReply<LogDrvInfo>({}));
+    expectCall("q5_getLogDrvInfo", queryFor(id, LogDrvQuery{0, 128}, 26688), listReply<LogDrvInfo>({}));
 }
 
 static std::vector<std::uint16_t> numbers(std::uint16_t first, std::uint16_t end) {
@@ -178,19 +178,19 @@ TEST_F(SnapshotCalls, AskALogicalDriveByItsId) {
     drive.arrayId = 7;
     drive.logDrvId = 3;
     drive.activityStatus = kAnyActivity;
-    expectCall("q5_getLogDrvInfo", asks(0, LogDrvQuery{0, 128}, 26688), listReply<LogDrvInfo>({drive}));
-    expectCall("q5_getLogDrvSettings", asks(0, LogDrvQuery{3, 1}, 180), listReply<LogDrvSettings>({{}}));
+    expectCall("q5_getLogDrvInfo", queryFor(0, LogDrvQuery{0, 128}, 26688), listReply<LogDrvInfo>({drive}));
+    expectCall("q5_getLogDrvSettings", queryFor(0, LogDrvQuery{3, 1}, 180), listReply<LogDrvSettings>({{}}));
     expectCall("q5_getAryLostDisk", bytesOf(hbaAddress(0), kReserved, std::uint8_t{3}),
                bytesOf(std::uint32_t{0}));
     const ActivityQuery query = {3, 0}, migration = {3, 1};
     RebuildProgress rebuild = {};
     rebuild.percent = 11;
     rebuild.state = kActivityPaused;
-    expectCall("q5_getRebuildProgress", asks(0, query, 88), bytesOf(rebuild));
-    expectCall("q5_getLogDrvInitProgress", asks(0, query, 524), bytesOf(InitProgress{}));
-    expectCall("q5_getRedundancyCheckProgress", asks(0, query, 72), bytesOf(SyncProgress{}));
-    expectCall("q5_getLogDrvSynchProgress", asks(0, query, 72), bytesOf(SyncProgress{}));
-    expectCall("q5_getMigrationProgress", asks(0, migration, 208), bytesOf(MigrationProgress{}));
+    expectCall("q5_getRebuildProgress", queryFor(0, query, 88), bytesOf(rebuild));
+    expectCall("q5_getLogDrvInitProgress", queryFor(0, query, 524), bytesOf(InitProgress{}));
+    expectCall("q5_getRedundancyCheckProgress", queryFor(0, query, 72), bytesOf(SyncProgress{}));
+    expectCall("q5_getLogDrvSynchProgress", queryFor(0, query, 72), bytesOf(SyncProgress{}));
+    expectCall("q5_getMigrationProgress", queryFor(0, migration, 208), bytesOf(MigrationProgress{}));
     const Controller controller = readController(0);
     ASSERT_EQ(controller.logicalDrives[0].activities.size(), 5u);
     EXPECT_EQ(controller.logicalDrives[0].activities[0].percent, 11);

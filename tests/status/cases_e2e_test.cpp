@@ -63,7 +63,7 @@ protected:
 
     void expectRun(const std::vector<std::string>& words, const std::string& output) const {
         StatusSession session(world);
-        const Outcome outcome = session.run(words);
+        const ProcessOutcome outcome = session.run(words);
         EXPECT_EQ(outcome.out, output);
         EXPECT_EQ(outcome.status, status);
         EXPECT_EQ(outcome.err, "");
@@ -101,7 +101,7 @@ TEST_P(StatusCase, Plugin) {
 TEST_P(StatusCase, Metrics) {
     const Lines healthy = linesOf(source("healthy.expected.prom"));
     StatusSession session(world);
-    const Outcome outcome = session.run({"--metrics"});
+    const ProcessOutcome outcome = session.run({"--metrics"});
     EXPECT_EQ(outcome.status, status);
     const Lines printed = linesOf(outcome.out);
     EXPECT_EQ(without(healthy, printed), listed(expected["metrics"]["without"]));
@@ -129,10 +129,10 @@ INSTANTIATE_TEST_SUITE_P(Worlds, StatusCase, testing::ValuesIn(caseNames()), [](
 
 TEST(StatusHealthy, MetricsAreTheseInThisOrder) {
     StatusSession session(Json::parse(source("healthy.world.json")));
-    EXPECT_EQ(session.run({"--metrics"}), (Outcome{0, source("healthy.expected.prom"), ""}));
+    EXPECT_EQ(session.run({"--metrics"}), (ProcessOutcome{0, source("healthy.expected.prom"), ""}));
 }
 
 TEST(StatusHealthy, VerboseTextListsEveryObject) {
     StatusSession session(Json::parse(source("healthy.world.json")));
-    EXPECT_EQ(session.run({"-v"}), (Outcome{0, source("healthy.expected.verbose"), ""}));
+    EXPECT_EQ(session.run({"-v"}), (ProcessOutcome{0, source("healthy.expected.verbose"), ""}));
 }

@@ -23,7 +23,7 @@ struct History : testing::Test {
     Json& controller() { return world["controllers"][0]; }
     void expect(const std::vector<std::string>& words, int status, const std::string& output) {
         session.useWorld(world.dump());
-        EXPECT_EQ(session.run(words), (Outcome{status, output, ""}));
+        EXPECT_EQ(session.run(words), (ProcessOutcome{status, output, ""}));
     }
     void expectFindings(int status, const std::string& problems) {
         expect({"-q", "--baseline", before}, status, problems);
@@ -31,7 +31,7 @@ struct History : testing::Test {
     // The informational findings and the last line as well, without the line of the controller.
     void expectAll(int status, const std::string& output) {
         session.useWorld(world.dump());
-        const Outcome outcome = session.run({"--baseline", before});
+        const ProcessOutcome outcome = session.run({"--baseline", before});
         EXPECT_EQ(outcome.status, status);
         EXPECT_EQ(outcome.out.substr(outcome.out.find('\n') + 1), output);
     }
@@ -163,11 +163,11 @@ TEST_F(Baseline, RefusesWhatIsNotAState) {
     for (const auto& [text, problem] : files) {
         writeFile(before, text);
         EXPECT_EQ(session.run({"--baseline", before}),
-                  (Outcome{3, "", "cli-status: " + before + ": " + problem + "\n"}));
+                  (ProcessOutcome{3, "", "cli-status: " + before + ": " + problem + "\n"}));
     }
     std::filesystem::remove(before);
     EXPECT_EQ(session.run({"--baseline", before}),
-              (Outcome{3, "", "cli-status: cannot read " + before + "\n"}));
+              (ProcessOutcome{3, "", "cli-status: cannot read " + before + "\n"}));
 }
 
 struct Changes : History {
@@ -187,7 +187,7 @@ TEST_F(Changes, TellTheStoryOfAFailedDrive) {
     controller()["drives"][1]["failed"] = true;
     session.useWorld(world.dump());
     const auto next = [&](int status, const std::string& output) {
-        EXPECT_EQ(session.run({"--changes", kept}), (Outcome{status, output, ""}));
+        EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{status, output, ""}));
     };
     next(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
             "info: rebuild of logical drive 0 Data of controller 0 started\n");
@@ -248,7 +248,7 @@ TEST_F(Changes, KeepTheStateOfTheLastRunThatCouldRead) {
 TEST_F(Changes, LeaveAFileAloneThatIsNotTheirs) {
     writeFile(kept, "precious");
     EXPECT_EQ(session.run({"--changes", kept}),
-              (Outcome{3, "", "cli-status: " + kept + ": it is not JSON that --json printed\n"}));
+              (ProcessOutcome{3, "", "cli-status: " + kept + ": it is not JSON that --json printed\n"}));
     EXPECT_EQ(readFile(kept), "precious");
 }
 
@@ -261,6 +261,7 @@ TEST_F(Changes, ReplaceTheFileInOneStep) {
 
 TEST_F(Changes, ReportAFileThatCannotBeWritten) {
     const std::string nowhere = session.path("none/kept");
-    EXPECT_EQ(session.run({"--changes", nowhere}),
-              (Outcome{3, "", "cli-status: cannot write " + nowhere + ": No such file or directory\n"}));
+    EXPECT_EQ(
+        session.run({"--changes", nowhere}),
+        (ProcessOutcome{3, "", "cli-status: cannot write " + nowhere + ": No such file or directory\n"}));
 }

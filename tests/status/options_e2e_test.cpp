@@ -19,7 +19,7 @@ struct StatusOptions : testing::Test {
     }
     void expectRefused(const std::vector<std::string>& words, const std::string& problem) {
         EXPECT_EQ(session.run(words),
-                  (Outcome{3, "", "cli-status: " + problem + "\nTry \"cli-status --help\".\n"}));
+                  (ProcessOutcome{3, "", "cli-status: " + problem + "\nTry \"cli-status --help\".\n"}));
     }
     std::string file(const std::string& text) {
         writeFile(session.path("file"), text);
@@ -28,13 +28,13 @@ struct StatusOptions : testing::Test {
 };
 
 TEST_F(StatusOptions, HelpAndVersionEndWith0) {
-    const Outcome help = session.run({"--help"});
+    const ProcessOutcome help = session.run({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.err, "");
     EXPECT_EQ(help.out.substr(0, help.out.find('\n')), "Usage: cli-status [OPTION]...");
     EXPECT_EQ(session.run({"-h"}), help);
-    EXPECT_EQ(session.run({"--version"}), (Outcome{0, "cli-status 1.0.0\n", ""}));
-    EXPECT_EQ(session.run({"-V"}).out, "cli-status 1.0.0\n");
+    EXPECT_EQ(session.run({"--version"}), (ProcessOutcome{0, "cli-status " CLI_STATUS_VERSION "\n", ""}));
+    EXPECT_EQ(session.run({"-V"}).out, "cli-status " CLI_STATUS_VERSION "\n");
 }
 
 TEST_F(StatusOptions, UsageErrorsEndWith3) {
@@ -59,11 +59,12 @@ TEST_F(StatusOptions, ControllerIsChosenById) {
     world["controllers"].push_back(second);
     session.useWorld(world.dump());
     EXPECT_EQ(session.run({"-i", "1"}),
-              (Outcome{0,
-                       "controller 1: 3 drives, 1 logical drive, 1 enclosure, no battery\n"
-                       "all well: 1 controller, 3 drives, 1 logical drive\n",
-                       ""}));
-    EXPECT_EQ(session.run({"--controller=2"}), (Outcome{3, "", "cli-status: there is no controller 2\n"}));
+              (ProcessOutcome{0,
+                              "controller 1: 3 drives, 1 logical drive, 1 enclosure, no battery\n"
+                              "all well: 1 controller, 3 drives, 1 logical drive\n",
+                              ""}));
+    EXPECT_EQ(session.run({"--controller=2"}),
+              (ProcessOutcome{3, "", "cli-status: there is no controller 2\n"}));
 }
 
 TEST_F(StatusOptions, LimitsMoveTheThresholds) {
@@ -72,12 +73,13 @@ TEST_F(StatusOptions, LimitsMoveTheThresholds) {
                                  "battery-warm = 25\r\n"
                                  "\tfan-stopped=2660 # so fast\n\n"
                                  "enclosure-warm = -5\nenclosure-hot = 32");
-    EXPECT_EQ(session.run({"-q", "--limits", all}),
-              (Outcome{2,
-                       "critical: enclosure 0 of controller 0: fan 1 has stopped (2660 rpm)\n"
-                       "critical: enclosure 0 of controller 0: temperature 1 is at 32 degrees Celsius\n"
-                       "warning: battery of controller 0: is at 25.0 degrees Celsius\n",
-                       ""}));
+    EXPECT_EQ(
+        session.run({"-q", "--limits", all}),
+        (ProcessOutcome{2,
+                        "critical: enclosure 0 of controller 0: fan 1 has stopped (2660 rpm)\n"
+                        "critical: enclosure 0 of controller 0: temperature 1 is at 32 degrees Celsius\n"
+                        "warning: battery of controller 0: is at 25.0 degrees Celsius\n",
+                        ""}));
 }
 
 TEST_F(StatusOptions, LimitsAreRefusedWithTheirLine) {
@@ -92,22 +94,22 @@ TEST_F(StatusOptions, LimitsAreRefusedWithTheirLine) {
     };
     for (const auto& [text, problem] : files)
         EXPECT_EQ(session.run({"--limits", file(text)}),
-                  (Outcome{3, "", "cli-status: " + session.path("file") + ": " + problem + "\n"}));
+                  (ProcessOutcome{3, "", "cli-status: " + session.path("file") + ": " + problem + "\n"}));
     EXPECT_EQ(session.run({"--limits", session.path("none")}),
-              (Outcome{3, "", "cli-status: cannot read " + session.path("none") + "\n"}));
+              (ProcessOutcome{3, "", "cli-status: cannot read " + session.path("none") + "\n"}));
 }
 
 TEST_F(StatusOptions, MetricsReplaceAFile) {
     const std::string metrics = session.path("raid.prom");
     writeFile(metrics, "old");
-    EXPECT_EQ(session.run({"--metrics=" + metrics}), (Outcome{0, "", ""}));
+    EXPECT_EQ(session.run({"--metrics=" + metrics}), (ProcessOutcome{0, "", ""}));
     EXPECT_EQ(readFile(metrics), readFile(STATUS_SOURCES "/healthy.expected.prom"));
     EXPECT_EQ(std::filesystem::status(metrics).permissions() & std::filesystem::perms::others_read,
               std::filesystem::perms::others_read);
     EXPECT_EQ(session.run({"--metrics=" + session.path("none/raid.prom")}),
-              (Outcome{3, "",
-                       "cli-status: cannot write " + session.path("none/raid.prom") +
-                           ": No such file or directory\n"}));
+              (ProcessOutcome{3, "",
+                              "cli-status: cannot write " + session.path("none/raid.prom") +
+                                  ": No such file or directory\n"}));
 }
 
 TEST_F(StatusOptions, ColorIsForTerminalsWithoutNoColor) {

@@ -134,11 +134,11 @@ protected:
 };
 
 TEST_P(StatusWorld, Text) {
-    EXPECT_EQ(session.run({}), (Outcome{GetParam().status, GetParam().text, ""}));
+    EXPECT_EQ(session.run({}), (ProcessOutcome{GetParam().status, GetParam().text, ""}));
 }
 
 TEST_P(StatusWorld, Plugin) {
-    const Outcome outcome = session.run({"--plugin"});
+    const ProcessOutcome outcome = session.run({"--plugin"});
     EXPECT_EQ(outcome.status, GetParam().status);
     EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), GetParam().plugin);
 }
@@ -208,7 +208,7 @@ TEST(StatusOutputs, AreValidWhereTheLibraryCannotBeOpened) {
     Session session;
     session.program = CLI_STATUS;
     session.useWorld("{");
-    const Outcome text = session.run({});
+    const ProcessOutcome text = session.run({});
     EXPECT_EQ(text.status, 3);
     EXPECT_EQ(text.out, "unknown: this host: q5_initialize failed with result 1\n1 problem, unknown\n");
     EXPECT_NE(text.err, ""); // the library says what is wrong with the world

@@ -22,7 +22,6 @@ static constexpr OptionRow kOptionRows[] = {
     {'V', "version", nullptr, "print the version"},
 };
 
-static constexpr char kVersion[] = "1.0.0";
 static constexpr int kFirstLong = 256; // getopt's value of a long option is this plus its row
 
 std::span<const OptionRow> optionRows() {
@@ -132,7 +131,7 @@ static OptionsResult answer(const OptionRow& row) {
     if (row.letter == 'h')
         printHelp();
     else
-        std::printf("cli-status %s\n", kVersion);
+        std::puts("cli-status " CLI_STATUS_VERSION);
     return OptionsResult::done;
 }
 
