@@ -48,9 +48,10 @@ bool readRecord(Faults* faults, Guarded<Record>* reply, Call call) {
     return result == 0;
 }
 
-// The usual shape: controller, the reserved 0, a query, the reply and its size.
+// The usual shape: controller, the reserved 0, a query, the reply and its size. The library gets a copy of
+// the query, which it may overwrite.
 template <auto operation, typename Record, typename Query>
-std::optional<Record> readReply(const Reading& reading, const Query& query) {
+std::optional<Record> readReply(const Reading& reading, Query query) {
     auto reply = std::make_unique<Guarded<Record>>();
     const bool done = readRecord<operation>(reading.faults, reply.get(), [&](Record* record) {
         return callReadOnly<operation>(reading.address, 0u, &query, record,
@@ -61,7 +62,7 @@ std::optional<Record> readReply(const Reading& reading, const Query& query) {
 
 // The records of a list reply. A byte count beyond the buffer is a fault; what the buffer holds counts.
 template <auto operation, typename Record, std::size_t room, typename Query>
-std::optional<std::vector<Record>> readList(const Reading& reading, const Query& query) {
+std::optional<std::vector<Record>> readList(const Reading& reading, Query query) {
     using List = Reply<Record, room>;
     auto reply = std::make_unique<Guarded<List>>();
     const bool done = readRecord<operation>(reading.faults, reply.get(), [&](List* list) {
@@ -78,7 +79,7 @@ std::optional<std::vector<Record>> readList(const Reading& reading, const Query&
 
 // A list reply to a query for one object. Its byte count is not consulted: the record's contents decide.
 template <auto operation, typename Record, typename Query>
-std::optional<Record> readOne(const Reading& reading, const Query& query) {
+std::optional<Record> readOne(const Reading& reading, Query query) {
     const auto reply = readReply<operation, Reply<Record, 1>>(reading, query);
     return reply ? std::optional<Record>(reply->record[0]) : std::nullopt;
 }

@@ -49,10 +49,10 @@ static Place findSerial(const Snapshot& snapshot, std::string_view serial) {
     return {};
 }
 
-static bool isSamePlace(const Place& place, const Controller& controller, const Drive& drive) {
-    return place.controller->id == controller.id && place.drive->number == drive.number &&
-           place.drive->info.channel == drive.info.channel &&
-           place.drive->info.enclosureId == drive.info.enclosureId;
+// The same drive, where it was: serials are not always unique.
+static bool isUnchanged(const Drive& earlier, const Drive* now) {
+    return now != nullptr && serialOf(*now) == serialOf(earlier) &&
+           now->info.channel == earlier.info.channel && now->info.enclosureId == earlier.info.enclosureId;
 }
 
 enum class DriveChange { none, missing, replaced, moved };
@@ -60,14 +60,17 @@ enum class DriveChange { none, missing, replaced, moved };
 // What became of an earlier drive. other: the drive that has its place or its serial now.
 static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, const Drive& drive,
                             Place* other) {
+    const Drive* same = findDrive(pair.now, drive.number);
+    if (isUnchanged(drive, same))
+        return DriveChange::none;
     *other = findSerial(evaluation.snapshot, serialOf(drive));
     if (other->drive != nullptr)
-        return isSamePlace(*other, pair.earlier, drive) ? DriveChange::none : DriveChange::moved;
-    *other = {&pair.now, findDrive(pair.now, drive.number)};
-    if (other->drive == nullptr)
+        return DriveChange::moved;
+    *other = {&pair.now, same};
+    if (same == nullptr)
         return failed(pair.now, "q5_getPhyDrvInfo") ? DriveChange::none : DriveChange::missing;
-    if (serialOf(drive) == serialOf(*other->drive))
-        return DriveChange::none;
+    if (serialOf(drive) == serialOf(*same))
+        return DriveChange::moved;
     const bool known = findSerial(*evaluation.baseline, serialOf(*other->drive)).drive != nullptr;
     return known ? DriveChange::missing : DriveChange::replaced;
 }
