@@ -60,6 +60,8 @@ missing_for_checks() {
     missing_for_fuzz "$1"
     missing_for_coverage "$1"
     have python3 || echo python3
+    [ "$1" != apt-get ] || /usr/bin/python3 -c 'import jsonschema' 2>/dev/null || echo python3-jsonschema
+    [ "$1" != apt-get ] || have promtool || echo prometheus
     have mandoc || echo mandoc
     have rlwrap || echo rlwrap
     have zsh || echo zsh

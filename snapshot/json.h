@@ -1,0 +1,25 @@
+// A snapshot as JSON, and back. Keys are named like the fields of the adapters' records; reserved bytes
+// and reply headers are left out. A code has its word beside it, in a key that ends in "Text". A text that
+// is not UTF-8 has all its bytes beside it in hexadecimal, in a key that ends in "Bytes".
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "snapshot/snapshot.h"
+
+using Json = nlohmann::ordered_json;
+
+inline constexpr int kJsonFormat = 1;
+
+// The keys "controllerCount", "faults" and "controllers".
+Json snapshotToJson(const Snapshot& snapshot);
+
+// The file of an earlier run is untrusted: anything in it that a snapshot cannot hold makes the whole
+// of it refused. Returns what is wrong, or nothing. Words and members are derived anew.
+std::string snapshotFromJson(const Json& json, Snapshot* snapshot);
+
+// Reads and checks the text of such a file, "format" included.
+std::string snapshotFromText(const std::string& text, Snapshot* snapshot);
+
+// Puts a text of the adapters into an object: key, and keyBytes where it is not UTF-8.
+void addText(Json* object, const std::string& key, std::string_view text);

@@ -1,0 +1,26 @@
+// Texts from adapters and files, made fit for one line of output.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// How many bytes the UTF-8 character at the text's start takes, or 0 when it is none.
+std::size_t characterLength(std::string_view text);
+
+bool isUtf8(std::string_view text);
+
+// Blanks at both ends left out, which pad the fields of drives.
+std::string_view trimmed(std::string_view text);
+
+// The text as one line can show it: control characters, marks that change the direction of writing, and
+// bytes that are not UTF-8 become "\xNN", a backslash is doubled.
+std::string printable(std::string_view text);
+
+// The text as UTF-8: each byte that belongs to no character becomes U+FFFD.
+std::string asUtf8(std::string_view text);
+
+// "1 drive", "2 drives"
+std::string counted(std::size_t count, const char* word);
+
+// A number of tenths, thousandths and so on: decimal(12060, 3) is "12.060".
+std::string decimal(long long value, int places);

@@ -1,0 +1,138 @@
+// cli-status over simulated worlds: every format of every case, compared whole. A case in cases/ says
+// what its world changes of healthy.world.json, and what follows in each format. JSON and metrics are
+// told by what differs from those of the healthy world, which healthy.expected.* give in full.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include "tests/e2e/harness.h"
+
+using Json = nlohmann::ordered_json;
+
+static std::string source(const std::string& name) {
+    return readFile(std::string(STATUS_SOURCES) + "/" + name);
+}
+
+static std::string joinedLines(const Json& lines) {
+    std::string text;
+    for (const Json& line : lines)
+        text += line.get<std::string>() + "\n";
+    return text;
+}
+
+// A session of cli-status over the world of a case. The clock is at 0, where sensors are easily told.
+struct StatusSession : Session {
+    explicit StatusSession(const Json& world) {
+        program = CLI_STATUS;
+        useWorld(world.dump());
+        setClock(0);
+    }
+};
+
+using Lines = std::multiset<std::string>;
+
+static Lines linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    Lines lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.insert(line);
+    return lines;
+}
+
+static Lines without(const Lines& lines, const Lines& taken) {
+    Lines left;
+    std::set_difference(lines.begin(), lines.end(), taken.begin(), taken.end(),
+                        std::inserter(left, left.end()));
+    return left;
+}
+
+static Lines listed(const Json& lines) {
+    const auto all = lines.get<std::vector<std::string>>();
+    return {all.begin(), all.end()};
+}
+
+class StatusCase : public testing::TestWithParam<std::string> {
+protected:
+    Json expected = Json::parse(source("cases/" + GetParam() + ".json"));
+    Json world = Json::parse(source("healthy.world.json")).patch(expected["world"]);
+    int status = expected["status"];
+
+    void expectRun(const std::vector<std::string>& words, const std::string& output) const {
+        StatusSession session(world);
+        const ProcessOutcome outcome = session.run(words);
+        EXPECT_EQ(outcome.out, output);
+        EXPECT_EQ(outcome.status, status);
+        EXPECT_EQ(outcome.err, "");
+    }
+};
+
+TEST_P(StatusCase, Text) {
+    expectRun({}, joinedLines(expected["text"]));
+}
+
+TEST_P(StatusCase, QuietTextHasProblemsAlone) {
+    std::string problems;
+    for (const Json& line : expected["text"]) {
+        const std::string text = line;
+        for (const char* severity : {"critical: ", "unknown: ", "warning: "})
+            if (text.starts_with(severity))
+                problems += text + "\n";
+    }
+    expectRun({"-q"}, problems);
+}
+
+// The findings come after the line with the performance data, without bars.
+TEST_P(StatusCase, Plugin) {
+    std::string output = expected["plugin"].get<std::string>() + "\n";
+    for (const Json& line : expected["text"]) {
+        const std::string text = line;
+        for (const char* severity : {"critical: ", "unknown: ", "warning: ", "info: "})
+            if (text.starts_with(severity))
+                for (const char character : text + "\n")
+                    output += character == '|' ? "\\x7c" : std::string(1, character);
+    }
+    expectRun({"--plugin"}, output);
+}
+
+TEST_P(StatusCase, Metrics) {
+    const Lines healthy = linesOf(source("healthy.expected.prom"));
+    StatusSession session(world);
+    const ProcessOutcome outcome = session.run({"--metrics"});
+    EXPECT_EQ(outcome.status, status);
+    const Lines printed = linesOf(outcome.out);
+    EXPECT_EQ(without(healthy, printed), listed(expected["metrics"]["without"]));
+    EXPECT_EQ(without(printed, healthy), listed(expected["metrics"]["with"]));
+}
+
+TEST_P(StatusCase, Json) {
+    const Json healthy = Json::parse(source("healthy.expected.json"));
+    expectRun({"--json"}, healthy.patch(expected["json"]).dump(2) + "\n");
+}
+
+static std::vector<std::string> caseNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(std::string(STATUS_SOURCES) + "/cases"))
+        names.push_back(entry.path().stem());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Worlds, StatusCase, testing::ValuesIn(caseNames()), [](const auto& each) {
+    std::string name = each.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+TEST(StatusHealthy, MetricsAreTheseInThisOrder) {
+    StatusSession session(Json::parse(source("healthy.world.json")));
+    EXPECT_EQ(session.run({"--metrics"}), (ProcessOutcome{0, source("healthy.expected.prom"), ""}));
+}
+
+TEST(StatusHealthy, VerboseTextListsEveryObject) {
+    StatusSession session(Json::parse(source("healthy.world.json")));
+    EXPECT_EQ(session.run({"-v"}), (ProcessOutcome{0, source("healthy.expected.verbose"), ""}));
+}

@@ -1,0 +1,267 @@
+// cli-status --baseline and --changes: what is different from an earlier state.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "tests/e2e/harness.h"
+
+using Json = nlohmann::ordered_json;
+
+// A session whose world can be changed like a file; its earlier state is kept as "before.json".
+struct History : testing::Test {
+    Session session;
+    Json world = Json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
+    std::string before = session.path("before.json");
+
+    void SetUp() override {
+        session.program = CLI_STATUS;
+        session.setClock(0);
+        session.useWorld(world.dump());
+        writeFile(before, session.run({"--json"}).out);
+    }
+    Json& controller() { return world["controllers"][0]; }
+    void expect(const std::vector<std::string>& words, int status, const std::string& output) {
+        session.useWorld(world.dump());
+        EXPECT_EQ(session.run(words), (ProcessOutcome{status, output, ""}));
+    }
+    void expectFindings(int status, const std::string& problems) {
+        expect({"-q", "--baseline", before}, status, problems);
+    }
+    // The informational findings and the last line as well, without the line of the controller.
+    void expectAll(int status, const std::string& output) {
+        session.useWorld(world.dump());
+        const ProcessOutcome outcome = session.run({"--baseline", before});
+        EXPECT_EQ(outcome.status, status);
+        EXPECT_EQ(outcome.out.substr(outcome.out.find('\n') + 1), output);
+    }
+};
+
+using Baseline = History;
+
+TEST_F(Baseline, SaysNothingWhenNothingChanged) {
+    expectAll(0, "all well: 1 controller, 3 drives, 1 logical drive\n");
+}
+
+// Nobody but the baseline knows what was there.
+TEST_F(Baseline, ReportsTheSerialOfADriveThatDisappeared) {
+    controller()["drives"].erase(1);
+    controller()["drives"][1]["extents"][0]["use"] = "free";
+    expectFindings(
+        2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; it is not listed any more, last "
+           "seen on channel 1, enclosure 0, serial S0002\n"
+           "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
+           "spare\n"
+           "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, serial S0002\n"
+           "warning: controller 0: has 0 spares; it had 1\n");
+}
+
+TEST_F(Baseline, ReportsASpareThatDisappearedSilently) {
+    controller()["drives"].erase(2);
+    expectAll(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+                 "S0003\n"
+                 "warning: controller 0: has 0 spares; it had 1\n"
+                 "info: logical drive 0 Data of controller 0: has no spare\n"
+                 "2 problems\n");
+}
+
+TEST_F(Baseline, ReportsAReplacedDrive) {
+    controller()["drives"][2]["serial"] = "S9999";
+    expectAll(0, "info: drive 3 of controller 0: was replaced; serial S0003 is now S9999\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
+}
+
+TEST_F(Baseline, ReportsTheSerialThatAReplacementTookThePlaceOf) {
+    controller()["drives"][1]["serial"] = "S9999";
+    controller()["drives"][1]["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
+    controller()["autoRebuild"] = false;
+    expectFindings(
+        2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; the drive there now (channel 1, "
+           "enclosure 0, serial S9999) holds nothing of it, last seen on channel 1, enclosure 0, serial "
+           "S0002\n"
+           "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic rebuild is "
+           "off\n");
+}
+
+TEST_F(Baseline, ReportsAMovedAndANewDrive) {
+    controller()["drives"][2]["id"] = 7;
+    controller()["drives"][2]["channel"] = 6;
+    Json added = controller()["drives"][2];
+    added["id"] = 9;
+    added["serial"] = "S0009";
+    added["extents"][0]["use"] = "free";
+    controller()["drives"].push_back(added);
+    expectAll(0, "info: drive 3 of controller 0: has moved to drive 8 of controller 0; channel 6, enclosure "
+                 "0, serial S0003\n"
+                 "info: drive 10 of controller 0: is new; channel 6, enclosure 0, serial S0009\n"
+                 "all well: 1 controller, 4 drives, 1 logical drive\n");
+}
+
+TEST_F(Baseline, ReportsALogicalDriveThatIsMissing) {
+    controller()["logicalDrives"] = Json::array();
+    for (Json& drive : controller()["drives"])
+        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
+    expectFindings(2, "critical: logical drive 0 Data of controller 0: is missing; it was RAID1 of 500 MB\n"
+                      "warning: controller 0: has 0 spares; it had 1\n");
+}
+
+TEST_F(Baseline, ReportsMissingEnclosureAndBattery) {
+    controller()["enclosures"] = Json::array();
+    controller()["battery"] = nullptr;
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expectFindings(1, "warning: enclosure 0 of controller 0: is missing\n"
+                      "warning: battery of controller 0: is missing\n");
+}
+
+TEST_F(Baseline, ReportsNewObjects) {
+    const Json healthy = controller();
+    controller()["enclosures"] = Json::array();
+    controller()["battery"] = nullptr;
+    controller()["logicalDrives"] = Json::array();
+    for (Json& drive : controller()["drives"])
+        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
+    session.useWorld(world.dump());
+    writeFile(before, session.run({"--json"}).out);
+    controller() = healthy;
+    expectAll(0, "info: controller 0: has 1 spare; it had 0\n"
+                 "info: logical drive 0 Data of controller 0: is new; it is RAID1 of 500 MB\n"
+                 "info: enclosure 0 of controller 0: is new\n"
+                 "info: battery of controller 0: is new\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
+}
+
+TEST_F(Baseline, ReportsAMissingController) {
+    Json second = controller();
+    world["controllers"].push_back(second);
+    session.useWorld(world.dump());
+    writeFile(before, session.run({"--json"}).out);
+    world["controllers"].erase(1);
+    expectFindings(2, "critical: controller 1: is missing\n");
+}
+
+TEST_F(Baseline, LooksAtTheChosenControllerAlone) {
+    world["controllers"].push_back(controller());
+    session.useWorld(world.dump());
+    writeFile(before, session.run({"--json"}).out);
+    controller()["battery"] = nullptr;
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expect({"-q", "-i", "1", "--baseline", before}, 0, "");
+    expect({"-q", "-i", "0", "--baseline", before}, 1, "warning: battery of controller 0: is missing\n");
+}
+
+TEST_F(Baseline, RefusesWhatIsNotAState) {
+    const std::pair<std::string, std::string> files[] = {
+        {"", "it is not JSON that --json printed"},
+        {"[]", "it is not JSON that --json printed"},
+        {"{}", "it is not of format 1"},
+        {"{\"format\": 2}", "it is not of format 1"},
+        {"{\"format\": 1}", "\"controllerCount\" is missing"},
+        {"{\"format\": 1, \"controllerCount\": -1}", "\"controllerCount\" is not a number that it can hold"},
+    };
+    for (const auto& [text, problem] : files) {
+        writeFile(before, text);
+        EXPECT_EQ(session.run({"--baseline", before}),
+                  (ProcessOutcome{3, "", "cli-status: " + before + ": " + problem + "\n"}));
+    }
+    std::filesystem::remove(before);
+    EXPECT_EQ(session.run({"--baseline", before}),
+              (ProcessOutcome{3, "", "cli-status: cannot read " + before + "\n"}));
+}
+
+struct Changes : History {
+    std::string kept = session.path("kept");
+    void expectChanges(int status, const std::string& output) { expect({"--changes", kept}, status, output); }
+};
+
+TEST_F(Changes, StartWithThePresentProblems) {
+    controller()["battery"] = nullptr;
+    expectChanges(1, "warning: logical drive 0 Data of controller 0: set to write back, but the controller "
+                     "has no battery\n");
+    expectChanges(1, "");
+}
+
+TEST_F(Changes, TellTheStoryOfAFailedDrive) {
+    expectChanges(0, "");
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    const auto next = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{status, output, ""}));
+    };
+    next(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+            "info: rebuild of logical drive 0 Data of controller 0 started\n");
+    next(2, "");
+    session.setClock(100000);
+    next(0, "info: logical drive 0 Data of controller 0 is online again\n"
+            "info: rebuild of logical drive 0 Data of controller 0 finished\n"
+            "info: logical drive 0 Data of controller 0: has no spare\n");
+    next(0, "");
+}
+
+TEST_F(Changes, ReportPauseAndResumption) {
+    expectChanges(0, "");
+    Json& activity = controller()["logicalDrives"][0]["activity"];
+    activity = {{"kind", "redundancyCheck"}, {"paused", true}, {"doneMb", 170}, {"totalMb", 500}};
+    expectChanges(1, "warning: redundancy check of logical drive 0 Data of controller 0 paused at 34%\n");
+    activity["paused"] = false;
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 resumed at 34%\n");
+    activity = nullptr;
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 finished\n");
+}
+
+TEST_F(Changes, ReportWhatIsOver) {
+    controller()["drives"][0]["smartFailure"] = true;
+    expectChanges(1,
+                  "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
+                  "serial S0001\n");
+    controller()["drives"][0]["smartFailure"] = false;
+    expectChanges(0, "info: no longer: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
+                     "enclosure 0, serial S0001\n");
+}
+
+TEST_F(Changes, ReportEveryNewError) {
+    controller()["drives"][2]["mediaPatrol"] = {{"state", "stopped"}, {"errors", 7}};
+    expectChanges(1, "warning: drive 3 of controller 0: media patrol found 7 errors; channel 2, enclosure 0, "
+                     "serial S0003\n");
+    controller()["drives"][2]["mediaPatrol"]["errors"] = 8;
+    expectChanges(1, "warning: drive 3 of controller 0: media patrol found 8 errors; channel 2, enclosure 0, "
+                     "serial S0003\n");
+}
+
+TEST_F(Changes, DoNotFollowEveryReading) {
+    controller()["battery"]["temperatureTenths"] = 460;
+    expectChanges(1, "warning: battery of controller 0: is at 46.0 degrees Celsius\n");
+    controller()["battery"]["temperatureTenths"] = 470;
+    expectChanges(1, "");
+}
+
+TEST_F(Changes, KeepTheStateOfTheLastRunThatCouldRead) {
+    expectChanges(0, "");
+    const std::string state = readFile(kept);
+    session.useWorld("{");
+    EXPECT_EQ(session.run({"--changes", kept}).out,
+              "unknown: this host: q5_initialize failed with result 1\n");
+    EXPECT_EQ(readFile(kept), state);
+}
+
+TEST_F(Changes, LeaveAFileAloneThatIsNotTheirs) {
+    writeFile(kept, "precious");
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{3, "", "cli-status: " + kept + ": it is not JSON that --json printed\n"}));
+    EXPECT_EQ(readFile(kept), "precious");
+}
+
+TEST_F(Changes, ReplaceTheFileInOneStep) {
+    expectChanges(0, "");
+    EXPECT_EQ(readFile(kept), session.run({"--json"}).out);
+    for (const auto& entry : std::filesystem::directory_iterator(session.directory))
+        EXPECT_NE(entry.path().filename().string().substr(0, 5), ".kept");
+}
+
+TEST_F(Changes, ReportAFileThatCannotBeWritten) {
+    const std::string nowhere = session.path("none/kept");
+    EXPECT_EQ(
+        session.run({"--changes", nowhere}),
+        (ProcessOutcome{3, "", "cli-status: cannot write " + nowhere + ": No such file or directory\n"}));
+}

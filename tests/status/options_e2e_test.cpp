@@ -1,0 +1,130 @@
+// The command line of cli-status: options, limits, refusals, files and terminals.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "tests/e2e/harness.h"
+
+using Json = nlohmann::ordered_json;
+
+struct StatusOptions : testing::Test {
+    Session session;
+    Json world = Json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
+
+    void SetUp() override {
+        session.program = CLI_STATUS;
+        session.setClock(0);
+        session.useWorld(world.dump());
+    }
+    void expectRefused(const std::vector<std::string>& words, const std::string& problem) {
+        EXPECT_EQ(session.run(words),
+                  (ProcessOutcome{3, "", "cli-status: " + problem + "\nTry \"cli-status --help\".\n"}));
+    }
+    std::string file(const std::string& text) {
+        writeFile(session.path("file"), text);
+        return session.path("file");
+    }
+};
+
+TEST_F(StatusOptions, HelpAndVersionEndWith0) {
+    const ProcessOutcome help = session.run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.err, "");
+    EXPECT_EQ(help.out.substr(0, help.out.find('\n')), "Usage: cli-status [OPTION]...");
+    EXPECT_EQ(session.run({"-h"}), help);
+    EXPECT_EQ(session.run({"--version"}), (ProcessOutcome{0, "cli-status " CLI_STATUS_VERSION "\n", ""}));
+    EXPECT_EQ(session.run({"-V"}).out, "cli-status " CLI_STATUS_VERSION "\n");
+}
+
+TEST_F(StatusOptions, UsageErrorsEndWith3) {
+    expectRefused({"extra"}, "unexpected word \"extra\"");
+    expectRefused({"-i", "1x"}, "controller ID \"1x\" is not a number from 0 to 65535");
+    expectRefused({"-i", ""}, "controller ID \"\" is not a number from 0 to 65535");
+    expectRefused({"-i", "-1"}, "controller ID \"-1\" is not a number from 0 to 65535");
+    expectRefused({"-i", "65536"}, "controller ID \"65536\" is not a number from 0 to 65535");
+    expectRefused({"--json", "--plugin"}, "only one of --json, --plugin, --metrics and --page can be given");
+    expectRefused({"--json", "--changes", "x"}, "--changes prints text and goes with no other format");
+    expectRefused({"--json", "-v"}, "-v and -q belong to the plain text");
+    expectRefused({"--baseline", ""}, "--baseline needs the name of a file");
+    EXPECT_EQ(session.run({"-Q"}).status, 3);
+    EXPECT_EQ(session.run({"--page"}).status, 3);
+    EXPECT_EQ(session.run({"--nonsense"}).status, 3);
+}
+
+TEST_F(StatusOptions, ControllerIsChosenById) {
+    Json second = world["controllers"][0];
+    second["battery"] = nullptr;
+    second["logicalDrives"][0]["cacheFlags"] = 0;
+    world["controllers"].push_back(second);
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-i", "1"}),
+              (ProcessOutcome{0,
+                              "controller 1: 3 drives, 1 logical drive, 1 enclosure, no battery\n"
+                              "all well: 1 controller, 3 drives, 1 logical drive\n",
+                              ""}));
+    EXPECT_EQ(session.run({"--controller=2"}),
+              (ProcessOutcome{3, "", "cli-status: there is no controller 2\n"}));
+}
+
+TEST_F(StatusOptions, LimitsMoveTheThresholds) {
+    // At 0 s: battery 25.0 degrees, fan 2660 rpm, enclosure 32 degrees, 4.995 V (-0.1 %), 11.985 V.
+    const std::string all = file("# everything is a problem\n"
+                                 "battery-warm = 25\r\n"
+                                 "\tfan-stopped=2660 # so fast\n\n"
+                                 "enclosure-warm = -5\nenclosure-hot = 32");
+    EXPECT_EQ(
+        session.run({"-q", "--limits", all}),
+        (ProcessOutcome{2,
+                        "critical: enclosure 0 of controller 0: fan 1 has stopped (2660 rpm)\n"
+                        "critical: enclosure 0 of controller 0: temperature 1 is at 32 degrees Celsius\n"
+                        "warning: battery of controller 0: is at 25.0 degrees Celsius\n",
+                        ""}));
+}
+
+TEST_F(StatusOptions, LimitsAreRefusedWithTheirLine) {
+    const std::pair<std::string, std::string> files[] = {
+        {"\nspeed = 3\n", "line 2: unknown limit \"speed\""},
+        {"fan-stopped\n", "line 1: fan-stopped lacks \"= NUMBER\""},
+        {"fan-stopped = x\n", "line 1: fan-stopped takes a whole number from 0 to 100000"},
+        {"fan-stopped = 1.5\n", "line 1: fan-stopped takes a whole number from 0 to 100000"},
+        {"voltage-warning = 0\n", "line 1: voltage-warning takes a whole number from 1 to 100"},
+        {"patrol-errors = 99999999999\n", "line 1: patrol-errors takes a whole number from 0 to 65535"},
+        {"\x1b[2J = 1\n", "line 1: unknown limit \"\\x1b[2J\""},
+    };
+    for (const auto& [text, problem] : files)
+        EXPECT_EQ(session.run({"--limits", file(text)}),
+                  (ProcessOutcome{3, "", "cli-status: " + session.path("file") + ": " + problem + "\n"}));
+    EXPECT_EQ(session.run({"--limits", session.path("none")}),
+              (ProcessOutcome{3, "", "cli-status: cannot read " + session.path("none") + "\n"}));
+}
+
+TEST_F(StatusOptions, MetricsReplaceAFile) {
+    const std::string metrics = session.path("raid.prom");
+    writeFile(metrics, "old");
+    EXPECT_EQ(session.run({"--metrics=" + metrics}), (ProcessOutcome{0, "", ""}));
+    EXPECT_EQ(readFile(metrics), readFile(STATUS_SOURCES "/healthy.expected.prom"));
+    EXPECT_EQ(std::filesystem::status(metrics).permissions() & std::filesystem::perms::others_read,
+              std::filesystem::perms::others_read);
+    EXPECT_EQ(session.run({"--metrics=" + session.path("none/raid.prom")}),
+              (ProcessOutcome{3, "",
+                              "cli-status: cannot write " + session.path("none/raid.prom") +
+                                  ": No such file or directory\n"}));
+}
+
+TEST_F(StatusOptions, ColorIsForTerminalsWithoutNoColor) {
+    world["controllers"][0]["drives"][0]["smartFailure"] = true;
+    session.useWorld(world.dump());
+    EXPECT_NE(session.terminal({}).out.find("\x1b[33mwarning\x1b[0m: drive 1"), std::string::npos);
+    EXPECT_EQ(session.run({}).out.find('\x1b'), std::string::npos);
+    session.setVariable("NO_COLOR", "1");
+    EXPECT_EQ(session.terminal({}).out.find('\x1b'), std::string::npos);
+}
+
+// Neither the world nor anything beside it changes.
+TEST_F(StatusOptions, NothingIsWritten) {
+    const std::string before = session.worldText();
+    EXPECT_EQ(session.run({"-v"}).status, 0);
+    EXPECT_EQ(session.worldText(), before);
+    EXPECT_FALSE(std::filesystem::exists(session.eventFile()));
+}

@@ -1,0 +1,68 @@
+// What changed between two snapshots: objects that came and went, findings that are new or over.
+#include "tools/status/changes.h"
+
+#include <algorithm>
+
+#include "tools/status/format.h"
+#include "tools/status/rules.h"
+
+// Changes of logical drives have lines of their own.
+static bool isArrayChange(const Finding& finding) {
+    static constexpr std::string_view ids[] = {"array-offline", "array-critical",  "array-degraded",
+                                               "member-lost",   "activity-paused", "activity-running"};
+    return std::find(std::begin(ids), std::end(ids), finding.rule->id) != std::end(ids);
+}
+
+// Texts about drives and logical drives hold still; those about sensors carry readings.
+static bool isSameFinding(const Finding& left, const Finding& right) {
+    const bool steady = left.object.kind == ObjectKind::drive || left.object.kind == ObjectKind::logicalDrive;
+    return left.rule == right.rule && left.object.kind == right.object.kind &&
+           left.object.controller == right.object.controller && left.object.number == right.object.number &&
+           (!steady || left.text == right.text);
+}
+
+static bool contains(const Findings& findings, const Finding& wanted) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [&](const Finding& each) { return isSameFinding(each, wanted); });
+}
+
+static bool isAboutSame(const Findings& findings, const Finding& wanted) {
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding& each) {
+        return each.rule == wanted.rule && each.object == wanted.object;
+    });
+}
+
+Lines findingLines(const Findings& findings) {
+    Lines lines;
+    for (const Finding& finding : findings)
+        lines.push_back({finding.rule->severity, findingLine(finding)});
+    return lines;
+}
+
+static Lines problemLines(const Findings& findings) {
+    Lines lines = findingLines(findings);
+    std::erase_if(lines, [](const Line& line) { return line.severity == Severity::info; });
+    return lines;
+}
+
+// A finding whose text merely changed is not over.
+static void addFindingChanges(const Findings& earlier, const Findings& now, Lines* lines) {
+    for (const Finding& finding : now)
+        if (!isArrayChange(finding) && !contains(earlier, finding))
+            lines->push_back({finding.rule->severity, findingLine(finding)});
+    for (const Finding& finding : earlier)
+        if (!isArrayChange(finding) && !isAboutSame(now, finding))
+            lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
+}
+
+Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits) {
+    const Findings findings = evaluate(now, limits, nullptr);
+    if (earlier == nullptr)
+        return problemLines(findings);
+    Lines lines;
+    addArrayChanges(*earlier, now, &lines);
+    for (const Line& line : findingLines(compare(now, *earlier)))
+        lines.push_back(line);
+    addFindingChanges(evaluate(*earlier, limits, nullptr), findings, &lines);
+    return lines;
+}

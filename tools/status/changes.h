@@ -1,0 +1,24 @@
+// What changed between two snapshots, one line for each change.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "snapshot/snapshot.h"
+#include "tools/status/finding.h"
+#include "tools/status/limits.h"
+
+struct Line {
+    Severity severity;
+    std::string text; // printable
+};
+using Lines = std::vector<Line>;
+
+// What changed since the earlier snapshot; nullptr: there is none, and all present problems are news.
+Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits);
+
+// A line for each finding.
+Lines findingLines(const Findings& findings);
+
+// Used by changes.cpp: state, members and activities of the logical drives.
+void addArrayChanges(const Snapshot& earlier, const Snapshot& now, Lines* lines);

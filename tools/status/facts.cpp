@@ -1,0 +1,81 @@
+// What the rules and the formats read out of the adapters' codes.
+#include "tools/status/facts.h"
+
+#include <algorithm>
+
+#include "snapshot/text.h"
+
+ArrayState arrayState(const LogicalDrive& drive) {
+    const std::uint8_t status = drive.info.functionalStatus;
+    if ((status & kCritical) != 0)
+        return ArrayState::critical;
+    if ((status & kDegraded) != 0)
+        return ArrayState::degraded;
+    return (status & kOnline) != 0 ? ArrayState::online : ArrayState::offline;
+}
+
+const char* arrayStateText(ArrayState state) {
+    static constexpr const char* words[] = {"online", "degraded", "critical", "offline"};
+    return words[static_cast<std::size_t>(state)];
+}
+
+bool isRedundant(std::uint8_t level) {
+    return level != kRaid0 && level != kJbod;
+}
+
+bool hasBattery(const Controller& controller) {
+    return controller.battery && controller.battery->status != 0;
+}
+
+std::uint8_t batteryState(const Controller& controller) {
+    return controller.battery ? controller.battery->status & 0x7F : 0;
+}
+
+std::int32_t batteryTenthsCelsius(const BatteryInfo& battery) {
+    static constexpr std::int32_t zeroCelsius = 2731;
+    return battery.temperature - zeroCelsius;
+}
+
+std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial) {
+    std::string text = "channel " + std::to_string(channel);
+    if (enclosureId != kNoEnclosureId)
+        text += ", enclosure " + std::to_string(enclosureId);
+    return text + ", serial " + std::string(trimmed(serial));
+}
+
+std::string versionText(const VersionNumber& version) {
+    return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
+           std::to_string(version.third) + "." + std::to_string(version.fourth);
+}
+
+bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
+                     std::uint64_t neededSectors) {
+    const bool dedicated =
+        (extent.assignment & kExtentDedicatedSpare) != 0 && extent.arrayId == array.info.arrayId;
+    const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
+    const bool isMember = std::any_of(array.members.begin(), array.members.end(),
+                                      [&](const Member& member) { return member.number == drive.number; });
+    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember;
+}
+
+// What each member contributes, as the smallest extent of the array that a drive lists; 0: none does.
+static std::uint64_t memberSectors(const Controller& controller, const LogicalDrive& array) {
+    std::uint64_t least = 0;
+    for (const Drive& drive : controller.drives)
+        for (const ExtentEntry& extent : extents(drive.info))
+            if ((extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId)
+                least = least == 0 ? extent.size : std::min(least, extent.size);
+    return least;
+}
+
+std::size_t countSuitableSpares(const Controller& controller, const LogicalDrive& array) {
+    const std::uint64_t needed = memberSectors(controller, array);
+    std::size_t count = 0;
+    for (const Drive& drive : controller.drives) {
+        const auto all = extents(drive.info);
+        count += std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
+            return isSuitableSpare(array, drive, extent, needed);
+        });
+    }
+    return count;
+}

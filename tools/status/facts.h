@@ -1,0 +1,41 @@
+// What the rules and the formats read out of the adapters' codes.
+#pragma once
+
+#include <string>
+
+#include "snapshot/snapshot.h"
+#include "snapshot/words.h"
+
+enum class ArrayState { online, degraded, critical, offline };
+
+// The worst of the reported states counts; no state at all is offline.
+ArrayState arrayState(const LogicalDrive& drive);
+const char* arrayStateText(ArrayState state);
+
+bool isRedundant(std::uint8_t level);
+
+inline bool isPaused(const Activity& activity) {
+    return activity.state == kActivityPaused;
+}
+
+bool hasBattery(const Controller& controller); // as far as it could be read
+std::uint8_t batteryState(const Controller& controller);
+std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
+
+// "channel 1, enclosure 0, serial TQ5A0041733"
+std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);
+
+std::string versionText(const VersionNumber& version);
+
+// An accessible spare extent that can replace a member of the logical drive: a global or dedicated one,
+// large enough, on a drive that is not one of its members.
+bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
+                     std::uint64_t neededSectors);
+std::size_t countSuitableSpares(const Controller& controller, const LogicalDrive& array);
+
+inline bool isSpare(const ExtentEntry& extent) {
+    return (extent.assignment & (kExtentGlobalSpare | kExtentDedicatedSpare)) != 0;
+}
+inline bool isAccessible(const ExtentEntry& extent) {
+    return (extent.access & kExtentAccessible) != 0;
+}

@@ -1,0 +1,54 @@
+// What cli-status finds: a rule that applies to an object.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+// In the order of the exit statuses of monitoring plugins. Informational findings are no problems.
+enum class Severity : std::uint8_t { info, warning, critical, unknown };
+
+enum class ObjectKind : std::uint8_t { host, controller, battery, enclosure, drive, logicalDrive };
+
+struct Object {
+    ObjectKind kind = ObjectKind::host;
+    std::uint32_t controller = 0;
+    std::uint32_t number = 0; // as cli shows it: drives from 1, the others from 0
+    std::string name;         // of a logical drive
+    bool operator==(const Object&) const = default;
+};
+
+struct Rule;
+
+struct Finding {
+    const Rule* rule = nullptr;
+    Object object;
+    std::string text; // as the adapter's texts are: not yet made printable
+    std::optional<std::uint32_t> percent;
+};
+using Findings = std::vector<Finding>;
+
+// "critical"
+const char* severityText(Severity severity);
+
+// "ok", "warning", "critical", "unknown": the state that a worst severity means
+const char* statusText(Severity worst);
+
+// "drive 2 of controller 0"
+std::string objectText(const Object& object);
+
+// "logical drive 0 Archive"
+std::string shortObjectText(const Object& object);
+
+// The worst severity of the findings: critical before unknown before warning before info.
+Severity worstSeverity(const Findings& findings);
+
+std::size_t countSeverity(const Findings& findings, Severity severity);
+
+// Exit status: 0, also for info, 1, 2 or 3.
+int exitStatus(Severity worst);
+
+// "all well: 2 controllers, 12 drives, 3 logical drives", "2 problems, 1 of them critical"
+struct Snapshot;
+std::string summaryText(const Snapshot& snapshot, const Findings& findings);

@@ -1,0 +1,31 @@
+// The output formats. Each is one function from a report to text.
+#pragma once
+
+#include <string>
+
+#include "snapshot/snapshot.h"
+#include "tools/status/finding.h"
+#include "tools/status/limits.h"
+
+struct Report {
+    const Snapshot& snapshot;
+    const Findings& findings;
+    const Limits& limits;
+};
+
+struct TextStyle {
+    bool verbose = false;
+    bool quiet = false;
+    bool color = false;
+};
+
+std::string formatText(const Report& report, const TextStyle& style);
+std::string formatJson(const Report& report);
+std::string formatPlugin(const Report& report);
+std::string formatMetrics(const Report& report);
+
+// Every object of a controller, a line each.
+std::string formatObjects(const Controller& controller);
+
+// "drive 2 of controller 0: predicts its failure (SMART); channel 1, serial X", printable
+std::string findingLine(const Finding& finding);

@@ -1,0 +1,41 @@
+// The whole snapshot and the findings as JSON. docs/cli-status.schema.json describes it.
+#include "snapshot/json.h"
+#include "snapshot/text.h"
+#include "tools/status/format.h"
+#include "tools/status/rules.h"
+
+static const char* objectKindText(ObjectKind kind) {
+    static constexpr const char* words[] = {"host",      "controller", "battery",
+                                            "enclosure", "drive",      "logicalDrive"};
+    return words[static_cast<std::size_t>(kind)];
+}
+
+static Json objectToJson(const Object& object) {
+    Json json = {{"kind", objectKindText(object.kind)}};
+    json["controller"] = object.kind == ObjectKind::host ? Json() : Json(object.controller);
+    json["number"] = object.kind == ObjectKind::host ? Json() : Json(object.number);
+    addText(&json, "name", object.name);
+    return json;
+}
+
+static Json findingToJson(const Finding& finding) {
+    return {{"rule", finding.rule->id},
+            {"severity", severityText(finding.rule->severity)},
+            {"object", objectToJson(finding.object)},
+            {"text", findingLine(finding)},
+            {"percent", finding.percent ? Json(*finding.percent) : Json()},
+            {"action", finding.rule->action}};
+}
+
+std::string formatJson(const Report& report) {
+    const Severity worst = worstSeverity(report.findings);
+    Json json = {{"format", kJsonFormat},
+                 {"status", statusText(worst)},
+                 {"exitStatus", exitStatus(worst)},
+                 {"summary", summaryText(report.snapshot, report.findings)},
+                 {"findings", Json::array()}};
+    for (const Finding& finding : report.findings)
+        json["findings"].push_back(findingToJson(finding));
+    json.update(snapshotToJson(report.snapshot));
+    return json.dump(2) + "\n";
+}

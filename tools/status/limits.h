@@ -1,0 +1,39 @@
+// The thresholds of the rules, and the small file that changes them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+struct Limits {
+    int patrolErrors = 0;          // more errors of a media patrol are a problem
+    int batteryWarmCelsius = 45;   // from here on the battery is warm, which is a warning
+    int batteryHotCelsius = 60;    // and hot, which is critical
+    int enclosureWarmCelsius = 50; // likewise
+    int enclosureHotCelsius = 60;
+    int voltageWarningPercent = 5; // deviation of a 5 V or 12 V rail
+    int voltageCriticalPercent = 10;
+    int fanStoppedRpm = 0; // a fan at this speed or below has stopped
+};
+
+// One threshold: its key in the file, where it is kept, its unit and what may be set.
+struct LimitRow {
+    const char* key;
+    int Limits::*value;
+    const char* unit;
+    int least, most;
+};
+
+inline constexpr LimitRow kLimitRows[] = {
+    {"patrol-errors", &Limits::patrolErrors, "errors", 0, 65535},
+    {"battery-warm", &Limits::batteryWarmCelsius, "degrees Celsius", -40, 200},
+    {"battery-hot", &Limits::batteryHotCelsius, "degrees Celsius", -40, 200},
+    {"enclosure-warm", &Limits::enclosureWarmCelsius, "degrees Celsius", -40, 200},
+    {"enclosure-hot", &Limits::enclosureHotCelsius, "degrees Celsius", -40, 200},
+    {"voltage-warning", &Limits::voltageWarningPercent, "percent", 1, 100},
+    {"voltage-critical", &Limits::voltageCriticalPercent, "percent", 1, 100},
+    {"fan-stopped", &Limits::fanStoppedRpm, "revolutions per minute", 0, 100000},
+};
+
+// Applies the text of a limits file: lines "key = number", blank lines, and comments from "#" on.
+// Returns what is wrong, with its line, or nothing.
+std::string applyLimits(std::string_view text, Limits* limits);

@@ -1,0 +1,44 @@
+// The rules of cli-status: one row each. The manual describes them by the same names.
+#pragma once
+
+#include <span>
+
+#include "snapshot/snapshot.h"
+#include "tools/status/finding.h"
+#include "tools/status/limits.h"
+
+// What the rules look at, and where their findings go.
+struct Evaluation {
+    const Snapshot& snapshot;
+    const Limits& limits;
+    const Snapshot* baseline; // an earlier snapshot; nullptr: none
+    const Rule* rule = nullptr;
+    Findings findings = {};
+};
+
+struct Rule {
+    const char* id;
+    Severity severity;
+    const char* condition; // in one phrase
+    const char* action;    // the part of the manual page that says what to do
+    void (*find)(Evaluation* evaluation);
+};
+
+std::span<const Rule> rules();
+std::span<const Rule> baselineRules(); // which need a baseline
+
+// Applies all rules; baseline is nullptr when there is none. The worst findings come first, otherwise the
+// order is that of the rules.
+Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
+
+// Applies the baseline rules alone.
+Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
+
+// Used by the rules' own sources.
+void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
+                std::optional<std::uint32_t> percent = std::nullopt);
+Object objectOf(const Controller& controller);
+Object objectOf(const Controller& controller, const Drive& drive);
+Object objectOf(const Controller& controller, const LogicalDrive& drive);
+Object objectOf(const Controller& controller, const Enclosure& enclosure);
+Object batteryOf(const Controller& controller);

@@ -1,0 +1,229 @@
+// Rules that compare with an earlier snapshot. Only they notice what disappeared without a trace.
+#include <algorithm>
+
+#include "snapshot/text.h"
+#include "tools/status/facts.h"
+#include "tools/status/rule_finders.h"
+
+// The same controller in both snapshots.
+struct Pair {
+    const Controller& earlier;
+    const Controller& now;
+};
+
+template <typename Apply>
+static void forEachPair(const Evaluation& evaluation, Apply apply) {
+    if (evaluation.baseline == nullptr)
+        return;
+    for (const Controller& earlier : evaluation.baseline->controllers)
+        if (const Controller* now = findController(evaluation.snapshot, earlier.id))
+            apply(Pair{earlier, *now});
+}
+
+// What could not be listed is not missing.
+static bool failed(const Controller& controller, std::string_view operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(), [&](const Fault& fault) {
+        return fault.kind == FaultKind::refused && fault.operation == operation;
+    });
+}
+
+static std::string placeOf(const Drive& drive) {
+    return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
+}
+
+static std::string_view serialOf(const Drive& drive) {
+    return trimmed(fieldText(drive.info.serial));
+}
+
+// Where a drive is. Drives without a serial are known by their place alone.
+struct Place {
+    const Controller* controller = nullptr;
+    const Drive* drive = nullptr;
+};
+
+static Place findSerial(const Snapshot& snapshot, std::string_view serial) {
+    for (const Controller& controller : snapshot.controllers)
+        for (const Drive& drive : controller.drives)
+            if (!serial.empty() && serialOf(drive) == serial)
+                return {&controller, &drive};
+    return {};
+}
+
+// The same drive, where it was: serials are not always unique.
+static bool isUnchanged(const Drive& earlier, const Drive* now) {
+    return now != nullptr && serialOf(*now) == serialOf(earlier) &&
+           now->info.channel == earlier.info.channel && now->info.enclosureId == earlier.info.enclosureId;
+}
+
+enum class DriveChange { none, missing, replaced, moved };
+
+// What became of an earlier drive. other: the drive that has its place or its serial now.
+static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, const Drive& drive,
+                            Place* other) {
+    const Drive* same = findDrive(pair.now, drive.number);
+    if (isUnchanged(drive, same))
+        return DriveChange::none;
+    *other = findSerial(evaluation.snapshot, serialOf(drive));
+    if (other->drive != nullptr)
+        return DriveChange::moved;
+    *other = {&pair.now, same};
+    if (same == nullptr)
+        return failed(pair.now, "q5_getPhyDrvInfo") ? DriveChange::none : DriveChange::missing;
+    if (serialOf(drive) == serialOf(*same))
+        return DriveChange::moved;
+    const bool known = findSerial(*evaluation.baseline, serialOf(*other->drive)).drive != nullptr;
+    return known ? DriveChange::missing : DriveChange::replaced;
+}
+
+static std::string changeText(DriveChange change, const Drive& drive, const Place& other) {
+    if (change == DriveChange::missing)
+        return "is missing; it was on " + placeOf(drive);
+    if (change == DriveChange::replaced)
+        return "was replaced; serial " + std::string(serialOf(drive)) + " is now " +
+               std::string(serialOf(*other.drive));
+    return "has moved to drive " + std::to_string(other.drive->number) + " of controller " +
+           std::to_string(other.controller->id) + "; " + placeOf(*other.drive);
+}
+
+static void findDriveChanges(Evaluation* evaluation, DriveChange wanted) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const Drive& drive : pair.earlier.drives) {
+            Place other;
+            if (changeOf(*evaluation, pair, drive, &other) == wanted)
+                addFinding(evaluation, objectOf(pair.earlier, drive), changeText(wanted, drive, other));
+        }
+    });
+}
+
+void findMissingDrives(Evaluation* evaluation) {
+    findDriveChanges(evaluation, DriveChange::missing);
+}
+
+void findReplacedDrives(Evaluation* evaluation) {
+    findDriveChanges(evaluation, DriveChange::replaced);
+}
+
+void findMovedDrives(Evaluation* evaluation) {
+    findDriveChanges(evaluation, DriveChange::moved);
+}
+
+// Neither its serial nor its number was there before: a replacement is not new.
+void findNewDrives(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const Drive& drive : pair.now.drives)
+            if (findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
+                findDrive(pair.earlier, drive.number) == nullptr)
+                addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeOf(drive));
+    });
+}
+
+static std::size_t countSpares(const Controller& controller) {
+    std::size_t count = 0;
+    for (const Drive& drive : controller.drives) {
+        const auto all = extents(drive.info);
+        count += static_cast<std::size_t>(std::count_if(all.begin(), all.end(), isSpare));
+    }
+    return count;
+}
+
+static void compareSpares(Evaluation* evaluation, bool fewer) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        const std::size_t before = countSpares(pair.earlier), after = countSpares(pair.now);
+        if (before != after && (after < before) == fewer && !failed(pair.now, "q5_getPhyDrvInfo"))
+            addFinding(evaluation, objectOf(pair.now),
+                       "has " + counted(after, "spare") + "; it had " + std::to_string(before));
+    });
+}
+
+void findMissingSpares(Evaluation* evaluation) {
+    compareSpares(evaluation, true);
+}
+
+void findNewSpares(Evaluation* evaluation) {
+    compareSpares(evaluation, false);
+}
+
+static const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint16_t logDrvId) {
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        if (drive.info.logDrvId == logDrvId)
+            return &drive;
+    return nullptr;
+}
+
+static std::string shapeOf(const LogicalDrive& drive) {
+    static constexpr std::uint64_t sectorsPerMb = 2048;
+    return std::string(raidLevelText(drive.info.raidLevel)) + " of " +
+           std::to_string(drive.info.sectorCount / sectorsPerMb) + " MB";
+}
+
+void findMissingArrays(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const LogicalDrive& drive : pair.earlier.logicalDrives)
+            if (findLogicalDrive(pair.now, drive.info.logDrvId) == nullptr &&
+                !failed(pair.now, "q5_getLogDrvInfo"))
+                addFinding(evaluation, objectOf(pair.earlier, drive), "is missing; it was " + shapeOf(drive));
+    });
+}
+
+void findNewArrays(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const LogicalDrive& drive : pair.now.logicalDrives)
+            if (findLogicalDrive(pair.earlier, drive.info.logDrvId) == nullptr)
+                addFinding(evaluation, objectOf(pair.now, drive), "is new; it is " + shapeOf(drive));
+    });
+}
+
+void findChangedArrays(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const LogicalDrive& drive : pair.now.logicalDrives) {
+            const LogicalDrive* earlier = findLogicalDrive(pair.earlier, drive.info.logDrvId);
+            if (earlier != nullptr && shapeOf(*earlier) != shapeOf(drive))
+                addFinding(evaluation, objectOf(pair.now, drive),
+                           "is " + shapeOf(drive) + "; it was " + shapeOf(*earlier));
+        }
+    });
+}
+
+static bool hasEnclosure(const Controller& controller, std::uint32_t id) {
+    return std::any_of(controller.enclosures.begin(), controller.enclosures.end(),
+                       [&](const Enclosure& enclosure) { return enclosure.id == id; });
+}
+
+void findMissingEnclosures(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const Enclosure& enclosure : pair.earlier.enclosures)
+            if (!hasEnclosure(pair.now, enclosure.id) && !failed(pair.now, "q5_getEnclosureInfo"))
+                addFinding(evaluation, objectOf(pair.earlier, enclosure), "is missing");
+    });
+}
+
+void findNewEnclosures(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const Enclosure& enclosure : pair.now.enclosures)
+            if (!hasEnclosure(pair.earlier, enclosure.id))
+                addFinding(evaluation, objectOf(pair.now, enclosure), "is new");
+    });
+}
+
+void findMissingBatteries(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        if (hasBattery(pair.earlier) && pair.now.battery && !hasBattery(pair.now))
+            addFinding(evaluation, batteryOf(pair.now), "is missing");
+    });
+}
+
+void findNewBatteries(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        if (pair.earlier.battery && !hasBattery(pair.earlier) && hasBattery(pair.now))
+            addFinding(evaluation, batteryOf(pair.now), "is new");
+    });
+}
+
+// A snapshot of all controllers has as many as the library counts.
+void findMissingControllers(Evaluation* evaluation) {
+    if (evaluation->baseline == nullptr || evaluation->snapshot.controllers.empty())
+        return;
+    for (const Controller& earlier : evaluation->baseline->controllers)
+        if (findController(evaluation->snapshot, earlier.id) == nullptr)
+            addFinding(evaluation, objectOf(earlier), "is missing");
+}

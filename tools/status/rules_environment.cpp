@@ -1,0 +1,120 @@
+// Rules about batteries and enclosures.
+#include <cstdlib>
+
+#include "snapshot/text.h"
+#include "tools/status/facts.h"
+#include "tools/status/rule_finders.h"
+
+template <typename Apply>
+static void forEachBattery(Evaluation* evaluation, Apply apply) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        if (hasBattery(controller))
+            apply(controller, *controller.battery);
+}
+
+static void findBatteriesIn(Evaluation* evaluation, std::uint8_t state, const char* text) {
+    forEachBattery(evaluation, [&](const Controller& controller, const BatteryInfo&) {
+        if (batteryState(controller) == state)
+            addFinding(evaluation, batteryOf(controller), text);
+    });
+}
+
+void findFailedBatteries(Evaluation* evaluation) {
+    findBatteriesIn(evaluation, kBatteryFailed, "does not work");
+}
+
+void findDischargingBatteries(Evaluation* evaluation) {
+    findBatteriesIn(evaluation, kBatteryDischarging, "is discharging");
+}
+
+void findReconditioningBatteries(Evaluation* evaluation) {
+    findBatteriesIn(evaluation, kBatteryReconditioning, "is being reconditioned");
+}
+
+// Temperatures from least up to, but without, most degrees. A reading of 0 kelvin is none.
+static void findBatteriesBetween(Evaluation* evaluation, int least, int most) {
+    forEachBattery(evaluation, [&](const Controller& controller, const BatteryInfo& battery) {
+        const std::int32_t tenths = batteryTenthsCelsius(battery);
+        if (battery.temperature != 0 && tenths >= 10 * least && tenths < 10 * most)
+            addFinding(evaluation, batteryOf(controller), "is at " + decimal(tenths, 1) + " degrees Celsius");
+    });
+}
+
+static constexpr int kHottest = 10000; // above all that a reading can say
+
+void findHotBatteries(Evaluation* evaluation) {
+    findBatteriesBetween(evaluation, evaluation->limits.batteryHotCelsius, kHottest);
+}
+
+void findWarmBatteries(Evaluation* evaluation) {
+    findBatteriesBetween(evaluation, evaluation->limits.batteryWarmCelsius,
+                         evaluation->limits.batteryHotCelsius);
+}
+
+// apply(object, reading, number): number counts the sensors of this type in the enclosure from 1.
+template <typename Apply>
+static void forEachSensor(Evaluation* evaluation, std::uint8_t type, Apply apply) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        for (const Enclosure& enclosure : controller.enclosures) {
+            int number = 0;
+            if (enclosure.status)
+                for (const EnclosureSensor& sensor : enclosure.status->sensor)
+                    if (sensor.type == type)
+                        apply(objectOf(controller, enclosure), sensor.reading, ++number);
+        }
+}
+
+void findStoppedFans(Evaluation* evaluation) {
+    forEachSensor(evaluation, kFanSensor, [&](const Object& object, std::uint32_t reading, int number) {
+        const auto speed = static_cast<std::int32_t>(reading);
+        if (speed <= evaluation->limits.fanStoppedRpm)
+            addFinding(evaluation, object,
+                       "fan " + std::to_string(number) + " has stopped (" + std::to_string(speed) + " rpm)");
+    });
+}
+
+static void findEnclosuresBetween(Evaluation* evaluation, int least, int most) {
+    forEachSensor(evaluation, kTemperatureSensor,
+                  [&](const Object& object, std::uint32_t reading, int number) {
+                      const auto celsius = static_cast<std::int32_t>(reading);
+                      if (celsius >= least && celsius < most)
+                          addFinding(evaluation, object,
+                                     "temperature " + std::to_string(number) + " is at " +
+                                         std::to_string(celsius) + " degrees Celsius");
+                  });
+}
+
+void findHotEnclosures(Evaluation* evaluation) {
+    findEnclosuresBetween(evaluation, evaluation->limits.enclosureHotCelsius, INT32_MAX);
+}
+
+void findWarmEnclosures(Evaluation* evaluation) {
+    findEnclosuresBetween(evaluation, evaluation->limits.enclosureWarmCelsius,
+                          evaluation->limits.enclosureHotCelsius);
+}
+
+struct Rail {
+    std::uint8_t type;
+    std::int64_t millivolts;
+};
+static constexpr Rail kRails[] = {{kRail5VSensor, 5000}, {kRail12VSensor, 12000}};
+
+// Deviations from least up to, but without, most percent.
+static void findVoltagesBetween(Evaluation* evaluation, int least, int most) {
+    for (const Rail& rail : kRails)
+        forEachSensor(evaluation, rail.type, [&](const Object& object, std::uint32_t reading, int) {
+            const std::int64_t off = (static_cast<std::int64_t>(reading) - rail.millivolts) * 100;
+            if (std::abs(off) >= least * rail.millivolts && std::abs(off) < most * rail.millivolts)
+                addFinding(evaluation, object,
+                           std::string(sensorTypeText(rail.type)) + " is at " + decimal(reading, 3) + " V");
+        });
+}
+
+void findVoltagesFarOff(Evaluation* evaluation) {
+    findVoltagesBetween(evaluation, evaluation->limits.voltageCriticalPercent, INT32_MAX);
+}
+
+void findVoltagesOff(Evaluation* evaluation) {
+    findVoltagesBetween(evaluation, evaluation->limits.voltageWarningPercent,
+                        evaluation->limits.voltageCriticalPercent);
+}

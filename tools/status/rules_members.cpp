@@ -1,0 +1,94 @@
+// Rules about lost members and what replaces them.
+#include <algorithm>
+
+#include "snapshot/text.h"
+#include "tools/status/facts.h"
+#include "tools/status/rule_finders.h"
+
+// The drive of this number in the baseline, which may know more than the controller does by now.
+static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t controllerId,
+                                 std::uint32_t number) {
+    const Controller* earlier =
+        evaluation.baseline != nullptr ? findController(*evaluation.baseline, controllerId) : nullptr;
+    return earlier != nullptr ? findDrive(*earlier, number) : nullptr;
+}
+
+static bool holdsExtentOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
+    const Drive* drive = findDrive(controller, number);
+    if (drive == nullptr)
+        return false;
+    const auto all = extents(drive->info);
+    return std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
+        return (extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId;
+    });
+}
+
+static std::string lastSeenText(const Drive* earlier) {
+    if (earlier == nullptr)
+        return "";
+    return ", last seen on " +
+           placeText(earlier->info.channel, earlier->info.enclosureId, fieldText(earlier->info.serial));
+}
+
+// Which drive was lost, and where it is or was.
+static std::string lostMemberText(const Evaluation& evaluation, const Controller& controller,
+                                  const LogicalDrive& array, const Member& member) {
+    const Drive* earlier = earlierDrive(evaluation, controller.id, member.number);
+    const std::string text = "lost by " + shortObjectText(objectOf(controller, array));
+    const std::string place = placeText(member.channel, member.enclosureId, member.serial);
+    if (!member.listed)
+        return text + "; it is not listed any more" + lastSeenText(earlier);
+    if (holdsExtentOf(controller, member.number, array))
+        return text + "; " + place;
+    const bool replaced = earlier != nullptr && fieldText(earlier->info.serial) != member.serial;
+    return text + "; the drive there now (" + place + ") holds nothing of it" +
+           (replaced ? lastSeenText(earlier) : "");
+}
+
+void findLostMembers(Evaluation* evaluation) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        for (const LogicalDrive& array : controller.logicalDrives)
+            for (const Member& member : array.members)
+                if (member.lost)
+                    addFinding(evaluation, {ObjectKind::drive, controller.id, member.number, ""},
+                               lostMemberText(*evaluation, controller, array, member));
+}
+
+static std::size_t countLost(const LogicalDrive& array) {
+    return static_cast<std::size_t>(std::count_if(array.members.begin(), array.members.end(),
+                                                  [](const Member& member) { return member.lost; }));
+}
+
+// Why no rebuild will start by itself, or has not.
+static std::string replacementProblem(const Controller& controller, const LogicalDrive& array) {
+    const std::size_t spares = countSuitableSpares(controller, array);
+    const std::size_t lost = countLost(array);
+    if (spares == 0)
+        return "there is no suitable spare";
+    if (controller.info && controller.info->autoRebuild == 0)
+        return "automatic rebuild is off";
+    if (spares < lost)
+        return counted(spares, "suitable spare") + " for " + std::to_string(lost) + " lost members";
+    return "no rebuild runs, though there is a suitable spare";
+}
+
+static bool isRebuilding(const LogicalDrive& array) {
+    return (array.info.activityStatus & kRebuilding) != 0;
+}
+
+void findMissingReplacements(Evaluation* evaluation) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        for (const LogicalDrive& array : controller.logicalDrives)
+            if (countLost(array) > 0 && !isRebuilding(array) && isRedundant(array.info.raidLevel) &&
+                arrayState(array) != ArrayState::offline)
+                addFinding(evaluation, objectOf(controller, array),
+                           "no replacement is coming: " + replacementProblem(controller, array));
+}
+
+void findArraysWithoutSpare(Evaluation* evaluation) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        for (const LogicalDrive& array : controller.logicalDrives)
+            if (countLost(array) == 0 && isRedundant(array.info.raidLevel) &&
+                arrayState(array) != ArrayState::offline && countSuitableSpares(controller, array) == 0)
+                addFinding(evaluation, objectOf(controller, array), "has no spare");
+}

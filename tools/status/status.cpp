@@ -1,0 +1,135 @@
+// cli-status: reads everything from the adapters, evaluates it, and reports.
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "snapshot/files.h"
+#include "snapshot/json.h"
+#include "snapshot/read.h"
+#include "tools/status/changes.h"
+#include "tools/status/format.h"
+#include "tools/status/log.h"
+#include "tools/status/options.h"
+#include "tools/status/rules.h"
+
+static constexpr int kUnknown = 3; // also of usage errors
+
+static int complain(const std::string& problem) {
+    std::fprintf(stderr, "cli-status: %s\n", problem.c_str());
+    return kUnknown;
+}
+
+static std::string readLimits(const std::string& path, Limits* limits) {
+    std::string text;
+    if (path.empty())
+        return "";
+    if (readFile(path, &text) != ReadResult::done)
+        return "cannot read " + path;
+    const std::string problem = applyLimits(text, limits);
+    return problem.empty() ? "" : path + ": " + problem;
+}
+
+// An earlier snapshot, as far as this run looks at the same controllers. missing: there is no such file.
+static std::string readSnapshot(const std::string& path, const Options& options, Snapshot* snapshot,
+                                bool* missing) {
+    std::string text;
+    const ReadResult result = readFile(path, &text);
+    *missing = result == ReadResult::missing;
+    if (result != ReadResult::done)
+        return "cannot read " + path;
+    const std::string problem = snapshotFromText(text, snapshot);
+    if (options.controller)
+        std::erase_if(snapshot->controllers,
+                      [&](const Controller& each) { return each.id != *options.controller; });
+    return problem.empty() ? "" : path + ": " + problem;
+}
+
+static void takeSnapshot(const Options& options, Snapshot* snapshot) {
+    if (openAdapters(snapshot) != OpenResult::opened)
+        return;
+    if (!options.controller)
+        readControllers(snapshot);
+    else if (*options.controller < snapshot->controllerCount)
+        snapshot->controllers.push_back(readController(*options.controller));
+    closeAdapters();
+}
+
+static TextStyle textStyle(const Options& options) {
+    const char* noColor = std::getenv("NO_COLOR");
+    const bool color = (noColor == nullptr || *noColor == '\0') && isatty(STDOUT_FILENO) != 0;
+    return {options.verbose, options.quiet, color};
+}
+
+static std::string format(const Options& options, const Report& report) {
+    switch (options.format) {
+    case Format::json:
+        return formatJson(report);
+    case Format::plugin:
+        return formatPlugin(report);
+    case Format::metrics:
+        return formatMetrics(report);
+    default:
+        return formatText(report, textStyle(options));
+    }
+}
+
+// To the file of the format's option, or to standard output. Returns what went wrong, or nothing.
+static std::string deliver(const Options& options, const std::string& text) {
+    if (!options.output.empty())
+        return replaceFile(options.output, text);
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    return std::fflush(stdout) == 0 && written ? "" : "cannot write to standard output";
+}
+
+// Prints what changed since the kept state, then keeps the new one. What could not be read at all is
+// printed and not kept.
+static std::string reportChanges(const Options& options, const Report& report) {
+    Snapshot earlier;
+    bool missing = false;
+    std::string problem = readSnapshot(options.changes, options, &earlier, &missing);
+    if (!problem.empty() && !missing)
+        return problem;
+    const bool readable = !report.snapshot.controllers.empty();
+    const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits)
+                                 : findingLines(report.findings);
+    std::string text;
+    for (const Line& line : lines)
+        text += std::string(severityText(line.severity)) + ": " + line.text + "\n";
+    problem = deliver(options, text);
+    if (options.syslog)
+        sendToSyslog(lines);
+    return problem.empty() && readable ? replaceFile(options.changes, formatJson(report)) : problem;
+}
+
+static std::string reportState(const Options& options, const Report& report) {
+    if (options.syslog)
+        sendToSyslog(findingLines(report.findings));
+    return deliver(options, format(options, report));
+}
+
+static int run(const Options& options) {
+    Limits limits;
+    Snapshot baseline, snapshot;
+    bool missing = false;
+    std::string problem = readLimits(options.limits, &limits);
+    if (problem.empty() && !options.baseline.empty())
+        problem = readSnapshot(options.baseline, options, &baseline, &missing);
+    if (!problem.empty())
+        return complain(problem);
+    takeSnapshot(options, &snapshot);
+    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty())
+        return complain("there is no controller " + std::to_string(*options.controller));
+    const Findings findings = evaluate(snapshot, limits, options.baseline.empty() ? nullptr : &baseline);
+    const Report report = {snapshot, findings, limits};
+    problem = options.changes.empty() ? reportState(options, report) : reportChanges(options, report);
+    return problem.empty() ? exitStatus(worstSeverity(findings)) : complain(problem);
+}
+
+int main(int argc, char** argv) {
+    Options options;
+    const OptionsResult result = readOptions(argc, argv, &options);
+    if (result != OptionsResult::run)
+        return result == OptionsResult::done ? 0 : kUnknown;
+    return run(options);
+}
