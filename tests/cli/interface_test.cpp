@@ -169,11 +169,11 @@ TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
 
 TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordHoweverManyFollow) {
     for (const std::string words : {"Exit", "\"exit\""}) {
-        WordTable table = freshTable();
+        WordTable table = emptyTable();
         EXPECT_EQ(lineKind(table, words + " b c d e f g h i j k l m n o p q"), kExitLine);
         EXPECT_LE(table.count, 16);
     }
-    WordTable table = freshTable();
+    WordTable table = emptyTable();
     EXPECT_FALSE(processLine(table, "exit"));
     EXPECT_EQ(lineKind(table, "a b c d e f g h i j k l m n o p q"), kLongLine);
 }
