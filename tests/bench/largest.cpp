@@ -70,7 +70,7 @@ static void writeCalls() {
     std::fclose(file);
 }
 
-int answer(const char* operation, void* reply, std::size_t size) {
+int respond(const char* operation, void* reply, std::size_t size) {
     ++calls;
     if (std::strcmp(operation, "q5_getControllerInfo") == 0)
         fillController(reply, size);
@@ -79,7 +79,7 @@ int answer(const char* operation, void* reply, std::size_t size) {
     return 0;
 }
 
-int answerList(const char* operation, void* reply, std::size_t) {
+int respondWithList(const char* operation, void* reply, std::size_t) {
     ++calls;
     if (std::strcmp(operation, "q5_getPhyDrvInfo") == 0)
         fillDrives(reply);
@@ -90,14 +90,14 @@ int answerList(const char* operation, void* reply, std::size_t) {
     return 0;
 }
 
-int answerControllers(const char*, std::uint32_t* count) {
+int respondWithCount(const char*, std::uint32_t* count) {
     ++calls;
     *count = controllerCount();
     return 0;
 }
 
-int answerEvents(const char*, EventQuery*, void*, std::size_t) {
+int respondWithEvents(const char*, EventQuery*, void*, std::size_t) {
     return 1;
 }
 
-void noteDrives(const char*, const char*) {}
+void recordDriveModel(const char*, const char*) {}

@@ -6,21 +6,21 @@
 Answer giveAnswer;
 std::set<std::string> calledOperations;
 
-int answer(const char* operation, void* reply, std::size_t size) {
+int respond(const char* operation, void* reply, std::size_t size) {
     calledOperations.insert(operation);
     return giveAnswer(operation, reply, size);
 }
 
-int answerList(const char* operation, void* reply, std::size_t size) {
-    return answer(operation, reply, size);
+int respondWithList(const char* operation, void* reply, std::size_t size) {
+    return respond(operation, reply, size);
 }
 
-int answerControllers(const char* operation, std::uint32_t* count) {
-    return answer(operation, count, sizeof *count);
+int respondWithCount(const char* operation, std::uint32_t* count) {
+    return respond(operation, count, sizeof *count);
 }
 
-int answerEvents(const char* operation, EventQuery*, void* reply, std::size_t size) {
-    return answer(operation, reply, size);
+int respondWithEvents(const char* operation, EventQuery*, void* reply, std::size_t size) {
+    return respond(operation, reply, size);
 }
 
-void noteDrives(const char*, const char*) {}
+void recordDriveModel(const char*, const char*) {}
