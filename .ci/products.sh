@@ -9,7 +9,7 @@ products="build/bin/cli-rehearse build/bin/cli-shell build/lib/libzvq5plugin.so 
 # another build. Missing files are left out. The names are not sorted: that would cost more than the rare
 # build caused by a different order.
 checksums() (
-    cd "$root"
+    cd "$root" || exit
     find "$@" -type f -exec cksum {} + 2>/dev/null || :
 )
 

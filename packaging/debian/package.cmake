@@ -1,6 +1,7 @@
 # The Debian packages, built by cpack in a build that is configured for /usr:
 #     cmake --preset debian && (cd build/debian && cpack)
-# writes them to build/debian/packages. cpack finds the dependencies with the programs of dpkg-dev and file.
+# writes them to build/debian/packages, with umask 022 the same bytes each time. cpack finds the dependencies
+# with the programs of dpkg-dev and file.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cli)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
