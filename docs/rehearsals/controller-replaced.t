@@ -3,7 +3,7 @@ A replaced controller
 
 Save the settings while the old controller works:
 
-  $ cli export -a -f saved.cfg >saved.log
+  $ cli export -t 0 -f saved.cfg >saved.log
 
 The new controller finds the logical drives on the drives, but has default settings:
 
@@ -16,6 +16,6 @@ The new controller finds the logical drives on the drives, but has default setti
 
 Restore them, and the automatic rebuild with them:
 
-  $ cli import -c -f saved.cfg >restored.log
+  $ cli import -k "0 1" -f saved.cfg >restored.log
   $ cli ctrl -v | grep 'Auto rebuild' | head -1
   Auto rebuild : Enable
