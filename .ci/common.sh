@@ -62,6 +62,7 @@ missing_for_checks() {
     have python3 || echo python3
     [ "$1" != apt-get ] || /usr/bin/python3 -c 'import jsonschema' 2>/dev/null || echo python3-jsonschema
     [ "$1" != apt-get ] || have promtool || echo prometheus
+    have cram || have cram3 || case $1 in apt-get) echo python3-cram ;; pkg) echo py-cram ;; esac
     have mandoc || echo mandoc
     have rlwrap || echo rlwrap
     have zsh || echo zsh

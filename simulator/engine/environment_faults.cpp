@@ -141,11 +141,13 @@ void cutPower(World& world, std::int64_t now) {
 
 void swapController(Controller& controller, std::int64_t now) {
     const Controller factory;
-    controller.events.clear();
     addEvent(controller, now, "Controller replaced, configuration read from the drives");
+    controller.events.erase(controller.events.begin(), controller.events.end() - 1); // IDs count on
     for (LogicalDrive& array : controller.logicalDrives)
         loseCache(controller, array, now);
     restartDrives(controller, now);
+    for (LogicalDrive& array : controller.logicalDrives)
+        interruptActivity(controller, array, now);
     controller.rates = factory.rates;
     controller.autoRebuild = factory.autoRebuild;
     controller.rebuildPolicy = factory.rebuildPolicy;
@@ -154,8 +156,6 @@ void swapController(Controller& controller, std::int64_t now) {
     controller.encPoll = factory.encPoll;
     controller.buzzer = factory.buzzer;
     controller.speedOptions.clear();
-    for (LogicalDrive& array : controller.logicalDrives)
-        array.active = false;
 }
 
 } // namespace q5sim

@@ -34,7 +34,7 @@ Reason setSensor(Controller& controller, std::uint32_t enclosureId, std::uint8_t
 Reason pullEnclosure(Controller& controller, std::uint32_t enclosureId, std::int64_t now);
 Reason insertEnclosure(Controller& controller, std::uint32_t enclosureId, std::int64_t now);
 
-// A new controller of the same model finds the configuration on the drives.
+// A new controller of the same model, with default settings, finds the configuration on the drives.
 void swapController(Controller& controller, std::int64_t now);
 // Power is lost and restored at once, on all controllers.
 void cutPower(World& world, std::int64_t now);

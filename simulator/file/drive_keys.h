@@ -99,14 +99,6 @@ void describe(Io& io, BadSectors& bad) {
     io.number("count", bad.count, 1, kMaxSectors);
 }
 
-// The number of errors in older worlds, which had no positions.
-inline void describeMediaErrors(Writer&, Drive&) {}
-inline void describeMediaErrors(Reader& io, Drive& drive) {
-    std::uint16_t count = 0;
-    io.number("mediaErrors", count, 0, 65535);
-    spreadBadSectors(drive, count);
-}
-
 template <typename Io>
 void describe(Io& io, Drive& drive) {
     require(io, "id");
@@ -134,6 +126,14 @@ void describe(Io& io, Drive& drive) {
     io.number("locateUntil", drive.locateUntil, 0, kMaxSeconds);
     io.object("mediaPatrol", drive.patrol);
     io.list("extents", drive.extents, kMaxExtents);
+}
+
+// The number of errors in older worlds, which had no positions.
+inline void describeMediaErrors(Writer&, Drive&) {}
+inline void describeMediaErrors(Reader& io, Drive& drive) {
+    std::uint16_t count = 0;
+    io.number("mediaErrors", count, 0, 65535);
+    spreadBadSectors(drive, count);
 }
 
 template <typename Io>

@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "adapter/common.h"
+#include "simulator/engine/rules.h"
 #include "simulator/operations/call.h"
 #include "simulator/store/world_store.h"
 
@@ -31,13 +32,12 @@ inline int refuseAddress(HbaAddress address) {
     return refuse("there is no controller %u, or the address is invalid", unsigned{address.controllerId});
 }
 
-// Runs the body unless a rule ends the call, and records the reason of a refusal.
+// Runs the body and records the reason of a refusal.
 template <typename Body>
-int runCall(const Caller& caller, Effect& effect, Body body) noexcept {
+int runCall(const Caller& caller, Body body) noexcept {
     return catchAll([&] {
         clearReason();
-        effect = applyRules(caller.operation);
-        const int result = effect.ends ? effect.result : body();
+        const int result = body();
         if (result != kDone)
             recordReason(caller.operation);
         return result;
@@ -47,8 +47,14 @@ int runCall(const Caller& caller, Effect& effect, Body body) noexcept {
 // body(const Controller&, now) -> result
 template <typename Body>
 int readController(const Caller& caller, std::uint32_t reserved, Effect& effect, Body body) noexcept {
-    return runCall(caller, effect, [&] {
+    return runCall(caller, [&] {
         const World* world = currentWorld();
+        if (world != nullptr && hasRuleFor(*world, caller.operation)) {
+            effect = applyRules(caller.operation);
+            world = currentWorld();
+        }
+        if (effect.ends)
+            return effect.result;
         if (world == nullptr)
             return kRefused;
         if (!isValidAddress(caller.address, reserved, *world))
@@ -66,13 +72,22 @@ int withController(const Caller& caller, std::uint32_t reserved, Body body) noex
 // body(Controller&, now) -> result; its changes are kept only when it returns 0.
 template <typename Body>
 int updateController(const Caller& caller, std::uint32_t reserved, Body body) noexcept {
-    Effect effect;
-    return runCall(caller, effect, [&] {
-        return changeWorld([&](World& world, std::int64_t now) {
+    return runCall(caller, [&] {
+        bool checkRules = true, hasRule = false;
+        const auto change = [&](World& world, std::int64_t now) {
+            hasRule = checkRules && hasRuleFor(world, caller.operation);
+            if (hasRule)
+                return kRefused;
             if (!isValidAddress(caller.address, reserved, world))
                 return refuseAddress(caller.address);
             return body(world.controllers[caller.address.controllerId], now);
-        });
+        };
+        const int result = changeWorld(change);
+        if (!hasRule)
+            return result;
+        checkRules = false;
+        const Effect effect = applyRules(caller.operation);
+        return effect.ends ? effect.result : changeWorld(change);
     });
 }
 

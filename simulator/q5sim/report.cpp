@@ -34,18 +34,6 @@ bool readSigned(const char* text, std::int64_t limit, std::int64_t& number) {
     return valid;
 }
 
-// The texts of events that the controller did not have before.
-static std::vector<std::string> newEvents(const Controller* before, const Controller& after) {
-    const bool fresh = before == nullptr || before->events.empty() || after.events.empty() ||
-                       after.events.back().id < before->events.back().id ||
-                       (after.events.front().id == 1 && before->events.front().id != 1);
-    std::vector<std::string> texts;
-    for (const Event& event : after.events)
-        if (fresh || event.id > before->events.back().id)
-            texts.push_back(event.text);
-    return texts;
-}
-
 // An event in the middle of a sentence, with the name of its logical drive.
 static std::string clause(const Controller& controller, const std::string& event) {
     static constexpr char start[] = "Logical drive ";
@@ -72,8 +60,8 @@ static std::string shortened(const std::string& text, const std::string& previou
 static std::string describeChange(const World& before, const World& after, std::size_t id, bool skipFirst) {
     std::string text, previous;
     bool skip = skipFirst;
-    for (const std::string& event : newEvents(&before.controllers[id], after.controllers[id])) {
-        const std::string next = clause(after.controllers[id], event);
+    for (const Event& event : newEvents(before.controllers[id], after.controllers[id])) {
+        const std::string next = clause(after.controllers[id], event.text);
         if (!skip)
             text += "; " + shortened(next, previous);
         skip = false;
@@ -126,8 +114,8 @@ int changeWholeWorld(const std::function<std::string()>& headline, const WorldFa
         return kRefusedStatus;
     std::printf("%s\n", headline().c_str());
     for (std::size_t id = 0; id < after->controllers.size(); id++)
-        for (const std::string& event : newEvents(&before.controllers[id], after->controllers[id]))
-            std::printf("controller %zu: %s\n", id, clause(after->controllers[id], event).c_str());
+        for (const Event& event : newEvents(before.controllers[id], after->controllers[id]))
+            std::printf("controller %zu: %s\n", id, clause(after->controllers[id], event.text).c_str());
     return 0;
 }
 

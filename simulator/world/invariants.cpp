@@ -110,14 +110,10 @@ std::vector<std::string> findViolations(const World& world) {
     return findings.lines;
 }
 
-// Whether the controller has logged this text since. A replaced controller starts a new list.
 static bool hasLogged(const Controller& before, const Controller& after, const std::string& text) {
-    const std::uint32_t last = before.events.empty() ? 0 : before.events.back().id;
-    for (const Event& event : after.events)
-        if ((event.id > last || after.events.front().id < before.events.front().id) &&
-            event.text.find(text) != std::string::npos)
-            return true;
-    return false;
+    const std::vector<Event> events = newEvents(before, after);
+    return std::any_of(events.begin(), events.end(),
+                       [&](const Event& event) { return event.text.find(text) != std::string::npos; });
 }
 
 static void checkDriveStep(Findings& findings, const Controller& before, const Controller& after) {

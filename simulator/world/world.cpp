@@ -57,4 +57,12 @@ void addEvent(Controller& controller, std::int64_t time, const char* format, ...
     events.push_back({id, time, text});
 }
 
+std::vector<Event> newEvents(const Controller& before, const Controller& after) {
+    std::vector<Event> fresh;
+    for (const Event& event : after.events)
+        if (std::find(before.events.begin(), before.events.end(), event) == before.events.end())
+            fresh.push_back(event);
+    return fresh;
+}
+
 } // namespace q5sim

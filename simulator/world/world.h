@@ -164,4 +164,7 @@ const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayI
 [[gnu::format(printf, 3, 4)]] void addEvent(Controller& controller, std::int64_t time, const char* format,
                                             ...);
 
+// The events that the controller has logged since, also when it started a new list.
+std::vector<Event> newEvents(const Controller& before, const Controller& after);
+
 } // namespace q5sim

@@ -108,19 +108,16 @@ TEST_F(Environment, EnclosureLeavesAndReturnsWithItsDrives) {
               "enclosure 0 is there already");
 }
 
-TEST_F(Environment, ReplacedControllerFindsInactiveArrays) {
+TEST_F(Environment, ReplacedControllerFindsItsArrays) {
     open("");
     EXPECT_EQ(inject([](q5sim::Controller& c, std::int64_t at) {
                   q5sim::swapController(c, at);
                   return q5sim::Reason();
               }),
               "");
-    EXPECT_EQ(arrayInfo(0, 0).functionalStatus, 0);
-    EXPECT_EQ(lastEvents(9), "Controller replaced, configuration read from the drives\n"
-                             "Logical drive 0 is offline\nLogical drive 1 is offline\n");
-    EXPECT_FALSE(controller().autoRebuild);
-    EXPECT_EQ(q5_activateLogDrv(hbaAddress(0), 0, 0), 0);
+    EXPECT_EQ(lastEvents(9), "Controller replaced, configuration read from the drives\n");
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
+    EXPECT_FALSE(controller().autoRebuild); // a default
 }
 
 class PowerCut : public FaultedArray {
