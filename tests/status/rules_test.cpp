@@ -1,0 +1,177 @@
+// Rules on snapshots that no simulated world can show, and the lines that go to the system log.
+#include "tools/status/rules.h"
+
+#include <gtest/gtest.h>
+#include <syslog.h>
+
+#include <cstdarg>
+#include <cstring>
+
+#include "tools/status/format.h"
+#include "tools/status/log.h"
+
+// What cli-status sent to the system log. These replace the C library's functions.
+static std::vector<std::pair<int, std::string>> logged;
+static std::string logName;
+
+extern "C" void openlog(const char* name, int, int) {
+    logName = name;
+}
+
+extern "C" void closelog() {}
+
+extern "C" void syslog(int priority, const char* format, ...) {
+    char line[1024];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(line, sizeof line, format, arguments);
+    va_end(arguments);
+    logged.emplace_back(priority, line);
+}
+
+static Drive driveWith(std::uint32_t number, const ExtentEntry& extent) {
+    Drive drive;
+    drive.number = number;
+    drive.info.channel = 4;
+    drive.info.enclosureId = kNoEnclosureId;
+    std::memcpy(drive.info.serial, "  S1 ", 5);
+    drive.info.extentCount = 1;
+    drive.info.extent[0] = extent;
+    return drive;
+}
+
+static Snapshot snapshotOf(const Controller& controller) {
+    Snapshot snapshot;
+    snapshot.controllerCount = 1;
+    snapshot.controllers.push_back(controller);
+    return snapshot;
+}
+
+static std::vector<std::string> linesFor(const Controller& controller) {
+    const Snapshot snapshot = snapshotOf(controller);
+    std::vector<std::string> lines;
+    for (const Finding& finding : evaluate(snapshot, Limits(), nullptr))
+        lines.push_back(finding.rule->id + std::string(" ") + findingLine(finding));
+    return lines;
+}
+
+using Texts = std::vector<std::string>;
+
+static ExtentEntry assignedExtent(std::uint16_t arrayId, std::uint8_t access) {
+    ExtentEntry extent = {};
+    extent.assignment = kExtentAssigned;
+    extent.access = access;
+    extent.arrayId = arrayId;
+    extent.size = 100;
+    return extent;
+}
+
+static LogicalDrive onlineArray(std::uint16_t arrayId, RaidLevel level) {
+    LogicalDrive drive;
+    drive.info.arrayId = drive.info.logDrvId = arrayId;
+    drive.info.raidLevel = level;
+    drive.info.functionalStatus = kOnline;
+    std::memcpy(drive.info.name, "Data", 4);
+    return drive;
+}
+
+TEST(Rules, FindAnInaccessibleMemberThatNobodyReportsAsLost) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, assignedExtent(3, 0)));
+    controller.logicalDrives.push_back(onlineArray(3, kRaid0));
+    EXPECT_EQ(linesFor(controller),
+              Texts{"drive-inaccessible drive 5 of controller 0: cannot be accessed, but belongs to logical "
+                    "drive 3 Data; channel 4, serial S1"});
+    controller.logicalDrives.clear();
+    EXPECT_EQ(linesFor(controller), Texts{"drive-inaccessible drive 5 of controller 0: cannot be accessed, "
+                                          "but belongs to array 3; channel 4, serial S1"});
+    controller.drives[0].info.extent[0].access = kExtentAccessible;
+    EXPECT_EQ(linesFor(controller), Texts{});
+}
+
+TEST(Rules, DoNotReportTheRefusalsOfAFailedDrive) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, assignedExtent(3, 0)));
+    controller.drives[0].faults = {{"q5_getPhyDrvSettings", FaultKind::refused, 1}};
+    EXPECT_EQ(linesFor(controller).size(), 1u);
+    controller.drives[0].info.extent[0].access = kExtentAccessible;
+    EXPECT_EQ(linesFor(controller),
+              Texts{"unreadable drive 5 of controller 0: q5_getPhyDrvSettings failed with result 1"});
+}
+
+TEST(Rules, CountFurtherFaultsOfAnObject) {
+    Controller controller;
+    controller.faults = {{"q5_getBatteryInfo", FaultKind::refused, 1},
+                         {"q5_getDriverInfo", FaultKind::overrun, 16},
+                         {"q5_getPhyDrvInfo", FaultKind::refused, 2}};
+    EXPECT_EQ(linesFor(controller), Texts{"unreadable controller 0: q5_getBatteryInfo failed with result 1, "
+                                          "and 2 more faults"});
+}
+
+TEST(Rules, CompareTheDriveCount) {
+    Controller controller;
+    controller.info.emplace();
+    controller.info->diskCount = 1;
+    EXPECT_EQ(linesFor(controller), Texts{"drive-count controller 0: counts 1 drive, but lists 0"});
+}
+
+TEST(Rules, DoNotTrustABatteryInAnUnknownState) {
+    Controller controller;
+    controller.battery.emplace();
+    controller.battery->status = 0x85;
+    controller.logicalDrives.push_back(onlineArray(0, kRaid0));
+    controller.logicalDrives[0].settings.emplace();
+    controller.logicalDrives[0].settings->cacheFlags = kWriteBack;
+    EXPECT_EQ(
+        linesFor(controller),
+        (Texts{"unreadable battery of controller 0: reports the unknown state 5",
+               "write-back-unprotected logical drive 0 Data of controller 0: set to write back, but the "
+               "battery does not work"}));
+}
+
+// 1 suitable spare for 2 lost members: one is too small, one is on a member, one belongs to another array.
+TEST(Rules, CountSuitableSparesOnly) {
+    Controller controller;
+    controller.info.emplace();
+    controller.info->autoRebuild = 1;
+    controller.info->diskCount = 6;
+    ExtentEntry spare = {};
+    spare.assignment = kExtentGlobalSpare;
+    spare.access = kExtentAccessible;
+    spare.size = 100;
+    ExtentEntry small = spare, foreign = spare;
+    small.size = 99;
+    foreign.assignment = kExtentDedicatedSpare;
+    foreign.arrayId = 9;
+    controller.drives = {driveWith(1, assignedExtent(0, kExtentAccessible)),
+                         driveWith(2, spare),
+                         driveWith(3, spare),
+                         driveWith(4, small),
+                         driveWith(5, foreign),
+                         driveWith(6, assignedExtent(0, kExtentAccessible))};
+    LogicalDrive array = onlineArray(0, kRaidMf);
+    array.info.diskCount = 4;
+    array.info.memberIds[1] = 1; // drive 2
+    array.info.memberIds[2] = 6; // drive 7, which is not listed
+    array.info.memberIds[3] = 5;
+    array.lostMask = 0x42;
+    resolveMembers(controller, &array);
+    controller.logicalDrives.push_back(array);
+    const Texts lines = linesFor(controller);
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[2], "no-replacement logical drive 0 Data of controller 0: no replacement is coming: 1 "
+                        "suitable spare for 2 lost members");
+}
+
+TEST(Log, CarriesASeverityAsPriority) {
+    logged.clear();
+    sendToSyslog({{Severity::info, "a"},
+                  {Severity::warning, "b %s"},
+                  {Severity::critical, "c"},
+                  {Severity::unknown, "d"}});
+    EXPECT_EQ(logName, "cli-status");
+    EXPECT_EQ(logged, (std::vector<std::pair<int, std::string>>{{LOG_INFO, "info: a"},
+                                                                {LOG_WARNING, "warning: b %s"},
+                                                                {LOG_CRIT, "critical: c"},
+                                                                {LOG_ERR, "unknown: d"}}));
+}
