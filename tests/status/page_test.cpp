@@ -224,3 +224,13 @@ TEST(PageEnclosures, SayWhenNoneCouldBeRead) {
     controller.faults.push_back({"q5_getEnclosureInfo", FaultKind::refused, 1});
     EXPECT_EQ(enclosuresOf(controller), "<h3>Enclosures</h3>\n<p>The enclosures could not be read.</p>\n");
 }
+
+// That the reader of pages finds something.
+TEST(PageMarkup, RefusesWhatNoPageHas) {
+    for (const char* text :
+         {"<script></script>", "<p onload=\"x\"></p>", "<p class=a></p>", "<p class=\"a></p>", "<p>", "</p>",
+          "<p></h1>", "<a href=\"http://x\">a</a>", "<p>&x</p>", "<p>></p>", "<p>\x01</p>", "<p>\xFF</p>",
+          "<!-- -->", "<h2 id=\"a\"></h2><h2 id=\"a\"></h2>", "<a href=\"#b\">b</a>"})
+        EXPECT_NE(readMarkup(std::string("<!DOCTYPE html>\n") + text).problem, "") << text;
+    EXPECT_EQ(readMarkup("<!DOCTYPE html>\n<p class=\"a\">&amp;</p>").problem, "");
+}
