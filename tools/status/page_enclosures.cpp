@@ -101,7 +101,8 @@ static void addMap(const Report& report, const Controller& controller, std::uint
 
 static std::string rangeText(int volts, const Limits& limits) {
     const long long millivolts = 1000LL * volts;
-    const long long slack = millivolts * limits.voltageWarningPercent / 100;
+    const long long slack =
+        millivolts * std::min(limits.voltageWarningPercent, limits.voltageCriticalPercent) / 100;
     return "between " + decimal(millivolts - slack, 3) + " and " + decimal(millivolts + slack, 3) + " V";
 }
 
