@@ -31,7 +31,7 @@ static void addSlot(const Report& report, const Controller& controller, const Dr
              "</span> <a href=\"#" + anchorOf(object) + "\">Drive " + std::to_string(drive.number) + "</a> " +
              statusBadge(worstOf(report, object));
     if (drive.locate.value_or(0) != 0)
-        *page += " " + badge("locate light on", "info");
+        page->append(" ").append(badge("locate light on", "info"));
     for (const std::string& use : driveUses(controller, drive))
         *page += " <span class=\"use\">" + use + "</span>";
     *page += "</li>\n";

@@ -64,7 +64,8 @@ static Look lookOf(const Controller& controller, const ExtentEntry& extent) {
         if (owner == nullptr)
             return {"?", "other"};
         const auto place = static_cast<std::size_t>(owner - controller.logicalDrives.data());
-        return {std::to_string(owner->info.logDrvId), "a" + std::to_string(place % kArrayColors)};
+        return {std::to_string(owner->info.logDrvId),
+                std::string("a") + std::to_string(place % kArrayColors)};
     }
     if (isSpare(extent))
         return {(extent.assignment & kExtentGlobalSpare) != 0 ? "GS" : "DS", "spare"};

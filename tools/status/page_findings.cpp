@@ -17,12 +17,13 @@ std::string statusBadge(Severity worst) {
 std::string objectName(const Object& object) {
     Object bare = object;
     bare.name.clear();
-    const std::string name = object.name.empty() ? "" : " " + isolatedText(object.name);
+    const std::string name =
+        object.name.empty() ? std::string() : std::string(" ") + isolatedText(object.name);
     return htmlText(shortObjectText(bare)) + name;
 }
 
 std::string anchorOf(const Object& object) {
-    const std::string controller = "c" + std::to_string(object.controller);
+    const std::string controller = std::string("c") + std::to_string(object.controller);
     const std::string number = std::to_string(object.number);
     switch (object.kind) {
     case ObjectKind::battery:

@@ -68,7 +68,7 @@ std::string megabytesText(std::uint64_t sectors) {
     std::string digits = std::to_string(sectors / sectorsPerMb);
     for (std::size_t at = digits.size(); at > 3;) {
         at -= 3;
-        digits.insert(at, ",");
+        digits.insert(at, 1, ',');
     }
     return digits + " MB";
 }
