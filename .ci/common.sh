@@ -66,6 +66,9 @@ missing_for_checks() {
     have mandoc || echo mandoc
     have rlwrap || echo rlwrap
     have zsh || echo zsh
+    have tidy || case $1 in apt-get) echo tidy ;; pkg) echo tidy-html5 ;; esac
+    have chromium || have chrome || echo chromium
+    [ "$1" != apt-get ] || have chromedriver || echo chromium-driver
     have mksh || echo mksh
     have busybox || echo busybox
     have bsdtar || echo libarchive-tools

@@ -11,6 +11,7 @@
 #include "tools/status/format.h"
 #include "tools/status/log.h"
 #include "tools/status/options.h"
+#include "tools/status/page.h"
 #include "tools/status/rules.h"
 
 static constexpr int kUnknown = 3; // also of usage errors
@@ -69,6 +70,8 @@ static std::string format(const Options& options, const Report& report) {
         return formatPlugin(report);
     case Format::metrics:
         return formatMetrics(report);
+    case Format::page:
+        return formatPage(report, pageOrigin());
     default:
         return formatText(report, textStyle(options));
     }

@@ -1,0 +1,22 @@
+// Reports that no simulated world gives: the largest controller, refusals everywhere, and texts and bytes
+// meant to break a page.
+#pragma once
+
+#include <span>
+
+#include "snapshot/snapshot.h"
+
+struct PageSample {
+    const char* name;
+    Snapshot (*make)();
+};
+std::span<const PageSample> pageSamples();
+
+// Every text field of every record is this text, as far as it fits.
+Snapshot withTexts(std::string_view text);
+
+// Texts that try to leave their place.
+std::span<const std::string_view> hostileTexts();
+
+// Every byte of every record comes from a generator with this seed.
+Snapshot withNoise(std::uint32_t seed);

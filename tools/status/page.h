@@ -1,0 +1,23 @@
+// The report as one HTML page that loads nothing: no script, no picture, no font, and the only style
+// sheet is inside. It reads without color, and with a screen reader.
+#pragma once
+
+#include <ctime>
+#include <string>
+
+#include "tools/status/format.h"
+
+// What the page says about its own making.
+struct PageOrigin {
+    std::string host;
+    std::time_t written = 0;
+};
+
+// This host, now.
+PageOrigin pageOrigin();
+
+std::string formatPage(const Report& report, const PageOrigin& origin);
+
+// The style sheet, and the digest by which the page's policy admits it and no other: base64 of its SHA-256.
+extern const char kPageStyle[];
+extern const char kPageStyleDigest[];
