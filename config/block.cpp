@@ -33,7 +33,7 @@ bool readToken(std::FILE* file, Token* token) {
 
 void readInteger(std::FILE* file, int* number) {
     // Compatibility: a missing number is not an error; the word in its place is read as the next key.
-    static_cast<void>(std::fscanf(file, "%d", number));
+    static_cast<void>(std::fscanf(file, "%d", number) == 1);
 }
 
 bool readEnable(std::FILE* file) {

@@ -66,12 +66,12 @@ static void readCacheMode(std::FILE* file, Record* record) {
 
 static void readSectorCount(std::FILE* file, Record* record) {
     unsigned long long count = record->sectorCount;
-    static_cast<void>(std::fscanf(file, "%llu", &count));
+    static_cast<void>(std::fscanf(file, "%llu", &count) == 1);
     record->sectorCount = count;
 }
 
 static void readSize(std::FILE* file, Record* record) {
-    static_cast<void>(std::fscanf(file, "%lf", &record->sizeMB));
+    static_cast<void>(std::fscanf(file, "%lf", &record->sizeMB) == 1);
 }
 
 static void readRaidMode(std::FILE* file, Record* record) {

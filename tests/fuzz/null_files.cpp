@@ -1,7 +1,10 @@
 // Fuzzers that run whole commands are linked with a wrapped fopen(): every file that a command names is
 // /dev/null. Reports of the engine are written, including those about an input that crashed the command.
+#include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 
 #include "tests/fuzz/word_table.h"
 
@@ -21,4 +24,19 @@ static bool isReport(const char* path) {
 
 std::FILE* __wrap_fopen(const char* path, const char* mode) {
     return __real_fopen(commandRuns && !isReport(path) ? "/dev/null" : path, mode);
+}
+
+extern "C" int __real_open(const char* path, int flags, ...); // NOLINT
+extern "C" int __wrap_open(const char* path, int flags, ...); // NOLINT
+
+// No command creates or replaces a file: where that is refused it writes in place, by fopen().
+int __wrap_open(const char* path, int flags, ...) {
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const unsigned mode = (flags & O_CREAT) != 0 ? va_arg(arguments, unsigned) : 0;
+    va_end(arguments);
+    if (!commandRuns || (flags & O_ACCMODE) == O_RDONLY)
+        return __real_open(path, flags, mode);
+    errno = EACCES;
+    return -1;
 }
