@@ -45,15 +45,10 @@ struct Session {
     void useProduct(const std::string& libraries);
 
     void useWorld(const std::string& text) const;
-<<<<<<< HEAD
     std::string worldText() const; // empty if there is none yet
-    std::string world() const;     // paths
-=======
-    std::string worldText() const; // empty when there is none yet
     // All of the world but the record of refused operations, for comparisons; drops the layout.
     std::string worldWithoutRefusals() const;
     std::string world() const; // paths
->>>>>>> d24a6a4 (tests, simulator: compare worlds without their refusals; report an unwritable world once)
     std::string eventFile() const;
     std::string path(const std::string& name) const; // of a file next to the world
 
