@@ -145,22 +145,39 @@ bool makeDirectoriesFor(const std::string& path) {
     return true;
 }
 
-static bool waitForLock(int file) {
+// command: F_SETLKW waits, F_SETLK does not.
+static bool lockWhole(int file, int command) {
     struct ::flock whole = {};
     whole.l_type = F_WRLCK;
     whole.l_whence = SEEK_SET;
-    while (::fcntl(file, F_SETLKW, &whole) != 0)
+    while (::fcntl(file, command, &whole) != 0)
         if (errno != EINTR)
             return false;
     return true;
 }
 
-int lockFile(const std::string& path) {
+static int openLock(const std::string& path, int command) {
     const int lock = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
-    if (lock < 0 || waitForLock(lock))
+    if (lock < 0 || lockWhole(lock, command))
         return lock;
     closeKeepingErrno(lock);
     return -1;
+}
+
+int lockFile(const std::string& path) {
+    return openLock(path, F_SETLKW);
+}
+
+void removeAbandonedFile(const std::string& path) {
+    const std::string temporary = path + ".new";
+    struct ::stat info;
+    if (::lstat(temporary.c_str(), &info) != 0)
+        return;
+    const int lock = openLock(path, F_SETLK);
+    if (lock < 0)
+        return;
+    ::unlink(temporary.c_str());
+    unlockFile(lock);
 }
 
 void unlockFile(int lock) {

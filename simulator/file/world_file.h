@@ -29,4 +29,8 @@ bool makeDirectoriesFor(const std::string& path);
 int lockFile(const std::string& path);
 void unlockFile(int lock);
 
+// Removes what a program that was killed in replaceFile left, unless another program holds the lock. The
+// caller does not hold it.
+void removeAbandonedFile(const std::string& path);
+
 } // namespace q5sim

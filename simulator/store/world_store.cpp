@@ -127,6 +127,7 @@ static bool prepare() {
 bool openWorld() {
     if (!prepare())
         return false;
+    removeAbandonedFile(session.path);
     if (!fileExists(session.path)) {
         const Lock lock;
         if (!lock.isHeld() || !createIfMissing())

@@ -106,8 +106,8 @@ TEST_F(Q5simBash, OffersEachCommandAndOption) {
 }
 
 TEST_F(Q5simBash, OffersOptionsNotYetGiven) {
-    EXPECT_EQ(candidates({"refuse", "q5_wipe*", "--times", "2", "--"}), "--after --result --help ");
-    EXPECT_EQ(candidates({"refuse", "q5_wipe*", "--times", "=", "2", "--r"}), "--result ");
+    EXPECT_EQ(candidates({"refuse", "q5_split*", "--times", "2", "--"}), "--after --result --help ");
+    EXPECT_EQ(candidates({"refuse", "q5_split*", "--times", "=", "2", "--r"}), "--result ");
     EXPECT_EQ(candidates({"insert-drive", "0", "2", ""}), "--blank --foreign --same ");
     EXPECT_EQ(candidates({"insert-drive", "--blank", "0", "2", ""}), " "); // the others exclude it
     EXPECT_EQ(candidates({"fail-drive", "0", "2", "--"}), "--help ");
@@ -119,7 +119,7 @@ TEST_F(Q5simBash, OffersValuesOfArguments) {
     EXPECT_EQ(candidates({"battery", "--celsius", "40", "0", "f"}), "full failed ");
     EXPECT_EQ(candidates({"battery", "0", "full", "--celsius", ""}), " ");
     EXPECT_EQ(candidates({"sensor", "0", "0", ""}), "fan temperature 5v 12v ");
-    EXPECT_EQ(candidates({"hang", "q5_wipe"}), "q5_wipeHBAPhyDrv ");
+    EXPECT_EQ(candidates({"hang", "q5_startHBAM"}), "q5_startHBAMediaPatrol ");
     EXPECT_EQ(candidates({"load", "sa"}), "saved.json ");
     EXPECT_EQ(candidates({"no-such", ""}), " ");
 }
@@ -183,12 +183,13 @@ TEST_F(Q5simZsh, CompletesEachCommandAndOption) {
 TEST_F(Q5simZsh, CompletesValuesOfArguments) {
     const TempDir directory;
     directory.write("saved.json", "");
-    const std::string screen = screenAfter(
-        directory, {"q5sim battery 0 ch\t--c\t40\n", "q5sim sensor 0 0 te\t9\n", "q5sim hang q5_wipe\t\n",
-                    "q5sim load sa\t\n", "q5sim battery --celsius=40 0 mi\t\n"});
+    const std::string screen =
+        screenAfter(directory, {"q5sim battery 0 ch\t--c\t40\n", "q5sim sensor 0 0 te\t9\n",
+                                "q5sim hang q5_startHBAM\t\n", "q5sim load sa\t\n",
+                                "q5sim battery --celsius=40 0 mi\t\n"});
     EXPECT_TRUE(shows(screen, "\n<battery><0><charging><--celsius><40>\r\n")) << screen;
     EXPECT_TRUE(shows(screen, "\n<sensor><0><0><temperature><9>\r\n")) << screen;
-    EXPECT_TRUE(shows(screen, "\n<hang><q5_wipeHBAPhyDrv>\r\n")) << screen;
+    EXPECT_TRUE(shows(screen, "\n<hang><q5_startHBAMediaPatrol>\r\n")) << screen;
     EXPECT_TRUE(shows(screen, "\n<load><saved.json>\r\n")) << screen;
     EXPECT_TRUE(shows(screen, "\n<battery><--celsius=40><0><missing>\r\n")) << screen;
 }

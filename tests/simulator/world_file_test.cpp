@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "adapter/battery.h"
+#include "simulator/file/world_file.h"
 #include "simulator/file/world_json.h"
 #include "simulator/file/world_path.h"
 #include "simulator/store/world_store.h"
@@ -304,6 +305,33 @@ TEST_F(WorldFile, KeepsChangesOfTwoPrograms) {
     EXPECT_EQ(driveInfo(0, 0).extentCount, 16);
     EXPECT_EQ(driveInfo(0, 1).extentCount, 16);
     EXPECT_EQ(eventTexts(0, 51).size(), 30u);
+}
+
+// What a killed program left is removed by the next use, even if that only reads, but not while another
+// program holds the lock and may be writing it.
+TEST_F(WorldFile, AbandonedTemporaryFileIsRemoved) {
+    open("bench");
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t writer = fork();
+    if (writer == 0) {
+        q5sim::lockFile(file);
+        writeText(file + ".new", "{");
+        if (write(ends[1], "", 1) != 1)
+            _exit(1);
+        for (;;)
+            pause();
+    }
+    char ready;
+    EXPECT_EQ(read(ends[0], &ready, 1), 1);
+    EXPECT_EQ(initialize(), 0);
+    EXPECT_TRUE(fs::exists(file + ".new"));
+    kill(writer, SIGKILL);
+    waitpid(writer, nullptr, 0);
+    EXPECT_EQ(initialize(), 0);
+    EXPECT_FALSE(fs::exists(file + ".new"));
+    close(ends[0]);
+    close(ends[1]);
 }
 
 // A program killed at any moment leaves a valid world, with each change complete or absent.
