@@ -71,7 +71,7 @@ static Effect effectOf(const Rule& rule, std::size_t number) {
 }
 
 Effect applyRules(const char* operation) {
-    const World* world = currentWorld();
+    const World* world = storedWorld(); // the operation itself reports a world that cannot be written
     if (world == nullptr || !hasRuleFor(*world, operation))
         return {};
     std::size_t index = kNoRule;

@@ -179,6 +179,10 @@ int changeWorld(const Change& change) {
     return 1;
 }
 
+const World* storedWorld() {
+    return session.open && fileExists(session.path) && reload() ? &session.world : nullptr;
+}
+
 const World* currentWorld() {
     if (!session.open)
         return nullptr;

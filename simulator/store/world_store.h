@@ -18,6 +18,9 @@ bool worldIsOpen();
 // Valid until the next call of a function in this header.
 const World* currentWorld();
 
+// The world as the file has it, without the time that has passed since. nullptr: it cannot be read.
+const World* storedWorld();
+
 // Runs change on a copy of the newest world, under the lock. The copy is stored when change returns 0,
 // and dropped otherwise. Returns the result of change, or 1 when the file cannot be read or written.
 // now is the world's time.

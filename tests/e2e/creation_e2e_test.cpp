@@ -99,7 +99,7 @@ TEST_F(Creation, StartsRequestedInitialization) {
 
 TEST_F(Creation, ChangesNothingWhenRefused) {
     EXPECT_EQ(add("7", "name=there,raid=raid0,capacity=100"), "0: ");
-    const std::string before = s.worldText();
+    const std::string before = s.worldWithoutRefusals();
     const char* creations[][2] = {
         {"1 2", "name=a,raid=raid5,capacity=100"},
         {"1", "name=a,raid=raid1,capacity=100"},
@@ -123,12 +123,12 @@ TEST_F(Creation, ChangesNothingWhenRefused) {
     };
     for (const auto& creation : creations) {
         EXPECT_EQ(add(creation[0], creation[1]), "8: Failed to create an array specified\n") << creation[1];
-        EXPECT_EQ(s.worldText(), before) << creation[0] << " " << creation[1];
+        EXPECT_EQ(s.worldWithoutRefusals(), before) << creation[0] << " " << creation[1];
     }
     EXPECT_EQ(outcomeOf({"logdrv", "-a", "add", "-p", "1 2", "-e", "0 1", "-z", "name=a,raid=raid0"}),
               "8: Failed to create an array specified\n");
     EXPECT_EQ(add("1", "name=a,raid=raid0,capacity=5,init=fore"), "8: ");
     EXPECT_EQ(add("1", "name=a,raid=raid0"),
               "8: Error: extent ID or the logical drive size is not defined!\n");
-    EXPECT_EQ(s.worldText(), before);
+    EXPECT_EQ(s.worldWithoutRefusals(), before);
 }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -99,6 +100,12 @@ void Session::useWorld(const std::string& text) const {
 
 std::string Session::worldText() const {
     return readFile(world());
+}
+
+std::string Session::worldWithoutRefusals() const {
+    nlohmann::json world = nlohmann::json::parse(worldText());
+    world.erase("refusals");
+    return world.dump(2);
 }
 
 std::string Session::world() const {

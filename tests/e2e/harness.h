@@ -46,7 +46,9 @@ struct Session {
 
     void useWorld(const std::string& text) const;
     std::string worldText() const; // empty if there is none yet
-    std::string world() const;     // paths
+    // All of the world but the record of refused operations, for comparisons; drops the layout.
+    std::string worldWithoutRefusals() const;
+    std::string world() const; // paths
     std::string eventFile() const;
     std::string path(const std::string& name) const; // of a file next to the world
 

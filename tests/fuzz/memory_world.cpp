@@ -34,6 +34,10 @@ const World* currentWorld() {
     return &fuzzedWorld;
 }
 
+const World* storedWorld() {
+    return &fuzzedWorld;
+}
+
 int changeWorld(const Change& change) {
     World changed = *currentWorld();
     const int result = change(changed, worldTime(changed));
