@@ -65,7 +65,7 @@ static std::optional<std::vector<PhyDrvInfo>> readPage(Controller* controller, s
                                                        bool expected) {
     Faults faults;
     const PhyDrvQuery query = {first, kMaxDrives, kAllDrives, {}};
-    const auto page =
+    auto page =
         readList<q5_getPhyDrvInfo, PhyDrvInfo, kMaxDrives>({hbaAddress(controller->id), &faults}, query);
     for (const Fault& fault : faults)
         if (expected || fault.kind != FaultKind::refused)

@@ -71,12 +71,12 @@ static std::string enclosureItem(const Report& report, const std::string& place,
 }
 
 static std::string activityItems(const std::string& place, const LogicalDrive& drive) {
+    const std::string prefix = "c" + place + "_l" + std::to_string(drive.info.logDrvId) + "_";
     std::string items;
     for (const Activity& activity : drive.activities) {
         std::string name = activityText(activity.kind);
         std::replace(name.begin(), name.end(), ' ', '_');
-        items += item("c" + place + "_l" + std::to_string(drive.info.logDrvId) + "_" + name,
-                      std::to_string(activity.percent) + "%", ";;;0;100");
+        items += item(prefix + name, std::to_string(activity.percent) + "%", ";;;0;100");
     }
     return items;
 }
