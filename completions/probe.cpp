@@ -188,7 +188,8 @@ static CommandGrammar probeCommand(const char* name) {
 }
 
 std::vector<CommandGrammar> probeCommands() {
-    static_cast<void>(std::freopen("/dev/null", "w", stdout));
+    if (std::freopen("/dev/null", "w", stdout) == nullptr)
+        return {};
     Line topics;
     for (const CommandWord& word : commandWords)
         topics.emplace_back(word.name);

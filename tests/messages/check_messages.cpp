@@ -209,10 +209,10 @@ static bool isLabeled(const std::string& text) {
 static bool isIgnoredArgument(const SourceText& text) {
     if (text.inner.name == "printf" && text.inner.argument > 0)
         return true;
-    return isOneOf(text.inner.name,
-                   {"showWord", "showNumber", "showNumbers", "openDisplay", "append", "appendArg",
-                    "appendArgs", "snprintf", "fprintf", "fscanf", "sscanf", "fopen", "strstr", "strcspn",
-                    "GetStrFromFileUpTo", "FormIDStrAry", "CheckIsIncludeCharacter", "static_assert"});
+    return isOneOf(text.inner.name, {"showWord", "showNumber", "showNumbers", "openDisplay", "append",
+                                     "appendArg", "appendArgs", "snprintf", "fprintf", "fscanf", "sscanf",
+                                     "fopen", "open", "strstr", "strcspn", "GetStrFromFileUpTo",
+                                     "FormIDStrAry", "CheckIsIncludeCharacter", "static_assert"});
 }
 
 static bool isValueName(const SourceText& text) {

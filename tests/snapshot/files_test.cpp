@@ -11,7 +11,7 @@
 namespace fs = std::filesystem;
 
 struct Files : testing::Test {
-    std::string directory = testing::TempDir() + "/snapshot-files";
+    std::string directory = testing::TempDir() + "/snapshot-files-" + std::to_string(getpid());
     std::string path = directory + "/file";
     void SetUp() override {
         fs::remove_all(directory);

@@ -20,13 +20,26 @@ extern "C" void openlog(const char* name, int, int) {
 
 extern "C" void closelog() {}
 
-extern "C" void syslog(int priority, const char* format, ...) {
+static void recordLog(int priority, const char* format, std::va_list arguments) {
     char line[1024];
+    std::vsnprintf(line, sizeof line, format, arguments);
+    logged.emplace_back(priority, line);
+}
+
+extern "C" void syslog(int priority, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(line, sizeof line, format, arguments);
+    recordLog(priority, format, arguments);
     va_end(arguments);
-    logged.emplace_back(priority, line);
+}
+
+// What a fortified build calls in its place.
+extern "C" void __syslog_chk(int priority, int flag, const char* format, ...);
+extern "C" void __syslog_chk(int priority, int, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    recordLog(priority, format, arguments);
+    va_end(arguments);
 }
 
 static Drive driveWith(std::uint32_t number, const ExtentEntry& extent) {
