@@ -71,7 +71,7 @@ static bool isShown(const Snapshot& snapshot, const Object& object) {
 
 static std::string objectCell(const Snapshot& snapshot, const Object& object) {
     const std::string name = objectName(object);
-    const std::string linked =
+    std::string linked =
         isShown(snapshot, object) ? "<a href=\"#" + anchorOf(object) + "\">" + name + "</a>" : name;
     if (object.kind == ObjectKind::host || object.kind == ObjectKind::controller)
         return linked;
