@@ -52,7 +52,7 @@ static void addContents(const Report& report, std::string* page) {
     *page += "<nav aria-label=\"Contents\">\n<ul>\n<li><a href=\"#findings\">Findings</a></li>\n";
     for (const Controller& controller : report.snapshot.controllers) {
         const std::string id = std::to_string(controller.id);
-        *page += "<li><a href=\"#c" + id + "\">Controller " + id + "</a> ";
+        page->append("<li><a href=\"#c").append(id).append("\">Controller ").append(id).append("</a> ");
         *page += statusBadge(worstOfController(report, controller)) + "</li>\n";
     }
     *page += "</ul>\n</nav>\n";
