@@ -83,7 +83,7 @@ static bool hasValues(const std::string& grammar, const std::string& key) {
 }
 
 // The line editor adds a space to a word with a single completion. A key is not complete: it has a second
-// one, which stands for a value of the user's.
+// one, a placeholder for a value that the user types.
 static std::string wordList(const std::string& grammar) {
     std::set<std::string> seen = {"flag", "value", "file", "prompt", "topic"};
     std::istringstream words(grammar);

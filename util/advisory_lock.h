@@ -5,7 +5,7 @@
 // How long a program waits for another one. A holder that hangs must not stop everybody else.
 inline constexpr int kLockSeconds = 30;
 
-// Locks the directory that path is in. Waits for its holder at most so many seconds. Returns what
-// unlockDirectory() takes; -1 when there is no lock to be had, and the caller goes on without it.
+// Locks the directory that path is in. Waits for its holder at most the given number of seconds. Returns what
+// unlockDirectory() takes; -1 if there is no lock; the caller then continues without it.
 int lockDirectoryOf(const char* path, int seconds);
 void unlockDirectory(int lock);

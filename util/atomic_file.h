@@ -1,5 +1,5 @@
-// Atomic replacement of a file: whoever opens it finds the old content or the new one, complete, whatever
-// stops the program or the machine in between.
+// Atomic replacement of a file: whoever opens it finds the complete old or the complete new
+// content, even if the program or the machine stops in between.
 #pragma once
 
 #include <cstdio>
@@ -16,7 +16,7 @@ struct FileReplacement {
 };
 
 // What to do with a link in the file's place: replace the file it leads to, or the link itself. In the
-// second case whatever is no regular file is replaced without being opened.
+// second case anything but a regular file is replaced without being opened.
 enum class LinkPolicy { follow, replace };
 
 // Opens the replacement. An existing file keeps its owner and its permissions as far as the system allows,

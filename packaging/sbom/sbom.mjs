@@ -38,14 +38,14 @@ for (const each of bom.components) {
     bom.metadata.component.dependencies.add(each.bomRef);
 }
 
-const spec = Spec.Spec1dot6;
-const text = new Serialize.JsonSerializer(new Serialize.JSON.Normalize.Factory(spec)).serialize(bom, {
+const version = Spec.Spec1dot6;
+const text = new Serialize.JsonSerializer(new Serialize.JSON.Normalize.Factory(version)).serialize(bom, {
     sortLists: true,
     space: 2,
 });
-const faults = await new Validation.JsonStrictValidator(spec.version).validate(text);
-if (faults !== null) {
-    console.error(faults);
+const errors = await new Validation.JsonStrictValidator(version.version).validate(text);
+if (errors !== null) {
+    console.error(errors);
     process.exit(1);
 }
 console.log(text);

@@ -9,7 +9,7 @@ namespace q5sim {
 
 const char* ruleName(std::uint8_t kind);
 
-// Whether a rule is about this operation, whatever its counts.
+// Whether a rule is about this operation, even if its counts are used up.
 bool hasRuleFor(const World& world, const char* operation);
 
 // Counts a call of the operation. Returns the index of the rule that applies to it, or kNoRule.

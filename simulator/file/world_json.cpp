@@ -71,7 +71,7 @@ static std::string pathText(const FieldPath& path) {
     return text.empty() ? "" : text + ": ";
 }
 
-// Listings are in order of ID, whatever the order in a hand-edited file.
+// Listings are in order of ID, regardless of the order in an edited file.
 static void normalizeOrder(Controller& controller) {
     std::ranges::sort(controller.drives, {}, &Drive::id);
     std::ranges::sort(controller.pulledDrives, {}, &Drive::id);

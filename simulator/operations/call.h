@@ -17,7 +17,7 @@ struct Caller {
         : address(target), operation(symbol) {}
 };
 
-// What the rules make of a call.
+// The effect of the rules on a call.
 struct Effect {
     bool ends = false; // without doing anything
     int result = kDone;

@@ -5,7 +5,7 @@
 
 using namespace q5sim;
 
-// What the rules make of an operation that has no controller.
+// The result that the rules impose on an operation without a controller.
 static int ruledResult(const char* operation) {
     clearReason();
     const Effect effect = applyRules(operation);

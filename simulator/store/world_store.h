@@ -33,7 +33,7 @@ std::int64_t worldTime(const World& world);
 // Lets the world's clock run speed times as fast from now on.
 void setClockSpeed(World& world, std::int64_t speed);
 
-// Replaces the file, whatever it contains, by another world or the built-in one. For q5sim.
+// Replaces the file by another world or the built-in one, even if its content is invalid. For q5sim.
 bool replaceWorld(const World& world);
 bool resetWorld();
 

@@ -7,7 +7,7 @@ namespace q5sim {
 
 inline constexpr std::size_t kNoExtent = SIZE_MAX;
 
-// Index of the smallest free extent of at least so many sectors, or kNoExtent.
+// Index of the smallest free extent of at least this many sectors, or kNoExtent.
 std::size_t bestFitFreeExtent(const Drive& drive, std::uint64_t sectors);
 
 // Whether the extent belongs to an array, known or foreign.

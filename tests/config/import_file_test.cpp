@@ -12,7 +12,7 @@
 namespace {
 class ImportFromFile : public TemporaryDirectory {
 protected:
-    // The import is refused before any adapter is asked, whatever its options.
+    // The import fails before any call of the adapter, with all options.
     void expectRefused(const std::string& name) {
         const std::string message = "Unable to open the specified configuration file \"" + name + "\"!!\n";
         for (const char* option : {"-a", "-c", "-i"}) {
@@ -21,7 +21,8 @@ protected:
             EXPECT_EQ(outcome.output, message) << name << option;
         }
     }
-    // Writes the text into a pipe in a process of its own, as often as told, and reads it back.
+    // Reads a pipe into which a child process writes the text the given number of times. Returns the content,
+    // or "refused".
     std::string throughPipe(const std::string& text, std::size_t times) {
         EXPECT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
         const pid_t writer = fork();

@@ -96,7 +96,7 @@ protected:
         calls = countCalls(session, words, number);
         return calls > 0;
     }
-    // Tries the fault at every call, or at so many of them.
+    // Tries the fault at every call, or at a sample of the given size.
     void tryFault(const std::string& fault, int attempts,
                   const std::function<void(const ProcessOutcome&, const Files&)>& check) {
         const int step = isWholeRun() ? 1 : std::max(1, calls / attempts);

@@ -12,7 +12,7 @@ static void put(void* reply, const Record& record) {
     std::memcpy(reply, &record, sizeof record);
 }
 
-// A list reply of these records, whose header claims so many bytes.
+// A list reply with these records, whose header claims the given number of bytes.
 template <typename Record>
 static void putList(void* reply, const std::vector<Record>& records, std::size_t claimed) {
     auto* header = static_cast<ReplyHeader*>(reply);

@@ -1,5 +1,5 @@
 // Snapshots of adapters that answer at random: only read-only operations are called, nothing is read
-// without bounds, and every format stays valid whatever the replies say.
+// without bounds, and every format stays valid for any replies.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 

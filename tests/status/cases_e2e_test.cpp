@@ -1,6 +1,6 @@
-// cli-status over simulated worlds: every format of every case, compared whole. A case in cases/ says
-// what its world changes of healthy.world.json, and what follows in each format. JSON and metrics are
-// told by what differs from those of the healthy world, which healthy.expected.* give in full.
+// cli-status over simulated worlds: the complete output of every case in every format. A case in cases/
+// lists how its world differs from healthy.world.json, and the expected output of each format. JSON and
+// metrics are listed as differences from those of the healthy world, which are in healthy.expected.*.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,7 +24,8 @@ static std::string joinedLines(const Json& lines) {
     return text;
 }
 
-// A session of cli-status over the world of a case. The clock is at 0, where sensors are easily told.
+// A session of cli-status over the world of a case. The clock is at 0 to make the simulated sensor readings
+// predictable.
 struct StatusSession : Session {
     explicit StatusSession(const Json& world) {
         program = CLI_STATUS;

@@ -1,4 +1,4 @@
-// The HTML page: whole for one world, and well-formed and inert whatever the adapters say.
+// The HTML page: whole for one world, and well-formed and inert for any adapter text.
 #include "tools/status/page.h"
 
 #include <gtest/gtest.h>

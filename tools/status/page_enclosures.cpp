@@ -1,5 +1,5 @@
-// The enclosures of the HTML page: a map of the slots of each, and its sensors. An adapter tells a slot
-// by its channel. It does not say which channels lead to which enclosure: an empty channel is shown in
+// The enclosures of the HTML page: a map of the slots of each, and its sensors. An adapter identifies a slot
+// by its channel. It does not report which channels lead to which enclosure: an empty channel is shown in
 // the map when there is only one place it can be.
 #include <algorithm>
 

@@ -92,7 +92,7 @@ static std::vector<const ExtentEntry*> inOrder(const PhyDrvInfo& drive) {
     return sorted;
 }
 
-// Without gaps and overlaps, from 0 to the drive's end, whatever the adapter says.
+// Without gaps and overlaps, from 0 to the drive's end, for any reply of the adapter.
 static std::vector<Segment> segmentsOf(const PhyDrvInfo& drive) {
     std::vector<Segment> segments;
     std::uint64_t at = 0;
