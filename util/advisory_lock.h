@@ -6,6 +6,6 @@
 inline constexpr int kLockSeconds = 30;
 
 // Locks the directory that path is in. Waits for its holder at most the given number of seconds. Returns what
-// unlockDirectory() takes; -1 if there is no lock; the caller then continues without it.
+// unlockDirectory() takes, or -1 if there is no lock; the caller then continues without it.
 int lockDirectoryOf(const char* path, int seconds);
 void unlockDirectory(int lock);

@@ -38,12 +38,12 @@ for (const each of bom.components) {
     bom.metadata.component.dependencies.add(each.bomRef);
 }
 
-const version = Spec.Spec1dot6;
-const text = new Serialize.JsonSerializer(new Serialize.JSON.Normalize.Factory(version)).serialize(bom, {
+const format = Spec.Spec1dot6;
+const text = new Serialize.JsonSerializer(new Serialize.JSON.Normalize.Factory(format)).serialize(bom, {
     sortLists: true,
     space: 2,
 });
-const errors = await new Validation.JsonStrictValidator(version.version).validate(text);
+const errors = await new Validation.JsonStrictValidator(format.version).validate(text);
 if (errors !== null) {
     console.error(errors);
     process.exit(1);
