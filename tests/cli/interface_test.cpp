@@ -187,7 +187,7 @@ TEST(ProcessCmdLine, ContinuesWhenExitIsNotTheWholeFirstWord) {
 
 TEST(CommandTable, IsSortedAndCounted) {
     ASSERT_EQ(numCmd, static_cast<int>(cmdTable.size()));
-    for (int i = 1; i < numCmd; ++i)
+    for (std::size_t i = 1; i < cmdTable.size(); ++i)
         EXPECT_EQ(strCmpNoCase(cmdTable[i - 1].name, cmdTable[i].name), -1) << cmdTable[i].name;
 }
 
