@@ -2,6 +2,7 @@
 // permissions.
 #include "util/atomic_file.h"
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -73,7 +74,7 @@ TEST_F(AtomicFile, LeavesAReaderOfTheOldFileUndisturbed) {
 
 TEST_F(AtomicFile, KeepsPermissions) {
     write("file", "old");
-    for (const mode_t kept : {0600u, 0640u, 0664u, 0755u}) {
+    for (const mode_t kept : std::array<mode_t, 4>{0600, 0640, 0664, 0755}) {
         chmod(path("file").c_str(), kept);
         EXPECT_TRUE(replace(path("file"), "new"));
         EXPECT_EQ(mode(path("file")), kept);
