@@ -60,7 +60,7 @@ std::uint32_t copyNewEvents(HBAEvent* events) {
     return copied;
 }
 
-bool wasEventTaken(std::uint32_t slot) {
+bool wasEventRemoved(std::uint32_t slot) {
     return takenFromSlot[slot];
 }
 
