@@ -231,6 +231,7 @@ TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
         EXPECT_EQ(runInChild([&] {
                       const struct rlimit none = {0, 0};
                       setrlimit(RLIMIT_CORE, &none);
+                      std::signal(signal, SIG_DFL); // ignored if the tests run in the background
                       FileReplacement file;
                       ASSERT_TRUE(open(&file, path("file")));
                       EXPECT_EQ(names().size(), 2u);
