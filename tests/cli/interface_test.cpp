@@ -167,7 +167,7 @@ TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
     }
 }
 
-TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordHoweverManyFollow) {
+TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordRegardlessOfFurtherWords) {
     for (const std::string words : {"Exit", "\"exit\""}) {
         WordTable table = emptyTable();
         EXPECT_EQ(lineKind(table, words + " b c d e f g h i j k l m n o p q"), kExitLine);
