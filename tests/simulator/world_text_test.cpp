@@ -152,7 +152,7 @@ static q5sim::Controller largestController() {
         q5sim::LogicalDrive drive;
         drive.arrayId = drive.logDrvId = id;
         drive.members.resize(16);
-        drive.activity.kind = q5sim::kInitializing;
+        drive.activity.kind = kInitializing;
         controller.logicalDrives.push_back(drive);
     }
     controller.events.resize(q5sim::kMaxEventsKept);
