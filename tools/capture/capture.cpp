@@ -1,6 +1,7 @@
 // The world as a whole.
 #include "tools/capture/capture.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 
