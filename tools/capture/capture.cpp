@@ -1,10 +1,6 @@
 // The world as a whole.
 #include "tools/capture/capture.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <ctime>
-
 #include "simulator/file/world_json.h"
 #include "tools/capture/convert.h"
 #include "tools/capture/fit.h"
@@ -56,13 +52,4 @@ Capture captureWorld(const Snapshot& snapshot, std::int64_t now) {
         capture.text.clear();
     }
     return capture;
-}
-
-static constexpr std::int64_t kLatestNow = std::int64_t{1} << 40; // as the simulated adapters limit it
-
-std::int64_t captureTime() {
-    const char* fixed = std::getenv("Q5SIM_NOW");
-    if (fixed == nullptr || fixed[0] == '\0')
-        return static_cast<std::int64_t>(std::time(nullptr));
-    return std::clamp<std::int64_t>(std::strtoll(fixed, nullptr, 10), 0, kLatestNow);
 }
