@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "snapshot/read.h"
+#include "snapshot/text.h"
 #include "tools/wait/bars.h"
 #include "tools/wait/screen.h"
 
@@ -109,8 +110,9 @@ static Verdict run(const Options& options) {
     Verdict verdict = waitOpened(&session);
     closeScreen(&session.screen);
     closeAdapters();
-    if (verdict == Verdict::timeout)
-        complain(verdict, "timed out after " + std::to_string(*options.timeout / kSecond) + " seconds");
+    if (verdict == Verdict::timeout && !options.quiet)
+        complain(verdict, "timed out after " +
+                              counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
     return session.unwritable ? complain(verdict, "cannot write to standard output") : verdict;
 }
 
