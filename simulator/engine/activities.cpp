@@ -40,6 +40,7 @@ void startInitialization(Controller& controller, LogicalDrive& array, std::uint8
     const std::uint64_t whole = array.memberSectors / kSectorsPerMb;
     startActivity(array, kInitializing, type == kQuickInit ? std::min(kQuickInitMb, whole) : whole, now);
     array.activity.initType = type;
+    array.captured = false;
     array.synchronized = !isRedundant(array.level);
     addEvent(controller, now, "Logical drive %d: initialization started", array.logDrvId);
 }

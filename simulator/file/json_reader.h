@@ -36,15 +36,15 @@ public:
             throw WorldError{at(key), "true or false is expected"};
         value = found != nullptr ? found->get<bool>() : value;
     }
+    void rareFlag(const char* key, bool& value) { flag(key, value); }
     void text(const char* key, std::string& value, std::size_t longest) {
-        const ParsedJson* found = find(key);
-        if (found == nullptr)
-            return;
-        if (!found->is_string() || found->get_ref<const std::string&>().size() > longest)
-            throw WorldError{at(key), "a text of at most " + std::to_string(longest) + " bytes is expected"};
-        value = found->get<std::string>();
-        if (value.find('\0') != std::string::npos)
-            throw WorldError{at(key), "a text without NUL is expected"};
+        if (const ParsedJson* found = find(key))
+            value = plainText(*found, at(key), longest);
+    }
+    void rareTexts(const char* key, std::vector<std::string>& values, std::size_t most, std::size_t longest) {
+        const ParsedJson* found = findList(key, most);
+        for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
+            values.push_back(plainText((*found)[i], at(key, i), longest));
     }
     template <typename Code>
     void word(const char* key, Code& code, std::span<const Word> words) {
@@ -122,6 +122,14 @@ private:
         if (found != nullptr && (!found->is_array() || found->size() > most))
             throw WorldError{at(key), "a list of at most " + std::to_string(most) + " is expected"};
         return found;
+    }
+    static std::string plainText(const ParsedJson& json, const FieldPath& path, std::size_t longest) {
+        if (!json.is_string() || json.get_ref<const std::string&>().size() > longest)
+            throw WorldError{path, "a text of at most " + std::to_string(longest) + " bytes is expected"};
+        std::string value = json.get<std::string>();
+        if (value.find('\0') != std::string::npos)
+            throw WorldError{path, "a text without NUL is expected"};
+        return value;
     }
     static std::int64_t wholeNumber(const ParsedJson& json, const FieldPath& path, std::int64_t low,
                                     std::int64_t high) {

@@ -18,7 +18,7 @@ static constexpr SensorDrift kSensorDrifts[] = {
 static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::int64_t now) {
     std::int64_t reading = sensor.reading;
     for (const SensorDrift& drift : kSensorDrifts) {
-        if (drift.type != sensor.type)
+        if (drift.type != sensor.type || sensor.steady)
             continue;
         const std::int64_t span = 2 * drift.amplitude + 1;
         const std::int64_t phase = (now / drift.period * 7 + static_cast<std::int64_t>(position) * 5) % span;

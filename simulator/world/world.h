@@ -22,12 +22,15 @@ inline constexpr std::size_t kMaxSpeedOptions = 64;
 inline constexpr std::size_t kMaxRules = 64;
 inline constexpr std::size_t kMaxRefusals = 16;
 inline constexpr std::size_t kMaxBadRanges = 1024;
+inline constexpr std::size_t kMaxAssumed = 1024;
+inline constexpr std::size_t kMaxAssumedLength = 255;
 inline constexpr std::int64_t kMaxSpeed = 1000000;
 
 struct Sensor {
     std::uint8_t type = 0; // EnclosureSensorType
     std::int32_t reading = 0;
-    bool alarm = false; // its event "out of range" has been logged
+    bool alarm = false;  // its event "out of range" has been logged
+    bool steady = false; // does not drift: a reading taken from other adapters
     bool operator==(const Sensor&) const = default;
 };
 
@@ -143,7 +146,8 @@ struct World {
     std::int64_t speed = 1;       // of the world's clock
     std::int64_t speedSince = 0;  // real time from which speed applies
     std::vector<Rule> rules;
-    std::vector<Refusal> refusals; // newest first
+    std::vector<Refusal> refusals;    // newest first
+    std::vector<std::string> assumed; // what a captured world does not know, for its reader alone
     std::vector<Controller> controllers;
     bool operator==(const World&) const = default;
 };

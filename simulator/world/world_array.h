@@ -65,6 +65,7 @@ struct LogicalDrive {
     bool synchronized = true;
     bool autoRebuildInhibited = false; // stopped by the user: not restarted automatically
     bool idle = false;                 // the host does not write to it
+    bool captured = false;             // holds the data of the machine that it was captured from
     std::uint32_t inconsistencies = 0;
     std::uint32_t lostWrites = 0;  // inconsistencies from a lost cache, which only a check finds
     std::uint32_t lostStripes = 0; // unreadable on the last copy

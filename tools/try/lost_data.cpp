@@ -1,0 +1,160 @@
+// Data that commands have destroyed on a copy, and protection that it has lost.
+#include <algorithm>
+
+#include "simulator/world/array_rules.h"
+#include "snapshot/text.h"
+#include "tools/try/effects.h"
+
+std::string nameOf(std::size_t controller, const q5sim::LogicalDrive& drive) {
+    return "controller " + std::to_string(controller) + ": logical drive " + std::to_string(drive.logDrvId) +
+           (drive.name.empty() ? "" : " " + printable(drive.name));
+}
+
+std::string sizeText(std::uint64_t sectors) {
+    std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
+    for (std::size_t at = digits.size(); at > 3; at -= 3)
+        digits.insert(at - 3, ",");
+    return digits + " MB";
+}
+
+static const q5sim::Controller* controllerAt(const q5sim::World& world, std::size_t position) {
+    return position < world.controllers.size() ? &world.controllers[position] : nullptr;
+}
+
+// Whether it is still made of the same drives in the same way.
+static bool isSameShape(const q5sim::LogicalDrive& one, const q5sim::LogicalDrive& other) {
+    return one.level == other.level && one.sectors == other.sectors && one.members == other.members;
+}
+
+// What has become of a captured logical drive's data; nothing: it is there.
+static std::string fateOf(const q5sim::Controller& expected, const q5sim::LogicalDrive& drive,
+                          const q5sim::Controller& after) {
+    const q5sim::LogicalDrive* left = q5sim::findArray(after, drive.arrayId);
+    if (left == nullptr)
+        return "would be deleted";
+    if (!left->captured && !isSameShape(drive, *left))
+        return "would be deleted; another one would take its number";
+    if (!left->captured)
+        return "would be overwritten";
+    if (left->sectors < drive.sectors)
+        return "would shrink to " + sizeText(left->sectors);
+    if (left->lostStripes > drive.lostStripes)
+        return "would lose data that cannot be read from any member";
+    const q5sim::LogicalDrive* undisturbed = q5sim::findArray(expected, drive.arrayId);
+    if (undisturbed != nullptr && q5sim::functionalStatus(expected, *undisturbed) != 0 &&
+        q5sim::functionalStatus(after, *left) == 0)
+        return "would go offline: its data could not be reached";
+    return "";
+}
+
+// The part of a drive that holds something else than space to be used: of an array that the controller does
+// not know, or of one that is offline.
+static bool holdsOnlyCopy(const q5sim::Controller& controller, const q5sim::Extent& extent) {
+    if (extent.use == q5sim::kUseForeign)
+        return true;
+    const q5sim::LogicalDrive* array =
+        extent.use == q5sim::kUseArray ? q5sim::findArray(controller, extent.array) : nullptr;
+    return array != nullptr && q5sim::functionalStatus(controller, *array) == 0;
+}
+
+static bool isKept(const q5sim::Controller& after, std::uint16_t id, const q5sim::Extent& extent) {
+    const q5sim::Drive* drive = q5sim::findDrive(after, id);
+    return drive != nullptr &&
+           std::any_of(drive->extents.begin(), drive->extents.end(), [&](const q5sim::Extent& left) {
+               return left.use == extent.use && left.array == extent.array && left.start == extent.start;
+           });
+}
+
+static std::string extentName(std::size_t controller, const q5sim::Drive& drive, std::size_t index) {
+    return "controller " + std::to_string(controller) + ": drive " + std::to_string(drive.id + 1) +
+           ", extent " + std::to_string(index);
+}
+
+// Extents of arrays that are still listed, or that this controller never listed.
+static void addLostExtents(const q5sim::World& before, std::size_t id, const q5sim::Controller& after,
+                           TextLines* lines) {
+    const q5sim::Controller& controller = before.controllers[id];
+    for (const q5sim::Drive& drive : controller.drives)
+        for (std::size_t i = 0; i < drive.extents.size(); i++) {
+            const q5sim::Extent& extent = drive.extents[i];
+            const bool deleted =
+                extent.use == q5sim::kUseArray && q5sim::findArray(after, extent.array) == nullptr;
+            if (!deleted && holdsOnlyCopy(controller, extent) && !isKept(after, drive.id, extent))
+                lines->push_back(extentName(id, drive, i) + ", " + sizeText(extent.size) + " of " +
+                                 (extent.use == q5sim::kUseForeign ? "another controller's array"
+                                                                   : "an array that is offline") +
+                                 ", would be given up");
+        }
+}
+
+TextLines lostData(const Effects& effects) {
+    TextLines lines;
+    for (std::size_t id = 0; id < effects.before.controllers.size(); id++) {
+        const q5sim::Controller& before = effects.before.controllers[id];
+        const q5sim::Controller* after = controllerAt(effects.end, id);
+        if (after == nullptr)
+            continue;
+        for (const q5sim::LogicalDrive& drive : before.logicalDrives)
+            if (const std::string fate = fateOf(effects.expected.controllers[id], drive, *after);
+                drive.captured && !fate.empty())
+                lines.push_back(nameOf(id, drive) + ", " + sizeText(drive.sectors) + ", " + fate);
+        addLostExtents(effects.before, id, *after, &lines);
+    }
+    return lines;
+}
+
+// Higher is better protected.
+static int protection(std::uint8_t level, std::uint8_t status) {
+    if (status == 0)
+        return -1;
+    if (!q5sim::isRedundant(level) || status == kCritical)
+        return 0;
+    return status == kDegraded ? 1 : 2;
+}
+
+static void addLostSpares(const q5sim::Controller& expected, std::size_t id, const q5sim::Controller& after,
+                          TextLines* lines) {
+    for (const q5sim::Drive& drive : expected.drives)
+        for (std::size_t i = 0; i < drive.extents.size(); i++) {
+            const std::uint8_t use = drive.extents[i].use;
+            if ((use == q5sim::kUseGlobalSpare || use == q5sim::kUseDedicatedSpare) &&
+                !isKept(after, drive.id, drive.extents[i]))
+                lines->push_back(extentName(id, drive, i) + " would no longer be a spare");
+        }
+}
+
+// Whether the data of a logical drive survives the loss of drives as it would have without the commands.
+static void addLostProtection(const q5sim::Controller& expected, std::size_t id,
+                              const q5sim::Controller& after, TextLines* lines) {
+    for (const q5sim::LogicalDrive& drive : expected.logicalDrives) {
+        const q5sim::LogicalDrive* left = q5sim::findArray(after, drive.arrayId);
+        if (left == nullptr || !left->captured)
+            continue;
+        const std::uint8_t status = q5sim::functionalStatus(after, *left);
+        if (protection(left->level, status) <
+            protection(drive.level, q5sim::functionalStatus(expected, drive)))
+            lines->push_back(nameOf(id, *left) + " would be less protected against the loss of a drive: " +
+                             q5sim::levelName(left->level) + ", " + q5sim::statusName(status));
+    }
+}
+
+TextLines riskedData(const Effects& effects) {
+    TextLines lines;
+    for (std::size_t id = 0; id < effects.expected.controllers.size(); id++) {
+        const q5sim::Controller* after = controllerAt(effects.end, id);
+        if (after == nullptr)
+            continue;
+        addLostProtection(effects.expected.controllers[id], id, *after, &lines);
+        addLostSpares(effects.expected.controllers[id], id, *after, &lines);
+    }
+    return lines;
+}
+
+// Inquiries are refused all the time, about objects that are not there.
+TextLines refusedOperations(const q5sim::World& world) {
+    TextLines lines;
+    for (const q5sim::Refusal& refusal : world.refusals)
+        if (!refusal.operation.starts_with("q5_get"))
+            lines.insert(lines.begin(), printable(refusal.operation + ": " + refusal.reason));
+    return lines;
+}

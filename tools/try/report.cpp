@@ -1,0 +1,56 @@
+// cli-try-report: compares a copy of the adapters before and after commands. For cli-try.
+//
+//     cli-try-report BEFORE AFTER
+//
+// Exit status: 0 no data is lost, 1 data is lost, 2 none is lost but an operation was refused, 3 the files
+// cannot be read.
+#include <cstdio>
+
+#include "simulator/engine/clock.h"
+#include "simulator/file/world_file.h"
+#include "simulator/file/world_json.h"
+#include "tools/capture/capture.h"
+#include "tools/try/effects.h"
+
+enum ExitStatus { kNothingLost = 0, kLost = 1, kRefused = 2, kUnreadable = 3 };
+
+static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024; // as of the simulated adapters
+
+static bool readWorld(const char* path, q5sim::World* world) {
+    std::string text;
+    q5sim::ValidationError error;
+    if (q5sim::readFile(path, kMaxFileSize, text) && q5sim::worldFromJson(text, *world, error))
+        return true;
+    std::fprintf(stderr, "cli-try-report: cannot read %s\n", path);
+    return false;
+}
+
+static void printLines(const char* title, const TextLines& lines, const char* none) {
+    if (lines.empty() && none == nullptr)
+        return;
+    std::printf("\n%s:\n", title);
+    for (const std::string& line : lines)
+        std::printf("  %s\n", line.c_str());
+    if (lines.empty())
+        std::printf("  %s\n", none);
+}
+
+static int report(const q5sim::World& before, const q5sim::World& after) {
+    const Effects effects = followEffects(before, after, q5sim::scaledTime(after, captureTime()));
+    const TextLines refused = refusedOperations(after);
+    const TextLines lost = lostData(effects);
+    printLines("What would be refused", refused, nullptr);
+    printLines("Data that would be lost", lost, "none");
+    printLines("What would be at risk", riskedData(effects), nullptr);
+    printLines("What would be started, and its time in the model", effects.started, "nothing");
+    if (!lost.empty())
+        return kLost;
+    return refused.empty() ? kNothingLost : kRefused;
+}
+
+int main(int argc, char** argv) {
+    q5sim::World before, after;
+    if (argc != 3 || !readWorld(argv[1], &before) || !readWorld(argv[2], &after))
+        return kUnreadable;
+    return report(before, after);
+}
