@@ -76,7 +76,8 @@ static OptionsResult answer(const OptionTable& table, const OptionRow& row) {
     return OptionsResult::done;
 }
 
-OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply) {
+OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply,
+                              std::vector<std::string>* words) {
     const std::vector<option> all = longOptions(table);
     const std::string letters = shortOptions(table);
     for (int value; (value = getopt_long(argc, argv, letters.c_str(), all.data(), nullptr)) != -1;) {
@@ -89,6 +90,8 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
         if (result != OptionsResult::run)
             return result;
     }
+    for (; words != nullptr && optind < argc; ++optind)
+        words->emplace_back(argv[optind]);
     if (optind < argc)
         return refuseOptions(table, std::string("unexpected word \"") + argv[optind] + "\"");
     return OptionsResult::run;

@@ -1,9 +1,11 @@
 // Command lines read by a table of options, and the help text made from it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 // One row of a table. The manual pages are checked against these tables.
 struct OptionRow {
@@ -23,10 +25,11 @@ struct OptionTable {
 
 enum class OptionsResult { run, done, usage };
 
-// Reads the command line; words that are no options are refused. -h and -V are answered here. apply() gets
-// each other option with its argument, nullptr if there is none.
+// Reads the command line; words that are no options go to words, or are refused without it. -h and -V are
+// answered here. apply() gets each other option with its argument, nullptr if there is none.
 using ApplyOption = std::function<OptionsResult(const OptionRow& row, const char* argument)>;
-OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply);
+OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply,
+                              std::vector<std::string>* words = nullptr);
 
 // Prints what is wrong with the command line, and where to look.
 OptionsResult refuseOptions(const OptionTable& table, const std::string& problem);

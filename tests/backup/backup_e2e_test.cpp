@@ -1,0 +1,317 @@
+// cli-backup over simulated worlds.
+#include "tests/backup/backup_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+using Backup = BackupSession;
+
+static std::string lastLine(const std::string& text) {
+    const std::size_t end = text.find_last_not_of('\n');
+    const std::size_t start = text.rfind('\n', end);
+    return text.substr(start == std::string::npos ? 0 : start + 1);
+}
+
+TEST_F(Backup, SavesWhatExportAndStatusReport) {
+    const ProcessOutcome outcome = backup();
+    ASSERT_EQ(stems().size(), 1u);
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(lastLine(outcome.out), "saved as " + newest() + ".cfg\n");
+    ASSERT_EQ(cli({"export", "-t", "1 2 3", "-f", "all.cfg"}).status, 0);
+    EXPECT_EQ(content(newest() + ".cfg"), content("all.cfg"));
+    EXPECT_EQ(content(newest() + ".json"), runOther(CLI_STATUS, {"--json"}).out);
+    EXPECT_EQ(files().size(), 2u);
+    EXPECT_TRUE(std::filesystem::is_empty(kept + "/.cli-backup"));
+}
+
+TEST_F(Backup, NamesContainHostAndTime) {
+    char host[256] = {};
+    ASSERT_EQ(gethostname(host, sizeof host - 1), 0);
+    backup();
+    const std::string name = newest().substr(5);
+    const std::string prefix = std::string(host) + "-";
+    ASSERT_EQ(name.size(), prefix.size() + 16);
+    EXPECT_EQ(name.substr(0, prefix.size()), prefix);
+    for (std::size_t i = 0; i < 15; ++i)
+        EXPECT_TRUE(i == 8 ? name[prefix.size() + i] == 'T' : std::isdigit(name[prefix.size() + i])) << name;
+    EXPECT_EQ(name.back(), 'Z');
+}
+
+TEST_F(Backup, CreatesNoFileWhenNothingChanged) {
+    backup();
+    const Files before = files();
+    EXPECT_EQ(backup(), (ProcessOutcome{0, "unchanged since " + newest() + ".cfg\n", ""}));
+    EXPECT_EQ(files(), before);
+}
+
+TEST_F(Backup, PrintsChangedSettings) {
+    changeRate(50);
+    backup();
+    changeRate(77);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome, (ProcessOutcome{0,
+                                       "info: controller 0: SyncRate was 50; it is 77\n"
+                                       "saved as " +
+                                           newest() + ".cfg\n",
+                                       ""}));
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+// An export does not hold extents.
+TEST_F(Backup, PrintsChangedExtents) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    backup();
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_NE(outcome.out.find("info: drive 3 of controller 0: its extents have changed\n"),
+              std::string::npos)
+        << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+// Two in one second, or a clock that was set back: the order of the names remains that of the backups.
+TEST_F(Backup, IsNamedAfterTheNewestBackup) {
+    backup();
+    const std::string host = newest().substr(0, newest().size() - 16);
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::rename(session.path(newest() + suffix),
+                                session.path(host + "29991231T235959Z" + suffix));
+    changeRate(77);
+    backup();
+    EXPECT_EQ(newest(), host + "30000101T000000Z");
+}
+
+TEST_F(Backup, RemovesTheOldest) {
+    Files last;
+    for (int rate = 1; rate <= 4; ++rate) {
+        changeRate(rate);
+        ASSERT_EQ(backup({"--keep", "2"}).status, 0);
+        EXPECT_EQ(stems().size(), rate == 1 ? 1u : 2u);
+    }
+    EXPECT_NE(content(stems()[0] + ".cfg").find("<SyncRate> 3\n"), std::string::npos);
+    EXPECT_NE(content(stems()[1] + ".cfg").find("<SyncRate> 4\n"), std::string::npos);
+    EXPECT_EQ(files().size(), 4u);
+}
+
+TEST_F(Backup, FewerDrivesRotateNothing) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    backup();
+    changeRate(7);
+    backup();
+    const Files before = files();
+    ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("warning: controller 0 has 2 drives; it had 3\nsaved as " + newest() +
+                               ".cfg\nwarning: no older backup was removed\n"),
+              std::string::npos)
+        << outcome;
+    EXPECT_EQ(files().size(), before.size() + 2);
+    for (const auto& [name, text] : before)
+        EXPECT_EQ(files()[name], text) << name;
+}
+
+// However many follow, the last one that still had everything stays.
+TEST_F(Backup, KeepsTheLastBackupWithMore) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    backup();
+    changeRate(7);
+    backup();
+    const std::string complete = newest();
+    ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
+    backup({"--keep", "1"});
+    changeRate(8);
+    ASSERT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], complete);
+}
+
+TEST_F(Backup, FewerLogicalDrivesAreReported) {
+    backup();
+    ASSERT_EQ(cli({"logdrv", "-a", "del", "-i", "0", "-l", "0"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("warning: controller 0 has "), std::string::npos) << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+TEST_F(Backup, FewerControllersAreReported) {
+    backup();
+    std::string world = session.worldText();
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("warning: this host has 1 controller; it had 2\n"), std::string::npos)
+        << outcome;
+}
+
+TEST_F(Backup, NeedsItsDirectory) {
+    EXPECT_EQ(session.run({"-d", "none", "--cli", E2E_REHEARSAL}),
+              (ProcessOutcome{3, "", "cli-backup: cannot use none: No such file or directory\n"}));
+    writeFile(session.path("file"), "");
+    EXPECT_EQ(session.run({"-d", "file", "--cli", E2E_REHEARSAL}),
+              (ProcessOutcome{3, "", "cli-backup: cannot create file/.cli-backup: Not a directory\n"}));
+}
+
+// Deleting what a link leads to would be worse than no backup.
+TEST_F(Backup, RefusesALinkAsWorkDirectory) {
+    std::filesystem::create_directory(session.path("precious"));
+    writeFile(session.path("precious/file"), "x");
+    std::filesystem::create_directory_symlink("../precious", kept + "/.cli-backup");
+    EXPECT_EQ(backup(), (ProcessOutcome{3, "", "cli-backup: kept/.cli-backup is not a directory\n"}));
+    EXPECT_EQ(content("precious/file"), "x");
+}
+
+TEST_F(Backup, NeedsControllers) {
+    backup();
+    const Files before = files();
+    session.useWorld("{\"format\": 1, \"controllers\": []}");
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 3) << outcome;
+    EXPECT_EQ(files(), before);
+}
+
+TEST_F(Backup, NeedsAProgramThatExports) {
+    EXPECT_EQ(session.run({"-d", "kept", "--cli", "none"}),
+              (ProcessOutcome{3, "", "cli-backup: cannot find none\n"}));
+    EXPECT_EQ(files(), Files());
+}
+
+// Runs cli-backup with a shell script as cli.
+static ProcessOutcome backupWithScript(Session& session, const std::string& script) {
+    const std::string path = session.path("script");
+    writeFile(path, "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(path, std::filesystem::perms(0755));
+    return session.run({"-d", "kept", "--cli", "script"});
+}
+
+TEST_F(Backup, ReportsAFailedExport) {
+    EXPECT_EQ(backupWithScript(session, "echo first; echo No controller is existed; exit 4"),
+              (ProcessOutcome{3, "",
+                              "cli-backup: " + session.path("script") +
+                                  " export failed with status 4: No controller is existed\n"}));
+    EXPECT_EQ(files(), Files());
+}
+
+// One line of the file is another, one is missing, one is added, the last one is cut.
+TEST_F(Backup, RefusesAnExportThatDiffersFromTheAdapters) {
+    const std::string run = "\"" E2E_REHEARSAL "\" \"$@\" && ";
+    const char* const changes[] = {"sed -i s/'<InitRate> .*/<InitRate> 1/' new.cfg", "sed -i 40d new.cfg",
+                                   "echo '[CrtlSetIndex] 9' >>new.cfg", "truncate -s -1 new.cfg",
+                                   ": >new.cfg"};
+    for (const char* change : changes) {
+        const ProcessOutcome outcome = backupWithScript(session, run + change);
+        EXPECT_EQ(outcome.status, 3) << change;
+        EXPECT_NE(outcome.err.find("of the exported file is "), std::string::npos) << change << outcome;
+        EXPECT_EQ(files(), Files()) << change;
+    }
+}
+
+// What changes between the two readings is read again.
+TEST_F(Backup, TriesAgainWhenTheAdaptersChangeMeanwhile) {
+    const std::string cli = "\"" E2E_REHEARSAL "\" ";
+    const ProcessOutcome outcome =
+        backupWithScript(session, "[ -e ../../once ] || { : >../../once; " + cli +
+                                      "ctrl -a mod -i 0 -s syncrate=99; }\n" + cli + "\"$@\"");
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_NE(content(newest() + ".cfg").find("<SyncRate> 99\n"), std::string::npos);
+}
+
+TEST_F(Backup, RemovesWhatAnInterruptedRunLeft) {
+    backup();
+    const Files before = files();
+    const std::string half = kept + "/" + newest().substr(5, newest().size() - 5 - 16);
+    writeFile(half + "20200101T000000Z.json", "{");
+    writeFile(half + "20200101T000001Z.cfg", "kept by hand");
+    writeFile(kept + "/other-20200101T000000Z.json", "another host's");
+    writeFile(kept + "/.cli-backup/.cli-1-0.tmp", "x");
+    EXPECT_EQ(backup().status, 0);
+    EXPECT_EQ(files().size(), before.size() + 2);
+    EXPECT_FALSE(std::filesystem::exists(half + "20200101T000000Z.json"));
+    EXPECT_TRUE(std::filesystem::is_empty(kept + "/.cli-backup"));
+}
+
+TEST_F(Backup, ReportsADamagedBackupAndRemovesNone) {
+    backup();
+    const std::string damaged = newest();
+    writeFile(session.path(damaged + ".json"), "{");
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out.rfind("warning: " + damaged + ".json: ", 0), 0u) << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(content(damaged + ".json"), "{");
+}
+
+TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
+    backup();
+    ASSERT_EQ(q5sim({"refuse", "q5_getControllerSettings"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_EQ(outcome.out.rfind("warning: controller 0: its settings could not be read\n", 0), 0u) << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+TEST_F(Backup, FindsCliBesideItself) {
+    const std::string bin = session.path("bin");
+    std::filesystem::create_directory(bin);
+    std::filesystem::create_symlink(CLI_BACKUP, bin + "/cli-backup");
+    std::filesystem::create_symlink(E2E_REHEARSAL, bin + "/cli");
+    session.program = bin + "/cli-backup";
+    EXPECT_EQ(session.run({"-d", "kept"}).status, 0);
+    session.program = "/usr/bin/env";
+    session.setVariable("PATH", bin + ":/usr/bin:/bin");
+    EXPECT_EQ(session.run({"cli-backup", "--directory=kept"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+TEST_F(Backup, ReportsAFullStandardOutput) {
+    session.program = "/bin/sh";
+    const ProcessOutcome outcome = session.run(
+        {"-c", "exec \"$0\" \"$@\" >/dev/full", CLI_BACKUP, "-d", "kept", "--cli", E2E_REHEARSAL});
+    EXPECT_EQ(outcome, (ProcessOutcome{1, "", "cli-backup: cannot write to standard output\n"}));
+    EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(Backup, RefusesWrongCommandLines) {
+    const std::string advice = "Try \"cli-backup --help\".\n";
+    EXPECT_EQ(session.run({"word"}),
+              (ProcessOutcome{2, "", "cli-backup: unexpected word \"word\"\n" + advice}));
+    EXPECT_EQ(session.run({"-d", ""}),
+              (ProcessOutcome{2, "", "cli-backup: --directory needs a name\n" + advice}));
+    for (const char* number : {"0", "-1", "x", "", "100001", "1x"})
+        EXPECT_EQ(session.run({"--keep", number}),
+                  (ProcessOutcome{2, "",
+                                  std::string("cli-backup: \"") + number +
+                                      "\" is not a number of backups from 1 to 100000\n" + advice}));
+    EXPECT_EQ(session.run({"--version"}), (ProcessOutcome{0, "cli-backup " CLI_STATUS_VERSION "\n", ""}));
+    EXPECT_EQ(session.run({"--none"}).status, 2);
+}
+
+// Every world that a test has: world files, and cases that say how they differ from the healthy world.
+static std::string worldOf(const std::filesystem::path& path) {
+    const std::string text = readFile(path.string());
+    if (path.parent_path().filename() != "cases")
+        return text;
+    const auto healthy = nlohmann::ordered_json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
+    return healthy.patch(nlohmann::ordered_json::parse(text)["world"]).dump();
+}
+
+TEST_F(Backup, SavesEveryWorld) {
+    int worlds = 0;
+    for (const char* directory : {"/e2e/worlds", "/simulator/worlds", "/status/cases"})
+        for (const auto& entry : std::filesystem::directory_iterator(STATUS_ROOT + std::string(directory))) {
+            const std::string name = entry.path().filename().string();
+            if (entry.path().extension() != ".json" || name.rfind("invalid-", 0) == 0 || name == "empty.json")
+                continue;
+            SCOPED_TRACE(name);
+            session.useWorld(worldOf(entry.path()));
+            std::filesystem::remove_all(kept);
+            std::filesystem::create_directory(kept);
+            const ProcessOutcome first = backup();
+            EXPECT_EQ(first.status, 0) << first;
+            EXPECT_EQ(files().size(), 2u);
+            EXPECT_EQ(backup().status, first.status);
+            EXPECT_EQ(files().size(), 2u);
+            ++worlds;
+        }
+    EXPECT_GE(worlds, 30);
+}

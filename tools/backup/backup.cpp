@@ -1,0 +1,204 @@
+// cli-backup: saves the configuration and the state of all controllers, if they have changed.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "snapshot/files.h"
+#include "snapshot/json.h"
+#include "snapshot/read.h"
+#include "snapshot/text.h"
+#include "tools/backup/configuration.h"
+#include "tools/backup/kept.h"
+#include "tools/backup/options.h"
+#include "tools/common/programs.h"
+#include "tools/status/format.h"
+#include "tools/status/rules.h"
+
+static constexpr int kSaved = 0, kLook = 1, kUsage = 2, kFailed = 3;
+static constexpr int kAttempts = 3; // to catch the adapters between two changes
+
+// A new backup, not yet written.
+struct Content {
+    Snapshot snapshot;
+    std::string configuration, json;
+};
+
+static int complain(const std::string& problem) {
+    std::fprintf(stderr, "cli-backup: %s\n", printable(problem).c_str());
+    return kFailed;
+}
+
+static void print(const Lines& lines) {
+    for (const Line& line : lines)
+        std::printf("%s: %s\n", severityText(line.severity), line.text.c_str());
+}
+
+static std::string findCli(const BackupOptions& options, const char* argument0, std::string* program) {
+    char resolved[PATH_MAX];
+    if (options.cli.empty())
+        *program = programBeside(argument0, "cli");
+    else if (realpath(options.cli.c_str(), resolved) != nullptr)
+        *program = resolved;
+    return program->empty() ? "cannot find " + (options.cli.empty() ? "cli" : options.cli) : "";
+}
+
+static std::string takeSnapshot(Snapshot* snapshot) {
+    *snapshot = {};
+    switch (openAdapters(snapshot)) {
+    case OpenResult::failed:
+        return "cannot open the adapter library";
+    case OpenResult::noController:
+        return "there is no controller";
+    default:
+        readControllers(snapshot);
+        closeAdapters();
+        return "";
+    }
+}
+
+// The last line that cli printed.
+static std::string lastLine(const std::string& path) {
+    std::string text;
+    readFile(path, &text);
+    while (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    const std::size_t start = text.rfind('\n');
+    return start == std::string::npos ? text : text.substr(start + 1);
+}
+
+static std::string exportConfiguration(const Store& store, const std::string& cli, std::string* text) {
+    const std::string path = workPath(store, "new.cfg"), output = workPath(store, "output");
+    unlink(path.c_str());
+    const int status =
+        runProgram({cli, {"export", "-t", "1 2 3", "-f", "new.cfg"}, store.work, output, store.lock});
+    if (status < 0)
+        return "cannot run " + cli;
+    if (status != 0)
+        return cli + " export failed with status " + std::to_string(status) + ": " + lastLine(output);
+    const std::string problem = synchronize(path);
+    text->clear();
+    if (problem.empty() && readFile(path, text) != ReadResult::done)
+        return "cannot read " + path;
+    return problem;
+}
+
+// Reads everything twice, through cli and by itself. Both must be of one and the same state.
+static std::string readAdapters(const Store& store, const std::string& cli, Content* content) {
+    std::string problem;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        problem = takeSnapshot(&content->snapshot);
+        if (problem.empty())
+            problem = exportConfiguration(store, cli, &content->configuration);
+        if (!problem.empty())
+            return problem;
+        problem = compareConfiguration(content->configuration, content->snapshot);
+        if (problem.empty())
+            return "";
+    }
+    return problem;
+}
+
+static Lines changesSince(const Backup& previous, const Content& now) {
+    const bool first = previous.stem.empty();
+    Lines lines = changeLines(first ? nullptr : &previous.snapshot, now.snapshot, Limits());
+    if (first)
+        return lines;
+    for (const Line& line : configurationChanges(previous.configuration, now.configuration))
+        lines.push_back(line);
+    for (const Line& line : layoutChanges(previous.snapshot, now.snapshot))
+        lines.push_back(line);
+    return lines;
+}
+
+// What is on the disk has to be the snapshot, and cli-status has to accept it.
+static std::string writeSnapshot(const Store& store, Content* content) {
+    const Limits limits;
+    const Findings findings = evaluate(content->snapshot, limits, nullptr);
+    content->json = formatJson({content->snapshot, findings, limits});
+    const std::string path = workPath(store, "new.json");
+    const std::string problem = replaceFile(path, content->json);
+    if (!problem.empty())
+        return problem;
+    std::string text;
+    Snapshot read;
+    if (readFile(path, &text) != ReadResult::done || text != content->json)
+        return path + " does not hold what was written";
+    const std::string refused = snapshotFromText(text, &read);
+    return refused.empty() ? "" : path + ": " + refused;
+}
+
+// Old backups are removed only when nothing about the new one is worse.
+static int save(const BackupOptions& options, Store* store, const Backup& previous, Lines warnings,
+                Content* content) {
+    const std::string stem = stemFor(*store, std::time(nullptr));
+    std::string problem = writeSnapshot(*store, content);
+    if (problem.empty())
+        problem = publish(*store, stem);
+    if (!problem.empty())
+        return complain(problem);
+    store->stems.push_back(stem);
+    const Lines fewer = previous.stem.empty() ? Lines() : fewerLines(content->snapshot, previous.snapshot);
+    print(fewer);
+    std::printf("saved as %s\n", printable(pathOf(*store, stem, ".cfg")).c_str());
+    if (!fewer.empty() || !warnings.empty()) {
+        std::puts("warning: no older backup was removed");
+        return kLook;
+    }
+    problem = rotate(*store, options.keep);
+    if (!problem.empty())
+        std::fprintf(stderr, "cli-backup: %s\n", printable(problem).c_str());
+    return problem.empty() ? kSaved : kLook;
+}
+
+static int saveChanges(const BackupOptions& options, Store* store, const std::string& cli) {
+    Lines warnings;
+    const Backup previous = readNewest(*store, &warnings);
+    Content content;
+    const std::string problem = readAdapters(*store, cli, &content);
+    if (!problem.empty())
+        return complain(problem);
+    for (const Line& line : unreadableLines(content.snapshot))
+        warnings.push_back(line);
+    print(warnings);
+    const Lines changes = changesSince(previous, content);
+    print(changes);
+    if (previous.stem.empty() || !changes.empty() || content.configuration != previous.configuration)
+        return save(options, store, previous, warnings, &content);
+    std::printf("unchanged since %s\n", printable(pathOf(*store, previous.stem, ".cfg")).c_str());
+    return warnings.empty() ? kSaved : kLook;
+}
+
+static std::string useDirectory(const BackupOptions& options, Store* store) {
+    store->host = hostForNames();
+    store->directory = options.directory.empty() ? kDefaultDirectory : options.directory;
+    if (options.directory.empty() && mkdir(kDefaultDirectory, 0700) != 0 && errno != EEXIST)
+        return std::string("cannot create ") + kDefaultDirectory + ": " + std::strerror(errno);
+    return openStore(store);
+}
+
+static int run(const BackupOptions& options, const char* argument0) {
+    std::string cli;
+    Store store;
+    std::string problem = findCli(options, argument0, &cli);
+    if (problem.empty())
+        problem = useDirectory(options, &store);
+    const int status = problem.empty() ? saveChanges(options, &store, cli) : complain(problem);
+    closeStore(&store);
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return status;
+    complain("cannot write to standard output");
+    return status == kSaved ? kLook : status;
+}
+
+int main(int argc, char** argv) {
+    BackupOptions options;
+    const OptionsResult result = readBackupOptions(argc, argv, &options);
+    if (result != OptionsResult::run)
+        return result == OptionsResult::done ? kSaved : kUsage;
+    return run(options, argv[0]);
+}

@@ -1,0 +1,140 @@
+// What an export of a snapshot's adapters has to hold.
+#include "tools/backup/configuration.h"
+
+#include <algorithm>
+
+#include "adapter/reply.h"
+#include "config/block.h"
+#include "config/ctrl_block.h"
+#include "config/logdrv_block.h"
+#include "config/phydrv_block.h"
+#include "snapshot/text.h"
+
+// A line of the expected file. loose: the line of a logical drive whose members are not all there, for
+// which the extents depend on more than the snapshot holds.
+struct ExpectedLine {
+    std::string text;
+    bool loose = false;
+};
+using Expected = std::vector<ExpectedLine>;
+
+static std::vector<std::string> splitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+static void addBlock(const char* marker, std::size_t index, const char* block, bool loose,
+                     Expected* expected) {
+    expected->push_back({std::string(marker) + " " + std::to_string(index)});
+    for (const std::string& line : splitLines(block))
+        expected->push_back({line, loose && line.rfind("<LogDrvDiskExtentIndex>", 0) == 0});
+}
+
+// The drives that one listing holds. Further ones are in the snapshot alone.
+static std::size_t exportedDrives(const Controller& controller) {
+    return std::min<std::size_t>(controller.drives.size(), kMaxDrives);
+}
+
+// As an export counts them: the spares of the first drive, times the number of drives.
+static int exportedSpares(const Controller& controller) {
+    if (controller.drives.empty())
+        return 0;
+    const auto list = extents(controller.drives[0].info);
+    const auto spares = std::count_if(list.begin(), list.end(), [](const ExtentEntry& extent) {
+        return (extent.assignment & kExtentGlobalSpare) != 0;
+    });
+    return static_cast<int>(exportedDrives(controller)) * static_cast<int>(spares);
+}
+
+static void addControllers(const Snapshot& snapshot, Expected* expected) {
+    for (const Controller& controller : snapshot.controllers) {
+        const ControllerSettings settings = controller.settings.value_or(ControllerSettings{});
+        char text[kBlockTextSize];
+        CtrlSettingsToBuffer(&settings, controller.buzzer.value_or(0), exportedSpares(controller), text);
+        addBlock(kCtrlMarker, controller.id, text, false, expected);
+    }
+}
+
+static void addDrives(const Snapshot& snapshot, Expected* expected) {
+    std::size_t index = 0;
+    for (const Controller& controller : snapshot.controllers)
+        for (std::size_t i = 0; i < exportedDrives(controller); ++i) {
+            const auto& settings = controller.drives[i].settings;
+            if (!settings)
+                continue;
+            char text[kBlockTextSize];
+            PDSettingsToBuffer(static_cast<int>(controller.id), &*settings, text);
+            addBlock(kPhyDrvMarker, index++, text, false, expected);
+        }
+}
+
+// The index of the drive's first extent that belongs to the array.
+static std::optional<std::uint8_t> extentOf(const Controller& controller, std::uint32_t driveId,
+                                            std::uint16_t arrayId) {
+    const Drive* drive = findDrive(controller, driveId + 1);
+    if (drive == nullptr)
+        return std::nullopt;
+    for (const ExtentEntry& extent : extents(drive->info))
+        if (extent.arrayId == arrayId)
+            return static_cast<std::uint8_t>(extent.index);
+    return std::nullopt;
+}
+
+static void addLogicalDrives(const Snapshot& snapshot, Expected* expected) {
+    std::size_t index = 0;
+    for (const Controller& controller : snapshot.controllers)
+        for (const LogicalDrive& drive : controller.logicalDrives) {
+            std::uint8_t list[kMaxArrayMembers] = {};
+            bool loose = false;
+            for (int i = 0; i < boundedMemberCount(drive.info); ++i) {
+                const auto extent = extentOf(controller, drive.info.memberIds[i], drive.info.arrayId);
+                loose = loose || !extent;
+                list[i] = extent.value_or(0);
+            }
+            const LogDrvSettings settings = drive.settings.value_or(LogDrvSettings{});
+            char text[kBlockTextSize];
+            LDSettingsToBuffer(static_cast<int>(controller.id), &drive.info, &settings, list, text);
+            addBlock(kLogDrvMarker, index++, text, loose, expected);
+        }
+}
+
+std::string compareConfiguration(const std::string& text, const Snapshot& snapshot) {
+    Expected expected;
+    addControllers(snapshot, &expected);
+    addDrives(snapshot, &expected);
+    addLogicalDrives(snapshot, &expected);
+    const std::vector<std::string> lines = splitLines(text);
+    for (std::size_t i = 0; i < std::max(lines.size(), expected.size()); ++i) {
+        const bool both = i < lines.size() && i < expected.size();
+        if (both && (lines[i] == expected[i].text || expected[i].loose))
+            continue;
+        return "line " + std::to_string(i + 1) + " of the exported file is " +
+               (i < lines.size() ? "\"" + printable(lines[i]) + "\"" : "missing") + "; the adapters report " +
+               (i < expected.size() ? "\"" + printable(expected[i].text) + "\"" : "nothing more");
+    }
+    return text.empty() || text.back() == '\n' ? "" : "the exported file ends within a line";
+}
+
+Lines unreadableLines(const Snapshot& snapshot) {
+    Lines lines;
+    const auto add = [&](const std::string& object) {
+        lines.push_back({Severity::warning, object + ": its settings could not be read"});
+    };
+    for (const Controller& controller : snapshot.controllers) {
+        const std::string where = "controller " + std::to_string(controller.id);
+        if (!controller.settings)
+            add(where);
+        for (const Drive& drive : controller.drives)
+            if (!drive.settings)
+                add("drive " + std::to_string(drive.number) + " of " + where);
+        for (const LogicalDrive& drive : controller.logicalDrives)
+            if (!drive.settings)
+                add("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where);
+    }
+    return lines;
+}

@@ -1,0 +1,85 @@
+// Reads kept backups and removes those that newer ones replace.
+#include "tools/backup/kept.h"
+
+#include <algorithm>
+
+#include "snapshot/files.h"
+#include "snapshot/json.h"
+#include "snapshot/text.h"
+
+static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
+    const std::string path = pathOf(store, stem, ".json");
+    std::string text;
+    if (readFile(path, &text) != ReadResult::done)
+        return "cannot read " + path;
+    const std::string problem = snapshotFromText(text, snapshot);
+    return problem.empty() ? "" : path + ": " + problem;
+}
+
+std::string readBackup(const Store& store, const std::string& stem, Backup* backup) {
+    *backup = {};
+    const std::string path = pathOf(store, stem, ".cfg");
+    if (readFile(path, &backup->configuration) != ReadResult::done)
+        return "cannot read " + path;
+    const std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
+    if (problem.empty())
+        backup->stem = stem;
+    return problem;
+}
+
+Backup readNewest(const Store& store, Lines* warnings) {
+    Backup backup;
+    for (std::size_t i = store.stems.size(); i-- > 0;) {
+        const std::string problem = readBackup(store, store.stems[i], &backup);
+        if (problem.empty())
+            return backup;
+        warnings->push_back({Severity::warning, printable(problem)});
+    }
+    return {};
+}
+
+static std::string fewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word) {
+    return object + " has " + counted(now, word) + "; it had " + std::to_string(earlier);
+}
+
+Lines fewerLines(const Snapshot& now, const Snapshot& earlier) {
+    Lines lines;
+    const auto check = [&](const std::string& object, std::size_t present, std::size_t before,
+                           const char* word) {
+        if (present < before)
+            lines.push_back({Severity::warning, fewer(object, present, before, word)});
+    };
+    check("this host", now.controllers.size(), earlier.controllers.size(), "controller");
+    for (const Controller& before : earlier.controllers)
+        if (const Controller* controller = findController(now, before.id)) {
+            const std::string object = "controller " + std::to_string(before.id);
+            check(object, controller->drives.size(), before.drives.size(), "drive");
+            check(object, controller->logicalDrives.size(), before.logicalDrives.size(), "logical drive");
+        }
+    return lines;
+}
+
+// Whether one of the newer snapshots holds at least as much.
+static bool isReplaced(const Snapshot& old, const std::vector<Snapshot>& newer) {
+    return std::any_of(newer.begin(), newer.end(),
+                       [&](const Snapshot& each) { return fewerLines(each, old).empty(); });
+}
+
+// What cannot be read replaces nothing, and stays.
+std::string rotate(const Store& store, std::size_t keep) {
+    if (store.stems.size() <= keep)
+        return "";
+    std::vector<Snapshot> newer;
+    for (std::size_t i = store.stems.size(); i-- > 0;) {
+        Snapshot snapshot;
+        if (!readSnapshotFile(store, store.stems[i], &snapshot).empty())
+            continue;
+        if (i + keep < store.stems.size() && isReplaced(snapshot, newer)) {
+            const std::string problem = removeBackup(store, store.stems[i]);
+            if (!problem.empty())
+                return problem;
+        }
+        newer.push_back(std::move(snapshot));
+    }
+    return "";
+}

@@ -1,0 +1,93 @@
+// Finding and running other programs.
+#include "tools/common/programs.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+static bool isProgram(const std::string& path) {
+    return access(path.c_str(), X_OK) == 0;
+}
+
+static std::string directoryOf(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+static std::string absolute(const std::string& path) {
+    char resolved[PATH_MAX];
+    const std::string directory = directoryOf(path);
+    if (realpath(directory.c_str(), resolved) == nullptr)
+        return path;
+    return std::string(resolved) + "/" + path.substr(directory.size());
+}
+
+// As a shell finds it.
+static std::string searchPath(const std::string& name) {
+    const char* value = std::getenv("PATH");
+    std::string rest = value != nullptr ? value : "";
+    while (!rest.empty()) {
+        const std::size_t colon = rest.find(':');
+        const std::string directory = rest.substr(0, colon);
+        rest = colon == std::string::npos ? "" : rest.substr(colon + 1);
+        const std::string path = (directory.empty() ? "." : directory) + "/" + name;
+        if (isProgram(path))
+            return path;
+    }
+    return "";
+}
+
+std::string programBeside(const char* argument0, const char* name) {
+    const std::string given = argument0 != nullptr ? argument0 : "";
+    const std::string self = given.find('/') != std::string::npos ? given : searchPath(given);
+    if (self.empty())
+        return "";
+    const std::string beside = directoryOf(self) + name;
+    if (isProgram(beside))
+        return absolute(beside);
+    char resolved[PATH_MAX]; // started through a link
+    if (realpath(self.c_str(), resolved) == nullptr)
+        return "";
+    const std::string beyond = directoryOf(resolved) + name;
+    return isProgram(beyond) ? beyond : "";
+}
+
+static bool replaceStream(const char* path, int flags, int stream) {
+    const int file = open(path, flags | O_NOFOLLOW, 0666);
+    const bool replaced = file >= 0 && dup2(file, stream) >= 0;
+    if (file > STDERR_FILENO)
+        close(file);
+    return replaced;
+}
+
+[[noreturn]] static void becomeProgram(const ProgramRun& run, char* const* words) {
+    const bool ready = replaceStream("/dev/null", O_RDONLY, STDIN_FILENO) &&
+                       replaceStream(run.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO) &&
+                       dup2(STDOUT_FILENO, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
+                       (run.inherited < 0 || fcntl(run.inherited, F_SETFD, 0) == 0);
+    if (ready)
+        execv(run.program.c_str(), words);
+    _exit(127);
+}
+
+int runProgram(const ProgramRun& run) {
+    std::string program = run.program;
+    std::vector<std::string> words = run.words;
+    std::vector<char*> arguments = {program.data()};
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0)
+        becomeProgram(run, arguments.data());
+    int status = 0;
+    while (child > 0 && waitpid(child, &status, 0) < 0)
+        if (errno != EINTR)
+            return -1;
+    if (child < 0 || (WIFEXITED(status) && WEXITSTATUS(status) == 127))
+        return -1;
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
