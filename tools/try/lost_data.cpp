@@ -13,7 +13,7 @@ std::string nameOf(std::size_t controller, const q5sim::LogicalDrive& drive) {
 std::string sizeText(std::uint64_t sectors) {
     std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
     for (std::size_t at = digits.size(); at > 3; at -= 3)
-        digits.insert(at - 3, ",");
+        digits.insert(at - 3, 1, ',');
     return digits + " MB";
 }
 
