@@ -216,13 +216,17 @@ TEST_F(CrashImport, SignalIsDeferredUntilItCompletes) {
     TRACE_OR_SKIP(import);
     ASSERT_NE(before.world, after.world);
     int done = 0;
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE}) {
+        int late = 0; // with the call that ends the program
         tryFault("signal:" + std::to_string(signal), 5,
                  [&](const ProcessOutcome& outcome, const Files& files) {
                      EXPECT_TRUE(files.world == before.world || files.world == after.world);
-                     EXPECT_EQ(outcome.status, 128 + signal);
+                     late += outcome.status == 0;
+                     EXPECT_TRUE(outcome.status == 128 + signal || outcome.status == 0) << outcome.status;
                      done += files.world == after.world;
                  });
+        EXPECT_LE(late, 1);
+    }
     EXPECT_GT(done, 0);
     RecordProperty("signals", attempted);
 }
