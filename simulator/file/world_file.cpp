@@ -12,7 +12,7 @@ namespace q5sim {
 
 bool fileExists(const std::string& path) {
     struct ::stat info;
-    return ::stat(path.c_str(), &info) == 0;
+    return ::stat(path.c_str(), &info) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 static bool isLink(const std::string& path) {

@@ -6,7 +6,7 @@
 
 namespace q5sim {
 
-// Whether there is something at the path; links are followed.
+// Whether there is something at the path, or may be: it cannot be looked up. Links are followed.
 bool fileExists(const std::string& path);
 
 // Resolves the symbolic links of a path, so that a link survives replacement of the file it leads to. A

@@ -198,6 +198,17 @@ TEST_F(WorldFile, RefusesLinkWithoutFile) {
     }
 }
 
+// Only a file that is certainly missing may be created.
+TEST_F(WorldFile, IsNotMissingWhenItCannotBeLookedUp) {
+    fs::create_directories(directory);
+    fs::create_symlink("two", directory + "/one");
+    fs::create_symlink("one", directory + "/two");
+    EXPECT_TRUE(q5sim::fileExists(directory + "/one"));
+    EXPECT_TRUE(q5sim::fileExists(directory + "/" + std::string(300, 'x')));
+    EXPECT_FALSE(q5sim::fileExists(directory + "/none"));
+    EXPECT_FALSE(q5sim::fileExists(directory + "/none/world.json"));
+}
+
 // A missing world is created by the first of an operation's steps that needs it; each may report the failure.
 TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
     open("bench");
