@@ -113,8 +113,8 @@ TEST(Try, RefusedCommand) {
 // RAID1 of two members becomes RAID5 of three: 60,000 MB of each at 1024 MB a second.
 TEST(Try, StartedJobHasItsTime) {
     TrySession session;
-    const ProcessOutcome outcome =
-        session.run({"migrate", "-a", "start", "-l", "1", "-i", "0", "-p", "7", "-s", "raid=raid5"});
+    const ProcessOutcome outcome = session.run(
+        {"migrate", "-a", "start", "-l", "1", "-i", "0", "-p", "7", "-e", "0", "-s", "raid=raid5"});
     EXPECT_EQ(outcome.status, 0) << outcome.out;
     EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n"
                                "  controller 0: logical drive 1 System: migration, 59 seconds\n"),
