@@ -28,11 +28,11 @@ static std::string listsOfController(std::size_t id) {
                              "buzz",
                              "bga",
                              "mp",
-                             "init",
-                             "sync",
-                             "rc",
-                             "migrate",
-                             "rb",
+                             "init -a list",
+                             "sync -a list",
+                             "rc -a list",
+                             "migrate -a list",
+                             "rb -a list",
                              "bga -a list",
                              "ctrl -a list -v",
                              "battery"})
@@ -48,8 +48,9 @@ static std::string listsOfObjects(std::size_t id) {
              {"phydrv -v -p ", "extent -v -p ", "extent -p ", "mp -p ", "phydrv -a list3G -p "})
             lines += list + text(drive) + controller;
     for (std::size_t logical = 0; logical < 16; ++logical)
-        for (const char* list : {"logdrv -v -l ", "logdrv -l ", "init -l ", "sync -l ", "rc -l ",
-                                 "migrate -l ", "rb -l ", "bga -l "})
+        for (const char* list :
+             {"logdrv -v -l ", "logdrv -l ", "init -a list -l ", "sync -a list -l ", "rc -a list -l ",
+              "migrate -a list -l ", "rb -a list -l ", "bga -a list -l "})
             lines += list + text(logical) + controller;
     for (std::size_t enclosure = 0; enclosure < 16; ++enclosure)
         lines += "enclosure -e " + text(enclosure) + controller;

@@ -150,6 +150,15 @@ TextLines riskedData(const Effects& effects) {
     return lines;
 }
 
+TextLines loggedEvents(const q5sim::World& before, const q5sim::World& after) {
+    TextLines lines;
+    for (std::size_t id = 0; id < before.controllers.size(); id++)
+        if (const q5sim::Controller* controller = controllerAt(after, id))
+            for (const q5sim::Event& event : q5sim::newEvents(before.controllers[id], *controller))
+                lines.push_back(printable("controller " + std::to_string(id) + ": " + event.text));
+    return lines;
+}
+
 // Inquiries are refused all the time, about objects that are not there.
 TextLines refusedOperations(const q5sim::World& world) {
     TextLines lines;
