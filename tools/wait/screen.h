@@ -10,7 +10,7 @@ struct ScreenSize {
 
 struct Screen {
     bool isTerminal = false;
-    std::vector<std::size_t> drawn; // the columns of each line of the display that stands there
+    std::vector<std::size_t> drawn; // the columns of each line of the current display
 };
 
 // From here to closeScreen(), the cursor of a terminal is hidden as long as there is a display. It is shown

@@ -41,7 +41,7 @@ static void update(Session* session, const std::vector<std::string>& lines,
     session->unwritable = session->unwritable || !written;
 }
 
-// On a terminal, messages stand above the display, and the display replaces the lines of percentages.
+// On a terminal, messages are printed above the display, and the display replaces the lines of percentages.
 static void show(Session* session, bool last) {
     Watch* watch = &session->watch;
     const std::time_t clock = std::time(nullptr);
