@@ -33,7 +33,7 @@ set(CPACK_DEBIAN_CLI_PACKAGE_NAME cli)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS rlwrap)
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "bash-completion, cli-rehearsal")
-set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/postrm)
+set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/postrm ${CMAKE_CURRENT_LIST_DIR}/prerm)
 set(CPACK_COMPONENT_CLI_DESCRIPTION "command-line interface for SATA RAID host adapters
 Lists and changes controllers, drives, extents, logical drives, enclosures,
 batteries, buzzers, background activities and events of SATA RAID host
