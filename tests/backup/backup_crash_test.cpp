@@ -76,10 +76,11 @@ struct BackupCrash : BackupSession {
         for (auto file = before.begin(); file != before.end(); ++file) {
             const bool oldest = std::distance(before.begin(), file) < 2;
             const auto found = now.find(file->first);
-            if (found != now.end())
+            if (found != now.end()) {
                 EXPECT_EQ(found->second, file->second) << file->first;
-            else
+            } else {
                 EXPECT_TRUE(saved && oldest) << file->first << " is missing";
+            }
             removed += found == now.end();
         }
         rotated += removed == 2;
