@@ -1,7 +1,6 @@
 # shellcheck shell=sh
-# Shared by ./run, ./test, ./bench, .ci/ and the scripts of tests/fuzz: what a build requires, how that is
-# installed, and quiet builds. Expects $root, the directory of the sources, and set -eu. Writes only to
-# standard error, except for the help.
+# Shared by the scripts: what a build requires, how that is installed, quiet builds, and --help. Expects $root,
+# the directory of the sources, and set -eu. Writes only to standard error, except for the help.
 : "${root:?}"
 
 # Exit statuses beyond those of the program's own commands.

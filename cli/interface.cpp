@@ -32,8 +32,8 @@ static bool nextToken(const char** line, char* word) {
     return true;
 }
 
-static int lineKind(const char* firstWord, int otherwise) {
-    return strCmpNoCase(firstWord, "EXIT") == 0 ? kExitLine : otherwise;
+static int lineKind(const char* firstWord, int defaultKind) {
+    return strCmpNoCase(firstWord, "EXIT") == 0 ? kExitLine : defaultKind;
 }
 
 // The first word of a line whose words do not fit the slots.

@@ -7,7 +7,7 @@
 #include "commands/options.h"
 #include "util/utils.h"
 
-static constexpr std::uint32_t kBuzzersListed = 4; // Compatibility: however many controllers exist
+static constexpr std::uint32_t kBuzzersListed = 4; // Compatibility: regardless of how many controllers exist
 
 static const char* buzzerText(std::uint32_t controller) {
     std::uint8_t state = 0;

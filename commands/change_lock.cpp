@@ -1,4 +1,4 @@
-// The lock is on the event file's directory, which all sessions over the same adapters share.
+// The lock is on the event file's directory, which all sessions with the same adapters share.
 #include "commands/change_lock.h"
 
 #include "commands/event_path.h"

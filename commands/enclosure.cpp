@@ -155,7 +155,7 @@ int LocateEnclosure(int wordCount, char** words) {
             return result;
     }
 
-    // The lock is taken here: not while a wrong word is reported without end.
+    // Not locked earlier: the message for a wrong word may repeat forever.
     const int lock = lockChanges();
     const int result = locate(controller, enclosure, seconds);
     unlockChanges(lock);

@@ -6,7 +6,7 @@
 
 EventBuffer g_EventBuffer;
 
-static bool storedInSlot[kEventSlots], takenFromSlot[kEventSlots];
+static bool storedInSlot[kEventSlots], removedFromSlot[kEventSlots];
 
 // Compatibility: events are stored in slots 1 .. 48, then 0; slot 49 is only ever filled from the file.
 int AddEventToBuffer(const HBAEvent* event) {
@@ -37,7 +37,7 @@ int GetEventFromBuffer(HBAEvent* event) {
     const std::uint32_t slot = newestSlot();
     *event = buffer.slot[slot];
     if (!storedInSlot[slot])
-        takenFromSlot[slot] = true;
+        removedFromSlot[slot] = true;
     buffer.count = GetBufferEventCount() - 1;
     buffer.position = olderSlot(slot);
     return 1;
@@ -49,7 +49,7 @@ std::uint32_t GetBufferEventCount() {
 
 void forgetEventHistory() {
     std::memset(storedInSlot, 0, sizeof storedInSlot);
-    std::memset(takenFromSlot, 0, sizeof takenFromSlot);
+    std::memset(removedFromSlot, 0, sizeof removedFromSlot);
 }
 
 std::uint32_t copyNewEvents(HBAEvent* events) {
@@ -60,8 +60,8 @@ std::uint32_t copyNewEvents(HBAEvent* events) {
     return copied;
 }
 
-bool wasEventTaken(std::uint32_t slot) {
-    return takenFromSlot[slot];
+bool wasEventRemoved(std::uint32_t slot) {
+    return removedFromSlot[slot];
 }
 
 // Moves every newer record one slot back, over the one to remove.

@@ -28,17 +28,18 @@ int GetEventFromBuffer(HBAEvent* event);
 
 std::uint32_t GetBufferEventCount();
 
-// For merging sessions that use one event file at the same time: what this session did to the buffer since
-// forgetEventHistory().
+// For merging sessions that use one event file at the same time: what this session has changed in the buffer
+// since forgetEventHistory().
 void forgetEventHistory();
 
-// Copies the held records that were stored, newest first; events has room for kEventSlots. Returns how many.
+// Copies the stored records that are still in the buffer, newest first, and returns their number. events
+// holds kEventSlots.
 std::uint32_t copyNewEvents(HBAEvent* events);
 
-// Whether the record that the slot held at first was taken out.
-bool wasEventTaken(std::uint32_t slot);
+// Whether the record that the slot originally contained has been removed.
+bool wasEventRemoved(std::uint32_t slot);
 
-// Removes the newest record that equals this one, if there is one; the others keep their order.
+// Removes the newest record that equals this one, if any. The order of the others does not change.
 void RemoveEventFromBuffer(const HBAEvent* event);
 
 // Reads the file into buffer; a short file fills only its length. Returns 0 if it cannot be opened, else

@@ -1,4 +1,4 @@
-// Loading and saving the event file, and merging a session into what another one saved meanwhile.
+// Loading and saving the event file, and merging with what another session has saved in the meantime.
 #include "commands/event_store.h"
 
 #include <cerrno>
@@ -15,17 +15,17 @@
 namespace {
 enum class ImageState { missing, unreadable, present };
 
-// The file as it was read.
+// The contents of the file when it was read.
 struct EventImage {
     ImageState state;
     ::off_t fileSize;
-    EventBuffer buffer; // zero beyond a shorter file
+    EventBuffer buffer; // zero past the end of a shorter file
 };
 } // namespace
 
-static EventImage loaded; // at start-up
+static EventImage loaded; // at startup
 
-// Fills the buffer as far as the file goes.
+// Reads the file into the buffer and clears the rest.
 static bool readBuffer(int file, EventBuffer* buffer) {
     auto* bytes = reinterpret_cast<char*>(buffer);
     std::size_t size = 0;
@@ -42,7 +42,7 @@ static bool readBuffer(int file, EventBuffer* buffer) {
     return true;
 }
 
-// What is no regular file is not even opened: opening a pipe may wait, opening a device may do anything.
+// Opens only regular files: opening a pipe may block, and opening a device may have side effects.
 static void readImage(const char* path, EventImage* image) {
     struct stat info;
     image->state = ImageState::missing;
@@ -84,14 +84,14 @@ static bool isSameImage(const EventImage& a, const EventImage& b) {
            std::memcmp(&a.buffer, &b.buffer, sizeof a.buffer) == 0;
 }
 
-// Makes g_EventBuffer what another session saved, without the events that this one displayed and with
-// those that it fetched and did not display.
+// Replaces g_EventBuffer with what another session saved, without the events that this session displayed and
+// with those that it fetched and did not display.
 static void mergeInto(const EventBuffer& saved) {
     HBAEvent fetched[kEventSlots];
     const std::uint32_t count = copyNewEvents(fetched);
     g_EventBuffer = saved;
     for (std::uint32_t slot = 0; slot < kEventSlots; ++slot)
-        if (wasEventTaken(slot))
+        if (wasEventRemoved(slot))
             RemoveEventFromBuffer(&loaded.buffer.slot[slot]);
     for (std::uint32_t i = count; i > 0; --i)
         AddEventToBuffer(&fetched[i - 1]);
@@ -100,33 +100,33 @@ static void mergeInto(const EventBuffer& saved) {
 static void writeBuffer(const char* path) {
     FileReplacement file;
     sigset_t before;
-    holdSignals(&before);
+    blockSignals(&before);
     if (openReplacement(&file, path, LinkPolicy::replace, 0644)) {
-        // What cannot be written fails the replacement.
+        // A write error is detected by the commit.
         static_cast<void>(std::fwrite(&g_EventBuffer, sizeof g_EventBuffer, 1, file.stream) == 1);
         commitReplacement(&file);
     }
-    releaseSignals(&before);
+    restoreSignals(&before);
 }
 
-static void saveUnderLock(const char* path, EventImage* found) {
-    readImage(path, found);
-    if (found->state == ImageState::unreadable)
+static void saveUnderLock(const char* path, EventImage* current) {
+    readImage(path, current);
+    if (current->state == ImageState::unreadable)
         return;
-    if (found->state == ImageState::present && !isSameImage(*found, loaded))
-        mergeInto(found->buffer);
-    if (!holdsBuffer(*found, g_EventBuffer))
+    if (current->state == ImageState::present && !isSameImage(*current, loaded))
+        mergeInto(current->buffer);
+    if (!holdsBuffer(*current, g_EventBuffer))
         writeBuffer(path);
 }
 
 void saveEventBuffer(const char* path) {
-    static EventImage found; // as the file is now
+    static EventImage current;
     if (loaded.state == ImageState::unreadable)
         return;
-    readImage(path, &found);
-    if (holdsBuffer(found, g_EventBuffer))
+    readImage(path, &current);
+    if (holdsBuffer(current, g_EventBuffer))
         return;
     const int lock = lockDirectoryOf(path, kLockSeconds);
-    saveUnderLock(path, &found);
+    saveUnderLock(path, &current);
     unlockDirectory(lock);
 }

@@ -23,7 +23,7 @@ static ItemResult changeWritePolicy(const char* item, std::uint8_t* cacheFlags) 
     return ItemResult::invalid;
 }
 
-// A threshold above 8 ends the command at once. There is no lower bound.
+// A threshold above 8 aborts the command. There is no lower bound.
 static ItemResult changeLookahead(const char* value, std::uint16_t* lookahead) {
     if (value == nullptr)
         return ItemResult::invalid;

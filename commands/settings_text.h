@@ -22,7 +22,7 @@ char* nextItem(char** rest);
 enum class ItemResult {
     ok,
     invalid, // the text is rejected after all items have been applied
-    abort,   // the command ends at once; the reason has been printed
+    abort,   // the command ends immediately; the reason has been printed
 };
 
 // Applies every item of the text to target. After an invalid item the others are still applied, and

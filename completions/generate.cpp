@@ -72,8 +72,8 @@ static std::string grammarText(const std::vector<CommandGrammar>& commands) {
     return grammar.str();
 }
 
-// Every word of the grammar that can be typed, once: commands, actions, options, keys and values.
-// A key without values of its own is at the end of each line that has it.
+// Whether the grammar lists values of the key. A key without values is at the end of each line that contains
+// it.
 static bool hasValues(const std::string& grammar, const std::string& key) {
     for (std::size_t at = grammar.find(" " + key); at != std::string::npos;
          at = grammar.find(" " + key, at + 1))
@@ -82,8 +82,9 @@ static bool hasValues(const std::string& grammar, const std::string& key) {
     return false;
 }
 
-// The line editor adds a space to a word with a single completion. A key is not complete: it has a second
-// one, a placeholder for a value that the user types.
+// Every word of the grammar that can be typed, once: commands, actions, options, keys and values. The line
+// editor adds a space to a word with a single completion. A key must not get one, so it has a second
+// completion, a placeholder for the value.
 static std::string wordList(const std::string& grammar) {
     std::set<std::string> seen = {"flag", "value", "file", "prompt", "topic"};
     std::istringstream words(grammar);

@@ -18,7 +18,7 @@ bool realKeyContains(const char* item, const char* word);
 Option realTextOption(const char* name, const char** word);
 Option realListOption(const char* name, std::uint32_t* numbers, int* count, int capacity, std::uint32_t base);
 
-// In one line. A command that reads its line to the end makes far fewer.
+// The limit for one line. A command that reads its line to the end makes far fewer.
 static constexpr int kMaxComparisons = 1000;
 
 static Recording recording;

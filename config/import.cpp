@@ -161,7 +161,7 @@ int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCo
     std::fclose(reader.file);
     if (result != Result::done)
         return result;
-    const int lock = lockChanges(); // not before the file is read: a pipe may take its time
+    const int lock = lockChanges(); // after reading the file, since a pipe may block
     const int applied = applyRecords(set, clear);
     unlockChanges(lock);
     return applied;
@@ -188,7 +188,7 @@ int ImportFile(int wordCount, char** words) {
     if (const int result = readOptions(wordCount, words, 1, options, "Invalid parameters defined"))
         return result;
 
-    // The result of a display does not depend on what the file holds.
+    // The result of a display does not depend on the contents of the file.
     if (displayOnly)
         return DisplayImportFile(name) == Result::noFile ? Result::noFile : Result::done;
     sortList(&ctrls);

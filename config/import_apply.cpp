@@ -247,18 +247,18 @@ static void applyLogDrvRecords(const ImportSet& set, std::uint32_t controller, b
 }
 
 // Applies the records of every controller. Logical drives that were deleted must be created again: no
-// signal ends this halfway.
+// signal interrupts this.
 static void applyToControllers(const ImportSet& set, const std::uint16_t* diskCount,
                                std::uint32_t controllers, bool clear) {
     sigset_t before;
-    holdSignals(&before);
+    blockSignals(&before);
     for (std::uint32_t controller = 0; controller < controllers; ++controller) {
         applyCtrlRecord(set, controller);
         applyPhyDrvRecords(set, controller);
         if (set.logDrvCount > 0 && diskCount[controller] != 0)
             applyLogDrvRecords(set, controller, clear);
     }
-    releaseSignals(&before);
+    restoreSignals(&before);
 }
 
 int applyRecords(const ImportSet& set, bool clear) {

@@ -1,4 +1,4 @@
-// Reading a configuration file to its end before anything in it is looked at.
+// Reads a configuration file completely before it is parsed.
 #include "config/import_file.h"
 
 #include <cerrno>
@@ -7,7 +7,7 @@
 
 static constexpr std::size_t kPieceSize = 4096;
 
-// Reads to the end of the file, which for a copy must come before the limit, into the copy if there is one.
+// Reads the file to its end, and into the copy if there is one. A copy is limited in size.
 static bool readToEnd(int file, std::FILE* copy) {
     char piece[kPieceSize];
     std::size_t size = 0;
@@ -26,7 +26,7 @@ static bool readToEnd(int file, std::FILE* copy) {
     }
 }
 
-// A copy of what can be read only once; null when it does not end or there is no room.
+// A copy of a file that can be read only once; null if it exceeds the limit or the copy cannot be written.
 static std::FILE* copyStream(int file) {
     std::FILE* copy = std::tmpfile();
     if (copy == nullptr)

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdio>
 
-// What is no regular file is refused beyond this size: it may never end.
+// Limit for anything but a regular file, which may never end.
 inline constexpr std::size_t kMaxStreamSize = 16 * 1024 * 1024;
 
-// Opens the file at its start. Null when it cannot be opened or read to its end. What is no regular file
-// is read once, and its content then comes from a temporary file.
+// Opens the file at its start. Null if it cannot be opened or read to its end. Anything but a regular file is
+// copied to a temporary file, because it can be read only once.
 std::FILE* openConfigFile(const char* name);

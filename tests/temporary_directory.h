@@ -1,4 +1,4 @@
-// A test's own directory, its files, and child processes that may be killed or give up their rights.
+// A temporary directory for each test, and child processes that may be killed or drop root privileges.
 #pragma once
 
 #include <sys/wait.h>
@@ -48,8 +48,8 @@ protected:
     std::string directory;
 };
 
-// Runs the function in a process of its own. Returns its exit status, which is 0 when no expectation in
-// it failed; 128 and the signal's number when a signal ended it.
+// Runs the function in a child process. Returns its exit status, which is 0 if no expectation in it failed,
+// or 128 plus the number of the signal that ended it.
 inline int runInChild(const std::function<void()>& function) {
     const pid_t child = fork();
     if (child == 0) {
@@ -61,11 +61,11 @@ inline int runInChild(const std::function<void()>& function) {
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Without the rights of root.
+// The same without root privileges.
 inline int runAsNobody(const std::function<void()>& function) {
     return runInChild([&] {
-        const bool harmless = geteuid() != 0 || (setgid(kNobody) == 0 && setuid(kNobody) == 0);
-        ASSERT_TRUE(harmless);
+        const bool unprivileged = geteuid() != 0 || (setgid(kNobody) == 0 && setuid(kNobody) == 0);
+        ASSERT_TRUE(unprivileged);
         function();
     });
 }

@@ -1,4 +1,4 @@
-// flock() on a directory, with an end to the waiting.
+// flock() on a directory, with a limited wait.
 #include "util/advisory_lock.h"
 
 #include <cerrno>
@@ -27,13 +27,13 @@ static std::time_t monotonicSeconds() {
     return now.tv_sec;
 }
 
-// A file system without such locks fails at once.
+// Fails immediately on a file system without such locks.
 static bool waitForLock(int directory, int seconds) {
     if (flock(directory, LOCK_EX | LOCK_NB) == 0)
         return true;
-    const std::time_t end = monotonicSeconds() + seconds;
+    const std::time_t deadline = monotonicSeconds() + seconds;
     while (errno == EWOULDBLOCK || errno == EINTR) {
-        if (monotonicSeconds() >= end)
+        if (monotonicSeconds() >= deadline)
             return false;
         const timespec pause = {0, kPause};
         nanosleep(&pause, nullptr);

@@ -12,7 +12,7 @@
 static constexpr int kMaxLinks = 40;  // as many as the kernel follows
 static constexpr int kMaxNames = 100; // tried for the temporary file
 
-// Follows the links that path leads through, also to a file that does not exist. False when that is not
+// Resolves the symbolic links at the end of path; the file they point to may be missing. False if that is not
 // possible.
 static bool resolveLinks(char (&path)[kPathSize]) {
     for (int links = 0; links < kMaxLinks; ++links) {
@@ -34,7 +34,7 @@ static bool isSameFile(const struct stat& a, const struct stat& b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-// Writes the name of a temporary file beside the target; false when it does not fit.
+// Writes the name of a temporary file in the target's directory; false if it does not fit.
 static bool nameTemporary(FileReplacement* replacement, int attempt) {
     const int length = std::snprintf(replacement->temporary, kPathSize, "%.*s.cli-%ld-%d.tmp",
                                      static_cast<int>(directoryLength(replacement->path)), replacement->path,
@@ -42,17 +42,17 @@ static bool nameTemporary(FileReplacement* replacement, int attempt) {
     return length > 0 && static_cast<std::size_t>(length) < kPathSize;
 }
 
-// Creates the temporary file. Returns -1, with errno set, when that is not possible.
+// Creates the temporary file. Returns -1, with errno set, if that is not possible.
 static int createTemporary(FileReplacement* replacement, mode_t mode) {
     for (int attempt = 0; attempt < kMaxNames && nameTemporary(replacement, attempt); ++attempt) {
         const char* name = replacement->temporary;
         sigset_t before;
-        holdSignals(&before);
+        blockSignals(&before);
         const int file = open(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
         const int error = errno;
         if (file >= 0)
             removeOnSignal(name);
-        releaseSignals(&before);
+        restoreSignals(&before);
         errno = error;
         if (file >= 0 || error != EEXIST)
             return file;
@@ -67,22 +67,22 @@ static void removeTemporary(FileReplacement* replacement) {
     replacement->temporary[0] = '\0';
 }
 
-// The owner first, as changing it may clear permissions. Where the group cannot be kept, what the old
-// group was allowed is not given to another one.
-static void keepOwner(int file, const struct stat& old, mode_t mostMode) {
-    mode_t mode = old.st_mode & mostMode;
+// The owner first: changing it may clear permissions. If the group cannot be kept, the permissions of the old
+// group are not granted to another one.
+static void keepOwner(int file, const struct stat& old, mode_t maxMode) {
+    mode_t mode = old.st_mode & maxMode;
     if (fchown(file, old.st_uid, old.st_gid) != 0 && fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0)
         mode &= 0707;
     fchmod(file, mode);
 }
 
-// Whether the directory does not let us put a file in the place of another one.
-static bool isDirectoryClosed(int error) {
+// Whether the error means that the directory does not allow replacing a file.
+static bool mustWriteInPlace(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
 }
 
-// The content for an existing file is collected elsewhere first, so that it is complete when the old one
-// is overwritten.
+// The new content of an existing file is first collected in another file, so that it is complete when the old
+// content is overwritten.
 static bool openInPlace(FileReplacement* replacement, const char* name) {
     if (replacement->target < 0) {
         replacement->stream = std::fopen(name, "w");
@@ -99,14 +99,14 @@ static bool openInPlace(FileReplacement* replacement, const char* name) {
     return replacement->stream != nullptr;
 }
 
-static bool openTemporary(FileReplacement* replacement, const struct stat* old, mode_t mostMode) {
-    const int file = createTemporary(replacement, old != nullptr ? 0600 : 0666 & mostMode);
+static bool openTemporary(FileReplacement* replacement, const struct stat* old, mode_t maxMode) {
+    const int file = createTemporary(replacement, old != nullptr ? 0600 : 0666 & maxMode);
     if (file < 0) {
         replacement->temporary[0] = '\0';
         return false;
     }
     if (old != nullptr)
-        keepOwner(file, *old, mostMode);
+        keepOwner(file, *old, maxMode);
     replacement->stream = fdopen(file, "w+");
     if (replacement->stream == nullptr) {
         close(file);
@@ -115,32 +115,32 @@ static bool openTemporary(FileReplacement* replacement, const struct stat* old, 
     return replacement->stream != nullptr;
 }
 
-// Opens what replaces nothing, or something that is no regular file.
+// Opens the replacement of a missing file, or of one that is not a regular file.
 static bool openNew(FileReplacement* replacement, const char* name, bool exists, LinkPolicy links,
-                    mode_t mostMode) {
+                    mode_t maxMode) {
     if (links == LinkPolicy::replace)
-        return openTemporary(replacement, nullptr, mostMode);
+        return openTemporary(replacement, nullptr, maxMode);
     if (exists || name[0] == '\0' || !resolveLinks(replacement->path))
         return openInPlace(replacement, name);
-    return openTemporary(replacement, nullptr, mostMode);
+    return openTemporary(replacement, nullptr, maxMode);
 }
 
-// Opens what replaces a regular file, which is open for writing.
+// Opens the replacement of a regular file. The file itself is open for writing.
 static bool openExisting(FileReplacement* replacement, const char* name, const struct stat& old,
-                         LinkPolicy links, mode_t mostMode) {
+                         LinkPolicy links, mode_t maxMode) {
     struct stat found;
     if (links == LinkPolicy::follow &&
         !(resolveLinks(replacement->path) && lstat(replacement->path, &found) == 0 && isSameFile(found, old)))
         return openInPlace(replacement, name);
-    if (openTemporary(replacement, &old, mostMode) ||
-        (isDirectoryClosed(errno) && openInPlace(replacement, name)))
+    if (openTemporary(replacement, &old, maxMode) ||
+        (mustWriteInPlace(errno) && openInPlace(replacement, name)))
         return true;
     if (replacement->target >= 0)
         close(replacement->target);
     return false;
 }
 
-bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy links, mode_t mostMode) {
+bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy links, mode_t maxMode) {
     replacement->target = -1;
     replacement->temporary[0] = '\0';
     const int length = std::snprintf(replacement->path, kPathSize, "%s", name);
@@ -152,12 +152,12 @@ bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy 
     if (!exists && errno != ENOENT)
         return false;
     if (!exists || !S_ISREG(old.st_mode))
-        return openNew(replacement, name, exists, links, mostMode);
+        return openNew(replacement, name, exists, links, maxMode);
     replacement->target = open(name, O_WRONLY | O_CLOEXEC | (follow ? 0 : O_NOFOLLOW));
-    return replacement->target >= 0 && openExisting(replacement, name, old, links, mostMode);
+    return replacement->target >= 0 && openExisting(replacement, name, old, links, maxMode);
 }
 
-// A file system that cannot synchronize a file says so by EINVAL; nothing more can be done there.
+// EINVAL: the file system cannot synchronize this file.
 static bool synchronize(int file) {
     while (fsync(file) != 0)
         if (errno != EINTR)
@@ -165,7 +165,7 @@ static bool synchronize(int file) {
     return true;
 }
 
-// The rename outlasts a power failure once the directory is written.
+// Makes the rename survive a power failure.
 static void synchronizeDirectory(char (&path)[kPathSize]) {
     path[directoryLength(path)] = '\0';
     const int directory = open(path[0] != '\0' ? path : ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -188,7 +188,7 @@ static bool writeAll(int file, const char* bytes, std::size_t size) {
     return true;
 }
 
-// Writes the content over the target itself.
+// Overwrites the target with the content.
 static bool copyToTarget(const FileReplacement& replacement) {
     const int source = fileno(replacement.stream);
     if (lseek(source, 0, SEEK_SET) != 0 || ftruncate(replacement.target, 0) != 0)
@@ -204,13 +204,13 @@ static bool copyToTarget(const FileReplacement& replacement) {
     return synchronize(replacement.target);
 }
 
-static bool putInPlace(FileReplacement* replacement) {
+static bool moveIntoPlace(FileReplacement* replacement) {
     if (replacement->temporary[0] == '\0')
         return replacement->target < 0 || copyToTarget(*replacement);
     if (!synchronize(fileno(replacement->stream)))
         return false;
     if (std::rename(replacement->temporary, replacement->path) != 0)
-        return isDirectoryClosed(errno) && replacement->target >= 0 && copyToTarget(*replacement);
+        return mustWriteInPlace(errno) && replacement->target >= 0 && copyToTarget(*replacement);
     keepOnSignal();
     replacement->temporary[0] = '\0';
     synchronizeDirectory(replacement->path);
@@ -220,11 +220,11 @@ static bool putInPlace(FileReplacement* replacement) {
 bool commitReplacement(FileReplacement* replacement) {
     const bool direct = replacement->temporary[0] == '\0' && replacement->target < 0;
     const bool written = std::fflush(replacement->stream) == 0 && std::ferror(replacement->stream) == 0;
-    const bool placed = written && putInPlace(replacement);
+    const bool placed = written && moveIntoPlace(replacement);
     const bool closed = std::fclose(replacement->stream) == 0;
     if (replacement->target >= 0)
         close(replacement->target);
     if (replacement->temporary[0] != '\0')
         removeTemporary(replacement);
-    return placed && (closed || !direct); // what was synchronized does not depend on the closing
+    return placed && (closed || !direct); // once synchronized, the content does not depend on the close
 }

@@ -4,32 +4,32 @@
 #include <cstddef>
 #include <unistd.h>
 
-static constexpr int kHeldSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP, SIGTTOU, SIGPIPE};
+static constexpr int kBlockedSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP, SIGTTOU, SIGPIPE};
 
-// Those of them that end the program while it writes a file.
-static constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
-static constexpr std::size_t kEndingCount = sizeof kEndingSignals / sizeof *kEndingSignals;
+// The signals that remove the temporary file.
+static constexpr int kTerminatingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+static constexpr std::size_t kTerminatingCount = sizeof kTerminatingSignals / sizeof *kTerminatingSignals;
 
-void holdSignals(sigset_t* before) {
-    sigset_t held;
-    sigemptyset(&held);
-    for (const int signal : kHeldSignals)
-        sigaddset(&held, signal);
-    sigprocmask(SIG_BLOCK, &held, before);
+void blockSignals(sigset_t* before) {
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    for (const int signal : kBlockedSignals)
+        sigaddset(&blocked, signal);
+    sigprocmask(SIG_BLOCK, &blocked, before);
 }
 
-void releaseSignals(const sigset_t* before) {
+void restoreSignals(const sigset_t* before) {
     sigprocmask(SIG_SETMASK, before, nullptr);
 }
 
-static const char* volatile doomedPath = nullptr;
-static struct sigaction formerActions[kEndingCount];
+static const char* volatile pathToRemove = nullptr;
+static struct sigaction savedActions[kTerminatingCount];
 
 extern "C" {
-static void removeDoomed(int signal) {
-    if (const char* path = doomedPath)
+static void removeAndReraise(int signal) {
+    if (const char* path = pathToRemove)
         unlink(path);
-    raise(signal); // delivered when this returns, and then with the default action
+    raise(signal); // with the default action, when this returns
 }
 }
 
@@ -38,18 +38,18 @@ static bool isDefault(const struct sigaction& action) {
 }
 
 void removeOnSignal(const char* path) {
-    doomedPath = path;
+    pathToRemove = path;
     struct sigaction action = {};
-    action.sa_handler = removeDoomed;
+    action.sa_handler = removeAndReraise;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
-    for (std::size_t i = 0; i < kEndingCount; ++i)
-        if (sigaction(kEndingSignals[i], nullptr, &formerActions[i]) == 0 && isDefault(formerActions[i]))
-            sigaction(kEndingSignals[i], &action, nullptr);
+    for (std::size_t i = 0; i < kTerminatingCount; ++i)
+        if (sigaction(kTerminatingSignals[i], nullptr, &savedActions[i]) == 0 && isDefault(savedActions[i]))
+            sigaction(kTerminatingSignals[i], &action, nullptr);
 }
 
 void keepOnSignal() {
-    for (std::size_t i = 0; i < kEndingCount; ++i)
-        sigaction(kEndingSignals[i], &formerActions[i], nullptr);
-    doomedPath = nullptr;
+    for (std::size_t i = 0; i < kTerminatingCount; ++i)
+        sigaction(kTerminatingSignals[i], &savedActions[i], nullptr);
+    pathToRemove = nullptr;
 }

@@ -1,14 +1,15 @@
-// What happens when a signal would end or stop the program in the middle of something.
+// Deferring signals while files or settings are changed, and removing a temporary file when a signal ends the
+// program.
 #pragma once
 
 #include <csignal>
 
-// Holds back the signals that a user, a terminal or a closed connection stops the program with. They are
-// delivered by releaseSignals(), which puts back what was blocked before.
-void holdSignals(sigset_t* before);
-void releaseSignals(const sigset_t* before);
+// Blocks the signals by which a user, a terminal or a closed connection ends or stops the program. They are
+// delivered by restoreSignals(), which restores the previous mask.
+void blockSignals(sigset_t* before);
+void restoreSignals(const sigset_t* before);
 
-// From now on a signal that ends the program removes this file first. The path must stay as it is until
+// From now on a signal that ends the program removes this file first. The path must remain unchanged until
 // keepOnSignal(). One file at a time.
 void removeOnSignal(const char* path);
 void keepOnSignal();

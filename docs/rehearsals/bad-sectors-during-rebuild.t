@@ -1,7 +1,7 @@
 Bad sectors during a rebuild
 ============================
 
-One drive of the mirror has ten bad sectors that nobody has noticed. The other drive fails:
+One drive of the mirror has ten undetected bad sectors. The other drive fails:
 
   $ q5sim media-errors 0 5 10 --at 2
   drive 5 of controller 0 has 10 more bad sectors at 2 percent

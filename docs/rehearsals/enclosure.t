@@ -1,7 +1,7 @@
 A pulled enclosure
 ==================
 
-All drives of the enclosure leave at once, so nothing is written to a part of them:
+All drives of the enclosure disappear at the same time, so nothing is written to only some of them:
 
   $ q5sim pull-enclosure 0 0 | tr ';' '\n' | grep logical
    logical drive 0 Archive is offline

@@ -1,7 +1,7 @@
 One member lost, with a spare
 =============================
 
-A drive of the RAID5 fails. Automatic rebuild is on, so the global spare replaces it at once:
+A drive of the RAID5 fails. Automatic rebuild is on, so the global spare replaces it immediately:
 
   $ q5sim fail-drive 0 2
   drive 2 of controller 0 failed; logical drive 0 Archive is critical; rebuild onto drive 6 started

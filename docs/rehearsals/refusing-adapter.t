@@ -18,7 +18,7 @@ The rule applies once; the second attempt succeeds:
   $ q5sim clear-rules
   1 rule cleared
 
-An adapter that does not start at all:
+An adapter that does not start:
 
   $ q5sim refuse q5_initialize
   rule 1: refuse q5_initialize

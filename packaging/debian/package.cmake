@@ -39,8 +39,9 @@ Lists and changes controllers, drives, extents, logical drives, enclosures,
 batteries, buzzers, background activities and events of SATA RAID host
 adapters, one command from the shell or many at a prompt, and saves and
 restores configurations. cli-status reports whether everything is healthy, for
-people, scripts and monitoring systems; cli-backup keeps backups of the
-configuration, and cli-restore makes a controller as it was saved. It needs the adapters' own libraries
+people, scripts and monitoring systems; cli-wait waits until activities such as
+a rebuild have ended; cli-backup keeps backups of the configuration, and
+cli-restore makes a controller as it was saved. It needs the adapters' own libraries
 libzvq5plugin.so and libzverrlog.so, which are not part of this package.")
 
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_NAME cli-rehearsal)

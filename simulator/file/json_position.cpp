@@ -1,5 +1,5 @@
 // Finds the line of a value in a JSON text, so that an error in a hand-edited file names its line. Except
-// for findDeepNesting, the text has been parsed before, so nothing is checked here.
+// for findDeepNesting and findExcessValue, the text has been parsed before, so nothing is checked here.
 #include <algorithm>
 #include <set>
 
@@ -64,22 +64,34 @@ static bool enter(const std::string& text, std::size_t& at, const std::string& s
     return false;
 }
 
-std::size_t findDeepNesting(const std::string& text, int limit) {
-    int depth = 0;
+// The offset of the first character outside strings at which stop returns true; npos: there is none.
+template <typename Stop>
+static std::size_t findOutsideStrings(const std::string& text, Stop stop) {
     for (std::size_t at = 0; at < text.size();) {
-        if (text[at] == '"') {
+        if (text[at] == '"')
             parseString(text, at);
-            continue;
-        }
-        if (text[at] == '{' || text[at] == '[')
-            depth++;
-        else if (text[at] == '}' || text[at] == ']')
-            depth--;
-        if (depth > limit)
+        else if (stop(text[at]))
             return at;
-        at++;
+        else
+            at++;
     }
     return std::string::npos;
+}
+
+std::size_t findDeepNesting(const std::string& text, int limit) {
+    int depth = 0;
+    return findOutsideStrings(text, [&](char c) {
+        depth += c == '{' || c == '[' ? 1 : c == '}' || c == ']' ? -1 : 0;
+        return depth > limit;
+    });
+}
+
+std::size_t findExcessValue(const std::string& text, std::size_t limit) {
+    std::size_t values = 1;
+    return findOutsideStrings(text, [&](char c) {
+        values += c == '{' || c == '[' || c == ',' ? 1 : 0;
+        return values > limit;
+    });
 }
 
 std::size_t findDuplicateKey(const std::string& text) {

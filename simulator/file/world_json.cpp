@@ -91,6 +91,10 @@ static int lineOfQuoted(const std::string& text, const std::string& message) {
 // A world needs about eight levels. The parser takes memory for each one, and a hostile text has millions.
 static constexpr int kMaxNesting = 32;
 
+// It also takes memory for each value, up to 200 bytes. The largest configuration, 16 controllers with 64
+// drives of 16 extents and 128 logical drives each, has about 300,000.
+static constexpr std::size_t kMaxValues = 1000000;
+
 // What the parser would accept, or take too much memory for. Returns false with error filled.
 static bool checkText(const std::string& text, ValidationError& error) {
     // The parser would take a NUL for the end of the text.
@@ -98,6 +102,8 @@ static bool checkText(const std::string& text, ValidationError& error) {
         error = {lineOfByte(text, nul), "this is not valid JSON"};
     else if (const std::size_t deep = findDeepNesting(text, kMaxNesting); deep != std::string::npos)
         error = {lineOfByte(text, deep), "this is nested too deeply"};
+    else if (const std::size_t excess = findExcessValue(text, kMaxValues); excess != std::string::npos)
+        error = {lineOfByte(text, excess), "this has too many values"};
     else
         return true;
     return false;

@@ -26,6 +26,10 @@ int lineForPath(const std::string& text, const FieldPath& path);
 // The offset of the first object or list inside limit others; npos: there is none. The text may be any.
 std::size_t findDeepNesting(const std::string& text, int limit);
 
+// The offset at which a text may have more than limit values; npos: there is none. An empty object or list
+// counts twice. The text may be any.
+std::size_t findExcessValue(const std::string& text, std::size_t limit);
+
 // The offset of the first duplicate key of an object in a valid JSON text; npos: there is none.
 std::size_t findDuplicateKey(const std::string& text);
 

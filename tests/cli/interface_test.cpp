@@ -167,7 +167,7 @@ TEST(ProcessCmdLine, EndsTheLoopAtTheExitWord) {
     }
 }
 
-TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordHoweverManyFollow) {
+TEST(ProcessCmdLine, EndsTheLoopAtTheExitWordRegardlessOfFurtherWords) {
     for (const std::string words : {"Exit", "\"exit\""}) {
         WordTable table = emptyTable();
         EXPECT_EQ(lineKind(table, words + " b c d e f g h i j k l m n o p q"), kExitLine);
@@ -187,7 +187,7 @@ TEST(ProcessCmdLine, ContinuesWhenExitIsNotTheWholeFirstWord) {
 
 TEST(CommandTable, IsSortedAndCounted) {
     ASSERT_EQ(numCmd, static_cast<int>(cmdTable.size()));
-    for (int i = 1; i < numCmd; ++i)
+    for (std::size_t i = 1; i < cmdTable.size(); ++i)
         EXPECT_EQ(strCmpNoCase(cmdTable[i - 1].name, cmdTable[i].name), -1) << cmdTable[i].name;
 }
 

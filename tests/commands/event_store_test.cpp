@@ -1,5 +1,5 @@
-// The event file between sessions: what is loaded and saved, and what becomes of events when two sessions
-// use one file at the same time.
+// The event file between sessions: loading, saving, and merging the events of sessions that use the file at
+// the same time.
 #include "commands/event_store.h"
 
 #include <cstring>
@@ -25,7 +25,7 @@ protected:
         EXPECT_EQ(lstat(path("events").c_str(), &info), 0);
         return info.st_ino;
     }
-    // What another session would take out of the file, the newest first.
+    // The events that another session would display from the file, newest first.
     std::vector<std::uint32_t> saved() {
         const std::string image = content("events");
         EXPECT_EQ(image.size(), sizeof(EventBuffer));
@@ -54,7 +54,7 @@ static HBAEvent event(std::uint32_t id) {
     return made;
 }
 
-// An image as a session leaves it that stored these events, in this order, into an empty buffer.
+// The image of a session that stored these events, in this order, in an empty buffer.
 static EventBuffer imageOf(const Ids& ids) {
     EventBuffer image = {};
     for (const std::uint32_t id : ids) {
@@ -94,7 +94,7 @@ TEST_F(EventStore, SavesTheBufferByteForByte) {
     EXPECT_EQ(content("events"), std::string(reinterpret_cast<const char*>(&expected), sizeof expected));
 }
 
-TEST_F(EventStore, CreatesAMissingFileThatAllMayRead) {
+TEST_F(EventStore, CreatesAMissingFileReadableByAll) {
     const mode_t before = umask(0);
     load();
     save();
@@ -104,7 +104,7 @@ TEST_F(EventStore, CreatesAMissingFileThatAllMayRead) {
     EXPECT_EQ(names(), (Names{"events"}));
 }
 
-TEST_F(EventStore, TakesPermissionsBeyondThoseAway) {
+TEST_F(EventStore, RemovesExcessPermissions) {
     writeImage(imageOf({1}));
     chmod(path("events").c_str(), 0666);
     load();
@@ -113,7 +113,7 @@ TEST_F(EventStore, TakesPermissionsBeyondThoseAway) {
     EXPECT_EQ(std::filesystem::status(path("events")).permissions(), std::filesystem::perms(0644));
 }
 
-TEST_F(EventStore, DoesNotWriteAFileThatHoldsTheBuffer) {
+TEST_F(EventStore, DoesNotWriteAnUnchangedFile) {
     writeImage(imageOf(numbers(1, 48)));
     const ino_t before = number();
     load();
@@ -127,13 +127,13 @@ TEST_F(EventStore, DoesNotWriteAFileThatHoldsTheBuffer) {
 TEST_F(EventStore, CompletesAShortFile) {
     const EventBuffer image = imageOf({5});
     write("events", {reinterpret_cast<const char*>(&image), 8 + 2 * sizeof(HBAEvent)});
-    g_EventBuffer.slot[3] = event(9); // is not part of what is loaded
+    g_EventBuffer.slot[3] = event(9); // must not remain after loading
     load();
     save();
     EXPECT_EQ(content("events"), std::string(reinterpret_cast<const char*>(&image), sizeof image));
 }
 
-TEST_F(EventStore, CutsALongFile) {
+TEST_F(EventStore, TruncatesALongFile) {
     const EventBuffer image = imageOf({5});
     write("events", std::string(reinterpret_cast<const char*>(&image), sizeof image) + "more");
     load();
@@ -151,7 +151,7 @@ TEST_F(EventStore, AddsItsNewEventsToThoseOfAnotherSession) {
     EXPECT_EQ(saved(), (Ids{11, 10, 21, 20, 2, 1}));
 }
 
-TEST_F(EventStore, RemovesWhatItDisplayedFromWhatAnotherSessionSaved) {
+TEST_F(EventStore, RemovesItsDisplayedEventsFromTheFileOfAnotherSession) {
     writeImage(imageOf({1, 2, 3, 4}));
     load();
     EXPECT_EQ(take(), 4u);
@@ -161,7 +161,7 @@ TEST_F(EventStore, RemovesWhatItDisplayedFromWhatAnotherSessionSaved) {
     EXPECT_EQ(saved(), (Ids{20, 2, 1}));
 }
 
-TEST_F(EventStore, BringsNothingBackThatAnotherSessionDisplayed) {
+TEST_F(EventStore, DoesNotRestoreEventsThatAnotherSessionDisplayed) {
     writeImage(imageOf({1, 2, 3}));
     load();
     store(10);
@@ -170,7 +170,7 @@ TEST_F(EventStore, BringsNothingBackThatAnotherSessionDisplayed) {
     EXPECT_EQ(saved(), (Ids{10, 1}));
 }
 
-TEST_F(EventStore, KeepsNothingThatItFetchedAndDisplayed) {
+TEST_F(EventStore, DoesNotSaveEventsThatItFetchedAndDisplayed) {
     writeImage(imageOf({1}));
     load();
     store(10);
@@ -190,7 +190,7 @@ TEST_F(EventStore, RemovesOneOfEqualEventsForEachDisplayed) {
     EXPECT_EQ(saved(), (Ids{20, 5, 1}));
 }
 
-TEST_F(EventStore, TakesAFileThatAppearedForThatOfAnotherSession) {
+TEST_F(EventStore, MergesWithAFileCreatedByAnotherSession) {
     load();
     store(10);
     writeImage(imageOf({20}));
@@ -198,7 +198,7 @@ TEST_F(EventStore, TakesAFileThatAppearedForThatOfAnotherSession) {
     EXPECT_EQ(saved(), (Ids{10, 20}));
 }
 
-TEST_F(EventStore, RestoresAFileThatWasRemoved) {
+TEST_F(EventStore, RecreatesARemovedFile) {
     writeImage(imageOf({1}));
     load();
     std::filesystem::remove(path("events"));
@@ -207,16 +207,16 @@ TEST_F(EventStore, RestoresAFileThatWasRemoved) {
 }
 
 // An event that a full buffer dropped was not displayed.
-TEST_F(EventStore, DoesNotRemoveWhatOnlyRanOutOfRoom) {
+TEST_F(EventStore, DoesNotRemoveOverwrittenEvents) {
     writeImage(imageOf(numbers(1, 49)));
     load();
-    store(50); // over event 1
+    store(50); // overwrites event 1
     writeImage(imageOf(numbers(1, 10)));
     save();
     EXPECT_EQ(saved(), (Ids{50, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}));
 }
 
-TEST_F(EventStore, LeavesAFileThatItMayNotRead) {
+TEST_F(EventStore, DoesNotReplaceAnUnreadableFile) {
     writeImage(imageOf({1}));
     chmod(path("events").c_str(), 0200);
     chmod(directory.c_str(), 0777);
@@ -231,7 +231,7 @@ TEST_F(EventStore, LeavesAFileThatItMayNotRead) {
     EXPECT_EQ(saved(), (Ids{1}));
 }
 
-TEST_F(EventStore, LeavesADirectory) {
+TEST_F(EventStore, DoesNotReplaceADirectory) {
     std::filesystem::create_directory(path("events"));
     load();
     store(10);
@@ -241,7 +241,7 @@ TEST_F(EventStore, LeavesADirectory) {
 }
 
 // Neither opening a pipe without a writer nor a read from /dev/zero would end.
-TEST_F(EventStore, TakesLinksPipesAndDevicesForAMissingFile) {
+TEST_F(EventStore, TreatsLinksPipesAndDevicesAsAMissingFile) {
     write("there", "as it was");
     const auto expectReplaced = [&] {
         load();
@@ -261,18 +261,18 @@ TEST_F(EventStore, TakesLinksPipesAndDevicesForAMissingFile) {
     expectReplaced();
 }
 
-TEST_F(EventStore, StaysWithinTheSlotsWhateverTheFilesSay) {
+TEST_F(EventStore, StaysWithinTheSlotsForAnyFileContents) {
     for (const std::uint32_t position : {49u, 50u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-        EventBuffer wild = imageOf({1, 2});
-        wild.position = position;
-        wild.count = 0xFFFFFFFF;
-        writeImage(wild);
+        EventBuffer corrupt = imageOf({1, 2});
+        corrupt.position = position;
+        corrupt.count = 0xFFFFFFFF;
+        writeImage(corrupt);
         load();
         store(10);
         take();
         take();
-        wild.slot[7] = event(70);
-        writeImage(wild);
+        corrupt.slot[7] = event(70);
+        writeImage(corrupt);
         save();
         EXPECT_EQ(saved().size(), 49u) << position;
     }

@@ -76,7 +76,7 @@ done
 };
 } // namespace
 
-static bool shows(const ProcessOutcome& outcome, const std::string& text) {
+static bool contains(const ProcessOutcome& outcome, const std::string& text) {
     return outcome.out.find(text) != std::string::npos;
 }
 
@@ -84,26 +84,26 @@ TEST_F(CliShell, PassesHistoryAndWordListToTheEditor) {
     installEditor();
     directory.write(fs::path(words()).lexically_relative(directory.path()), "ctrl\n");
     const ProcessOutcome outcome = onTerminal({"exit 0\n"});
-    EXPECT_TRUE(shows(outcome, "{--history-filename}{" + directory.path() + "/home/.cli_history}"))
+    EXPECT_TRUE(contains(outcome, "{--history-filename}{" + directory.path() + "/home/.cli_history}"))
         << outcome;
     const std::size_t breaks = outcome.out.find("{--break-chars}{\",}"), list = outcome.out.find("{--file}{");
     ASSERT_NE(list, std::string::npos) << outcome;
     EXPECT_LT(breaks, list); // the options that split the list must precede it
-    EXPECT_TRUE(shows(outcome, "}{" + directory.path() + "/prefix/sbin/cli}")) << outcome;
+    EXPECT_TRUE(contains(outcome, "}{" + directory.path() + "/prefix/sbin/cli}")) << outcome;
 }
 
 TEST_F(CliShell, RunsTheEditorWithoutAWordList) {
     installEditor();
     const ProcessOutcome outcome = onTerminal({"exit 0\n"});
-    EXPECT_TRUE(shows(outcome, "{--history-filename}")) << outcome;
-    EXPECT_FALSE(shows(outcome, "{--file}")) << outcome;
+    EXPECT_TRUE(contains(outcome, "{--history-filename}")) << outcome;
+    EXPECT_FALSE(contains(outcome, "{--file}")) << outcome;
 }
 
 TEST_F(CliShell, KeepsNoHistoryThatCannotBeWritten) {
     installEditor();
     Launch start = launch({}, "vt100");
     start.variables.back() = "HOME=/nonexistent";
-    EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
+    EXPECT_TRUE(contains(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
 }
 
 // Without a home directory, history does not go to the root directory.
@@ -111,7 +111,7 @@ TEST_F(CliShell, KeepsNoHistoryWithoutAHomeDirectory) {
     installEditor();
     Launch start = launch({}, "vt100");
     start.variables.pop_back();
-    EXPECT_TRUE(shows(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
+    EXPECT_TRUE(contains(runOnTerminal(start, "ready", {"exit 0\n"}), "{--history-filename}{/dev/null}"));
 }
 
 TEST_F(CliShell, ExitsWithTheStatusOfThePrompt) {
@@ -125,7 +125,7 @@ TEST_F(CliShell, ExitsWithTheStatusOfThePrompt) {
 TEST_F(CliShell, RunsThePlainPromptWithoutAnEditor) {
     const ProcessOutcome outcome = onTerminal({"ctrl\n", "exit 3\n"});
     EXPECT_EQ(outcome.status, 3);
-    EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[ctrl]")) << outcome;
     EXPECT_EQ(onTerminal({"\x04"}).status, 7);
 }
 
@@ -133,13 +133,13 @@ TEST_F(CliShell, RunsThePlainPromptOnDumbTerminals) {
     installEditor();
     const ProcessOutcome dumb = onTerminal({"exit 4\n"}, "dumb");
     EXPECT_EQ(dumb.status, 4);
-    EXPECT_FALSE(shows(dumb, "{")) << dumb;
+    EXPECT_FALSE(contains(dumb, "{")) << dumb;
     const ProcessOutcome narrow = runOnTerminal({.words = {directory.path() + "/prefix/sbin/cli-shell"},
                                                  .variables = {"PATH=" + path, "TERM=vt100"},
                                                  .directory = directory.path()},
                                                 "ready", {"exit 5\n"});
     EXPECT_EQ(narrow.status, 5); // a terminal without a width
-    EXPECT_FALSE(shows(narrow, "{")) << narrow;
+    EXPECT_FALSE(contains(narrow, "{")) << narrow;
 }
 
 TEST_F(CliShell, RunsThePlainPromptOnPipes) {
@@ -184,26 +184,26 @@ protected:
 TEST_F(CliShellWithRlwrap, HasEditingKeysAndHistory) {
     const ProcessOutcome outcome = onTerminal({"crX\x7fl\x1b[D\x1b[Dt\n", "rc\x1b[D\x1b[Db\x1b[C\x7fz\n",
                                                "bga\n", "\x1b[A\x1b[A\x1b[A\x1b[B!\n", "exit 3\n"});
-    EXPECT_TRUE(shows(outcome, "[ctrl]")) << outcome;
-    EXPECT_TRUE(shows(outcome, "[bzc]")) << outcome;
-    EXPECT_TRUE(shows(outcome, "[bzc!]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[ctrl]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[bzc]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[bzc!]")) << outcome;
     EXPECT_EQ(directory.read("home/.cli_history"), "ctrl\nbzc\nbga\nbzc!\nexit 3\n");
-    EXPECT_TRUE(shows(onTerminal({"\x1b[A\x1b[A?\n", "exit 0\n"}), "[bzc!?]"));
+    EXPECT_TRUE(contains(onTerminal({"\x1b[A\x1b[A?\n", "exit 0\n"}), "[bzc!?]"));
 }
 
 TEST_F(CliShellWithRlwrap, CompletesWords) {
     const ProcessOutcome outcome =
         onTerminal({"logd\t -A ad\t -z \"na\tx,raid=j\t,init=q\t\"\n", "phyd\t -a set3\t\n", "exit 3\n"});
-    EXPECT_TRUE(shows(outcome, "[logdrv  -A add  -z \"name=x,raid=JBOD ,init=QUICK \"]")) << outcome;
-    EXPECT_TRUE(shows(outcome, "[phydrv  -a set3G ]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[logdrv  -A add  -z \"name=x,raid=JBOD ,init=QUICK \"]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[phydrv  -a set3G ]")) << outcome;
 }
 
 // After a command a space, so that the next word can be typed; after a key none.
 TEST_F(CliShellWithRlwrap, AddsASpaceToACompleteWord) {
     const ProcessOutcome outcome =
         onTerminal({"ctr\t-v\n", "ctr\t-a\tmo\t-s \"rebuildra\t7,autor\te\t\"\n", "exit 3\n"});
-    EXPECT_TRUE(shows(outcome, "[ctrl -v]")) << outcome;
-    EXPECT_TRUE(shows(outcome, "[ctrl -a mod -s \"rebuildrate=7,autorebuild=enable \"]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[ctrl -v]")) << outcome;
+    EXPECT_TRUE(contains(outcome, "[ctrl -a mod -s \"rebuildrate=7,autorebuild=enable \"]")) << outcome;
 }
 
 TEST_F(CliShellWithRlwrap, RehearsesOnATerminal) {
@@ -211,7 +211,7 @@ TEST_F(CliShellWithRlwrap, RehearsesOnATerminal) {
     const ProcessOutcome outcome =
         runOnTerminal(launch({"--rehearse"}, "vt100"), "ready", {"log\t\n", "exit 4\n"});
     EXPECT_EQ(outcome.status, 4);
-    EXPECT_TRUE(shows(outcome, "<logdrv >")) << outcome;
+    EXPECT_TRUE(contains(outcome, "<logdrv >")) << outcome;
     EXPECT_EQ(directory.read("home/.cli_rehearse_history"), "logdrv \nexit 4\n");
     EXPECT_EQ(directory.read("home/.cli_history"), "");
 }

@@ -1,4 +1,4 @@
-// Opening configuration files that are no regular files, or that cannot be read.
+// Opening configuration files that are not regular files, or that cannot be read.
 #include "config/import_file.h"
 
 #include <csignal>
@@ -13,7 +13,7 @@ namespace {
 class ImportFromFile : public TemporaryDirectory {
 protected:
     // The import fails before any call of the adapter, with all options.
-    void expectRefused(const std::string& name) {
+    void expectRejected(const std::string& name) {
         const std::string message = "Unable to open the specified configuration file \"" + name + "\"!!\n";
         for (const char* option : {"-a", "-c", "-i"}) {
             const CommandOutcome outcome = run(ImportFile, {"import", option, "-f", name});
@@ -23,7 +23,7 @@ protected:
     }
     // Reads a pipe into which a child process writes the text the given number of times. Returns the content,
     // or "refused".
-    std::string throughPipe(const std::string& text, std::size_t times) {
+    std::string readThroughPipe(const std::string& text, std::size_t times) {
         EXPECT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
         const pid_t writer = fork();
         if (writer == 0) {
@@ -39,7 +39,7 @@ protected:
                 read += static_cast<char>(c);
             std::fclose(file);
         }
-        kill(writer, SIGTERM); // unless it has ended
+        kill(writer, SIGTERM); // in case it has not ended
         waitpid(writer, nullptr, 0);
         std::filesystem::remove(path("pipe"));
         return read;
@@ -47,19 +47,19 @@ protected:
 };
 } // namespace
 
-TEST_F(ImportFromFile, RefusesADirectory) {
-    expectRefused(directory);
+TEST_F(ImportFromFile, RejectsADirectory) {
+    expectRejected(directory);
 }
 
-TEST_F(ImportFromFile, RefusesWhatNeverEnds) {
-    expectRefused("/dev/zero");
-    expectRefused("/dev/full");
+TEST_F(ImportFromFile, RejectsEndlessDevices) {
+    expectRejected("/dev/zero");
+    expectRejected("/dev/full");
 }
 
-TEST_F(ImportFromFile, RefusesAFileThatMayNotBeRead) {
+TEST_F(ImportFromFile, RejectsAnUnreadableFile) {
     write("file", "[CrtlSetIndex] 0\n[End] \n");
     chmod(path("file").c_str(), 0);
-    EXPECT_EQ(runAsNobody([&] { expectRefused(path("file")); }), 0);
+    EXPECT_EQ(runAsNobody([&] { expectRejected(path("file")); }), 0);
 }
 
 TEST_F(ImportFromFile, ReadsAnEmptyDevice) {
@@ -67,14 +67,14 @@ TEST_F(ImportFromFile, ReadsAnEmptyDevice) {
 }
 
 TEST_F(ImportFromFile, ReadsAPipeOnce) {
-    EXPECT_EQ(throughPipe("some text\n", 3), "some text\nsome text\nsome text\n");
-    EXPECT_EQ(throughPipe("", 0), "");
+    EXPECT_EQ(readThroughPipe("some text\n", 3), "some text\nsome text\nsome text\n");
+    EXPECT_EQ(readThroughPipe("", 0), "");
 }
 
 TEST_F(ImportFromFile, ReadsSixteenMegabytesFromAPipeAndNoMore) {
     const std::string megabyte(1024 * 1024, 'x');
-    EXPECT_EQ(throughPipe(megabyte, 16).size(), 16 * megabyte.size());
-    EXPECT_EQ(throughPipe(megabyte, 17), "refused");
+    EXPECT_EQ(readThroughPipe(megabyte, 16).size(), 16 * megabyte.size());
+    EXPECT_EQ(readThroughPipe(megabyte, 17), "refused");
 }
 
 TEST_F(ImportFromFile, ReadsARegularFileOfAnySize) {

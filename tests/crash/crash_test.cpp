@@ -1,6 +1,6 @@
-// What is left when the program is killed, when a system call fails, when signals arrive, and when several
-// programs run at the same time: files hold their old or their new content, an import is done or not begun,
-// and no session loses what another one did.
+// Crash safety and concurrency: the state of all files after the program was killed, a system call failed,
+// signals arrived, or several programs ran at the same time. Files have their old or new content, an import
+// is complete or not begun, and no session loses the changes of another one.
 //
 // By default a sample of the system calls is tried, and a few races; with CRASH_TESTS=all every call, 1,000
 // signals and 200 races.
@@ -20,13 +20,13 @@
 static constexpr int kNoTracing = 77, kNotReached = 78;
 using Words = std::vector<std::string>;
 
-static bool isWholeRun() {
+static bool isFullRun() {
     const char* value = std::getenv("CRASH_TESTS");
     return value != nullptr && value == std::string("all");
 }
 
 static int times(int sample, int whole) {
-    return isWholeRun() ? whole : sample;
+    return isFullRun() ? whole : sample;
 }
 
 // A program under the injector, over the world every_level.
@@ -41,7 +41,7 @@ static ProcessOutcome inject(Session& session, const std::string& fault, const s
     return outcome;
 }
 
-// The number of calls that a command makes; 0 where nothing can be traced.
+// The number of calls that a command makes; 0 if programs cannot be traced.
 static int countCalls(Session& session, const Words& words, const std::string& number = "") {
     const std::string file = session.path("calls");
     if (inject(session, "count" + number, file, words).status == kNoTracing)
@@ -49,7 +49,7 @@ static int countCalls(Session& session, const Words& words, const std::string& n
     return std::atoi(readFile(file).c_str());
 }
 
-// The files that a command may change; put back before each attempt.
+// The files that a command may change; restored before each attempt.
 struct Files {
     std::string world, events, backup;
     bool operator==(const Files&) const = default;
@@ -79,15 +79,15 @@ static std::string eventImage(std::uint32_t events) {
 namespace {
 class Crash : public testing::Test {
 protected:
-    // The old backup is that of the controllers alone: an export of everything differs from it.
+    // The old backup contains only the controllers, so that an export of everything differs from it.
     void SetUp() override {
         session.useWorld(fixtureWorld("every_level"));
         ASSERT_EQ(session.run({"export", "-t", "1", "-f", "all.cfg"}).status, 0);
         writeFile(session.eventFile(), eventImage(48));
         before = filesOf(session);
     }
-    // Learns what the command does undisturbed, and how many calls that takes.
-    bool learn(const Words& command, const std::string& number = "") {
+    // Records the result of the command without a fault, and the number of its calls.
+    bool recordReference(const Words& command, const std::string& number = "") {
         words = command;
         restore(session, before);
         expected = session.run(words);
@@ -99,8 +99,8 @@ protected:
     // Tries the fault at every call, or at a sample of the given size.
     void tryFault(const std::string& fault, int attempts,
                   const std::function<void(const ProcessOutcome&, const Files&)>& check) {
-        const int step = isWholeRun() ? 1 : std::max(1, calls / attempts);
-        for (int call = isWholeRun() ? 1 : 1 + calls % step; call <= calls; call += step) {
+        const int step = isFullRun() ? 1 : std::max(1, calls / attempts);
+        for (int call = isFullRun() ? 1 : 1 + calls % step; call <= calls; call += step) {
             restore(session, before);
             const ProcessOutcome outcome = inject(session, fault, std::to_string(call), words);
             SCOPED_TRACE(fault + " at call " + std::to_string(call) + " of " + words[0] + "\n" + outcome.out +
@@ -123,8 +123,8 @@ protected:
 };
 } // namespace
 
-#define LEARN_OR_SKIP(...)   \
-    if (!learn(__VA_ARGS__)) \
+#define TRACE_OR_SKIP(...)             \
+    if (!recordReference(__VA_ARGS__)) \
     GTEST_SKIP() << "programs cannot be traced here"
 
 // Every command that writes anything; one of each kind of change.
@@ -144,7 +144,7 @@ static const std::vector<Words> changes = {
 TEST_F(Crash, KillLeavesOldOrNewFiles) {
     int kills = 0;
     for (const Words& command : changes) {
-        LEARN_OR_SKIP(command);
+        TRACE_OR_SKIP(command);
         tryFault("kill", 12, [&](const ProcessOutcome& outcome, const Files& files) {
             EXPECT_TRUE(outcome.status == 128 + SIGKILL || outcome.status == kNotReached) << outcome.status;
             expectOldOrNew(files);
@@ -154,9 +154,9 @@ TEST_F(Crash, KillLeavesOldOrNewFiles) {
     RecordProperty("kills", kills);
 }
 
-// Both outcomes of an export do occur.
+// Some of the kills must come before the backup is replaced.
 TEST_F(Crash, KillOfAnExportKeepsTheBackupUntilTheNewOneIsComplete) {
-    LEARN_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
+    TRACE_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
     ASSERT_NE(before.backup, after.backup);
     int kept = 0, replaced = 0;
     tryFault("kill", 60, [&](const ProcessOutcome&, const Files& files) {
@@ -167,27 +167,27 @@ TEST_F(Crash, KillOfAnExportKeepsTheBackupUntilTheNewOneIsComplete) {
     EXPECT_EQ(kept + replaced, attempted);
 }
 
-// A failure is reported by the status or on standard error, or it does no harm.
+// A failure is reported by the exit status or on standard error, unless the export is complete.
 TEST_F(Crash, ErrorDuringExportIsReportedOrHarmless) {
-    LEARN_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
+    TRACE_OR_SKIP({"export", "-t", "0", "-f", "all.cfg"});
     for (const int error : {EIO, ENOSPC, EACCES, EINTR})
         tryFault("error:" + std::to_string(error), 25,
                  [&](const ProcessOutcome& outcome, const Files& files) {
                      const bool silent = outcome.status == 0 && outcome.err.empty();
                      EXPECT_TRUE(!silent || files.backup == after.backup);
-                     // If the controllers vanish during the export, the file is left empty.
+                     // If the controllers disappear during the export, the file is empty.
                      const bool vanished = outcome.out.find("No controller is existed") != std::string::npos;
                      const std::string left = vanished ? "" : before.backup;
                      EXPECT_TRUE(outcome.status == 0 || files.backup == left);
                  });
 }
 
-// The event file is never reported, but never damaged either.
+// Errors of the event file are not reported, but never damage it.
 TEST_F(Crash, ErrorDuringOtherCommandsLeavesOldOrNewFiles) {
     for (const Words& command : changes) {
         if (command[0] == "export")
             continue;
-        LEARN_OR_SKIP(command);
+        TRACE_OR_SKIP(command);
         for (const int error : {EIO, ENOSPC})
             tryFault("error:" + std::to_string(error), 8,
                      [&](const ProcessOutcome&, const Files& files) { expectOldOrNew(files); });
@@ -208,8 +208,8 @@ protected:
 };
 } // namespace
 
-TEST_F(CrashImport, SignalDoesNotEndItHalfway) {
-    LEARN_OR_SKIP(import);
+TEST_F(CrashImport, SignalIsDeferredUntilItCompletes) {
+    TRACE_OR_SKIP(import);
     ASSERT_NE(before.world, after.world);
     int done = 0;
     for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
@@ -223,11 +223,11 @@ TEST_F(CrashImport, SignalDoesNotEndItHalfway) {
     RecordProperty("signals", attempted);
 }
 
-// What the file holds is known before anything is changed.
-TEST_F(CrashImport, ReadErrorLeavesEverythingAsItWas) {
+// The file is read completely before anything is changed.
+TEST_F(CrashImport, ReadErrorChangesNothing) {
     const std::string number = "@" + std::to_string(SYS_read);
-    LEARN_OR_SKIP(import, number);
-    const int last = isWholeRun() ? calls : std::min(calls, 20); // beyond, only the adapters' reads
+    TRACE_OR_SKIP(import, number);
+    const int last = isFullRun() ? calls : std::min(calls, 20); // later ones are those of the adapters
     int refused = 0;
     for (const int error : {EIO, EISDIR})
         for (int call = 1; call <= last; ++call) {
@@ -296,7 +296,7 @@ TEST_F(CrashImport, RaceOfImportsCreatesEachLogicalDriveOnce) {
               (ProcessOutcome{0, "0 lost\n", ""}));
 }
 
-TEST_F(Crash, RaceOfHelpsLeavesTheEventFile) {
+TEST_F(Crash, RaceOfHelpsKeepsTheEventFile) {
     EXPECT_EQ(shell(session,
                     "cp CLIEvent.dat kept; lost=0 i=0\nwhile [ $i -lt $1 ]; do i=$((i + 1))\n"
                     "for n in 1 2 3 4 5 6 7 8; do \"$CLI\" help exit >help.$n & done; wait\n"
@@ -305,7 +305,7 @@ TEST_F(Crash, RaceOfHelpsLeavesTheEventFile) {
               (ProcessOutcome{0, "0 lost\n", ""}));
 }
 
-// Sessions that show events at the same time: every event was shown or is still there, none is both.
+// Sessions that show events at the same time: every event was either shown or is still stored.
 TEST_F(Crash, RaceOfEventSessionsLosesNoEvent) {
     for (int round = 0; round < times(8, 200); ++round) {
         writeFile(session.eventFile(), eventImage(40));
@@ -331,8 +331,8 @@ TEST_F(Crash, RaceOfEventSessionsLosesNoEvent) {
     }
 }
 
-// Whatever the parent did with SIGPIPE.
-TEST(EndlessComplaint, EndsWithItsReader) {
+// Even if the parent ignores SIGPIPE.
+TEST(EndlessMessage, StopsWithoutAReader) {
     Session session;
     const std::string line = "Invalid command for \"enclosure\"\n";
     EXPECT_EQ(shell(session,

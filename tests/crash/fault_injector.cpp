@@ -1,13 +1,13 @@
-// Runs a program and lets something happen to it at one of its system calls. Linux on x86-64 alone.
+// Runs a program and injects a fault at one of its system calls. Linux on x86-64 only.
 //
-//     fault_injector count FILE PROGRAM ARGUMENT...        writes how many calls it makes to FILE
+//     fault_injector count FILE PROGRAM ARGUMENT...        writes the number of its calls to FILE
 //     fault_injector kill N PROGRAM ARGUMENT...            kills it before its call number N
 //     fault_injector signal:SIGNAL N PROGRAM ARGUMENT...   sends it a signal before that call
 //     fault_injector error:ERRNO N PROGRAM ARGUMENT...     fails that call with an errno, unexecuted
 //
-// Calls count from 1, from the program's first instruction on; with @NUMBER behind the first word, only those
-// of that number. The exit status is the program's; 77 when
-// processes cannot be traced here, 78 when the call was not reached.
+// Calls count from 1, starting at the program's first instruction. With @NUMBER after the first word, only
+// calls of that number count. The exit status is that of the program, 77 if processes cannot be traced here,
+// or 78 if the call was not reached.
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -28,13 +28,13 @@ struct Fault {
     FaultKind kind;
     int value; // the signal or the errno
     long call;
-    long number; // of the system calls that count; -1 for all
+    long number; // of the system call; -1: all are counted
 };
 } // namespace
 
-static long numberAfter(const std::string& text, char mark, long otherwise) {
+static long numberAfter(const std::string& text, char mark, long fallback) {
     const std::size_t place = text.find(mark);
-    return place == std::string::npos ? otherwise : std::atol(text.c_str() + place + 1);
+    return place == std::string::npos ? fallback : std::atol(text.c_str() + place + 1);
 }
 
 static Fault parseFault(const std::string& kind, const char* call) {
@@ -52,7 +52,7 @@ static Fault parseFault(const std::string& kind, const char* call) {
     }
 }
 
-static int endWith(int status) {
+static int reportStatus(int status) {
     if (WIFEXITED(status))
         return WEXITSTATUS(status);
     std::signal(WTERMSIG(status), SIG_DFL);
@@ -60,7 +60,7 @@ static int endWith(int status) {
     return 128 + WTERMSIG(status);
 }
 
-// The call about to be made is replaced by none at all.
+// Replaces the system call about to be made with an invalid one.
 static void skipCall(pid_t child) {
     user_regs_struct registers = {};
     ptrace(PTRACE_GETREGS, child, nullptr, &registers);
@@ -85,7 +85,7 @@ static bool isCounted(pid_t child, const Fault& fault) {
     return fault.number < 0 || registers.orig_rax == static_cast<unsigned long long>(fault.number);
 }
 
-// The signal to deliver as the program goes on: none for stops of the tracing itself.
+// The signal to deliver when the program continues: 0 if tracing itself stopped it.
 static long pendingSignal(int status) {
     return WIFSTOPPED(status) && WSTOPSIG(status) != SIGTRAP && !isCallStop(status) ? WSTOPSIG(status) : 0;
 }
@@ -120,7 +120,7 @@ static int trace(pid_t child, const Fault& fault, long* calls) {
     return status;
 }
 
-[[noreturn]] static void become(char** words) {
+[[noreturn]] static void execChild(char** words) {
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
         _exit(kNoTracing);
     execv(words[0], words);
@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
     const Fault fault = parseFault(argv[1], argv[2]);
     const pid_t child = fork();
     if (child == 0)
-        become(argv + 3);
+        execChild(argv + 3);
     int status = 0;
     if (waitpid(child, &status, 0) != child || !WIFSTOPPED(status))
         return kNoTracing;
@@ -145,5 +145,5 @@ int main(int argc, char** argv) {
         if (file != nullptr && std::fprintf(file, "%ld\n", calls) > 0)
             std::fclose(file);
     }
-    return fault.kind != FaultKind::count && calls < fault.call ? kNotReached : endWith(status);
+    return fault.kind != FaultKind::count && calls < fault.call ? kNotReached : reportStatus(status);
 }

@@ -5,10 +5,9 @@
 
 #include "tests/e2e/harness.h"
 
-static const ProcessOutcome kSilent = {0, "", ""};
-static const std::string kHead = "CtrlId    Status\n";
+static const std::string kHeader = "CtrlId    Status\n";
 static const std::string kMissingControllers = "     2   Unknown\n     3   Unknown\n";
-static const std::string kListing = kHead + "     0   enabled\n     1  disabled\n" + kMissingControllers;
+static const std::string kListing = kHeader + "     0   enabled\n     1  disabled\n" + kMissingControllers;
 
 struct Buzz : testing::Test {
     Session s;
@@ -19,15 +18,15 @@ TEST_F(Buzz, ListsFourControllersWhenTwoExist) {
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
     EXPECT_EQ(s.run({"BUZZ", "-A", "LIST"}), (ProcessOutcome{0, kListing, ""}));
     EXPECT_EQ(s.run({"buzz", "-c", "4"}), (ProcessOutcome{0, kListing, ""}));
-    EXPECT_EQ(s.run({"buzz", "-c", "1"}), (ProcessOutcome{0, kHead + "     0   enabled\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-c", "1"}), (ProcessOutcome{0, kHeader + "     0   enabled\n", ""}));
     EXPECT_EQ(s.run({"buzz", "-i", "1", "-c", "2"}),
-              (ProcessOutcome{0, kHead + "     1  disabled\n     2   Unknown\n", ""}));
+              (ProcessOutcome{0, kHeader + "     1  disabled\n     2   Unknown\n", ""}));
 }
 
 TEST_F(Buzz, KeepsState) {
-    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilent);
-    EXPECT_EQ(s.run({"buzz", "-a", "disable"}), kSilent);
-    const std::string switched = kHead + "     0  disabled\n     1   enabled\n" + kMissingControllers;
+    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilentSuccess);
+    EXPECT_EQ(s.run({"buzz", "-a", "disable"}), kSilentSuccess);
+    const std::string switched = kHeader + "     0  disabled\n     1   enabled\n" + kMissingControllers;
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, switched, ""}));
     EXPECT_EQ(s.prompt("buzz -a enable -i 0\nbuzz -a DISABLE -i 1\nbuzz\nexit\n"),
               (ProcessOutcome{0, "cli>cli>cli>" + kListing + "cli>", ""}));
@@ -35,11 +34,11 @@ TEST_F(Buzz, KeepsState) {
 }
 
 TEST_F(Buzz, ChangesFirstControllerUnlessFiveWordsNameAnother) {
-    EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "1", "more"}), kSilent);
+    EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "1", "more"}), kSilentSuccess);
     EXPECT_EQ(s.run({"buzz", "-c", "2"}),
-              (ProcessOutcome{0, kHead + "     0  disabled\n     1  disabled\n", ""}));
-    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i"}), kSilent);
-    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "7"}), kSilent); // no such controller
+              (ProcessOutcome{0, kHeader + "     0  disabled\n     1  disabled\n", ""}));
+    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i"}), kSilentSuccess);
+    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "7"}), kSilentSuccess); // no such controller
     EXPECT_EQ(s.run({"buzz"}), (ProcessOutcome{0, kListing, ""}));
 }
 
@@ -61,7 +60,7 @@ TEST_F(Buzz, RejectsBadWords) {
 // An empty line runs the previous command with a word count of 0; its stale words still select the action.
 TEST_F(Buzz, EmptyLineRunsItAgain) {
     EXPECT_EQ(s.prompt("buzz -i 1 -c 1\n\nexit\n"),
-              (ProcessOutcome{0, "cli>" + kHead + "     1  disabled\ncli>" + kListing + "cli>", ""}));
+              (ProcessOutcome{0, "cli>" + kHeader + "     1  disabled\ncli>" + kListing + "cli>", ""}));
     EXPECT_EQ(s.prompt("buzz -a disable -i 1\n\nexit\n"),
               (ProcessOutcome{2, "cli>cli>Invalid numbers of parameter for command \"buzz\"\ncli>", ""}));
     EXPECT_EQ(s.prompt("buzz\n\nexit\n"),
@@ -74,6 +73,6 @@ TEST_F(Buzz, LogsEachChange) {
         return std::count(listing.begin(), listing.end(), '\n');
     };
     const auto before = events();
-    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilent);
+    EXPECT_EQ(s.run({"buzz", "-a", "enable", "-i", "1"}), kSilentSuccess);
     EXPECT_EQ(events(), before + 1);
 }

@@ -6,11 +6,9 @@
 #include "tests/e2e/every_level_file.h"
 #include "tests/e2e/harness.h"
 
-static const ProcessOutcome kSilence = {0, "", ""};
-
 // The text that an export of these types writes.
 static std::string exported(Session* s, const std::string& types = "0") {
-    EXPECT_EQ(s->run({"export", "-t", types, "-f", "now.cfg"}), kSilence);
+    EXPECT_EQ(s->run({"export", "-t", types, "-f", "now.cfg"}), kSilentSuccess);
     return readFile(s->path("now.cfg"));
 }
 
@@ -19,7 +17,7 @@ static void useEveryLevel(Session* s) {
 }
 
 static void exportAll(Session* s) {
-    EXPECT_EQ(s->run({"export", "-t", "0", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s->run({"export", "-t", "0", "-f", "all.cfg"}), kSilentSuccess);
     ASSERT_EQ(readFile(s->path("all.cfg")), wholeFile());
 }
 
@@ -95,7 +93,7 @@ TEST(ConfigE2e, DisplayChangesNothing) {
 static void changeLogicalDrive(Session* s, int controller, int drive, const std::string& settings) {
     EXPECT_EQ(s->run({"logdrv", "-a", "mod", "-i", std::to_string(controller), "-l", std::to_string(drive),
                       "-s", settings}),
-              kSilence);
+              kSilentSuccess);
 }
 
 // Changes everything that commands can change except the buzzers.
@@ -104,15 +102,16 @@ static void changeEverything(Session* s) {
         s->run({"ctrl", "-a", "mod", "-i", "0", "-s",
                 "smart=enable,autorebuild=disable,smartpoll=1,encpoll=2,rebuildrate=3,syncrate=4,initrate=5,"
                 "migraterate=6,mprate=7,rebuildpolicy=disable"}),
-        kSilence);
+        kSilentSuccess);
     EXPECT_EQ(
         s->run({"ctrl", "-a", "mod", "-i", "1", "-s",
                 "smart=disable,autorebuild=enable,smartpoll=255,encpoll=254,rebuildrate=253,syncrate=252,"
                 "initrate=251,migraterate=250,mprate=249,rebuildpolicy=enable"}),
-        kSilence);
+        kSilentSuccess);
     const auto changeDrive = [&](const char* controller, const std::string& drive,
                                  const std::string& settings) {
-        EXPECT_EQ(s->run({"phydrv", "-a", "mod", "-p", drive, "-i", controller, "-s", settings}), kSilence);
+        EXPECT_EQ(s->run({"phydrv", "-a", "mod", "-p", drive, "-i", controller, "-s", settings}),
+                  kSilentSuccess);
     };
     changeDrive("0", "1", "writecache=enable,tcq=disable");
     changeDrive("0", "2", "writecache=disable,ncq=disable");
@@ -145,7 +144,7 @@ TEST(ConfigE2e, ImportRestoresAllSettings) {
     for (const std::string& gone : {std::string("<SyncRate> 12"), std::string("Vault"), std::string("Mirror"),
                                     driveBlock(0, 0, 1, "Disable", "Enable"), driveBlock(11, 1, 4)})
         EXPECT_EQ(changed.find(gone), std::string::npos) << gone;
-    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilentSuccess);
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
@@ -155,7 +154,7 @@ TEST(ConfigE2e, ImportKeepsBuzzersAndSpares) {
     exportAll(&s);
     EXPECT_EQ(s.run({"buzz", "-a", "disable", "-i", "0"}).status, 0);
     EXPECT_EQ(s.run({"extent", "-a", "free", "-i", "0", "-p", "1", "-e", "2"}).status, 0);
-    EXPECT_EQ(s.run({"import", "-a", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-a", "-f", "all.cfg"}), kSilentSuccess);
     EXPECT_EQ(exported(&s), replaced(wholeFile(), "<BuzzerEnable> On\n<GlobalSpare> 8",
                                      "<BuzzerEnable> Off\n<GlobalSpare> 0"));
 }
@@ -167,12 +166,12 @@ TEST(ConfigE2e, ImportAppliesSelectedBlocks) {
     changeEverything(&s);
     const std::string changed = exported(&s);
     const std::string first = changed.substr(0, changed.find("[CrtlSetIndex] 1"));
-    EXPECT_EQ(s.run({"import", "-k", "0", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-k", "0", "-f", "all.cfg"}), kSilentSuccess);
     const std::string controllerBack = replaced(changed, first, kControllers[0]);
     EXPECT_EQ(exported(&s), controllerBack);
 
     // The third drive block of the file, and the fourth logical drive.
-    EXPECT_EQ(s.run({"import", "-p", "3", "-l", "3", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-p", "3", "-l", "3", "-f", "all.cfg"}), kSilentSuccess);
     const std::string driveBack = replaced(controllerBack, driveBlock(2, 0, 3, "Disable", "Enable", "Enable"),
                                            driveBlock(2, 0, 3, "Enable", "Disable", "Disable"));
     const auto third = [](const std::string& text) {
@@ -187,13 +186,13 @@ TEST(ConfigE2e, ImportRecreatesLogicalDrives) {
     useEveryLevel(&s);
     exportAll(&s);
     for (const char* array : {"0", "1", "2"})
-        EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", array}), kSilence);
+        EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", array}), kSilentSuccess);
     for (const char* array : {"7", "1", "2"})
-        EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "1", "-l", array}), kSilence);
+        EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "1", "-l", array}), kSilentSuccess);
     EXPECT_EQ(exported(&s, "3"), "");
-    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilence); // creates nothing
+    EXPECT_EQ(s.run({"import", "-f", "all.cfg"}), kSilentSuccess); // creates nothing
     EXPECT_EQ(exported(&s, "3"), "");
-    EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilentSuccess);
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
@@ -202,11 +201,11 @@ TEST(ConfigE2e, ImportReplacesExistingLogicalDrives) {
     useEveryLevel(&s);
     exportAll(&s);
     changeEverything(&s);
-    EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", "2"}), kSilence);
+    EXPECT_EQ(s.run({"logdrv", "-a", "del", "-i", "0", "-l", "2"}), kSilentSuccess);
     EXPECT_EQ(
         s.run({"logdrv", "-a", "add", "-i", "0", "-p", "7", "-z", "name=In the way,raid=raid0,capacity=2"}),
-        kSilence);
-    EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilence);
+        kSilentSuccess);
+    EXPECT_EQ(s.run({"import", "-c", "-f", "all.cfg"}), kSilentSuccess);
     // The conflicting extent is split off the first one; nothing else differs.
     EXPECT_EQ(exported(&s, "1 2"), kControllers[0] + kControllers[1] + driveBlocks());
     const std::string blocks = exported(&s, "3");
@@ -266,7 +265,7 @@ TEST(ConfigE2e, ImportOfInvalidFileFailsBeforeAnyChange) {
                   16, "The configuration file holds more settings than can be imported at once!\n", ""}));
     EXPECT_EQ(s.run({"import", "-f", "empty.cfg", "-x"}),
               (ProcessOutcome{1, "Invalid parameters defined\n", ""}));
-    EXPECT_EQ(s.run({"import", "-i", "-f", "empty.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-i", "-f", "empty.cfg"}), kSilentSuccess);
     EXPECT_EQ(s.worldText(), before);
 }
 
@@ -276,7 +275,7 @@ TEST(ConfigE2e, AutomaticWriteBackIsRestoredAsAutomatic) {
     s.useWorld(replaced(fixtureWorld("every_level"), "\"cacheFlags\": 8", "\"cacheFlags\": 9"));
     const std::string before = exported(&s);
     EXPECT_EQ(before, replaced(wholeFile(), "Auto - Write Through", "Auto - Write Back"));
-    EXPECT_EQ(s.run({"import", "-f", "now.cfg"}), kSilence);
+    EXPECT_EQ(s.run({"import", "-f", "now.cfg"}), kSilentSuccess);
     EXPECT_EQ(exported(&s), wholeFile());
 }
 
@@ -287,7 +286,7 @@ TEST(ConfigE2e, ImportHonorsEditedInitialization) {
         useEveryLevel(&s);
         exportAll(&s);
         writeFile(s.path("all.cfg"), replaced(wholeFile(), "NONE", word));
-        EXPECT_EQ(s.run({"import", "-c", "-l", "3", "-f", "all.cfg"}), kSilence);
+        EXPECT_EQ(s.run({"import", "-c", "-l", "3", "-f", "all.cfg"}), kSilentSuccess);
         const std::string block = s.run({"logdrv", "-v", "-i", "1", "-l", "0"}).out;
         const bool initializes = word == "QUICK" || word == "BACK";
         EXPECT_EQ(block.find("Array activity status : Initializing") != std::string::npos, initializes)

@@ -3,7 +3,7 @@
 
 #include "tests/e2e/harness.h"
 
-static const std::string kHead =
+static const std::string kHeader =
     "ID      MemType  MemSize Disks Arrays Enclosures     BIOS Ver   Driver Ver\n";
 static const std::string kFirstRow =
     " 0          ECC   128 MB    3      1          2      1.2.3.4   9.10.11.12\n";
@@ -59,7 +59,7 @@ struct Ctrl : testing::Test {
 
 TEST_F(Ctrl, ListsEveryControllerWithDriverOfFirst) {
     const std::string both =
-        kHead + kFirstRow + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1   9.10.11.12\n";
+        kHeader + kFirstRow + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1   9.10.11.12\n";
     EXPECT_EQ(s.run({"ctrl"}), (ProcessOutcome{0, both, ""}));
     EXPECT_EQ(s.run({"CTRL", "-A", "LIST"}), (ProcessOutcome{0, both, ""}));
     EXPECT_EQ(s.run({"ctrl", "-c", "0"}), (ProcessOutcome{0, both, ""}));
@@ -68,18 +68,18 @@ TEST_F(Ctrl, ListsEveryControllerWithDriverOfFirst) {
 }
 
 TEST_F(Ctrl, ListsRequestedCount) {
-    EXPECT_EQ(s.run({"ctrl", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
-    EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (ProcessOutcome{0, kHead + kFirstRow, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-c", "1"}), (ProcessOutcome{0, kHeader + kFirstRow, ""}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "list", "-c", "1"}), (ProcessOutcome{0, kHeader + kFirstRow, ""}));
 }
 
 // Starting at ID 1, two controllers are listed although only one exists: the second row is zeroes.
 TEST_F(Ctrl, ListsZeroesBeyondTheLastController) {
-    EXPECT_EQ(
-        s.run({"ctrl", "-i", "1"}),
-        (ProcessOutcome{0,
-                        kHead + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1     99.0.0.1\n"
-                                " 2      Non-ECC     0 MB    0      0          0      0.0.0.0     99.0.0.1\n",
-                        ""}));
+    EXPECT_EQ(s.run({"ctrl", "-i", "1"}),
+              (ProcessOutcome{
+                  0,
+                  kHeader + " 1      Non-ECC    64 MB    1      0          0     40.0.0.1     99.0.0.1\n"
+                            " 2      Non-ECC     0 MB    0      0          0      0.0.0.0     99.0.0.1\n",
+                  ""}));
 }
 
 TEST_F(Ctrl, ListsControllerVerbosely) {
@@ -102,10 +102,9 @@ TEST_F(Ctrl, RejectsBadOptions) {
 }
 
 TEST_F(Ctrl, KeepsSettingsBetweenRuns) {
-    EXPECT_EQ(mod("rebuildrate=255,SyncRate=1,initrate=77x,migraterate=66,mprate=55"),
-              (ProcessOutcome{0, "", ""}));
+    EXPECT_EQ(mod("rebuildrate=255,SyncRate=1,initrate=77x,migraterate=66,mprate=55"), kSilentSuccess);
     EXPECT_EQ(mod("smartpoll=44,encpoll=33,smart=Enable,autorebuild=disable,rebuildpolicy=ENABLE"),
-              (ProcessOutcome{0, "", ""}));
+              kSilentSuccess);
     EXPECT_EQ(line("Rebuild rate"), "Rebuild rate : 255");
     EXPECT_EQ(line("Synchronization rate"), "Synchronization rate : 1");
     EXPECT_EQ(line("Initialization rate"), "Initialization rate : 77");
@@ -119,7 +118,7 @@ TEST_F(Ctrl, KeepsSettingsBetweenRuns) {
 }
 
 TEST_F(Ctrl, ChangesNamedController) {
-    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "1", "-s", "rebuildrate=200"}), (ProcessOutcome{0, "", ""}));
+    EXPECT_EQ(s.run({"ctrl", "-a", "mod", "-i", "1", "-s", "rebuildrate=200"}), kSilentSuccess);
     EXPECT_EQ(line("Rebuild rate"), "Rebuild rate : 11");
     EXPECT_NE(s.run({"ctrl", "-v", "-i", "1"}).out.find("\nRebuild rate : 200\n"), std::string::npos);
 }

@@ -7,8 +7,6 @@
 
 #include "tests/e2e/harness.h"
 
-static const ProcessOutcome kSilent = {0, "", ""};
-
 struct Enclosure : testing::Test {
     Session s;
     Enclosure() { s.useWorld(fixtureWorld("drives_and_boxes")); }
@@ -91,7 +89,7 @@ TEST_F(Enclosure, ReadingsDependOnTime) {
 
 TEST_F(Enclosure, PrintsNothingForOtherTypes) {
     for (const char* enclosure : {"2", "3", "4", "5"})
-        EXPECT_EQ(list(enclosure), kSilent);
+        EXPECT_EQ(list(enclosure), kSilentSuccess);
 }
 
 TEST_F(Enclosure, ReportsMissingEnclosures) {
@@ -107,22 +105,22 @@ TEST_F(Enclosure, ReportsMissingEnclosures) {
 // Compatibility: the search reads the drives' second extent entries, which are zero. It finds drive 1 for
 // every drive of enclosure 0, and nothing for any other enclosure.
 TEST_F(Enclosure, BlinksOnlyDriveOneForEnclosureZero) {
-    EXPECT_EQ(locate("0", "30"), kSilent);
+    EXPECT_EQ(locate("0", "30"), kSilentSuccess);
     EXPECT_EQ(blinkingDrives(), "1");
     s.setClock(kSessionStart + 31);
     EXPECT_EQ(blinkingDrives(), "");
-    EXPECT_EQ(locate("1", "30"), kSilent);
-    EXPECT_EQ(locate("5", "30"), kSilent);
+    EXPECT_EQ(locate("1", "30"), kSilentSuccess);
+    EXPECT_EQ(locate("5", "30"), kSilentSuccess);
     EXPECT_EQ(blinkingDrives(), "");
 }
 
 TEST_F(Enclosure, StopsBlinkingWithoutDuration) {
-    EXPECT_EQ(locate("0", "4000000000"), kSilent);
+    EXPECT_EQ(locate("0", "4000000000"), kSilentSuccess);
     EXPECT_EQ(blinkingDrives(), "1");
-    EXPECT_EQ(locate("0", "0"), kSilent);
+    EXPECT_EQ(locate("0", "0"), kSilentSuccess);
     EXPECT_EQ(blinkingDrives(), "");
     locate("0", "30");
-    EXPECT_EQ(s.run({"enclosure", "-a", "locate"}), kSilent);
+    EXPECT_EQ(s.run({"enclosure", "-a", "locate"}), kSilentSuccess);
     EXPECT_EQ(blinkingDrives(), "");
 }
 

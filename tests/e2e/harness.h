@@ -18,6 +18,9 @@
 // The clock of a new session, in seconds since the epoch.
 inline constexpr std::int64_t kSessionStart = 1700000000;
 
+// The outcome of a command that succeeds without output.
+inline const ProcessOutcome kSilentSuccess = {0, "", ""};
+
 struct Session {
     Session();  // creates a temporary directory
     ~Session(); // and removes it
@@ -46,7 +49,7 @@ struct Session {
 
     void useWorld(const std::string& text) const;
     std::string worldText() const; // empty if there is none yet
-    // All of the world but the record of refused operations, for comparisons; drops the layout.
+    // The world without the record of refused operations and without its layout, for comparisons.
     std::string worldWithoutRefusals() const;
     std::string world() const; // paths
     std::string eventFile() const;

@@ -6,8 +6,6 @@
 
 #include "tests/e2e/harness.h"
 
-static const ProcessOutcome kSilent = {0, "", ""};
-
 struct MediaPatrol : testing::Test {
     Session s;
     MediaPatrol() { s.useWorld(fixtureWorld("drives_and_boxes")); }
@@ -39,14 +37,14 @@ static ProcessOutcome failed(const std::string& action) {
 
 TEST_F(MediaPatrol, RunsToCompletionAndCounts) {
     EXPECT_EQ(after(0), patrol("idle", 0, 0));
-    EXPECT_EQ(mp("start"), kSilent);
+    EXPECT_EQ(mp("start"), kSilentSuccess);
     EXPECT_EQ(after(0), running(0));
     EXPECT_EQ(after(100), running(40));
     EXPECT_EQ(after(249), running(99));
     // The drive has three bad sectors. Two are in its share of a mirror and are repaired from the other
     // member; the one in free space stays.
     EXPECT_EQ(after(250), patrol("idle", 1, 3));
-    EXPECT_EQ(mp("start"), kSilent);
+    EXPECT_EQ(mp("start"), kSilentSuccess);
     EXPECT_EQ(after(300), running(20, 1, 3));
     EXPECT_EQ(after(10000), patrol("idle", 2, 4));
 }
@@ -54,9 +52,9 @@ TEST_F(MediaPatrol, RunsToCompletionAndCounts) {
 TEST_F(MediaPatrol, MakesNoProgressWhilePaused) {
     mp("start");
     EXPECT_EQ(after(100), running(40));
-    EXPECT_EQ(mp("pause"), kSilent);
+    EXPECT_EQ(mp("pause"), kSilentSuccess);
     EXPECT_EQ(after(9000), patrol("paused", 0, 0));
-    EXPECT_EQ(mp("resume"), kSilent);
+    EXPECT_EQ(mp("resume"), kSilentSuccess);
     EXPECT_EQ(after(9000), running(40));
     EXPECT_EQ(after(9050), running(60));
     EXPECT_EQ(after(9150), patrol("idle", 1, 3));
@@ -65,12 +63,12 @@ TEST_F(MediaPatrol, MakesNoProgressWhilePaused) {
 TEST_F(MediaPatrol, RestartsAfterStop) {
     mp("start");
     EXPECT_EQ(after(100), running(40));
-    EXPECT_EQ(mp("stop"), kSilent);
+    EXPECT_EQ(mp("stop"), kSilentSuccess);
     EXPECT_EQ(after(1000), patrol("stopped", 0, 0));
-    EXPECT_EQ(mp("start"), kSilent);
+    EXPECT_EQ(mp("start"), kSilentSuccess);
     EXPECT_EQ(after(1000), running(0));
-    EXPECT_EQ(mp("pause"), kSilent);
-    EXPECT_EQ(mp("stop"), kSilent);
+    EXPECT_EQ(mp("pause"), kSilentSuccess);
+    EXPECT_EQ(mp("stop"), kSilentSuccess);
     EXPECT_EQ(after(1001), patrol("stopped", 0, 0));
 }
 
@@ -102,7 +100,7 @@ TEST_F(MediaPatrol, AbortsWhenDriveFails) {
 
 TEST_F(MediaPatrol, RunsOnEachDriveIndependently) {
     EXPECT_EQ(mp("list", "6").out, patrol("aborted", 2, 7));
-    EXPECT_EQ(mp("start", "6"), kSilent);
+    EXPECT_EQ(mp("start", "6"), kSilentSuccess);
     EXPECT_EQ(after(100), patrol("idle", 0, 0));
     EXPECT_EQ(mp("list", "6").out, patrol("idle", 3, 7));
     mp("start");
@@ -145,7 +143,7 @@ TEST_F(MediaPatrol, LogsEachStep) {
     };
     auto seen = events();
     for (const char* action : {"start", "pause", "resume", "stop", "start"}) {
-        EXPECT_EQ(mp(action), kSilent);
+        EXPECT_EQ(mp(action), kSilentSuccess);
         EXPECT_EQ(events(), ++seen) << action;
     }
     mp("start");

@@ -34,8 +34,7 @@ struct PhyDrv : testing::Test {
     }
 };
 
-static const ProcessOutcome kSilent = {0, "", ""};
-static const std::string kHead =
+static const std::string kHeader =
     "ID CH         Size                  Model                Serial        F/W\n";
 static const std::string kFirstRow =
     " 1 10    2000.00MB              Alpha 500                A-0000        1.0\n";
@@ -49,25 +48,25 @@ static const std::string kSixthRow =
     " 6 15       1.00MB  A model of 21 letters A serial of 23 letters.        1.1\n";
 
 TEST_F(PhyDrv, ListsEveryDrive) {
-    const ProcessOutcome all = {0, kHead + kFirstRow + kSecondRow + kThirdRow + kFourthRow + kSixthRow, ""};
+    const ProcessOutcome all = {0, kHeader + kFirstRow + kSecondRow + kThirdRow + kFourthRow + kSixthRow, ""};
     EXPECT_EQ(s.run({"phydrv"}), all);
     EXPECT_EQ(s.run({"PHYDRV", "-A", "LIST", "-C", "0"}), all);
     EXPECT_EQ(s.prompt("phydrv -c 20\nexit\n"), (ProcessOutcome{0, "cli>" + all.out + "cli>", ""}));
-    EXPECT_EQ(
-        s.run({"phydrv", "-i", "1"}),
-        (ProcessOutcome{
-            0, kHead + " 1  0    2000.00MB              Alpha 500                C-0000        1.0\n", ""}));
+    EXPECT_EQ(s.run({"phydrv", "-i", "1"}),
+              (ProcessOutcome{
+                  0, kHeader + " 1  0    2000.00MB              Alpha 500                C-0000        1.0\n",
+                  ""}));
 }
 
 TEST_F(PhyDrv, ListsOneDriveOrCountFromIt) {
-    EXPECT_EQ(s.run({"phydrv", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
-    EXPECT_EQ(s.run({"phydrv", "-c", "4", "-p", "3"}), (ProcessOutcome{0, kHead + kThirdRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-p", "3"}), (ProcessOutcome{0, kHeader + kThirdRow, ""}));
+    EXPECT_EQ(s.run({"phydrv", "-c", "4", "-p", "3"}), (ProcessOutcome{0, kHeader + kThirdRow, ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "3", "-c", "2"}),
-              (ProcessOutcome{0, kHead + kThirdRow + kFourthRow, ""}));
+              (ProcessOutcome{0, kHeader + kThirdRow + kFourthRow, ""}));
     EXPECT_EQ(s.run({"phydrv", "-p", "4", "-c", "3"}),
-              (ProcessOutcome{0, kHead + kFourthRow + kSixthRow, ""}));
+              (ProcessOutcome{0, kHeader + kFourthRow + kSixthRow, ""}));
     EXPECT_EQ(s.run({"phydrv", "-a", "list", "-c", "2"}),
-              (ProcessOutcome{0, kHead + kFirstRow + kSecondRow, ""}));
+              (ProcessOutcome{0, kHeader + kFirstRow + kSecondRow, ""}));
 }
 
 TEST_F(PhyDrv, ReportsMissingDrives) {
@@ -111,7 +110,7 @@ TEST_F(PhyDrv, ShowsDriveVerbosely) {
 }
 
 TEST_F(PhyDrv, KeepsSettingsBetweenRuns) {
-    EXPECT_EQ(mod("1", "WriteCache=disable,ncq=Disable"), kSilent);
+    EXPECT_EQ(mod("1", "WriteCache=disable,ncq=Disable"), kSilentSuccess);
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "disabled");
     EXPECT_EQ(shown("1", "NCQ is "), "disabled");
     EXPECT_EQ(shown("2", "Disk write cache mode : "), "enabled");
@@ -126,7 +125,7 @@ TEST_F(PhyDrv, KeepsSettingsBetweenRuns) {
 }
 
 TEST_F(PhyDrv, IgnoresQueueingWithoutSupport) {
-    EXPECT_EQ(mod("3", "writecache=disable,ncq=enable"), kSilent);
+    EXPECT_EQ(mod("3", "writecache=disable,ncq=enable"), kSilentSuccess);
     EXPECT_EQ(shown("3", "NCQ feature"), " is not supported");
     EXPECT_EQ(shown("3", "Disk write cache mode : "), "enabled");
 }
@@ -143,7 +142,7 @@ TEST_F(PhyDrv, ChangesNothingForInvalidSettings) {
 }
 
 TEST_F(PhyDrv, BlinksUntilTimeout) {
-    EXPECT_EQ(locate("1", "30"), kSilent);
+    EXPECT_EQ(locate("1", "30"), kSilentSuccess);
     EXPECT_EQ(shown("1", "Current Locate Status : "), "On");
     EXPECT_EQ(shown("2", "Current Locate Status : "), "Off");
     s.setClock(kSessionStart + 29);
@@ -153,11 +152,11 @@ TEST_F(PhyDrv, BlinksUntilTimeout) {
 }
 
 TEST_F(PhyDrv, StopsBlinkingOnRequest) {
-    EXPECT_EQ(locate("2", "4000000000"), kSilent);
+    EXPECT_EQ(locate("2", "4000000000"), kSilentSuccess);
     EXPECT_EQ(shown("2", "Current Locate Status : "), "On");
-    EXPECT_EQ(locate("2", "0"), kSilent);
+    EXPECT_EQ(locate("2", "0"), kSilentSuccess);
     EXPECT_EQ(shown("2", "Current Locate Status : "), "Off");
-    EXPECT_EQ(locate("5", "30"), kSilent); // no such drive; not checked
+    EXPECT_EQ(locate("5", "30"), kSilentSuccess); // no such drive; not checked
 }
 
 TEST_F(PhyDrv, WipesUnusedDrivesOnly) {
@@ -167,7 +166,7 @@ TEST_F(PhyDrv, WipesUnusedDrivesOnly) {
     EXPECT_EQ(
         wipe("5"),
         (ProcessOutcome{8, "Failed to wipe the reserved sector of disk with ID 4 in controller #0!\n", ""}));
-    EXPECT_EQ(wipe("4"), kSilent);
+    EXPECT_EQ(wipe("4"), kSilentSuccess);
     const std::string extents = s.run({"extent", "-v", "-p", "4"}).out;
     EXPECT_EQ(extents.find("spare"), std::string::npos) << extents;
     EXPECT_NE(extents.find("Assignment status : free\n"), std::string::npos) << extents;
@@ -177,12 +176,12 @@ TEST_F(PhyDrv, WipesUnusedDrivesOnly) {
 TEST_F(PhyDrv, KeepsTransferOptionPerModel) {
     EXPECT_EQ(s.run({"phydrv", "-a", "list3G", "-p", "1", "-i", "0"}),
               (ProcessOutcome{0, "3G option in control 0 disk 0 Alpha 500 is off.\n", ""}));
-    EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"}), kSilent);
+    EXPECT_EQ(s.run({"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"}), kSilentSuccess);
     EXPECT_EQ(speed("1"), "3G option in control 0 disk 0 Alpha 500 is on.\n");
     EXPECT_EQ(speed("4"), "3G option in control 0 disk 3 Alpha 500 is on.\n");
     EXPECT_EQ(speed("3"), "3G option in control 0 disk 2 Beta 250 is off.\n");
     EXPECT_EQ(speed("1", "1"), "3G option in control 1 disk 0 Alpha 500 is off.\n");
-    EXPECT_EQ(s.run({"PHYDRV", "-a", "SET3g", "-e", "0", "-p", "2", "-i", "0"}), kSilent);
+    EXPECT_EQ(s.run({"PHYDRV", "-a", "SET3g", "-e", "0", "-p", "2", "-i", "0"}), kSilentSuccess);
     EXPECT_EQ(speed("1"), "3G option in control 0 disk 0 Alpha 500 is off.\n");
 }
 
@@ -226,6 +225,6 @@ TEST_F(PhyDrv, RejectsUnknownWords) {
 // Compatibility: a missing value is read from the stale word that the previous line left.
 TEST_F(PhyDrv, ReadsStaleWordAtPrompt) {
     EXPECT_EQ(s.prompt("phydrv -p 3\nphydrv -p\nexit\n"),
-              (ProcessOutcome{0, "cli>" + kHead + kThirdRow + "cli>" + kHead + kThirdRow + "cli>", ""}));
+              (ProcessOutcome{0, "cli>" + kHeader + kThirdRow + "cli>" + kHeader + kThirdRow + "cli>", ""}));
     EXPECT_EQ(s.run({"phydrv", "-p"}), (ProcessOutcome{6, "Invalid physical drive ID '' specified\n", ""}));
 }

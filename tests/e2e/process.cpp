@@ -151,8 +151,15 @@ static bool readUntil(int terminal, const std::string& awaited, std::string* sho
     }
 }
 
-ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
-                             const std::vector<std::string>& typed) {
+static void readToEnd(int terminal, std::string* shown) {
+    char piece[4096];
+    for (ssize_t length = 0;
+         (length = read(terminal, piece, sizeof piece)) > 0 || (length < 0 && errno == EINTR);)
+        if (length > 0)
+            shown->append(piece, static_cast<std::size_t>(length));
+}
+
+ProcessOutcome runOnTerminal(const Launch& launch, const std::vector<TerminalStep>& steps) {
     const int terminal = openTerminal();
     const pid_t child = fork();
     require(child >= 0, "cannot start a process");
@@ -162,13 +169,23 @@ ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
     }
     ProcessOutcome outcome;
     std::size_t from = 0;
-    for (const std::string& text : typed)
-        if (readUntil(terminal, awaited, &outcome.out, &from))
-            require(write(terminal, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
-                    "cannot type at the terminal");
-    while (readUntil(terminal, awaited, &outcome.out, &from)) {
-    }
+    for (const TerminalStep& step : steps)
+        if (readUntil(terminal, step.awaited, &outcome.out, &from))
+            step.act(terminal, child);
+    readToEnd(terminal, &outcome.out);
     outcome.status = waitFor(child);
     close(terminal);
     return outcome;
+}
+
+ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
+                             const std::vector<std::string>& typed) {
+    std::vector<TerminalStep> steps;
+    for (const std::string& text : typed)
+        steps.push_back({awaited, [&text](int terminal, pid_t) {
+                             require(write(terminal, text.data(), text.size()) ==
+                                         static_cast<ssize_t>(text.size()),
+                                     "cannot type at the terminal");
+                         }});
+    return runOnTerminal(launch, steps);
 }

@@ -2,6 +2,9 @@
 // terminal.
 #pragma once
 
+#include <sys/types.h>
+
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -31,3 +34,10 @@ ProcessOutcome runProgram(const Launch& launch, const std::string& input);
 // the output of the terminal, with the echo and lines ending in "\r\n".
 ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
                              const std::vector<std::string>& typed);
+
+// The same with other deeds than typing: each is done after the program has printed its text.
+struct TerminalStep {
+    std::string awaited;
+    std::function<void(int terminal, pid_t program)> act;
+};
+ProcessOutcome runOnTerminal(const Launch& launch, const std::vector<TerminalStep>& steps);

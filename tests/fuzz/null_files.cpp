@@ -29,7 +29,7 @@ std::FILE* __wrap_fopen(const char* path, const char* mode) {
 extern "C" int __real_open(const char* path, int flags, ...); // NOLINT
 extern "C" int __wrap_open(const char* path, int flags, ...); // NOLINT
 
-// No command creates or replaces a file: where that is refused it writes in place, by fopen().
+// Commands cannot create or replace files: open() fails, and they write in place, with fopen().
 int __wrap_open(const char* path, int flags, ...) {
     std::va_list arguments;
     va_start(arguments, flags);

@@ -193,7 +193,7 @@ static void followBrackets(Walk* walk, const std::vector<Token>& tokens, std::si
         const std::string name = nameBefore(tokens, at);
         if (c == '(' && walk->open.empty())
             walk->function = name;
-        // Bodies of functions and namespaces are not places.
+        // Bodies of functions and namespaces do not count.
         const bool body = c == '{' && at > 0 && isPunctuation(tokens[at - 1], ')');
         walk->open.push_back({body ? ' ' : c, name, 0, "", at + 1});
         walk->argumentStart.push_back(at + 1);

@@ -47,3 +47,22 @@ stage_as_port() {
     # The ports system compresses the manual pages.
     find "$stage/root/usr/local/share/man" -type f -exec gzip -9n {} +
 }
+
+# protected DIRECTORY: fails if a program or library below it lacks its protections.
+protected() {
+    [ -z "${UNPROTECTED-}" ] || return 0
+    checker=$(dirname -- "$0")/../protections/check_protections
+    without=$(printf '%s\n' "${UNKNOWN_PROTECTIONS-}" | sed 's/-[^ ]*/--without &/g')
+    find "$1" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print >"$stage/programs"
+    [ "$(wc -l <"$stage/programs")" -ge 3 ] || fail "no programs to check in $1"
+    while read -r program; do
+        case ${program##*/} in
+        cli | cli-rehearse) kind=--lazy ;;
+        libzverrlog.so) kind=--stub ;;
+        *) kind="" ;;
+        esac
+        # One word per option.
+        # shellcheck disable=SC2086
+        "$checker" $kind $without "$program" || fail "$program lacks protections"
+    done <"$stage/programs"
+}

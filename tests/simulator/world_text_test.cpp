@@ -112,6 +112,63 @@ TEST(WorldText, NestingIsThatOfOpenBrackets) {
     EXPECT_EQ(reasonFor(beside + "[]]}"), "controllers: a list of at most 16 is expected");
 }
 
+static std::string repeated(const std::string& piece, std::size_t times) {
+    std::string text;
+    for (std::size_t i = 0; i < times; i++)
+        text += piece;
+    return text;
+}
+
+// The parser's memory grows with the number of values: 15 MB of empty objects would take 570 MB.
+TEST(WorldText, LimitsValues) {
+    EXPECT_EQ(reasonFor("[0" + repeated(",0", 999998) + "]"), "an object in braces is expected");
+    EXPECT_EQ(reasonFor("[0" + repeated(",0", 999999) + "]"), "this has too many values");
+    EXPECT_EQ(reasonFor("[" + repeated("{},", 5000000) + "{}]"), "this has too many values");
+    EXPECT_EQ(reasonFor("[" + repeated("[],", 5000000) + "[]]"), "this has too many values");
+    EXPECT_EQ(reasonFor("{\"controllers\": [], \"" + repeated(",", 1000000) + "\": 1}").substr(0, 3), ",,,");
+    World world;
+    ValidationError error;
+    EXPECT_FALSE(q5sim::worldFromJson("[" + repeated("{},\n", 600000) + "{}]", world, error));
+    EXPECT_EQ(error.line, 500000); // two of each line's count, and the list
+}
+
+static q5sim::Drive driveWithExtents(std::uint16_t id, std::uint8_t extents) {
+    q5sim::Drive drive;
+    drive.id = id;
+    drive.sectors = 1000000000;
+    for (std::uint8_t i = 0; i < extents; i++)
+        drive.extents.push_back({.start = i * std::uint64_t{4096}, .size = 4096});
+    return drive;
+}
+
+// 64 drives with 16 extents, half of them pulled, and 128 logical drives of 16 members.
+static q5sim::Controller largestController() {
+    q5sim::Controller controller;
+    for (std::uint16_t id = 0; id <= q5sim::kMaxDriveId; id++) {
+        controller.drives.push_back(driveWithExtents(id, 16));
+        controller.pulledDrives.push_back(driveWithExtents(id, 16));
+    }
+    for (std::uint8_t id = 0; id < 128; id++) {
+        q5sim::LogicalDrive drive;
+        drive.arrayId = drive.logDrvId = id;
+        drive.members.resize(16);
+        drive.activity.kind = kInitializing;
+        controller.logicalDrives.push_back(drive);
+    }
+    controller.events.resize(q5sim::kMaxEventsKept);
+    return controller;
+}
+
+// A third of the limit is enough for the largest configuration.
+TEST(WorldText, LargestConfigurationHasFewerValues) {
+    World world;
+    world.controllers.assign(q5sim::kMaxControllers, largestController());
+    const std::string text = q5sim::worldToJson(world);
+    EXPECT_EQ(q5sim::findExcessValue(text, 333333), std::string::npos);
+    EXPECT_LT(text.size(), 16000000u);
+    EXPECT_NE(reasonFor(text), "this has too many values");
+}
+
 // A NUL does not end the text: what follows it would be lost when the file is written again.
 TEST(WorldText, RejectsNulBytesWithLine) {
     World world;

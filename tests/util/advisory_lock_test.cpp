@@ -21,7 +21,7 @@ static bool isFreeForAnother(const std::string& path) {
     return runInChild([&] { _exit(isFree(path) ? 7 : 8); }) == 7;
 }
 
-TEST_F(AdvisoryLock, KeepsOthersOutUntilItIsGivenBack) {
+TEST_F(AdvisoryLock, ExcludesOthersUntilItIsReleased) {
     const int lock = tryLock(path("file"));
     ASSERT_GE(lock, 0);
     EXPECT_FALSE(isFreeForAnother(path("file")));
@@ -39,7 +39,7 @@ TEST_F(AdvisoryLock, EndsWithItsHolder) {
     EXPECT_TRUE(isFree(path("file")));
 }
 
-TEST_F(AdvisoryLock, IsOfOneDirectory) {
+TEST_F(AdvisoryLock, AppliesToOneDirectory) {
     std::filesystem::create_directory(path("below"));
     const int lock = tryLock(path("file"));
     EXPECT_TRUE(isFreeForAnother(path("below/file")));
@@ -54,14 +54,14 @@ TEST_F(AdvisoryLock, ChangesNothingInTheDirectory) {
     EXPECT_EQ(std::filesystem::last_write_time(directory), before);
 }
 
-// The lock comes within the wait, however long that is.
+// The child gets the lock within its wait, whose length does not matter.
 TEST_F(AdvisoryLock, WaitsForItsHolder) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const int lock = tryLock(path("file"));
     const pid_t child = fork();
     if (child == 0) {
-        close(lock); // the parent's; it would keep the lock beyond the parent's unlocking
+        close(lock); // inherited; it would hold the lock after the parent has released it
         EXPECT_EQ(::write(ends[1], "x", 1), 1);
         _exit(lockDirectoryOf(path("file").c_str(), kLockSeconds) >= 0 ? 0 : 1);
     }
@@ -75,14 +75,14 @@ TEST_F(AdvisoryLock, WaitsForItsHolder) {
     close(ends[1]);
 }
 
-TEST_F(AdvisoryLock, GoesOnWithoutWhereThereIsNone) {
+TEST_F(AdvisoryLock, ReturnsMinusOneIfTheDirectoryCannotBeOpened) {
     EXPECT_EQ(tryLock(""), -1);
     EXPECT_EQ(tryLock(path("missing/file")), -1);
     EXPECT_EQ(tryLock(path(std::string(5000, 'x') + "/file")), -1);
     unlockDirectory(-1);
 }
 
-TEST_F(AdvisoryLock, TakesAPathWithoutADirectoryForTheWorkingDirectory) {
+TEST_F(AdvisoryLock, LocksTheWorkingDirectoryForABareName) {
     const int lock = tryLock("file");
     EXPECT_GE(lock, 0);
     unlockDirectory(lock);

@@ -1,7 +1,7 @@
-// Replacing files: when the old content is there and when the new one, and what becomes of links, owners and
-// permissions.
+// Atomic replacement: when a file has its old and its new content; links, owners and permissions.
 #include "util/atomic_file.h"
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,9 +15,9 @@ static bool open(FileReplacement* file, const std::string& path) {
 }
 
 static bool replace(const std::string& path, const std::string& content,
-                    LinkPolicy links = LinkPolicy::follow, mode_t mostMode = 0777) {
+                    LinkPolicy links = LinkPolicy::follow, mode_t maxMode = 0777) {
     FileReplacement file;
-    if (!openReplacement(&file, path.c_str(), links, mostMode))
+    if (!openReplacement(&file, path.c_str(), links, maxMode))
         return false;
     std::fputs(content.c_str(), file.stream);
     return commitReplacement(&file);
@@ -33,7 +33,7 @@ static mode_t mode(const std::string& path) {
     return info(path).st_mode & 07777;
 }
 
-TEST_F(AtomicFile, CreatesAFileAsTheUmaskAllows) {
+TEST_F(AtomicFile, CreatesAFileAccordingToTheUmask) {
     const mode_t before = umask(027);
     EXPECT_TRUE(replace(path("new"), "content"));
     umask(before);
@@ -62,7 +62,7 @@ TEST_F(AtomicFile, CreatesNoFileBeforeTheCommit) {
     EXPECT_EQ(content("file"), "");
 }
 
-TEST_F(AtomicFile, LeavesAReaderOfTheOldFileUndisturbed) {
+TEST_F(AtomicFile, DoesNotAffectAReaderOfTheOldFile) {
     write("file", "old");
     std::ifstream reader(path("file"));
     EXPECT_TRUE(replace(path("file"), "new content"));
@@ -73,14 +73,14 @@ TEST_F(AtomicFile, LeavesAReaderOfTheOldFileUndisturbed) {
 
 TEST_F(AtomicFile, KeepsPermissions) {
     write("file", "old");
-    for (const mode_t kept : {0600u, 0640u, 0664u, 0755u}) {
+    for (const mode_t kept : std::array<mode_t, 4>{0600, 0640, 0664, 0755}) {
         chmod(path("file").c_str(), kept);
         EXPECT_TRUE(replace(path("file"), "new"));
         EXPECT_EQ(mode(path("file")), kept);
     }
 }
 
-TEST_F(AtomicFile, GivesNoMorePermissionsThanTold) {
+TEST_F(AtomicFile, LimitsPermissionsToTheMaximum) {
     write("file", "old");
     chmod(path("file").c_str(), 0666);
     EXPECT_TRUE(replace(path("file"), "new", LinkPolicy::replace, 0644));
@@ -101,7 +101,7 @@ TEST_F(AtomicFile, KeepsTheOwner) {
     EXPECT_EQ(info(path("file")).st_gid, kNobody - 1);
 }
 
-TEST_F(AtomicFile, GivesAnotherGroupNothing) {
+TEST_F(AtomicFile, GrantsNothingToAnotherGroup) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can set the owner";
     write("file", "old");
@@ -113,7 +113,7 @@ TEST_F(AtomicFile, GivesAnotherGroupNothing) {
     EXPECT_EQ(mode(path("file")), 0606u);
 }
 
-TEST_F(AtomicFile, ReplacesWhatALinkLeadsTo) {
+TEST_F(AtomicFile, ReplacesTheTargetOfALink) {
     std::filesystem::create_directory(path("there"));
     write("there/file", "old");
     std::filesystem::create_symlink("there/file", path("link"));
@@ -124,7 +124,7 @@ TEST_F(AtomicFile, ReplacesWhatALinkLeadsTo) {
     EXPECT_EQ(content("there/file"), "new");
 }
 
-TEST_F(AtomicFile, CreatesWhatALinkLeadsTo) {
+TEST_F(AtomicFile, CreatesTheTargetOfALink) {
     std::filesystem::create_directory(path("there"));
     std::filesystem::create_symlink("there/file", path("link"));
     EXPECT_TRUE(replace(path("link"), "new"));
@@ -132,7 +132,7 @@ TEST_F(AtomicFile, CreatesWhatALinkLeadsTo) {
     EXPECT_EQ(content("there/file"), "new");
 }
 
-TEST_F(AtomicFile, CanReplaceALinkItself) {
+TEST_F(AtomicFile, ReplacesALinkOnRequest) {
     write("file", "old");
     std::filesystem::create_symlink("file", path("link"));
     EXPECT_TRUE(replace(path("link"), "new", LinkPolicy::replace));
@@ -141,13 +141,13 @@ TEST_F(AtomicFile, CanReplaceALinkItself) {
     EXPECT_EQ(content("link"), "new");
 }
 
-TEST_F(AtomicFile, CanReplaceAPipeWithoutOpeningIt) {
+TEST_F(AtomicFile, ReplacesAPipeWithoutOpeningIt) {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     EXPECT_TRUE(replace(path("pipe"), "new", LinkPolicy::replace)); // opening it would wait for a reader
     EXPECT_EQ(content("pipe"), "new");
 }
 
-TEST_F(AtomicFile, RefusesWhatCannotBeAFile) {
+TEST_F(AtomicFile, RejectsPathsThatCannotBeFiles) {
     std::filesystem::create_symlink("loop", path("loop"));
     write("file", "old");
     for (const std::string& name :
@@ -160,7 +160,7 @@ TEST_F(AtomicFile, RefusesWhatCannotBeAFile) {
     EXPECT_EQ(content("file"), "old");
 }
 
-TEST_F(AtomicFile, RefusesAFileThatMayNotBeWritten) {
+TEST_F(AtomicFile, RejectsAReadOnlyFile) {
     write("file", "old");
     chmod(path("file").c_str(), 0444);
     chmod(directory.c_str(), 0777);
@@ -173,7 +173,7 @@ TEST_F(AtomicFile, RefusesAFileThatMayNotBeWritten) {
     EXPECT_EQ(names(), (Names{"file"}));
 }
 
-TEST_F(AtomicFile, WritesInPlaceInADirectoryThatMayNotBeWritten) {
+TEST_F(AtomicFile, WritesInPlaceInAReadOnlyDirectory) {
     write("file", "old content");
     chmod(path("file").c_str(), 0666);
     chmod(directory.c_str(), 0555);
@@ -193,7 +193,7 @@ TEST_F(AtomicFile, WritesInPlaceInADirectoryThatMayNotBeWritten) {
     EXPECT_EQ(info(path("file")).st_ino, number);
 }
 
-// As in /tmp, where the owner alone may rename a file.
+// As in /tmp, where only the owner may rename a file.
 TEST_F(AtomicFile, WritesInPlaceWhereRenamingIsRefused) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can set the owner";
@@ -232,6 +232,7 @@ TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
         EXPECT_EQ(runInChild([&] {
                       const struct rlimit none = {0, 0};
                       setrlimit(RLIMIT_CORE, &none);
+                      std::signal(signal, SIG_DFL); // ignored if the tests run in the background
                       FileReplacement file;
                       ASSERT_TRUE(open(&file, path("file")));
                       EXPECT_EQ(names().size(), 2u);
@@ -243,7 +244,7 @@ TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
     EXPECT_EQ(content("file"), "old");
 }
 
-TEST_F(AtomicFile, LeavesSignalsAsTheyWere) {
+TEST_F(AtomicFile, RestoresSignalHandlers) {
     struct sigaction before, after;
     sigaction(SIGINT, nullptr, &before);
     EXPECT_TRUE(replace(path("file"), "new"));

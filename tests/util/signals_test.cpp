@@ -1,4 +1,4 @@
-// Holding signals back.
+// Deferring signals.
 #include "util/signals.h"
 
 #include <gtest/gtest.h>
@@ -16,22 +16,22 @@ TEST(Signals, AreDeliveredAfterwards) {
         delivered = 0;
         const auto former = std::signal(signal, count);
         sigset_t before;
-        holdSignals(&before);
+        blockSignals(&before);
         raise(signal);
         EXPECT_EQ(delivered, 0) << signal;
-        releaseSignals(&before);
+        restoreSignals(&before);
         EXPECT_EQ(delivered, 1) << signal;
         std::signal(signal, former);
     }
 }
 
-TEST(Signals, ThatWereHeldBeforeStayHeld) {
+TEST(Signals, ThatWereBlockedBeforeStayBlocked) {
     sigset_t none, before, after;
     sigemptyset(&none);
     sigaddset(&none, SIGUSR1);
     sigprocmask(SIG_BLOCK, &none, nullptr);
-    holdSignals(&before);
-    releaseSignals(&before);
+    blockSignals(&before);
+    restoreSignals(&before);
     sigprocmask(SIG_UNBLOCK, &none, &after);
     EXPECT_EQ(sigismember(&after, SIGUSR1), 1);
     EXPECT_EQ(sigismember(&after, SIGINT), 0);

@@ -4,19 +4,10 @@
 #include <string>
 
 #include "snapshot/snapshot.h"
+#include "snapshot/state.h"
 #include "snapshot/words.h"
 
-enum class ArrayState { online, degraded, critical, offline };
-
-// The worst of the reported states counts; no state at all is offline.
-ArrayState arrayState(const LogicalDrive& drive);
-const char* arrayStateText(ArrayState state);
-
 bool isRedundant(std::uint8_t level);
-
-inline bool isPaused(const Activity& activity) {
-    return activity.state == kActivityPaused;
-}
 
 bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);

@@ -1,0 +1,147 @@
+// cli-wait on a terminal: the display, changes of its size, and how it is left.
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <termios.h>
+
+#include <cstdlib>
+
+#include "tests/e2e/harness.h"
+
+static const std::string kHide = "\x1b[?25l", kShow = "\x1b[?25h";
+static const std::string kArchive = "logical drive 0 Archive";
+
+struct WaitTerminal : testing::Test {
+    Session session;
+    std::vector<TerminalStep> steps;
+    std::string before = "true"; // a command of the shell, run on the terminal first
+
+    void SetUp() override {
+        session.setVariable("TERM", "vt100");
+        session.setVariable("TZ", "UTC");
+        session.setVariable("PATH", "/usr/bin:/bin");
+        simulate("fail-drive 0 2");
+    }
+    void simulate(const std::string& command) {
+        session.program = "/bin/sh";
+        EXPECT_EQ(session.run({"-c", "'" Q5SIM "' " + command}).err, "");
+    }
+    void after(const std::string& awaited, const std::function<void(int terminal, pid_t program)>& act) {
+        steps.push_back({awaited, act});
+    }
+    void simulateAfter(const std::string& awaited, const std::string& command) {
+        after(awaited, [this, command](int, pid_t) { simulate(command); });
+    }
+    // The shell replaces itself by cli-wait.
+    ProcessOutcome run(const std::string& words, const std::string& size = "cols 80 rows 24") {
+        Launch launch;
+        launch.words = {"/bin/sh", "-c", "stty " + size + "; " + before + "; exec '" CLI_WAIT "' " + words};
+        for (const auto& [name, value] : session.variables)
+            launch.variables.push_back(name + "=" + value);
+        launch.directory = session.directory;
+        return runOnTerminal(launch, steps);
+    }
+};
+
+static void resize(int terminal, unsigned short columns) {
+    winsize size = {};
+    size.ws_col = columns;
+    size.ws_row = 24;
+    ioctl(terminal, TIOCSWINSZ, &size);
+}
+
+// 79 columns: the names of two controllers are not needed for one that was selected.
+TEST_F(WaitTerminal, ShowsABarUntilTheEnd) {
+    simulate("advance 100"); // of 196 seconds: 51%
+    simulateAfter(" 51%", "advance --until-idle");
+    const ProcessOutcome outcome = run("-l 0 --every 0.1");
+    EXPECT_EQ(outcome.status, 0);
+    const std::string bar = "rebuild of " + kArchive + "  [#############-------------]   51%  0:00:0";
+    EXPECT_EQ(outcome.out.substr(0, (kHide + "\r\x1b[J" + bar).size()), kHide + "\r\x1b[J" + bar);
+    const std::string end = "\x1b[1A\r\x1b[J" + kArchive + " of controller 0 is online\r\n" + kShow;
+    EXPECT_NE(outcome.out.find("\x1b[1A\r\x1b[Jrebuild of " + kArchive + " of controller 0 has ended\r\n"),
+              std::string::npos)
+        << outcome.out;
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - end.size() + 4), end.substr(4)) << outcome.out;
+}
+
+TEST_F(WaitTerminal, RedrawsChangedPercentages) {
+    simulateAfter("   0%", "advance 20"); // 10%
+    simulateAfter("  10%", "advance 40"); // 30%
+    simulateAfter("  30%", "advance 98"); // 80%
+    simulateAfter("ends ", "advance --until-idle");
+    const ProcessOutcome outcome = run("-l 0 --every 0.1", "cols 120 rows 24");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find("%/min  ends "), std::string::npos) << outcome.out;
+}
+
+TEST_F(WaitTerminal, AdaptsToTheWidth) {
+    after(" 0%", [](int terminal, pid_t) { resize(terminal, 41); });
+    // The line of 79 columns has been wrapped into two rows.
+    simulateAfter("\x1b[2A\r\x1b[Jrebuild of " + kArchive + "    0%\r\n", "advance --until-idle");
+    EXPECT_EQ(run("-l 0 --every 2").status, 0);
+}
+
+TEST_F(WaitTerminal, GetsAlongWithTinyTerminals) {
+    simulateAfter("\r\x1b[J0%\r\n", "advance --until-idle");
+    EXPECT_EQ(run("-l 0 --every 0.1", "cols 5 rows 2").status, 0);
+}
+
+TEST_F(WaitTerminal, AssumesASizeWhereThereIsNone) {
+    simulateAfter("[", "advance --until-idle");
+    EXPECT_EQ(run("-l 0 --every 0.1", "cols 0 rows 0").status, 0);
+}
+
+// The cursor is below the display: a line of its own for what the shell prints next.
+TEST_F(WaitTerminal, IsLeftCleanByControlC) {
+    after(" 0%", [](int terminal, pid_t) { EXPECT_EQ(write(terminal, "\x03", 1), 1); });
+    const ProcessOutcome outcome = run("-l 0");
+    EXPECT_EQ(outcome.status, 128 + SIGINT);
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - 8), kShow + "\r\n");
+}
+
+TEST_F(WaitTerminal, IsLeftCleanByOtherSignals) {
+    for (const int signal : {SIGTERM, SIGHUP, SIGQUIT}) {
+        steps.clear();
+        after(" 0%", [signal](int, pid_t program) { kill(program, signal); });
+        const ProcessOutcome outcome = run("-l 0");
+        EXPECT_EQ(outcome.status, 128 + signal);
+        EXPECT_EQ(outcome.out.substr(outcome.out.size() - 8), kShow + "\r\n");
+    }
+}
+
+// As under nohup.
+TEST_F(WaitTerminal, KeepsIgnoringAnIgnoredSignal) {
+    before = "trap '' HUP";
+    after(" 0%", [this](int, pid_t program) {
+        kill(program, SIGHUP);
+        simulate("advance --until-idle");
+    });
+    EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
+}
+
+TEST_F(WaitTerminal, ShowsTheCursorWhileStopped) {
+    after(" 0%", [](int, pid_t program) { kill(program, SIGTSTP); });
+    after(kShow, [](int, pid_t program) {
+        waitpid(program, nullptr, WUNTRACED);
+        kill(program, SIGCONT);
+    });
+    simulateAfter(kHide, "advance --until-idle");
+    EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
+}
+
+TEST_F(WaitTerminal, PrintsPlainLinesWhereItCannotMoveTheCursor) {
+    session.setVariable("TERM", "dumb");
+    EXPECT_EQ(run("-l 0 --timeout 0"), (ProcessOutcome{3,
+                                                       "rebuild of " + kArchive +
+                                                           " of controller 0: 0%\r\n"
+                                                           "cli-wait: timed out after 0 seconds\r\n",
+                                                       ""}));
+}
+
+TEST_F(WaitTerminal, PrintsNothingWhenQuiet) {
+    simulate("advance --until-idle");
+    EXPECT_EQ(run("-q -l 0"), (ProcessOutcome{0, "", ""}));
+}

@@ -1,0 +1,7 @@
+// What can be waited for: the activities of logical drives, and media patrol of drives.
+#pragma once
+
+#include "adapter/logdrv.h"
+
+inline constexpr unsigned kMediaPatrol = 32; // beside the bits of ActivityBit
+inline constexpr unsigned kAllKinds = kAnyActivity | kMediaPatrol;

@@ -1,0 +1,50 @@
+// What became of the objects whose activities are over.
+#include "tools/wait/conclusion.h"
+
+#include "tools/wait/texts.h"
+
+static Verdict judgeArray(Watch* watch, const View& view, const Target& target) {
+    for (const SeenArray& array : view.arrays)
+        if (array.target == target) {
+            watch->messages.push_back({false, targetText(target) + " is " + arrayStateText(array.state)});
+            return array.state == ArrayState::online ? Verdict::finished : Verdict::notOnline;
+        }
+    watch->messages.push_back({false, targetText(target) + " no longer exists"});
+    return Verdict::notOnline;
+}
+
+// A patrol that completed leaves the drive idle.
+static Verdict judgeDrive(Watch* watch, const View& view, const Target& target) {
+    const std::string patrol = "media patrol of " + targetText(target);
+    for (const SeenDrive& drive : view.drives)
+        if (drive.target == target) {
+            const bool broken =
+                !drive.patrol || *drive.patrol == kPatrolAborted || *drive.patrol == kPatrolStopped;
+            const char* how = !drive.patrol                     ? " can no longer be read"
+                              : *drive.patrol == kPatrolAborted ? " was aborted"
+                                                                : " was stopped";
+            if (broken)
+                watch->messages.push_back({false, patrol + how});
+            return broken ? Verdict::notOnline : Verdict::finished;
+        }
+    watch->messages.push_back({false, targetText(target) + " is no longer listed"});
+    return Verdict::notOnline;
+}
+
+static Verdict judge(Watch* watch, const View& view, const Target& target) {
+    return target.isDrive ? judgeDrive(watch, view, target) : judgeArray(watch, view, target);
+}
+
+Verdict conclude(Watch* watch, const View& view) {
+    Verdict verdict = Verdict::finished;
+    std::vector<Target> targets = watch->ended;
+    if (targets.empty()) {
+        watch->messages.push_back({false, "no " + kindsText(watch->options.kinds) + " is running"});
+        for (const SeenArray& array : view.arrays)
+            targets.push_back(array.target);
+    }
+    for (const Target& target : targets)
+        if (judge(watch, view, target) != Verdict::finished)
+            verdict = Verdict::notOnline;
+    return verdict;
+}

@@ -1,0 +1,53 @@
+// One reading of the adapters: the selected activities, and the objects they belong to.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "snapshot/state.h"
+#include "tools/wait/options.h"
+
+// A logical drive, or a drive for media patrol.
+struct Target {
+    std::uint32_t controller = 0;
+    bool isDrive = false;
+    std::uint32_t number = 0; // as cli shows it: drives from 1
+    std::string name;         // of a logical drive, fit for output
+};
+
+// A name can be changed while its object stays the same.
+inline bool operator==(const Target& left, const Target& right) {
+    return left.controller == right.controller && left.isDrive == right.isDrive &&
+           left.number == right.number;
+}
+
+struct SeenActivity {
+    unsigned kind = 0; // one bit
+    Target target;
+    std::optional<unsigned> percent; // empty: could not be read
+    bool paused = false;
+};
+
+struct SeenArray {
+    Target target;
+    ArrayState state = ArrayState::offline;
+};
+
+struct SeenDrive {
+    Target target;
+    std::optional<std::uint16_t> patrol; // MediaPatrolState; empty: could not be read
+};
+
+// Everything selected, whether active or not.
+struct View {
+    std::vector<SeenActivity> activities;
+    std::vector<SeenArray> arrays;
+    std::vector<SeenDrive> drives;
+    std::string problem; // why it could not be read; empty: it was
+};
+
+// The adapters must be open. Reads the logical drives, and the drives if media patrol is selected.
+View observe(const Options& options, std::uint32_t controllerCount);
+
+// The part of it that concerns one controller.
+void addController(const Options& options, const Controller& controller, View* view);

@@ -1,0 +1,29 @@
+// How fast an activity proceeds, observed from its percentages. Times are milliseconds of a clock that never
+// goes back.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+
+// The moment when a percentage was first seen. Adapters report whole percents: only where one changes is it
+// known how far the activity really is.
+struct ProgressStep {
+    std::int64_t time;
+    unsigned percent;
+};
+
+struct Progress {
+    std::optional<unsigned> percent; // the last one read, at most 100
+    std::deque<ProgressStep> steps;  // the latest ones
+};
+
+// A percentage was read; empty if the adapter reported none. A lower one than before, or a pause, starts the
+// observation anew.
+void observeProgress(Progress* progress, std::optional<unsigned> percent, bool paused, std::int64_t now);
+
+// Percent per millisecond; empty until two steps were seen.
+std::optional<double> progressRate(const Progress& progress, std::int64_t now);
+
+// Milliseconds until the end at this rate.
+std::optional<std::int64_t> timeLeft(const Progress& progress, std::int64_t now);

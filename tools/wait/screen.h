@@ -1,0 +1,28 @@
+// Standard output: plain lines, or on a terminal a display that is redrawn in place below them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct ScreenSize {
+    unsigned columns, rows;
+};
+
+struct Screen {
+    bool isTerminal = false;
+    std::vector<std::size_t> drawn; // the columns of each line of the display that stands there
+};
+
+// Hides the cursor of a terminal, and restores it when a signal ends or stops the program.
+void openScreen(Screen* screen);
+void closeScreen(Screen* screen);
+
+ScreenSize screenSize();
+
+// Replaces the display by these lines above it, which stay, and a new display. Returns whether it could be
+// written.
+bool updateScreen(Screen* screen, const std::vector<std::string>& lines,
+                  const std::vector<std::string>& display);
+
+// Waits; a signal or a new size of the terminal may end it early.
+void pauseFor(std::int64_t milliseconds);

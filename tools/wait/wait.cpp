@@ -1,0 +1,125 @@
+// cli-wait: waits until background activities have ended.
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+
+#include "snapshot/read.h"
+#include "snapshot/text.h"
+#include "tools/wait/bars.h"
+#include "tools/wait/screen.h"
+
+static constexpr std::int64_t kSecond = 1000;
+
+static std::int64_t monotonicTime() {
+    timespec time = {};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return std::int64_t{time.tv_sec} * kSecond + time.tv_nsec / 1'000'000;
+}
+
+static Verdict complain(Verdict verdict, const std::string& problem) {
+    std::fprintf(stderr, "cli-wait: %s\n", problem.c_str());
+    return verdict;
+}
+
+struct Session {
+    Watch watch;
+    Screen screen;
+    std::uint32_t controllers = 0;
+    std::int64_t now = 0;
+    bool unwritable = false;
+};
+
+// On a terminal, messages stand above the display, and the display replaces the lines of percentages.
+static void show(Session* session, bool last) {
+    Watch* watch = &session->watch;
+    const std::time_t clock = std::time(nullptr);
+    std::vector<std::string> lines, display;
+    if (!session->screen.isTerminal)
+        reportPercentages(watch, session->now, clock);
+    for (const Message& message : watch->messages)
+        if (!message.isError)
+            lines.push_back(message.text);
+    if (session->screen.isTerminal && !last) {
+        const ScreenSize size = screenSize();
+        display =
+            progressBars(*watch, session->now, clock, {size.columns, size.rows, session->controllers > 1});
+    }
+    if (!watch->options.quiet && !updateScreen(&session->screen, lines, display))
+        session->unwritable = true;
+    for (const Message& message : watch->messages)
+        if (message.isError)
+            complain(Verdict::waiting, message.text);
+    watch->messages.clear();
+}
+
+// The display counts seconds between the readings.
+static void pauseUntil(Session* session, std::int64_t time) {
+    while ((session->now = monotonicTime()) < time) {
+        const std::int64_t most = session->screen.isTerminal ? kSecond : time - session->now;
+        if (session->screen.isTerminal)
+            show(session, false);
+        pauseFor(std::min(most, time - session->now));
+    }
+}
+
+static std::int64_t nextReading(const Session& session) {
+    const Watch& watch = session.watch;
+    const std::int64_t next = session.now + watch.options.every;
+    return watch.options.timeout ? std::min(next, watch.start + *watch.options.timeout) : next;
+}
+
+// A selected object that does not exist is a mistake in the command line.
+static bool isMissing(const Options& options, const View& view) {
+    return options.logicalDrive && view.problem.empty() && view.arrays.empty();
+}
+
+static Verdict waitOpened(Session* session) {
+    const Options& options = session->watch.options;
+    if (options.controller && *options.controller >= session->controllers)
+        return complain(Verdict::usage, "there is no controller " + std::to_string(*options.controller));
+    session->watch.start = monotonicTime();
+    for (;;) {
+        const View view = observe(options, session->controllers);
+        session->now = monotonicTime();
+        if (!session->watch.started && isMissing(options, view))
+            return complain(Verdict::usage, "there is no logical drive " +
+                                                std::to_string(*options.logicalDrive) + " of controller " +
+                                                std::to_string(*options.controller));
+        const Verdict verdict = takeView(&session->watch, view, session->now);
+        show(session, verdict != Verdict::waiting);
+        if (verdict != Verdict::waiting)
+            return verdict;
+        pauseUntil(session, nextReading(*session));
+    }
+}
+
+static Verdict run(const Options& options) {
+    Snapshot snapshot;
+    const OpenResult opened = openAdapters(&snapshot);
+    if (opened == OpenResult::failed)
+        return complain(Verdict::unreadable, faultText(snapshot.faults.front()));
+    Session session;
+    session.watch.options = options;
+    session.controllers = snapshot.controllerCount;
+    if (opened == OpenResult::noController) {
+        closeAdapters();
+        return complain(Verdict::unreadable, "no controller is found");
+    }
+    if (!options.quiet)
+        openScreen(&session.screen);
+    Verdict verdict = waitOpened(&session);
+    closeScreen(&session.screen);
+    closeAdapters();
+    if (verdict == Verdict::timeout && !options.quiet)
+        complain(verdict, "timed out after " +
+                              counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
+    return session.unwritable ? complain(verdict, "cannot write to standard output") : verdict;
+}
+
+int main(int argc, char** argv) {
+    Options options;
+    const OptionsResult result = readOptions(argc, argv, &options);
+    if (result != OptionsResult::run)
+        return static_cast<int>(result == OptionsResult::done ? Verdict::finished : Verdict::usage);
+    return static_cast<int>(run(options));
+}

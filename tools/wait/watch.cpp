@@ -1,0 +1,122 @@
+// Decides from one reading after the other whether the wait is over, and what there is to say.
+#include "tools/wait/watch.h"
+
+#include <algorithm>
+
+#include "tools/wait/conclusion.h"
+#include "tools/wait/texts.h"
+
+static constexpr unsigned kMostFailures = 3;
+static constexpr std::int64_t kReportPeriod = 60'000;
+
+static void say(Watch* watch, const std::string& text) {
+    watch->messages.push_back({false, text});
+}
+
+// One failed reading may be a busy adapter. The first reading, or several in a row, are more than that.
+static Verdict takeProblem(Watch* watch, const std::string& problem) {
+    ++watch->failures;
+    const bool tryAgain = watch->started && watch->failures < kMostFailures;
+    if (!tryAgain)
+        watch->messages.push_back({true, problem});
+    else if (watch->failures == 1)
+        watch->messages.push_back({true, problem + "; trying again"});
+    return tryAgain ? Verdict::waiting : Verdict::unreadable;
+}
+
+static const SeenActivity* findActivity(const View& view, const Track& track) {
+    for (const SeenActivity& seen : view.activities)
+        if (seen.kind == track.kind && seen.target == track.target)
+            return &seen;
+    return nullptr;
+}
+
+static void startTracks(Watch* watch, const View& view, std::int64_t now) {
+    for (const SeenActivity& seen : view.activities) {
+        const bool known = std::any_of(watch->tracks.begin(), watch->tracks.end(), [&](const Track& track) {
+            return track.kind == seen.kind && track.target == seen.target;
+        });
+        if (known)
+            continue;
+        Track track;
+        track.kind = seen.kind;
+        track.target = seen.target;
+        track.since = now;
+        watch->tracks.push_back(track);
+    }
+}
+
+static void updateTrack(Watch* watch, Track* track, const SeenActivity& seen, std::int64_t now) {
+    observeProgress(&track->progress, seen.percent, seen.paused, now);
+    if (seen.paused && !track->paused)
+        say(watch, activityText(*track) + " is paused at " + percentText(*track));
+    else if (!seen.paused && track->paused)
+        say(watch, activityText(*track) + " was resumed at " + percentText(*track));
+    track->paused = seen.paused;
+}
+
+static void endTrack(Watch* watch, const Track& track) {
+    say(watch, activityText(track) + " has ended");
+    if (std::find(watch->ended.begin(), watch->ended.end(), track.target) == watch->ended.end())
+        watch->ended.push_back(track.target);
+}
+
+static void updateTracks(Watch* watch, const View& view, std::int64_t now) {
+    startTracks(watch, view, now);
+    for (Track& track : watch->tracks)
+        if (const SeenActivity* seen = findActivity(view, track))
+            updateTrack(watch, &track, *seen, now);
+        else
+            endTrack(watch, track);
+    std::erase_if(watch->tracks, [&](const Track& track) { return findActivity(view, track) == nullptr; });
+}
+
+// When the last activity ends, another one may follow: a synchronization after a rebuild, for example. It is
+// over when the next reading shows nothing either.
+static Verdict decide(Watch* watch, const View& view, std::int64_t now) {
+    const bool running = std::any_of(watch->tracks.begin(), watch->tracks.end(), [&](const Track& track) {
+        return !track.paused || watch->options.pausedToo;
+    });
+    if (watch->tracks.empty() && (watch->confirming || watch->ended.empty()))
+        return conclude(watch, view);
+    watch->confirming = watch->tracks.empty();
+    if (!watch->tracks.empty() && !running) {
+        say(watch, "only paused activities are left");
+        return Verdict::paused;
+    }
+    return watch->options.timeout && now - watch->start >= *watch->options.timeout ? Verdict::timeout
+                                                                                   : Verdict::waiting;
+}
+
+Verdict takeView(Watch* watch, const View& view, std::int64_t now) {
+    watch->messages.clear();
+    if (!view.problem.empty())
+        return takeProblem(watch, view.problem);
+    watch->failures = 0;
+    watch->started = true;
+    updateTracks(watch, view, now);
+    return decide(watch, view, now);
+}
+
+static bool isDue(const Track& track, std::int64_t now) {
+    return !track.paused && track.progress.percent != track.reportedPercent &&
+           (!track.reported || now - *track.reported >= kReportPeriod);
+}
+
+static std::string progressLine(const Track& track, std::int64_t now, std::time_t clock) {
+    std::string line = activityText(track) + ": " + percentText(track);
+    if (const auto rate = progressRate(track.progress, now))
+        line += ", " + rateText(*rate);
+    if (const auto left = timeLeft(track.progress, now))
+        line += ", ends about " + endText(clock, *left);
+    return line;
+}
+
+void reportPercentages(Watch* watch, std::int64_t now, std::time_t clock) {
+    for (Track& track : watch->tracks)
+        if (isDue(track, now)) {
+            say(watch, progressLine(track, now, clock));
+            track.reported = now;
+            track.reportedPercent = track.progress.percent;
+        }
+}

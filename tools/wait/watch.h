@@ -1,0 +1,52 @@
+// Decides from one reading after the other whether the wait is over, and what there is to say.
+#pragma once
+
+#include <ctime>
+
+#include "tools/wait/observe.h"
+#include "tools/wait/progress.h"
+
+// The exit statuses.
+enum class Verdict {
+    finished = 0,
+    notOnline = 1,
+    usage = 2,
+    timeout = 3,
+    paused = 4,
+    unreadable = 5,
+    waiting, // not over yet
+};
+
+// An activity that is being waited for.
+struct Track {
+    unsigned kind = 0; // one bit
+    Target target;
+    bool paused = false;
+    Progress progress;
+    std::int64_t since = 0;               // when it was first seen
+    std::optional<std::int64_t> reported; // when its percentage was last printed as a line, and which
+    std::optional<unsigned> reportedPercent;
+};
+
+struct Message {
+    bool isError;
+    std::string text;
+};
+
+struct Watch {
+    Options options;
+    std::int64_t start = 0;  // of the wait
+    bool started = false;    // a reading has succeeded
+    bool confirming = false; // the last reading showed nothing active any more
+    unsigned failures = 0;   // of readings, in a row
+    std::vector<Track> tracks;
+    std::vector<Target> ended;     // what had an activity that is over
+    std::vector<Message> messages; // of the last step
+};
+
+// Takes a reading made at this time of a clock that never goes back, in milliseconds.
+Verdict takeView(Watch* watch, const View& view, std::int64_t now);
+
+// The lines of percentages that are due: one for each changed percentage, at most one a minute for each
+// activity.
+void reportPercentages(Watch* watch, std::int64_t now, std::time_t clock);
