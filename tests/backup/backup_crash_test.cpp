@@ -188,14 +188,14 @@ TEST_F(BackupCrash, KillAtAnyMomentLeavesWholeBackups) {
 // A kill leaves the program that it waits for, which goes on for a moment. The next run waits for that one.
 TEST_F(BackupCrash, NextRunWaitsForAnOrphanedExport) {
     writeFile(session.path("script"),
-              "#!/bin/sh\n[ -e ../../once ] || { : >../../once; kill -9 $PPID; sleep 1; }\n"
-              "\"" E2E_REHEARSAL "\" \"$@\" && : >>../../done\n");
+              "#!/bin/sh\n[ -e ../../once ] || { : >../../once; kill -9 $PPID; sleep 1; : >../../orphan; }\n"
+              "exec \"" E2E_REHEARSAL "\" \"$@\"\n");
     std::filesystem::permissions(session.path("script"), std::filesystem::perms(0755));
     EXPECT_EQ(session.run({"-d", "kept", "--cli", "script"}).status, 128 + SIGKILL);
-    EXPECT_FALSE(std::filesystem::exists(session.path("done")));
     EXPECT_EQ(session.run({"-d", "kept", "--cli", "script"}).status, 0);
-    EXPECT_TRUE(std::filesystem::exists(session.path("done")));
-    expectNextRunSucceeds();
+    EXPECT_TRUE(std::filesystem::exists(session.path("orphan")));
+    EXPECT_TRUE(std::filesystem::is_empty(kept + "/.cli-backup"));
+    EXPECT_TRUE(holdsNewBackup(files()));
 }
 
 // Eight at the same time: one saves, the others find nothing changed.
@@ -227,7 +227,7 @@ TEST_F(BackupCrash, FullFileSystemLeavesEarlierBackups) {
     const ProcessOutcome outcome = runOther(
         "/bin/sh",
         {"-c",
-         "unshare -m sh -c 'mkdir full && mount -t tmpfs -o size=256k none full 2>/dev/null || exit 77\n"
+         "unshare -m sh -c 'mkdir full && mount -t tmpfs -o size=4m none full 2>/dev/null || exit 77\n"
          "cp kept/* full/ && cp -r full before\n"
          "dd if=/dev/zero of=full/filler bs=1k 2>/dev/null; rm -f full/*.none\n"
          "\"$0\" -d full --cli \"$1\" >out 2>&1; status=$?\n"

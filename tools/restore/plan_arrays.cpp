@@ -8,7 +8,7 @@
 #include "tools/restore/planning.h"
 #include "util/result.h"
 
-using Places = std::vector<Place>;
+using MemberPlaces = std::vector<MemberPlace>;
 
 // The drive's extent that is a member of the array. Its spares carry the same array ID.
 static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId) {
@@ -19,7 +19,7 @@ static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId
 }
 
 // Where the members of a logical drive are, in their order. False: one of them has no extent.
-static bool findMembers(const Controller& controller, const LogicalDrive& array, Places* places) {
+static bool findMembers(const Controller& controller, const LogicalDrive& array, MemberPlaces* places) {
     for (int i = 0; i < boundedMemberCount(array.info); ++i) {
         const std::uint32_t number = array.info.memberIds[i] + 1u;
         const Drive* drive = findDrive(controller, number);
@@ -31,8 +31,8 @@ static bool findMembers(const Controller& controller, const LogicalDrive& array,
     return !places->empty();
 }
 
-static void mapPlaces(const Planning& planning, Places* places) {
-    for (Place& place : *places)
+static void mapPlaces(const Planning& planning, MemberPlaces* places) {
+    for (MemberPlace& place : *places)
         if (const Drive* drive = presentDrive(planning, place.savedDrive))
             place.drive = drive->number;
 }
@@ -43,18 +43,19 @@ static bool haveSameGeometry(const LogDrvInfo& a, const LogDrvInfo& b) {
            a.shift == b.shift && a.subArrayCount == b.subArrayCount && a.diskCount == b.diskCount;
 }
 
-static bool isAt(const Planning& planning, const LogicalDrive& array, const Places& places) {
-    Places found;
+static bool isAt(const Planning& planning, const LogicalDrive& array, const MemberPlaces& places) {
+    MemberPlaces found;
     if (!findMembers(planning.now, array, &found) || found.size() != places.size())
         return false;
-    return std::equal(found.begin(), found.end(), places.begin(), [](const Place& here, const Place& saved) {
-        return here.savedDrive == saved.drive && here.start == saved.start && here.size == saved.size;
-    });
+    return std::equal(
+        found.begin(), found.end(), places.begin(), [](const MemberPlace& here, const MemberPlace& saved) {
+            return here.savedDrive == saved.drive && here.start == saved.start && here.size == saved.size;
+        });
 }
 
 // The logical drive that is there already, whatever its ID and name.
 static const LogicalDrive* findInPlace(const Planning& planning, const LogicalDrive& saved,
-                                       const Places& places) {
+                                       const MemberPlaces& places) {
     for (const LogicalDrive& drive : planning.now.logicalDrives)
         if (haveSameGeometry(drive.info, saved.info) && isAt(planning, drive, places))
             return &drive;
@@ -92,9 +93,9 @@ static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
 }
 
 // Every drive and every stretch of sectors is looked at, so that all obstacles are known at once.
-static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const Places& places) {
+static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     bool allFree = true;
-    for (const Place& place : places) {
+    for (const MemberPlace& place : places) {
         if (!isUsable(planning, place.savedDrive)) {
             allFree = false;
             if (planning->refused.count(place.savedDrive) == 0)
@@ -130,9 +131,9 @@ static LogDrvConfigRecord recordOf(const Planning& planning, const LogicalDrive&
 }
 
 // Splits where extents have to begin, and, as a JBOD takes all of them, where they end.
-static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const Places& places,
+static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
                            LogDrvConfigRecord* record) {
-    for (const Place& place : places)
+    for (const MemberPlace& place : places)
         if (!splitAt(planning, place.drive, place.start) ||
             (saved.info.raidLevel == kJbod && !splitAt(planning, place.drive, place.start + place.size)))
             return false;
@@ -158,7 +159,7 @@ static bool isCreatable(const LogicalDrive& saved, const LogDrvConfigRecord& rec
            (request.raidLevel == kJbod || request.capacity == saved.info.sectorCount);
 }
 
-static void addCreation(Planning* planning, const LogicalDrive& saved, const Places& places,
+static void addCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
                         const LogDrvConfigRecord& record) {
     Step step;
     step.kind = StepKind::create;
@@ -178,7 +179,7 @@ static void addCreation(Planning* planning, const LogicalDrive& saved, const Pla
     noteId(planning, saved, id);
 }
 
-static void planCreation(Planning* planning, const LogicalDrive& saved, const Places& places) {
+static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     LogDrvConfigRecord record = recordOf(*planning, saved);
     if (!isIdFree(planning, saved) || !arePlacesFree(planning, saved, places) ||
         !prepareExtents(planning, saved, places, &record))
@@ -195,7 +196,7 @@ static void planCreation(Planning* planning, const LogicalDrive& saved, const Pl
 }
 
 static void planArray(Planning* planning, const LogicalDrive& saved) {
-    Places places;
+    MemberPlaces places;
     if (!findMembers(planning->saved, saved, &places)) {
         planning->plan.obstacles.push_back(arrayName(saved, saved.info.logDrvId) +
                                            " had lost a member when it was saved: where that was is not "

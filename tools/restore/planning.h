@@ -20,7 +20,7 @@ struct Planning {
 };
 
 // Where something was on a saved drive, and the present drive it goes to.
-struct Place {
+struct MemberPlace {
     std::uint32_t savedDrive = 0, drive = 0;
     std::uint64_t start = 0, size = 0;
 };
