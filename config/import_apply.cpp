@@ -120,21 +120,52 @@ static ArgText levelOptions(const LogDrvConfigRecord& record) {
     return part;
 }
 
+// The indexes of the members' extents, each followed by a blank.
+static ArgText extentListArg(const LogDrvConfigRecord& record) {
+    ArgText list = {};
+    std::size_t length = 0;
+    for (int i = 0; i < configMembers(record) && length < sizeof list.text; ++i)
+        length += static_cast<std::size_t>(
+            std::snprintf(list.text + length, sizeof list.text - length, "%d ", record.extents[i]));
+    return list;
+}
+
+// The words of the creation; with extents on those that the record lists.
+static void appendCreation(ArgvBuilder* words, const LogDrvConfigRecord& record, bool withExtents) {
+    appendArgs(words, {"logdrv", "-a", "add", "-i"});
+    appendArg(words, "%d", record.controller);
+    appendArg(words, "-p");
+    appendArg(words, "%s", memberListArg(record).text);
+    if (withExtents)
+        appendArgs(words, {"-e", extentListArg(record).text});
+    appendArg(words, "-z");
+    appendArg(words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record.name,
+              TranslateRaidLevel2Str(record.raidLevel), record.stripeSize,
+              static_cast<unsigned long long>(record.sectorCount), TranslateLDInitOption2Str(record.initMode),
+              record.sectorSize, levelOptions(record).text);
+}
+
 int ImpFileCreateLogDrv(const LogDrvConfigRecord* record) {
     if (record == nullptr)
         return 0;
     ArgvBuilder words = {};
-    appendArgs(&words, {"logdrv", "-a", "add", "-i"});
-    appendArg(&words, "%d", record->controller);
-    appendArg(&words, "-p");
-    appendArg(&words, "%s", memberListArg(*record).text);
-    appendArg(&words, "-z");
-    appendArg(&words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record->name,
-              TranslateRaidLevel2Str(record->raidLevel), record->stripeSize,
-              static_cast<unsigned long long>(record->sectorCount),
-              TranslateLDInitOption2Str(record->initMode), record->sectorSize, levelOptions(*record).text);
+    appendCreation(&words, *record, false);
     CreateLogDrv2(words.count, words.word);
     return 0;
+}
+
+int CreateOnExtents(const LogDrvConfigRecord& record) {
+    ArgvBuilder words = {};
+    appendCreation(&words, record, true);
+    return CreateLogDrv2(words.count, words.word);
+}
+
+int PhraseCreateOnExtents(const LogDrvConfigRecord& record, CreateArrayRequest* request) {
+    ArgvBuilder words = {};
+    appendCreation(&words, record, true);
+    HbaAddress address = {};
+    std::uint32_t secondArgument = 0;
+    return PhraseCreateLogDrvArg(words.count, words.word, &address, &secondArgument, request);
 }
 
 static std::uint16_t readDiskCount(std::uint32_t controller) {

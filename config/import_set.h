@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "adapter/creation.h"
 #include "config/ctrl_block.h"
 #include "config/logdrv_block.h"
 #include "config/phydrv_block.h"
@@ -39,3 +40,11 @@ int ImpFileSetCtrlSettings(const CtrlConfigRecord* record);
 int ImpFileSetPhydrvSettings(const PhyDrvConfigRecord* record);
 int ImpFileSetLogSettings(const LogDrvConfigRecord* record);
 int ImpFileCreateLogDrv(const LogDrvConfigRecord* record);
+
+// Creates the record's logical drive with its exact number of sectors, on the extents that the record lists.
+// Returns the result code of the creation.
+int CreateOnExtents(const LogDrvConfigRecord& record);
+
+// The request that CreateOnExtents() sends, without sending it. Returns Result::done, or after a message the
+// result code of a record that cannot be created.
+int PhraseCreateOnExtents(const LogDrvConfigRecord& record, CreateArrayRequest* request);

@@ -68,6 +68,8 @@ static bool replaceStream(const char* path, int flags, int stream) {
                        replaceStream(run.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO) &&
                        dup2(STDOUT_FILENO, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
                        (run.inherited < 0 || fcntl(run.inherited, F_SETFD, 0) == 0);
+    for (const auto& [name, value] : run.variables)
+        setenv(name.c_str(), value.c_str(), 1);
     if (ready)
         execv(run.program.c_str(), words);
     _exit(127);

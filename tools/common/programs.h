@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 // The path of a program that is in the same directory as this one; argument0 is what this one was started
@@ -14,6 +15,7 @@ struct ProgramRun {
     std::string directory; // to run it in
     std::string output;    // the file that takes its standard output and standard error
     int inherited = -1;    // a file descriptor that it keeps open, besides the standard ones
+    std::vector<std::pair<std::string, std::string>> variables = {}; // added to its environment
 };
 
 // Runs it to its end, without standard input. Returns its exit status, 128 plus the number of the signal that

@@ -1,0 +1,241 @@
+// Parts of cli-restore by themselves: drive maps, stretches of sectors, logs, and plans of single
+// controllers.
+#include <cstring>
+
+#include "tests/temporary_directory.h"
+#include "tools/restore/layout.h"
+#include "tools/restore/log.h"
+#include "tools/restore/plan.h"
+
+TEST(DriveMap, ReadsPairs) {
+    DriveMap drives;
+    EXPECT_EQ(readDriveMap("2=5,3=3,16=-", &drives), "");
+    EXPECT_EQ(drives, (DriveMap{{2, 5}, {3, 3}, {16, std::nullopt}}));
+    EXPECT_EQ(driveMapText(drives), "2=5,3=3,16=-");
+}
+
+TEST(DriveMap, RefusesOtherTexts) {
+    for (const char* text :
+         {"", "2", "2=", "=2", "2=0", "0=2", "2=x", "-=2", "2=3,", ",2=3", "257=1", "2=3=4"}) {
+        DriveMap drives;
+        EXPECT_NE(readDriveMap(text, &drives), "") << text;
+    }
+    DriveMap twice, both;
+    EXPECT_EQ(readDriveMap("2=3,2=4", &twice), "drive 2 is mapped twice");
+    EXPECT_EQ(readDriveMap("2=3,4=3", &both), "drive 3 would take the place of two drives");
+}
+
+TEST(Layout, FindsAndCutsRegions) {
+    Layout layout = {{0, 100, "Data"}, {100, 400, ""}};
+    EXPECT_EQ(findRegion(layout, 0), 0u);
+    EXPECT_EQ(findRegion(layout, 100), 1u);
+    EXPECT_EQ(findRegion(layout, 500), 2u);
+    splitRegion(&layout, 1, 150);
+    takeRegion(&layout, 2, 50, "Spare");
+    ASSERT_EQ(layout.size(), 4u);
+    EXPECT_EQ(layout[1].end(), 250u);
+    EXPECT_EQ(layout[2].use, "Spare");
+    EXPECT_EQ(layout[2].end(), 300u);
+    EXPECT_TRUE(layout[3].isFree());
+    EXPECT_EQ(layout[3].end(), 500u);
+}
+
+TEST(Layout, SaysWhyAStretchCannotBeUsed) {
+    const Layout layout = {{0, 100, "Data"}, {100, 100, ""}, {200, 100, ""}};
+    EXPECT_EQ(obstacleToStretch(layout, 100, 100), "");
+    EXPECT_EQ(obstacleToStretch(layout, 120, 50), "");
+    EXPECT_EQ(obstacleToStretch(layout, 50, 100), "is in use by Data");
+    EXPECT_EQ(obstacleToStretch(layout, 150, 100), "has no single free extent from sector 150 to 250");
+    EXPECT_EQ(obstacleToStretch(layout, 250, 51), "is too small: 301 sectors are needed, it has 300");
+    EXPECT_EQ(obstacleToStretch({}, 0, 1), "is too small: 1 sectors are needed, it has 0");
+}
+
+using RestoreLog = TemporaryDirectory;
+
+static const LogHeader kHeader = {"0123", "4", "2=5,3=-"};
+
+TEST_F(RestoreLog, KnowsAnUnfinishedRestore) {
+    Unfinished unfinished;
+    EXPECT_EQ(readLog(path("log"), &unfinished), "");
+    EXPECT_FALSE(unfinished.exists);
+    Log log;
+    ASSERT_EQ(openLog(path("log"), &log), "");
+    for (const std::string& line : {beginLine(kHeader), std::string("step one"), std::string(kStepDone),
+                                    std::string("step two"), std::string("stopped why")})
+        EXPECT_EQ(addToLog(log, line), "");
+    closeLog(&log);
+    EXPECT_EQ(readLog(path("log"), &unfinished), "");
+    EXPECT_TRUE(unfinished.exists);
+    EXPECT_EQ(unfinished.header, kHeader);
+    EXPECT_EQ(unfinished.steps, 1);
+}
+
+TEST_F(RestoreLog, KnowsAFinishedRestore) {
+    Log log;
+    ASSERT_EQ(openLog(path("log"), &log), "");
+    for (const std::string& line : {beginLine(kHeader), std::string(kStepDone), std::string(kFinished)})
+        EXPECT_EQ(addToLog(log, line), "");
+    closeLog(&log);
+    Unfinished unfinished;
+    EXPECT_EQ(readLog(path("log"), &unfinished), "");
+    EXPECT_FALSE(unfinished.exists);
+}
+
+// A power failure cut the last line, which says that a step was done or that all is finished.
+TEST_F(RestoreLog, IgnoresAnIncompleteLine) {
+    write("log", "T begin backup=1 controller=0 drives=\nT done\nT finis");
+    Unfinished unfinished;
+    EXPECT_EQ(readLog(path("log"), &unfinished), "");
+    EXPECT_TRUE(unfinished.exists);
+    EXPECT_EQ(unfinished.steps, 1);
+    Log log;
+    ASSERT_EQ(openLog(path("log"), &log), "");
+    EXPECT_EQ(addToLog(log, kStepDone), "");
+    closeLog(&log);
+    EXPECT_EQ(readLog(path("log"), &unfinished), "");
+    EXPECT_EQ(unfinished.steps, 2);
+}
+
+TEST_F(RestoreLog, RefusesALink) {
+    write("other", "x");
+    ASSERT_EQ(symlink(path("other").c_str(), path("log").c_str()), 0);
+    Log log;
+    EXPECT_NE(openLog(path("log"), &log), "");
+    EXPECT_EQ(content("other"), "x");
+}
+
+// A controller with drives of one free extent each.
+static Controller controllerWith(std::uint32_t drives, std::uint64_t sectors) {
+    Controller controller;
+    controller.settings = ControllerSettings{};
+    controller.buzzer = 1;
+    for (std::uint32_t number = 1; number <= drives; ++number) {
+        Drive drive;
+        drive.number = number;
+        drive.info.driveId = static_cast<std::uint16_t>(number - 1);
+        drive.info.serial[0] = static_cast<char>('A' + number);
+        drive.info.extentCount = 1;
+        drive.info.extent[0] = {0,        0,  0, 0,      kExtentFree | kExtentAccessible, kExtentOnline,
+                                kNoArray, {}, 0, sectors};
+        drive.settings = PhyDrvSettings{};
+        controller.drives.push_back(drive);
+    }
+    return controller;
+}
+
+static void addExtent(Drive* drive, std::uint8_t assignment, std::uint16_t arrayId, std::uint64_t start,
+                      std::uint64_t size) {
+    const std::uint8_t index = drive->info.extentCount++;
+    const std::uint8_t access = assignment == 0 ? kExtentFree | kExtentAccessible : kExtentAccessible;
+    drive->info.extent[index] = {index, 0, assignment, 0, access, kExtentOnline, arrayId, {}, start, size};
+}
+
+// A mirror on the second of three extents of drives 1 and 2.
+static Controller controllerWithMirror() {
+    Controller controller = controllerWith(2, 40960);
+    for (Drive& drive : controller.drives) {
+        drive.info.extentCount = 0;
+        addExtent(&drive, 0, kNoArray, 0, 4096);
+        addExtent(&drive, kExtentAssigned, 5, 4096, 8192);
+        addExtent(&drive, 0, kNoArray, 12288, 28672);
+    }
+    LogicalDrive mirror;
+    mirror.info.arrayId = 5;
+    mirror.info.raidLevel = kRaid1;
+    mirror.info.functionalStatus = kOnline;
+    mirror.info.sectorCount = 8192;
+    mirror.info.diskCount = 2;
+    mirror.info.stripeBlocks = 64;
+    mirror.info.sectorSize = 512;
+    std::strcpy(mirror.info.name, "Mirror");
+    mirror.info.memberIds[1] = 1;
+    mirror.settings = LogDrvSettings{};
+    controller.logicalDrives.push_back(mirror);
+    return controller;
+}
+
+static std::vector<std::string> textsOf(const Plan& plan) {
+    std::vector<std::string> texts;
+    for (const Step& step : plan.steps)
+        texts.push_back(step.text);
+    return texts;
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(Plan, IsEmptyForEqualControllers) {
+    const Controller controller = controllerWithMirror();
+    const Plan plan = makePlan(controller, controller, {});
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, Texts());
+}
+
+TEST(Plan, SplitsWhereAnExtentHasToBegin) {
+    const Plan plan = makePlan(controllerWithMirror(), controllerWith(2, 40960), {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan),
+              (Texts{"split extent 0 of drive 1 at 2 MB", "split extent 0 of drive 2 at 2 MB",
+                     "create logical drive 0 Mirror: RAID1 of 8192 sectors on drive 1 extent 1 "
+                     "(8192 sectors from 4096), drive 2 extent 1 (8192 sectors from 4096)",
+                     "set logical drive 0: "
+                     "writepolicy=writethru,lookahead=0,consolidation=disable"}));
+    EXPECT_EQ(plan.steps[2].arrayRecord.extents[1], 1);
+    EXPECT_EQ(plan.steps[2].arrayRecord.sectorCount, 8192u);
+}
+
+TEST(Plan, CannotSplitWithinAMegabyte) {
+    Controller saved = controllerWithMirror();
+    for (Drive& drive : saved.drives) {
+        drive.info.extent[0].size = 1000;
+        drive.info.extent[1].start = 1000;
+    }
+    const Plan plan = makePlan(saved, controllerWith(2, 40960), {});
+    EXPECT_EQ(plan.obstacles,
+              (Texts{"drive 1 cannot be cut at sector 1000, which is not at a whole megabyte"}));
+}
+
+TEST(Plan, NotesAnotherId) {
+    Controller saved = controllerWithMirror();
+    saved.logicalDrives[0].info.logDrvId = 3;
+    const Plan plan = makePlan(saved, controllerWith(2, 40960), {});
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 3 Mirror of the backup is logical drive 0 here"}));
+}
+
+TEST(Plan, RefusesANameThatCannotBeTyped) {
+    Controller saved = controllerWithMirror();
+    std::strcpy(saved.logicalDrives[0].info.name, "A,raid=raid0");
+    const Plan plan = makePlan(saved, controllerWith(2, 40960), {});
+    ASSERT_EQ(plan.obstacles.size(), 1u);
+    EXPECT_NE(plan.obstacles[0].find(" cannot be created by a command: its name"), std::string::npos);
+}
+
+TEST(Plan, NotesWhatNoCommandSets) {
+    Controller saved = controllerWith(1, 40960), now = saved;
+    saved.settings->syncRate = 0;
+    now.settings->syncRate = 5;
+    saved.drives[0].settings->smartCheck = 1;
+    saved.drives[0].settings->ncqEnabled = 1;
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, (Texts{"the sync rate was 0, which cannot be set", "drive 1 does not support NCQ",
+                                 "the SMART check of drive 1 is set by no command; it was enable"}));
+}
+
+TEST(Plan, SparesComeLast) {
+    Controller saved = controllerWithMirror();
+    Drive third = controllerWith(3, 40960).drives[2];
+    third.info.extentCount = 0;
+    addExtent(&third, kExtentDedicatedSpare, 5, 0, 8192);
+    addExtent(&third, kExtentGlobalSpare, kNoArray, 8192, 32768);
+    saved.drives.push_back(third);
+    const Plan plan = makePlan(saved, controllerWith(3, 40960), {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    const Texts texts = textsOf(plan);
+    ASSERT_EQ(texts.size(), 7u);
+    EXPECT_EQ(texts[4], "split extent 0 of drive 3 at 4 MB");
+    EXPECT_EQ(texts[5], "make extent 0 of drive 3 a spare of logical drive 0");
+    EXPECT_EQ(texts[6], "make extent 1 of drive 3 a global spare");
+    EXPECT_EQ(plan.steps[5].words,
+              (Texts{"extent", "-a", "spare", "-p", "3", "-i", "0", "-e", "0", "-l", "0"}));
+}

@@ -1,0 +1,368 @@
+// cli-restore over simulated worlds: plans, obstacles, and what --apply leaves.
+#include "tests/restore/restore_fixture.h"
+
+static const char kBlankPlan[] =
+    "1. set controller 0: sync rate 102, init rate 104, media patrol rate 103, migrate rate 105, rebuild "
+    "rate "
+    "101, auto rebuild enable\n"
+    "2. create logical drive 0 Data: RAID1 of 1024000 sectors on drive 1 extent 0 (1024000 sectors from 0), "
+    "drive 2 extent 0 (1024000 sectors from 0)\n"
+    "3. set logical drive 0: writepolicy=writeback,lookahead=4,consolidation=enable\n"
+    "4. make extent 0 of drive 3 a global spare\n";
+
+TEST_F(Restore, PlansAndShowsTheOutcomeOnACopy) {
+    blank(&controller());
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out.rfind(kBlankPlan, 0), 0u) << outcome;
+    EXPECT_NE(outcome.out.find("On a copy of these adapters:\n1. set controller 0: "), std::string::npos);
+    EXPECT_NE(outcome.out.find("Controller 0 is as it was saved.\n"), std::string::npos) << outcome;
+}
+
+// The world, the event file and the log are not touched.
+TEST_F(Restore, ChangesNothingWithoutApply) {
+    blank(&controller());
+    session.useWorld(world.dump(2));
+    cli({"ctrl"});
+    const std::string before = session.worldText(), events = readFile(session.eventFile());
+    EXPECT_EQ(restore({}).status, 1);
+    EXPECT_EQ(session.worldText(), before);
+    EXPECT_EQ(readFile(session.eventFile()), events);
+    EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(Restore, AppliesThePlan) {
+    const std::string before = status();
+    blank(&controller());
+    const ProcessOutcome outcome = restoreIn(world, {"--apply"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.rfind("1. set controller 0: ", 0), 0u);
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+    EXPECT_EQ(q5sim({"advance", "--until-idle"}).status, 0);
+    const Json saved = Json::parse(before)["controllers"][0], now = Json::parse(status())["controllers"][0];
+    EXPECT_EQ(now["settings"], saved["settings"]);
+    EXPECT_EQ(now["logicalDrives"], saved["logicalDrives"]);
+    EXPECT_EQ(now["drives"], saved["drives"]);
+}
+
+TEST_F(Restore, LogsEachStep) {
+    blank(&controller());
+    ASSERT_EQ(restoreIn(world, {"--apply"}).status, 0);
+    const std::string log = content(newest() + ".restore-0.log");
+    std::vector<std::string> words;
+    for (std::size_t start = 0, end; (end = log.find('\n', start)) != std::string::npos; start = end + 1) {
+        const std::string line = log.substr(start, end - start);
+        words.push_back(line.substr(21, line.find(' ', 21) - 21));
+    }
+    EXPECT_EQ(words, (std::vector<std::string>{"begin", "step", "done", "step", "done", "step", "done",
+                                               "step", "done", "finished"}));
+}
+
+TEST_F(Restore, RestoresSettingsAlone) {
+    ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=9,smart=disable"}).status, 0);
+    ASSERT_EQ(cli({"buzz", "-a", "disable", "-i", "0"}).status, 0);
+    ASSERT_EQ(
+        cli({"phydrv", "-a", "mod", "-p", "2", "-i", "0", "-s", "writecache=disable,ncq=disable,tcq=disable"})
+            .status,
+        0);
+    ASSERT_EQ(cli({"logdrv", "-a", "mod", "-i", "0", "-l", "0", "-s", "name=Other,lookahead=1"}).status, 0);
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    const std::string steps = "1. set controller 0: sync rate 102, SMART check enable\n"
+                              "2. set the buzzer of controller 0: enable\n"
+                              "3. set drive 2: write cache enable\n"
+                              "4. set logical drive 0: lookahead=4,name=Data\n"
+                              "5. make extent 0 of drive 3 a global spare\n";
+    EXPECT_EQ(restore({}).out.rfind(steps, 0), 0u) << restore({});
+    EXPECT_EQ(restore({"--apply"}).status, 0);
+    EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
+}
+
+TEST_F(Restore, ADifferentArrayIsInTheWay) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 3", "-z", "name=Other,raid=raid0,capacity=200"})
+                  .status,
+              0);
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: a different array is in place: logical drive 0 Other, RAID0 of "
+                               "409600 sectors; the backup has logical drive 0 Data, RAID1 of 1024000 "
+                               "sectors\n"),
+              std::string::npos)
+        << outcome;
+    EXPECT_EQ(files().size(), 2u); // no log either
+}
+
+TEST_F(Restore, AMissingDrivePreventsThePlan) {
+    blank(&controller());
+    controller()["drives"].erase(1);
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 2 is missing; drive 2 had the serial S0002\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Restore, AnotherSerialPreventsThePlanUnlessMapped) {
+    blank(&controller());
+    controller()["drives"][1]["serial"] = "S9999";
+    ProcessOutcome outcome = restoreIn(world, {"--apply"});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 2 has another serial: S9999 instead of S0002; if it is the "
+                               "replacement, add --drives 2=2\n"),
+              std::string::npos)
+        << outcome;
+    EXPECT_EQ(restore({"--apply", "--drives", "2=2"}).status, 0);
+    EXPECT_EQ(restore({"--drives", "2=2"}).out, "There is nothing to do.\n");
+}
+
+TEST_F(Restore, UsesAnotherDrive) {
+    blank(&controller());
+    const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=3,3=1"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_NE(outcome.out.find("on drive 3 extent 0 (1024000 sectors from 0), drive 2 extent 0"),
+              std::string::npos)
+        << outcome;
+    EXPECT_NE(outcome.out.find("make extent 0 of drive 1 a global spare\n"), std::string::npos) << outcome;
+}
+
+TEST_F(Restore, LeavesADriveOut) {
+    blank(&controller());
+    controller()["drives"].erase(2);
+    EXPECT_EQ(restoreIn(world).status, 4); // its spare
+    EXPECT_EQ(restore({"--drives", "3=-"}).status, 1);
+    const ProcessOutcome outcome = restore({"--drives", "1=-"});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 1 is left out, but logical drive 0 Data needs it\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Restore, ASmallDrivePreventsThePlan) {
+    blank(&controller());
+    controller()["drives"][1]["sectors"] = 1000000;
+    controller()["drives"][1]["extents"][0]["size"] = 1000000;
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 2 is too small: 1024000 sectors are needed, it has 1000000; "
+                               "logical drive 0 Data was there\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Restore, AUsedDrivePreventsThePlan) {
+    blank(&controller());
+    controller()["drives"][1]["extents"][0]["use"] = "globalSpare";
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 2 is in use by a global spare; logical drive 0 Data was "
+                               "there\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Restore, AFailedDrivePreventsThePlan) {
+    blank(&controller());
+    controller()["drives"][1]["failed"] = true;
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: drive 2 gives no access\n"), std::string::npos) << outcome;
+}
+
+TEST_F(Restore, ALostMemberInTheBackupPreventsThePlan) {
+    ASSERT_EQ(q5sim({"pull-drive", "0", "2"}).status, 0);
+    backup();
+    blank(&controller());
+    const ProcessOutcome outcome = restoreIn(world);
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_NE(outcome.out.find("prevented: logical drive 0 Data had lost a member when it was saved"),
+              std::string::npos)
+        << outcome;
+}
+
+// A refused creation, and one with another effect.
+TEST_F(Restore, StopsAtTheFirstDifference) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_addHBAArray"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 5);
+    EXPECT_EQ(outcome.err.rfind("cli-restore: stopped after \"create logical drive 0 Data", 0), 0u)
+        << outcome;
+    EXPECT_NE(outcome.out.find("Failed to create an array specified\n"), std::string::npos) << outcome;
+    EXPECT_EQ(outcome.out.find("3. "), std::string::npos) << outcome;
+}
+
+TEST_F(Restore, ContinuesWhereItStopped) {
+    blank(&controller());
+    controller()["drives"][1]["serial"] = "S9999";
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
+    ASSERT_EQ(restore({"--apply", "--drives", "2=2"}).status, 5);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.rfind("Continuing: 2 of the steps were done.\n"
+                                "1. make extent 0 of drive 3 a global spare\n",
+                                0),
+              0u)
+        << outcome;
+}
+
+TEST_F(Restore, DoesNotMixUnfinishedRestores) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
+    ASSERT_EQ(restore({"--apply", "--log", "log"}).status, 5);
+    EXPECT_EQ(
+        restore({"--apply", "--log", "log", "--drives", "1=1"}),
+        (ProcessOutcome{3, "", "cli-restore: log is the log of an unfinished restore with --drives \"\"\n"}));
+    std::string log = content("log");
+    log.replace(log.find("backup=") + 7, 1, "x");
+    writeFile(session.path("log"), log);
+    EXPECT_EQ(restore({"--apply", "--log", "log"}),
+              (ProcessOutcome{
+                  3, "",
+                  "cli-restore: log is the log of an unfinished restore of another backup or controller\n"}));
+}
+
+TEST_F(Restore, ChangesNothingWithoutALog) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    cli({"ctrl"});
+    const std::string before = session.worldText();
+    const ProcessOutcome outcome = restore({"--apply", "--log", "none/log"});
+    EXPECT_EQ(
+        outcome,
+        (ProcessOutcome{3, "", "cli-restore: cannot write the log none/log: No such file or directory\n"}));
+    EXPECT_EQ(session.worldText(), before);
+}
+
+TEST_F(Restore, NeedsBothFilesAndThatTheyBelongTogether) {
+    const std::string cfg = content(newest() + ".cfg");
+    std::string changed = cfg;
+    changed.replace(changed.find("<SyncRate> 102"), 14, "<SyncRate> 103");
+    writeFile(session.path("kept/a.json"), content(newest() + ".json"));
+    const auto run = [&](const char* file) { return runOther(CLI_RESTORE_REHEARSE, {"-i", "0", file}); };
+    EXPECT_EQ(run("kept/a.json"), (ProcessOutcome{3, "", "cli-restore: cannot read kept/a.cfg\n"}));
+    writeFile(session.path("kept/a.cfg"), changed);
+    EXPECT_EQ(
+        run("kept/a.cfg"),
+        (ProcessOutcome{3, "",
+                        "cli-restore: the two files of kept/a do not belong together: line 3 of the "
+                        "exported file is \"<SyncRate> 103\"; the adapters report \"<SyncRate> 102\"\n"}));
+    writeFile(session.path("kept/a.cfg"), cfg);
+    EXPECT_EQ(run("kept/a").status, 0);
+    EXPECT_EQ(run("none"), (ProcessOutcome{3, "", "cli-restore: cannot read none.json\n"}));
+}
+
+TEST_F(Restore, NeedsTheController) {
+    EXPECT_EQ(restore({}, "1"), (ProcessOutcome{3, "", "cli-restore: the backup has no controller 1\n"}));
+}
+
+TEST_F(Restore, RefusesWrongCommandLines) {
+    const auto expect = [&](const Words& words, const std::string& problem) {
+        EXPECT_EQ(runOther(CLI_RESTORE_REHEARSE, words),
+                  (ProcessOutcome{2, "", "cli-restore: " + problem + "\nTry \"cli-restore --help\".\n"}));
+    };
+    expect({"file"}, "-i and the controller's ID are needed");
+    expect({"-i", "0"}, "one backup is needed");
+    expect({"-i", "0", "a", "b"}, "one backup is needed");
+    expect({"-i", "x", "a"}, "\"x\" is not a controller ID");
+    expect({"-i", "65536", "a"}, "\"65536\" is not a controller ID");
+    for (const char* map : {"", "2", "2=", "=2", "2=0", "0=2", "2=x", "2=3,", "257=1"})
+        EXPECT_EQ(runOther(CLI_RESTORE_REHEARSE, {"-i", "0", "--drives", map, "a"}).status, 2) << map;
+    expect({"-i", "0", "--drives", "2=3,2=4", "a"}, "drive 2 is mapped twice");
+    expect({"-i", "0", "--drives", "2=3,4=3", "a"}, "drive 3 would take the place of two drives");
+    expect({"-i", "0", "--log", "", "a"}, "--log needs a name");
+}
+
+// Every world that a test has, blanked: the restored controller is as the saved one was. What is left out of
+// the comparison: serials of replaced drives, states and activities, since what is created is complete and is
+// synchronized, and IDs, which the adapter gives.
+static void forget(Json* json) {
+    static const char* const keys[] = {"serial",
+                                       "functionalStatus",
+                                       "functionalStatusText",
+                                       "activityStatus",
+                                       "activityStatusText",
+                                       "activities",
+                                       "maintenance",
+                                       "maintenanceText",
+                                       "state",
+                                       "stateText",
+                                       "arrayId",
+                                       "logDrvId",
+                                       "locate",
+                                       "lostMask",
+                                       "faults"};
+    if (json->is_object())
+        for (const char* key : keys)
+            json->erase(key);
+    for (Json& each : *json)
+        if (each.is_structured())
+            forget(&each);
+}
+
+static Json comparable(const std::string& status, std::size_t controller) {
+    Json json = Json::parse(status)["controllers"][controller];
+    Json kept = {{"settings", json["settings"]},
+                 {"buzzer", json["buzzer"]},
+                 {"drives", json["drives"]},
+                 {"logicalDrives", json["logicalDrives"]}};
+    forget(&kept);
+    return kept;
+}
+
+struct RestoreWorlds : Restore {
+    int restored = 0, prevented = 0;
+
+    // One serial of each controller is another one.
+    void restoreController(const Json& whole, std::size_t id) {
+        session.useWorld(whole.dump());
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        ASSERT_LE(backup().status, 1);
+        const std::string before = status();
+        Json blanked = whole;
+        Json& target = blanked["controllers"][id];
+        blank(&target);
+        std::string map = "200=-";
+        if (!target["drives"].empty()) {
+            target["drives"][0]["serial"] = "REPLACED";
+            const std::string number = std::to_string(target["drives"][0]["id"].get<int>() + 1);
+            map = number + "=" + number;
+        }
+        session.useWorld(blanked.dump());
+        const ProcessOutcome outcome = restore({"--apply", "--drives", map}, std::to_string(id));
+        if (outcome.status == 4) {
+            EXPECT_NE(outcome.out.find("prevented: "), std::string::npos);
+            ++prevented;
+            return;
+        }
+        EXPECT_EQ(outcome.status, 0) << outcome;
+        EXPECT_EQ(comparable(status(), id).dump(1), comparable(before, id).dump(1)) << outcome;
+        ++restored;
+    }
+};
+
+static Json worldOf(const std::filesystem::path& path) {
+    const Json json = Json::parse(readFile(path.string()));
+    return path.parent_path().filename() == "cases" ? healthyWorld().patch(json["world"]) : json;
+}
+
+TEST_F(RestoreWorlds, BlankedControllersBecomeAsTheyWere) {
+    for (const char* directory : {"/e2e/worlds", "/simulator/worlds", "/status/cases"})
+        for (const auto& entry : std::filesystem::directory_iterator(STATUS_ROOT + std::string(directory))) {
+            const std::string name = entry.path().filename().string();
+            if (entry.path().extension() != ".json" || name.rfind("invalid-", 0) == 0)
+                continue;
+            SCOPED_TRACE(name);
+            const Json whole = worldOf(entry.path());
+            for (std::size_t id = 0; id < whole["controllers"].size(); ++id)
+                restoreController(whole, id);
+        }
+    EXPECT_GE(restored, 25);
+    RecordProperty("restored", restored);
+    RecordProperty("prevented", prevented);
+}

@@ -1,0 +1,58 @@
+// A backup of the healthy world, and cli-restore over what became of that world. The program is
+// cli-restore-rehearse, which is cli-restore with the simulated adapters inside.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "tests/backup/backup_fixture.h"
+
+using Json = nlohmann::ordered_json;
+
+inline Json healthyWorld() {
+    return Json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
+}
+
+// As after the replacement of a controller and of all drives: no logical drives, no spares, default settings.
+inline void blank(Json* controller) {
+    Json& world = *controller;
+    world["logicalDrives"] = Json::array();
+    for (const char* key : {"rates", "autoRebuild", "rebuildPolicy", "smartCheck", "smartPollMinutes",
+                            "enclosurePollMinutes", "buzzer", "speedOptions"})
+        world.erase(key);
+    for (Json& drive : world["drives"]) {
+        std::uint64_t end = 0;
+        for (const Json& extent : drive["extents"])
+            end = extent["start"].get<std::uint64_t>() + extent["size"].get<std::uint64_t>();
+        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", end}}};
+        for (const char* key : {"writeCache", "tcqEnabled", "ncqEnabled"})
+            drive.erase(key);
+    }
+}
+
+struct Restore : BackupSession {
+    Json world = healthyWorld();
+
+    void SetUp() override {
+        BackupSession::SetUp();
+        session.setClock(0);
+        session.useWorld(world.dump());
+        ASSERT_LE(backup().status, 1);
+    }
+    Json& controller() { return world["controllers"][0]; }
+    // On the program with the simulated adapters.
+    ProcessOutcome restore(const Words& more, const std::string& controllerId = "0") {
+        Words words = {"-i", controllerId, newest() + ".cfg"};
+        words.insert(words.end(), more.begin(), more.end());
+        return runOther(CLI_RESTORE_REHEARSE, words);
+    }
+    ProcessOutcome restoreIn(const Json& changed, const Words& more = {}) {
+        session.useWorld(changed.dump());
+        return restore(more);
+    }
+    std::string status() { return runOther(CLI_STATUS, {"--json"}).out; }
+};
+
+TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, "Controller 0 is as it was saved.\n", ""}));
+}

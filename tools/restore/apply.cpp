@@ -1,0 +1,79 @@
+// Does the steps and reads back after each one.
+#include "tools/restore/apply.h"
+
+#include <cstdio>
+
+#include "snapshot/read.h"
+#include "tools/restore/steps.h"
+#include "util/signals.h"
+
+// Whether a step may be missing from the plan without having been done: the settings that a new logical drive
+// has are not known before it exists.
+static bool mayVanish(const Step& step) {
+    return step.kind == StepKind::array;
+}
+
+// Compares the new plan with what was to be left of the old one. Returns the first difference, or nothing.
+static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
+    if (!plan.obstacles.empty())
+        return plan.obstacles[0];
+    std::size_t next = 1;
+    for (const Step& step : plan.steps) {
+        while (next < wanted.steps.size() && wanted.steps[next].text != step.text &&
+               mayVanish(wanted.steps[next]))
+            ++next;
+        if (next >= wanted.steps.size() || wanted.steps[next].text != step.text)
+            return "still to do: " + step.text;
+        ++next;
+    }
+    while (next < wanted.steps.size() && mayVanish(wanted.steps[next]))
+        ++next;
+    return next < wanted.steps.size() ? "no longer to do: " + wanted.steps[next].text : "";
+}
+
+static void complain(const std::string& problem) {
+    std::fprintf(stderr, "cli-restore: %s\n", problem.c_str());
+}
+
+// Logs, does and checks the first step. The plan is then that for the rest.
+static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* plan) {
+    const std::string text = plan->steps[0].text;
+    std::string problem = addToLog(log, "step " + text);
+    if (!problem.empty()) {
+        complain(problem);
+        return ApplyResult::failed;
+    }
+    runStep(plan->steps[0]);
+    const Plan left = makePlan(restore.saved, readController(restore.controller), restore.drives);
+    const std::string difference = differenceInPlan(*plan, left);
+    *plan = left;
+    if (!difference.empty()) {
+        addToLog(log, "stopped " + difference);
+        complain("stopped after \"" + text + "\": " + difference);
+        return ApplyResult::stopped;
+    }
+    problem = addToLog(log, kStepDone);
+    if (problem.empty())
+        return ApplyResult::done;
+    complain(problem);
+    return ApplyResult::failed;
+}
+
+// A signal ends it between two steps only.
+ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log) {
+    for (int number = 1; !plan.steps.empty(); ++number) {
+        std::printf("%d. %s\n", number, plan.steps[0].text.c_str());
+        std::fflush(stdout);
+        sigset_t before;
+        holdSignals(&before);
+        const ApplyResult result = doFirstStep(restore, log, &plan);
+        releaseSignals(&before);
+        if (result != ApplyResult::done)
+            return result;
+    }
+    const std::string problem = addToLog(log, kFinished);
+    if (problem.empty())
+        return ApplyResult::done;
+    complain(problem);
+    return ApplyResult::failed;
+}

@@ -1,0 +1,62 @@
+// Runs cli-restore-rehearse over a captured world in a temporary directory.
+#include "tools/restore/copy.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <climits>
+#include <filesystem>
+
+#include "snapshot/files.h"
+#include "tools/capture/capture.h"
+#include "tools/common/programs.h"
+
+static std::string temporaryPattern() {
+    const char* directory = std::getenv("TMPDIR");
+    return std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") +
+           "/cli-restore-XXXXXX";
+}
+
+static std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    const std::string absolute = std::filesystem::absolute(path, error).string();
+    return error ? path : absolute;
+}
+
+static int runIn(const std::string& directory, const CopyRun& run, std::int64_t time, std::string* output) {
+    ProgramRun program;
+    program.program = run.program;
+    program.words = {"--apply", "-i", run.controller, "--log", directory + "/log"};
+    if (!run.drives.empty())
+        program.words.insert(program.words.end(), {"--drives", run.drives});
+    program.words.insert(program.words.end(), {"--", absolutePath(run.file)});
+    program.directory = directory;
+    program.output = directory + "/output";
+    program.variables = {{"Q5SIM_WORLD", directory + "/world.json"}, {"Q5SIM_NOW", std::to_string(time)}};
+    const int status = runProgram(program);
+    output->clear();
+    if (status < 0)
+        *output = "cannot run " + run.program;
+    else
+        readFile(program.output, output);
+    return status;
+}
+
+int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output) {
+    const std::int64_t time = captureTime();
+    const Capture capture = captureWorld(now, time);
+    if (capture.text.empty()) {
+        *output = "the adapters cannot be copied: " + capture.problem;
+        return -1;
+    }
+    std::string directory = temporaryPattern();
+    if (mkdtemp(directory.data()) == nullptr) {
+        *output = "cannot create a directory in place of " + directory;
+        return -1;
+    }
+    *output = replaceFile(directory + "/world.json", capture.text);
+    const int status = output->empty() ? runIn(directory, run, time, output) : -1;
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+    return status;
+}

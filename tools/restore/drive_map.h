@@ -1,0 +1,17 @@
+// Which drive takes the place of which: drives are numbered from 1, as cli shows them.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+// From a drive of the backup to a present one. nullopt: the drive is left out. What is not in it keeps its
+// number, and must then have its serial.
+using DriveMap = std::map<std::uint32_t, std::optional<std::uint32_t>>;
+
+// Reads "2=5,3=6,7=-". Returns what is wrong with it, or nothing.
+std::string readDriveMap(const std::string& text, DriveMap* drives);
+
+// The same text back, in order of the drives.
+std::string driveMapText(const DriveMap& drives);

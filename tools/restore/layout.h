@@ -1,0 +1,33 @@
+// The extents of the drives as they will be in the course of a plan.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "snapshot/snapshot.h"
+
+struct Region {
+    std::uint64_t start = 0, size = 0; // sectors
+    std::string use;                   // "logical drive 0 Archive"; empty: free
+    std::uint64_t end() const { return start + size; }
+    bool isFree() const { return use.empty(); }
+};
+using Layout = std::vector<Region>; // a region's position is the index of its extent
+
+// By drive number.
+using Layouts = std::map<std::uint32_t, Layout>;
+Layouts presentLayouts(const Controller& controller);
+
+// What an extent is used for; empty: it is free.
+std::string extentUser(const Controller& controller, const ExtentEntry& extent);
+
+// The index of the region that holds a sector, or the number of regions.
+std::size_t findRegion(const Layout& layout, std::uint64_t sector);
+
+// Cuts a region in two, or takes the first part of one for a use.
+void splitRegion(Layout* layout, std::size_t index, std::uint64_t offset);
+void takeRegion(Layout* layout, std::size_t index, std::uint64_t size, const std::string& use);
+
+// Why a stretch of sectors cannot be used; empty: it is in one free region.
+std::string obstacleToStretch(const Layout& layout, std::uint64_t start, std::uint64_t size);

@@ -1,0 +1,107 @@
+// Reads and appends to logs. A line is "TIME WORD REST".
+#include "tools/restore/log.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <sstream>
+
+#include "snapshot/files.h"
+
+static std::string timeText() {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts = {};
+    gmtime_r(&now, &parts);
+    char text[64];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return text;
+}
+
+std::string beginLine(const LogHeader& header) {
+    return "begin backup=" + header.identity + " controller=" + header.controller +
+           " drives=" + header.drives;
+}
+
+// The value of "key=" in a line of blanks and words.
+static std::string valueOf(const std::string& line, const std::string& key) {
+    const std::size_t start = line.find(" " + key + "=");
+    if (start == std::string::npos)
+        return "";
+    const std::size_t value = start + key.size() + 2;
+    return line.substr(value, line.find(' ', value) - value);
+}
+
+static void readLine(const std::string& line, Unfinished* unfinished) {
+    std::istringstream words(line);
+    std::string time, word;
+    words >> time >> word;
+    if (word == "begin")
+        *unfinished = {
+            true, {valueOf(line, "backup"), valueOf(line, "controller"), valueOf(line, "drives")}, 0};
+    else if (word == kStepDone)
+        ++unfinished->steps;
+    else if (word == kFinished)
+        *unfinished = {};
+}
+
+std::string readLog(const std::string& path, Unfinished* unfinished) {
+    std::string text;
+    switch (readFile(path, &text)) {
+    case ReadResult::missing:
+        return "";
+    case ReadResult::failed:
+        return "cannot read " + path;
+    default:
+        break;
+    }
+    for (std::size_t start = 0, end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        readLine(text.substr(start, end - start), unfinished);
+    return "";
+}
+
+static std::string failure(const std::string& what) {
+    return "cannot write the log" + what + ": " + std::strerror(errno);
+}
+
+static std::string directoryOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+// A last line without its end gets one, so that the next line is one of its own.
+static bool endLastLine(int file) {
+    char last = '\n';
+    const off_t size = lseek(file, 0, SEEK_END);
+    if (size < 0 || (size > 0 && pread(file, &last, 1, size - 1) != 1))
+        return false;
+    return last == '\n' || write(file, "\n", 1) == 1;
+}
+
+std::string openLog(const std::string& path, Log* log) {
+    log->file = open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (log->file < 0 || !endLastLine(log->file))
+        return failure(" " + path);
+    const int directory = open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory >= 0) {
+        fsync(directory);
+        close(directory);
+    }
+    return "";
+}
+
+std::string addToLog(const Log& log, const std::string& line) {
+    const std::string text = timeText() + " " + line + "\n";
+    const ssize_t written = write(log.file, text.data(), text.size());
+    if (written == static_cast<ssize_t>(text.size()) && (fsync(log.file) == 0 || errno == EINVAL))
+        return "";
+    return failure("");
+}
+
+void closeLog(Log* log) {
+    if (log->file >= 0)
+        close(log->file);
+    log->file = -1;
+}

@@ -1,0 +1,35 @@
+// The log of a restore: what was begun and what was done, so that an interrupted one can continue.
+#pragma once
+
+#include <string>
+
+// What a restore is of. It continues the last one in the log if that did not finish and is the same.
+struct LogHeader {
+    std::string identity; // of the backup
+    std::string controller;
+    std::string drives; // the drive map
+    bool operator==(const LogHeader&) const = default;
+};
+
+// The last restore in a log that was neither finished nor given up by one of another backup.
+struct Unfinished {
+    bool exists = false;
+    LogHeader header;
+    int steps = 0; // that were done
+};
+
+// Reads a log, which need not exist. A line that a power failure cut short is ignored. Returns what is wrong,
+// or nothing.
+std::string readLog(const std::string& path, Unfinished* unfinished);
+
+// A log opened for appending. Each line is on the disk before anything else happens.
+struct Log {
+    int file = -1;
+};
+std::string openLog(const std::string& path, Log* log);
+std::string addToLog(const Log& log, const std::string& line);
+void closeLog(Log* log);
+
+std::string beginLine(const LogHeader& header);
+inline constexpr char kStepDone[] = "done";
+inline constexpr char kFinished[] = "finished";

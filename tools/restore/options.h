@@ -1,0 +1,18 @@
+// The command line of cli-restore.
+#pragma once
+
+#include <optional>
+
+#include "tools/common/option_table.h"
+#include "tools/restore/drive_map.h"
+
+struct RestoreOptions {
+    std::optional<std::uint32_t> controller;
+    std::string file;
+    DriveMap drives;
+    bool drivesGiven = false;
+    bool apply = false;
+    std::string log; // empty: beside the backup
+};
+
+OptionsResult readRestoreOptions(int argc, char** argv, RestoreOptions* options);

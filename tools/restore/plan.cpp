@@ -1,0 +1,113 @@
+// The plan as a whole, and what its parts share.
+#include "tools/restore/plan.h"
+
+#include "snapshot/text.h"
+#include "tools/restore/planning.h"
+
+std::string driveName(std::uint32_t number) {
+    return "drive " + std::to_string(number);
+}
+
+std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId) {
+    const std::string name(fieldText(drive.info.name));
+    return "logical drive " + std::to_string(logDrvId) + (name.empty() ? "" : " " + printable(name));
+}
+
+void addStep(Planning* planning, StepKind kind, const std::string& text,
+             const std::vector<std::string>& words) {
+    Step step;
+    step.kind = kind;
+    step.text = text;
+    step.words = words;
+    planning->plan.steps.push_back(step);
+}
+
+static std::optional<std::uint32_t> mappedDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const auto found = planning.drives.find(savedDrive);
+    return found != planning.drives.end() ? found->second : savedDrive;
+}
+
+const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const auto number = mappedDrive(planning, savedDrive);
+    return number ? findDrive(planning.now, *number) : nullptr;
+}
+
+static std::string serialOf(const Drive& drive) {
+    return printable(trimmed(fieldText(drive.info.serial)));
+}
+
+bool hasSerialOf(const Drive& saved, const Drive& drive) {
+    return serialOf(saved) == serialOf(drive);
+}
+
+// Why a saved drive cannot be used; empty: it can, or it is left out.
+static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const auto number = mappedDrive(planning, savedDrive);
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    const Drive* now = presentDrive(planning, savedDrive);
+    const std::string serial = saved != nullptr ? serialOf(*saved) : "unknown";
+    if (!number)
+        return "";
+    if (now == nullptr)
+        return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " + serial;
+    if (planning.drives.count(savedDrive) == 0 && saved != nullptr && !hasSerialOf(*saved, *now))
+        return driveName(*number) + " has another serial: " + serialOf(*now) + " instead of " + serial +
+               "; if it is the replacement, add --drives " + std::to_string(savedDrive) + "=" +
+               std::to_string(*number);
+    if (isInaccessible(*now))
+        return driveName(*number) + " gives no access";
+    return "";
+}
+
+bool isUsable(Planning* planning, std::uint32_t savedDrive) {
+    if (presentDrive(*planning, savedDrive) == nullptr && !mappedDrive(*planning, savedDrive))
+        return false;
+    const std::string obstacle = obstacleToDrive(*planning, savedDrive);
+    if (!obstacle.empty() && planning->refused.insert(savedDrive).second)
+        planning->plan.obstacles.push_back(obstacle);
+    return obstacle.empty();
+}
+
+bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector) {
+    Layout& layout = planning->layouts[drive];
+    const std::size_t index = findRegion(layout, sector);
+    if (index == layout.size() || layout[index].start == sector)
+        return true;
+    const std::uint64_t offset = sector - layout[index].start;
+    if (offset % kSectorsPerMb != 0) {
+        planning->plan.obstacles.push_back(driveName(drive) + " cannot be cut at sector " +
+                                           std::to_string(sector) + ", which is not at a whole megabyte");
+        return false;
+    }
+    const std::string megabytes = std::to_string(offset / kSectorsPerMb);
+    addStep(planning, StepKind::split,
+            "split extent " + std::to_string(index) + " of " + driveName(drive) + " at " + megabytes + " MB",
+            {"extent", "-a", "split", "-p", std::to_string(drive), "-e", std::to_string(index), "-i",
+             std::to_string(planning->now.id), "-o", megabytes});
+    splitRegion(&layout, index, offset);
+    return true;
+}
+
+static void noteOtherArrays(Planning* planning) {
+    for (const LogicalDrive& drive : planning->now.logicalDrives) {
+        bool known = false;
+        for (const auto& [arrayId, logDrvId] : planning->ids)
+            known = known || logDrvId == drive.info.logDrvId;
+        if (!known)
+            planning->plan.notes.push_back(arrayName(drive, drive.info.logDrvId) +
+                                           " is not in the backup; it stays as it is");
+    }
+}
+
+Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives) {
+    Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}};
+    for (const LogicalDrive& drive : now.logicalDrives)
+        planning.takenIds.insert(drive.info.logDrvId);
+    planController(&planning);
+    planDrives(&planning);
+    planArrays(&planning);
+    planArraySettings(&planning);
+    planSpares(&planning);
+    noteOtherArrays(&planning);
+    return planning.plan;
+}

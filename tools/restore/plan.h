@@ -1,0 +1,34 @@
+// What has to be done so that a controller becomes as it was saved.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "config/ctrl_block.h"
+#include "config/logdrv_block.h"
+#include "config/phydrv_block.h"
+#include "snapshot/snapshot.h"
+#include "tools/restore/drive_map.h"
+
+// By the command function that a step calls.
+enum class StepKind { controller, buzzer, drive, speed, split, create, array, spare };
+
+struct Step {
+    StepKind kind = StepKind::controller;
+    std::string text;               // what it does; equal steps have equal texts
+    std::vector<std::string> words; // of the command, for the kinds without a record
+    CtrlConfigRecord controllerRecord = {};
+    PhyDrvConfigRecord driveRecord = {};
+    LogDrvConfigRecord arrayRecord = {};
+};
+
+struct Plan {
+    std::vector<Step> steps;
+    std::vector<std::string> obstacles; // any of these prevents the whole plan
+    std::vector<std::string> notes;     // what will stay different
+};
+
+// Compares the saved controller with the present one. Nothing in the plan deletes or frees anything. Done
+// step by step, the plan shrinks by its first step each time; a step that sets an array may turn out to be
+// unnecessary.
+Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives);

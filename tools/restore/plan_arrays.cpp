@@ -1,0 +1,222 @@
+// The logical drives that have to be created.
+#include <algorithm>
+#include <cstring>
+
+#include "config/import_set.h"
+#include "snapshot/text.h"
+#include "snapshot/words.h"
+#include "tools/restore/planning.h"
+#include "util/result.h"
+
+using MemberPlaces = std::vector<MemberPlace>;
+
+// The drive's extent that is a member of the array. Its spares carry the same array ID.
+static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId) {
+    for (const ExtentEntry& extent : extents(drive.info))
+        if (extent.arrayId == arrayId && (extent.assignment & kExtentAssigned) != 0)
+            return &extent;
+    return nullptr;
+}
+
+// Where the members of a logical drive are, in their order. False: one of them has no extent.
+static bool findMembers(const Controller& controller, const LogicalDrive& array, MemberPlaces* places) {
+    for (int i = 0; i < boundedMemberCount(array.info); ++i) {
+        const std::uint32_t number = array.info.memberIds[i] + 1u;
+        const Drive* drive = findDrive(controller, number);
+        const ExtentEntry* extent = drive != nullptr ? memberExtent(*drive, array.info.arrayId) : nullptr;
+        if (extent == nullptr)
+            return false;
+        places->push_back({number, 0, extent->start, extent->size});
+    }
+    return !places->empty();
+}
+
+static void mapPlaces(const Planning& planning, MemberPlaces* places) {
+    for (MemberPlace& place : *places)
+        if (const Drive* drive = presentDrive(planning, place.savedDrive))
+            place.drive = drive->number;
+}
+
+static bool haveSameGeometry(const LogDrvInfo& a, const LogDrvInfo& b) {
+    return a.raidLevel == b.raidLevel && a.sectorCount == b.sectorCount && a.stripeBlocks == b.stripeBlocks &&
+           a.sectorSize == b.sectorSize && a.parityCount == b.parityCount && a.symmetric == b.symmetric &&
+           a.shift == b.shift && a.subArrayCount == b.subArrayCount && a.diskCount == b.diskCount;
+}
+
+static bool isAt(const Planning& planning, const LogicalDrive& array, const MemberPlaces& places) {
+    MemberPlaces found;
+    if (!findMembers(planning.now, array, &found) || found.size() != places.size())
+        return false;
+    return std::equal(
+        found.begin(), found.end(), places.begin(), [](const MemberPlace& here, const MemberPlace& saved) {
+            return here.savedDrive == saved.drive && here.start == saved.start && here.size == saved.size;
+        });
+}
+
+// The logical drive that is there already, whatever its ID and name.
+static const LogicalDrive* findInPlace(const Planning& planning, const LogicalDrive& saved,
+                                       const MemberPlaces& places) {
+    for (const LogicalDrive& drive : planning.now.logicalDrives)
+        if (haveSameGeometry(drive.info, saved.info) && isAt(planning, drive, places))
+            return &drive;
+    return nullptr;
+}
+
+// The adapter gives the lowest ID that is free.
+static std::uint32_t nextId(const Planning& planning) {
+    std::uint32_t id = 0;
+    while (planning.takenIds.count(id) != 0)
+        ++id;
+    return id;
+}
+
+static void noteId(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
+    planning->ids[saved.info.arrayId] = id;
+    if (id != saved.info.logDrvId)
+        planning->plan.notes.push_back(arrayName(saved, saved.info.logDrvId) +
+                                       " of the backup is logical drive " + std::to_string(id) + " here");
+}
+
+static std::string describe(const LogicalDrive& drive) {
+    return arrayName(drive, drive.info.logDrvId) + ", " + raidLevelText(drive.info.raidLevel) + " of " +
+           std::to_string(drive.info.sectorCount) + " sectors";
+}
+
+static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
+    for (const LogicalDrive& drive : planning->now.logicalDrives)
+        if (drive.info.logDrvId == saved.info.logDrvId) {
+            planning->plan.obstacles.push_back("a different array is in place: " + describe(drive) +
+                                               "; the backup has " + describe(saved));
+            return false;
+        }
+    return true;
+}
+
+// Every drive and every stretch of sectors is looked at, so that all obstacles are known at once.
+static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    bool allFree = true;
+    for (const MemberPlace& place : places) {
+        if (!isUsable(planning, place.savedDrive)) {
+            allFree = false;
+            if (planning->refused.count(place.savedDrive) == 0)
+                planning->plan.obstacles.push_back(driveName(place.savedDrive) + " is left out, but " +
+                                                   arrayName(saved, saved.info.logDrvId) + " needs it");
+            continue;
+        }
+        const std::string obstacle =
+            obstacleToStretch(planning->layouts[place.drive], place.start, place.size);
+        if (!obstacle.empty())
+            planning->plan.obstacles.push_back(driveName(place.drive) + " " + printable(obstacle) + "; " +
+                                               arrayName(saved, saved.info.logDrvId) + " was there");
+        allFree = allFree && obstacle.empty();
+    }
+    return allFree;
+}
+
+static LogDrvConfigRecord recordOf(const Planning& planning, const LogicalDrive& saved) {
+    LogDrvConfigRecord record = {};
+    record.controller = static_cast<int>(planning.now.id);
+    const std::string name(fieldText(saved.info.name));
+    std::memcpy(record.name, name.data(), std::min(name.size(), sizeof record.name - 1));
+    record.sectorCount = saved.info.sectorCount;
+    record.sectorSize = static_cast<int>(saved.info.sectorSize);
+    record.stripeSize = static_cast<int>(saved.info.stripeBlocks);
+    record.raidLevel = saved.info.raidLevel;
+    record.memberCount = boundedMemberCount(saved.info);
+    record.parityCount = saved.info.parityCount;
+    record.symmetric = saved.info.symmetric;
+    record.shift = saved.info.shift;
+    record.subArrayCount = saved.info.subArrayCount;
+    return record;
+}
+
+// Splits where extents have to begin, and, as a JBOD takes all of them, where they end.
+static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
+                           LogDrvConfigRecord* record) {
+    for (const MemberPlace& place : places)
+        if (!splitAt(planning, place.drive, place.start) ||
+            (saved.info.raidLevel == kJbod && !splitAt(planning, place.drive, place.start + place.size)))
+            return false;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        Layout& layout = planning->layouts[places[i].drive];
+        const std::size_t index = findRegion(layout, places[i].start);
+        record->memberIds[i] = static_cast<int>(places[i].drive);
+        record->extents[i] = static_cast<int>(index);
+    }
+    return true;
+}
+
+// What the command would make of the record has to be what was saved.
+static bool isCreatable(const LogicalDrive& saved, const LogDrvConfigRecord& record) {
+    CreateArrayRequest request = {};
+    if (static_cast<std::size_t>(record.memberCount) > kMaxTypedMembers ||
+        PhraseCreateOnExtents(record, &request) != Result::done)
+        return false;
+    const std::string_view name = fieldText(request.name);
+    return name == fieldText(saved.info.name) && request.raidLevel == saved.info.raidLevel &&
+           request.stripeSize == saved.info.stripeBlocks && request.sectorSize == saved.info.sectorSize &&
+           request.memberCount == saved.info.diskCount &&
+           (request.raidLevel == kJbod || request.capacity == saved.info.sectorCount);
+}
+
+static void addCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
+                        const LogDrvConfigRecord& record) {
+    Step step;
+    step.kind = StepKind::create;
+    step.arrayRecord = record;
+    const std::uint32_t id = nextId(*planning);
+    step.text = "create " + arrayName(saved, id) + ": " + raidLevelText(saved.info.raidLevel) + " of " +
+                std::to_string(saved.info.sectorCount) + " sectors on";
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto index = static_cast<std::size_t>(record.extents[i]);
+        step.text += (i == 0 ? " " : ", ") + driveName(places[i].drive) + " extent " + std::to_string(index) +
+                     " (" + std::to_string(places[i].size) + " sectors from " +
+                     std::to_string(places[i].start) + ")";
+        takeRegion(&planning->layouts[places[i].drive], index, places[i].size, arrayName(saved, id));
+    }
+    planning->plan.steps.push_back(step);
+    planning->takenIds.insert(id);
+    noteId(planning, saved, id);
+}
+
+static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    LogDrvConfigRecord record = recordOf(*planning, saved);
+    if (!isIdFree(planning, saved) || !arePlacesFree(planning, saved, places) ||
+        !prepareExtents(planning, saved, places, &record))
+        return;
+    if (isCreatable(saved, record))
+        addCreation(planning, saved, places, record);
+    else
+        planning->plan.obstacles.push_back(describe(saved) +
+                                           " cannot be created by a command: its name, its stripe, its "
+                                           "sector size or its number of members");
+    if ((saved.info.functionalStatus & kOnline) == 0 || saved.lostMask.value_or(0) != 0)
+        planning->plan.notes.push_back(arrayName(saved, saved.info.logDrvId) +
+                                       " was not complete when it was saved; it is created complete");
+}
+
+static void planArray(Planning* planning, const LogicalDrive& saved) {
+    MemberPlaces places;
+    if (!findMembers(planning->saved, saved, &places)) {
+        planning->plan.obstacles.push_back(arrayName(saved, saved.info.logDrvId) +
+                                           " had lost a member when it was saved: where that was is not "
+                                           "known; an earlier backup may know it");
+        return;
+    }
+    mapPlaces(*planning, &places);
+    if (const LogicalDrive* present = findInPlace(*planning, saved, places))
+        noteId(planning, saved, present->info.logDrvId);
+    else
+        planCreation(planning, saved, places);
+}
+
+void planArrays(Planning* planning) {
+    std::vector<const LogicalDrive*> inOrder;
+    for (const LogicalDrive& drive : planning->saved.logicalDrives)
+        inOrder.push_back(&drive);
+    std::sort(inOrder.begin(), inOrder.end(), [](const LogicalDrive* a, const LogicalDrive* b) {
+        return a->info.logDrvId < b->info.logDrvId;
+    });
+    for (const LogicalDrive* drive : inOrder)
+        planArray(planning, *drive);
+}

@@ -1,0 +1,248 @@
+// The settings of the controller, its drives and its logical drives.
+#include <algorithm>
+
+#include "snapshot/text.h"
+#include "tools/restore/planning.h"
+
+static constexpr int kMostLookahead = 8;
+
+static std::string number(std::uint32_t value) {
+    return std::to_string(value);
+}
+
+static const char* switchWord(bool on) {
+    return on ? "enable" : "disable";
+}
+
+// The settings of a controller that are numbers, and those that are switches.
+struct NumberSetting {
+    const char* name;
+    std::uint8_t ControllerSettings::*field;
+    int CtrlConfigRecord::*record;
+};
+static constexpr NumberSetting kNumbers[] = {
+    {"sync rate", &ControllerSettings::syncRate, &CtrlConfigRecord::syncRate},
+    {"init rate", &ControllerSettings::initRate, &CtrlConfigRecord::initRate},
+    {"media patrol rate", &ControllerSettings::mpRate, &CtrlConfigRecord::mpRate},
+    {"migrate rate", &ControllerSettings::migrateRate, &CtrlConfigRecord::migrateRate},
+    {"rebuild rate", &ControllerSettings::rebuildRate, &CtrlConfigRecord::rebuildRate},
+    {"SMART poll interval", &ControllerSettings::smartPollInterval, &CtrlConfigRecord::smartPollInterval},
+    {"enclosure poll interval", &ControllerSettings::encPollInterval, &CtrlConfigRecord::encPollInterval},
+};
+struct SwitchSetting {
+    const char* name;
+    std::uint8_t ControllerSettings::*field;
+    std::uint8_t CtrlConfigRecord::*record;
+};
+static constexpr SwitchSetting kSwitches[] = {
+    {"auto rebuild", &ControllerSettings::autoRebuild, &CtrlConfigRecord::autoRebuild},
+    {"SMART check", &ControllerSettings::smartCheck, &CtrlConfigRecord::smartCheck},
+    {"rebuild policy", &ControllerSettings::rebuildPolicy, &CtrlConfigRecord::rebuildPolicy},
+};
+
+static void addChange(std::string* changes, const std::string& text) {
+    *changes += (changes->empty() ? "" : ", ") + text;
+}
+
+// A rate of 0 cannot be set: the present one stays.
+static void planNumbers(Planning* planning, CtrlConfigRecord* record, std::string* changes) {
+    for (const NumberSetting& row : kNumbers) {
+        const std::uint8_t saved = *planning->saved.settings.*row.field;
+        const std::uint8_t now = *planning->now.settings.*row.field;
+        const bool settable = saved != 0;
+        record->*row.record = settable ? saved : now;
+        if (saved != now && settable)
+            addChange(changes, std::string(row.name) + " " + number(saved));
+        if (saved != now && !settable)
+            planning->plan.notes.push_back(std::string("the ") + row.name + " was 0, which cannot be set");
+    }
+}
+
+static void planSettings(Planning* planning) {
+    Step step;
+    step.kind = StepKind::controller;
+    step.controllerRecord.setIndex = static_cast<int>(planning->now.id);
+    std::string changes;
+    planNumbers(planning, &step.controllerRecord, &changes);
+    for (const SwitchSetting& row : kSwitches) {
+        const bool saved = (*planning->saved.settings.*row.field) != 0;
+        step.controllerRecord.*row.record = saved ? 1 : 0;
+        if (saved != ((*planning->now.settings.*row.field) != 0))
+            addChange(&changes, std::string(row.name) + " " + switchWord(saved));
+    }
+    step.text = "set controller " + number(planning->now.id) + ": " + changes;
+    if (!changes.empty())
+        planning->plan.steps.push_back(step);
+}
+
+void planController(Planning* planning) {
+    const Controller& saved = planning->saved;
+    const Controller& now = planning->now;
+    if (saved.settings && now.settings)
+        planSettings(planning);
+    else
+        planning->plan.notes.push_back("the settings of the controller could not be read; they stay");
+    if (saved.buzzer && now.buzzer && (*saved.buzzer != 0) != (*now.buzzer != 0)) {
+        const char* word = switchWord(*saved.buzzer != 0);
+        addStep(planning, StepKind::buzzer, "set the buzzer of controller " + number(now.id) + ": " + word,
+                {"buzz", "-a", word, "-i", number(now.id)});
+    }
+}
+
+// A queueing mode that the present drive does not have cannot be set.
+static bool wantedQueueing(Planning* planning, const Drive& drive, const char* name, bool saved,
+                           bool supported) {
+    if (saved && !supported)
+        planning->plan.notes.push_back(driveName(drive.number) + " does not support " + name);
+    return saved && supported;
+}
+
+static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, const Drive& drive) {
+    const PhyDrvSettings& now = *drive.settings;
+    Step step;
+    step.kind = StepKind::drive;
+    PhyDrvConfigRecord& record = step.driveRecord;
+    record.controller = static_cast<int>(planning->now.id);
+    record.driveId = static_cast<int>(drive.number);
+    record.writeCache = saved.writeCache != 0;
+    record.ncq = wantedQueueing(planning, drive, "NCQ", saved.ncqEnabled != 0, now.ncqSupported != 0);
+    record.tcq = wantedQueueing(planning, drive, "TCQ", saved.tcqEnabled != 0, now.tcqSupported != 0);
+    std::string changes;
+    if ((now.writeCache != 0) != (record.writeCache != 0))
+        addChange(&changes, std::string("write cache ") + switchWord(record.writeCache != 0));
+    if ((now.ncqEnabled != 0) != (record.ncq != 0))
+        addChange(&changes, std::string("NCQ ") + switchWord(record.ncq != 0));
+    if ((now.tcqEnabled != 0) != (record.tcq != 0))
+        addChange(&changes, std::string("TCQ ") + switchWord(record.tcq != 0));
+    step.text = "set " + driveName(drive.number) + ": " + changes;
+    if (!changes.empty())
+        planning->plan.steps.push_back(step);
+    if ((saved.smartCheck != 0) != (now.smartCheck != 0))
+        planning->plan.notes.push_back("the SMART check of " + driveName(drive.number) +
+                                       " is set by no command; it was " + switchWord(saved.smartCheck != 0));
+}
+
+// The option is that of all drives with this model and firmware: it is set once.
+static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive,
+                      std::set<std::string>* models) {
+    const std::string model =
+        std::string(fieldText(drive.info.model)) + '\n' + std::string(fieldText(drive.info.firmware));
+    if (!saved.speed3Gb || !drive.speed3Gb || *saved.speed3Gb == *drive.speed3Gb ||
+        !models->insert(model).second)
+        return;
+    const std::string setting = std::to_string(*saved.speed3Gb);
+    addStep(
+        planning, StepKind::speed,
+        "set the 3 Gb/s option of drives like " + driveName(drive.number) + ": " + setting,
+        {"phydrv", "-a", "set3G", "-p", number(drive.number), "-i", number(planning->now.id), "-e", setting});
+}
+
+// A drive that nothing else needs is only noted when it is missing or another one.
+void planDrives(Planning* planning) {
+    std::set<std::string> models;
+    for (const Drive& saved : planning->saved.drives) {
+        const Drive* drive = presentDrive(*planning, saved.number);
+        if (drive == nullptr)
+            planning->plan.notes.push_back(driveName(saved.number) + " of the backup is not here");
+        else if (planning->drives.count(saved.number) == 0 && !hasSerialOf(saved, *drive))
+            planning->plan.notes.push_back(driveName(drive->number) + " is another drive; its settings stay");
+        else if (!saved.settings || !drive->settings)
+            planning->plan.notes.push_back("the settings of " + driveName(drive->number) +
+                                           " could not be read; they stay");
+        else {
+            planDriveSettings(planning, *saved.settings, *drive);
+            planSpeed(planning, saved, *drive, &models);
+        }
+    }
+}
+
+// The automatic mode wins over the others, as the command has it.
+static const char* policyWord(std::uint8_t flags) {
+    if ((flags & kAutoMode) != 0)
+        return "auto";
+    if ((flags & kBypass) != 0)
+        return "bypass";
+    return (flags & kWriteBack) != 0 ? "writeback" : "writethru";
+}
+
+static void addSetting(std::string* text, const std::string& key, const std::string& value) {
+    *text += (text->empty() ? "" : ",") + key + "=" + value;
+}
+
+// What is different; without a present logical drive, which is yet to be created, everything counts.
+static std::string differentSettings(const LogDrvSettings& saved, const LogDrvSettings* now) {
+    std::string text;
+    const std::string policy = policyWord(saved.cacheFlags);
+    if (now == nullptr || policy != policyWord(now->cacheFlags))
+        addSetting(&text, "writepolicy", policy);
+    if (saved.lookahead <= kMostLookahead && (now == nullptr || saved.lookahead != now->lookahead))
+        addSetting(&text, "lookahead", number(saved.lookahead));
+    const bool consolidation = saved.consolidation != 0;
+    if (now == nullptr || consolidation != (now->consolidation != 0))
+        addSetting(&text, "consolidation", switchWord(consolidation));
+    return text;
+}
+
+static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
+    const LogDrvSettings& settings = *saved.settings;
+    if (settings.lookahead > kMostLookahead)
+        planning->plan.notes.push_back(arrayName(saved, id) + ": a lookahead of " +
+                                       number(settings.lookahead) + " cannot be set");
+    const int policy = settings.cacheFlags & kWritePolicyMask;
+    if (policy != 0 && policy != kWriteBack && policy != kBypass && policy != kAutoMode)
+        planning->plan.notes.push_back(arrayName(saved, id) +
+                                       ": its write policy was a mixture, which cannot be set");
+}
+
+static const LogicalDrive* findById(const Controller& controller, std::uint32_t logDrvId) {
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        if (drive.info.logDrvId == logDrvId)
+            return &drive;
+    return nullptr;
+}
+
+// A name with a comma, or with one of the other keys, cannot be typed.
+static bool isTypableName(const std::string& name) {
+    std::string lower = name;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    for (const char* word : {",", "writepolicy", "lookahead", "consolidation"})
+        if (lower.find(word) != std::string::npos)
+            return false;
+    return name == trimmed(name) && name.size() < sizeof LogDrvSettings::name && !name.empty();
+}
+
+static void addName(Planning* planning, const LogicalDrive& saved, const LogicalDrive& now,
+                    std::string* text) {
+    const std::string name(fieldText(saved.info.name));
+    if (name == fieldText(now.info.name))
+        return;
+    if (isTypableName(name))
+        addSetting(text, "name", name);
+    else
+        planning->plan.notes.push_back(arrayName(now, now.info.logDrvId) + " was called \"" +
+                                       printable(name) + "\", a name that cannot be set");
+}
+
+void planArraySettings(Planning* planning) {
+    for (const LogicalDrive& saved : planning->saved.logicalDrives) {
+        const auto id = planning->ids.find(saved.info.arrayId);
+        if (id == planning->ids.end())
+            continue;
+        const LogicalDrive* now = findById(planning->now, id->second);
+        if (!saved.settings || (now != nullptr && !now->settings)) {
+            planning->plan.notes.push_back("the settings of " + arrayName(saved, id->second) +
+                                           " could not be read; they stay");
+            continue;
+        }
+        noteUnsettable(planning, saved, id->second);
+        std::string text = differentSettings(*saved.settings, now != nullptr ? &*now->settings : nullptr);
+        if (now != nullptr)
+            addName(planning, saved, *now, &text);
+        if (!text.empty())
+            addStep(planning, StepKind::array,
+                    "set logical drive " + number(id->second) + ": " + printable(text),
+                    {"logdrv", "-a", "mod", "-i", number(planning->now.id), "-l", number(id->second), "-s",
+                     text});
+    }
+}

@@ -1,0 +1,118 @@
+// Spares, and how free space is divided. The spares come last: one that is there while arrays are still
+// being created could be taken for a rebuild.
+#include "snapshot/text.h"
+#include "tools/restore/planning.h"
+
+static bool isSpare(const ExtentEntry& extent) {
+    return (extent.assignment & (kExtentGlobalSpare | kExtentDedicatedSpare)) != 0;
+}
+
+// The logical drive whose spare it is; kNoArray: any. nullopt: it is not here.
+static std::optional<std::uint32_t> ownerOf(const Planning& planning, const ExtentEntry& extent) {
+    if ((extent.assignment & kExtentGlobalSpare) != 0)
+        return kNoArray;
+    const auto id = planning.ids.find(extent.arrayId);
+    return id != planning.ids.end() ? std::optional(id->second) : std::nullopt;
+}
+
+static std::uint32_t logDrvIdOf(const Controller& controller, std::uint16_t arrayId) {
+    const LogicalDrive* array = findArray(controller, arrayId);
+    return array != nullptr ? array->info.logDrvId : kNoArray;
+}
+
+// Whether the present drive has the same spare already.
+static bool isInPlace(const Planning& planning, const Drive& drive, const ExtentEntry& wanted,
+                      std::uint32_t owner) {
+    for (const ExtentEntry& extent : extents(drive.info)) {
+        const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
+        if (extent.start == wanted.start && extent.size == wanted.size && isSpare(extent) &&
+            owner == (global ? kNoArray : logDrvIdOf(planning.now, extent.arrayId)))
+            return true;
+    }
+    return false;
+}
+
+static Step spareStep(const Planning& planning, std::uint32_t drive, std::size_t extent,
+                      std::uint32_t owner) {
+    Step step;
+    step.kind = StepKind::spare;
+    step.words = {"extent",
+                  "-a",
+                  "spare",
+                  "-p",
+                  std::to_string(drive),
+                  "-i",
+                  std::to_string(planning.now.id),
+                  "-e",
+                  std::to_string(extent)};
+    step.text = "make extent " + std::to_string(extent) + " of " + driveName(drive) + " ";
+    if (owner == kNoArray) {
+        step.text += "a global spare";
+    } else {
+        step.text += "a spare of logical drive " + std::to_string(owner);
+        step.words.insert(step.words.end(), {"-l", std::to_string(owner)});
+    }
+    return step;
+}
+
+// Adds the splits, and the spare to those that come at the end.
+static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry& saved,
+                      std::vector<Step>* spares) {
+    const auto owner = ownerOf(*planning, saved);
+    if (!owner) {
+        planning->plan.notes.push_back("a spare on " + driveName(drive.number) +
+                                       " is left out: its logical drive is not here");
+        return;
+    }
+    if (isInPlace(*planning, drive, saved, *owner))
+        return;
+    Layout& layout = planning->layouts[drive.number];
+    const std::string obstacle = obstacleToStretch(layout, saved.start, saved.size);
+    if (!obstacle.empty()) {
+        planning->plan.obstacles.push_back(driveName(drive.number) + " " + printable(obstacle) +
+                                           "; a spare was there");
+        return;
+    }
+    if (!splitAt(planning, drive.number, saved.start) ||
+        !splitAt(planning, drive.number, saved.start + saved.size))
+        return;
+    const std::size_t index = findRegion(layout, saved.start);
+    spares->push_back(spareStep(*planning, drive.number, index, *owner));
+}
+
+// Free extents that lie side by side. Where the space is used or cannot be cut, it stays as it is.
+static void divideFreeSpace(Planning* planning, const Drive& drive, const ExtentEntry& saved) {
+    const Layout& layout = planning->layouts[drive.number];
+    const std::size_t index = findRegion(layout, saved.start);
+    if (index < layout.size() && layout[index].isFree() &&
+        (saved.start - layout[index].start) % kSectorsPerMb == 0)
+        splitAt(planning, drive.number, saved.start);
+}
+
+static bool hasSpare(const Drive& drive) {
+    for (const ExtentEntry& extent : extents(drive.info))
+        if (isSpare(extent))
+            return true;
+    return false;
+}
+
+static bool isSameDrive(const Planning& planning, const Drive& saved, const Drive& drive) {
+    return planning.drives.count(saved.number) != 0 || hasSerialOf(saved, drive);
+}
+
+void planSpares(Planning* planning) {
+    std::vector<Step> spares;
+    for (const Drive& saved : planning->saved.drives) {
+        const Drive* drive = presentDrive(*planning, saved.number);
+        const bool needed = hasSpare(saved);
+        if ((needed && !isUsable(planning, saved.number)) || drive == nullptr)
+            continue;
+        for (const ExtentEntry& extent : extents(saved.info))
+            if (isSpare(extent))
+                planSpare(planning, *drive, extent, &spares);
+            else if (extentUser(planning->saved, extent).empty() && isSameDrive(*planning, saved, *drive))
+                divideFreeSpace(planning, *drive, extent);
+    }
+    for (const Step& step : spares)
+        planning->plan.steps.push_back(step);
+}

@@ -1,0 +1,54 @@
+// A plan in the making. Used by the sources of the plan only.
+#pragma once
+
+#include <set>
+
+#include "tools/restore/layout.h"
+#include "tools/restore/plan.h"
+
+inline constexpr std::uint64_t kSectorsPerMb = 2048; // in which extents are split
+
+struct Planning {
+    const Controller& saved;
+    const Controller& now;
+    const DriveMap& drives;
+    Layouts layouts;                            // as the steps so far leave them
+    std::map<std::uint16_t, std::uint32_t> ids; // logical drives here, by the saved array ID
+    std::set<std::uint32_t> takenIds;           // of logical drives here, those to be created included
+    std::set<std::uint32_t> refused;            // saved drives that cannot be used; reported once
+    Plan plan;
+};
+
+// Where something was on a saved drive, and the present drive it goes to.
+struct MemberPlace {
+    std::uint32_t savedDrive = 0, drive = 0;
+    std::uint64_t start = 0, size = 0;
+};
+
+// The present drive in the place of a saved one; nullptr: none, or left out.
+const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
+
+// Whether the drive can be used: it is there, with its serial unless it is mapped. Adds an obstacle if not,
+// unless the drive is left out.
+bool isUsable(Planning* planning, std::uint32_t savedDrive);
+
+bool hasSerialOf(const Drive& saved, const Drive& drive);
+
+std::string driveName(std::uint32_t number);                              // "drive 2"
+std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "logical drive 0 Archive"
+void addStep(Planning* planning, StepKind kind, const std::string& text,
+             const std::vector<std::string>& words);
+
+// Makes extents begin and end where they should, as far as whole megabytes allow; false: with an obstacle.
+bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector);
+
+// plan_settings.cpp
+void planController(Planning* planning);
+void planDrives(Planning* planning);
+void planArraySettings(Planning* planning);
+
+// plan_arrays.cpp
+void planArrays(Planning* planning);
+
+// plan_spares.cpp
+void planSpares(Planning* planning);

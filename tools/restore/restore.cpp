@@ -1,0 +1,175 @@
+// cli-restore: shows what has to be done so that a controller becomes as it was saved, or does it.
+#include <cstdio>
+
+#include "commands/change_lock.h"
+#include "snapshot/read.h"
+#include "snapshot/text.h"
+#include "tools/common/programs.h"
+#include "tools/restore/apply.h"
+#include "tools/restore/copy.h"
+#include "tools/restore/options.h"
+#include "tools/restore/saved.h"
+
+enum ExitStatus { kNothingLeft = 0, kCanApply = 1, kUsage = 2, kFailed = 3, kPrevented = 4, kStopped = 5 };
+
+static int complain(const std::string& problem) {
+    std::fprintf(stderr, "cli-restore: %s\n", printable(problem).c_str());
+    return kFailed;
+}
+
+static void print(const Plan& plan) {
+    int number = 0;
+    for (const Step& step : plan.steps)
+        std::printf("%d. %s\n", ++number, step.text.c_str());
+    for (const std::string& obstacle : plan.obstacles)
+        std::printf("prevented: %s\n", obstacle.c_str());
+    for (const std::string& note : plan.notes)
+        std::printf("note: %s\n", note.c_str());
+}
+
+// The same plan on simulated adapters.
+static int showOutcome(const RestoreOptions& options, const Saved& saved, const Snapshot& now,
+                       const char* argument0) {
+    std::string program = programBeside(argument0, "cli-restore-rehearse");
+    if (program.empty())
+        program = programBeside(argument0, "../libexec/cli/cli-restore-rehearse");
+    if (program.empty()) {
+        std::puts("The outcome is not shown: cli-restore-rehearse is not installed.");
+        return kCanApply;
+    }
+    std::string output;
+    const int status =
+        applyToCopy({program, saved.stem, std::to_string(*options.controller), driveMapText(options.drives)},
+                    now, &output);
+    std::printf("On a copy of these adapters:\n%s", output.c_str());
+    if (output.empty() || output.back() != '\n')
+        std::puts("");
+    if (status == kNothingLeft)
+        return kCanApply;
+    std::puts("The plan did not work on the copy.");
+    return kStopped;
+}
+
+static int showPlan(const RestoreOptions& options, const Saved& saved, const Snapshot& now, const Plan& plan,
+                    const char* argument0) {
+    print(plan);
+    if (!plan.obstacles.empty())
+        return kPrevented;
+    if (!plan.steps.empty())
+        return showOutcome(options, saved, now, argument0);
+    std::puts("There is nothing to do.");
+    return kNothingLeft;
+}
+
+static void printLeft(const Restore& restore) {
+    for (const std::string& note :
+         makePlan(restore.saved, readController(restore.controller), restore.drives).notes)
+        std::printf("note: %s\n", note.c_str());
+}
+
+static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader& header,
+                       const std::string& path) {
+    Log log;
+    std::string problem = openLog(path, &log);
+    if (problem.empty())
+        problem = addToLog(log, beginLine(header));
+    const ApplyResult result = problem.empty() ? applyPlan(restore, plan, log) : ApplyResult::failed;
+    closeLog(&log);
+    if (!problem.empty())
+        return complain(problem);
+    if (result != ApplyResult::done)
+        return result == ApplyResult::stopped ? kStopped : kFailed;
+    printLeft(restore);
+    std::printf("Controller %u is as it was saved.\n", restore.controller);
+    return kNothingLeft;
+}
+
+// An interrupted restore continues with its own drives. Another one must not be mixed with it.
+static std::string continueFrom(const RestoreOptions& options, const std::string& path, LogHeader* header,
+                                DriveMap* drives) {
+    Unfinished unfinished;
+    const std::string problem = readLog(path, &unfinished);
+    if (!problem.empty() || !unfinished.exists)
+        return problem;
+    const LogHeader& earlier = unfinished.header;
+    if (earlier.identity != header->identity || earlier.controller != header->controller)
+        return path + " is the log of an unfinished restore of another backup or controller";
+    if (options.drivesGiven && earlier.drives != header->drives)
+        return path + " is the log of an unfinished restore with --drives \"" + earlier.drives + "\"";
+    const std::string invalid = earlier.drives.empty() ? "" : readDriveMap(earlier.drives, drives);
+    if (!invalid.empty())
+        return path + ": " + invalid;
+    header->drives = earlier.drives;
+    std::printf("Continuing: %d of the steps were done.\n", unfinished.steps);
+    return "";
+}
+
+// The lock keeps commands of other sessions out while the plan is made and done.
+static int applyLocked(const RestoreOptions& options, const Saved& saved, const Controller& controller) {
+    const std::string path = !options.log.empty()
+                                 ? options.log
+                                 : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
+    Restore restore = {controller, *options.controller, options.drives};
+    LogHeader header = {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
+    const std::string problem = continueFrom(options, path, &header, &restore.drives);
+    if (!problem.empty())
+        return complain(problem);
+    const Plan plan = makePlan(controller, readController(restore.controller), restore.drives);
+    if (!plan.obstacles.empty()) {
+        print(plan);
+        return kPrevented;
+    }
+    return applyLogged(restore, plan, header, path);
+}
+
+static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snapshot* now,
+                         const char* argument0) {
+    const std::uint32_t id = *options.controller;
+    const Controller* controller = findController(saved.snapshot, id);
+    if (controller == nullptr)
+        return complain("the backup has no controller " + std::to_string(id));
+    if (id >= now->controllerCount)
+        return complain("there is no controller " + std::to_string(id));
+    if (options.apply) {
+        const int lock = lockChanges();
+        const int status = applyLocked(options, saved, *controller);
+        unlockChanges(lock);
+        return status;
+    }
+    readControllers(now);
+    const Controller* present = findController(*now, id);
+    if (present == nullptr)
+        return complain("there is no controller " + std::to_string(id));
+    const Plan plan = makePlan(*controller, *present, options.drives);
+    return showPlan(options, saved, *now, plan, argument0);
+}
+
+static int run(const RestoreOptions& options, const char* argument0) {
+    Saved saved;
+    const std::string problem = readSaved(options.file, &saved);
+    if (!problem.empty())
+        return complain(problem);
+    Snapshot now;
+    switch (openAdapters(&now)) {
+    case OpenResult::failed:
+        return complain("cannot open the adapter library");
+    case OpenResult::noController:
+        return complain("there is no controller");
+    default:
+        break;
+    }
+    const int status = restoreOpened(options, saved, &now, argument0);
+    closeAdapters();
+    return status;
+}
+
+int main(int argc, char** argv) {
+    RestoreOptions options;
+    const OptionsResult result = readRestoreOptions(argc, argv, &options);
+    if (result != OptionsResult::run)
+        return result == OptionsResult::done ? kNothingLeft : kUsage;
+    const int status = run(options, argv[0]);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return complain("cannot write to standard output");
+    return status;
+}

@@ -1,0 +1,16 @@
+// The backup that is restored from.
+#pragma once
+
+#include <string>
+
+#include "snapshot/snapshot.h"
+
+struct Saved {
+    std::string stem;     // the path without ".cfg" or ".json"
+    std::string identity; // tells one backup from another in the log
+    Snapshot snapshot;
+};
+
+// Reads both files of a backup, by the name of either, and checks that they belong together. Returns what is
+// wrong, or nothing.
+std::string readSaved(const std::string& file, Saved* saved);
