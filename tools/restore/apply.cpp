@@ -65,9 +65,9 @@ ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log) {
         std::printf("%d. %s\n", number, plan.steps[0].text.c_str());
         std::fflush(stdout);
         sigset_t before;
-        holdSignals(&before);
+        blockSignals(&before);
         const ApplyResult result = doFirstStep(restore, log, &plan);
-        releaseSignals(&before);
+        restoreSignals(&before);
         if (result != ApplyResult::done)
             return result;
     }
