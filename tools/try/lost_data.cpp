@@ -11,10 +11,14 @@ std::string nameOf(std::size_t controller, const q5sim::LogicalDrive& drive) {
 }
 
 std::string sizeText(std::uint64_t sectors) {
-    std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
-    for (std::size_t at = digits.size(); at > 3; at -= 3)
-        digits.insert(at - 3, 1, ',');
-    return digits + " MB";
+    const std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
+    std::string text;
+    for (std::size_t i = 0; i < digits.size(); i++) {
+        if (i > 0 && (digits.size() - i) % 3 == 0)
+            text += ',';
+        text += digits[i];
+    }
+    return text + " MB";
 }
 
 static const q5sim::Controller* controllerAt(const q5sim::World& world, std::size_t position) {
