@@ -171,6 +171,14 @@ static void checkEvents(const std::vector<Event>& events, const FieldPath& path)
             throw WorldError{below(below(path, "events", i), "id"), "the IDs of events must count up"};
 }
 
+static void checkSerials(std::set<std::string>& seen, const std::vector<Drive>& drives, const FieldPath& path,
+                         const char* list) {
+    for (std::size_t i = 0; i < drives.size(); i++)
+        if (!drives[i].serial.empty() && !seen.insert(drives[i].serial).second)
+            throw WorldError{below(below(path, list, i), "serial"),
+                             "an earlier drive has this serial number"};
+}
+
 static void checkController(const Controller& controller, const FieldPath& path) {
     checkDistinct(controller.enclosures, &Enclosure::id, path, "enclosures", "id");
     checkDistinct(controller.drives, &Drive::id, path, "drives", "id");
@@ -191,23 +199,14 @@ static void checkController(const Controller& controller, const FieldPath& path)
     for (std::size_t i = 0; i < controller.logicalDrives.size(); i++)
         checkArray(controller.logicalDrives[i], below(path, "logicalDrives", i));
     checkEvents(controller.events, path);
-}
-
-static void checkSerials(std::set<std::string>& seen, const std::vector<Drive>& drives, const FieldPath& path,
-                         const char* list) {
-    for (std::size_t i = 0; i < drives.size(); i++)
-        if (!drives[i].serial.empty() && !seen.insert(drives[i].serial).second)
-            throw WorldError{below(below(path, list, i), "serial"), "another drive has this serial number"};
+    std::set<std::string> serials;
+    checkSerials(serials, controller.drives, path, "drives");
+    checkSerials(serials, controller.pulledDrives, path, "pulledDrives");
 }
 
 void checkWorld(const World& world) {
-    std::set<std::string> serials;
-    for (std::size_t i = 0; i < world.controllers.size(); i++) {
-        const FieldPath path = below({}, "controllers", i);
-        checkController(world.controllers[i], path);
-        checkSerials(serials, world.controllers[i].drives, path, "drives");
-        checkSerials(serials, world.controllers[i].pulledDrives, path, "pulledDrives");
-    }
+    for (std::size_t i = 0; i < world.controllers.size(); i++)
+        checkController(world.controllers[i], below({}, "controllers", i));
 }
 
 } // namespace q5sim
