@@ -37,7 +37,7 @@ std::string writeWorldCopy(const std::string& path, const World& world) {
     const int lock = lockDirectoryOf(file.c_str(), kLockSeconds);
     if (lock < 0)
         return failure(path);
-    const std::string problem = replaceFile(file, worldToJson(world)) ? "" : failure(path);
+    std::string problem = replaceFile(file, worldToJson(world)) ? "" : failure(path);
     unlockDirectory(lock);
     return problem;
 }
