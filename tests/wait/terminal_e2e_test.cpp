@@ -161,6 +161,21 @@ TEST_F(WaitTerminal, PrintsPlainLinesWhereItCannotMoveTheCursor) {
                                                        ""}));
 }
 
+// The display of an unfinished activity becomes a line that stays.
+TEST_F(WaitTerminal, LeavesTheLastPercentage) {
+    simulate("advance 100");
+    EXPECT_EQ(run("-l 0 --timeout 0"), (ProcessOutcome{3,
+                                                       "rebuild of " + kArchive +
+                                                           " of controller 0: 51%\r\n"
+                                                           "cli-wait: timed out after 0 seconds\r\n",
+                                                       ""}));
+}
+
+TEST_F(WaitTerminal, NamesControllersWhereSeveralAreSelected) {
+    simulateAfter(kHide + "controller 0: rebuild of " + kArchive + "  [", "advance --until-idle");
+    EXPECT_EQ(run("--every 0.1").status, 0);
+}
+
 TEST_F(WaitTerminal, PrintsNothingWhenQuiet) {
     simulate("advance --until-idle");
     EXPECT_EQ(run("-q -l 0"), (ProcessOutcome{0, "", ""}));

@@ -172,7 +172,8 @@ TEST_F(WaitWorlds, DiesOfASignal) {
             script(": >out; : >err; env --default-signal=INT cli-wait -l 0 >out & "
                    "await ': 0%'; kill -" +
                    std::string(name) + " $!; wait $!; status=$?; cat out; exit $status");
-        EXPECT_EQ(outcome, (ProcessOutcome{128 + number, "rebuild of " + kArchive + ": 0%\n", ""})) << name;
+        EXPECT_EQ(outcome.status, 128 + number);
+        EXPECT_EQ(outcome.out, "rebuild of " + kArchive + ": 0%\n") << name;
     }
 }
 

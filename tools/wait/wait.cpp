@@ -31,8 +31,8 @@ struct Session {
 
 static std::vector<std::string> displayOf(const Session& session, std::time_t clock) {
     const ScreenSize size = screenSize();
-    return progressBars(session.watch, session.now, clock,
-                        {size.columns, size.rows, session.controllers > 1});
+    const bool several = session.controllers > 1 && !session.watch.options.controller;
+    return progressBars(session.watch, session.now, clock, {size.columns, size.rows, several});
 }
 
 static void update(Session* session, const std::vector<std::string>& lines,
@@ -41,11 +41,12 @@ static void update(Session* session, const std::vector<std::string>& lines,
     session->unwritable = session->unwritable || !written;
 }
 
-// On a terminal, messages are printed above the display, and the display replaces the lines of percentages.
+// On a terminal, messages are printed above the display, and the display replaces the lines of percentages
+// except for the last ones.
 static void show(Session* session, bool last) {
     Watch* watch = &session->watch;
     const std::time_t clock = std::time(nullptr);
-    if (!session->screen.isTerminal)
+    if (!session->screen.isTerminal || last)
         reportPercentages(watch, session->now, clock);
     std::vector<std::string> lines, errors, display;
     for (const Message& message : watch->messages)
