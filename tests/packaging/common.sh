@@ -27,7 +27,7 @@ same() {
 # Copies the products of a build to the build directory configured in $stage/build.
 products_of() {
     mkdir -p "$stage/build/bin" "$stage/build/packaging"
-    cp "$1/bin/q5sim" "$stage/build/bin/"
+    cp "$1/bin/q5sim" "$1/bin/cli-try-report" "$1/bin/cli-restore-rehearse" "$stage/build/bin/"
     cp -R "$1/lib" "$stage/build/"
     cp -R "$1/packaging/products" "$stage/build/packaging/"
 }
