@@ -16,18 +16,14 @@ static constexpr OptionTable kTable = {
     "Exit status: 0 captured, 1 captured in part, 2 usage, 3 not captured.\n"
     "The manual is cli-capture(8).\n"};
 
-static OptionsResult applyOption(const OptionRow& row, const char* argument, Options* options) {
-    if (row.letter == 'a') {
-        options->anonymous = true;
+OptionsResult readCaptureOptions(int argc, char** argv, CaptureOptions* options) {
+    return readOptionTable(kTable, argc, argv, [&](const OptionRow& row, const char* argument) {
+        if (row.letter == 'a')
+            options->anonymous = true;
+        else if (*argument != '\0')
+            options->output = argument;
+        else
+            return refuseOptions(kTable, "--output needs the name of a file");
         return OptionsResult::run;
-    }
-    options->output = argument;
-    return options->output.empty() ? refuseOptions(kTable, "--output needs the name of a file")
-                                   : OptionsResult::run;
-}
-
-OptionsResult readOptions(int argc, char** argv, Options* options) {
-    return readOptionTable(kTable, argc, argv, [options](const OptionRow& row, const char* argument) {
-        return applyOption(row, argument, options);
     });
 }

@@ -5,10 +5,10 @@
 
 #include "tools/common/option_table.h"
 
-struct Options {
+struct CaptureOptions {
     std::string output; // empty: standard output
     bool anonymous = false;
 };
 
 // Reads the command line. done: --help or --version was answered; usage: it was refused with a message.
-OptionsResult readOptions(int argc, char** argv, Options* options);
+OptionsResult readCaptureOptions(int argc, char** argv, CaptureOptions* options);
