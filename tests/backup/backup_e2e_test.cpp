@@ -71,9 +71,9 @@ TEST_F(Backup, PrintsChangedExtents) {
 // Two in one second, or a clock that was set back: the order of the names remains that of the backups.
 TEST_F(Backup, IsNamedAfterTheNewestBackup) {
     backup();
-    const std::string host = newest().substr(0, newest().size() - 16);
+    const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
     for (const char* suffix : {".cfg", ".json"})
-        std::filesystem::rename(session.path(newest() + suffix),
+        std::filesystem::rename(session.path(saved + suffix),
                                 session.path(host + "29991231T235959Z" + suffix));
     changeRate(77);
     backup();

@@ -45,6 +45,7 @@ TEST_F(Restore, AppliesThePlan) {
     EXPECT_EQ(now["drives"], saved["drives"]);
 }
 
+// The new logical drive has the settings of the old one already: three steps are left of four.
 TEST_F(Restore, LogsEachStep) {
     blank(&controller());
     ASSERT_EQ(restoreIn(world, {"--apply"}).status, 0);
@@ -55,7 +56,7 @@ TEST_F(Restore, LogsEachStep) {
         words.push_back(line.substr(21, line.find(' ', 21) - 21));
     }
     EXPECT_EQ(words, (std::vector<std::string>{"begin", "step", "done", "step", "done", "step", "done",
-                                               "step", "done", "finished"}));
+                                               "finished"}));
 }
 
 TEST_F(Restore, RestoresSettingsAlone) {
@@ -341,7 +342,7 @@ struct RestoreWorlds : Restore {
             return;
         }
         EXPECT_EQ(outcome.status, 0) << outcome;
-        EXPECT_EQ(comparable(status(), id).dump(1), comparable(before, id).dump(1)) << outcome;
+        EXPECT_EQ(Json::diff(comparable(before, id), comparable(status(), id)).dump(), "[]") << outcome;
         ++restored;
     }
 };

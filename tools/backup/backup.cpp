@@ -61,10 +61,7 @@ static std::string takeSnapshot(Snapshot* snapshot) {
     }
 }
 
-// The last line that cli printed.
-static std::string lastLine(const std::string& path) {
-    std::string text;
-    readFile(path, &text);
+static std::string lastLine(std::string text) {
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
     const std::size_t start = text.rfind('\n');
@@ -72,10 +69,11 @@ static std::string lastLine(const std::string& path) {
 }
 
 static std::string exportConfiguration(const Store& store, const std::string& cli, std::string* text) {
-    const std::string path = workPath(store, "new.cfg"), output = workPath(store, "output");
+    const std::string path = workPath(store, "new.cfg");
+    std::string output;
     unlink(path.c_str());
     const int status =
-        runProgram({cli, {"export", "-t", "1 2 3", "-f", "new.cfg"}, store.work, output, store.lock});
+        runProgram({cli, {"export", "-t", "1 2 3", "-f", "new.cfg"}, store.work, store.lock}, &output);
     if (status < 0)
         return "cannot run " + cli;
     if (status != 0)

@@ -55,18 +55,17 @@ std::string programBeside(const char* argument0, const char* name) {
     return isProgram(beyond) ? beyond : "";
 }
 
-static bool replaceStream(const char* path, int flags, int stream) {
-    const int file = open(path, flags | O_NOFOLLOW, 0666);
-    const bool replaced = file >= 0 && dup2(file, stream) >= 0;
+static bool readNothing() {
+    const int file = open("/dev/null", O_RDONLY);
+    const bool replaced = file >= 0 && dup2(file, STDIN_FILENO) >= 0;
     if (file > STDERR_FILENO)
         close(file);
     return replaced;
 }
 
-[[noreturn]] static void becomeProgram(const ProgramRun& run, char* const* words) {
-    const bool ready = replaceStream("/dev/null", O_RDONLY, STDIN_FILENO) &&
-                       replaceStream(run.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO) &&
-                       dup2(STDOUT_FILENO, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
+[[noreturn]] static void becomeProgram(const ProgramRun& run, char* const* words, int output) {
+    const bool ready = readNothing() && dup2(output, STDOUT_FILENO) >= 0 &&
+                       dup2(output, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
                        (run.inherited < 0 || fcntl(run.inherited, F_SETFD, 0) == 0);
     for (const auto& [name, value] : run.variables)
         setenv(name.c_str(), value.c_str(), 1);
@@ -75,21 +74,50 @@ static bool replaceStream(const char* path, int flags, int stream) {
     _exit(127);
 }
 
-int runProgram(const ProgramRun& run) {
+static void readAll(int file, std::string* text) {
+    char buffer[4096];
+    for (;;) {
+        const ssize_t count = read(file, buffer, sizeof buffer);
+        if (count > 0)
+            text->append(buffer, static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            return;
+    }
+}
+
+static int waitFor(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0)
+        if (errno != EINTR)
+            return -1;
+    if (WIFSIGNALED(status))
+        return 128 + WTERMSIG(status);
+    return WEXITSTATUS(status) == 127 ? -1 : WEXITSTATUS(status);
+}
+
+// Closed in the program that is run: its streams are copies.
+static bool openPipe(int (&ends)[2]) {
+    return pipe(ends) == 0 && fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 &&
+           fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;
+}
+
+int runProgram(const ProgramRun& run, std::string* output) {
     std::string program = run.program;
     std::vector<std::string> words = run.words;
     std::vector<char*> arguments = {program.data()};
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
+    int ends[2];
+    output->clear();
+    if (!openPipe(ends))
+        return -1;
     const pid_t child = fork();
     if (child == 0)
-        becomeProgram(run, arguments.data());
-    int status = 0;
-    while (child > 0 && waitpid(child, &status, 0) < 0)
-        if (errno != EINTR)
-            return -1;
-    if (child < 0 || (WIFEXITED(status) && WEXITSTATUS(status) == 127))
-        return -1;
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+        becomeProgram(run, arguments.data(), ends[1]);
+    close(ends[1]);
+    if (child > 0)
+        readAll(ends[0], output);
+    close(ends[0]);
+    return child > 0 ? waitFor(child) : -1;
 }

@@ -13,11 +13,10 @@ struct ProgramRun {
     std::string program;
     std::vector<std::string> words;
     std::string directory; // to run it in
-    std::string output;    // the file that takes its standard output and standard error
     int inherited = -1;    // a file descriptor that it keeps open, besides the standard ones
     std::vector<std::pair<std::string, std::string>> variables = {}; // added to its environment
 };
 
-// Runs it to its end, without standard input. Returns its exit status, 128 plus the number of the signal that
-// ended it, or -1 when it cannot be started.
-int runProgram(const ProgramRun& run);
+// Runs it to its end, without standard input, and collects its standard output and standard error. Returns
+// its exit status, 128 plus the number of the signal that ended it, or -1 when it cannot be started.
+int runProgram(const ProgramRun& run, std::string* output);

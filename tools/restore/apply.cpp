@@ -13,16 +13,24 @@ static bool mayVanish(const Step& step) {
     return step.kind == StepKind::array;
 }
 
+// For the same reason, what such a step sets may be less than planned. Its text begins with the logical
+// drive.
+static bool isSameStep(const Step& a, const Step& b) {
+    return a.kind == b.kind && (a.kind == StepKind::array
+                                    ? a.text.substr(0, a.text.find(':')) == b.text.substr(0, b.text.find(':'))
+                                    : a.text == b.text);
+}
+
 // Compares the new plan with what was to be left of the old one. Returns the first difference, or nothing.
 static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
     if (!plan.obstacles.empty())
         return plan.obstacles[0];
     std::size_t next = 1;
     for (const Step& step : plan.steps) {
-        while (next < wanted.steps.size() && wanted.steps[next].text != step.text &&
+        while (next < wanted.steps.size() && !isSameStep(wanted.steps[next], step) &&
                mayVanish(wanted.steps[next]))
             ++next;
-        if (next >= wanted.steps.size() || wanted.steps[next].text != step.text)
+        if (next >= wanted.steps.size() || !isSameStep(wanted.steps[next], step))
             return "still to do: " + step.text;
         ++next;
     }

@@ -31,14 +31,10 @@ static int runIn(const std::string& directory, const CopyRun& run, std::int64_t 
         program.words.insert(program.words.end(), {"--drives", run.drives});
     program.words.insert(program.words.end(), {"--", absolutePath(run.file)});
     program.directory = directory;
-    program.output = directory + "/output";
     program.variables = {{"Q5SIM_WORLD", directory + "/world.json"}, {"Q5SIM_NOW", std::to_string(time)}};
-    const int status = runProgram(program);
-    output->clear();
+    const int status = runProgram(program, output);
     if (status < 0)
         *output = "cannot run " + run.program;
-    else
-        readFile(program.output, output);
     return status;
 }
 

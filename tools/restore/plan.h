@@ -15,7 +15,7 @@ enum class StepKind { controller, buzzer, drive, speed, split, create, array, sp
 
 struct Step {
     StepKind kind = StepKind::controller;
-    std::string text;               // what it does; equal steps have equal texts
+    std::string text;               // what it does
     std::vector<std::string> words; // of the command, for the kinds without a record
     CtrlConfigRecord controllerRecord = {};
     PhyDrvConfigRecord driveRecord = {};
@@ -29,6 +29,6 @@ struct Plan {
 };
 
 // Compares the saved controller with the present one. Nothing in the plan deletes or frees anything. Done
-// step by step, the plan shrinks by its first step each time; a step that sets an array may turn out to be
-// unnecessary.
+// step by step, the plan shrinks by its first step each time. Only steps that set a logical drive may change:
+// the settings of one that is yet to be created are not known, and may turn out to be right.
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives);
