@@ -109,7 +109,8 @@ import re
 from ansible.module_utils.basic import AnsibleModule
 from ansible_collections.sataraid.cli.plugins.module_utils import programs
 
-SAVED, WARNING = 0, 1  # other exit statuses mean that nothing was saved
+SAVED = 0
+WARNING = 1  # saved too; any other exit status means that nothing was
 STEM = re.compile(r"(.+)-(\d{8}T\d{6}Z)\.cfg")
 
 

@@ -124,7 +124,7 @@ def target_of(controller, drive):
     number = drive["info"]["logDrvId"]
     return {"name": f"logical drive {number} of controller "
                     f"{controller['id']}",
-            "identity": drive["info"]["memberIds"],
+            "identity": drive["info"]["arrayId"],
             "controller": controller["id"],
             "number": number,
             "battery": controller["battery"],
