@@ -19,7 +19,7 @@ FORKS = os.environ.get("FLEET_FORKS", "4")
 NAMES = [f"h{number:03}" for number in range(HOSTS)]
 SMART, BATTERY, FIRMWARE, HOSTILE = NAMES[1:5]
 REFUSING = NAMES[HOSTS * 2 // 5]
-WAVES = ["10%", "20%", "40%", "100%"]
+WAVES = ["10%", "20%", "30%", "100%"]
 HOSTILE_NAME = "<script>alert(1)</script>{{ 7 * 6 }}"
 
 POLICY = {
@@ -66,7 +66,6 @@ def write_inventory():
         "ansible_connection": "local",
         "ansible_python_interpreter": sys.executable,
         "sataraid_become": False, "sataraid_settle": 0,
-        "sataraid_waves": WAVES,
         "sataraid_cli_path": str(WORK.programs / "cli-rehearse"),
         "sataraid_status_path": str(WORK.programs / "cli-status"), **POLICY}
     (WORK.path / "inventory.json").write_text(json.dumps(
@@ -76,8 +75,8 @@ def write_inventory():
 def play(name, *more, variables=None):
     words = ["-i", WORK.path / "inventory.json", "-f", FORKS,
              f"sataraid.cli.{name}", *more]
-    if variables is not None:
-        words += ["-e", json.dumps(variables)]
+    words += ["-e", json.dumps({"sataraid_waves": WAVES,
+                                **(variables or {})})]
     return WORK.playbook(*words)
 
 
