@@ -51,7 +51,7 @@ class Workspace:
     """A directory that goes away in the end."""
 
     def __init__(self, programs):
-        self.programs = Path(programs)
+        self.programs = Path(programs).resolve()
         self._directory = tempfile.TemporaryDirectory(prefix="ansible-test-")
         self.path = Path(self._directory.name)
         self.collection = (self.path / "ansible_collections" / "sataraid"
