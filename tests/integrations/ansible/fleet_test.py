@@ -200,6 +200,8 @@ class FleetTest(unittest.TestCase):
         status, output, results = play("rollout")
         self.assertEqual(status, 0, output)
         self.assertEqual(set(workspace.recap(output)), set(NAMES))
+        self.assertFalse([one for one in results
+                          if "snapshot" in one["result"]])
         self.assertEqual(changed_hosts(output), set())
         self.assertEqual(worlds(), before)
 

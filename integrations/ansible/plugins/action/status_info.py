@@ -4,6 +4,7 @@ import os
 import tempfile
 
 from ansible.errors import AnsibleActionFail
+from ansible.module_utils.parsing.convert_bool import boolean
 from ansible.plugins.action import ActionBase
 from ansible_collections.sataraid.cli.plugins.module_utils import names
 
@@ -23,19 +24,27 @@ def replace_file(path, text):
         raise
 
 
+def save(directory, host, snapshot):
+    """The file that holds the snapshot now."""
+    path = os.path.join(os.path.expanduser(directory),
+                        names.file_name(host) + ".json")
+    try:
+        replace_file(path, json.dumps(snapshot))
+    except OSError as error:
+        raise AnsibleActionFail(f"cannot save {path}: {error}")
+    return path
+
+
 class ActionModule(ActionBase):
     def run(self, tmp=None, task_vars=None):
         result = super().run(tmp, task_vars)
         result.update(self._execute_module(task_vars=task_vars))
-        directory = self._task.args.get("save")
-        if result.get("failed") or directory is None or \
-                self._play_context.check_mode:
+        if "snapshot" not in result:
             return result
-        host = names.file_name(task_vars["inventory_hostname"])
-        path = os.path.join(os.path.expanduser(directory), host + ".json")
-        try:
-            replace_file(path, json.dumps(result["snapshot"]))
-        except OSError as error:
-            raise AnsibleActionFail(f"cannot save {path}: {error}")
-        result["saved"] = path
+        directory = self._task.args.get("save")
+        if directory is not None and not self._play_context.check_mode:
+            result["saved"] = save(directory, task_vars["inventory_hostname"],
+                                   result["snapshot"])
+        if not boolean(self._task.args.get("full", True)):
+            del result["snapshot"]
         return result

@@ -3,20 +3,21 @@
 DOCUMENTATION = r"""
 name: new_problems
 author: the cli developers
-short_description: What got worse between two snapshots
+short_description: What got worse between two states
 description:
-  - Lists the problems of the later of two snapshots that the earlier one does
+  - Lists the problems of the later of two states that the earlier one does
     not have. Findings of severity C(info) are no problems.
   - A finding is the same if rule and object are. It is new again if its
     severity has risen, or if an object has more findings of the rule.
 positional: _input, earlier
 options:
   _input:
-    description: The later snapshot, from M(sataraid.cli.status_info).
+    description:
+      - The later result of M(sataraid.cli.status_info), or its snapshot.
     type: dict
     required: true
   earlier:
-    description: The earlier snapshot.
+    description: The earlier one.
     type: dict
     required: true
 """
@@ -24,7 +25,7 @@ options:
 EXAMPLES = r"""
 - name: Stop if this host is less healthy than before
   ansible.builtin.assert:
-    that: after.snapshot | sataraid.cli.new_problems(before.snapshot) == []
+    that: after | sataraid.cli.new_problems(before) == []
 """
 
 RETURN = r"""

@@ -21,6 +21,13 @@ options:
   limits:
     description: File on the managed host with thresholds.
     type: path
+  full:
+    description:
+      - Whether I(snapshot) is in the result. It has some 40 kB for a host
+        with twelve drives, which the control node keeps to the end of the
+        playbook.
+    type: bool
+    default: true
   save:
     description:
       - Directory on the control node where the snapshot is saved as
@@ -61,6 +68,7 @@ EXAMPLES = r"""
 - name: Collect the snapshots of all hosts for a report
   sataraid.cli.status_info:
     save: /var/lib/fleet/snapshots
+    full: false
 """
 
 RETURN = r"""
@@ -75,9 +83,14 @@ summary:
   returned: success
   type: str
   sample: 1 problem
+findings:
+  description: What is wrong, the worst first.
+  returned: success
+  type: list
+  elements: dict
 snapshot:
   description: The whole state, as C(cli-status.schema.json) describes it.
-  returned: success
+  returned: unless I(full) is false
   type: dict
 saved:
   description: File on the control node that holds the snapshot.
@@ -102,13 +115,15 @@ def main():
             "controller": {"type": "int"},
             "baseline": {"type": "path"},
             "limits": {"type": "path"},
+            "full": {"type": "bool", "default": True},
             "save": {"type": "path"}},
         supports_check_mode=True)
     programs.require_range(module, "controller", 0, 65535)
     snapshot = programs.read_snapshot(
         module, module.params["controller"], more_arguments(module))
     module.exit_json(changed=False, status=snapshot["status"],
-                     summary=snapshot["summary"], snapshot=snapshot)
+                     summary=snapshot["summary"],
+                     findings=snapshot["findings"], snapshot=snapshot)
 
 
 if __name__ == "__main__":
