@@ -37,7 +37,7 @@ static void fillReply(Random* random, unsigned density, void* reply, std::size_t
     }
 }
 
-// A list header that mostly claims a few records, so that lists of all lengths occur.
+// A list header that mostly announces a few records, so that lists of all lengths occur.
 static void fillHeader(Random* random, void* reply, std::size_t size) {
     if (size < sizeof(ReplyHeader) || oneIn(random, 8))
         return;
@@ -192,7 +192,7 @@ TEST(RandomReplies, LeaveComparisonsPrintable) {
     const Limits limits;
     for (unsigned seed = 0; seed + 1 < kSeeds; ++seed) {
         const Snapshot earlier = randomSnapshot(seed), now = randomSnapshot(seed + 1);
-        for (const Line& line : changeLines(&earlier, now, limits)) {
+        for (const Line& line : changeLines(&earlier, now, limits, nullptr)) {
             EXPECT_TRUE(isUtf8(line.text));
             EXPECT_EQ(line.text.find('\n'), std::string::npos);
         }

@@ -7,15 +7,15 @@
 #include <vector>
 
 static constexpr OptionRow kOptionRows[] = {
-    {'i', "controller", "ID", "look at this controller alone"},
-    {'v', "verbose", nullptr, "list every object, and where the manual says what to do"},
-    {'q', "quiet", nullptr, "print problems alone, and nothing when there are none"},
+    {'i', "controller", "ID", "report on this controller only"},
+    {'v', "verbose", nullptr, "list every object, and the section of the manual that says what to do"},
+    {'q', "quiet", nullptr, "print problems only, nothing if there are none"},
     {'\0', "baseline", "FILE", "compare with an earlier --json"},
     {'\0', "changes", "FILE", "print what changed since the state kept in FILE, and keep the new one"},
     {'\0', "syslog", nullptr, "send the same lines to syslog"},
-    {'\0', "limits", "FILE", "take thresholds from FILE"},
+    {'\0', "limits", "FILE", "read thresholds from FILE"},
     {'\0', "json", nullptr, "print the whole state and the findings as JSON"},
-    {'\0', "plugin", nullptr, "print what a monitoring plugin prints"},
+    {'\0', "plugin", nullptr, "print monitoring plugin output"},
     {'\0', "metrics", "[FILE]", "print metrics for Prometheus, or write them to FILE"},
     {'\0', "page", "FILE", "write an HTML page to FILE"},
     {'h', "help", nullptr, "print this help"},
@@ -88,7 +88,9 @@ static OptionsResult readController(const char* text, Options* options) {
     return OptionsResult::run;
 }
 
-static OptionsResult setFormat(Format format, const char* output, Options* options) {
+static OptionsResult setFormat(const OptionRow& row, Format format, const char* output, Options* options) {
+    if (output != nullptr && *output == '\0')
+        return refuse(std::string("--") + row.name + " needs the name of a file");
     if (options->format != Format::text && options->format != format)
         return refuse("only one of --json, --plugin, --metrics and --page can be given");
     options->format = format;
@@ -114,14 +116,13 @@ static OptionsResult applyOption(const OptionRow& row, const char* argument, Opt
                        : name == "changes" ? &options->changes
                                            : &options->limits);
     if (name == "json")
-        return setFormat(Format::json, nullptr, options);
+        return setFormat(row, Format::json, nullptr, options);
     if (name == "plugin")
-        return setFormat(Format::plugin, nullptr, options);
+        return setFormat(row, Format::plugin, nullptr, options);
     if (name == "metrics")
-        return setFormat(Format::metrics, argument, options);
+        return setFormat(row, Format::metrics, argument, options);
     if (name == "page")
-        return *argument == '\0' ? refuse("--page needs the name of a file")
-                                 : setFormat(Format::page, argument, options);
+        return setFormat(row, Format::page, argument, options);
     bool& flag = name == "verbose" ? options->verbose : name == "quiet" ? options->quiet : options->syslog;
     flag = true;
     return OptionsResult::run;
@@ -137,9 +138,11 @@ static OptionsResult answer(const OptionRow& row) {
 
 static OptionsResult checkTogether(const Options& options) {
     if (options.format != Format::text && !options.changes.empty())
-        return refuse("--changes prints text and goes with no other format");
+        return refuse("--changes cannot be combined with --json, --plugin, --metrics or --page");
     if (options.format != Format::text && (options.verbose || options.quiet))
-        return refuse("-v and -q belong to the plain text");
+        return refuse("-v and -q apply to plain text only");
+    if (options.verbose && !options.changes.empty())
+        return refuse("-v cannot be combined with --changes");
     return OptionsResult::run;
 }
 
@@ -159,6 +162,6 @@ OptionsResult readOptions(int argc, char** argv, Options* options) {
             return result;
     }
     if (optind < argc)
-        return refuse(std::string("unexpected word \"") + argv[optind] + "\"");
+        return refuse(std::string("unexpected argument \"") + argv[optind] + "\"");
     return checkTogether(*options);
 }

@@ -5,7 +5,7 @@
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// The drive of this number in the baseline, which may know more than the controller does by now.
+// The drive of this number in the baseline, which may still have what the controller no longer reports.
 static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t controllerId,
                                  std::uint32_t number) {
     const Controller* earlier =
@@ -59,7 +59,7 @@ static std::size_t countLost(const LogicalDrive& array) {
                                                   [](const Member& member) { return member.lost; }));
 }
 
-// Why no rebuild will start by itself, or has not.
+// Why no rebuild will start automatically, or has not started.
 static std::string replacementProblem(const Controller& controller, const LogicalDrive& array) {
     const std::size_t spares = countSuitableSpares(controller, array);
     const std::size_t lost = countLost(array);
