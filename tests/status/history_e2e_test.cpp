@@ -85,6 +85,21 @@ TEST_F(Baseline, ReportsTheSerialThatWasReplaced) {
            "off\n");
 }
 
+// The drive to pull is not the one at its place, which is the replacement.
+TEST_F(Baseline, ReportsAReplacementThatIsBeingRebuilt) {
+    controller()["drives"][1]["serial"] = "S9999";
+    controller()["logicalDrives"][0]["activity"] = {{"kind", "rebuild"},
+                                                    {"since", 0},
+                                                    {"doneMb", 170},
+                                                    {"totalMb", 500},
+                                                    {"targets", {{{"drive", 1}, {"position", 1}}}}};
+    expectFindings(
+        2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; the drive there now (channel 1, "
+           "enclosure 0, serial S9999) is being rebuilt as its member, last seen on channel 1, enclosure 0, "
+           "serial S0002\n");
+}
+
 TEST_F(Baseline, ReportsAMovedAndANewDrive) {
     controller()["drives"][2]["id"] = 7;
     controller()["drives"][2]["channel"] = 6;
