@@ -61,7 +61,7 @@ TEST_F(StatusOptions, HelpAndVersionEndWith0) {
 }
 
 TEST_F(StatusOptions, UsageErrorsEndWith3) {
-    expectRefused({"extra"}, "unexpected argument \"extra\"");
+    expectRefused({"extra"}, "unexpected word \"extra\"");
     expectRefused({"-i", "1x"}, "controller ID \"1x\" is not a number from 0 to 65535");
     expectRefused({"-i", ""}, "controller ID \"\" is not a number from 0 to 65535");
     expectRefused({"-i", "-1"}, "controller ID \"-1\" is not a number from 0 to 65535");

@@ -1,10 +1,5 @@
-// The option table of cli-status, and its reader.
+// The options of cli-status.
 #include "tools/status/options.h"
-
-#include <charconv>
-#include <cstdio>
-#include <cstring>
-#include <vector>
 
 static constexpr OptionRow kOptionRows[] = {
     {'i', "controller", "ID", "report on this controller only"},
@@ -22,69 +17,23 @@ static constexpr OptionRow kOptionRows[] = {
     {'V', "version", nullptr, "print the version"},
 };
 
-static constexpr int kFirstLong = 256; // getopt's value of a long option is this plus its row
-
-std::span<const OptionRow> optionRows() {
-    return kOptionRows;
-}
-
-static std::vector<option> longOptions() {
-    std::vector<option> all;
-    for (const OptionRow& row : kOptionRows) {
-        const int argument = row.argument == nullptr  ? no_argument
-                             : row.argument[0] == '[' ? optional_argument
-                                                      : required_argument;
-        all.push_back({row.name, argument, nullptr, kFirstLong + static_cast<int>(&row - kOptionRows)});
-    }
-    all.push_back({nullptr, 0, nullptr, 0});
-    return all;
-}
-
-static std::string shortOptions() {
-    std::string letters;
-    for (const OptionRow& row : kOptionRows)
-        if (row.letter != '\0')
-            letters += std::string(1, row.letter) + (row.argument != nullptr ? ":" : "");
-    return letters;
-}
-
-static void printHelp() {
-    std::puts("Usage: cli-status [OPTION]...\n"
-              "Reports whether controllers, drives and logical drives are healthy.\n");
-    for (const OptionRow& row : kOptionRows) {
-        std::string name = row.name;
-        if (row.argument != nullptr)
-            name += row.argument[0] == '[' ? "[=FILE]" : std::string("=") + row.argument;
-        if (row.letter != '\0')
-            std::printf("  -%c, --%-18s %s\n", row.letter, name.c_str(), row.help);
-        else
-            std::printf("      --%-18s %s\n", name.c_str(), row.help);
-    }
-    std::puts("\nExit status: 0 all well, 1 warning, 2 critical, 3 unknown.\n"
-              "The manual is cli-status(8).");
-}
-
-static const OptionRow* findRow(int value) {
-    if (value >= kFirstLong)
-        return &kOptionRows[value - kFirstLong];
-    for (const OptionRow& row : kOptionRows)
-        if (row.letter != '\0' && row.letter == value)
-            return &row;
-    return nullptr;
-}
+static constexpr OptionTable kTable = {
+    "cli-status", CLI_STATUS_VERSION,
+    "Usage: cli-status [OPTION]...\n"
+    "Reports whether controllers, drives and logical drives are healthy.\n",
+    kOptionRows,
+    "Exit status: 0 all well, 1 warning, 2 critical, 3 unknown.\n"
+    "The manual is cli-status(8).\n"};
 
 static OptionsResult refuse(const std::string& problem) {
-    std::fprintf(stderr, "cli-status: %s\nTry \"cli-status --help\".\n", problem.c_str());
-    return OptionsResult::usage;
+    return refuseOptions(kTable, problem);
 }
 
 static OptionsResult readController(const char* text, Options* options) {
-    std::uint32_t id = 0;
-    const char* end = text + std::strlen(text);
-    const auto [stop, error] = std::from_chars(text, end, id);
-    if (error != std::errc() || stop != end || id > UINT16_MAX)
+    std::uint64_t id = 0;
+    if (!readNumber(text, UINT16_MAX, &id))
         return refuse(std::string("controller ID \"") + text + "\" is not a number from 0 to 65535");
-    options->controller = id;
+    options->controller = static_cast<std::uint32_t>(id);
     return OptionsResult::run;
 }
 
@@ -128,14 +77,6 @@ static OptionsResult applyOption(const OptionRow& row, const char* argument, Opt
     return OptionsResult::run;
 }
 
-static OptionsResult answer(const OptionRow& row) {
-    if (row.letter == 'h')
-        printHelp();
-    else
-        std::puts("cli-status " CLI_STATUS_VERSION);
-    return OptionsResult::done;
-}
-
 static OptionsResult checkTogether(const Options& options) {
     if (options.format != Format::text && !options.changes.empty())
         return refuse("--changes cannot be combined with --json, --plugin, --metrics or --page");
@@ -147,21 +88,9 @@ static OptionsResult checkTogether(const Options& options) {
 }
 
 OptionsResult readOptions(int argc, char** argv, Options* options) {
-    const std::vector<option> all = longOptions();
-    const std::string letters = shortOptions();
-    for (int value; (value = getopt_long(argc, argv, letters.c_str(), all.data(), nullptr)) != -1;) {
-        const OptionRow* row = findRow(value);
-        if (row == nullptr) {
-            std::fputs("Try \"cli-status --help\".\n", stderr);
-            return OptionsResult::usage;
-        }
-        if (row->letter == 'h' || row->letter == 'V')
-            return answer(*row);
-        const OptionsResult result = applyOption(*row, optarg, options);
-        if (result != OptionsResult::run)
-            return result;
-    }
-    if (optind < argc)
-        return refuse(std::string("unexpected argument \"") + argv[optind] + "\"");
-    return checkTogether(*options);
+    const OptionsResult result =
+        readOptionTable(kTable, argc, argv, [options](const OptionRow& row, const char* argument) {
+            return applyOption(row, argument, options);
+        });
+    return result == OptionsResult::run ? checkTogether(*options) : result;
 }

@@ -17,16 +17,16 @@ enum class Holding { nothing, member, rebuildTarget };
 
 // What the drive of this number holds of the logical drive.
 static Holding holdingOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
-    Holding holding = Holding::nothing;
     const Drive* drive = findDrive(controller, number);
-    if (drive == nullptr)
-        return holding;
-    for (const ExtentEntry& extent : extents(drive->info))
-        if ((extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId)
-            holding = (extent.state & kExtentRebuilding) != 0 ? Holding::rebuildTarget
-                      : holding == Holding::nothing           ? Holding::member
-                                                              : holding;
-    return holding;
+    bool isMember = false;
+    if (drive != nullptr)
+        for (const ExtentEntry& extent : extents(drive->info))
+            if ((extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId) {
+                if ((extent.state & kExtentRebuilding) != 0)
+                    return Holding::rebuildTarget;
+                isMember = true;
+            }
+    return isMember ? Holding::member : Holding::nothing;
 }
 
 static std::string lastSeenText(const Drive* earlier) {
