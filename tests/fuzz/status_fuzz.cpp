@@ -25,7 +25,7 @@ static void checkFormats(const Report& report) {
     Snapshot again;
     check(snapshotFromText(formatJson(report), &again).empty());
     check(snapshotToJson(again) == snapshotToJson(report.snapshot));
-    check(changeLines(&again, report.snapshot, report.limits, nullptr).empty());
+    check(changeLines(&again, report.snapshot, report.limits).empty());
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

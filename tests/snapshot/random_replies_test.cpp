@@ -192,7 +192,7 @@ TEST(RandomReplies, LeaveComparisonsPrintable) {
     const Limits limits;
     for (unsigned seed = 0; seed + 1 < kSeeds; ++seed) {
         const Snapshot earlier = randomSnapshot(seed), now = randomSnapshot(seed + 1);
-        for (const Line& line : changeLines(&earlier, now, limits, nullptr)) {
+        for (const Line& line : changeLines(&earlier, now, limits)) {
             EXPECT_TRUE(isUtf8(line.text));
             EXPECT_EQ(line.text.find('\n'), std::string::npos);
         }

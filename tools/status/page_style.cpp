@@ -115,4 +115,4 @@ progress { width: 100%; height: 1rem; accent-color: var(--a0); }
 }
 )css";
 
-const char kPageStyleDigest[] = "eIV7bGu+LPagfjycpLx/MaMNie2ilA6ieJrmPPaRNNQ=";
+const char kPageStyleDigest[] = "wZp9mFSrnKeLg2ucY6ZYk5qvHihHGGQTCJR4be7hplw=";
