@@ -31,6 +31,7 @@ table { width: 100%; border-collapse: collapse; }
 caption { text-align: left; padding: .25rem 0; }
 th, td { padding: .3rem .45rem; border: 1px solid var(--line);
   text-align: left; vertical-align: top; }
+th { overflow-wrap: normal; }
 td:first-child { min-width: 8rem; }
 ul { margin: 0; padding: 0; list-style: none; }
 .badge { padding: 0 .45rem; border: 1px solid; border-radius: .25rem;
