@@ -2,6 +2,7 @@
 #include "simulator/world/invariants.h"
 
 #include <algorithm>
+#include <set>
 
 #include "simulator/world/array_rules.h"
 #include "simulator/world/extent_alloc.h"
@@ -29,6 +30,17 @@ static void checkFile(Findings& findings, const World& world) {
             path += (path.empty() ? "" : ".") + step;
         findings.require(false, path + ": " + error.reason);
     }
+}
+
+// Adapters can report a serial number twice, so that such a world can be read; the simulator never makes one.
+static void checkSerials(Findings& findings, const World& world) {
+    std::set<std::string> seen;
+    for (const Controller& controller : world.controllers)
+        for (const std::vector<Drive>* drives : {&controller.drives, &controller.pulledDrives})
+            for (const Drive& drive : *drives)
+                if (!drive.serial.empty())
+                    findings.require(seen.insert(drive.serial).second,
+                                     "two drives have the serial number " + drive.serial);
 }
 
 static void checkCapacity(Findings& findings, const Controller& controller) {
@@ -75,6 +87,7 @@ static void checkArray(Findings& findings, const Controller& controller, const L
 std::vector<std::string> findViolations(const World& world) {
     Findings findings;
     checkFile(findings, world);
+    checkSerials(findings, world);
     for (std::size_t i = 0; i < world.controllers.size(); i++) {
         const Controller& controller = world.controllers[i];
         findings.where = "controller " + std::to_string(i) + ": ";

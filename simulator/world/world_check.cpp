@@ -2,7 +2,6 @@
 #include "simulator/world/world_check.h"
 
 #include <algorithm>
-#include <set>
 
 #include "simulator/world/array_rules.h"
 
@@ -171,14 +170,6 @@ static void checkEvents(const std::vector<Event>& events, const FieldPath& path)
             throw WorldError{below(below(path, "events", i), "id"), "the IDs of events must count up"};
 }
 
-static void checkSerials(std::set<std::string>& seen, const std::vector<Drive>& drives, const FieldPath& path,
-                         const char* list) {
-    for (std::size_t i = 0; i < drives.size(); i++)
-        if (!drives[i].serial.empty() && !seen.insert(drives[i].serial).second)
-            throw WorldError{below(below(path, list, i), "serial"),
-                             "an earlier drive has this serial number"};
-}
-
 static void checkController(const Controller& controller, const FieldPath& path) {
     checkDistinct(controller.enclosures, &Enclosure::id, path, "enclosures", "id");
     checkDistinct(controller.drives, &Drive::id, path, "drives", "id");
@@ -199,9 +190,6 @@ static void checkController(const Controller& controller, const FieldPath& path)
     for (std::size_t i = 0; i < controller.logicalDrives.size(); i++)
         checkArray(controller.logicalDrives[i], below(path, "logicalDrives", i));
     checkEvents(controller.events, path);
-    std::set<std::string> serials;
-    checkSerials(serials, controller.drives, path, "drives");
-    checkSerials(serials, controller.pulledDrives, path, "pulledDrives");
 }
 
 void checkWorld(const World& world) {

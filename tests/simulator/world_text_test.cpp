@@ -83,12 +83,7 @@ TEST(WorldText, ChecksActivities) {
               "controllers[0].logicalDrives[0].activity.doneMb: more is done than there is to do");
 }
 
-TEST(WorldText, ChecksSerialNumbersAndEvents) {
-    const std::string drive = "{\"id\": 0, \"sectors\": 4096, \"serial\": \"S1\"}";
-    const std::string start = "{\"controllers\": [{\"drives\": [" + drive + "]";
-    EXPECT_EQ(reasonFor(start + "}, {\"drives\": [" + drive + "]}]}"), "taken");
-    EXPECT_EQ(reasonFor(start + ", \"pulledDrives\": [" + drive + "]}]}"),
-              "controllers[0].pulledDrives[0].serial: an earlier drive has this serial number");
+TEST(WorldText, ChecksEvents) {
     const std::string events = "{\"controllers\": [{\"events\": [{\"id\": 4}, {\"id\": ";
     EXPECT_EQ(reasonFor(events + "5}]}]}"), "taken");
     EXPECT_EQ(reasonFor(events + "1}]}]}"), "taken"); // after the last possible ID
@@ -228,6 +223,9 @@ TEST(WorldText, DamagedFilesDoNotCrash) {
             EXPECT_GE(error.line, 1);
             continue;
         }
+        for (q5sim::Controller& controller : world.controllers) // two of a kind are no error in a file
+            for (q5sim::Drive& drive : controller.drives)
+                drive.serial.clear();
         q5sim::advanceTo(world, kStart);
         EXPECT_EQ(q5sim::findViolations(world), std::vector<std::string>()) << text;
     }
