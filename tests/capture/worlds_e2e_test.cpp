@@ -79,6 +79,11 @@ INSTANTIATE_TEST_SUITE_P(Worlds, CapturedCase, testing::ValuesIn(statusCases()),
 // The states that the commands of a rehearsal lead to, one after another.
 class CapturedRehearsal : public testing::TestWithParam<std::string> {};
 
+// The commands of cli and q5sim: others change nothing, or wait for something.
+static bool changesWorld(const std::string& command) {
+    return command.starts_with("cli ") || command.starts_with("q5sim ");
+}
+
 static std::vector<std::string> commandsOf(const std::string& file) {
     std::istringstream lines(readFile(file));
     std::vector<std::string> commands;
@@ -102,6 +107,8 @@ TEST_P(CapturedRehearsal, ListsTheSameAfterEachCommand) {
     fs::create_symlink(std::string(PROGRAMS) + "/q5sim", session.path("q5sim"));
     session.setVariable("PATH", session.directory + ":/usr/bin:/bin");
     for (const std::string& command : commandsOf(GetParam())) {
+        if (!changesWorld(command))
+            continue;
         SCOPED_TRACE(command);
         session.program = "/bin/sh";
         session.run({"-c", command});
