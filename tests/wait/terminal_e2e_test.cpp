@@ -39,7 +39,7 @@ struct WaitTerminal : testing::Test {
         Launch launch;
         launch.words = {"/bin/sh", "-c", "stty " + size + "; " + before + "; exec '" CLI_WAIT "' " + words};
         for (const auto& [name, value] : session.variables)
-            launch.variables.push_back(name + "=" + value);
+            launch.variables.push_back(std::string(name).append("=").append(value));
         launch.directory = session.directory;
         return runOnTerminal(launch, steps);
     }
@@ -138,7 +138,7 @@ TEST_F(WaitTerminal, DrawsNothingInTheBackground) {
     before = "set -m; '" CLI_WAIT "' -l 0 --every 0.1 & '" Q5SIM "' advance --until-idle >/dev/null; wait $!";
     const ProcessOutcome outcome = run("--version");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out.find("\x1b"), std::string::npos) << outcome.out;
+    EXPECT_EQ(outcome.out.find('\x1b'), std::string::npos) << outcome.out;
     EXPECT_NE(outcome.out.find(kArchive + " of controller 0 is online\r\n"), std::string::npos);
 }
 
