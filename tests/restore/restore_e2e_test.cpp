@@ -315,6 +315,14 @@ static Json comparable(const std::string& status, std::size_t controller) {
     return kept;
 }
 
+// Only where a note says that they had bits that cannot be set.
+static void forgetCacheFlags(Json* json) {
+    for (Json& drive : (*json)["logicalDrives"])
+        for (const char* part : {"info", "settings"})
+            for (const char* key : {"writeCacheMode", "writeCacheModeText", "cacheFlags", "cacheFlagsText"})
+                drive[part].erase(key);
+}
+
 struct RestoreWorlds : Restore {
     int restored = 0, prevented = 0;
 
@@ -329,7 +337,7 @@ struct RestoreWorlds : Restore {
         Json& target = blanked["controllers"][id];
         blank(&target);
         std::string map = "200=-";
-        if (!target["drives"].empty()) {
+        if (target.contains("drives") && !target["drives"].empty()) {
             target["drives"][0]["serial"] = "REPLACED";
             const std::string number = std::to_string(target["drives"][0]["id"].get<int>() + 1);
             map = number + "=" + number;
@@ -342,7 +350,11 @@ struct RestoreWorlds : Restore {
             return;
         }
         EXPECT_EQ(outcome.status, 0) << outcome;
-        EXPECT_EQ(Json::diff(comparable(before, id), comparable(status(), id)).dump(), "[]") << outcome;
+        Json wanted = comparable(before, id), found = comparable(status(), id);
+        if (outcome.out.find("which no command sets\n") != std::string::npos)
+            for (Json* json : {&wanted, &found})
+                forgetCacheFlags(json);
+        EXPECT_EQ(Json::diff(wanted, found).dump(), "[]") << outcome;
         ++restored;
     }
 };

@@ -19,11 +19,12 @@ inline void blank(Json* controller) {
     for (const char* key : {"rates", "autoRebuild", "rebuildPolicy", "smartCheck", "smartPollMinutes",
                             "enclosurePollMinutes", "buzzer", "speedOptions"})
         world.erase(key);
-    for (Json& drive : world["drives"]) {
+    for (Json& drive : world.contains("drives") ? world["drives"] : world["logicalDrives"]) {
         std::uint64_t end = 0;
         for (const Json& extent : drive["extents"])
             end = extent["start"].get<std::uint64_t>() + extent["size"].get<std::uint64_t>();
-        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", end}}};
+        if (end > 0)
+            drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", end}}};
         for (const char* key : {"writeCache", "tcqEnabled", "ncqEnabled"})
             drive.erase(key);
     }
