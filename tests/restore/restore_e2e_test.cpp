@@ -1,6 +1,11 @@
 // cli-restore over simulated worlds: plans, obstacles, and what --apply leaves.
 #include "tests/restore/restore_fixture.h"
 
+TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, "Controller 0 is as it was saved.\n", ""}));
+}
+
 static const char kBlankPlan[] =
     "1. set controller 0: sync rate 102, init rate 104, media patrol rate 103, migrate rate 105, rebuild "
     "rate "

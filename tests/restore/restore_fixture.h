@@ -52,8 +52,3 @@ struct Restore : BackupSession {
     }
     std::string status() { return runOther(CLI_STATUS, {"--json"}).out; }
 };
-
-TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
-    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
-    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, "Controller 0 is as it was saved.\n", ""}));
-}
