@@ -60,7 +60,14 @@ missing_for_checks() {
     missing_for_coverage "$1"
     have python3 || echo python3
     [ "$1" != apt-get ] || /usr/bin/python3 -c 'import jsonschema' 2>/dev/null || echo python3-jsonschema
+    [ "$1" != apt-get ] || have ansible-playbook || echo ansible-core
+    [ "$1" != apt-get ] || have ansible-lint || echo ansible-lint
+    [ "$1" != apt-get ] || have pycodestyle || echo pycodestyle
     [ "$1" != apt-get ] || have promtool || echo prometheus
+    [ "$1" != apt-get ] || have prometheus-node-exporter || echo prometheus-node-exporter
+    [ "$1" != apt-get ] || [ -x /usr/sbin/icinga2 ] || echo icinga2-bin
+    [ "$1" != apt-get ] || [ -x /usr/sbin/nagios4 ] || echo nagios4-core
+    [ "$1" != apt-get ] || /usr/bin/python3 -c 'import yaml' 2>/dev/null || echo python3-yaml
     have cram || have cram3 || case $1 in apt-get) echo python3-cram ;; pkg) echo py-cram ;; esac
     have mandoc || echo mandoc
     have rlwrap || echo rlwrap

@@ -1,12 +1,12 @@
-// Whole files: reading, and replacing in one step.
+// Whole files: reading, and atomic replacement.
 #include "snapshot/files.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+
+#include "util/atomic_file.h"
 
 ReadResult readFile(const std::string& path, std::string* text) {
     std::FILE* file = std::fopen(path.c_str(), "r");
@@ -19,56 +19,24 @@ ReadResult readFile(const std::string& path, std::string* text) {
     return std::fclose(file) == 0 && complete ? ReadResult::done : ReadResult::failed;
 }
 
-static bool writeWhole(int file, const std::string& text) {
-    for (std::size_t done = 0; done < text.size();) {
-        const ssize_t count = write(file, text.data() + done, text.size() - done);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        done += static_cast<std::size_t>(count);
-    }
-    return fsync(file) == 0;
-}
-
-static std::string directoryOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
-// Makes the new name last beyond a power cut. What cannot be opened for this cannot be helped either.
-static void syncDirectory(const std::string& path) {
-    const int directory = open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory < 0)
-        return;
-    fsync(directory);
-    close(directory);
-}
-
 static std::string problem(const std::string& path) {
     return "cannot write " + path + ": " + std::strerror(errno);
 }
 
-// Hidden, and without the suffix that collectors of metrics look for.
-static std::string temporaryName(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
-    return path.substr(0, name) + "." + path.substr(name) + "." + std::to_string(getpid());
+static std::string putText(const std::string& path, const std::string& text) {
+    FileReplacement file;
+    if (!openReplacement(&file, path.c_str()))
+        return problem(path);
+    std::fwrite(text.data(), 1, text.size(), file.stream); // the stream keeps a failure for the commit
+    return commitReplacement(&file) ? "" : problem(path);
 }
 
+// A pipe without a reader is a failure to report, not a signal.
 std::string replaceFile(const std::string& path, const std::string& text) {
-    const std::string temporary = temporaryName(path);
-    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (file < 0)
-        return problem(path);
-    const bool written = writeWhole(file, text);
-    std::string failure = written ? "" : problem(path);
-    close(file);
-    if (written && std::rename(temporary.c_str(), path.c_str()) != 0)
-        failure = problem(path);
-    if (!failure.empty())
-        unlink(temporary.c_str());
-    else
-        syncDirectory(path);
+    struct sigaction ignore = {}, former;
+    ignore.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &ignore, &former);
+    std::string failure = putText(path, text);
+    sigaction(SIGPIPE, &former, nullptr);
     return failure;
 }

@@ -1,4 +1,4 @@
-// Whole files: reading, and replacing in one step.
+// Whole files: reading, and atomic replacement.
 #pragma once
 
 #include <string>
@@ -6,6 +6,6 @@
 enum class ReadResult { done, missing, failed };
 ReadResult readFile(const std::string& path, std::string* text);
 
-// Writes the text under a temporary name in the same directory and renames it, so that a reader sees
-// either the old file or the new one, whole. Returns what went wrong, or nothing.
+// Replaces the file, or the file that a link leads to, atomically; what is no regular file, such as a pipe or
+// a device, is written in place. Returns what went wrong, or nothing.
 std::string replaceFile(const std::string& path, const std::string& text);

@@ -11,7 +11,7 @@
 #include "adapter/phydrv.h"
 #include "adapter/session.h"
 
-// Defined for read-only operations alone: callReadOnly() compiles with nothing else.
+// Defined for read-only operations only: callReadOnly() compiles with nothing else.
 template <auto operation>
 struct ReadOnlyOperation;
 

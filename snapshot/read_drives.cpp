@@ -73,17 +73,17 @@ static std::optional<std::vector<PhyDrvInfo>> readPage(Controller* controller, s
     return page;
 }
 
-// A listing asks for 16 drives. The next one starts after the last ID seen, until the controller's own
+// A listing requests 16 drives. The next one starts after the last ID seen, until the controller's own
 // count is reached and a page was not full. Past that count, a refusal only says that no drive is left.
 void readDrives(Controller* controller) {
-    const std::size_t claimed = controller->info ? controller->info->diskCount : 0;
+    const std::size_t reported = controller->info ? controller->info->diskCount : 0;
     std::uint32_t first = 0;
     while (first < kMaxSnapshotDrives) {
-        const bool expected = controller->drives.empty() || controller->drives.size() < claimed;
+        const bool expected = controller->drives.empty() || controller->drives.size() < reported;
         const auto page = readPage(controller, first, expected);
         if (!page || !addPage(controller, *page))
             return;
-        if (page->size() < kMaxDrives && controller->drives.size() >= claimed)
+        if (page->size() < kMaxDrives && controller->drives.size() >= reported)
             return;
         first = page->empty() ? first + kMaxDrives : controller->drives.back().number;
     }

@@ -25,7 +25,7 @@ struct Guarded {
     }
 };
 
-// The controller that is asked, and where its faults go.
+// The controller being read, and where its faults go.
 struct Reading {
     HbaAddress address;
     Faults* faults;
@@ -37,7 +37,7 @@ void addFault(Faults* faults, FaultKind kind, std::int64_t value) {
 }
 
 // Calls an operation that fills one record: call(record) returns its result. Returns whether it
-// succeeded. A record that came with an overrun is used as far as it was announced.
+// succeeded. A record received with an overrun is used up to the announced size.
 template <auto operation, typename Record, typename Call>
 bool readRecord(Faults* faults, Guarded<Record>* reply, Call call) {
     const int result = call(&reply->record);
@@ -77,7 +77,7 @@ std::optional<std::vector<Record>> readList(const Reading& reading, Query query)
     return std::vector<Record>(found.begin(), found.end());
 }
 
-// A list reply to a query for one object. Its byte count is not consulted: the record's contents decide.
+// A list reply to a query for one object. Its byte count is not used: the record's contents decide.
 template <auto operation, typename Record, typename Query>
 std::optional<Record> readOne(const Reading& reading, Query query) {
     const auto reply = readReply<operation, Reply<Record, 1>>(reading, query);

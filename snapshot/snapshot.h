@@ -1,5 +1,5 @@
 // The complete state of all adapters, as plain records. The adapters' own records are kept whole, as
-// they came; around them stand the numbers that users see: drives and members count from 1.
+// received, next to the numbers that users see: drives and members count from 1.
 #pragma once
 
 #include <cstdint>
@@ -23,11 +23,11 @@ enum class FaultKind : std::uint8_t {
     refused,    // the operation failed; value is its result
     overrun,    // the adapter wrote beyond the buffer; value is the buffer's size
     impossible, // a count is beyond what the record or the buffer can hold; value is the count
-    repeated,   // an object came twice, or out of order; value is its ID
+    repeated,   // an object was listed twice, or out of order; value is its ID
     foreign,    // the reply is about another object; value is that one's ID
 };
 
-// What went wrong in one call. It belongs to the object that was asked for.
+// What went wrong in one call. It is recorded with the object that the call was about.
 struct Fault {
     std::string operation;
     FaultKind kind = FaultKind::refused;
@@ -97,7 +97,7 @@ struct Controller {
 };
 
 struct Snapshot {
-    std::uint32_t controllerCount = 0; // claimed by the library
+    std::uint32_t controllerCount = 0; // reported by the library
     std::vector<Controller> controllers;
     Faults faults;
 };

@@ -8,7 +8,7 @@ static std::uint32_t byteAt(std::string_view text, std::size_t at) {
     return static_cast<unsigned char>(text[at]);
 }
 
-static std::size_t claimedLength(std::uint32_t lead) {
+static std::size_t expectedLength(std::uint32_t lead) {
     if (lead < 0x80)
         return 1;
     if (lead < 0xC2 || lead > 0xF4)
@@ -26,7 +26,7 @@ static std::uint32_t codePoint(std::string_view text, std::size_t length) {
 
 std::size_t characterLength(std::string_view text) {
     static constexpr std::uint32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
-    const std::size_t length = text.empty() ? 0 : claimedLength(byteAt(text, 0));
+    const std::size_t length = text.empty() ? 0 : expectedLength(byteAt(text, 0));
     if (length == 0 || length > text.size())
         return 0;
     for (std::size_t i = 1; i < length; ++i)

@@ -1,4 +1,4 @@
-// Texts from adapters and files, made fit for one line of output.
+// Texts from adapters and files, prepared for one line of output.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ std::size_t characterLength(std::string_view text);
 
 bool isUtf8(std::string_view text);
 
-// Blanks at both ends left out, which pad the fields of drives.
+// Without the blanks at both ends that pad the fields of drives.
 std::string_view trimmed(std::string_view text);
 
 // The text as one line can show it: control characters, marks that change the direction of writing, and

@@ -144,8 +144,10 @@ bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy 
     replacement->target = -1;
     replacement->temporary[0] = '\0';
     const int length = std::snprintf(replacement->path, kPathSize, "%s", name);
-    if (length < 0 || static_cast<std::size_t>(length) >= kPathSize)
+    if (length < 0 || static_cast<std::size_t>(length) >= kPathSize) {
+        errno = ENAMETOOLONG;
         return false;
+    }
     const bool follow = links == LinkPolicy::follow;
     struct stat old;
     const bool exists = (follow ? stat(name, &old) : lstat(name, &old)) == 0;
@@ -221,10 +223,13 @@ bool commitReplacement(FileReplacement* replacement) {
     const bool direct = replacement->temporary[0] == '\0' && replacement->target < 0;
     const bool written = std::fflush(replacement->stream) == 0 && std::ferror(replacement->stream) == 0;
     const bool placed = written && moveIntoPlace(replacement);
+    const int error = errno;
     const bool closed = std::fclose(replacement->stream) == 0;
     if (replacement->target >= 0)
         close(replacement->target);
     if (replacement->temporary[0] != '\0')
         removeTemporary(replacement);
+    if (!placed)
+        errno = error;
     return placed && (closed || !direct); // once synchronized, the content does not depend on the close
 }

@@ -21,11 +21,11 @@ enum class LinkPolicy { follow, replace };
 
 // Opens the replacement. The new file gets the owner of an existing one, if the system allows it, and those
 // of its permissions that are in maxMode. The content is written in place only if name is not a regular file
-// or its directory is not writable. False if the file cannot be opened for writing or created; an existing
-// file is then unchanged.
+// or its directory is not writable. False, with errno set, if the file cannot be opened for writing or
+// created; an existing file is then unchanged.
 bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy links = LinkPolicy::follow,
                      ::mode_t maxMode = 0777);
 
-// Replaces the file with the content of the stream and closes the stream. False if that failed; the old
-// file is then unchanged, unless it was written in place.
+// Replaces the file with the content of the stream and closes the stream. False, with errno set, if that
+// failed; the old file is then unchanged, unless it was written in place.
 bool commitReplacement(FileReplacement* replacement);

@@ -2,7 +2,7 @@ A SMART warning and a planned replacement
 =========================================
 
   $ q5sim smart-fail 0 1
-  drive 1 of controller 0 predicts its failure by SMART
+  drive 1 of controller 0 reports a SMART failure
   $ cli event -c 1 -v | grep Drive
   Event Desciption: Drive 1: SMART predicts a failure
 

@@ -30,7 +30,9 @@ be advanced meanwhile:
 A paused activity would never end by itself. The wait ends instead and says so:
 
   $ cli rc -a start -l 1 -i 0
+  Redundancy check started on Array 1!
   $ cli rc -a pause -l 1 -i 0
+  Redundancy check paused on Array 1.
   $ cli-wait -l 1
   redundancy check of logical drive 1 System of controller 0 is paused at 0%
   only paused activities are left
@@ -46,6 +48,7 @@ A rebuild that is aborted leaves the logical drive as it was. The status is 1:
   $ cli-wait -l 0 --for rb --every 0.1 >waited & waiting=$!
   $ until [ -s waited ]; do sleep 0.1; done
   $ cli rb -a abort -l 0 -i 0
+  Rebuild aborted on Array 0.
   $ wait $waiting
   [1]
   $ tail -n 1 waited

@@ -33,15 +33,16 @@ set(CPACK_DEBIAN_CLI_PACKAGE_NAME cli)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS rlwrap)
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "bash-completion, cli-rehearsal")
-set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/postrm)
+set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/postrm ${CMAKE_CURRENT_LIST_DIR}/prerm)
 set(CPACK_COMPONENT_CLI_DESCRIPTION "command-line interface for SATA RAID host adapters
 Lists and changes controllers, drives, extents, logical drives, enclosures,
 batteries, buzzers, background activities and events of SATA RAID host
 adapters, one command from the shell or many at a prompt, and saves and
 restores configurations. cli-status reports whether everything is healthy, for
 people, scripts and monitoring systems; cli-wait waits until activities such as
-a rebuild have ended; cli-backup keeps backups of the configuration, and
-cli-restore makes a controller as it was saved. It needs the adapters' own libraries
+a rebuild have ended; cli-try shows on a copy of the adapters what a command
+would do; cli-backup keeps backups of the configuration, and cli-restore
+restores a controller from one. It needs the adapters' own libraries
 libzvq5plugin.so and libzverrlog.so, which are not part of this package.")
 
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_NAME cli-rehearsal)

@@ -92,7 +92,7 @@ static bool hasUnreportedFailure(const Controller& controller) {
                        [](const Drive& drive) { return drive.failed != drive.failureReported; });
 }
 
-// What happens next by itself on a controller.
+// The next automatic change on a controller.
 struct Transition {
     std::int64_t time = kNoDeadline;
     LogicalDrive* array = nullptr;

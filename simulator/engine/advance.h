@@ -1,4 +1,4 @@
-// What happens by itself: activities and patrols complete, failures are reported, automatic rebuilds
+// Automatic behavior: activities and patrols complete, failures are reported, automatic rebuilds
 // start.
 #pragma once
 

@@ -11,7 +11,7 @@ inline constexpr std::int64_t kReconditionSeconds = 6 * 3600;
 
 const char* batteryStateName(std::uint8_t state);
 
-// When the battery changes its state by itself; kNoDeadline: never.
+// When the battery changes its state; kNoDeadline: never.
 std::int64_t batteryDueTime(const Controller& controller);
 void completeBatteryState(Controller& controller, std::int64_t at);
 

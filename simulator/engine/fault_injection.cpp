@@ -183,7 +183,7 @@ Reason insertDrive(Controller& controller, std::uint32_t driveId, NewDrive kind,
     return "";
 }
 
-// What a running job has read already cannot fail any more.
+// What a running job has already read can no longer fail.
 static void markScanned(Controller& controller, std::int64_t now) {
     for (LogicalDrive& array : controller.logicalDrives)
         if (array.activity.kind != 0)
@@ -191,8 +191,14 @@ static void markScanned(Controller& controller, std::int64_t now) {
                 std::max(array.activity.scannedMb, completedMb(controller, array.activity, now));
 }
 
+// The first of the bad sectors: the last one is on the drive.
+static std::uint64_t startOf(const Drive& drive, std::uint64_t count, int percent) {
+    const std::uint64_t wanted = drive.sectors / 100 * static_cast<std::uint64_t>(percent);
+    return std::min(wanted, drive.sectors - std::min(count, drive.sectors));
+}
+
 Reason addMediaErrors(Controller& controller, std::uint32_t driveId, std::uint64_t count, int percent,
-                      std::int64_t now) {
+                      std::int64_t now, std::uint64_t& added) {
     Drive* drive = findDrive(controller, driveId);
     if (drive == nullptr)
         return noSuchDrive(driveId);
@@ -203,10 +209,9 @@ Reason addMediaErrors(Controller& controller, std::uint32_t driveId, std::uint64
     if (percent < 0)
         spreadBadSectors(*drive, count);
     else
-        addBadSectors(
-            *drive, std::min(drive->sectors / 100 * static_cast<std::uint64_t>(percent), drive->sectors - 1),
-            count);
-    return countBadSectors(*drive) > before ? "" : driveName(driveId) + " has bad sectors there already";
+        addBadSectors(*drive, startOf(*drive, count, percent), count);
+    added = countBadSectors(*drive) - before;
+    return added > 0 ? "" : driveName(driveId) + " has bad sectors there already";
 }
 
 Reason setSmartFailure(Controller& controller, std::uint32_t driveId, bool failure) {

@@ -8,7 +8,7 @@
 
 namespace q5sim {
 
-// Why a fault cannot be injected, as a sentence without its subject's capital; empty: it was.
+// Why a fault cannot be injected, in lower case; empty: it was injected.
 using Reason = std::string;
 
 Reason failDrive(Controller& controller, std::uint32_t driveId);
@@ -21,9 +21,10 @@ Reason pullDrive(Controller& controller, std::uint32_t driveId, std::int64_t now
 enum class NewDrive { same, blank, foreign };
 Reason insertDrive(Controller& controller, std::uint32_t driveId, NewDrive kind, std::int64_t now);
 
-// Adds bad sectors at a percentage of the drive, or spread over it when it is negative.
+// Adds bad sectors at a percentage of the drive, or spread over it when it is negative. added: how many are
+// new.
 Reason addMediaErrors(Controller& controller, std::uint32_t driveId, std::uint64_t count, int percent,
-                      std::int64_t now);
+                      std::int64_t now, std::uint64_t& added);
 Reason setSmartFailure(Controller& controller, std::uint32_t driveId, bool failure);
 
 // Sets the state of the battery; a controller without one gets one.

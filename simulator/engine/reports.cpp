@@ -53,7 +53,7 @@ static void reportSmart(Controller& controller, Drive& drive, std::int64_t now) 
         return;
     drive.smartReported = drive.smartFailure;
     addEvent(controller, now, "Drive %d: SMART %s", drive.id + 1,
-             drive.smartFailure ? "predicts a failure" : "predicts no failure any more");
+             drive.smartFailure ? "predicts a failure" : "no longer predicts a failure");
 }
 
 void reportDrive(Controller& controller, Drive& drive, std::int64_t now) {

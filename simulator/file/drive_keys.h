@@ -195,7 +195,7 @@ void describe(Io& io, LogicalDrive& drive) {
     io.flag("synchronized", drive.synchronized);
     io.flag("rebuildHeld", drive.autoRebuildInhibited);
     io.flag("idle", drive.idle);
-    io.rareFlag("captured", drive.captured);
+    io.mark("captured", drive.captured);
     io.number("inconsistencies", drive.inconsistencies, 0, kMaxUnsigned32);
     io.number("lostWrites", drive.lostWrites, 0, kMaxUnsigned32);
     io.number("lostStripes", drive.lostStripes, 0, kMaxUnsigned32);

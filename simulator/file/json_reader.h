@@ -36,12 +36,12 @@ public:
             throw WorldError{at(key), "true or false is expected"};
         value = found != nullptr ? found->get<bool>() : value;
     }
-    void rareFlag(const char* key, bool& value) { flag(key, value); }
+    void mark(const char* key, bool& value) { flag(key, value); }
     void text(const char* key, std::string& value, std::size_t longest) {
         if (const ParsedJson* found = find(key))
             value = plainText(*found, at(key), longest);
     }
-    void rareTexts(const char* key, std::vector<std::string>& values, std::size_t most, std::size_t longest) {
+    void notes(const char* key, std::vector<std::string>& values, std::size_t most, std::size_t longest) {
         const ParsedJson* found = findList(key, most);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
             values.push_back(plainText((*found)[i], at(key, i), longest));

@@ -30,12 +30,12 @@ public:
     }
     void flag(const char* key, const bool& value) { json[key] = value; }
     // Left out unless it is set.
-    void rareFlag(const char* key, const bool& value) {
+    void mark(const char* key, const bool& value) {
         if (value)
             json[key] = value;
     }
     void text(const char* key, const std::string& value, std::size_t) { json[key] = value; }
-    void rareTexts(const char* key, const std::vector<std::string>& values, std::size_t, std::size_t) {
+    void notes(const char* key, const std::vector<std::string>& values, std::size_t, std::size_t) {
         if (!values.empty())
             json[key] = values;
     }

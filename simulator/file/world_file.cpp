@@ -12,7 +12,7 @@ namespace q5sim {
 
 bool fileExists(const std::string& path) {
     struct ::stat info;
-    return ::stat(path.c_str(), &info) == 0;
+    return ::stat(path.c_str(), &info) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 static bool isLink(const std::string& path) {
@@ -104,7 +104,7 @@ static void syncDirectoryOf(const std::string& path) {
 }
 
 static int createTemporary(const std::string& path) {
-    ::unlink(path.c_str()); // left behind by a killed program
+    ::unlink(path.c_str()); // what a killed program left
     return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
 }
 
@@ -114,11 +114,18 @@ static void keepPermissions(int file, const std::string& path) {
         ::fchmod(file, old.st_mode & 0777);
 }
 
+// Whether a regular file is at the path, or nothing. A link can have replaced the file during the session.
+static bool canBeReplaced(const std::string& path) {
+    struct ::stat info;
+    if (::lstat(path.c_str(), &info) != 0 || S_ISREG(info.st_mode))
+        return true;
+    errno = S_ISLNK(info.st_mode) ? ELOOP : S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+    return false;
+}
+
 bool replaceFile(const std::string& path, const std::string& text) {
-    if (isLink(path)) { // it replaced the file during the session
-        errno = ELOOP;
+    if (!canBeReplaced(path))
         return false;
-    }
     const std::string temporary = path + ".new";
     const int file = createTemporary(temporary);
     if (file < 0)

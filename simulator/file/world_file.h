@@ -6,19 +6,20 @@
 
 namespace q5sim {
 
-// Whether there is something at the path; links are followed.
+// Whether there is something at the path, or may be: it cannot be looked up. Links are followed.
 bool fileExists(const std::string& path);
 
 // Resolves the symbolic links of a path, so that a link survives replacement of the file it leads to. A
 // path without a file stays as it is. Returns false, with errno set, for a link that leads to no file.
 bool resolveLinks(const std::string& path, std::string& real);
 
-// Reads the whole file. Returns false, with errno set, when it cannot be read, is no regular file or
+// Reads the whole file. Returns false, with errno set, when it cannot be read, is not a regular file or
 // exceeds the limit.
 bool readFile(const std::string& path, std::size_t limit, std::string& text);
 
 // Replaces the file atomically: a reader sees the old or the new content, even after a crash. The
-// caller holds the file's lock. A link is not replaced. Returns false, with errno set, on failure.
+// caller holds a lock that excludes other writers. Only a regular file is replaced. Returns false, with
+// errno set, on failure.
 bool replaceFile(const std::string& path, const std::string& text);
 
 // Creates the directories of the path. Returns false, with errno set, on failure.

@@ -10,7 +10,7 @@ void describe(Io& io, Sensor& sensor) {
     io.word("type", sensor.type, std::span(kSensorWords));
     io.number("reading", sensor.reading, -kMaxSigned32, kMaxSigned32);
     io.flag("alarm", sensor.alarm);
-    io.rareFlag("steady", sensor.steady);
+    io.mark("steady", sensor.steady);
 }
 
 template <typename Io>
@@ -126,7 +126,7 @@ void describe(Io& io, World& world) {
     io.number("speedSince", world.speedSince, 0, kMaxSeconds);
     io.list("rules", world.rules, kMaxRules);
     io.list("refusals", world.refusals, kMaxRefusals);
-    io.rareTexts("assumed", world.assumed, kMaxAssumed, kMaxAssumedLength);
+    io.notes("assumed", world.assumed, kMaxAssumed, kMaxAssumedLength);
     require(io, "controllers");
     io.list("controllers", world.controllers, kMaxControllers);
 }

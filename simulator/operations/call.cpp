@@ -25,8 +25,9 @@ int refuse(const char* format, ...) {
     return kRefused;
 }
 
-void clearReason() {
+void beginCall() {
     reason.clear();
+    beginReports();
 }
 
 void recordReason(const char* operation) {

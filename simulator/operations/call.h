@@ -30,8 +30,9 @@ Effect applyRules(const char* operation);
 // Sets the reason of a refusal and returns kRefused.
 [[gnu::format(printf, 1, 2)]] int refuse(const char* format, ...);
 
-// Around the body of an operation: forgets the reason, and records it after a refusal.
-void clearReason();
+// Around the body of an operation: forgets the reason and the reports of the one before, and records the
+// reason after a refusal.
+void beginCall();
 void recordReason(const char* operation);
 
 // Cuts the second half of a reply off.

@@ -88,7 +88,7 @@ int q5_freeHBAExtent(HbaAddress address, std::uint32_t reserved, const ExtentRef
         if (location.drive == nullptr)
             return refuse("freeing: there is no such extent on a working drive");
         if (isAssigned(location.extent()) || location.extent().use == kUseFree)
-            return refuse("freeing: extent %zu of drive %d is no spare", location.index,
+            return refuse("freeing: extent %zu of drive %d is not a spare", location.index,
                           location.drive->id + 1);
         location.extent().use = kUseFree;
         location.extent().array = kNoArray;

@@ -36,7 +36,7 @@ inline int refuseAddress(HbaAddress address) {
 template <typename Body>
 int runCall(const Caller& caller, Body body) noexcept {
     return catchAll([&] {
-        clearReason();
+        beginCall();
         const int result = body();
         if (result != kDone)
             recordReason(caller.operation);

@@ -7,7 +7,7 @@ using namespace q5sim;
 
 // The result that the rules impose on an operation without a controller.
 static int ruledResult(const char* operation) {
-    clearReason();
+    beginCall();
     const Effect effect = applyRules(operation);
     if (effect.result != kDone)
         recordReason(operation);
@@ -37,7 +37,7 @@ int q5_getNumberOfHBA(std::uint32_t* count) {
     if (count == nullptr)
         return kRefused;
     *count = 0;
-    return catchAll([&] {
+    return runCall(Caller({}, "q5_getNumberOfHBA"), [&] {
         const Effect effect = applyRules("q5_getNumberOfHBA");
         if (effect.ends)
             return effect.result;
@@ -51,6 +51,10 @@ int q5_getNumberOfHBA(std::uint32_t* count) {
 int q5_finalize() {
     if (!worldIsOpen())
         return kRefused;
-    closeWorld();
-    return kDone;
+    return runCall(Caller({}, "q5_finalize"), [] {
+        const Effect effect = applyRules("q5_finalize");
+        if (!effect.ends)
+            closeWorld();
+        return effect.result;
+    });
 }

@@ -5,17 +5,21 @@ namespace q5sim {
 
 using DriveFault = std::function<Reason(Controller& controller, std::uint32_t drive, std::int64_t now)>;
 
-// Runs a fault on the drive that the first two arguments name. done: "failed", ...
+// Runs a fault on the drive that the first two arguments name. done is what is printed: "failed", ...; the
+// fault can add to it.
 static int changeDrive(const Arguments& arguments, const std::string& done, bool skipFirst,
                        const DriveFault& inject) {
     std::int64_t drive = 0;
     if (!readNumber(arguments.words[1], INT32_MAX, drive) || drive == 0)
-        return usageError(std::string(arguments.words[1]) + " is no drive ID");
-    const std::string headline = "drive " + std::to_string(drive) + " of controller " + arguments.words[0];
-    return changeController(arguments.words[0], headline + " " + done, skipFirst,
-                            [&](Controller& controller, std::int64_t now) {
-                                return inject(controller, static_cast<std::uint32_t>(drive - 1), now);
-                            });
+        return usageError(std::string(arguments.words[1]) + " is not a drive ID");
+    const std::string name = "drive " + std::to_string(drive) + " of controller " + arguments.words[0];
+    std::string headline;
+    return changeController(
+        arguments.words[0], headline, skipFirst, [&](Controller& controller, std::int64_t now) {
+            Reason reason = inject(controller, static_cast<std::uint32_t>(drive - 1), now);
+            headline = name + " " + done;
+            return reason;
+        });
 }
 
 int failDriveCommand(const Arguments& arguments) {
@@ -48,14 +52,18 @@ int replaceDriveCommand(const Arguments& arguments) {
 int mediaErrorsCommand(const Arguments& arguments) {
     std::int64_t count = 0;
     if (!readNumber(arguments.words[2], INT32_MAX, count) || count == 0)
-        return usageError(std::string(arguments.words[2]) + " is no number of sectors");
+        return usageError(std::string(arguments.words[2]) + " is not a number of sectors");
     const int percent = arguments.options.atPercent;
-    std::string done = std::string("has ") + arguments.words[2] + " more bad sectors";
-    if (percent >= 0)
-        done += " at " + std::to_string(percent) + " percent";
+    std::string done;
     return changeDrive(
         arguments, done, false, [&](Controller& controller, std::uint32_t drive, std::int64_t now) {
-            return addMediaErrors(controller, drive, static_cast<std::uint64_t>(count), percent, now);
+            std::uint64_t added = 0;
+            Reason reason =
+                addMediaErrors(controller, drive, static_cast<std::uint64_t>(count), percent, now, added);
+            done = "has " + std::to_string(added) + (added == 1 ? " more bad sector" : " more bad sectors");
+            if (percent >= 0)
+                done += " at " + std::to_string(percent) + " percent";
+            return reason;
         });
 }
 
@@ -66,11 +74,11 @@ static int setSmart(const Arguments& arguments, const char* done, bool failure) 
 }
 
 int smartFailCommand(const Arguments& arguments) {
-    return setSmart(arguments, "predicts its failure by SMART", true);
+    return setSmart(arguments, "reports a SMART failure", true);
 }
 
 int smartOkCommand(const Arguments& arguments) {
-    return setSmart(arguments, "predicts no failure by SMART any more", false);
+    return setSmart(arguments, "no longer reports a SMART failure", false);
 }
 
 } // namespace q5sim

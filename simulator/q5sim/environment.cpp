@@ -25,7 +25,7 @@ int batteryCommand(const Arguments& arguments) {
                                                          {"missing", kBatteryMissing}};
     const Choice* state = findChoice(states, arguments.words[1]);
     if (state == nullptr)
-        return usageError(std::string(arguments.words[1]) + " is no state of a battery");
+        return usageError(std::string(arguments.words[1]) + " is not a state of a battery");
     const Options& options = arguments.options;
     const std::string headline =
         std::string("battery of controller ") + arguments.words[0] + ": " + arguments.words[1];
@@ -51,11 +51,11 @@ int sensorCommand(const Arguments& arguments) {
     const Choice* type = findChoice(types, arguments.words[2]);
     std::int64_t enclosure = 0, value = 0;
     if (!readEnclosure(arguments.words[1], enclosure))
-        return usageError(std::string(arguments.words[1]) + " is no enclosure ID");
+        return usageError(std::string(arguments.words[1]) + " is not an enclosure ID");
     if (type == nullptr)
-        return usageError(std::string(arguments.words[2]) + " is no kind of sensor");
+        return usageError(std::string(arguments.words[2]) + " is not a kind of sensor");
     if (!readSigned(arguments.words[3], INT32_MAX, value))
-        return usageError(std::string(arguments.words[3]) + " is no reading");
+        return usageError(std::string(arguments.words[3]) + " is not a reading");
     const std::string headline = std::string(arguments.words[2]) + " sensor of enclosure " +
                                  arguments.words[1] + " of controller " + arguments.words[0] + " set to " +
                                  arguments.words[3];
@@ -69,7 +69,7 @@ static int changeEnclosure(const Arguments& arguments, const char* done,
                            Reason (*inject)(Controller&, std::uint32_t, std::int64_t)) {
     std::int64_t enclosure = 0;
     if (!readEnclosure(arguments.words[1], enclosure))
-        return usageError(std::string(arguments.words[1]) + " is no enclosure ID");
+        return usageError(std::string(arguments.words[1]) + " is not an enclosure ID");
     const std::string headline =
         std::string("enclosure ") + arguments.words[1] + " of controller " + arguments.words[0] + " " + done;
     return changeController(arguments.words[0], headline, true,

@@ -81,15 +81,15 @@ static const Command commands[] = {
     {"clear-rules", "", 0, 0, 0, clearRulesCommand},
 };
 
-static void printUsage(std::FILE* stream, const Command& command) {
-    std::fprintf(stream, "%s q5sim %s%s%s\n", stream == stderr ? "Usage:" : "      ", command.name,
-                 command.synopsis[0] != '\0' ? " " : "", command.synopsis);
+static void printUsage(std::FILE* stream, const Command& command, const char* start = "Usage:") {
+    std::fprintf(stream, "%s q5sim %s%s%s\n", start, command.name, command.synopsis[0] != '\0' ? " " : "",
+                 command.synopsis);
 }
 
 static int printHelp() {
     std::puts("Usage: q5sim COMMAND [ARGUMENT ...]");
     for (const Command& command : commands)
-        printUsage(stdout, command);
+        printUsage(stdout, command, "      ");
     return 0;
 }
 
@@ -154,16 +154,23 @@ static int misuse(const Command& command, const std::string& reason) {
     return status;
 }
 
-// Bits of two options that exclude each other, or of one that the command does not know.
+// Whether the command accepts the option, and none that excludes it was given.
 static bool fits(const Command& command, unsigned given, unsigned option) {
     const unsigned kinds = kBlank | kForeign | kSame;
     return (command.options & option) != 0 && ((option & kinds) == 0 || (given & kinds & ~option) == 0);
+}
+
+static bool isNegativeNumber(const char* word) {
+    return word[0] == '-' && word[1] >= '0' && word[1] <= '9';
 }
 
 static int runCommand(const Command& command, int count, char** words) {
     Arguments arguments;
     unsigned given = 0;
     ::opterr = 0;
+    // A negative reading of a sensor is no option.
+    const bool negative = command.options == 0 && count > 1 && isNegativeNumber(words[count - 1]);
+    count -= negative ? 1 : 0;
     for (int option; (option = ::getopt_long(count, words, ":", longOptions, nullptr)) != -1;) {
         if (option == kHelp)
             return printUsage(stdout, command), 0;
@@ -175,7 +182,7 @@ static int runCommand(const Command& command, int count, char** words) {
             return misuse(command, std::string("the value ") + ::optarg + " of an option is invalid");
         given |= static_cast<unsigned>(option);
     }
-    arguments.words.assign(words + ::optind, words + count);
+    arguments.words.assign(words + ::optind, words + count + (negative ? 1 : 0));
     if (arguments.words.size() < command.least || arguments.words.size() > command.most)
         return misuse(command, "wrong number of arguments");
     const int status = command.run(arguments);

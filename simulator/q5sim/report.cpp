@@ -74,7 +74,7 @@ int changeController(const char* controllerWord, const std::string& headline, bo
                      const Fault& inject) {
     std::int64_t id = 0;
     if (!readNumber(controllerWord, INT32_MAX, id))
-        return usageError(std::string(controllerWord) + " is no controller ID");
+        return usageError(std::string(controllerWord) + " is not a controller ID");
     if (!openWorld())
         return kRefusedStatus;
     std::string reason;

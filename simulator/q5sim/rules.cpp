@@ -1,10 +1,13 @@
 // Commands about rules.
 #include "simulator/engine/rules.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <fnmatch.h>
 
 #include "simulator/q5sim/command.h"
+#include "simulator/q5sim/operation_names.h"
 #include "simulator/store/world_store.h"
 
 namespace q5sim {
@@ -22,9 +25,16 @@ static std::string ruleText(const Rule& rule) {
     return text;
 }
 
+static bool matchesAny(const char* pattern) {
+    return std::any_of(std::begin(kOperationNames), std::end(kOperationNames),
+                       [&](const char* name) { return ::fnmatch(pattern, name, 0) == 0; });
+}
+
 static int addRule(Rule rule, const char* operation) {
     if (operation[0] == '\0' || std::strlen(operation) > 63)
-        return usageError("an operation is named by 1 to 63 characters");
+        return usageError("the name of an operation has 1 to 63 characters");
+    if (!matchesAny(operation))
+        return refused(std::string("no operation matches ") + operation);
     rule.operation = operation;
     std::size_t number = 0;
     return changeWholeWorld([&] { return "rule " + std::to_string(number) + ": " + ruleText(rule); },
@@ -44,14 +54,14 @@ int refuseCommand(const Arguments& arguments) {
     rule.after = arguments.options.after;
     rule.result = arguments.options.result;
     if (rule.result == 0)
-        return usageError("the result 0 is no refusal; see zero");
+        return usageError("result 0 is not a refusal; see zero");
     return addRule(rule, arguments.words[0]);
 }
 
 int delayCommand(const Arguments& arguments) {
     std::int64_t seconds = 0;
     if (!readNumber(arguments.words[1], 86400, seconds))
-        return usageError(std::string(arguments.words[1]) + " is no number of seconds up to 86400");
+        return usageError(std::string(arguments.words[1]) + " is not a number of seconds up to 86400");
     Rule rule;
     rule.kind = kDelayCall;
     rule.seconds = static_cast<std::uint32_t>(seconds);

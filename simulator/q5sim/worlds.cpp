@@ -85,7 +85,7 @@ int advanceCommand(const Arguments& arguments) {
     if (!options.untilIdle && options.limit != 0)
         return usageError("advance: --limit needs --until-idle");
     if (!options.untilIdle && !readNumber(arguments.words[0], kMaxAdvance, seconds))
-        return usageError(std::string("advance: ") + arguments.words[0] + " is no number of seconds");
+        return usageError(std::string("advance: ") + arguments.words[0] + " is not a number of seconds");
     return changeWholeWorld([&] { return passed(seconds); },
                             [&](World& world, std::int64_t now) {
                                 if (options.untilIdle)
@@ -98,10 +98,11 @@ int advanceCommand(const Arguments& arguments) {
 int speedCommand(const Arguments& arguments) {
     std::int64_t speed = 0;
     if (!readNumber(arguments.words[0], kMaxSpeed, speed) || speed == 0)
-        return usageError(std::string(arguments.words[0]) + " is no speed from 1 to 1000000");
+        return usageError(std::string(arguments.words[0]) + " is not a speed from 1 to 1000000");
     return changeWholeWorld(
         [&] {
-            return "the clock runs " + std::to_string(speed) + (speed == 1 ? " time" : " times") + " as fast";
+            return speed == 1 ? std::string("the clock runs at its normal speed")
+                              : "the clock runs " + std::to_string(speed) + " times as fast";
         },
         [&](World& world, std::int64_t) {
             setClockSpeed(world, speed);

@@ -27,6 +27,7 @@ struct Session {
     std::optional<std::string> text; // of the file when it was last read or written
     int readError = 0;               // errno of the last attempt to read it
     bool readable = false;
+    std::string reported; // the last line about the file; one operation prints it once
     World world;
 };
 
@@ -48,9 +49,16 @@ std::int64_t worldTime(const World& world) {
 
 // Prints why the file cannot be used, with the reason of the system call that failed.
 static bool fail(const std::string& path, const char* problem) {
-    const int cause = errno;
-    std::fprintf(stderr, "%s: %s: %s\n", path.c_str(), problem, std::strerror(cause));
+    const char* cause = std::strerror(errno);
+    std::string line = path + problem + cause;
+    if (line != session.reported)
+        std::fprintf(stderr, "%s: %s: %s\n", path.c_str(), problem, cause);
+    session.reported = std::move(line);
     return false;
+}
+
+void beginReports() {
+    session.reported.clear();
 }
 
 // The same error is reported once.
@@ -143,6 +151,11 @@ void closeWorld() {
 
 bool worldIsOpen() {
     return session.open;
+}
+
+bool isWorldFile(const std::string& path) {
+    std::string own;
+    return session.open && resolveLinks(session.path, own) && own == path;
 }
 
 bool replaceWorld(const World& world) {

@@ -14,6 +14,9 @@ bool openWorld();
 void closeWorld();
 bool worldIsOpen();
 
+// Whether this path, without links, is that of the open world.
+bool isWorldFile(const std::string& path);
+
 // The world at the current time. nullptr when no world is open or the file can no longer be read.
 // Valid until the next call of a function in this header.
 const World* currentWorld();
@@ -26,6 +29,10 @@ const World* storedWorld();
 // now is the world's time.
 using Change = std::function<int(World& world, std::int64_t now)>;
 int changeWorld(const Change& change);
+
+// The beginning of an operation: what it does with the file can take several steps, but the same failure is
+// reported once.
+void beginReports();
 
 // The world's time: $Q5SIM_NOW, else the real time, plus the world's offset.
 std::int64_t worldTime(const World& world);

@@ -2,6 +2,7 @@
 #include "simulator/world/world_check.h"
 
 #include <algorithm>
+#include <set>
 
 #include "simulator/world/array_rules.h"
 
@@ -136,13 +137,17 @@ static void checkActivity(const LogicalDrive& array, const FieldPath& path) {
         throw WorldError{below(here, "kind"), "this activity is unknown"};
     checkTargets(array, here);
     checkMembers(activity.goal.members, below(here, "goal"));
+    if ((activity.kind == kRebuilding) == activity.targets.empty())
+        throw WorldError{below(here, "targets"), "a rebuild has targets, other activities have none"};
+    if (activity.completedMb > activity.totalMb)
+        throw WorldError{below(here, "doneMb"), "more is done than there is to do"};
     const MigrationTarget& goal = activity.goal;
     const bool keepsMembers = goal.members.size() >= array.members.size() &&
                               std::equal(array.members.begin(), array.members.end(), goal.members.begin());
     const ArrayGeometry wanted = {goal.level, goal.members.size(), goal.parity, goal.subArrays};
     if (activity.kind == kMigrating &&
         (!keepsMembers || !isValidGeometry(wanted) || !isValidStripe(goal.stripe)))
-        throw WorldError{below(here, "goal"), "no array can become this"};
+        throw WorldError{below(here, "goal"), "no array can have this level, stripe and members"};
 }
 
 static void checkArray(const LogicalDrive& array, const FieldPath& path) {
@@ -150,13 +155,28 @@ static void checkArray(const LogicalDrive& array, const FieldPath& path) {
         throw WorldError{below(path, "level"), "this level cannot have these members, parity and subArrays"};
     const std::size_t data = dataMembers(geometryOf(array));
     if (array.sectors > array.memberSectors * data)
-        throw WorldError{below(path, "sectors"), "the members do not give so much space"};
+        throw WorldError{below(path, "sectors"), "the members provide less space"};
     checkMembers(array.members, path);
     for (std::size_t i = 0; i < array.staleMembers.size(); i++)
         if (!contains(array.members, array.staleMembers[i]) ||
             std::count(array.staleMembers.begin(), array.staleMembers.end(), array.staleMembers[i]) != 1)
-            throw WorldError{below(path, "staleMembers", i), "the drive is no member or listed twice"};
+            throw WorldError{below(path, "staleMembers", i), "the drive is not a member, or is listed twice"};
     checkActivity(array, path);
+}
+
+// After the last possible ID they start again.
+static void checkEvents(const std::vector<Event>& events, const FieldPath& path) {
+    for (std::size_t i = 1; i < events.size(); i++)
+        if (events[i].id <= events[i - 1].id && events[i].id != 1)
+            throw WorldError{below(below(path, "events", i), "id"), "the IDs of events must count up"};
+}
+
+static void checkSerials(std::set<std::string>& seen, const std::vector<Drive>& drives, const FieldPath& path,
+                         const char* list) {
+    for (std::size_t i = 0; i < drives.size(); i++)
+        if (!drives[i].serial.empty() && !seen.insert(drives[i].serial).second)
+            throw WorldError{below(below(path, list, i), "serial"),
+                             "an earlier drive has this serial number"};
 }
 
 static void checkController(const Controller& controller, const FieldPath& path) {
@@ -178,6 +198,10 @@ static void checkController(const Controller& controller, const FieldPath& path)
         checkPulledDrive(controller.pulledDrives[i], below(path, "pulledDrives", i));
     for (std::size_t i = 0; i < controller.logicalDrives.size(); i++)
         checkArray(controller.logicalDrives[i], below(path, "logicalDrives", i));
+    checkEvents(controller.events, path);
+    std::set<std::string> serials;
+    checkSerials(serials, controller.drives, path, "drives");
+    checkSerials(serials, controller.pulledDrives, path, "pulledDrives");
 }
 
 void checkWorld(const World& world) {

@@ -28,11 +28,11 @@ static std::string listsOfController(std::size_t id) {
                              "buzz",
                              "bga",
                              "mp",
-                             "init",
-                             "sync",
-                             "rc",
-                             "migrate",
-                             "rb",
+                             "init -a list",
+                             "sync -a list",
+                             "rc -a list",
+                             "migrate -a list",
+                             "rb -a list",
                              "bga -a list",
                              "ctrl -a list -v",
                              "battery"})
@@ -43,13 +43,14 @@ static std::string listsOfController(std::size_t id) {
 static std::string listsOfObjects(std::size_t id) {
     std::string lines;
     const std::string controller = " -i " + text(id) + "\n";
-    for (std::size_t drive = 1; drive <= 32; ++drive)
+    for (std::size_t drive = 1; drive <= 16; ++drive)
         for (const char* list :
              {"phydrv -v -p ", "extent -v -p ", "extent -p ", "mp -p ", "phydrv -a list3G -p "})
             lines += list + text(drive) + controller;
-    for (std::size_t logical = 0; logical < 16; ++logical)
-        for (const char* list : {"logdrv -v -l ", "logdrv -l ", "init -l ", "sync -l ", "rc -l ",
-                                 "migrate -l ", "rb -l ", "bga -l "})
+    for (std::size_t logical = 0; logical < 9; ++logical)
+        for (const char* list :
+             {"logdrv -v -l ", "logdrv -l ", "init -a list -l ", "sync -a list -l ", "rc -a list -l ",
+              "migrate -a list -l ", "rb -a list -l ", "bga -a list -l "})
             lines += list + text(logical) + controller;
     for (std::size_t enclosure = 0; enclosure < 16; ++enclosure)
         lines += "enclosure -e " + text(enclosure) + controller;
@@ -69,7 +70,7 @@ static std::string exportsOf(Session* session) {
 
 static std::string everyList() {
     std::string lines = "ctrl\nctrl -v\nctrl -c 16\nbattery\nbuzz\nbuzz -c 16\n";
-    for (std::size_t id = 0; id < 3; ++id)
+    for (std::size_t id = 0; id < 2; ++id)
         lines += listsOfController(id) + listsOfObjects(id);
     return lines + "exit\n";
 }
@@ -100,7 +101,7 @@ void expectEqualCopy(Session* session) {
     const ProcessOutcome outcome = capture(session, &copy);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, "");
-    const std::string found = everythingOf(&copy);
-    EXPECT_EQ(found, expected);
-    EXPECT_EQ(found, everythingOf(&copy)); // looking does not change it
+    const std::string world = copy.worldWithoutRefusals();
+    EXPECT_EQ(everythingOf(&copy), expected);
+    EXPECT_EQ(copy.worldWithoutRefusals(), world); // looking does not change it
 }

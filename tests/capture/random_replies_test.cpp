@@ -21,6 +21,10 @@ static void fillAtRandom(Random* random, unsigned density, std::uint8_t* bytes, 
     }
 }
 
+static std::uint16_t below(Random* random, unsigned limit) {
+    return static_cast<std::uint16_t>((*random)() % limit);
+}
+
 template <typename Value>
 static void putAt(void* reply, std::size_t offset, Value value) {
     std::memcpy(static_cast<std::uint8_t*>(reply) + offset, &value, sizeof value);
@@ -31,9 +35,9 @@ static void makePlausible(Random* random, const std::string& operation, void* re
     static constexpr std::uint8_t levels[] = {kRaid0, kRaid1, kRaid5, kRaid10, kRaid50, kRaidMf};
     const std::size_t first = sizeof(ReplyHeader);
     if (operation == "q5_getLogDrvInfo" && size >= first + sizeof(LogDrvInfo)) {
-        putAt<std::uint16_t>(reply, first, (*random)() % 3);
+        putAt<std::uint16_t>(reply, first, below(random, 3));
         putAt<std::uint8_t>(reply, first + 2, levels[(*random)() % std::size(levels)]);
-        putAt<std::uint16_t>(reply, first + 42, static_cast<std::uint16_t>(1 + (*random)() % 8));
+        putAt<std::uint16_t>(reply, first + 42, static_cast<std::uint16_t>(1 + below(random, 8)));
         for (std::uint8_t i = 0; i < 8; i++)
             putAt<std::uint8_t>(reply, first + 144 + i, i);
         putAt<std::uint8_t>(reply, first + 176, 1);
@@ -44,7 +48,7 @@ static void makePlausible(Random* random, const std::string& operation, void* re
         const std::size_t at = first + i * sizeof(PhyDrvInfo);
         putAt<std::uint16_t>(reply, at + 4, static_cast<std::uint16_t>(i));
         for (std::size_t k = 0; k < kMaxExtents; k++)
-            putAt<std::uint16_t>(reply, at + 152 + k * sizeof(ExtentEntry) + 8, (*random)() % 3);
+            putAt<std::uint16_t>(reply, at + 152 + k * sizeof(ExtentEntry) + 8, below(random, 3));
     }
 }
 
@@ -55,7 +59,7 @@ static Snapshot randomSnapshot(unsigned seed) {
             return 0;
         fillAtRandom(&random, seed % 9, static_cast<std::uint8_t*>(reply), size);
         if (operation == "q5_getNumberOfHBA")
-            putAt<std::uint32_t>(reply, 0, 1 + random() % 3);
+            putAt<std::uint32_t>(reply, 0, 1u + below(&random, 3));
         else if (size >= sizeof(ReplyHeader))
             putAt<std::uint32_t>(reply, offsetof(ReplyHeader, bytesUsed),
                                  static_cast<std::uint32_t>(random() % (size + 16)));

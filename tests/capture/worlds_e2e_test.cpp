@@ -59,16 +59,22 @@ class CapturedCase : public testing::TestWithParam<std::string> {};
 TEST_P(CapturedCase, ListsTheSame) {
     const Json expected = Json::parse(readFile(GetParam()));
     const Json world = Json::parse(readFile(root + "/status/healthy.world.json")).patch(expected["world"]);
-    if (world.contains("rules"))
-        GTEST_SKIP() << "a copy does not refuse what the adapter refused";
     Session session;
     session.setClock(0);
     session.useWorld(world.dump());
     expectEqualCopy(&session);
 }
 
-INSTANTIATE_TEST_SUITE_P(Worlds, CapturedCase, testing::ValuesIn(filesIn({root + "/status/cases"}, ".json")),
-                         fileName);
+// All but the one whose adapter refuses operations: a copy does not.
+static std::vector<std::string> statusCases() {
+    std::vector<std::string> names = filesIn({root + "/status/cases"}, ".json");
+    std::erase_if(names, [](const std::string& name) {
+        return readFile(name).find("\"/rules\"") != std::string::npos;
+    });
+    return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Worlds, CapturedCase, testing::ValuesIn(statusCases()), fileName);
 
 // The states that the commands of a rehearsal lead to, one after another.
 class CapturedRehearsal : public testing::TestWithParam<std::string> {};

@@ -240,6 +240,57 @@ TEST_F(EventStore, DoesNotReplaceADirectory) {
     EXPECT_EQ(names(), (Names{"events"}));
 }
 
+TEST_F(EventStore, LeavesADirectoryThatAppeared) {
+    load();
+    store(10);
+    std::filesystem::create_directory(path("events"));
+    save();
+    EXPECT_TRUE(std::filesystem::is_empty(path("events")));
+    EXPECT_EQ(names(), (Names{"events"}));
+}
+
+TEST_F(EventStore, CreatesNoDirectory) {
+    for (const std::string& name :
+         {path("missing/events"), path("file/events"), path(std::string(300, 'x'))}) {
+        write("file", "as it was");
+        loadEventBuffer(name.c_str());
+        EXPECT_EQ(GetBufferEventCount(), 0u);
+        store(10);
+        saveEventBuffer(name.c_str());
+        EXPECT_EQ(names(), (Names{"file"}));
+        EXPECT_EQ(content("file"), "as it was");
+    }
+}
+
+// An empty file holds no events.
+TEST_F(EventStore, TakesAFileThatWasEmptiedForThatOfAnotherSession) {
+    writeImage(imageOf({1, 2}));
+    load();
+    store(10);
+    write("events", "");
+    save();
+    EXPECT_EQ(saved(), (Ids{10}));
+}
+
+TEST_F(EventStore, DisplaysWithoutHarmWhatAnotherSessionDisplayedToo) {
+    writeImage(imageOf({1, 2, 3}));
+    load();
+    EXPECT_EQ(take(), 3u);
+    writeImage(imageOf({1, 2}));
+    save();
+    EXPECT_EQ(saved(), (Ids{2, 1}));
+}
+
+TEST_F(EventStore, DoesNotWriteWhatAnotherSessionSavedWithoutEventsOfItsOwn) {
+    writeImage(imageOf({1, 2, 3}));
+    load();
+    writeImage(imageOf({1, 2, 3, 4}));
+    const ino_t before = number();
+    save();
+    EXPECT_EQ(number(), before);
+    EXPECT_EQ(saved(), (Ids{4, 3, 2, 1}));
+}
+
 // Neither opening a pipe without a writer nor a read from /dev/zero would end.
 TEST_F(EventStore, TreatsLinksPipesAndDevicesAsAMissingFile) {
     write("there", "as it was");

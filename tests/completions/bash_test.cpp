@@ -19,6 +19,23 @@ static std::string candidates(const std::string& line) {
     return outcome.out;
 }
 
+// The same for a completion that reads words: the last one is being completed.
+static std::string candidatesOf(const std::string& file, const std::string& function,
+                                const std::string& line) {
+    static const char script[] =
+        "source \"$1\"; COMP_LINE=$3 COMP_POINT=${#3}; read -ra COMP_WORDS <<<\"$3.\"\n"
+        "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); COMP_WORDS[COMP_CWORD]=${COMP_WORDS[COMP_CWORD]%.}\n"
+        "\"$2\" 2>/dev/null; printf '%s ' \"${COMPREPLY[@]}\"";
+    const TempDir directory;
+    directory.write("plan.txt", "");
+    return runProgram({.words = {BASH_PROGRAM, "--norc", "-c", script, "bash",
+                                 std::string(COMPLETIONS) + "/" + file, function, line},
+                       .variables = {"PATH=/usr/bin:/bin:/usr/local/bin"},
+                       .directory = directory.path()},
+                      "")
+        .out;
+}
+
 class BashCompletion : public testing::Test {
 protected:
     void SetUp() override {
@@ -104,4 +121,21 @@ TEST_F(BashCompletion, CompletesOnATerminal) {
     EXPECT_NE(outcome.out.find("\n<ctrl><-a><mod><-i><0><-s><autorebuild=enable>\r\n"), std::string::npos);
     EXPECT_NE(outcome.out.find("\n<ctrl><-a><mod><-s><smart=enable,smartpoll=30>\r\n"), std::string::npos);
     EXPECT_NE(outcome.out.find("\n<export><-f><home file.txt><-t><0>\r\n"), std::string::npos) << outcome.out;
+}
+
+TEST_F(BashCompletion, OffersCommandsToTry) {
+    const auto tried = [](const std::string& line) { return candidatesOf("cli-try.bash", "_cli_try", line); };
+    EXPECT_EQ(tried("cli-try ex"), "export extent ");
+    EXPECT_EQ(tried("cli-try logdrv -a d"), "del ");
+    EXPECT_EQ(tried("cli-try --s"), "--shell ");
+    EXPECT_EQ(tried("cli-try -f p"), "plan.txt ");
+    EXPECT_EQ(tried("cli-try -s "), " ");
+}
+
+TEST_F(BashCompletion, OffersOptionsOfCapture) {
+    const auto captured = [](const std::string& line) {
+        return candidatesOf("cli-capture.bash", "_cli_capture", line);
+    };
+    EXPECT_EQ(captured("cli-capture --a"), "--anonymous ");
+    EXPECT_EQ(captured("cli-capture -o p"), "plan.txt ");
 }

@@ -16,7 +16,7 @@ static std::string screenAfter(const TempDir& directory, std::vector<std::string
     directory.write(".zshrc", "fpath=('" COMPLETIONS "' $fpath); autoload -Uz compinit; compinit -u -D\n"
                               "unsetopt promptsp beep; unset zle_bracketed_paste\n"
                               "zstyle ':completion:*' completer _complete\n"
-                              "cli() { printf '<%s>' \"$@\"; echo }\n"
+                              "cli() { printf '<%s>' \"$@\"; echo }; cli-try() { cli \"$@\" }\n"
                               "PS1='rea''dy>'; stty rows 24 cols 200\n");
     lines.push_back("exit\n");
     const ProcessOutcome outcome =
@@ -39,6 +39,13 @@ TEST_F(ZshCompletion, HasValidSyntax) {
                                                .directory = directory.path()},
                                               "");
     EXPECT_EQ(outcome, ProcessOutcome{});
+}
+
+TEST_F(ZshCompletion, CompletesACommandToTry) {
+    const TempDir directory;
+    const std::string screen = screenAfter(directory, {"cli-try logd\t-a de\t-l 0\n", "cli-try --sh\t\n"});
+    EXPECT_TRUE(shows(screen, "\n<logdrv><-a><del><-l><0>\r\n")) << screen;
+    EXPECT_TRUE(shows(screen, "\n<--shell>\r\n")) << screen;
 }
 
 TEST_F(ZshCompletion, CompletesCommandsActionsAndOptions) {

@@ -208,6 +208,12 @@ TEST(LogDrvBlock, ReadsBothAutomaticCacheModesAsAutomatic) {
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> sometimes\n[End]").writeMode, -1);
 }
 
+TEST(LogDrvBlock, IgnoresOtherKeysAtTheEndOfTheFile) {
+    EXPECT_STREQ(readDrive(" 0\n<LogDrvName> Data\n<LogDrvName>").name, " Data");
+    EXPECT_EQ(readDrive(" 0\n<LogDrvRaidMode> RAID5\n<LogDrvRaidMode>").raidLevel, kRaid5);
+    EXPECT_EQ(readDrive(" 0\n<LogDrvInitMode> QUICK\n<LogDrvInitMode>").initMode, 1);
+}
+
 TEST(LogDrvBlock, IgnoresACacheModeKeyAtTheEndOfTheFile) {
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode>").writeMode, 0);
     EXPECT_EQ(readDrive(" 0\n<LogDrvCacheMode> Write Back\n<LogDrvCacheMode>").writeMode, 1);

@@ -182,15 +182,19 @@ TEST_F(Crash, ErrorDuringExportIsReportedOrHarmless) {
                  });
 }
 
-// Errors of the event file are not reported, but never damage it.
-TEST_F(Crash, ErrorDuringOtherCommandsLeavesOldOrNewFiles) {
+// Errors of the event file are not reported, but never damage it. Errors of the adapters are reported by
+// them; what follows is up to the command, which may write a record back that could not be read.
+TEST_F(Crash, ErrorDuringOtherCommandsIsReportedOrLeavesOldOrNewFiles) {
     for (const Words& command : changes) {
         if (command[0] == "export")
             continue;
         TRACE_OR_SKIP(command);
         for (const int error : {EIO, ENOSPC})
-            tryFault("error:" + std::to_string(error), 8,
-                     [&](const ProcessOutcome&, const Files& files) { expectOldOrNew(files); });
+            tryFault("error:" + std::to_string(error), 8, [&](const ProcessOutcome& outcome, Files files) {
+                if (!outcome.err.empty())
+                    files.world = before.world;
+                expectOldOrNew(files);
+            });
     }
 }
 
@@ -212,13 +216,17 @@ TEST_F(CrashImport, SignalIsDeferredUntilItCompletes) {
     TRACE_OR_SKIP(import);
     ASSERT_NE(before.world, after.world);
     int done = 0;
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE}) {
+        int late = 0; // with the call that ends the program
         tryFault("signal:" + std::to_string(signal), 5,
                  [&](const ProcessOutcome& outcome, const Files& files) {
                      EXPECT_TRUE(files.world == before.world || files.world == after.world);
-                     EXPECT_EQ(outcome.status, 128 + signal);
+                     late += outcome.status == 0;
+                     EXPECT_TRUE(outcome.status == 128 + signal || outcome.status == 0) << outcome.status;
                      done += files.world == after.world;
                  });
+        EXPECT_LE(late, 1);
+    }
     EXPECT_GT(done, 0);
     RecordProperty("signals", attempted);
 }
@@ -289,11 +297,13 @@ TEST_F(CrashImport, RaceOfImportsCreatesEachLogicalDriveOnce) {
     const ProcessOutcome list = session.run({"logdrv", "-i", "0"});
     const auto lines = std::count(list.out.begin(), list.out.end(), '\n');
     const std::string command = "\"$CLI\" import -c -f all.cfg";
-    EXPECT_EQ(shell(session,
-                    raceOf(command, command,
-                           "[ $(\"$CLI\" logdrv -i 0 | grep -c .) -eq " + std::to_string(lines) + " ]"),
-                    times(10, 200)),
-              (ProcessOutcome{0, "0 lost\n", ""}));
+    // In parts, as each script has limited time.
+    for (int rounds = 0; rounds < times(10, 200); rounds += 10)
+        EXPECT_EQ(shell(session,
+                        raceOf(command, command,
+                               "[ $(\"$CLI\" logdrv -i 0 | grep -c .) -eq " + std::to_string(lines) + " ]"),
+                        10),
+                  (ProcessOutcome{0, "0 lost\n", ""}));
 }
 
 TEST_F(Crash, RaceOfHelpsKeepsTheEventFile) {

@@ -120,7 +120,10 @@ static int trace(pid_t child, const Fault& fault, long* calls) {
     return status;
 }
 
+// Signals that this program was started to ignore, by nohup for example, would be ignored there too.
 [[noreturn]] static void execChild(char** words) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGTSTP, SIGTTOU})
+        std::signal(signal, SIG_DFL);
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
         _exit(kNoTracing);
     execv(words[0], words);

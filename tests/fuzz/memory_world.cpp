@@ -34,6 +34,8 @@ const World* currentWorld() {
     return &fuzzedWorld;
 }
 
+void beginReports() {}
+
 const World* storedWorld() {
     return &fuzzedWorld;
 }

@@ -1,9 +1,11 @@
 // Fuzzes the world file: an accepted text must survive writing and reading, before and after years of
-// world time. A rejected one must report a line and a reason.
+// world time, and keep the invariants once the time of its latest entry has come. A rejected one must report
+// a line and a reason.
 #include <cstdlib>
 
 #include "simulator/engine/advance.h"
 #include "simulator/file/world_json.h"
+#include "simulator/world/invariants.h"
 #include "tests/fuzz/bytes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
@@ -16,6 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         std::abort();
     for (std::int64_t now = 0; now < 4000000000; now += 500000000)
         q5sim::advanceTo(world, now);
+    if (!q5sim::findViolations(world).empty())
+        std::abort();
     if (!q5sim::worldFromJson(q5sim::worldToJson(world), again, error) || !(again == world))
         std::abort();
     return 0;

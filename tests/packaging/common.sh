@@ -27,7 +27,7 @@ same() {
 # Copies the products of a build to the build directory configured in $stage/build.
 products_of() {
     mkdir -p "$stage/build/bin" "$stage/build/packaging"
-    cp "$1/bin/q5sim" "$stage/build/bin/"
+    cp "$1/bin/q5sim" "$1/bin/cli-try-report" "$1/bin/cli-restore-rehearse" "$stage/build/bin/"
     cp -R "$1/lib" "$stage/build/"
     cp -R "$1/packaging/products" "$stage/build/packaging/"
 }
@@ -41,7 +41,7 @@ stage_as_port() {
     # One word per argument.
     # shellcheck disable=SC2086
     "$CMAKE" -S "$1" -B "$stage/build" -DCMAKE_INSTALL_PREFIX=/usr/local -DBUILD_TESTING=OFF -DBUILD_BEFORE_INSTALL=OFF \
-        $arguments >"$stage/log" 2>&1 || fail "$(cat "$stage/log")"
+        -DSCHEDULED_JOBS=periodic $arguments >"$stage/log" 2>&1 || fail "$(cat "$stage/log")"
     products_of "$2"
     DESTDIR=$stage/root "$CMAKE" --install "$stage/build" >"$stage/log" 2>&1 || fail "$(cat "$stage/log")"
     # The ports system compresses the manual pages.

@@ -73,7 +73,7 @@ TEST_F(Environment, SmartWarningIsLoggedOnce) {
     EXPECT_NE(driveInfo(0, 3).extent[0].access & kExtentSmartFailed, 0);
     EXPECT_EQ(smart(true), "SMART of drive 4 predicts a failure already");
     EXPECT_EQ(smart(false), "");
-    EXPECT_EQ(newestEvent(), "Drive 4: SMART predicts no failure any more");
+    EXPECT_EQ(newestEvent(), "Drive 4: SMART no longer predicts a failure");
 }
 
 TEST_F(Environment, SensorsOutOfRangeAreLogged) {

@@ -161,11 +161,17 @@ TEST_F(FaultedWorld, OlderWorldsHaveErrorsWithoutPositions) {
 
 TEST_F(FaultedWorld, InjectedErrorsAreAtTheirPosition) {
     open("bench");
-    EXPECT_EQ(
-        inject([](q5sim::Controller& c, std::int64_t at) { return q5sim::addMediaErrors(c, 0, 10, 50, at); }),
-        "");
+    std::uint64_t added = 0;
+    int percent = 50;
+    const auto addTen = [&](q5sim::Controller& c, std::int64_t at) {
+        return q5sim::addMediaErrors(c, 0, 10, percent, at, added);
+    };
+    EXPECT_EQ(inject(addTen), "");
     EXPECT_EQ(controller().drives[0].badSectors, (std::vector<q5sim::BadSectors>{{1024000, 10}}));
-    EXPECT_EQ(
-        inject([](q5sim::Controller& c, std::int64_t at) { return q5sim::addMediaErrors(c, 0, 10, 50, at); }),
-        "drive 1 has bad sectors there already");
+    EXPECT_EQ(added, 10u);
+    EXPECT_EQ(inject(addTen), "drive 1 has bad sectors there already");
+    percent = 100; // the last ones of the drive
+    EXPECT_EQ(inject(addTen), "");
+    EXPECT_EQ(controller().drives[0].badSectors[1], (q5sim::BadSectors{2047990, 10}));
+    EXPECT_EQ(added, 10u);
 }

@@ -1,17 +1,25 @@
-// Random operations, faults and time steps on random worlds, with all invariants checked after each. A
-// failing sequence is shrunk and printed as a script. Runs a sample; PROPERTY_STEPS=100000 runs them all.
+// Random operations, faults and time steps on the built-in world and on random ones, with all invariants
+// checked after each. A failing sequence is shrunk and printed as a script, with the seed of its world. Runs
+// a sample; PROPERTY_STEPS=100000 runs them all, PROPERTY_SEED=N only the script with this seed.
+#include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <set>
 
+#include "simulator/file/world_json.h"
+#include "tests/fuzz/memory_world.h"
 #include "tests/simulator/faulted_world.h"
+#include "tests/simulator/random_world.h"
 
 namespace {
 struct Step {
     int kind = 0;
     std::uint32_t controller = 0, drive = 0, number = 0;
 };
-using Script = std::vector<Step>;
+struct Script {
+    std::uint32_t seed = 0; // of the world
+    std::vector<Step> steps;
+};
 using Number = std::mt19937;
 
 struct Action {
@@ -46,8 +54,9 @@ static const Action faults[] = {
      }},
     {"media-errors",
      [](q5sim::World& w, std::int64_t now, const Step& s) {
+         std::uint64_t added = 0;
          addMediaErrors(controllerOf(w, s), s.drive, 1 + s.number % 2000,
-                        static_cast<int>(s.number % 102) - 1, now);
+                        static_cast<int>(s.number % 102) - 1, now, added);
      }},
     {"smart", [](q5sim::World& w, std::int64_t,
                  const Step& s) { setSmartFailure(controllerOf(w, s), s.drive, s.number % 2 == 0); }},
@@ -99,7 +108,7 @@ static const Operation operations[] = {
          const std::uint32_t count = level == kRaid1 ? 2 : level == kRaid10 ? 4 : 3;
          std::vector<std::uint32_t> drives;
          for (std::uint32_t i = 0; i < count; i++)
-             drives.push_back((s.drive + i) % 8);
+             drives.push_back((s.drive + i) % kRandomDrives);
          const CreateArrayRequest wanted = request(level, 1000 + s.number % 5000, drives);
          q5_addHBAArray(hbaAddress(s.controller), 0, &wanted);
      }},
@@ -180,9 +189,16 @@ static const Operation operations[] = {
          q5_startHBAMediaPatrol(hbaAddress(s.controller), 0, &drive);
      }},
 };
+// What random scripts contain. One more kind breaks an invariant, for the test of shrinking.
 static constexpr int kKinds = kFaults + static_cast<int>(std::size(operations));
 
+static void breakInvariant() {
+    q5sim::fuzzedWorld.controllers[0].drives[0].extents[0].size = UINT64_MAX / 2;
+}
+
 static const char* nameOf(const Step& step) {
+    if (step.kind == kKinds)
+        return "break an invariant";
     return step.kind < kFaults ? faults[step.kind].name : operations[step.kind - kFaults].name;
 }
 
@@ -207,8 +223,10 @@ static std::string runStep(const Step& step) {
             faults[step.kind].run(world, now, step);
             return 0;
         });
-    else
+    else if (step.kind < kKinds)
         operations[step.kind - kFaults].call(step);
+    else
+        breakInvariant();
     const q5sim::World& after = *q5sim::currentWorld();
     std::vector<std::string> lines = q5sim::findViolations(after);
     for (const std::string& line : q5sim::findStepViolations(before, after))
@@ -218,22 +236,46 @@ static std::string runStep(const Step& step) {
     return lines.front();
 }
 
-static std::string runScript(const Script& script, std::size_t& failedAt) {
+// Every fourth script runs on the built-in world.
+static void openStartingWorld(std::uint32_t seed) {
     q5sim::resetWorld();
-    for (failedAt = 0; failedAt < script.size(); failedAt++)
-        if (std::string violation = runStep(script[failedAt]); !violation.empty())
+    if (seed % 4 != 0)
+        q5sim::fuzzedWorld = randomWorld(seed, q5sim::worldTime({}));
+}
+
+static std::string startingViolation() {
+    q5sim::World read;
+    q5sim::ValidationError error;
+    if (!q5sim::worldFromJson(q5sim::worldToJson(q5sim::fuzzedWorld), read, error))
+        return "the world file would be refused: " + error.reason;
+    if (!(read == q5sim::fuzzedWorld))
+        return "the world file has another world";
+    const std::vector<std::string> lines = q5sim::findViolations(*q5sim::currentWorld());
+    return lines.empty() ? "" : "at the start: " + lines.front();
+}
+
+// The first violation; failedAt is the number of steps before it.
+static std::string runScript(const Script& script, std::size_t& failedAt) {
+    openStartingWorld(script.seed);
+    failedAt = 0;
+    if (std::string violation = startingViolation(); !violation.empty())
+        return violation;
+    for (const Step& step : script.steps) {
+        if (std::string violation = runStep(step); !violation.empty())
             return violation;
+        failedAt++;
+    }
     return "";
 }
 
 // Leaves out steps as long as the script still fails.
 static Script shrunk(Script script) {
     std::size_t failedAt = 0;
-    for (std::size_t size = script.size() / 2; size > 0; size /= 2)
-        for (std::size_t start = 0; start + size <= script.size();) {
+    for (std::size_t size = script.steps.size(); size > 0; size /= 2)
+        for (std::size_t start = 0; start + size <= script.steps.size();) {
             Script shorter = script;
-            shorter.erase(shorter.begin() + static_cast<std::ptrdiff_t>(start),
-                          shorter.begin() + static_cast<std::ptrdiff_t>(start + size));
+            const auto first = shorter.steps.begin() + static_cast<std::ptrdiff_t>(start);
+            shorter.steps.erase(first, first + static_cast<std::ptrdiff_t>(size));
             if (runScript(shorter, failedAt).empty())
                 start += size;
             else
@@ -243,34 +285,61 @@ static Script shrunk(Script script) {
 }
 
 static std::string textOf(const Script& script) {
-    std::string text;
-    for (const Step& step : script)
+    std::string text = "PROPERTY_SEED=" + std::to_string(script.seed) +
+                       ", world: " + (script.seed % 4 == 0 ? "built-in" : "random") + "\n";
+    for (const Step& step : script.steps)
         text += std::string(nameOf(step)) + " controller " + std::to_string(step.controller) + " drive " +
                 std::to_string(step.drive + 1) + " number " + std::to_string(step.number) + "\n";
     return text;
 }
 
-static Script randomScript(Number& random, std::size_t length) {
-    Script script(length);
-    for (Step& step : script)
-        step = {static_cast<int>(random() % kKinds), static_cast<std::uint32_t>(random() % 2),
-                static_cast<std::uint32_t>(random() % 8), static_cast<std::uint32_t>(random() % 10000)};
+static Script randomScript(std::uint32_t seed, std::size_t length) {
+    Script script = {seed, std::vector<Step>(length)};
+    Number random(seed);
+    for (Step& step : script.steps)
+        step = {static_cast<int>(random() % kKinds), static_cast<std::uint32_t>(random() % 3),
+                static_cast<std::uint32_t>(random() % kRandomDrives),
+                static_cast<std::uint32_t>(random() % 10000)};
     return script;
 }
 
+static constexpr std::size_t kLength = 100;
+
+// Fails with the shortest script that still breaks an invariant.
+static void runSeed(std::uint32_t seed) {
+    Script script = randomScript(seed, kLength);
+    std::size_t failedAt = 0;
+    const std::string violation = runScript(script, failedAt);
+    if (violation.empty())
+        return;
+    script.steps.resize(std::min(failedAt + 1, script.steps.size()));
+    const Script few = shrunk(script);
+    FAIL() << violation << "; shrunk: " << runScript(few, failedAt) << "\n" << textOf(few);
+}
+
+static long setting(const char* name, long otherwise) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::atol(value) : otherwise;
+}
+
 TEST(Properties, RandomScriptsKeepTheInvariants) {
-    const char* wanted = std::getenv("PROPERTY_STEPS");
-    const long steps = wanted != nullptr ? std::atol(wanted) : 4000;
-    static constexpr std::size_t kLength = 100;
-    Number random(12345);
-    for (long done = 0; done < steps; done += kLength) {
-        const Script script = randomScript(random, kLength);
-        std::size_t failedAt = 0;
-        const std::string violation = runScript(script, failedAt);
-        if (violation.empty())
-            continue;
-        const Script all(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(failedAt) + 1);
-        const Script few = shrunk(all);
-        FAIL() << violation << "; shrunk: " << runScript(few, failedAt) << "\n" << textOf(few);
-    }
+    const long only = setting("PROPERTY_SEED", -1), steps = setting("PROPERTY_STEPS", 4000);
+    if (only >= 0)
+        return runSeed(static_cast<std::uint32_t>(only));
+    std::uint32_t seed = 1;
+    for (long done = 0; done < steps && !testing::Test::HasFailure(); done += kLength)
+        runSeed(seed++);
+    std::printf("seeds 1 to %u\n", seed - 1);
+}
+
+// A script that fails is cut down to the steps that matter.
+TEST(Properties, FailingScriptsAreShrunk) {
+    Script script = randomScript(4, 10);
+    const Step broken = {kKinds, 0, 0, 0};
+    script.steps.insert(script.steps.begin() + 7, broken);
+    const Script few = shrunk(script);
+    ASSERT_EQ(few.steps.size(), 1u);
+    EXPECT_EQ(few.steps[0].kind, kKinds);
+    EXPECT_EQ(textOf(few), "PROPERTY_SEED=4, world: built-in\n"
+                           "break an invariant controller 0 drive 1 number 0\n");
 }

@@ -1,6 +1,7 @@
 // The fault injection tool, run as a program.
 #include <cstdlib>
 #include <filesystem>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include "adapter/battery.h"
@@ -121,6 +122,61 @@ TEST_F(Q5simTest, SavesAndLoadsWorlds) {
     EXPECT_EQ(arrayInfo(0, 0).functionalStatus, kOnline);
     writeText(copy, "{");
     EXPECT_EQ(output("load " + copy), "q5sim: " + copy + ":1: this is not valid JSON\n");
+}
+
+// What is in the place of a copy and no regular file stays as it is.
+TEST_F(Q5simTest, SavesOnlyAsRegularFile) {
+    open("");
+    const std::string before = fileText(), copy = directory + "/copy.json";
+    EXPECT_EQ(output("save " + file), "q5sim: " + file + " is the world file itself\n");
+    std::filesystem::create_symlink(file, copy);
+    EXPECT_EQ(output("save " + copy), "q5sim: " + copy + " is the world file itself\n");
+    EXPECT_EQ(fileText(), before);
+    std::filesystem::remove(copy);
+    std::filesystem::create_symlink("real.json", copy);
+    EXPECT_EQ(output("save " + copy), "q5sim: " + copy + ": No such file or directory\n");
+    writeText(directory + "/real.json", "{");
+    EXPECT_EQ(output("save " + copy), "world saved in " + copy + "\n");
+    EXPECT_TRUE(std::filesystem::is_symlink(copy));
+    EXPECT_EQ(readText(directory + "/real.json"), before);
+    std::filesystem::remove(copy);
+    ASSERT_EQ(mkfifo(copy.c_str(), 0600), 0);
+    EXPECT_EQ(output("save " + copy), "q5sim: " + copy + ": Invalid argument\n");
+    EXPECT_TRUE(std::filesystem::is_fifo(copy));
+    EXPECT_EQ(output("save " + directory), "q5sim: " + directory + ": Is a directory\n");
+    EXPECT_EQ(output("save /nowhere/copy.json"), "q5sim: /nowhere/copy.json: No such file or directory\n");
+}
+
+TEST_F(Q5simTest, ResetReplacesOnlyRegularFile) {
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(output("reset"), file + ": the world file cannot be written: Invalid argument\n");
+    EXPECT_TRUE(std::filesystem::is_fifo(file));
+}
+
+TEST_F(Q5simTest, RefusesRuleForNoOperation) {
+    open("");
+    EXPECT_EQ(output("refuse 'q5_strat*'"), "q5sim: no operation matches q5_strat*\n");
+    EXPECT_EQ(output("rules"), "no rules\n");
+}
+
+TEST_F(Q5simTest, CountsBadSectorsThatAreNew) {
+    open("");
+    EXPECT_EQ(output("media-errors 0 1 5 --at 50"),
+              "drive 1 of controller 0 has 5 more bad sectors at 50 percent\n");
+    EXPECT_EQ(output("media-errors 0 1 6 --at 50"),
+              "drive 1 of controller 0 has 1 more bad sector at 50 percent\n");
+    EXPECT_EQ(output("media-errors 0 1 6 --at 50"),
+              "q5sim: drive 1 has bad sectors there already on controller 0\n");
+}
+
+TEST_F(Q5simTest, ReadingsMayBeNegative) {
+    open("");
+    EXPECT_EQ(output("sensor 0 0 temperature -5"),
+              "temperature sensor of enclosure 0 of controller 0 set to -5; "
+              "enclosure 0: temperature -5 is out of range\n");
+    EXPECT_EQ(output("delay q5_discover -1"), "q5sim: -1 is not a number of seconds up to 86400\n"
+                                              "Usage: q5sim delay OPERATION SECONDS\n");
+    EXPECT_EQ(output("delay --help"), "Usage: q5sim delay OPERATION SECONDS\n");
 }
 
 TEST_F(Q5simTest, CountsAndClearsRules) {

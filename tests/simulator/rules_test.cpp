@@ -95,6 +95,18 @@ TEST_F(Rules, RefusedInitializationEndsTheSession) {
     EXPECT_NE(q5_discover(1), 0);
 }
 
+// Also operations that are about no controller.
+TEST_F(Rules, RefusedCountAndEndAreRecorded) {
+    add(rule(q5sim::kRefuseCall, "q5_getNumberOfHBA"));
+    add(rule(q5sim::kRefuseCall, "q5_finalize"));
+    std::uint32_t count = 99;
+    EXPECT_EQ(q5_getNumberOfHBA(&count), 1);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(newestReason(), "q5_getNumberOfHBA: refused by rule 1");
+    EXPECT_EQ(q5_finalize(), 1);
+    EXPECT_EQ(newestReason(), "q5_finalize: refused by rule 2");
+}
+
 TEST_F(Rules, ReasonsAreRecordedNewestFirst) {
     EXPECT_EQ(create(request(kRaid5, 800, {0, 1, 2})), 0);
     waitSeconds(50);

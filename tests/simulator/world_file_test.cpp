@@ -198,7 +198,17 @@ TEST_F(WorldFile, RefusesLinkWithoutFile) {
     }
 }
 
-// A missing world is created by the first of an operation's steps that needs it; each may report the failure.
+// Only a file that is certainly missing may be created.
+TEST_F(WorldFile, IsNotMissingWhenItCannotBeLookedUp) {
+    fs::create_directories(directory);
+    fs::create_symlink("two", directory + "/one");
+    fs::create_symlink("one", directory + "/two");
+    EXPECT_TRUE(q5sim::fileExists(directory + "/one"));
+    EXPECT_TRUE(q5sim::fileExists(directory + "/" + std::string(300, 'x')));
+    EXPECT_FALSE(q5sim::fileExists(directory + "/none"));
+    EXPECT_FALSE(q5sim::fileExists(directory + "/none/world.json"));
+}
+
 TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
     open("bench");
     fs::rename(file, directory + "/moved.json");
@@ -209,8 +219,7 @@ TEST_F(WorldFile, LinkThatReplacesItIsNotReplaced) {
         EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
         const std::string line =
             file + ": the world file cannot be written: Too many levels of symbolic links\n";
-        const std::string errors = testing::internal::GetCapturedStderr();
-        EXPECT_TRUE(errors == line || errors == line + line) << errors;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
         EXPECT_EQ(fs::read_symlink(file), target);
         fs::remove(file);
     }
@@ -227,6 +236,24 @@ TEST_F(WorldFile, ReportsFailedLock) {
     EXPECT_FALSE(q5sim::resetWorld());
     const std::string line = file + ": the world file cannot be locked: Is a directory\n";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line + line);
+}
+
+// A rule that matches is counted in the file before the operation changes it: the failure is one.
+TEST_F(WorldFile, ReportsFailedLockOnceWithRule) {
+    open("bench");
+    ASSERT_EQ(q5sim::changeWorld([](q5sim::World& world, std::int64_t) {
+                  world.rules.push_back({q5sim::kDelayCall, "q5_turn*"});
+                  return 0;
+              }),
+              0);
+    fs::remove(file + ".lock");
+    fs::create_directory(file + ".lock");
+    const std::string line = file + ": the world file cannot be locked: Is a directory\n";
+    for (int i = 0; i < 3; i++) {
+        testing::internal::CaptureStderr();
+        EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
+    }
 }
 
 // Listings of a world that cannot be locked show that time passes, and report the failure once.
@@ -277,6 +304,27 @@ TEST_F(WorldFile, RejectsChangesWhenNotWritable) {
     std::uint8_t state = 9;
     EXPECT_EQ(q5_getBuzzerStatus(hbaAddress(0), 0, &state, 1), 0);
     EXPECT_EQ(state, 1);
+}
+
+// The same with a rule: neither its count nor the reason of the refusal can be stored.
+TEST_F(WorldFile, ReportsFailedWriteOnceWithRule) {
+    open("bench");
+    ASSERT_EQ(q5sim::changeWorld([](q5sim::World& world, std::int64_t) {
+                  world.rules.push_back({q5sim::kRefuseCall, "q5_turn*"});
+                  return 0;
+              }),
+              0);
+    rlimit old = {};
+    getrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit small = {100, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    testing::internal::CaptureStderr();
+    const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+    setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ": the world file cannot be written: File too large\n");
+    EXPECT_NE(result, 0);
 }
 
 static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {

@@ -2,7 +2,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "simulator/engine/advance.h"
 #include "simulator/file/world_json.h"
+#include "simulator/world/invariants.h"
 #include "tests/simulator/simulated_world.h"
 
 using q5sim::ValidationError;
@@ -65,8 +67,32 @@ TEST(WorldText, ChecksActivities) {
                                 "\"targets\": [{\"drive\": 1, \"position\": 1}]}}]}]}"),
               "controllers[0].logicalDrives[0].activity.targets[0]: the rebuild's targets do not fit the "
               "members");
-    EXPECT_EQ(reasonFor(start + "{\"kind\": \"migration\", \"totalMb\": 1}}]}]}"),
-              "controllers[0].logicalDrives[0].activity.goal: no array can become this");
+    EXPECT_EQ(
+        reasonFor(start + "{\"kind\": \"migration\", \"totalMb\": 1}}]}]}"),
+        "controllers[0].logicalDrives[0].activity.goal: no array can have this level, stripe and members");
+    EXPECT_EQ(
+        reasonFor(start + "{\"kind\": \"rebuild\", \"totalMb\": 1}}]}]}"),
+        "controllers[0].logicalDrives[0].activity.targets: a rebuild has targets, other activities have "
+        "none");
+    EXPECT_EQ(
+        reasonFor(start + "{\"kind\": \"initialization\", \"totalMb\": 1, "
+                          "\"targets\": [{\"drive\": 1, \"position\": 0}]}}]}]}"),
+        "controllers[0].logicalDrives[0].activity.targets: a rebuild has targets, other activities have "
+        "none");
+    EXPECT_EQ(reasonFor(start + "{\"kind\": \"initialization\", \"totalMb\": 7, \"doneMb\": 8}}]}]}"),
+              "controllers[0].logicalDrives[0].activity.doneMb: more is done than there is to do");
+}
+
+TEST(WorldText, ChecksSerialNumbersAndEvents) {
+    const std::string drive = "{\"id\": 0, \"sectors\": 4096, \"serial\": \"S1\"}";
+    const std::string start = "{\"controllers\": [{\"drives\": [" + drive + "]";
+    EXPECT_EQ(reasonFor(start + "}, {\"drives\": [" + drive + "]}]}"), "taken");
+    EXPECT_EQ(reasonFor(start + ", \"pulledDrives\": [" + drive + "]}]}"),
+              "controllers[0].pulledDrives[0].serial: an earlier drive has this serial number");
+    const std::string events = "{\"controllers\": [{\"events\": [{\"id\": 4}, {\"id\": ";
+    EXPECT_EQ(reasonFor(events + "5}]}]}"), "taken");
+    EXPECT_EQ(reasonFor(events + "1}]}]}"), "taken"); // after the last possible ID
+    EXPECT_EQ(reasonFor(events + "4}]}]}"), "controllers[0].events[1].id: the IDs of events must count up");
 }
 
 // Truncated text and deep nesting are refused.
@@ -186,7 +212,7 @@ TEST(WorldText, RejectsWideObjectsQuickly) {
     EXPECT_EQ(reasonFor(text + "}"), "k0: the key \"k0\" has no meaning here");
 }
 
-// Random byte changes give either an error or a valid world.
+// Random byte changes give either an error or a world that keeps the invariants.
 TEST(WorldText, DamagedFilesDoNotCrash) {
     const std::string whole = readText(std::string(WORLDS) + "/degraded.json");
     unsigned random = 12345;
@@ -200,7 +226,10 @@ TEST(WorldText, DamagedFilesDoNotCrash) {
         ValidationError error;
         if (!q5sim::worldFromJson(text, world, error)) {
             EXPECT_GE(error.line, 1);
+            continue;
         }
+        q5sim::advanceTo(world, kStart);
+        EXPECT_EQ(q5sim::findViolations(world), std::vector<std::string>()) << text;
     }
 }
 

@@ -16,7 +16,7 @@ static ControllerInfo infoOf(std::uint16_t drives) {
     return info;
 }
 
-// What every controller is asked before its drives.
+// The calls for every controller before those for its drives.
 static void expectController(std::uint32_t id, std::uint16_t drives) {
     const ControllerQuery general = {id, 1, kGeneralInfo, {}}, version = {id, 1, kVersionInfo, {}};
     const HbaAddress address = hbaAddress(id);
@@ -169,7 +169,7 @@ TEST_F(SnapshotCalls, RecordARefusedPageBeforeTheLastDrive) {
     EXPECT_EQ(readController(0).faults, (Faults{{"q5_getPhyDrvInfo", FaultKind::refused, 1}}));
 }
 
-// Settings and lost members are asked by the ID; progress for each activity that the drive reports.
+// Settings and lost members are requested by ID, progress for each activity that the drive reports.
 TEST_F(SnapshotCalls, AskALogicalDriveByItsId) {
     expectController(0, 0);
     expectEnclosures(0, -1);

@@ -1,4 +1,4 @@
-// Faults: each is recorded with the object that was asked for, and the rest is read all the same.
+// Faults: each is recorded with the object that the call was about, and the rest is still read.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -12,11 +12,11 @@ static void put(void* reply, const Record& record) {
     std::memcpy(reply, &record, sizeof record);
 }
 
-// A list reply with these records, whose header claims the given number of bytes.
+// A list reply with these records, whose header announces the given number of bytes.
 template <typename Record>
-static void putList(void* reply, const std::vector<Record>& records, std::size_t claimed) {
+static void putList(void* reply, const std::vector<Record>& records, std::size_t announced) {
     auto* header = static_cast<ReplyHeader*>(reply);
-    header->bytesUsed = static_cast<std::uint32_t>(claimed);
+    header->bytesUsed = static_cast<std::uint32_t>(announced);
     if (!records.empty())
         std::memcpy(header + 1, records.data(), records.size() * sizeof(Record));
 }
@@ -180,7 +180,7 @@ TEST_F(Faulty, ImpossibleExtentCountIsBounded) {
     EXPECT_EQ(read().drives[0].faults, (FaultList{{"q5_getPhyDrvInfo", FaultKind::impossible, 17}}));
 }
 
-// An adapter that always answers with the same page would be asked without end.
+// An adapter that always answers with the same page would be called endlessly.
 TEST_F(Faulty, RepeatedPageEndsTheListing) {
     answerWith("q5_getPhyDrvInfo", [](void* reply, std::size_t) {
         std::vector<PhyDrvInfo> page;

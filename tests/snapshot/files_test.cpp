@@ -1,12 +1,15 @@
-// Whole files: reading, and replacing in one step.
+// Whole files: reading, and atomic replacement.
 #include "snapshot/files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
-
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
+#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -54,10 +57,13 @@ TEST_F(Files, AreLeftAloneWhenReplacingFails) {
               "cannot write " + directory + "/none/file: No such file or directory");
 }
 
-// Nobody can lead the text elsewhere through a link with the temporary name.
-TEST_F(Files, DoNotFollowALinkInTheirPlace) {
-    fs::create_symlink(directory + "/elsewhere", directory + "/.file." + std::to_string(getpid()));
-    EXPECT_NE(replaceFile(path, "new"), "");
+// A link with the temporary name does not redirect the text.
+TEST_F(Files, DoNotFollowALinkWithTheTemporaryName) {
+    const std::string temporary = directory + "/.cli-" + std::to_string(getpid()) + "-0.tmp";
+    fs::create_symlink(directory + "/elsewhere", temporary);
+    EXPECT_EQ(replaceFile(path, "new"), "");
+    EXPECT_EQ(text(), "new");
+    EXPECT_TRUE(fs::is_symlink(temporary));
     EXPECT_FALSE(fs::exists(directory + "/elsewhere"));
 }
 
@@ -66,4 +72,89 @@ TEST_F(Files, FollowTheUmask) {
     EXPECT_EQ(replaceFile(path, "new"), "");
     umask(before);
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+}
+
+TEST_F(Files, KeepOwnerAndPermissions) {
+    EXPECT_EQ(replaceFile(path, "old"), "");
+    fs::permissions(path, fs::perms(0604));
+    const bool givenAway = geteuid() == 0 && chown(path.c_str(), 65534, 65534) == 0;
+    EXPECT_EQ(replaceFile(path, "new"), "");
+    struct stat found = {};
+    ASSERT_EQ(stat(path.c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 07777u, 0604u);
+    EXPECT_EQ(found.st_uid, givenAway ? 65534u : geteuid());
+    EXPECT_EQ(text(), "new");
+}
+
+TEST_F(Files, AreReplacedWhereALinkLeads) {
+    fs::create_directory(directory + "/target");
+    fs::create_symlink("target/file", path);
+    EXPECT_EQ(replaceFile(path, "new"), ""); // nothing is there yet
+    EXPECT_EQ(replaceFile(path, "newer"), "");
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_FALSE(fs::is_symlink(directory + "/target/file"));
+    EXPECT_EQ(text(), "newer");
+}
+
+struct Pipes : Files {
+    std::string pipe = directory + "/pipe";
+    void SetUp() override {
+        Files::SetUp();
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    }
+    bool isPipe() const { return fs::is_fifo(fs::symlink_status(pipe)); }
+    void expectWrittenInPlace(const std::string& name) const {
+        const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+        ASSERT_GE(reader, 0);
+        EXPECT_EQ(replaceFile(name, "new"), "");
+        char bytes[8] = {};
+        EXPECT_EQ(read(reader, bytes, sizeof bytes), 3);
+        EXPECT_STREQ(bytes, "new");
+        close(reader);
+        EXPECT_TRUE(isPipe());
+    }
+};
+
+// As are devices, /dev/stdout among them: replacing one would break the system.
+TEST_F(Pipes, AreWrittenInPlace) {
+    expectWrittenInPlace(pipe);
+    EXPECT_EQ(countFiles(), 1u);
+    fs::create_symlink("pipe", path);
+    expectWrittenInPlace(path);
+    EXPECT_TRUE(fs::is_symlink(path));
+}
+
+// The reader leaves when the pipe is full, so that the rest is refused.
+TEST_F(Pipes, WithoutAReaderAreAFailure) {
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    std::thread leaving([&] {
+        char byte;
+        while (read(reader, &byte, 1) != 1) // until the writer has started
+            std::this_thread::yield();
+        close(reader);
+    });
+    EXPECT_EQ(replaceFile(pipe, std::string(1000000, 'x')), "cannot write " + pipe + ": Broken pipe");
+    leaving.join();
+    EXPECT_TRUE(isPipe());
+}
+
+TEST_F(Files, KeepTheOldTextWhenTheNewOneDoesNotFit) {
+    EXPECT_EQ(replaceFile(path, "old"), "");
+    struct rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const struct rlimit small = {4096, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string failure = replaceFile(path, std::string(100000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure, "cannot write " + path + ": File too large");
+    EXPECT_EQ(text(), "old");
+    EXPECT_EQ(countFiles(), 1u);
+}
+
+TEST_F(Files, HaveNamesOfBoundedLength) {
+    const std::string name(5000, 'x');
+    EXPECT_EQ(replaceFile(name, "new"), "cannot write " + name + ": File name too long");
 }

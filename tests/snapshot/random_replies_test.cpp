@@ -37,7 +37,7 @@ static void fillReply(Random* random, unsigned density, void* reply, std::size_t
     }
 }
 
-// A list header that mostly claims a few records, so that lists of all lengths occur.
+// A list header that mostly announces a few records, so that lists of all lengths occur.
 static void fillHeader(Random* random, void* reply, std::size_t size) {
     if (size < sizeof(ReplyHeader) || oneIn(random, 8))
         return;

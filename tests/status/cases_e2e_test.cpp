@@ -75,7 +75,7 @@ TEST_P(StatusCase, Text) {
     expectRun({}, joinedLines(expected["text"]));
 }
 
-TEST_P(StatusCase, QuietTextHasProblemsAlone) {
+TEST_P(StatusCase, QuietTextHasOnlyProblems) {
     std::string problems;
     for (const Json& line : expected["text"]) {
         const std::string text = line;

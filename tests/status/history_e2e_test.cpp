@@ -39,11 +39,11 @@ struct History : testing::Test {
 
 using Baseline = History;
 
-TEST_F(Baseline, SaysNothingWhenNothingChanged) {
+TEST_F(Baseline, IsSilentWhenNothingChanged) {
     expectAll(0, "all well: 1 controller, 3 drives, 1 logical drive\n");
 }
 
-// Nobody but the baseline knows what was there.
+// Only the baseline has what was there.
 TEST_F(Baseline, ReportsTheSerialOfADriveThatDisappeared) {
     controller()["drives"].erase(1);
     controller()["drives"][1]["extents"][0]["use"] = "free";
@@ -72,7 +72,7 @@ TEST_F(Baseline, ReportsAReplacedDrive) {
                  "all well: 1 controller, 3 drives, 1 logical drive\n");
 }
 
-TEST_F(Baseline, ReportsTheSerialThatAReplacementTookThePlaceOf) {
+TEST_F(Baseline, ReportsTheSerialThatWasReplaced) {
     controller()["drives"][1]["serial"] = "S9999";
     controller()["drives"][1]["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
     controller()["autoRebuild"] = false;
@@ -83,6 +83,21 @@ TEST_F(Baseline, ReportsTheSerialThatAReplacementTookThePlaceOf) {
            "S0002\n"
            "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic rebuild is "
            "off\n");
+}
+
+// The drive to pull is not the one at its place, which is the replacement.
+TEST_F(Baseline, ReportsAReplacementThatIsBeingRebuilt) {
+    controller()["drives"][1]["serial"] = "S9999";
+    controller()["logicalDrives"][0]["activity"] = {{"kind", "rebuild"},
+                                                    {"since", 0},
+                                                    {"doneMb", 170},
+                                                    {"totalMb", 500},
+                                                    {"targets", {{{"drive", 1}, {"position", 1}}}}};
+    expectFindings(
+        2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; the drive there now (channel 1, "
+           "enclosure 0, serial S9999) is being rebuilt as its member, last seen on channel 1, enclosure 0, "
+           "serial S0002\n");
 }
 
 TEST_F(Baseline, ReportsAMovedAndANewDrive) {
@@ -141,7 +156,7 @@ TEST_F(Baseline, ReportsAMissingController) {
     expectFindings(2, "critical: controller 1: is missing\n");
 }
 
-TEST_F(Baseline, LooksAtTheChosenControllerAlone) {
+TEST_F(Baseline, IsLimitedToTheChosenController) {
     world["controllers"].push_back(controller());
     session.useWorld(world.dump());
     writeFile(before, session.run({"--json"}).out);
@@ -182,7 +197,7 @@ TEST_F(Changes, StartWithThePresentProblems) {
     expectChanges(1, "");
 }
 
-TEST_F(Changes, TellTheStoryOfAFailedDrive) {
+TEST_F(Changes, ReportAFailedDriveUntilItIsRebuilt) {
     expectChanges(0, "");
     controller()["drives"][1]["failed"] = true;
     session.useWorld(world.dump());
@@ -210,7 +225,7 @@ TEST_F(Changes, ReportPauseAndResumption) {
     expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 finished\n");
 }
 
-TEST_F(Changes, ReportWhatIsOver) {
+TEST_F(Changes, ReportWhatIsResolved) {
     controller()["drives"][0]["smartFailure"] = true;
     expectChanges(1,
                   "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
@@ -236,6 +251,55 @@ TEST_F(Changes, DoNotFollowEveryReading) {
     expectChanges(1, "");
 }
 
+// What cannot be read at the moment may still be there.
+TEST_F(Changes, DoNotReportAsResolvedWhatCannotBeRead) {
+    controller()["battery"] = nullptr;
+    const std::string unprotected = "logical drive 0 Data of controller 0: set to write back, but the "
+                                    "controller has no battery\n";
+    expectChanges(1, "warning: " + unprotected);
+    world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getBatteryInfo"}}};
+    expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1\n");
+    world["rules"] = Json::array();
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n");
+}
+
+TEST_F(Changes, AreOnlyProblemsWhenQuiet) {
+    expectChanges(0, "");
+    controller()["drives"][0]["smartFailure"] = true;
+    controller()["drives"][2]["serial"] = "S9999";
+    expect({"-q", "--changes", kept}, 1,
+           "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, serial "
+           "S0001\n");
+    controller()["drives"][0]["smartFailure"] = false;
+    expect({"-q", "--changes", kept}, 0, "");
+}
+
+// A difference from the baseline is reported once, until it is resolved.
+TEST_F(Changes, IncludeThoseOfTheBaseline) {
+    const std::vector<std::string> words = {"--changes", kept, "--baseline", before};
+    const Json spare = controller()["drives"][2];
+    controller()["drives"].erase(2);
+    const std::string missing =
+        "drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+        "S0003\n";
+    expect(words, 1, "warning: " + missing + "warning: controller 0: has 0 spares; it had 1\n");
+    expect(words, 1, "");
+    controller()["drives"].push_back(spare);
+    expect(words, 0,
+           "info: drive 3 of controller 0: is new; channel 2, enclosure 0, serial S0003\n"
+           "info: controller 0: has 1 spare; it had 0\n"
+           "info: no longer: " +
+               missing +
+               "info: no longer: controller 0: has 0 spares; it had 1\n"
+               "info: no longer: logical drive 0 Data of controller 0: has no spare\n");
+    controller()["drives"].erase(2);
+    expect(words, 1,
+           "warning: " + missing +
+               "warning: controller 0: has 0 spares; it had 1\n"
+               "info: logical drive 0 Data of controller 0: has no spare\n");
+}
+
 TEST_F(Changes, KeepTheStateOfTheLastRunThatCouldRead) {
     expectChanges(0, "");
     const std::string state = readFile(kept);
@@ -245,14 +309,14 @@ TEST_F(Changes, KeepTheStateOfTheLastRunThatCouldRead) {
     EXPECT_EQ(readFile(kept), state);
 }
 
-TEST_F(Changes, LeaveAFileAloneThatIsNotTheirs) {
+TEST_F(Changes, DoNotOverwriteAnotherFile) {
     writeFile(kept, "precious");
     EXPECT_EQ(session.run({"--changes", kept}),
               (ProcessOutcome{3, "", "cli-status: " + kept + ": it is not JSON that --json printed\n"}));
     EXPECT_EQ(readFile(kept), "precious");
 }
 
-TEST_F(Changes, ReplaceTheFileInOneStep) {
+TEST_F(Changes, ReplaceTheFileAtomically) {
     expectChanges(0, "");
     EXPECT_EQ(readFile(kept), session.run({"--json"}).out);
     for (const auto& entry : std::filesystem::directory_iterator(session.directory))

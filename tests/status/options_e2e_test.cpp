@@ -1,12 +1,35 @@
 // The command line of cli-status: options, limits, refusals, files and terminals.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "tests/e2e/harness.h"
 
 using Json = nlohmann::ordered_json;
+
+// While it exists, programs cannot write larger files.
+struct LargestFile {
+    explicit LargestFile(rlim_t size) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const struct rlimit small = {size, before.rlim_max};
+        handler = std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~LargestFile() {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+    LargestFile(const LargestFile&) = delete;
+    LargestFile& operator=(const LargestFile&) = delete;
+    struct rlimit before = {};
+    void (*handler)(int) = SIG_DFL;
+};
 
 struct StatusOptions : testing::Test {
     Session session;
@@ -44,9 +67,12 @@ TEST_F(StatusOptions, UsageErrorsEndWith3) {
     expectRefused({"-i", "-1"}, "controller ID \"-1\" is not a number from 0 to 65535");
     expectRefused({"-i", "65536"}, "controller ID \"65536\" is not a number from 0 to 65535");
     expectRefused({"--json", "--plugin"}, "only one of --json, --plugin, --metrics and --page can be given");
-    expectRefused({"--json", "--changes", "x"}, "--changes prints text and goes with no other format");
-    expectRefused({"--json", "-v"}, "-v and -q belong to the plain text");
-    expectRefused({"--baseline", ""}, "--baseline needs the name of a file");
+    expectRefused({"--json", "--changes", "x"},
+                  "--changes cannot be combined with --json, --plugin, --metrics or --page");
+    expectRefused({"--json", "-v"}, "-v and -q apply to plain text only");
+    expectRefused({"--changes", "x", "-v"}, "-v cannot be combined with --changes");
+    for (const std::string option : {"--baseline", "--changes", "--limits", "--metrics", "--page"})
+        expectRefused({option + "="}, option + " needs the name of a file");
     EXPECT_EQ(session.run({"-Q"}).status, 3);
     EXPECT_EQ(session.run({"--page"}).status, 3);
     EXPECT_EQ(session.run({"--nonsense"}).status, 3);
@@ -112,6 +138,39 @@ TEST_F(StatusOptions, MetricsReplaceAFile) {
                                   ": No such file or directory\n"}));
 }
 
+// The options with a file that is written. A file that existed keeps its content when it cannot be replaced.
+TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3) {
+    const std::string kept = session.run({"--json"}).out;
+    for (const std::string option : {"--metrics=", "--page=", "--changes="}) {
+        const auto expectFailure = [&](const std::string& name, const std::string& reason) {
+            EXPECT_EQ(session.run({option + session.path(name)}),
+                      (ProcessOutcome{
+                          3, "", "cli-status: cannot write " + session.path(name) + ": " + reason + "\n"}));
+        };
+        expectFailure("none/file", "No such file or directory");
+        if (option != "--changes=") // which reads it first
+            expectFailure(".", "Is a directory");
+        writeFile(session.path("file"), kept);
+        const LargestFile largest(1024); // like a full file system
+        expectFailure("file", "File too large");
+        EXPECT_EQ(readFile(session.path("file")), kept);
+    }
+}
+
+TEST_F(StatusOptions, PipesAreWrittenInPlace) {
+    const std::string pipe = session.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    const std::string metrics = readFile(STATUS_SOURCES "/healthy.expected.prom");
+    EXPECT_EQ(session.run({"--metrics=" + pipe}), (ProcessOutcome{0, "", ""}));
+    std::string received(metrics.size() + 1, '\0');
+    received.resize(static_cast<std::size_t>(read(reader, received.data(), received.size())));
+    close(reader);
+    EXPECT_EQ(received, metrics);
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
 TEST_F(StatusOptions, ColorIsForTerminalsWithoutNoColor) {
     world["controllers"][0]["drives"][0]["smartFailure"] = true;
     session.useWorld(world.dump());
@@ -119,6 +178,25 @@ TEST_F(StatusOptions, ColorIsForTerminalsWithoutNoColor) {
     EXPECT_EQ(session.run({}).out.find('\x1b'), std::string::npos);
     session.setVariable("NO_COLOR", "1");
     EXPECT_EQ(session.terminal({}).out.find('\x1b'), std::string::npos);
+}
+
+TEST_F(StatusOptions, QuietAndVerboseTextHasProblemsWithTheirRules) {
+    world["controllers"][0]["drives"][0]["smartFailure"] = true;
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-qv"}),
+              (ProcessOutcome{1,
+                              "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
+                              "enclosure 0, serial S0001\n"
+                              "  rule smart-failure; see \"SMART\" in cli-status(8)\n",
+                              ""}));
+}
+
+// A monitoring system shows only what a plugin prints to standard output.
+TEST_F(StatusOptions, PluginReportsItsOwnFailures) {
+    EXPECT_EQ(session.run({"--plugin", "--limits", session.path("a|b")}),
+              (ProcessOutcome{3, "SATARAID UNKNOWN: cannot read " + session.path("a\\x7cb") + "\n", ""}));
+    EXPECT_EQ(session.run({"--plugin", "-i", "4"}),
+              (ProcessOutcome{3, "SATARAID UNKNOWN: there is no controller 4\n", ""}));
 }
 
 // Neither the world nor anything beside it changes.

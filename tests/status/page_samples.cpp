@@ -138,7 +138,7 @@ static Snapshot makeLarge() {
     controller.drives[9].patrol->errorCount = 3;
     controller.drives[10].patrol->state = kPatrolRunning;
     controller.drives[10].patrol->progress = 42;
-    for (const std::size_t lost : {0, 1}) {
+    for (std::size_t lost = 0; lost < 2; ++lost) {
         controller.logicalDrives[lost].lostMask = 2;
         controller.logicalDrives[lost].info.functionalStatus = kCritical;
     }

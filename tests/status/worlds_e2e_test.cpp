@@ -1,5 +1,6 @@
-// cli-status over the worlds of the other tests: text, plugin line and exit status; and what all outputs
-// over all worlds must satisfy: the JSON its schema, the metrics promtool.
+// cli-status over the worlds of the other tests: the complete output of every format, JSON and metrics as
+// derive_output derives them from the world's file; and what all outputs over all worlds must satisfy: the
+// JSON its schema, the metrics promtool.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -7,6 +8,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
 
 #include "tests/e2e/harness.h"
 
@@ -15,11 +18,16 @@ using Json = nlohmann::ordered_json;
 
 static const std::string root = STATUS_ROOT;
 
+static int shell(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 struct WorldCase {
     const char* world;
     int status;
     const char* text;
-    const char* plugin; // its first line
+    const char* plugin; // its first line; the findings follow
 };
 
 static const WorldCase worldCases[] = {
@@ -131,16 +139,56 @@ protected:
         session.setClock(0);
         session.useWorld(readFile(root + "/" + GetParam().world));
     }
+    // The lines of the text between those of the controllers and the last one.
+    static std::string findings() {
+        std::istringstream text(GetParam().text);
+        std::string all;
+        for (std::string line; std::getline(text, line);)
+            for (const char* severity : {"critical: ", "unknown: ", "warning: ", "info: "})
+                all += line.starts_with(severity) ? line + "\n" : "";
+        return all;
+    }
+    // What derive_output makes of the world's file and the findings.
+    std::string derived(const std::string& format) const {
+        writeFile(session.path("findings"), findings());
+        const int status = shell("/usr/bin/python3 " + root + "/status/derive_output " + format + " " + root +
+                                 "/" + GetParam().world + " " + session.path("findings") + " " + root +
+                                 "/../docs/man/cli-status.8 >" + session.path("derived"));
+        EXPECT_EQ(status, 0);
+        return readFile(session.path("derived"));
+    }
 };
+
+static std::string sortedSamples(const std::string& metrics) {
+    std::istringstream stream(metrics);
+    std::multiset<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        if (!line.starts_with("#"))
+            lines.insert(line);
+    std::string text;
+    for (const std::string& line : lines)
+        text += line + "\n";
+    return text;
+}
 
 TEST_P(StatusWorld, Text) {
     EXPECT_EQ(session.run({}), (ProcessOutcome{GetParam().status, GetParam().text, ""}));
 }
 
 TEST_P(StatusWorld, Plugin) {
-    const ProcessOutcome outcome = session.run({"--plugin"});
+    EXPECT_EQ(session.run({"--plugin"}),
+              (ProcessOutcome{GetParam().status, GetParam().plugin + std::string("\n") + findings(), ""}));
+}
+
+TEST_P(StatusWorld, JsonIsThatDerivedFromTheWorld) {
+    EXPECT_EQ(session.run({"--json"}), (ProcessOutcome{GetParam().status, derived("json"), ""}));
+}
+
+// The samples of all families, sorted. Their order and comments are those of healthy.expected.prom.
+TEST_P(StatusWorld, MetricsAreThoseDerivedFromTheWorld) {
+    const ProcessOutcome outcome = session.run({"--metrics"});
     EXPECT_EQ(outcome.status, GetParam().status);
-    EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), GetParam().plugin);
+    EXPECT_EQ(sortedSamples(outcome.out), derived("metrics"));
 }
 
 static std::string nameOf(const std::string& path) {
@@ -175,11 +223,6 @@ static std::vector<std::string> writeOutputs(Session* session, const std::string
         writeFile(files.back(), session->run({option}).out);
     }
     return files;
-}
-
-static int shell(const std::string& command) {
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TEST(StatusOutputs, SatisfyTheSchemaOverEveryWorld) {

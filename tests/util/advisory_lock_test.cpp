@@ -18,7 +18,7 @@ static bool isFree(const std::string& path) {
 }
 
 static bool isFreeForAnother(const std::string& path) {
-    return runInChild([&] { _exit(isFree(path) ? 7 : 8); }) == 7;
+    return runInChild([&] { endChild(isFree(path) ? 7 : 8); }) == 7;
 }
 
 TEST_F(AdvisoryLock, ExcludesOthersUntilItIsReleased) {
@@ -63,7 +63,7 @@ TEST_F(AdvisoryLock, WaitsForItsHolder) {
     if (child == 0) {
         close(lock); // inherited; it would hold the lock after the parent has released it
         EXPECT_EQ(::write(ends[1], "x", 1), 1);
-        _exit(lockDirectoryOf(path("file").c_str(), kLockSeconds) >= 0 ? 0 : 1);
+        endChild(lockDirectoryOf(path("file").c_str(), kLockSeconds) >= 0 ? 0 : 1);
     }
     char started = 0;
     EXPECT_EQ(::read(ends[0], &started, 1), 1);

@@ -206,6 +206,60 @@ TEST_F(AtomicFile, WritesInPlaceWhereRenamingIsRefused) {
     EXPECT_EQ(names(), (Names{"file"}));
 }
 
+// "." again and again, before the name of a file.
+static std::string lengthened(const std::string& name, std::size_t length) {
+    std::string path;
+    while (path.size() + 2 + name.size() <= length)
+        path += "./";
+    return path + name;
+}
+
+// The link and its directory together do not fit the buffer of a path, though the system follows the link.
+TEST_F(AtomicFile, WritesInPlaceWhatALinkTooLongToResolveLeadsTo) {
+    write("file", "old content");
+    const ino_t number = info(path("file")).st_ino;
+    std::filesystem::create_symlink(lengthened("file", 4090), path("link"));
+    EXPECT_TRUE(replace(path("link"), "new"));
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(info(path("file")).st_ino, number);
+    std::filesystem::create_symlink(lengthened("missing", 4090), path("dangling"));
+    EXPECT_TRUE(replace(path("dangling"), "new"));
+    EXPECT_EQ(content("missing"), "new");
+    EXPECT_EQ(names(), (Names{"dangling", "file", "link", "missing"}));
+}
+
+// A path that leaves no room for the name of a temporary file.
+TEST_F(AtomicFile, RefusesAFileWithoutRoomForTheTemporaryName) {
+    write("f", "old");
+    FileReplacement file;
+    EXPECT_FALSE(open(&file, path(lengthened("f", 4090 - directory.size()))));
+    EXPECT_FALSE(open(&file, path(lengthened("n", 4090 - directory.size()))));
+    EXPECT_EQ(content("f"), "old");
+    EXPECT_EQ(names(), (Names{"f"}));
+}
+
+// Temporary files of killed programs with the same process ID.
+TEST_F(AtomicFile, TriesAHundredTemporaryNames) {
+    write("file", "old");
+    const std::string start = ".cli-" + std::to_string(getpid()) + "-";
+    for (int number = 0; number < 99; ++number)
+        write(start + std::to_string(number) + ".tmp", "");
+    EXPECT_TRUE(replace(path("file"), "new"));
+    EXPECT_EQ(content("file"), "new");
+    write(start + "99.tmp", "");
+    EXPECT_FALSE(replace(path("file"), "newer"));
+    EXPECT_EQ(content("file"), "new");
+}
+
+// Such a directory cannot be opened, hence not be synchronized.
+TEST_F(AtomicFile, ReplacesAFileInADirectoryThatMayNotBeRead) {
+    chmod(directory.c_str(), 0333);
+    EXPECT_EQ(runAsNobody([&] { EXPECT_TRUE(replace(path("file"), "new")); }), 0);
+    chmod(directory.c_str(), 0755);
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(names(), (Names{"file"}));
+}
+
 TEST_F(AtomicFile, WritesDevicesInPlace) {
     EXPECT_TRUE(replace("/dev/null", "content"));
     EXPECT_FALSE(replace("/dev/full", "content"));
@@ -216,10 +270,13 @@ TEST_F(AtomicFile, KeepsTheOldContentWhenTheNewOneDoesNotFit) {
     write("file", "old");
     EXPECT_EQ(runInChild([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
-                  const struct rlimit limit = {4096, 4096};
+                  struct rlimit before;
+                  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+                  const struct rlimit limit = {4096, before.rlim_max};
                   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
                   EXPECT_FALSE(replace(path("file"), std::string(100000, 'x')));
                   EXPECT_FALSE(replace(path("new"), std::string(100000, 'x')));
+                  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
               }),
               0);
     EXPECT_EQ(content("file"), "old");
@@ -242,6 +299,22 @@ TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
         EXPECT_EQ(names(), (Names{"file"}));
     }
     EXPECT_EQ(content("file"), "old");
+}
+
+static void ignore(int, siginfo_t*, void*) {}
+
+TEST_F(AtomicFile, LeavesAHandlerOfTheLibraryInPlace) {
+    struct sigaction before, handler = {};
+    handler.sa_sigaction = ignore;
+    handler.sa_flags = SA_SIGINFO;
+    ASSERT_EQ(sigaction(SIGINT, &handler, &before), 0);
+    FileReplacement file;
+    ASSERT_TRUE(open(&file, path("file")));
+    raise(SIGINT);
+    EXPECT_EQ(names().size(), 1u);
+    EXPECT_TRUE(commitReplacement(&file));
+    EXPECT_EQ(names(), (Names{"file"}));
+    sigaction(SIGINT, &before, nullptr);
 }
 
 TEST_F(AtomicFile, RestoresSignalHandlers) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/mock_adapter.h"
+#include "util/words.h"
 
 TEST(StrCmpNoCase, IgnoresCase) {
     EXPECT_EQ(strCmpNoCase("EXIT", "exit"), 0);
@@ -32,6 +33,11 @@ TEST(StrCmpNoCase, ComparesUpperCaseFormsAsSignedCharacters) {
     EXPECT_EQ(strCmpNoCase("_", "a"), 1);     // 0x5f after "A", though before "a"
     EXPECT_EQ(strCmpNoCase("\xe4", "a"), -1); // a negative character
     EXPECT_EQ(strCmpNoCase("z", "\xff"), 1);
+}
+
+TEST(StrCmpNoCase, ComparesCharactersBeyondTheLetters) {
+    EXPECT_EQ(strCmpNoCase("a{b", "A{B"), 0);
+    EXPECT_EQ(strCmpNoCase("{", "["), 1); // 0x7b and 0x5b, which are no two cases of a letter
 }
 
 static std::string lowerCased(std::string text) {
@@ -194,6 +200,22 @@ static std::string field(const File& file, const char* delimiters = ",\n") {
     char buffer[64] = "unchanged";
     GetStrFromFile(file.get(), buffer, delimiters);
     return buffer;
+}
+
+TEST(GetStrFromFile, ReadsNothingWithoutRoom) {
+    const File file = fileOf("ab,cd");
+    char buffer[] = "unchanged";
+    GetStrFromFileUpTo(file.get(), buffer, 0, ",");
+    EXPECT_STREQ(buffer, "unchanged");
+    EXPECT_EQ(field(file), "ab");
+}
+
+TEST(WordAt, IsEmptyWithoutASlot) {
+    char first[] = "ctrl";
+    char* words[kMaxWords] = {first};
+    EXPECT_STREQ(wordAt(words, 0), "ctrl");
+    EXPECT_STREQ(wordAt(words, 1), "");
+    EXPECT_STREQ(wordAt(words, kMaxWords), "");
 }
 
 TEST(GetStrFromFile, ConsumesTheDelimiterThatEndsAField) {

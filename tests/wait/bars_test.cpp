@@ -155,7 +155,7 @@ TEST(Texts, Rates) {
     EXPECT_EQ(rateText(600.0), "36000000.0%/min");
 }
 
-// From 1970-01-01 00:00: within half a day the time alone says it.
+// From 1970-01-01 00:00: within half a day, only the time.
 TEST(Texts, Ends) {
     setenv("TZ", "UTC", 1);
     tzset();

@@ -59,12 +59,12 @@ TEST_F(WaitTerminal, ShowsABarUntilTheEnd) {
     const ProcessOutcome outcome = run("-l 0 --every 0.1");
     EXPECT_EQ(outcome.status, 0);
     const std::string bar = "rebuild of " + kArchive + "  [#############-------------]   51%  0:00:0";
-    EXPECT_EQ(outcome.out.substr(0, (kHide + "\r\x1b[J" + bar).size()), kHide + "\r\x1b[J" + bar);
-    const std::string end = "\x1b[1A\r\x1b[J" + kArchive + " of controller 0 is online\r\n" + kShow;
+    EXPECT_EQ(outcome.out.substr(0, (kHide + bar).size()), kHide + bar);
+    const std::string end = " has ended\r\n" + kArchive + " of controller 0 is online\r\n" + kShow;
     EXPECT_NE(outcome.out.find("\x1b[1A\r\x1b[Jrebuild of " + kArchive + " of controller 0 has ended\r\n"),
               std::string::npos)
         << outcome.out;
-    EXPECT_EQ(outcome.out.substr(outcome.out.size() - end.size() + 4), end.substr(4)) << outcome.out;
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - end.size()), end) << outcome.out;
 }
 
 TEST_F(WaitTerminal, RedrawsChangedPercentages) {
@@ -85,7 +85,7 @@ TEST_F(WaitTerminal, AdaptsToTheWidth) {
 }
 
 TEST_F(WaitTerminal, GetsAlongWithTinyTerminals) {
-    simulateAfter("\r\x1b[J0%\r\n", "advance --until-idle");
+    simulateAfter(kHide + "0%\r\n", "advance --until-idle");
     EXPECT_EQ(run("-l 0 --every 0.1", "cols 5 rows 2").status, 0);
 }
 
@@ -122,13 +122,33 @@ TEST_F(WaitTerminal, KeepsIgnoringAnIgnoredSignal) {
     EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
 }
 
+// What the shell has printed in the meantime stays: the display is drawn below it.
 TEST_F(WaitTerminal, ShowsTheCursorWhileStopped) {
     after(" 0%", [](int, pid_t program) { kill(program, SIGTSTP); });
     after(kShow, [](int, pid_t program) {
         waitpid(program, nullptr, WUNTRACED);
         kill(program, SIGCONT);
     });
-    simulateAfter(kHide, "advance --until-idle");
+    simulateAfter("\r\n" + kHide + "rebuild of ", "advance --until-idle");
+    EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
+}
+
+// The shell goes on while cli-wait runs: there are only the messages.
+TEST_F(WaitTerminal, DrawsNothingInTheBackground) {
+    before = "set -m; '" CLI_WAIT "' -l 0 --every 0.1 & '" Q5SIM "' advance --until-idle >/dev/null; wait $!";
+    const ProcessOutcome outcome = run("--version");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out.find("\x1b"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find(kArchive + " of controller 0 is online\r\n"), std::string::npos);
+}
+
+// The error does not become part of the display.
+TEST_F(WaitTerminal, PrintsErrorsAboveTheDisplay) {
+    simulate("refuse q5_getLogDrvInfo --after 1 --times 1");
+    simulateAfter(
+        "\x1b[1A\r\x1b[Jcli-wait: controller 0: q5_getLogDrvInfo failed with result 1; trying again\r\n"
+        "rebuild of ",
+        "advance --until-idle");
     EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
 }
 
@@ -139,6 +159,21 @@ TEST_F(WaitTerminal, PrintsPlainLinesWhereItCannotMoveTheCursor) {
                                                            " of controller 0: 0%\r\n"
                                                            "cli-wait: timed out after 0 seconds\r\n",
                                                        ""}));
+}
+
+// The display of an unfinished activity becomes a line that stays.
+TEST_F(WaitTerminal, LeavesTheLastPercentage) {
+    simulate("advance 100");
+    EXPECT_EQ(run("-l 0 --timeout 0"), (ProcessOutcome{3,
+                                                       "rebuild of " + kArchive +
+                                                           " of controller 0: 51%\r\n"
+                                                           "cli-wait: timed out after 0 seconds\r\n",
+                                                       ""}));
+}
+
+TEST_F(WaitTerminal, NamesControllersWhereSeveralAreSelected) {
+    simulateAfter(kHide + "controller 0: rebuild of " + kArchive + "  [", "advance --until-idle");
+    EXPECT_EQ(run("--every 0.1").status, 0);
 }
 
 TEST_F(WaitTerminal, PrintsNothingWhenQuiet) {

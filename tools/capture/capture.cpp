@@ -1,6 +1,7 @@
 // The world as a whole.
 #include "tools/capture/capture.h"
 
+#include "simulator/engine/reports.h"
 #include "simulator/file/world_json.h"
 #include "tools/capture/convert.h"
 #include "tools/capture/fit.h"
@@ -43,6 +44,7 @@ Capture captureWorld(const Snapshot& snapshot, std::int64_t now) {
     q5sim::World world;
     convertControllers(snapshot, now, &world, &notes);
     fitWorld(&world, &notes);
+    q5sim::rememberDrives(world);
     world.assumed = notes.lines;
     Capture capture = {q5sim::worldToJson(world), "", notes.lines, notes.complete};
     q5sim::World read;

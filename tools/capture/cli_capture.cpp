@@ -21,7 +21,7 @@ static std::string deliver(const std::string& output, const std::string& text) {
     return std::fflush(stdout) == 0 && written ? "" : "cannot write to standard output";
 }
 
-static int run(const Options& options) {
+static int run(const CaptureOptions& options) {
     Snapshot snapshot;
     const OpenResult opened = openAdapters(&snapshot);
     if (opened == OpenResult::failed)
@@ -44,8 +44,8 @@ static int run(const Options& options) {
 }
 
 int main(int argc, char** argv) {
-    Options options;
-    const OptionsResult result = readOptions(argc, argv, &options);
+    CaptureOptions options;
+    const OptionsResult result = readCaptureOptions(argc, argv, &options);
     if (result != OptionsResult::run)
         return result == OptionsResult::done ? kCaptured : kUsage;
     return run(options);

@@ -20,7 +20,7 @@ public:
         value = static_cast<Number>(above ? high : low);
     }
     void flag(const char*, bool&) {}
-    void rareFlag(const char*, bool&) {}
+    void mark(const char*, bool&) {}
     void text(const char* key, std::string& value, std::size_t longest) {
         std::string plain;
         for (std::string_view rest = value; !rest.empty();) {
@@ -36,7 +36,7 @@ public:
             miss(below(place, key), "bytes that do not fit are replaced or left out");
         value = plain;
     }
-    void rareTexts(const char*, std::vector<std::string>&, std::size_t, std::size_t) {}
+    void notes(const char*, std::vector<std::string>&, std::size_t, std::size_t) {}
     template <typename Code>
     void word(const char*, Code&, std::span<const q5sim::Word>) {}
     template <typename Record>

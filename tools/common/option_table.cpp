@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <vector>
 
 static constexpr int kFirstLong = 256; // getopt's value of a long option is this plus its row
 

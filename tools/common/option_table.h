@@ -34,5 +34,5 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
 // Prints what is wrong with the command line, and where to look.
 OptionsResult refuseOptions(const OptionTable& table, const std::string& problem);
 
-// A number of decimal digits alone, at most the given one.
+// A number of decimal digits only, up to the given one.
 bool readNumber(const char* text, std::uint64_t most, std::uint64_t* number);

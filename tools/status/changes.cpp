@@ -1,4 +1,4 @@
-// What changed between two snapshots: objects that came and went, findings that are new or over.
+// What changed between two snapshots: objects added and removed, findings that are new or resolved.
 #include "tools/status/changes.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ static bool isArrayChange(const Finding& finding) {
     return std::find(std::begin(ids), std::end(ids), finding.rule->id) != std::end(ids);
 }
 
-// Texts about drives and logical drives hold still; those about sensors carry readings.
+// Texts about drives and logical drives are stable; those about sensors contain readings.
 static bool isSameFinding(const Finding& left, const Finding& right) {
     const bool steady = left.object.kind == ObjectKind::drive || left.object.kind == ObjectKind::logicalDrive;
     return left.rule == right.rule && left.object.kind == right.object.kind &&
@@ -45,24 +45,40 @@ static Lines problemLines(const Findings& findings) {
     return lines;
 }
 
-// A finding whose text merely changed is not over.
+// Whether something that cannot be read now may hide that the finding still applies.
+static bool mayBeHidden(const Findings& now, const Finding& wanted) {
+    static constexpr std::string_view unreadable = "unreadable";
+    return wanted.rule->id != unreadable && std::any_of(now.begin(), now.end(), [&](const Finding& each) {
+               return each.rule->id == unreadable &&
+                      (each.object.kind == ObjectKind::host || wanted.object.kind == ObjectKind::host ||
+                       each.object.controller == wanted.object.controller);
+           });
+}
+
+static bool hasText(const Lines& lines, const std::string& text) {
+    return std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return line.text == text; });
+}
+
+// A finding of which only the text changed is not resolved. A difference from the baseline can be a change
+// since the earlier snapshot as well, which has its line already.
 static void addFindingChanges(const Findings& earlier, const Findings& now, Lines* lines) {
     for (const Finding& finding : now)
-        if (!isArrayChange(finding) && !contains(earlier, finding))
+        if (!isArrayChange(finding) && !contains(earlier, finding) && !hasText(*lines, findingLine(finding)))
             lines->push_back({finding.rule->severity, findingLine(finding)});
     for (const Finding& finding : earlier)
-        if (!isArrayChange(finding) && !isAboutSame(now, finding))
+        if (!isArrayChange(finding) && !isAboutSame(now, finding) && !mayBeHidden(now, finding))
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }
 
-Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits) {
-    const Findings findings = evaluate(now, limits, nullptr);
+Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
+                  const Snapshot* baseline) {
+    const Findings findings = evaluate(now, limits, baseline);
     if (earlier == nullptr)
         return problemLines(findings);
     Lines lines;
     addArrayChanges(*earlier, now, &lines);
     for (const Line& line : findingLines(compare(now, *earlier)))
         lines.push_back(line);
-    addFindingChanges(evaluate(*earlier, limits, nullptr), findings, &lines);
+    addFindingChanges(evaluate(*earlier, limits, baseline), findings, &lines);
     return lines;
 }

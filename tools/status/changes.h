@@ -14,8 +14,10 @@ struct Line {
 };
 using Lines = std::vector<Line>;
 
-// What changed since the earlier snapshot; nullptr: there is none, and all present problems are news.
-Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits);
+// What changed since the earlier snapshot; nullptr: there is none, and all present problems are new. With a
+// baseline (nullptr: none) also which differences from it are new or resolved.
+Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
+                  const Snapshot* baseline = nullptr);
 
 // A line for each finding.
 Lines findingLines(const Findings& findings);

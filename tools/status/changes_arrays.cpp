@@ -47,7 +47,7 @@ static const Activity* findActivity(const LogicalDrive& drive, ActivityBit kind)
     return nullptr;
 }
 
-// An activity that is over has finished when its logical drive is online; otherwise nobody knows.
+// An activity that has ended has finished if its logical drive is online; otherwise the reason is unknown.
 static Line activityLine(const ArrayPair& pair, ActivityBit kind, const Activity* earlier,
                          const Activity* now) {
     const std::string text =

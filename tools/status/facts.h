@@ -1,4 +1,4 @@
-// What the rules and the formats read out of the adapters' codes.
+// What the rules and the formats derive from the adapters' codes.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Naming objects and severities, and summing findings up.
+// Names of objects and severities, and the summary of findings.
 #include "tools/status/finding.h"
 
 #include <algorithm>

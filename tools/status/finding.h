@@ -24,7 +24,7 @@ struct Rule;
 struct Finding {
     const Rule* rule = nullptr;
     Object object;
-    std::string text; // as the adapter's texts are: not yet made printable
+    std::string text; // with texts as the adapter reports them: not yet made printable
     std::optional<std::uint32_t> percent;
 };
 using Findings = std::vector<Finding>;

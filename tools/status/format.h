@@ -22,6 +22,7 @@ struct TextStyle {
 std::string formatText(const Report& report, const TextStyle& style);
 std::string formatJson(const Report& report);
 std::string formatPlugin(const Report& report);
+std::string pluginProblem(const std::string& problem); // the line printed when there is no report
 std::string formatMetrics(const Report& report);
 
 // Every object of a controller, a line each.

@@ -14,11 +14,15 @@ static std::string escapedLabel(const std::string& value) {
 }
 
 void addSeries(Series* series, const Labels& labels, const std::string& value) {
-    std::string line = series->family;
-    for (const auto& [name, text] : labels)
-        line += (&name == &labels.front().first ? "{" : ",") + std::string(name) + "=\"" +
-                escapedLabel(text) + "\"";
-    *series->text += line + (labels.empty() ? " " : "} ") + value + "\n";
+    std::string& line = *series->text;
+    line += series->family;
+    char separator = '{';
+    for (const auto& [name, text] : labels) {
+        line += separator;
+        line.append(name).append("=\"").append(escapedLabel(text)).append("\"");
+        separator = ',';
+    }
+    line.append(labels.empty() ? " " : "} ").append(value).append("\n");
 }
 
 Labels controllerLabels(const Controller& controller) {

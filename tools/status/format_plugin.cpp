@@ -22,9 +22,24 @@ static std::string stateWord(Severity worst) {
     return word;
 }
 
+static std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+        text += part;
+    return text;
+}
+
 // One item: 'label'=value;warning;critical;least;most, the last ones left out when empty.
-static std::string item(const std::string& label, const std::string& value, const std::string& limits = "") {
-    return " " + label + "=" + value + limits;
+static std::string item(std::string_view label, std::string_view value, std::string_view limits) {
+    return joined({" ", label, "=", value, limits});
+}
+
+// The start of the labels of a controller, and of its objects by their letter and ID.
+static std::string prefix(const Controller& controller) {
+    return joined({"c", std::to_string(controller.id), "_"});
+}
+static std::string prefix(const Controller& controller, const char* letter, std::uint32_t id) {
+    return joined({prefix(controller), letter, std::to_string(id), "_"});
 }
 
 static std::string count(const char* label, std::size_t value) {
@@ -54,11 +69,12 @@ static std::string totals(const Report& report) {
 }
 
 static std::string between(int warning, int critical) {
-    return ";" + std::to_string(warning) + ";" + std::to_string(critical);
+    return joined({";", std::to_string(warning), ";", std::to_string(critical)});
 }
 
 // The hottest sensor of an enclosure.
-static std::string enclosureItem(const Report& report, const std::string& place, const Enclosure& enclosure) {
+static std::string enclosureItem(const Report& report, const Controller& controller,
+                                 const Enclosure& enclosure) {
     std::optional<std::int32_t> hottest;
     if (enclosure.status)
         for (const EnclosureSensor& sensor : enclosure.status->sensor)
@@ -66,33 +82,36 @@ static std::string enclosureItem(const Report& report, const std::string& place,
                 hottest = std::max(hottest.value_or(INT32_MIN), static_cast<std::int32_t>(sensor.reading));
     if (!hottest)
         return "";
-    return item("c" + place + "_e" + std::to_string(enclosure.id) + "_temperature", std::to_string(*hottest),
+    return item(prefix(controller, "e", enclosure.id) + "temperature", std::to_string(*hottest),
                 between(report.limits.enclosureWarmCelsius, report.limits.enclosureHotCelsius));
 }
 
-static std::string activityItems(const std::string& place, const LogicalDrive& drive) {
-    const std::string prefix = "c" + place + "_l" + std::to_string(drive.info.logDrvId) + "_";
+static std::string activityItems(const Controller& controller, const LogicalDrive& drive) {
     std::string items;
     for (const Activity& activity : drive.activities) {
         std::string name = activityText(activity.kind);
         std::replace(name.begin(), name.end(), ' ', '_');
-        items += item(prefix + name, std::to_string(activity.percent) + "%", ";;;0;100");
+        items += item(prefix(controller, "l", drive.info.logDrvId) + name,
+                      std::to_string(activity.percent) + "%", ";;;0;100");
     }
     return items;
 }
 
 static std::string controllerItems(const Report& report, const Controller& controller) {
-    const std::string place = std::to_string(controller.id);
     std::string items;
     if (hasBattery(controller) && controller.battery->temperature != 0)
-        items +=
-            item("c" + place + "_battery_temperature", decimal(batteryTenthsCelsius(*controller.battery), 1),
-                 between(report.limits.batteryWarmCelsius, report.limits.batteryHotCelsius));
+        items += item(prefix(controller) + "battery_temperature",
+                      decimal(batteryTenthsCelsius(*controller.battery), 1),
+                      between(report.limits.batteryWarmCelsius, report.limits.batteryHotCelsius));
     for (const Enclosure& enclosure : controller.enclosures)
-        items += enclosureItem(report, place, enclosure);
+        items += enclosureItem(report, controller, enclosure);
     for (const LogicalDrive& drive : controller.logicalDrives)
-        items += activityItems(place, drive);
+        items += activityItems(controller, drive);
     return items;
+}
+
+std::string pluginProblem(const std::string& problem) {
+    return "SATARAID UNKNOWN: " + withoutBars(problem);
 }
 
 std::string formatPlugin(const Report& report) {

@@ -1,4 +1,4 @@
-// Plain text: a line for each controller, a line for each finding, and a last line that sums up.
+// Plain text: a line for each controller, a line for each finding, and a summary line.
 #include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
@@ -38,7 +38,7 @@ std::string formatText(const Report& report, const TextStyle& style) {
     for (const Controller& controller : report.snapshot.controllers) {
         if (!style.quiet)
             text += controllerLine(controller);
-        if (style.verbose)
+        if (style.verbose && !style.quiet)
             text += formatObjects(controller);
     }
     for (const Finding& finding : report.findings) {

@@ -138,8 +138,8 @@ std::span<const MetricFamily> controllerMetrics() {
     static constexpr MetricFamily families[] = {
         {"sataraid_controller_info", "Versions of a controller; the value is always 1.", addControllerInfo},
         {"sataraid_controller_memory_bytes", "Cache memory of a controller.", addMemory},
-        {"sataraid_controller_auto_rebuild_enabled", "Whether a controller rebuilds onto spares by itself.",
-         addAutoRebuild},
+        {"sataraid_controller_auto_rebuild_enabled",
+         "Whether a controller rebuilds onto spares automatically.", addAutoRebuild},
         {"sataraid_controller_faults", "Operations of a controller that were refused or returned nonsense.",
          addFaultCounts},
         {"sataraid_battery_present", "Whether a controller has a battery.", addBatteryPresent},

@@ -1,11 +1,10 @@
 // The command line of cli-status.
 #pragma once
 
-#include <getopt.h>
-
 #include <optional>
-#include <span>
 #include <string>
+
+#include "tools/common/option_table.h"
 
 enum class Format { text, json, plugin, metrics, page };
 
@@ -20,17 +19,6 @@ struct Options {
     std::string changes;
     std::string limits;
 };
-
-// One row of the option table, which the manual page is checked against.
-struct OptionRow {
-    char letter; // '\0': only the long form
-    const char* name;
-    const char* argument; // nullptr: none; in brackets: may be left out
-    const char* help;
-};
-std::span<const OptionRow> optionRows();
-
-enum class OptionsResult { run, done, usage };
 
 // Reads the command line. done: --help or --version was answered; usage: it was refused with a message.
 OptionsResult readOptions(int argc, char** argv, Options* options);

@@ -7,7 +7,7 @@
 
 #include "tools/status/format.h"
 
-// What the page says about its own making.
+// Where and when the page was made.
 struct PageOrigin {
     std::string host;
     std::time_t written = 0;

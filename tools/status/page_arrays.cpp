@@ -30,7 +30,7 @@ static void addArrayFacts(const LogicalDrive& drive, std::string* page) {
     *page += "</dl>\n";
 }
 
-// A percentage is the adapter's word, the bar only what a bar can show of it.
+// The percentage is shown as the adapter reports it, the bar is limited to 100.
 static void addProgress(const std::string& anchor, const Activity& activity, std::string* page) {
     static constexpr unsigned full = 100;
     const std::string id = anchor + "-a" + std::to_string(activity.kind);

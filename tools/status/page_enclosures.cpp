@@ -1,5 +1,5 @@
 // The enclosures of the HTML page: a map of the slots of each, and its sensors. An adapter identifies a slot
-// by its channel. It does not report which channels lead to which enclosure: an empty channel is shown in
+// by its channel. It does not report which channels belong to which enclosure: an empty channel is shown in
 // the map when there is only one place it can be.
 #include <algorithm>
 
@@ -57,7 +57,7 @@ static std::vector<Slot> slotsOf(const Controller& controller, std::uint16_t enc
 }
 
 static std::vector<std::uint32_t> emptyChannels(const Controller& controller) {
-    static constexpr std::uint32_t most = 64; // more than that is nonsense of the adapter
+    static constexpr std::uint32_t most = 64; // more than that is an invalid reply
     std::vector<std::uint32_t> channels;
     for (std::uint32_t channel = 0;
          controller.info && channel < std::min<std::uint32_t>(most, controller.info->maxPorts); ++channel)
@@ -130,7 +130,7 @@ static std::string readingText(const EnclosureSensor& sensor) {
     return decimal(sensor.reading, 3) + " V";
 }
 
-// Sensors count from 1, those of each type by themselves, as the findings do.
+// Sensors count from 1, separately for each type, as in the findings.
 static std::string sensorRows(const EnclosureStatus& status, const Limits& limits) {
     int counts[256] = {};
     std::string rows;
@@ -175,7 +175,7 @@ static void addOtherPlace(const Report& report, const Controller& controller, st
     *page += "</article>\n";
 }
 
-// Places that drives name and no listed enclosure is.
+// Places that drives report, but no listed enclosure.
 static std::vector<std::uint16_t> otherPlaces(const Controller& controller) {
     std::vector<std::uint16_t> places;
     for (const Drive& drive : controller.drives) {

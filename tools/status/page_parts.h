@@ -6,7 +6,7 @@
 
 #include "tools/status/format.h"
 
-// page_text.cpp: pieces of HTML. What takes plain text makes it fit for an element and for a quoted
+// page_text.cpp: pieces of HTML. What takes plain text escapes it for an element and for a quoted
 // attribute; what takes HTML says so.
 std::string htmlText(std::string_view text);
 std::string isolatedText(std::string_view text);       // its direction of writing affects nothing around it

@@ -43,7 +43,7 @@ nav ul { display: flex; flex-wrap: wrap; gap: .4rem 1.25rem; margin: 0; padding:
 .critical { background: var(--critical); color: var(--critical-text); }
 .unknown { background: var(--unknown); color: var(--unknown-text); }
 .info { background: var(--info); color: var(--info-text); }
-.cards { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 24rem), 1fr)); gap: .75rem; }
+.cards { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 30rem), 1fr)); gap: .75rem; }
 .card {
   min-width: 0; padding: .75rem; border: 1px solid var(--line); border-radius: .4rem; background: var(--card);
 }
@@ -115,4 +115,4 @@ progress { width: 100%; height: 1rem; accent-color: var(--a0); }
 }
 )css";
 
-const char kPageStyleDigest[] = "eIV7bGu+LPagfjycpLx/MaMNie2ilA6ieJrmPPaRNNQ=";
+const char kPageStyleDigest[] = "wZp9mFSrnKeLg2ucY6ZYk5qvHihHGGQTCJR4be7hplw=";

@@ -1,4 +1,4 @@
-// Pieces of HTML, and untrusted text made fit for them.
+// Pieces of HTML, and escaping of untrusted text.
 #include <cstdint>
 #include <cstdio>
 

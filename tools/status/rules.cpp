@@ -1,4 +1,4 @@
-// The table of rules, and its walk.
+// The table of rules, and its evaluation.
 #include "tools/status/rules.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ static constexpr Rule kRules[] = {
     {"array-degraded", Severity::warning, "a logical drive has lost part of its redundancy", "Lost members",
      findDegradedArrays},
     {"member-lost", Severity::warning, "a logical drive has lost a member", "Lost members", findLostMembers},
-    {"no-replacement", Severity::warning, "nothing will replace a lost member by itself", "Spares",
+    {"no-replacement", Severity::warning, "a lost member will not be replaced automatically", "Spares",
      findMissingReplacements},
     {"drive-inaccessible", Severity::warning,
      "a drive that belongs to a logical drive cannot be accessed, and is not reported as lost",
@@ -30,7 +30,7 @@ static constexpr Rule kRules[] = {
     {"battery-hot", Severity::critical, "the battery is hot", "Battery", findHotBatteries},
     {"battery-warm", Severity::warning, "the battery is warm", "Battery", findWarmBatteries},
     {"write-back-unprotected", Severity::warning,
-     "a logical drive's settings ask for write-back, and no battery protects it", "Battery",
+     "a logical drive's settings request write-back, and no battery protects it", "Battery",
      findUnprotectedWriteBack},
     {"fan-stopped", Severity::critical, "a fan of an enclosure has stopped", "Enclosures", findStoppedFans},
     {"enclosure-hot", Severity::critical, "an enclosure is hot", "Enclosures", findHotEnclosures},

@@ -31,7 +31,7 @@ std::span<const Rule> baselineRules(); // which need a baseline
 // order is that of the rules.
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
 
-// Applies the baseline rules alone.
+// Applies the baseline rules only.
 Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 
 // Used by the rules' own sources.

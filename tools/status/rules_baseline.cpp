@@ -1,4 +1,4 @@
-// Rules that compare with an earlier snapshot. Only they notice what disappeared without a trace.
+// Rules that compare with an earlier snapshot. Only they notice what disappeared silently.
 #include <algorithm>
 
 #include "snapshot/text.h"
@@ -35,7 +35,7 @@ static std::string_view serialOf(const Drive& drive) {
     return trimmed(fieldText(drive.info.serial));
 }
 
-// Where a drive is. Drives without a serial are known by their place alone.
+// Where a drive is. Drives without a serial are identified by their place only.
 struct Place {
     const Controller* controller = nullptr;
     const Drive* drive = nullptr;

@@ -40,7 +40,7 @@ static bool isLostBy(const LogicalDrive* array, const Drive& drive) {
                        [&](const Member& member) { return member.lost && member.number == drive.number; });
 }
 
-// A lost member is a finding already.
+// A lost member is already a finding.
 static void findInaccessibleMember(Evaluation* evaluation, const Controller& controller, const Drive& drive) {
     for (const ExtentEntry& extent : extents(drive.info)) {
         const LogicalDrive* array = findArray(controller, extent.arrayId);

@@ -27,7 +27,7 @@ static void addFaults(Evaluation* evaluation, const Object& object, const Faults
     addFinding(evaluation, object, text);
 }
 
-// A failed drive refuses what it is asked for; its failure is a finding already.
+// A failed drive refuses operations; its failure is already a finding.
 static void findFaults(Evaluation* evaluation, bool details) {
     addFaults(evaluation, {}, evaluation->snapshot.faults, details);
     for (const Controller& controller : evaluation->snapshot.controllers) {

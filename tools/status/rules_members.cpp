@@ -5,7 +5,7 @@
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// The drive of this number in the baseline, which may know more than the controller does by now.
+// The drive of this number in the baseline, which may still have what the controller no longer reports.
 static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t controllerId,
                                  std::uint32_t number) {
     const Controller* earlier =
@@ -13,14 +13,20 @@ static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t con
     return earlier != nullptr ? findDrive(*earlier, number) : nullptr;
 }
 
-static bool holdsExtentOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
+enum class Holding { nothing, member, rebuildTarget };
+
+// What the drive of this number holds of the logical drive.
+static Holding holdingOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
     const Drive* drive = findDrive(controller, number);
-    if (drive == nullptr)
-        return false;
-    const auto all = extents(drive->info);
-    return std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
-        return (extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId;
-    });
+    bool isMember = false;
+    if (drive != nullptr)
+        for (const ExtentEntry& extent : extents(drive->info))
+            if ((extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId) {
+                if ((extent.state & kExtentRebuilding) != 0)
+                    return Holding::rebuildTarget;
+                isMember = true;
+            }
+    return isMember ? Holding::member : Holding::nothing;
 }
 
 static std::string lastSeenText(const Drive* earlier) {
@@ -30,7 +36,7 @@ static std::string lastSeenText(const Drive* earlier) {
            placeText(earlier->info.channel, earlier->info.enclosureId, fieldText(earlier->info.serial));
 }
 
-// Which drive was lost, and where it is or was.
+// Which drive was lost, and where it is or was. The drive at its place may be the replacement.
 static std::string lostMemberText(const Evaluation& evaluation, const Controller& controller,
                                   const LogicalDrive& array, const Member& member) {
     const Drive* earlier = earlierDrive(evaluation, controller.id, member.number);
@@ -38,11 +44,13 @@ static std::string lostMemberText(const Evaluation& evaluation, const Controller
     const std::string place = placeText(member.channel, member.enclosureId, member.serial);
     if (!member.listed)
         return text + "; it is not listed any more" + lastSeenText(earlier);
-    if (holdsExtentOf(controller, member.number, array))
+    const Holding holding = holdingOf(controller, member.number, array);
+    if (holding == Holding::member)
         return text + "; " + place;
     const bool replaced = earlier != nullptr && fieldText(earlier->info.serial) != member.serial;
-    return text + "; the drive there now (" + place + ") holds nothing of it" +
-           (replaced ? lastSeenText(earlier) : "");
+    const char* end =
+        holding == Holding::rebuildTarget ? ") is being rebuilt as its member" : ") holds nothing of it";
+    return text + "; the drive there now (" + place + end + (replaced ? lastSeenText(earlier) : "");
 }
 
 void findLostMembers(Evaluation* evaluation) {
@@ -59,7 +67,7 @@ static std::size_t countLost(const LogicalDrive& array) {
                                                   [](const Member& member) { return member.lost; }));
 }
 
-// Why no rebuild will start by itself, or has not.
+// Why no rebuild will start automatically, or has not started.
 static std::string replacementProblem(const Controller& controller, const LogicalDrive& array) {
     const std::size_t spares = countSuitableSpares(controller, array);
     const std::size_t lost = countLost(array);

@@ -16,8 +16,12 @@
 
 static constexpr int kUnknown = 3; // also of usage errors
 
-static int complain(const std::string& problem) {
-    std::fprintf(stderr, "cli-status: %s\n", problem.c_str());
+// A monitoring system shows only what a plugin prints to standard output.
+static int complain(const Options& options, const std::string& problem) {
+    if (options.format == Format::plugin)
+        std::puts(pluginProblem(problem).c_str());
+    else
+        std::fprintf(stderr, "cli-status: %s\n", problem.c_str());
     return kUnknown;
 }
 
@@ -31,7 +35,7 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : path + ": " + problem;
 }
 
-// An earlier snapshot, as far as this run looks at the same controllers. missing: there is no such file.
+// An earlier snapshot, limited to the controllers that this run reads. missing: there is no such file.
 static std::string readSnapshot(const std::string& path, const Options& options, Snapshot* snapshot,
                                 bool* missing) {
     std::string text;
@@ -85,21 +89,27 @@ static std::string deliver(const Options& options, const std::string& text) {
     return std::fflush(stdout) == 0 && written ? "" : "cannot write to standard output";
 }
 
+static std::string formatLines(const Lines& lines, bool quiet) {
+    std::string text;
+    for (const Line& line : lines)
+        if (!quiet || line.severity != Severity::info)
+            text += std::string(severityText(line.severity)) + ": " + line.text + "\n";
+    return text;
+}
+
 // Prints what changed since the kept state, then keeps the new one. What could not be read at all is
 // printed and not kept.
-static std::string reportChanges(const Options& options, const Report& report) {
+static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline) {
     Snapshot earlier;
     bool missing = false;
     std::string problem = readSnapshot(options.changes, options, &earlier, &missing);
     if (!problem.empty() && !missing)
         return problem;
     const bool readable = !report.snapshot.controllers.empty();
-    const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits)
-                                 : findingLines(report.findings);
-    std::string text;
-    for (const Line& line : lines)
-        text += std::string(severityText(line.severity)) + ": " + line.text + "\n";
-    problem = deliver(options, text);
+    const Lines lines =
+        readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline)
+                 : findingLines(report.findings);
+    problem = deliver(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     return problem.empty() && readable ? replaceFile(options.changes, formatJson(report)) : problem;
@@ -119,14 +129,16 @@ static int run(const Options& options) {
     if (problem.empty() && !options.baseline.empty())
         problem = readSnapshot(options.baseline, options, &baseline, &missing);
     if (!problem.empty())
-        return complain(problem);
+        return complain(options, problem);
     takeSnapshot(options, &snapshot);
     if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty())
-        return complain("there is no controller " + std::to_string(*options.controller));
-    const Findings findings = evaluate(snapshot, limits, options.baseline.empty() ? nullptr : &baseline);
+        return complain(options, "there is no controller " + std::to_string(*options.controller));
+    const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
+    const Findings findings = evaluate(snapshot, limits, compared);
     const Report report = {snapshot, findings, limits};
-    problem = options.changes.empty() ? reportState(options, report) : reportChanges(options, report);
-    return problem.empty() ? exitStatus(worstSeverity(findings)) : complain(problem);
+    problem =
+        options.changes.empty() ? reportState(options, report) : reportChanges(options, report, compared);
+    return problem.empty() ? exitStatus(worstSeverity(findings)) : complain(options, problem);
 }
 
 int main(int argc, char** argv) {

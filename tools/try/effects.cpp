@@ -59,7 +59,7 @@ static void noteStarted(const std::vector<Job>& earlier, const std::vector<Job>&
         const Job* before = findJob(earlier, job);
         if (job.paused || (before != nullptr && !before->paused))
             continue;
-        started->push_back(job.name + ", " + durationText(job.due - time));
+        started->push_back(job.name + ", " + durationText(std::max<std::int64_t>(0, job.due - time)));
     }
 }
 

@@ -27,6 +27,9 @@ TextLines lostData(const Effects& effects);
 // Redundancy that the data will no longer have.
 TextLines riskedData(const Effects& effects);
 
+// What the adapters of the copy have logged since it was captured.
+TextLines loggedEvents(const q5sim::World& before, const q5sim::World& after);
+
 // Changing operations that the model refused.
 TextLines refusedOperations(const q5sim::World& world);
 

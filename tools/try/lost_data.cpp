@@ -11,10 +11,14 @@ std::string nameOf(std::size_t controller, const q5sim::LogicalDrive& drive) {
 }
 
 std::string sizeText(std::uint64_t sectors) {
-    std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
-    for (std::size_t at = digits.size(); at > 3; at -= 3)
-        digits.insert(at - 3, ",");
-    return digits + " MB";
+    const std::string digits = std::to_string(sectors / q5sim::kSectorsPerMb);
+    std::string text;
+    for (std::size_t i = 0; i < digits.size(); i++) {
+        if (i > 0 && (digits.size() - i) % 3 == 0)
+            text += ',';
+        text += digits[i];
+    }
+    return text + " MB";
 }
 
 static const q5sim::Controller* controllerAt(const q5sim::World& world, std::size_t position) {
@@ -147,6 +151,15 @@ TextLines riskedData(const Effects& effects) {
         addLostProtection(effects.expected.controllers[id], id, *after, &lines);
         addLostSpares(effects.expected.controllers[id], id, *after, &lines);
     }
+    return lines;
+}
+
+TextLines loggedEvents(const q5sim::World& before, const q5sim::World& after) {
+    TextLines lines;
+    for (std::size_t id = 0; id < before.controllers.size(); id++)
+        if (const q5sim::Controller* controller = controllerAt(after, id))
+            for (const q5sim::Event& event : q5sim::newEvents(before.controllers[id], *controller))
+                lines.push_back(printable("controller " + std::to_string(id) + ": " + event.text));
     return lines;
 }
 

@@ -39,10 +39,11 @@ static int report(const q5sim::World& before, const q5sim::World& after) {
     const Effects effects = followEffects(before, after, q5sim::scaledTime(after, captureTime()));
     const TextLines refused = refusedOperations(after);
     const TextLines lost = lostData(effects);
+    printLines("What the adapters would log", loggedEvents(before, after), nullptr);
     printLines("What would be refused", refused, nullptr);
-    printLines("Data that would be lost", lost, "none");
-    printLines("What would be at risk", riskedData(effects), nullptr);
     printLines("What would be started, and its time in the model", effects.started, "nothing");
+    printLines("What would be at risk", riskedData(effects), nullptr);
+    printLines("Data that would be lost", lost, "none");
     if (!lost.empty())
         return kLost;
     return refused.empty() ? kNothingLost : kRefused;

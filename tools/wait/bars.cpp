@@ -117,11 +117,11 @@ static std::string part(const std::string& text, std::size_t columns) {
 // The number goes before the name. A name of which next to nothing would be left is left out.
 static std::string labelText(const BarLine& line, std::size_t columns) {
     const std::size_t number = columnsOf(line.number);
-    if (columns < number)
+    if (columnsOf(line.label) <= columns)
+        return line.label;
+    if (columns < number + kLeastName)
         return fitted(line.number, columns);
-    return line.number + (columns - number < kLeastName && line.label != line.number
-                              ? ""
-                              : fitted(line.label.substr(line.number.size()), columns - number));
+    return line.number + fitted(line.label.substr(line.number.size()), columns - number);
 }
 
 static std::string lineText(const BarLine& line, const Layout& layout, std::size_t columns) {

@@ -4,12 +4,12 @@
 #include <cstring>
 
 static constexpr OptionRow kOptionRows[] = {
-    {'i', "controller", "ID", "wait for this controller alone"},
-    {'l', "logical-drive", "ID", "wait for this logical drive alone, of controller 0 unless -i is given"},
-    {'\0', "for", "KIND", "wait for init, sync, rc, migrate, rb or mp alone; default: any"},
+    {'i', "controller", "ID", "wait for activities of this controller only"},
+    {'l', "logical-drive", "ID", "wait for this logical drive only; of controller 0 without -i"},
+    {'\0', "for", "KIND", "wait for init, sync, rc, migrate, rb or mp only; default: any"},
     {'\0', "timeout", "SECONDS", "give up after this time"},
     {'\0', "every", "SECONDS", "read the adapters this often; default: 5"},
-    {'q', "quiet", nullptr, "print errors alone"},
+    {'q', "quiet", nullptr, "print errors only"},
     {'\0', "paused-too", nullptr, "wait for paused activities as well"},
     {'h', "help", nullptr, "print this help"},
     {'V', "version", nullptr, "print the version"},

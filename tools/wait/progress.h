@@ -19,7 +19,7 @@ struct Progress {
 };
 
 // A percentage was read; empty if the adapter reported none. A lower one than before, or a pause, starts the
-// observation anew.
+// observation over.
 void observeProgress(Progress* progress, std::optional<unsigned> percent, bool paused, std::int64_t now);
 
 // Percent per millisecond; empty until two steps were seen.

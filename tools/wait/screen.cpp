@@ -16,7 +16,11 @@
 #include "tools/wait/bars.h"
 
 static constexpr char kHideCursor[] = "\x1b[?25l";
-static constexpr char kShowCursor[] = "\x1b[?25h\n"; // the cursor is below the display
+static constexpr char kShowCursor[] = "\x1b[?25h";
+
+// Of the terminal; shared with the handlers of signals.
+static volatile std::sig_atomic_t cursorHidden = 0;
+static volatile std::sig_atomic_t wasStopped = 0; // others may have printed since
 
 static bool writeAll(const char* text, std::size_t size) {
     while (size > 0) {
@@ -31,28 +35,40 @@ static bool writeAll(const char* text, std::size_t size) {
     return true;
 }
 
+static void showCursor() {
+    if (cursorHidden != 0)
+        writeAll(kShowCursor, sizeof kShowCursor - 1);
+    cursorHidden = 0;
+}
+
+// What is printed next begins a line of its own, also after an echoed "^C".
+static void leaveDisplay() {
+    if (cursorHidden == 0)
+        return;
+    showCursor();
+    writeAll("\n", 1);
+}
+
 extern "C" {
 // The default action of the signal follows when it is unblocked, as the handler returns.
-static void leaveTerminal(int signal) {
-    const int error = errno;
-    writeAll(kShowCursor, sizeof kShowCursor - 1);
+static void endOnSignal(int signal) {
+    leaveDisplay();
     struct sigaction action = {};
     action.sa_handler = SIG_DFL;
     sigaction(signal, &action, nullptr);
     raise(signal);
+}
+
+static void stopOnSignal(int) {
+    const int error = errno;
+    leaveDisplay();
+    wasStopped = 1;
+    raise(SIGSTOP);
     errno = error;
 }
 
 // Nothing to do: it interrupts the pause.
-static void noticeSignal(int) {}
-
-static void stopInTerminal(int) {
-    const int error = errno;
-    writeAll(kShowCursor, sizeof kShowCursor - 1);
-    raise(SIGSTOP);
-    writeAll(kHideCursor, sizeof kHideCursor - 1);
-    errno = error;
-}
+static void noticeSize(int) {}
 }
 
 // A signal that is ignored stays ignored.
@@ -75,17 +91,13 @@ void openScreen(Screen* screen) {
     if (!screen->isTerminal)
         return;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
-        handle(signal, leaveTerminal);
-    handle(SIGTSTP, stopInTerminal);
-    struct sigaction action = {};
-    action.sa_handler = noticeSignal;
-    sigaction(SIGWINCH, &action, nullptr);
-    writeAll(kHideCursor, sizeof kHideCursor - 1);
+        handle(signal, endOnSignal);
+    handle(SIGTSTP, stopOnSignal);
+    handle(SIGWINCH, noticeSize);
 }
 
 void closeScreen(Screen* screen) {
-    if (screen->isTerminal)
-        writeAll(kShowCursor, sizeof kShowCursor - 2); // without the line end
+    showCursor();
     screen->isTerminal = false;
 }
 
@@ -104,22 +116,41 @@ static std::size_t rowsOf(const std::vector<std::size_t>& drawn, std::size_t col
     return rows;
 }
 
-// Output that carries no display is a copy of the lines.
-bool updateScreen(Screen* screen, const std::vector<std::string>& lines,
-                  const std::vector<std::string>& display) {
-    std::string text;
+// In the background of a shell, the display would get in the way of what is typed.
+static bool isInBackground() {
+    const pid_t foreground = tcgetpgrp(STDOUT_FILENO);
+    return foreground > 0 && foreground != getpgrp();
+}
+
+static std::string eraseDisplay(Screen* screen) {
+    if (wasStopped != 0)
+        screen->drawn.clear();
+    wasStopped = 0;
     const std::size_t rows = rowsOf(screen->drawn, screenSize().columns);
-    if (rows > 0)
-        text += "\x1b[" + std::to_string(rows) + "A";
-    if (screen->isTerminal)
-        text += "\r\x1b[J";
     screen->drawn.clear();
-    for (const std::string& line : lines)
-        text += line + "\n";
+    return rows == 0 ? "" : "\x1b[" + std::to_string(rows) + "A\r\x1b[J";
+}
+
+static std::string drawDisplay(Screen* screen, const std::vector<std::string>& display) {
+    std::string text;
     for (const std::string& line : display) {
         text += line + "\n";
         screen->drawn.push_back(columnsOf(line));
     }
+    if (!display.empty() && cursorHidden == 0) {
+        cursorHidden = 1;
+        text = kHideCursor + text;
+    }
+    return text;
+}
+
+bool updateScreen(Screen* screen, const std::vector<std::string>& lines,
+                  const std::vector<std::string>& display) {
+    std::string text = eraseDisplay(screen);
+    for (const std::string& line : lines)
+        text += line + "\n";
+    if (screen->isTerminal && !isInBackground())
+        text += drawDisplay(screen, display);
     return writeAll(text.data(), text.size());
 }
 

@@ -10,10 +10,11 @@ struct ScreenSize {
 
 struct Screen {
     bool isTerminal = false;
-    std::vector<std::size_t> drawn; // the columns of each line of the display that stands there
+    std::vector<std::size_t> drawn; // the columns of each line of the current display
 };
 
-// Hides the cursor of a terminal, and restores it when a signal ends or stops the program.
+// From here to closeScreen(), the cursor of a terminal is hidden as long as there is a display. It is shown
+// again when a signal ends or stops the program.
 void openScreen(Screen* screen);
 void closeScreen(Screen* screen);
 

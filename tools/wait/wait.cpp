@@ -29,27 +29,38 @@ struct Session {
     bool unwritable = false;
 };
 
-// On a terminal, messages stand above the display, and the display replaces the lines of percentages.
+static std::vector<std::string> displayOf(const Session& session, std::time_t clock) {
+    const ScreenSize size = screenSize();
+    const bool several = session.controllers > 1 && !session.watch.options.controller;
+    return progressBars(session.watch, session.now, clock, {size.columns, size.rows, several});
+}
+
+static void update(Session* session, const std::vector<std::string>& lines,
+                   const std::vector<std::string>& display) {
+    const bool written = session->watch.options.quiet || updateScreen(&session->screen, lines, display);
+    session->unwritable = session->unwritable || !written;
+}
+
+// On a terminal, messages are printed above the display, and the display replaces the lines of percentages
+// except for the last ones.
 static void show(Session* session, bool last) {
     Watch* watch = &session->watch;
     const std::time_t clock = std::time(nullptr);
-    std::vector<std::string> lines, display;
-    if (!session->screen.isTerminal)
+    if (!session->screen.isTerminal || last)
         reportPercentages(watch, session->now, clock);
+    std::vector<std::string> lines, errors, display;
     for (const Message& message : watch->messages)
-        if (!message.isError)
-            lines.push_back(message.text);
-    if (session->screen.isTerminal && !last) {
-        const ScreenSize size = screenSize();
-        display =
-            progressBars(*watch, session->now, clock, {size.columns, size.rows, session->controllers > 1});
-    }
-    if (!watch->options.quiet && !updateScreen(&session->screen, lines, display))
-        session->unwritable = true;
-    for (const Message& message : watch->messages)
-        if (message.isError)
-            complain(Verdict::waiting, message.text);
+        (message.isError ? errors : lines).push_back(message.text);
     watch->messages.clear();
+    if (!errors.empty()) { // below the lines, where the display was
+        update(session, lines, display);
+        lines.clear();
+    }
+    for (const std::string& error : errors)
+        complain(Verdict::waiting, error);
+    if (session->screen.isTerminal && !last)
+        display = displayOf(*session, clock);
+    update(session, lines, display);
 }
 
 // The display counts seconds between the readings.

@@ -1,0 +1,249 @@
+// cli-try over worlds that stand for the real adapters. Their library ends the program that calls anything
+// but the operations that read, and it comes first in the library path.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/e2e/harness.h"
+
+namespace fs = std::filesystem;
+
+static const std::string programs = PROGRAMS;
+
+struct TrySession : Session {
+    TrySession() {
+        program = programs + "/cli-try";
+        preferLibraries(GUARDED);
+        setVariable("PATH", "/usr/bin:/bin");
+        setVariable("TMPDIR", path("tmp"));
+        setVariable("GUARDED_CALLS", calls());
+        fs::create_directory(path("tmp"));
+    }
+    ~TrySession() {
+        EXPECT_EQ(readFile(calls()), "");               // no changing operation of the real library
+        EXPECT_TRUE(fs::is_empty(path("tmp")));         // nothing is left behind
+        EXPECT_FALSE(fs::exists(path("CLIEvent.dat"))); // the events of the real adapters stay unread
+    }
+    std::string calls() const { return path("guarded.calls"); }
+};
+
+static const std::string kFooter = "\nNone of this has been done on the real adapters.\n";
+
+static const std::string kDeletion =
+    "On a copy of the adapters:\n"
+    "\n"
+    "Exit status: 0\n"
+    "\n"
+    "What would change:\n"
+    "  critical: logical drive 0 Archive of controller 0: is missing; it was RAID5 of 400000 MB\n"
+    "\n"
+    "What the adapters would log:\n"
+    "  controller 0: Logical drive 0 deleted\n"
+    "\n"
+    "What would be started, and its time in the model:\n"
+    "  nothing\n"
+    "\n"
+    "Data that would be lost:\n"
+    "  controller 0: logical drive 0 Archive, 400,000 MB, would be deleted\n" +
+    kFooter;
+
+TEST(Try, DeletionLosesData) {
+    TrySession session;
+    EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}), (ProcessOutcome{1, kDeletion, ""}));
+}
+
+TEST(Try, LeavesTheRealAdaptersAlone) {
+    TrySession session;
+    session.useWorld(fixtureWorld("two_controllers"));
+    const std::string before = session.worldText();
+    session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"});
+    session.run({"ctrl", "-a", "mod", "-i", "0", "-s", "smartpoll=33"});
+    EXPECT_EQ(session.worldText(), before);
+}
+
+// Proof that the library of these tests notices a change, and that cli-rehearse would use it.
+TEST(TryGuard, NoticesAChange) {
+    Session session;
+    session.preferLibraries(GUARDED);
+    session.setVariable("GUARDED_CALLS", session.path("guarded.calls"));
+    EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}).status, 128 + 6);
+    EXPECT_EQ(readFile(session.path("guarded.calls")), "q5_delDiskArray\n");
+}
+
+TEST(Try, SettingLosesNothing) {
+    TrySession session;
+    EXPECT_EQ(session.run({"ctrl", "-a", "mod", "-i", "0", "-s", "smartpoll=33"}),
+              (ProcessOutcome{0,
+                              "On a copy of the adapters:\n"
+                              "\n"
+                              "Exit status: 0\n"
+                              "\n"
+                              "What would change:\n"
+                              "  nothing that cli-status reports\n"
+                              "\n"
+                              "What the adapters would log:\n"
+                              "  controller 0: Controller settings changed\n"
+                              "\n"
+                              "What would be started, and its time in the model:\n"
+                              "  nothing\n"
+                              "\n"
+                              "Data that would be lost:\n"
+                              "  none\n" +
+                                  kFooter,
+                              ""}));
+}
+
+TEST(Try, PrintsWhatTheCommandPrints) {
+    TrySession session;
+    Session plain;
+    const std::string list = plain.run({"logdrv"}).out;
+    const ProcessOutcome outcome = session.run({"logdrv"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(outcome.out.starts_with("On a copy of the adapters:\n" + list + "\nExit status: 0\n"))
+        << outcome.out;
+}
+
+TEST(Try, RefusedCommand) {
+    TrySession session;
+    const ProcessOutcome outcome = session.run({"logdrv", "-a", "del", "-l", "7", "-i", "0"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.out.find("\nData that would be lost:\n  none\n"), std::string::npos) << outcome.out;
+}
+
+// RAID1 of two members becomes RAID5 of three: 60,000 MB of each at 1024 MB a second.
+TEST(Try, StartedJobHasItsTime) {
+    TrySession session;
+    const ProcessOutcome outcome = session.run(
+        {"migrate", "-a", "start", "-l", "1", "-i", "0", "-p", "7", "-e", "0", "-s", "raid=raid5"});
+    EXPECT_EQ(outcome.status, 0) << outcome.out;
+    EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n"
+                               "  controller 0: logical drive 1 System: migration, 59 seconds\n"),
+              std::string::npos)
+        << outcome.out;
+}
+
+TEST(Try, QuickInitializationIsSeenAlthoughItIsShort) {
+    TrySession session;
+    const ProcessOutcome outcome = session.run({"init", "-a", "start", "-l", "1", "-i", "0"});
+    EXPECT_EQ(outcome.status, 1) << outcome.out;
+    EXPECT_NE(outcome.out.find("  controller 0: logical drive 1 System, 60,000 MB, would be overwritten\n"),
+              std::string::npos)
+        << outcome.out;
+}
+
+TEST(Try, ClearingImportLosesWhatItDeletes) {
+    TrySession session;
+    Session plain;
+    plain.run({"export", "-t", "1 2 3", "-f", session.path("saved.cfg")});
+    const ProcessOutcome outcome = session.run({"import", "-c", "-f", session.path("saved.cfg")});
+    EXPECT_EQ(outcome.status, 1);
+    for (const char* line : {"controller 0: logical drive 0 Archive, 400,000 MB, would be ",
+                             "controller 0: logical drive 1 System, 60,000 MB, would be ",
+                             "controller 1: logical drive 0 Scratch, 240,000 MB, would be "})
+        EXPECT_NE(outcome.out.find(line), std::string::npos) << outcome.out;
+}
+
+TEST(Try, ListStopsAtTheFirstRefusedCommand) {
+    TrySession session;
+    writeFile(session.path("plan"), "# first the spare\n"
+                                    "\n"
+                                    "extent -a free -p 6 -e 0 -i 0\n"
+                                    "logdrv -a del -l 9 -i 0\n"
+                                    "logdrv -a del -l 0 -i 0\n");
+    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.out.find("cli>extent -a free -p 6 -e 0 -i 0\n"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("cli>logdrv -a del -l 9 -i 0\n"), std::string::npos);
+    EXPECT_EQ(outcome.out.find("cli>logdrv -a del -l 0 -i 0\n"), std::string::npos);
+    EXPECT_NE(outcome.out.find("\nWhat would be at risk:\n"
+                               "  controller 0: drive 6, extent 0 would no longer be a spare\n"),
+              std::string::npos);
+}
+
+TEST(Try, ListSplitsWordsAsThePromptDoes) {
+    TrySession session;
+    writeFile(session.path("plan"), "logdrv -a mod -l 0 -i 0 -s \"name=two words\"\nlogdrv -v -l 0");
+    const ProcessOutcome outcome = session.run({"--file=" + session.path("plan")});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find("two words"), outcome.out.rfind("two words")) << outcome.out;
+}
+
+TEST(Try, LostDataWeighsMoreThanARefusal) {
+    TrySession session;
+    writeFile(session.path("plan"), "logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
+    EXPECT_EQ(session.run({"-f", session.path("plan")}).status, 1);
+}
+
+TEST(Try, PromptOnTheCopy) {
+    TrySession session;
+    session.program = "/bin/sh";
+    writeFile(session.path("typed"), "logdrv -a del -l 0 -i 0\nexit\n");
+    const ProcessOutcome outcome =
+        session.run({"-c", programs + "/cli-try --shell <" + session.path("typed")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.out.starts_with("On a copy of the adapters:\ncli>cli>\nWhat would change:\n"))
+        << outcome.out;
+    EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
+}
+
+TEST(Try, ExportWritesNoFile) {
+    TrySession session;
+    writeFile(session.path("plan"), "ctrl\n  \"EXPORT\" -t 1 -f " + session.path("exported") + "\n");
+    const std::string refusal = "cli-try: export changes no adapter and writes a file: run it with cli\n";
+    EXPECT_EQ(session.run({"Export", "-t", "1", "-f", session.path("exported")}),
+              (ProcessOutcome{3, "", refusal}));
+    EXPECT_EQ(session.run({"-f", session.path("plan")}), (ProcessOutcome{3, "", refusal}));
+    EXPECT_FALSE(fs::exists(session.path("exported")));
+}
+
+TEST(Try, AdaptersThatCannotBeRead) {
+    TrySession session;
+    session.useWorld(R"({"rules": [{"kind": "refuse", "operation": "q5_initialize"}], "controllers": []})");
+    EXPECT_EQ(session.run({"ctrl"}),
+              (ProcessOutcome{3, "",
+                              "cli-try: the adapters cannot be read: q5_initialize failed "
+                              "with result 1\n"}));
+}
+
+TEST(Try, SaysWhatIsAssumedOfThisCopy) {
+    TrySession session;
+    session.useWorld(R"({"controllers": [{"drives": [{"id": 2, "sectors": 4096}]}]})");
+    EXPECT_EQ(
+        session.run({"ctrl"}).err,
+        "cli-try: assumed: controllers[0].drives[0].failed: false; only extents show it, and this drive has "
+        "none\n");
+}
+
+TEST(Try, UsageErrors) {
+    TrySession session;
+    const std::string advice = "\nTry \"cli-try --help\".\n";
+    EXPECT_EQ(session.run({}), (ProcessOutcome{3, "", "cli-try: a command is missing" + advice}));
+    EXPECT_EQ(session.run({"-x"}), (ProcessOutcome{3, "", "cli-try: there is no option -x" + advice}));
+    EXPECT_EQ(session.run({"-f"}), (ProcessOutcome{3, "", "cli-try: -f needs the name of a file" + advice}));
+    EXPECT_EQ(session.run({"-s", "ctrl"}),
+              (ProcessOutcome{3, "", "cli-try: unexpected word \"ctrl\"" + advice}));
+    EXPECT_EQ(session.run({"-f", "/nonexistent"}),
+              (ProcessOutcome{3, "", "cli-try: cannot read /nonexistent\n"}));
+    EXPECT_EQ(session.run({"--version"}), (ProcessOutcome{0, "cli-try " CLI_TRY_VERSION "\n", ""}));
+    EXPECT_TRUE(session.run({"-h"}).out.starts_with("Usage: cli-try [OPTION]... COMMAND [WORD]...\n"));
+}
+
+// An installation in which cli-rehearse finds other adapters than the simulated ones.
+TEST(Try, RefusesToRunWithOtherAdapters) {
+    TrySession session;
+    for (const char* directory : {"installed", "installed/bin", "installed/lib"})
+        fs::create_directory(session.path(directory));
+    for (const char* name : {"cli-try", "cli-capture", "cli-status", "cli-try-report", "cli-rehearse"})
+        fs::copy_file(programs + "/" + name, session.path(std::string("installed/bin/") + name));
+    fs::copy_file(OTHER_ADAPTERS, session.path("installed/lib/libzvq5plugin.so"));
+    session.program = session.path("installed/bin/cli-try");
+    EXPECT_EQ(session.run({"ctrl"}),
+              (ProcessOutcome{3, "",
+                              "cli-try: " + session.path("installed/bin/cli-rehearse") +
+                                  " does not use the simulated adapters\n"}));
+    fs::remove(session.path("installed/lib/libzvq5plugin.so"));
+    EXPECT_EQ(session.run({"ctrl"}),
+              (ProcessOutcome{3, "",
+                              "cli-try: the simulated adapters are missing; they are in the package "
+                              "cli-rehearsal\n"}));
+}
