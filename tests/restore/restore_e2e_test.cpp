@@ -1,6 +1,11 @@
 // cli-restore over simulated worlds: plans, obstacles, and what --apply leaves.
 #include "tests/restore/restore_fixture.h"
 
+TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, "Controller 0 is as it was saved.\n", ""}));
+}
+
 static const char kBlankPlan[] =
     "1. set controller 0: sync rate 102, init rate 104, media patrol rate 103, migrate rate 105, rebuild "
     "rate "
@@ -315,6 +320,14 @@ static Json comparable(const std::string& status, std::size_t controller) {
     return kept;
 }
 
+// Only where a note says that they had bits that cannot be set.
+static void forgetCacheFlags(Json* json) {
+    for (Json& drive : (*json)["logicalDrives"])
+        for (const char* part : {"info", "settings"})
+            for (const char* key : {"writeCacheMode", "writeCacheModeText", "cacheFlags", "cacheFlagsText"})
+                drive[part].erase(key);
+}
+
 struct RestoreWorlds : Restore {
     int restored = 0, prevented = 0;
 
@@ -329,7 +342,7 @@ struct RestoreWorlds : Restore {
         Json& target = blanked["controllers"][id];
         blank(&target);
         std::string map = "200=-";
-        if (!target["drives"].empty()) {
+        if (target.contains("drives") && !target["drives"].empty()) {
             target["drives"][0]["serial"] = "REPLACED";
             const std::string number = std::to_string(target["drives"][0]["id"].get<int>() + 1);
             map = number + "=" + number;
@@ -342,7 +355,11 @@ struct RestoreWorlds : Restore {
             return;
         }
         EXPECT_EQ(outcome.status, 0) << outcome;
-        EXPECT_EQ(Json::diff(comparable(before, id), comparable(status(), id)).dump(), "[]") << outcome;
+        Json wanted = comparable(before, id), found = comparable(status(), id);
+        if (outcome.out.find("which no command sets\n") != std::string::npos)
+            for (Json* json : {&wanted, &found})
+                forgetCacheFlags(json);
+        EXPECT_EQ(Json::diff(wanted, found).dump(), "[]") << outcome;
         ++restored;
     }
 };

@@ -19,11 +19,12 @@ inline void blank(Json* controller) {
     for (const char* key : {"rates", "autoRebuild", "rebuildPolicy", "smartCheck", "smartPollMinutes",
                             "enclosurePollMinutes", "buzzer", "speedOptions"})
         world.erase(key);
-    for (Json& drive : world["drives"]) {
+    for (Json& drive : world.contains("drives") ? world["drives"] : world["logicalDrives"]) {
         std::uint64_t end = 0;
         for (const Json& extent : drive["extents"])
             end = extent["start"].get<std::uint64_t>() + extent["size"].get<std::uint64_t>();
-        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", end}}};
+        if (end > 0)
+            drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", end}}};
         for (const char* key : {"writeCache", "tcqEnabled", "ncqEnabled"})
             drive.erase(key);
     }
@@ -51,8 +52,3 @@ struct Restore : BackupSession {
     }
     std::string status() { return runOther(CLI_STATUS, {"--json"}).out; }
 };
-
-TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
-    EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
-    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, "Controller 0 is as it was saved.\n", ""}));
-}

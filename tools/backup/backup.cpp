@@ -78,7 +78,7 @@ static std::string exportConfiguration(const Store& store, const std::string& cl
         return "cannot run " + cli;
     if (status != 0)
         return cli + " export failed with status " + std::to_string(status) + ": " + lastLine(output);
-    const std::string problem = synchronize(path);
+    std::string problem = synchronize(path);
     text->clear();
     if (problem.empty() && readFile(path, text) != ReadResult::done)
         return "cannot read " + path;
@@ -119,7 +119,7 @@ static std::string writeSnapshot(const Store& store, Content* content) {
     const Findings findings = evaluate(content->snapshot, limits, nullptr);
     content->json = formatJson({content->snapshot, findings, limits});
     const std::string path = workPath(store, "new.json");
-    const std::string problem = replaceFile(path, content->json);
+    std::string problem = replaceFile(path, content->json);
     if (!problem.empty())
         return problem;
     std::string text;
@@ -131,7 +131,7 @@ static std::string writeSnapshot(const Store& store, Content* content) {
 }
 
 // Old backups are removed only when nothing about the new one is worse.
-static int save(const BackupOptions& options, Store* store, const Backup& previous, Lines warnings,
+static int save(const BackupOptions& options, Store* store, const Backup& previous, const Lines& warnings,
                 Content* content) {
     const std::string stem = stemFor(*store, std::time(nullptr));
     std::string problem = writeSnapshot(*store, content);
@@ -157,7 +157,7 @@ static int saveChanges(const BackupOptions& options, Store* store, const std::st
     Lines warnings;
     const Backup previous = readNewest(*store, &warnings);
     Content content;
-    const std::string problem = readAdapters(*store, cli, &content);
+    std::string problem = readAdapters(*store, cli, &content);
     if (!problem.empty())
         return complain(problem);
     for (const Line& line : unreadableLines(content.snapshot))

@@ -75,9 +75,11 @@ static const ConfigurationBlock* findBlock(const std::vector<ConfigurationBlock>
 static void addBlockChanges(const ConfigurationBlock& earlier, const ConfigurationBlock& now, Lines* lines) {
     for (const auto& [key, value] : now.settings) {
         const std::string before = settingOf(earlier, key);
+        std::string text = now.object;
+        text.append(": ").append(keyName(key)).append(" was ").append(before);
+        text.append("; it is ").append(value);
         if (before != value)
-            lines->push_back({Severity::info, printable(now.object + ": " + keyName(key) + " was " + before +
-                                                        "; it is " + value)});
+            lines->push_back({Severity::info, printable(text)});
     }
 }
 

@@ -12,7 +12,7 @@ static std::string readSnapshotFile(const Store& store, const std::string& stem,
     std::string text;
     if (readFile(path, &text) != ReadResult::done)
         return "cannot read " + path;
-    const std::string problem = snapshotFromText(text, snapshot);
+    std::string problem = snapshotFromText(text, snapshot);
     return problem.empty() ? "" : path + ": " + problem;
 }
 
@@ -21,7 +21,7 @@ std::string readBackup(const Store& store, const std::string& stem, Backup* back
     const std::string path = pathOf(store, stem, ".cfg");
     if (readFile(path, &backup->configuration) != ReadResult::done)
         return "cannot read " + path;
-    const std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
+    std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
     if (problem.empty())
         backup->stem = stem;
     return problem;
@@ -30,7 +30,7 @@ std::string readBackup(const Store& store, const std::string& stem, Backup* back
 Backup readNewest(const Store& store, Lines* warnings) {
     Backup backup;
     for (std::size_t i = store.stems.size(); i-- > 0;) {
-        const std::string problem = readBackup(store, store.stems[i], &backup);
+        std::string problem = readBackup(store, store.stems[i], &backup);
         if (problem.empty())
             return backup;
         warnings->push_back({Severity::warning, printable(problem)});
@@ -75,7 +75,7 @@ std::string rotate(const Store& store, std::size_t keep) {
         if (!readSnapshotFile(store, store.stems[i], &snapshot).empty())
             continue;
         if (i + keep < store.stems.size() && isReplaced(snapshot, newer)) {
-            const std::string problem = removeBackup(store, store.stems[i]);
+            std::string problem = removeBackup(store, store.stems[i]);
             if (!problem.empty())
                 return problem;
         }

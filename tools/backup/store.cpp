@@ -95,7 +95,7 @@ static std::string listNames(const std::string& directory, std::vector<std::stri
         names->emplace_back(entry->d_name);
         errno = 0;
     }
-    const std::string problem = errno == 0 ? "" : failure("read", directory);
+    std::string problem = errno == 0 ? "" : failure("read", directory);
     closedir(stream);
     return problem;
 }
@@ -153,7 +153,7 @@ std::string openStore(Store* store) {
     if (store->lock < 0)
         return "cannot lock " + store->work +
                ": another cli-backup is running, or the file system has no locks";
-    const std::string problem = clearWork(*store);
+    std::string problem = clearWork(*store);
     return problem.empty() ? listBackups(store) : problem;
 }
 
@@ -173,7 +173,7 @@ std::string synchronize(const std::string& path) {
     int result;
     while ((result = fsync(file)) != 0 && errno == EINTR) {
     }
-    const std::string problem = result == 0 || errno == EINVAL ? "" : failure("write", path);
+    std::string problem = result == 0 || errno == EINVAL ? "" : failure("write", path);
     close(file);
     return problem;
 }
@@ -202,7 +202,7 @@ std::string removeBackup(const Store& store, const std::string& stem) {
         const std::string path = pathOf(store, stem, suffix);
         if (unlink(path.c_str()) != 0)
             return failure("remove", path);
-        const std::string problem = synchronize(store.directory);
+        std::string problem = synchronize(store.directory);
         if (!problem.empty())
             return problem;
     }

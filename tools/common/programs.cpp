@@ -33,7 +33,7 @@ static std::string searchPath(const std::string& name) {
         const std::size_t colon = rest.find(':');
         const std::string directory = rest.substr(0, colon);
         rest = colon == std::string::npos ? "" : rest.substr(colon + 1);
-        const std::string path = (directory.empty() ? "." : directory) + "/" + name;
+        std::string path = (directory.empty() ? "." : directory) + "/" + name;
         if (isProgram(path))
             return path;
     }

@@ -79,7 +79,7 @@ ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log) {
         if (result != ApplyResult::done)
             return result;
     }
-    const std::string problem = addToLog(log, kFinished);
+    std::string problem = addToLog(log, kFinished);
     if (problem.empty())
         return ApplyResult::done;
     complain(problem);

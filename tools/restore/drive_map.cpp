@@ -39,7 +39,7 @@ static std::string checkTargets(const DriveMap& drives) {
 std::string readDriveMap(const std::string& text, DriveMap* drives) {
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find(',', start), text.size());
-        const std::string problem = readPair(text.substr(start, end - start), drives);
+        std::string problem = readPair(text.substr(start, end - start), drives);
         if (!problem.empty())
             return problem;
         start = end + 1;

@@ -30,7 +30,7 @@ static OptionsResult apply(const OptionRow& row, const char* argument, RestoreOp
         options->controller = static_cast<std::uint32_t>(id);
     } else if (name == "drives") {
         options->drives.clear();
-        const std::string problem = readDriveMap(argument, &options->drives);
+        std::string problem = readDriveMap(argument, &options->drives);
         if (!problem.empty())
             return refuseOptions(kTable, problem);
         options->drivesGiven = true;

@@ -183,22 +183,24 @@ static std::string differentSettings(const LogDrvSettings& saved, const LogDrvSe
     return text;
 }
 
-static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
-    const LogDrvSettings& settings = *saved.settings;
-    if (settings.lookahead > kMostLookahead)
-        planning->plan.notes.push_back(arrayName(saved, id) + ": a lookahead of " +
-                                       number(settings.lookahead) + " cannot be set");
-    const int policy = settings.cacheFlags & kWritePolicyMask;
-    if (policy != 0 && policy != kWriteBack && policy != kBypass && policy != kAutoMode)
-        planning->plan.notes.push_back(arrayName(saved, id) +
-                                       ": its write policy was a mixture, which cannot be set");
-}
-
 static const LogicalDrive* findById(const Controller& controller, std::uint32_t logDrvId) {
     for (const LogicalDrive& drive : controller.logicalDrives)
         if (drive.info.logDrvId == logDrvId)
             return &drive;
     return nullptr;
+}
+
+static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
+    const LogDrvSettings& settings = *saved.settings;
+    if (settings.lookahead > kMostLookahead)
+        planning->plan.notes.push_back(arrayName(saved, id) + ": a lookahead of " +
+                                       number(settings.lookahead) + " cannot be set");
+    const LogicalDrive* now = findById(planning->now, id);
+    const int flags = settings.cacheFlags;
+    const bool isPlain = flags == 0 || flags == kWriteBack || flags == kBypass || flags == kAutoMode;
+    if (!isPlain && (now == nullptr || !now->settings || now->settings->cacheFlags != flags))
+        planning->plan.notes.push_back(arrayName(saved, id) + ": its cache flags were " +
+                                       number(settings.cacheFlags) + ", which no command sets");
 }
 
 // A name with a comma, or with one of the other keys, cannot be typed.

@@ -88,7 +88,7 @@ static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader
 static std::string continueFrom(const RestoreOptions& options, const std::string& path, LogHeader* header,
                                 DriveMap* drives) {
     Unfinished unfinished;
-    const std::string problem = readLog(path, &unfinished);
+    std::string problem = readLog(path, &unfinished);
     if (!problem.empty() || !unfinished.exists)
         return problem;
     const LogHeader& earlier = unfinished.header;
@@ -111,7 +111,7 @@ static int applyLocked(const RestoreOptions& options, const Saved& saved, const 
                                  : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
     Restore restore = {controller, *options.controller, options.drives};
     LogHeader header = {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
-    const std::string problem = continueFrom(options, path, &header, &restore.drives);
+    std::string problem = continueFrom(options, path, &header, &restore.drives);
     if (!problem.empty())
         return complain(problem);
     const Plan plan = makePlan(controller, readController(restore.controller), restore.drives);
@@ -146,7 +146,7 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
 
 static int run(const RestoreOptions& options, const char* argument0) {
     Saved saved;
-    const std::string problem = readSaved(options.file, &saved);
+    std::string problem = readSaved(options.file, &saved);
     if (!problem.empty())
         return complain(problem);
     Snapshot now;
