@@ -97,11 +97,11 @@ static void mergeInto(const EventBuffer& saved) {
         AddEventToBuffer(&fetched[i - 1]);
 }
 
-static void writeBuffer(const char* path) {
+static void writeBuffer(const char* path, bool locked) {
     FileReplacement file;
     sigset_t before;
     blockSignals(&before);
-    if (openReplacement(&file, path, LinkPolicy::replace, 0644)) {
+    if (openReplacement(&file, path, LinkPolicy::replace, 0644, locked)) {
         // A write error is detected by the commit.
         static_cast<void>(std::fwrite(&g_EventBuffer, sizeof g_EventBuffer, 1, file.stream) == 1);
         commitReplacement(&file);
@@ -109,14 +109,15 @@ static void writeBuffer(const char* path) {
     restoreSignals(&before);
 }
 
-static void saveUnderLock(const char* path, EventImage* current) {
+// The lock may be missing: it is not waited for without end.
+static void saveUnderLock(const char* path, EventImage* current, bool locked) {
     readImage(path, current);
     if (current->state == ImageState::unreadable)
         return;
     if (current->state == ImageState::present && !isSameImage(*current, loaded))
         mergeInto(current->buffer);
     if (!holdsBuffer(*current, g_EventBuffer))
-        writeBuffer(path);
+        writeBuffer(path, locked);
 }
 
 void saveEventBuffer(const char* path) {
@@ -127,6 +128,6 @@ void saveEventBuffer(const char* path) {
     if (holdsBuffer(current, g_EventBuffer))
         return;
     const int lock = lockDirectoryOf(path, kLockSeconds);
-    saveUnderLock(path, &current);
+    saveUnderLock(path, &current, lock >= 0);
     unlockDirectory(lock);
 }

@@ -38,7 +38,7 @@ static bool isSameFile(const struct stat& a, const struct stat& b) {
 static bool nameTemporary(FileReplacement* replacement, int attempt) {
     const int length = std::snprintf(replacement->temporary, kPathSize, "%.*s.cli-%ld-%d.tmp",
                                      static_cast<int>(directoryLength(replacement->path)), replacement->path,
-                                     static_cast<long>(getpid()), attempt);
+                                     replacement->locked ? 0L : static_cast<long>(getpid()), attempt);
     return length > 0 && static_cast<std::size_t>(length) < kPathSize;
 }
 
@@ -48,6 +48,8 @@ static int createTemporary(FileReplacement* replacement, mode_t mode) {
         const char* name = replacement->temporary;
         sigset_t before;
         blockSignals(&before);
+        if (replacement->locked)
+            unlink(name);
         const int file = open(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
         const int error = errno;
         if (file >= 0)
@@ -140,8 +142,10 @@ static bool openExisting(FileReplacement* replacement, const char* name, const s
     return false;
 }
 
-bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy links, mode_t maxMode) {
+bool openReplacement(FileReplacement* replacement, const char* name, LinkPolicy links, mode_t maxMode,
+                     bool locked) {
     replacement->target = -1;
+    replacement->locked = locked;
     replacement->temporary[0] = '\0';
     const int length = std::snprintf(replacement->path, kPathSize, "%s", name);
     if (length < 0 || static_cast<std::size_t>(length) >= kPathSize) {

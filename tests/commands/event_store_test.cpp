@@ -94,6 +94,16 @@ TEST_F(EventStore, SavesTheBufferByteForByte) {
     EXPECT_EQ(content("events"), std::string(reinterpret_cast<const char*>(&expected), sizeof expected));
 }
 
+// Killed between creating its temporary file and renaming it.
+TEST_F(EventStore, RemovesTheTemporaryFileOfAKilledSession) {
+    write(".cli-0-0.tmp", "begun");
+    load();
+    store(7);
+    save();
+    EXPECT_EQ(saved(), Ids{7});
+    EXPECT_FALSE(std::filesystem::exists(path(".cli-0-0.tmp")));
+}
+
 TEST_F(EventStore, CreatesAMissingFileReadableByAll) {
     const mode_t before = umask(0);
     load();
