@@ -136,8 +136,9 @@ static void checkActivity(const LogicalDrive& array, const FieldPath& path) {
         throw WorldError{below(here, "kind"), "this activity is unknown"};
     checkTargets(array, here);
     checkMembers(activity.goal.members, below(here, "goal"));
-    if ((activity.kind == kRebuilding) == activity.targets.empty())
-        throw WorldError{below(here, "targets"), "a rebuild has targets, other activities have none"};
+    if (activity.kind != kRebuilding &&
+        !activity.targets.empty()) // those of a captured rebuild can be unknown
+        throw WorldError{below(here, "targets"), "only a rebuild has targets"};
     if (activity.completedMb > activity.totalMb)
         throw WorldError{below(here, "doneMb"), "more is done than there is to do"};
     const MigrationTarget& goal = activity.goal;
