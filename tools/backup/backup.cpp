@@ -28,7 +28,7 @@ struct Content {
     std::string configuration, json;
 };
 
-static int complain(const std::string& problem) {
+static int printError(const std::string& problem) {
     std::fprintf(stderr, "cli-backup: %s\n", printable(problem).c_str());
     return kFailed;
 }
@@ -138,7 +138,7 @@ static int save(const BackupOptions& options, Store* store, const Backup& previo
     if (problem.empty())
         problem = publish(*store, stem);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     store->stems.push_back(stem);
     const Lines fewer = previous.stem.empty() ? Lines() : fewerLines(content->snapshot, previous.snapshot);
     print(fewer);
@@ -159,7 +159,7 @@ static int saveChanges(const BackupOptions& options, Store* store, const std::st
     Content content;
     std::string problem = readAdapters(*store, cli, &content);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     for (const Line& line : unreadableLines(content.snapshot))
         warnings.push_back(line);
     print(warnings);
@@ -185,11 +185,11 @@ static int run(const BackupOptions& options, const char* argument0) {
     std::string problem = findCli(options, argument0, &cli);
     if (problem.empty())
         problem = useDirectory(options, &store);
-    const int status = problem.empty() ? saveChanges(options, &store, cli) : complain(problem);
+    const int status = problem.empty() ? saveChanges(options, &store, cli) : printError(problem);
     closeStore(&store);
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
         return status;
-    complain("cannot write to standard output");
+    printError("cannot write to standard output");
     return status == kSaved ? kLook : status;
 }
 

@@ -8,7 +8,7 @@
 
 enum ExitStatus { kCaptured = 0, kIncomplete = 1, kUsage = 2, kNotCaptured = 3 };
 
-static int complain(const std::string& problem) {
+static int printError(const std::string& problem) {
     std::fprintf(stderr, "cli-capture: %s\n", problem.c_str());
     return kNotCaptured;
 }
@@ -25,7 +25,7 @@ static int run(const CaptureOptions& options) {
     Snapshot snapshot;
     const OpenResult opened = openAdapters(&snapshot);
     if (opened == OpenResult::failed)
-        return complain("the adapters cannot be read: " + faultText(snapshot.faults.front()));
+        return printError("the adapters cannot be read: " + faultText(snapshot.faults.front()));
     if (opened == OpenResult::opened) {
         readControllers(&snapshot);
         closeAdapters();
@@ -34,12 +34,12 @@ static int run(const CaptureOptions& options) {
         makeAnonymous(&snapshot);
     const Capture capture = captureWorld(snapshot, captureTime());
     if (!capture.problem.empty())
-        return complain("this cannot be a world: " + capture.problem);
+        return printError("this cannot be a world: " + capture.problem);
     for (const std::string& line : capture.assumed)
         std::fprintf(stderr, "cli-capture: assumed: %s\n", line.c_str());
     const std::string problem = deliver(options.output, capture.text);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     return capture.complete ? kCaptured : kIncomplete;
 }
 

@@ -39,7 +39,7 @@ static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
     return next < wanted.steps.size() ? "no longer to do: " + wanted.steps[next].text : "";
 }
 
-static void complain(const std::string& problem) {
+static void printError(const std::string& problem) {
     std::fprintf(stderr, "cli-restore: %s\n", problem.c_str());
 }
 
@@ -48,7 +48,7 @@ static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* pla
     const std::string text = plan->steps[0].text;
     std::string problem = addToLog(log, "step " + text);
     if (!problem.empty()) {
-        complain(problem);
+        printError(problem);
         return ApplyResult::failed;
     }
     runStep(plan->steps[0]);
@@ -57,13 +57,13 @@ static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* pla
     *plan = left;
     if (!difference.empty()) {
         addToLog(log, "stopped " + difference);
-        complain("stopped after \"" + text + "\": " + difference);
+        printError("stopped after \"" + text + "\": " + difference);
         return ApplyResult::stopped;
     }
     problem = addToLog(log, kStepDone);
     if (problem.empty())
         return ApplyResult::done;
-    complain(problem);
+    printError(problem);
     return ApplyResult::failed;
 }
 
@@ -82,6 +82,6 @@ ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log) {
     std::string problem = addToLog(log, kFinished);
     if (problem.empty())
         return ApplyResult::done;
-    complain(problem);
+    printError(problem);
     return ApplyResult::failed;
 }

@@ -12,7 +12,7 @@
 
 enum ExitStatus { kNothingLeft = 0, kCanApply = 1, kUsage = 2, kFailed = 3, kPrevented = 4, kStopped = 5 };
 
-static int complain(const std::string& problem) {
+static int printError(const std::string& problem) {
     std::fprintf(stderr, "cli-restore: %s\n", printable(problem).c_str());
     return kFailed;
 }
@@ -76,7 +76,7 @@ static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader
     const ApplyResult result = problem.empty() ? applyPlan(restore, plan, log) : ApplyResult::failed;
     closeLog(&log);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     if (result != ApplyResult::done)
         return result == ApplyResult::stopped ? kStopped : kFailed;
     printLeft(restore);
@@ -113,7 +113,7 @@ static int applyLocked(const RestoreOptions& options, const Saved& saved, const 
     LogHeader header = {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
     std::string problem = continueFrom(options, path, &header, &restore.drives);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     const Plan plan = makePlan(controller, readController(restore.controller), restore.drives);
     if (!plan.obstacles.empty()) {
         print(plan);
@@ -127,9 +127,9 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
     const std::uint32_t id = *options.controller;
     const Controller* controller = findController(saved.snapshot, id);
     if (controller == nullptr)
-        return complain("the backup has no controller " + std::to_string(id));
+        return printError("the backup has no controller " + std::to_string(id));
     if (id >= now->controllerCount)
-        return complain("there is no controller " + std::to_string(id));
+        return printError("there is no controller " + std::to_string(id));
     if (options.apply) {
         const int lock = lockChanges();
         const int status = applyLocked(options, saved, *controller);
@@ -139,7 +139,7 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
     readControllers(now);
     const Controller* present = findController(*now, id);
     if (present == nullptr)
-        return complain("there is no controller " + std::to_string(id));
+        return printError("there is no controller " + std::to_string(id));
     const Plan plan = makePlan(*controller, *present, options.drives);
     return showPlan(options, saved, *now, plan, argument0);
 }
@@ -148,13 +148,13 @@ static int run(const RestoreOptions& options, const char* argument0) {
     Saved saved;
     std::string problem = readSaved(options.file, &saved);
     if (!problem.empty())
-        return complain(problem);
+        return printError(problem);
     Snapshot now;
     switch (openAdapters(&now)) {
     case OpenResult::failed:
-        return complain("cannot open the adapter library");
+        return printError("cannot open the adapter library");
     case OpenResult::noController:
-        return complain("there is no controller");
+        return printError("there is no controller");
     default:
         break;
     }
@@ -170,6 +170,6 @@ int main(int argc, char** argv) {
         return result == OptionsResult::done ? kNothingLeft : kUsage;
     const int status = run(options, argv[0]);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        return complain("cannot write to standard output");
+        return printError("cannot write to standard output");
     return status;
 }

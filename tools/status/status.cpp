@@ -17,7 +17,7 @@
 static constexpr int kUnknown = 3; // also of usage errors
 
 // A monitoring system shows only what a plugin prints to standard output.
-static int complain(const Options& options, const std::string& problem) {
+static int printError(const Options& options, const std::string& problem) {
     if (options.format == Format::plugin)
         std::puts(pluginProblem(problem).c_str());
     else
@@ -129,16 +129,16 @@ static int run(const Options& options) {
     if (problem.empty() && !options.baseline.empty())
         problem = readSnapshot(options.baseline, options, &baseline, &missing);
     if (!problem.empty())
-        return complain(options, problem);
+        return printError(options, problem);
     takeSnapshot(options, &snapshot);
     if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty())
-        return complain(options, "there is no controller " + std::to_string(*options.controller));
+        return printError(options, "there is no controller " + std::to_string(*options.controller));
     const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
     const Findings findings = evaluate(snapshot, limits, compared);
     const Report report = {snapshot, findings, limits};
     problem =
         options.changes.empty() ? reportState(options, report) : reportChanges(options, report, compared);
-    return problem.empty() ? exitStatus(worstSeverity(findings)) : complain(options, problem);
+    return problem.empty() ? exitStatus(worstSeverity(findings)) : printError(options, problem);
 }
 
 int main(int argc, char** argv) {
