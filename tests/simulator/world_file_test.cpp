@@ -284,21 +284,24 @@ TEST_F(WorldFile, LinksAreNotFollowedByLockAndTemporaryFile) {
     EXPECT_FALSE(fs::exists(directory + "/elsewhere"));
 }
 
-// A full disk, simulated by a limit on file sizes: the change is refused and the old state is kept.
-TEST_F(WorldFile, RejectsChangesWhenNotWritable) {
-    open("bench");
-    const std::string before = fileText();
+// What a change prints that must fail on a full disk, simulated by a limit on file sizes.
+static std::string errorsOnFullDisk() {
     rlimit old = {};
     getrlimit(RLIMIT_FSIZE, &old);
     signal(SIGXFSZ, SIG_IGN);
     const rlimit small = {100, old.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     testing::internal::CaptureStderr();
-    const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
+    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
     setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              file + ": the world file cannot be written: File too large\n");
-    EXPECT_NE(result, 0);
+    return testing::internal::GetCapturedStderr();
+}
+
+// The change is refused and the old state is kept.
+TEST_F(WorldFile, RejectsChangesWhenNotWritable) {
+    open("bench");
+    const std::string before = fileText();
+    EXPECT_EQ(errorsOnFullDisk(), file + ": the world file cannot be written: File too large\n");
     EXPECT_EQ(fileText(), before);
     EXPECT_FALSE(fs::exists(file + ".new"));
     std::uint8_t state = 9;
@@ -314,17 +317,7 @@ TEST_F(WorldFile, ReportsFailedWriteOnceWithRule) {
                   return 0;
               }),
               0);
-    rlimit old = {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit small = {100, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    testing::internal::CaptureStderr();
-    const int result = q5_turnOffBuzzer(hbaAddress(0), 0, 0);
-    setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              file + ": the world file cannot be written: File too large\n");
-    EXPECT_NE(result, 0);
+    EXPECT_EQ(errorsOnFullDisk(), file + ": the world file cannot be written: File too large\n");
 }
 
 static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {

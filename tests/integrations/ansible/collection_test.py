@@ -64,7 +64,7 @@ runpy.run_path(sys.argv[1], run_name="__main__")
 """
 
 
-def specification(work, name):
+def argument_spec(work, name):
     """What the module accepts."""
     return json.loads(check(work.run(
         *workspace.ansible_python(), "-c", SHOW_SPECIFICATION,
@@ -77,7 +77,7 @@ def check_module(work, name):
     for part in "doc", "examples", "return":
         if not doc[part]:
             sys.exit(f"{name} has no {part}")
-    accepted = specification(work, name)
+    accepted = argument_spec(work, name)
     for option in {*accepted, *doc["doc"]["options"]}:
         described = doc["doc"]["options"].get(option, {})
         given = accepted.get(option, {})
@@ -93,7 +93,7 @@ def docs(work):
     documented(work, "filter", "new_problems")
     for name in ROLES:
         if not documented(work, "role", name)["entry_points"]["main"]:
-            sys.exit(f"role {name} has no argument specification")
+            sys.exit(f"role {name} has no argument spec")
     found = json.loads(check(work.run("ansible-doc", "--list", "--json",
                                       "sataraid.cli")))
     if sorted(found) != [f"sataraid.cli.{name}" for name in MODULES]:

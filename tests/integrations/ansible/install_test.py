@@ -39,6 +39,14 @@ def freebsd(jobs, *files):
                          json.dumps(variables))
 
 
+def check_mode(**variables):
+    host = {"ansible_connection": "local", "sataraid_become": False}
+    inventory = {"sataraid": {"hosts": {"localhost": host | variables}}}
+    (WORK.path / "inventory.json").write_text(json.dumps(inventory))
+    return WORK.playbook("-i", WORK.path / "inventory.json",
+                         "sataraid.cli.install", "--check")
+
+
 class InstallTest(unittest.TestCase):
     def test_freebsd(self):
         package = WORK.path / "cli-1.0.0.pkg"
@@ -63,23 +71,11 @@ class InstallTest(unittest.TestCase):
     @unittest.skipUnless(os.path.exists("/etc/debian_version"),
                          "not on Debian")
     def test_debian_in_check_mode(self):
-        inventory = {"sataraid": {"hosts": {"localhost": {
-            "ansible_connection": "local", "sataraid_become": False,
-            "sataraid_packages": ["coreutils"]}}}}
-        (WORK.path / "inventory.json").write_text(json.dumps(inventory))
-        status, output, _ = WORK.playbook(
-            "-i", WORK.path / "inventory.json", "sataraid.cli.install",
-            "--check")
+        status, output, _ = check_mode(sataraid_packages=["coreutils"])
         self.assertEqual(status, 0, output)
 
     def test_arguments(self):
-        inventory = {"sataraid": {"hosts": {"localhost": {
-            "ansible_connection": "local", "sataraid_become": False,
-            "sataraid_jobs": ["stauts"]}}}}
-        (WORK.path / "inventory.json").write_text(json.dumps(inventory))
-        status, output, _ = WORK.playbook(
-            "-i", WORK.path / "inventory.json", "sataraid.cli.install",
-            "--check")
+        status, output, _ = check_mode(sataraid_jobs=["stauts"])
         self.assertEqual(status, 2, output)
         self.assertIn("must be one or more of: status, backup, patrol",
                       output)

@@ -6,7 +6,7 @@ FORMAT = 1  # of the snapshots that this collection understands
 
 
 def program_options(*names):
-    """The part of an argument specification that programs need."""
+    """The arguments that name the programs."""
     defaults = {"cli_path": "cli", "status_path": "cli-status",
                 "backup_path": "cli-backup"}
     options = {name: {"type": "path", "default": defaults[name]}
