@@ -9,7 +9,7 @@
 #include <set>
 #include <sstream>
 
-#include "tests/e2e/harness.h"
+#include "tests/status/expected_report.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -62,6 +62,10 @@ protected:
     Json world = Json::parse(source("healthy.world.json")).patch(expected["world"]);
     int status = expected["status"];
 
+    std::string document() const {
+        return Json::parse(source("healthy.expected.json")).patch(expected["json"]).dump(2) + "\n";
+    }
+
     void expectRun(const std::vector<std::string>& words, const std::string& output) const {
         StatusSession session(world);
         const ProcessOutcome outcome = session.run(words);
@@ -110,8 +114,17 @@ TEST_P(StatusCase, Metrics) {
 }
 
 TEST_P(StatusCase, Json) {
-    const Json healthy = Json::parse(source("healthy.expected.json"));
-    expectRun({"--json"}, healthy.patch(expected["json"]).dump(2) + "\n");
+    expectRun({"--json"}, document());
+}
+
+TEST_P(StatusCase, VerboseTextIsThatDerivedFromTheJson) {
+    StatusSession session(world);
+    EXPECT_EQ(session.run({"-v"}), (ProcessOutcome{status, expectedVerbose(session, document()), ""}));
+}
+
+TEST_P(StatusCase, PageIsThatDerivedFromTheJson) {
+    StatusSession session(world);
+    expectPage(&session, status, document());
 }
 
 static std::vector<std::string> caseNames() {

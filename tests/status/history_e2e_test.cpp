@@ -208,10 +208,48 @@ TEST_F(Changes, ReportAFailedDriveUntilItIsRebuilt) {
             "info: rebuild of logical drive 0 Data of controller 0 started\n");
     next(2, "");
     session.setClock(100000);
-    next(0, "info: logical drive 0 Data of controller 0 is online again\n"
+    const std::string unused = "drive 2 of controller 0: cannot be accessed, and no logical drive uses it; "
+                               "channel 1, enclosure 0, serial S0002\n";
+    next(1, "info: logical drive 0 Data of controller 0 is online again\n"
             "info: rebuild of logical drive 0 Data of controller 0 finished\n"
-            "info: logical drive 0 Data of controller 0: has no spare\n");
-    next(0, "");
+            "warning: " +
+                unused + "info: logical drive 0 Data of controller 0: has no spare\n");
+    next(1, "");
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{1, "warning: " + unused, ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    Json& failed = rebuilt["controllers"][0]["drives"][1];
+    failed["failed"] = false;
+    failed["serial"] = "S0009";
+    session.useWorld(rebuilt.dump());
+    next(0, "info: drive 2 of controller 0: was replaced; serial S0002 is now S0009\n"
+            "info: no longer: " +
+                unused);
+}
+
+// Pulled, not replaced.
+TEST_F(Changes, ReportAFailedDriveThatIsPulledWhenItIsRebuilt) {
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-q"}).status, 2);
+    session.setClock(100000);
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{1,
+                        "warning: drive 2 of controller 0: cannot be accessed, and no logical drive uses "
+                        "it; channel 1, enclosure 0, serial S0002\n",
+                        ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    rebuilt["controllers"][0]["drives"].erase(1);
+    session.useWorld(rebuilt.dump());
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{0,
+                        "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, "
+                        "serial S0002\n"
+                        "info: no longer: drive 2 of controller 0: cannot be accessed, and no logical "
+                        "drive uses it; channel 1, enclosure 0, serial S0002\n",
+                        ""}));
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{0, "", ""}));
 }
 
 TEST_F(Changes, ReportPauseAndResumption) {

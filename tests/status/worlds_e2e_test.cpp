@@ -11,7 +11,7 @@
 #include <set>
 #include <sstream>
 
-#include "tests/e2e/harness.h"
+#include "tests/status/expected_report.h"
 
 namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
@@ -189,6 +189,29 @@ TEST_P(StatusWorld, MetricsAreThoseDerivedFromTheWorld) {
     const ProcessOutcome outcome = session.run({"--metrics"});
     EXPECT_EQ(outcome.status, GetParam().status);
     EXPECT_EQ(sortedSamples(outcome.out), derived("metrics"));
+}
+
+TEST_P(StatusWorld, VerboseTextIsThatDerivedFromTheWorld) {
+    EXPECT_EQ(session.run({"-v"}),
+              (ProcessOutcome{GetParam().status, expectedVerbose(session, derived("json")), ""}));
+}
+
+TEST_P(StatusWorld, PageIsThatDerivedFromTheWorld) {
+    expectPage(&session, GetParam().status, derived("json"));
+}
+
+// The problems at first, then nothing.
+TEST_P(StatusWorld, ChangesAreTheProblemsOnce) {
+    std::string problems;
+    std::istringstream text(findings());
+    for (std::string line; std::getline(text, line);)
+        problems += line.starts_with("info: ") ? "" : line + "\n";
+    const std::string kept = session.path("kept");
+    const bool readable = std::string(GetParam().text).starts_with("controller");
+    EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{GetParam().status, problems, ""}));
+    EXPECT_EQ(readFile(kept), readable ? derived("json") : "");
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{GetParam().status, readable ? "" : problems, ""}));
 }
 
 static std::string nameOf(const std::string& path) {

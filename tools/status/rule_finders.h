@@ -21,6 +21,7 @@ void findSmartFailures(Evaluation* evaluation);
 void findPatrolErrors(Evaluation* evaluation);
 void findInaccessibleDrives(Evaluation* evaluation);
 void findInaccessibleSpares(Evaluation* evaluation);
+void findInaccessibleUnused(Evaluation* evaluation);
 
 // rules_environment.cpp
 void findFailedBatteries(Evaluation* evaluation);
