@@ -1,6 +1,7 @@
 // cli-status over simulated worlds: the complete output of every case in every format. A case in cases/
-// lists how its world differs from healthy.world.json, and the expected output of each format. JSON and
-// metrics are listed as differences from those of the healthy world, which are in healthy.expected.*.
+// lists how its world differs from healthy.world.json, the expected output of each format, and the changes
+// since the healthy world. JSON and metrics are listed as differences from those of the healthy world, which
+// are in healthy.expected.*; the detailed text and the page are derived from the expected JSON.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -115,6 +116,16 @@ TEST_P(StatusCase, Metrics) {
 
 TEST_P(StatusCase, Json) {
     expectRun({"--json"}, document());
+}
+
+// Since the healthy world.
+TEST_P(StatusCase, Changes) {
+    StatusSession session(world);
+    const std::string kept = session.path("kept");
+    writeFile(kept, source("healthy.expected.json"));
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{status, joinedLines(expected["changes"]), ""}));
+    EXPECT_EQ(readFile(kept), document());
 }
 
 TEST_P(StatusCase, VerboseTextIsThatDerivedFromTheJson) {

@@ -156,6 +156,13 @@ TEST_F(Baseline, ReportsAMissingController) {
     expectFindings(2, "critical: controller 1: is missing\n");
 }
 
+TEST_F(Baseline, ReportsANewController) {
+    world["controllers"].push_back(controller());
+    expectAll(0, "controller 1: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+                 "info: controller 1: is new\n"
+                 "all well: 2 controllers, 6 drives, 2 logical drives\n");
+}
+
 TEST_F(Baseline, IsLimitedToTheChosenController) {
     world["controllers"].push_back(controller());
     session.useWorld(world.dump());

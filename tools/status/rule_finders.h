@@ -45,6 +45,7 @@ void findDriveCountDifferences(Evaluation* evaluation);
 
 // rules_baseline.cpp
 void findMissingControllers(Evaluation* evaluation);
+void findNewControllers(Evaluation* evaluation);
 void findMissingDrives(Evaluation* evaluation);
 void findNewDrives(Evaluation* evaluation);
 void findReplacedDrives(Evaluation* evaluation);

@@ -75,6 +75,7 @@ static constexpr Rule kBaselineRules[] = {
     {"array-new", Severity::info, "a logical drive is new", "Baseline", findNewArrays},
     {"enclosure-new", Severity::info, "an enclosure is new", "Baseline", findNewEnclosures},
     {"battery-new", Severity::info, "a battery is new", "Baseline", findNewBatteries},
+    {"controller-new", Severity::info, "a controller is new", "Baseline", findNewControllers},
 };
 
 std::span<const Rule> rules() {
