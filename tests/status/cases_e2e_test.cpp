@@ -1,6 +1,7 @@
 // cli-status over simulated worlds: the complete output of every case in every format. A case in cases/
-// lists how its world differs from healthy.world.json, and the expected output of each format. JSON and
-// metrics are listed as differences from those of the healthy world, which are in healthy.expected.*.
+// lists how its world differs from healthy.world.json, the expected output of each format, and the changes
+// since the healthy world. JSON and metrics are listed as differences from those of the healthy world, which
+// are in healthy.expected.*; the detailed text and the page are derived from the expected JSON.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 #include <set>
 #include <sstream>
 
-#include "tests/e2e/harness.h"
+#include "tests/status/expected_report.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -62,6 +63,10 @@ protected:
     Json world = Json::parse(source("healthy.world.json")).patch(expected["world"]);
     int status = expected["status"];
 
+    std::string document() const {
+        return Json::parse(source("healthy.expected.json")).patch(expected["json"]).dump(2) + "\n";
+    }
+
     void expectRun(const std::vector<std::string>& words, const std::string& output) const {
         StatusSession session(world);
         const ProcessOutcome outcome = session.run(words);
@@ -110,8 +115,27 @@ TEST_P(StatusCase, Metrics) {
 }
 
 TEST_P(StatusCase, Json) {
-    const Json healthy = Json::parse(source("healthy.expected.json"));
-    expectRun({"--json"}, healthy.patch(expected["json"]).dump(2) + "\n");
+    expectRun({"--json"}, document());
+}
+
+// Since the healthy world.
+TEST_P(StatusCase, Changes) {
+    StatusSession session(world);
+    const std::string kept = session.path("kept");
+    writeFile(kept, source("healthy.expected.json"));
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{status, joinedLines(expected["changes"]), ""}));
+    EXPECT_EQ(readFile(kept), document());
+}
+
+TEST_P(StatusCase, VerboseTextIsThatDerivedFromTheJson) {
+    StatusSession session(world);
+    EXPECT_EQ(session.run({"-v"}), (ProcessOutcome{status, expectedVerbose(session, document()), ""}));
+}
+
+TEST_P(StatusCase, PageIsThatDerivedFromTheJson) {
+    StatusSession session(world);
+    expectPage(&session, status, document());
 }
 
 static std::vector<std::string> caseNames() {

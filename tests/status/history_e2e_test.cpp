@@ -156,6 +156,13 @@ TEST_F(Baseline, ReportsAMissingController) {
     expectFindings(2, "critical: controller 1: is missing\n");
 }
 
+TEST_F(Baseline, ReportsANewController) {
+    world["controllers"].push_back(controller());
+    expectAll(0, "controller 1: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+                 "info: controller 1: is new\n"
+                 "all well: 2 controllers, 6 drives, 2 logical drives\n");
+}
+
 TEST_F(Baseline, IsLimitedToTheChosenController) {
     world["controllers"].push_back(controller());
     session.useWorld(world.dump());
@@ -208,10 +215,48 @@ TEST_F(Changes, ReportAFailedDriveUntilItIsRebuilt) {
             "info: rebuild of logical drive 0 Data of controller 0 started\n");
     next(2, "");
     session.setClock(100000);
-    next(0, "info: logical drive 0 Data of controller 0 is online again\n"
+    const std::string unused = "drive 2 of controller 0: cannot be accessed, and no logical drive uses it; "
+                               "channel 1, enclosure 0, serial S0002\n";
+    next(1, "info: logical drive 0 Data of controller 0 is online again\n"
             "info: rebuild of logical drive 0 Data of controller 0 finished\n"
-            "info: logical drive 0 Data of controller 0: has no spare\n");
-    next(0, "");
+            "warning: " +
+                unused + "info: logical drive 0 Data of controller 0: has no spare\n");
+    next(1, "");
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{1, "warning: " + unused, ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    Json& failed = rebuilt["controllers"][0]["drives"][1];
+    failed["failed"] = false;
+    failed["serial"] = "S0009";
+    session.useWorld(rebuilt.dump());
+    next(0, "info: drive 2 of controller 0: was replaced; serial S0002 is now S0009\n"
+            "info: no longer: " +
+                unused);
+}
+
+// Pulled, not replaced.
+TEST_F(Changes, ReportAFailedDriveThatIsPulledWhenItIsRebuilt) {
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-q"}).status, 2);
+    session.setClock(100000);
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{1,
+                        "warning: drive 2 of controller 0: cannot be accessed, and no logical drive uses "
+                        "it; channel 1, enclosure 0, serial S0002\n",
+                        ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    rebuilt["controllers"][0]["drives"].erase(1);
+    session.useWorld(rebuilt.dump());
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{0,
+                        "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, "
+                        "serial S0002\n"
+                        "info: no longer: drive 2 of controller 0: cannot be accessed, and no logical "
+                        "drive uses it; channel 1, enclosure 0, serial S0002\n",
+                        ""}));
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{0, "", ""}));
 }
 
 TEST_F(Changes, ReportPauseAndResumption) {

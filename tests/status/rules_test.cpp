@@ -102,6 +102,60 @@ TEST(Rules, FindAnInaccessibleMemberThatNobodyReportsAsLost) {
     EXPECT_EQ(linesFor(controller), Texts{});
 }
 
+static ExtentEntry unusedExtent(std::uint8_t assignment, std::uint8_t access) {
+    ExtentEntry extent = {};
+    extent.assignment = assignment;
+    extent.access = access;
+    extent.arrayId = kNoArray;
+    extent.size = 100;
+    return extent;
+}
+
+TEST(Rules, FindAnInaccessibleDriveThatNothingUses) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, unusedExtent(0, kExtentFree)));
+    const std::string unused = "unused-inaccessible drive 5 of controller 0: cannot be accessed, and no "
+                               "logical drive uses it; channel 4, serial S1";
+    EXPECT_EQ(linesFor(controller), Texts{unused});
+    controller.drives[0].faults = {{"q5_getPhyDrvSettings", FaultKind::refused, 1}};
+    EXPECT_EQ(linesFor(controller), Texts{unused}); // a failed drive refuses operations
+    controller.drives[0] = driveWith(5, unusedExtent(0, kExtentFree | kExtentAccessible));
+    EXPECT_EQ(linesFor(controller), Texts{});
+    controller.drives[0].info.extentCount = 0;
+    EXPECT_EQ(linesFor(controller), Texts{});
+}
+
+// The healthy drive of another system: its array is unknown here.
+TEST(Rules, DoNotReportAnAccessibleDriveOfAnotherSystem) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, assignedExtent(3, kExtentAccessible)));
+    EXPECT_EQ(linesFor(controller), Texts{});
+}
+
+// The other rules have reported a member or a spare that cannot be accessed.
+TEST(Rules, ReportAnInaccessibleDriveOnce) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, unusedExtent(0, kExtentFree)));
+    controller.drives[0].info.extentCount = 2;
+    controller.drives[0].info.extent[1] = unusedExtent(kExtentDedicatedSpare, 0);
+    EXPECT_EQ(linesFor(controller),
+              Texts{"spare-inaccessible drive 5 of controller 0: is a spare, but cannot "
+                    "be accessed; channel 4, serial S1"});
+    controller.drives[0].info.extent[1] = assignedExtent(3, 0);
+    EXPECT_EQ(linesFor(controller), Texts{"drive-inaccessible drive 5 of controller 0: cannot be accessed, "
+                                          "but belongs to array 3; channel 4, serial S1"});
+}
+
+TEST(Rules, FindUnusedSpaceThatCannotBeAccessed) {
+    Controller controller;
+    controller.drives.push_back(driveWith(5, unusedExtent(0, kExtentFree)));
+    controller.drives[0].info.extentCount = 2;
+    controller.drives[0].info.extent[1] = assignedExtent(3, kExtentAccessible);
+    EXPECT_EQ(linesFor(controller),
+              Texts{"unused-inaccessible drive 5 of controller 0: has unused space that "
+                    "cannot be accessed; channel 4, serial S1"});
+}
+
 TEST(Rules, DoNotReportTheRefusalsOfAFailedDrive) {
     Controller controller;
     controller.drives.push_back(driveWith(5, assignedExtent(3, 0)));

@@ -1,6 +1,6 @@
 // cli-status over the worlds of the other tests: the complete output of every format, JSON and metrics as
-// derive_output derives them from the world's file; and what all outputs over all worlds must satisfy: the
-// JSON its schema, the metrics promtool.
+// derive_output derives them from the world's file, detailed text and page as derived from that JSON; and
+// what all outputs over all worlds must satisfy: the JSON its schema, the metrics promtool.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -8,10 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <sstream>
 
-#include "tests/e2e/harness.h"
+#include "tests/status/expected_report.h"
 
 namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
@@ -159,18 +158,6 @@ protected:
     }
 };
 
-static std::string sortedSamples(const std::string& metrics) {
-    std::istringstream stream(metrics);
-    std::multiset<std::string> lines;
-    for (std::string line; std::getline(stream, line);)
-        if (!line.starts_with("#"))
-            lines.insert(line);
-    std::string text;
-    for (const std::string& line : lines)
-        text += line + "\n";
-    return text;
-}
-
 TEST_P(StatusWorld, Text) {
     EXPECT_EQ(session.run({}), (ProcessOutcome{GetParam().status, GetParam().text, ""}));
 }
@@ -184,11 +171,31 @@ TEST_P(StatusWorld, JsonIsThatDerivedFromTheWorld) {
     EXPECT_EQ(session.run({"--json"}), (ProcessOutcome{GetParam().status, derived("json"), ""}));
 }
 
-// The samples of all families, sorted. Their order and comments are those of healthy.expected.prom.
 TEST_P(StatusWorld, MetricsAreThoseDerivedFromTheWorld) {
-    const ProcessOutcome outcome = session.run({"--metrics"});
-    EXPECT_EQ(outcome.status, GetParam().status);
-    EXPECT_EQ(sortedSamples(outcome.out), derived("metrics"));
+    EXPECT_EQ(session.run({"--metrics"}), (ProcessOutcome{GetParam().status, derived("metrics"), ""}));
+}
+
+TEST_P(StatusWorld, VerboseTextIsThatDerivedFromTheWorld) {
+    EXPECT_EQ(session.run({"-v"}),
+              (ProcessOutcome{GetParam().status, expectedVerbose(session, derived("json")), ""}));
+}
+
+TEST_P(StatusWorld, PageIsThatDerivedFromTheWorld) {
+    expectPage(&session, GetParam().status, derived("json"));
+}
+
+// The problems at first, then nothing.
+TEST_P(StatusWorld, ChangesAreTheProblemsOnce) {
+    std::string problems;
+    std::istringstream text(findings());
+    for (std::string line; std::getline(text, line);)
+        problems += line.starts_with("info: ") ? "" : line + "\n";
+    const std::string kept = session.path("kept");
+    const bool readable = std::string(GetParam().text).starts_with("controller");
+    EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{GetParam().status, problems, ""}));
+    EXPECT_EQ(readFile(kept), readable ? derived("json") : "");
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{GetParam().status, readable ? "" : problems, ""}));
 }
 
 static std::string nameOf(const std::string& path) {

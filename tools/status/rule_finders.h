@@ -21,6 +21,7 @@ void findSmartFailures(Evaluation* evaluation);
 void findPatrolErrors(Evaluation* evaluation);
 void findInaccessibleDrives(Evaluation* evaluation);
 void findInaccessibleSpares(Evaluation* evaluation);
+void findInaccessibleUnused(Evaluation* evaluation);
 
 // rules_environment.cpp
 void findFailedBatteries(Evaluation* evaluation);
@@ -44,6 +45,7 @@ void findDriveCountDifferences(Evaluation* evaluation);
 
 // rules_baseline.cpp
 void findMissingControllers(Evaluation* evaluation);
+void findNewControllers(Evaluation* evaluation);
 void findMissingDrives(Evaluation* evaluation);
 void findNewDrives(Evaluation* evaluation);
 void findReplacedDrives(Evaluation* evaluation);

@@ -19,6 +19,8 @@ static constexpr Rule kRules[] = {
      "Lost members", findInaccessibleDrives},
     {"spare-inaccessible", Severity::warning, "a spare is on a drive that cannot be accessed", "Spares",
      findInaccessibleSpares},
+    {"unused-inaccessible", Severity::warning, "a drive that nothing uses cannot be accessed",
+     "Failed drives", findInaccessibleUnused},
     {"smart-failure", Severity::warning, "a drive predicts its failure", "SMART", findSmartFailures},
     {"patrol-errors", Severity::warning, "media patrol has found errors on a drive", "SMART",
      findPatrolErrors},
@@ -73,6 +75,7 @@ static constexpr Rule kBaselineRules[] = {
     {"array-new", Severity::info, "a logical drive is new", "Baseline", findNewArrays},
     {"enclosure-new", Severity::info, "an enclosure is new", "Baseline", findNewEnclosures},
     {"battery-new", Severity::info, "a battery is new", "Baseline", findNewBatteries},
+    {"controller-new", Severity::info, "a controller is new", "Baseline", findNewControllers},
 };
 
 std::span<const Rule> rules() {

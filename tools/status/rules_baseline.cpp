@@ -227,3 +227,11 @@ void findMissingControllers(Evaluation* evaluation) {
         if (findController(evaluation->snapshot, earlier.id) == nullptr)
             addFinding(evaluation, objectOf(earlier), "is missing");
 }
+
+void findNewControllers(Evaluation* evaluation) {
+    if (evaluation->baseline == nullptr)
+        return;
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        if (findController(*evaluation->baseline, controller.id) == nullptr)
+            addFinding(evaluation, objectOf(controller), "is new");
+}

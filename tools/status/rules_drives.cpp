@@ -69,3 +69,26 @@ void findInaccessibleSpares(Evaluation* evaluation) {
                        "is a spare, but cannot be accessed" + placeOf(drive));
     });
 }
+
+static bool isInUse(const ExtentEntry& extent) {
+    return (extent.assignment & kExtentAssigned) != 0 || isSpare(extent);
+}
+
+// Other rules report the drive if what cannot be accessed is in use. A failed drive whose place a spare has
+// taken has no other trace.
+static bool isFailedUnused(const Drive& drive) {
+    const auto all = extents(drive.info);
+    return std::any_of(all.begin(), all.end(), [](const ExtentEntry& each) { return !isAccessible(each); }) &&
+           std::none_of(all.begin(), all.end(),
+                        [](const ExtentEntry& each) { return !isAccessible(each) && isInUse(each); });
+}
+
+void findInaccessibleUnused(Evaluation* evaluation) {
+    forEachDrive(evaluation, [&](const Controller& controller, const Drive& drive) {
+        if (isFailedUnused(drive))
+            addFinding(evaluation, objectOf(controller, drive),
+                       (isInaccessible(drive) ? "cannot be accessed, and no logical drive uses it"
+                                              : "has unused space that cannot be accessed") +
+                           placeOf(drive));
+    });
+}
