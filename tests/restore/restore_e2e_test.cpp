@@ -255,6 +255,21 @@ TEST_F(Restore, ChangesNothingWithoutALog) {
     EXPECT_EQ(session.worldText(), before);
 }
 
+// The program beside it, which tries the plan on the copy, ends it.
+TEST_F(Restore, LeavesNoCopyWhenItIsEnded) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    for (const char* name : {"bin", "tmp"})
+        std::filesystem::create_directory(session.path(name));
+    std::filesystem::create_symlink(CLI_RESTORE, session.path("bin/cli-restore"));
+    const std::string rehearse = session.path("bin/cli-restore-rehearse");
+    writeFile(rehearse, "#!/bin/sh\nkill $PPID\n");
+    std::filesystem::permissions(rehearse, std::filesystem::perms(0755));
+    session.setVariable("TMPDIR", session.path("tmp"));
+    EXPECT_EQ(runOther(session.path("bin/cli-restore"), {"-i", "0", newest()}).status, 128 + 15);
+    EXPECT_TRUE(std::filesystem::is_empty(session.path("tmp")));
+}
+
 TEST_F(Restore, NeedsBothFilesAndThatTheyBelongTogether) {
     const std::string cfg = content(newest() + ".cfg");
     std::string changed = cfg;
