@@ -99,14 +99,14 @@ struct ArgText {
 };
 } // namespace
 
-// The member IDs, each followed by a blank.
-static ArgText memberListArg(const LogDrvConfigRecord& record) {
-    ArgText members = {};
+// One number for each member, followed by a blank.
+static ArgText listArg(const LogDrvConfigRecord& record, const int* numbers) {
+    ArgText list = {};
     std::size_t length = 0;
-    for (int i = 0; i < configMembers(record) && length < sizeof members.text; ++i)
+    for (int i = 0; i < configMembers(record) && length < sizeof list.text; ++i)
         length += static_cast<std::size_t>(
-            std::snprintf(members.text + length, sizeof members.text - length, "%d ", record.memberIds[i]));
-    return members;
+            std::snprintf(list.text + length, sizeof list.text - length, "%d ", numbers[i]));
+    return list;
 }
 
 // The settings of the creation text that only some RAID levels have.
@@ -120,24 +120,14 @@ static ArgText levelOptions(const LogDrvConfigRecord& record) {
     return part;
 }
 
-// The indexes of the members' extents, each followed by a blank.
-static ArgText extentListArg(const LogDrvConfigRecord& record) {
-    ArgText list = {};
-    std::size_t length = 0;
-    for (int i = 0; i < configMembers(record) && length < sizeof list.text; ++i)
-        length += static_cast<std::size_t>(
-            std::snprintf(list.text + length, sizeof list.text - length, "%d ", record.extents[i]));
-    return list;
-}
-
 // The words of the creation; with extents on those that the record lists.
 static void appendCreation(ArgvBuilder* words, const LogDrvConfigRecord& record, bool withExtents) {
     appendArgs(words, {"logdrv", "-a", "add", "-i"});
     appendArg(words, "%d", record.controller);
     appendArg(words, "-p");
-    appendArg(words, "%s", memberListArg(record).text);
+    appendArg(words, "%s", listArg(record, record.memberIds).text);
     if (withExtents)
-        appendArgs(words, {"-e", extentListArg(record).text});
+        appendArgs(words, {"-e", listArg(record, record.extents).text});
     appendArg(words, "-z");
     appendArg(words, "name=%s,raid=%s,stripe=%d,Capacity=%llu,init=%s,Sectorsize=%d%s", record.name,
               TranslateRaidLevel2Str(record.raidLevel), record.stripeSize,

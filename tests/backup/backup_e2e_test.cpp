@@ -175,6 +175,12 @@ TEST_F(Backup, NeedsAProgramThatExports) {
     EXPECT_EQ(files(), Files());
 }
 
+TEST_F(Backup, FindsAProgramBesideItself) {
+    EXPECT_EQ(session.run({"-d", "kept", "--cli", "cli-rehearse"}).status, 0);
+    EXPECT_EQ(session.run({"-d", "kept", "--cli", "bin/cli-rehearse"}),
+              (ProcessOutcome{3, "", "cli-backup: cannot find bin/cli-rehearse\n"}));
+}
+
 // Runs cli-backup with a shell script as cli.
 static ProcessOutcome backupWithScript(Session& session, const std::string& script) {
     const std::string path = session.path("script");

@@ -202,6 +202,94 @@ TEST(Plan, NotesAnotherId) {
     EXPECT_EQ(plan.notes, (Texts{"logical drive 3 Mirror of the backup is logical drive 0 here"}));
 }
 
+// Drive 2 is gone, and with it the place of the second member.
+static Controller controllerWithHalfAMirror() {
+    Controller controller = controllerWithMirror();
+    controller.drives.pop_back();
+    controller.logicalDrives[0].info.functionalStatus = kCritical;
+    controller.logicalDrives[0].lostMask = 2;
+    for (LogicalDrive& drive : controller.logicalDrives)
+        resolveMembers(controller, &drive);
+    return controller;
+}
+
+TEST(Plan, FindsAnIncompleteArrayInPlace) {
+    const Controller half = controllerWithHalfAMirror();
+    for (const Controller& now : {half, controllerWithMirror()}) {
+        const Plan plan = makePlan(half, now, {});
+        EXPECT_EQ(textsOf(plan), Texts());
+        EXPECT_EQ(plan.obstacles, Texts());
+        EXPECT_EQ(plan.notes, Texts());
+    }
+}
+
+TEST(Plan, NotesAMemberThatWasLostSince) {
+    const Plan plan = makePlan(controllerWithMirror(), controllerWithHalfAMirror(), {});
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes,
+              (Texts{"drive 2 of the backup is not here",
+                     "logical drive 0 Mirror has lost a member since; a rebuild makes it complete"}));
+}
+
+TEST(Plan, CannotPlaceALostMember) {
+    const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
+    EXPECT_EQ(plan.obstacles,
+              (Texts{"logical drive 0 Mirror had lost drive 2 when it was saved: where that member was is "
+                     "not known; use an earlier backup, or leave the drive out with --drives"}));
+}
+
+TEST(Plan, LeavesOutAnIncompleteArray) {
+    const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {{2, std::nullopt}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), (Texts{"split extent 0 of drive 1 at 6 MB"})); // the last free extent
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is left out: it had lost drive 2"}));
+}
+
+// The same name, level and size on other drives.
+TEST(Plan, NamesTheMembersOfADifferentArray) {
+    Controller now = controllerWith(3, 40960);
+    addExtent(&now.drives[2], kExtentAssigned, 5, 40960, 8192);
+    const Controller mirror = controllerWithMirror();
+    now.drives[0] = mirror.drives[0];
+    now.logicalDrives = mirror.logicalDrives;
+    now.logicalDrives[0].info.memberIds[1] = 2;
+    const Plan plan = makePlan(mirror, now, {});
+    EXPECT_EQ(
+        plan.obstacles,
+        (Texts{"a different array is in place: logical drive 0 Mirror, RAID1 of 8192 sectors on drive 1 "
+               "(8192 sectors from 4096), drive 3 (8192 sectors from 40960); the backup has logical "
+               "drive 0 Mirror, RAID1 of 8192 sectors on drive 1 (8192 sectors from 4096), drive 2 "
+               "(8192 sectors from 4096)"}));
+}
+
+TEST(Plan, NamesWhatElseIsDifferentInAnArray) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    now.logicalDrives[0].info.stripeBlocks = 128;
+    EXPECT_EQ(
+        makePlan(saved, now, {}).obstacles,
+        (Texts{"a different array is in place: logical drive 0 Mirror, RAID1 of 8192 sectors on drive 1 "
+               "(8192 sectors from 4096), drive 2 (8192 sectors from 4096); the backup has another "
+               "stripe, sector size or parity"}));
+}
+
+// Drive 3 was to take the place of drive 2.
+TEST(Plan, NotesTheTargetOfARebuild) {
+    Controller saved = controllerWithMirror();
+    Drive third = controllerWith(3, 40960).drives[2];
+    third.info.extentCount = 0;
+    addExtent(&third, kExtentAssigned, 5, 0, 8192);
+    addExtent(&third, 0, kNoArray, 8192, 32768);
+    saved.drives.push_back(third);
+    const Plan plan = makePlan(saved, controllerWith(3, 40960), {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan).back(), "split extent 0 of drive 3 at 4 MB");
+    EXPECT_EQ(plan.notes,
+              (Texts{"logical drive 0 Mirror was being rebuilt onto drive 3; that space stays free"}));
+    EXPECT_EQ(makePlan(saved, saved, {}).notes, Texts());
+}
+
 TEST(Plan, RefusesANameThatCannotBeTyped) {
     Controller saved = controllerWithMirror();
     std::strcpy(saved.logicalDrives[0].info.name, "A,raid=raid0");
@@ -219,7 +307,7 @@ TEST(Plan, NotesWhatNoCommandSets) {
     const Plan plan = makePlan(saved, now, {});
     EXPECT_EQ(textsOf(plan), Texts());
     EXPECT_EQ(plan.notes, (Texts{"the sync rate was 0, which cannot be set", "drive 1 does not support NCQ",
-                                 "the SMART check of drive 1 is set by no command; it was enable"}));
+                                 "the SMART check of drive 1 is set by no command; it was enabled"}));
 }
 
 TEST(Plan, SparesComeLast) {

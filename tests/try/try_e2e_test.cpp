@@ -186,6 +186,15 @@ TEST(Try, PromptOnTheCopy) {
     EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
 }
 
+// As with a pager that is left early. TrySession checks that no copy stays.
+TEST(Try, EndsWithItsReader) {
+    TrySession session;
+    session.program = "/bin/sh";
+    session.run({"-c", "{ until [ -e closed ]; do sleep 0.1; done; " + programs +
+                           "/cli-try logdrv; echo $? >status; } | { exec <&-; : >closed; }"});
+    EXPECT_EQ(readFile(session.path("status")), "3\n");
+}
+
 TEST(Try, ExportWritesNoFile) {
     TrySession session;
     writeFile(session.path("plan"), "ctrl\n  \"EXPORT\" -t 1 -f " + session.path("exported") + "\n");

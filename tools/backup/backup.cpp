@@ -44,6 +44,8 @@ static std::string findCli(const BackupOptions& options, const char* argument0, 
         *program = programBeside(argument0, "cli");
     else if (realpath(options.cli.c_str(), resolved) != nullptr)
         *program = resolved;
+    else if (options.cli.find('/') == std::string::npos)
+        *program = programBeside(argument0, options.cli.c_str());
     return program->empty() ? "cannot find " + (options.cli.empty() ? "cli" : options.cli) : "";
 }
 

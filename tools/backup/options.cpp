@@ -14,7 +14,7 @@ static constexpr OptionRow kOptionRows[] = {
 static constexpr std::uint64_t kMostKept = 100000;
 
 static constexpr OptionTable kTable = {
-    "cli-backup", CLI_BACKUP_VERSION,
+    "cli-backup", TOOL_VERSION,
     "Usage: cli-backup [OPTION]...\n"
     "Saves the configuration and the state of all controllers if they have changed.\n",
     kOptionRows,

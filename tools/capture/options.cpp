@@ -9,7 +9,7 @@ static constexpr OptionRow kOptionRows[] = {
 };
 
 static constexpr OptionTable kTable = {
-    "cli-capture", CLI_CAPTURE_VERSION,
+    "cli-capture", TOOL_VERSION,
     "Usage: cli-capture [OPTION]...\n"
     "Copies the state of the adapters into a world for the simulated adapters.\n",
     kOptionRows,

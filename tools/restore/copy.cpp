@@ -10,6 +10,7 @@
 #include "snapshot/files.h"
 #include "tools/capture/capture.h"
 #include "tools/common/programs.h"
+#include "util/signals.h"
 
 static std::string temporaryPattern() {
     const char* directory = std::getenv("TMPDIR");
@@ -38,6 +39,20 @@ static int runIn(const std::string& directory, const CopyRun& run, std::int64_t 
     return status;
 }
 
+static int applyIn(const CopyRun& run, const std::string& world, std::int64_t time, std::string* output) {
+    std::string directory = temporaryPattern();
+    if (mkdtemp(directory.data()) == nullptr) {
+        *output = "cannot create a directory in place of " + directory;
+        return -1;
+    }
+    *output = replaceFile(directory + "/world.json", world);
+    const int status = output->empty() ? runIn(directory, run, time, output) : -1;
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+    return status;
+}
+
+// A signal ends it after the copy has been removed.
 int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output) {
     const std::int64_t time = captureTime();
     const Capture capture = captureWorld(now, time);
@@ -45,14 +60,9 @@ int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output) {
         *output = "the adapters cannot be copied: " + capture.problem;
         return -1;
     }
-    std::string directory = temporaryPattern();
-    if (mkdtemp(directory.data()) == nullptr) {
-        *output = "cannot create a directory in place of " + directory;
-        return -1;
-    }
-    *output = replaceFile(directory + "/world.json", capture.text);
-    const int status = output->empty() ? runIn(directory, run, time, output) : -1;
-    std::error_code ignored;
-    std::filesystem::remove_all(directory, ignored);
+    sigset_t before;
+    blockSignals(&before);
+    const int status = applyIn(run, capture.text, time, output);
+    restoreSignals(&before);
     return status;
 }

@@ -13,7 +13,7 @@ static constexpr OptionRow kOptionRows[] = {
 };
 
 static constexpr OptionTable kTable = {
-    "cli-restore", CLI_RESTORE_VERSION,
+    "cli-restore", TOOL_VERSION,
     "Usage: cli-restore -i ID [--drives MAP] [--apply] FILE\n"
     "Shows what has to be done so that a controller becomes as cli-backup saved it, or does it.\n",
     kOptionRows,

@@ -32,6 +32,10 @@ const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive) {
     return number ? findDrive(planning.now, *number) : nullptr;
 }
 
+bool isLeftOut(const Planning& planning, std::uint32_t savedDrive) {
+    return !mappedDrive(planning, savedDrive);
+}
+
 static std::string serialOf(const Drive& drive) {
     return printable(trimmed(fieldText(drive.info.serial)));
 }
@@ -40,14 +44,12 @@ bool hasSerialOf(const Drive& saved, const Drive& drive) {
     return serialOf(saved) == serialOf(drive);
 }
 
-// Why a saved drive cannot be used; empty: it can, or it is left out.
+// Why a saved drive that is not left out cannot be used; empty: it can.
 static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
     const auto number = mappedDrive(planning, savedDrive);
     const Drive* saved = findDrive(planning.saved, savedDrive);
     const Drive* now = presentDrive(planning, savedDrive);
     const std::string serial = saved != nullptr ? serialOf(*saved) : "unknown";
-    if (!number)
-        return "";
     if (now == nullptr)
         return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " + serial;
     if (planning.drives.count(savedDrive) == 0 && saved != nullptr && !hasSerialOf(*saved, *now))
@@ -60,7 +62,7 @@ static std::string obstacleToDrive(const Planning& planning, std::uint32_t saved
 }
 
 bool isUsable(Planning* planning, std::uint32_t savedDrive) {
-    if (presentDrive(*planning, savedDrive) == nullptr && !mappedDrive(*planning, savedDrive))
+    if (isLeftOut(*planning, savedDrive))
         return false;
     const std::string obstacle = obstacleToDrive(*planning, savedDrive);
     if (!obstacle.empty() && planning->refused.insert(savedDrive).second)

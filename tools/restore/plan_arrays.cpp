@@ -18,17 +18,18 @@ static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId
     return nullptr;
 }
 
-// Where the members of a logical drive are, in their order. False: one of them has no extent.
-static bool findMembers(const Controller& controller, const LogicalDrive& array, MemberPlaces* places) {
-    for (int i = 0; i < boundedMemberCount(array.info); ++i) {
-        const std::uint32_t number = array.info.memberIds[i] + 1u;
-        const Drive* drive = findDrive(controller, number);
-        const ExtentEntry* extent = drive != nullptr ? memberExtent(*drive, array.info.arrayId) : nullptr;
-        if (extent == nullptr)
-            return false;
-        places->push_back({number, 0, extent->start, extent->size});
-    }
-    return !places->empty();
+static MemberPlace placeOf(const Controller& controller, std::uint32_t number, std::uint16_t arrayId) {
+    const Drive* drive = findDrive(controller, number);
+    const ExtentEntry* extent = drive != nullptr ? memberExtent(*drive, arrayId) : nullptr;
+    return extent != nullptr ? MemberPlace{number, 0, extent->start, extent->size} : MemberPlace{number};
+}
+
+// Where the members of a logical drive are, in their order.
+static MemberPlaces placesOf(const Controller& controller, const LogicalDrive& array) {
+    MemberPlaces places;
+    for (int i = 0; i < boundedMemberCount(array.info); ++i)
+        places.push_back(placeOf(controller, array.info.memberIds[i] + 1u, array.info.arrayId));
+    return places;
 }
 
 static void mapPlaces(const Planning& planning, MemberPlaces* places) {
@@ -43,14 +44,20 @@ static bool haveSameGeometry(const LogDrvInfo& a, const LogDrvInfo& b) {
            a.shift == b.shift && a.subArrayCount == b.subArrayCount && a.diskCount == b.diskCount;
 }
 
+// Whether the members are on the same sectors. Those whose place is not known, here or in the backup, are
+// left out of the comparison: the others show which logical drive it is.
 static bool isAt(const Planning& planning, const LogicalDrive& array, const MemberPlaces& places) {
-    MemberPlaces found;
-    if (!findMembers(planning.now, array, &found) || found.size() != places.size())
-        return false;
-    return std::equal(
-        found.begin(), found.end(), places.begin(), [](const MemberPlace& here, const MemberPlace& saved) {
-            return here.savedDrive == saved.drive && here.start == saved.start && here.size == saved.size;
-        });
+    const MemberPlaces found = placesOf(planning.now, array);
+    bool anyFound = false;
+    for (std::size_t i = 0; i < std::min(found.size(), places.size()); ++i) {
+        if (!found[i].isKnown() || !places[i].isKnown())
+            continue;
+        if (found[i].savedDrive != places[i].drive || found[i].start != places[i].start ||
+            found[i].size != places[i].size)
+            return false;
+        anyFound = true;
+    }
+    return anyFound && found.size() == places.size();
 }
 
 // The logical drive that is there already, whatever its ID and name.
@@ -77,18 +84,30 @@ static void noteId(Planning* planning, const LogicalDrive& saved, std::uint32_t 
                                        " of the backup is logical drive " + std::to_string(id) + " here");
 }
 
-static std::string describe(const LogicalDrive& drive) {
+static std::string placesText(const Controller& controller, const LogicalDrive& drive) {
+    std::string text;
+    for (const MemberPlace& place : placesOf(controller, drive))
+        text += (text.empty() ? " on " : ", ") + driveName(place.savedDrive) +
+                (place.isKnown() ? " (" + std::to_string(place.size) + " sectors from " +
+                                       std::to_string(place.start) + ")"
+                                 : " (lost)");
+    return text;
+}
+
+static std::string describe(const Controller& controller, const LogicalDrive& drive) {
     return arrayName(drive, drive.info.logDrvId) + ", " + raidLevelText(drive.info.raidLevel) + " of " +
-           std::to_string(drive.info.sectorCount) + " sectors";
+           std::to_string(drive.info.sectorCount) + " sectors" + placesText(controller, drive);
 }
 
 static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
-    for (const LogicalDrive& drive : planning->now.logicalDrives)
-        if (drive.info.logDrvId == saved.info.logDrvId) {
-            planning->plan.obstacles.push_back("a different array is in place: " + describe(drive) +
-                                               "; the backup has " + describe(saved));
-            return false;
-        }
+    for (const LogicalDrive& drive : planning->now.logicalDrives) {
+        if (drive.info.logDrvId != saved.info.logDrvId)
+            continue;
+        const std::string here = describe(planning->now, drive), there = describe(planning->saved, saved);
+        planning->plan.obstacles.push_back("a different array is in place: " + here + "; the backup has " +
+                                           (here == there ? "another stripe, sector size or parity" : there));
+        return false;
+    }
     return true;
 }
 
@@ -187,7 +206,7 @@ static void planCreation(Planning* planning, const LogicalDrive& saved, const Me
     if (isCreatable(saved, record))
         addCreation(planning, saved, places, record);
     else
-        planning->plan.obstacles.push_back(describe(saved) +
+        planning->plan.obstacles.push_back(describe(planning->saved, saved) +
                                            " cannot be created by a command: its name, its stripe, its "
                                            "sector size or its number of members");
     if ((saved.info.functionalStatus & kOnline) == 0 || saved.lostMask.value_or(0) != 0)
@@ -195,19 +214,46 @@ static void planCreation(Planning* planning, const LogicalDrive& saved, const Me
                                        " was not complete when it was saved; it is created complete");
 }
 
+// The drives of the members whose place is not known, if they are to be left out or not.
+static std::string unknownDrives(const Planning& planning, const MemberPlaces& places, bool leftOut) {
+    std::string text;
+    for (const MemberPlace& place : places)
+        if (!place.isKnown() && isLeftOut(planning, place.savedDrive) == leftOut)
+            text += (text.empty() ? "" : ", ") + driveName(place.savedDrive);
+    return text;
+}
+
+// Nothing reports where a lost member was, so that it cannot be created again. Whoever leaves its drive out
+// accepts that.
+static bool arePlacesKnown(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    const std::string name = arrayName(saved, saved.info.logDrvId);
+    const std::string unknown = unknownDrives(*planning, places, false);
+    const std::string leftOut = unknownDrives(*planning, places, true);
+    if (!unknown.empty())
+        planning->plan.obstacles.push_back(name + " had lost " + unknown +
+                                           " when it was saved: where that member was is not known; use an "
+                                           "earlier backup, or leave the drive out with --drives");
+    else if (!leftOut.empty())
+        planning->plan.notes.push_back(name + " is left out: it had lost " + leftOut);
+    return unknown.empty() && leftOut.empty();
+}
+
+static bool hasLostMember(const LogicalDrive& drive) {
+    return std::any_of(drive.members.begin(), drive.members.end(),
+                       [](const Member& member) { return member.lost; });
+}
+
 static void planArray(Planning* planning, const LogicalDrive& saved) {
-    MemberPlaces places;
-    if (!findMembers(planning->saved, saved, &places)) {
-        planning->plan.obstacles.push_back(arrayName(saved, saved.info.logDrvId) +
-                                           " had lost a member when it was saved: where that was is not "
-                                           "known; an earlier backup may know it");
-        return;
-    }
+    MemberPlaces places = placesOf(planning->saved, saved);
     mapPlaces(*planning, &places);
-    if (const LogicalDrive* present = findInPlace(*planning, saved, places))
+    if (const LogicalDrive* present = findInPlace(*planning, saved, places)) {
         noteId(planning, saved, present->info.logDrvId);
-    else
+        if (hasLostMember(*present) && !hasLostMember(saved))
+            planning->plan.notes.push_back(arrayName(*present, present->info.logDrvId) +
+                                           " has lost a member since; a rebuild makes it complete");
+    } else if (arePlacesKnown(planning, saved, places)) {
         planCreation(planning, saved, places);
+    }
 }
 
 void planArrays(Planning* planning) {

@@ -119,7 +119,8 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
         planning->plan.steps.push_back(step);
     if ((saved.smartCheck != 0) != (now.smartCheck != 0))
         planning->plan.notes.push_back("the SMART check of " + driveName(drive.number) +
-                                       " is set by no command; it was " + switchWord(saved.smartCheck != 0));
+                                       " is set by no command; it was " + switchWord(saved.smartCheck != 0) +
+                                       "d");
 }
 
 // The option is that of all drives with this model and firmware: it is set once.

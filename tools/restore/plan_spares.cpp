@@ -89,6 +89,28 @@ static void divideFreeSpace(Planning* planning, const Drive& drive, const Extent
         splitAt(planning, drive.number, saved.start);
 }
 
+// The target of a rebuild belongs to the logical drive before it is one of its members.
+static const LogicalDrive* rebuiltArray(const Controller& controller, const Drive& drive,
+                                        const ExtentEntry& extent) {
+    const LogicalDrive* array = findArray(controller, extent.arrayId);
+    if (array == nullptr || (extent.assignment & kExtentAssigned) == 0)
+        return nullptr;
+    for (int i = 0; i < boundedMemberCount(array->info); ++i)
+        if (array->info.memberIds[i] + 1u == drive.number)
+            return nullptr;
+    return array;
+}
+
+// The logical drive is created complete: it needs no target. One that it still has is in use.
+static void noteRebuildTarget(Planning* planning, const Drive& saved, const Drive& drive,
+                              const ExtentEntry& extent) {
+    const LogicalDrive* array = rebuiltArray(planning->saved, saved, extent);
+    const Layout& layout = planning->layouts[drive.number];
+    if (array != nullptr && obstacleToStretch(layout, extent.start, extent.size).empty())
+        planning->plan.notes.push_back(arrayName(*array, array->info.logDrvId) + " was being rebuilt onto " +
+                                       driveName(drive.number) + "; that space stays free");
+}
+
 static bool hasSpare(const Drive& drive) {
     for (const ExtentEntry& extent : extents(drive.info))
         if (isSpare(extent))
@@ -110,6 +132,8 @@ void planSpares(Planning* planning) {
         for (const ExtentEntry& extent : extents(saved.info))
             if (isSpare(extent))
                 planSpare(planning, *drive, extent, &spares);
+            else if (rebuiltArray(planning->saved, saved, extent) != nullptr)
+                noteRebuildTarget(planning, saved, *drive, extent);
             else if (extentUser(planning->saved, extent).empty() && isSameDrive(*planning, saved, *drive))
                 divideFreeSpace(planning, *drive, extent);
     }

@@ -19,14 +19,19 @@ struct Planning {
     Plan plan;
 };
 
-// Where something was on a saved drive, and the present drive it goes to.
+// Where a member was on a saved drive, and the present drive it goes to. The place of a lost one may not be
+// known.
 struct MemberPlace {
     std::uint32_t savedDrive = 0, drive = 0;
     std::uint64_t start = 0, size = 0;
+    bool isKnown() const { return size != 0; }
 };
 
 // The present drive in the place of a saved one; nullptr: none, or left out.
 const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
+
+// Whether the drive map says so.
+bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 
 // Whether the drive can be used: it is there, with its serial unless it is mapped. Adds an obstacle if not,
 // unless the drive is left out.

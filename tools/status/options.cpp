@@ -18,7 +18,7 @@ static constexpr OptionRow kOptionRows[] = {
 };
 
 static constexpr OptionTable kTable = {
-    "cli-status", CLI_STATUS_VERSION,
+    "cli-status", TOOL_VERSION,
     "Usage: cli-status [OPTION]...\n"
     "Reports whether controllers, drives and logical drives are healthy.\n",
     kOptionRows,

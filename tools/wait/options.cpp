@@ -16,7 +16,7 @@ static constexpr OptionRow kOptionRows[] = {
 };
 
 static constexpr OptionTable kTable = {
-    "cli-wait", CLI_WAIT_VERSION,
+    "cli-wait", TOOL_VERSION,
     "Usage: cli-wait [OPTION]...\n"
     "Waits until background activities of logical drives and drives have ended.\n",
     kOptionRows,
