@@ -17,3 +17,13 @@ Nothing is stale when it returns:
    logical drive 1 System is online
   $ q5sim status --check
   the world is consistent
+
+A fan has stopped:
+
+  $ q5sim sensor 0 0 fan 0
+  fan sensor of enclosure 0 of controller 0 set to 0; enclosure 0: fan 0 is out of range
+  $ cli-status -q -i 0
+  critical: enclosure 0 of controller 0: fan 1 has stopped (0 rpm)
+  [2]
+  $ cli enclosure -e 0 -i 0 | grep -o 'Fan speed #1 : [0-9]*'
+  Fan speed #1 : 0

@@ -14,11 +14,16 @@ struct SensorDrift {
 static constexpr SensorDrift kSensorDrifts[] = {
     {kFanSensor, 10, 40}, {kRail5VSensor, 20, 15}, {kRail12VSensor, 20, 30}, {kTemperatureSensor, 60, 1}};
 
+// A stopped fan stands still.
+static bool isSteady(const Sensor& sensor) {
+    return sensor.steady || (sensor.type == kFanSensor && sensor.reading == 0);
+}
+
 // The same time gives the same reading; adjacent sensors do not drift in step.
 static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::int64_t now) {
     std::int64_t reading = sensor.reading;
     for (const SensorDrift& drift : kSensorDrifts) {
-        if (drift.type != sensor.type || sensor.steady)
+        if (drift.type != sensor.type || isSteady(sensor))
             continue;
         const std::int64_t span = 2 * drift.amplitude + 1;
         const std::int64_t phase = (now / drift.period * 7 + static_cast<std::int64_t>(position) * 5) % span;

@@ -1,5 +1,6 @@
 // Battery, SMART, sensors, enclosures, controllers and power.
 #include "adapter/battery.h"
+#include "adapter/enclosure.h"
 #include "tests/simulator/faulted_world.h"
 
 using Environment = FaultedWorld;
@@ -89,6 +90,20 @@ TEST_F(Environment, SensorsOutOfRangeAreLogged) {
     EXPECT_EQ(
         inject([](q5sim::Controller& c, std::int64_t) { return q5sim::setSensor(c, 3, kFanSensor, 1); }),
         "there is no enclosure 3");
+}
+
+// Its reading would otherwise be positive at times.
+TEST_F(Environment, StoppedFanDoesNotDrift) {
+    open("");
+    EXPECT_EQ(inject([](q5sim::Controller& c, std::int64_t) { return q5sim::setSensor(c, 0, kFanSensor, 0); }), "");
+    const EnclosureQuery query = {0, 1};
+    for (int minute = 0; minute < 20; minute++) {
+        waitSeconds(60);
+        EnclosureStatus status = {};
+        EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &status, sizeof status), 0);
+        EXPECT_EQ(status.sensor[0].type, kFanSensor);
+        EXPECT_EQ(status.sensor[0].reading, 0u);
+    }
 }
 
 // All drives leave at once: both arrays go offline and come back as they were.

@@ -21,10 +21,16 @@ SKIP = 77
 
 
 def skip_without(*programs):
+    """Ends where a program is missing; shows the versions of the others."""
     for program in programs:
         if shutil.which(program) is None:
             print(f"{program} is not installed")
             sys.exit(SKIP)
+    if os.environ.get("RESTARTED") is None:
+        for program in programs:
+            version = subprocess.run([program, "--version"], check=True,
+                                     stdout=subprocess.PIPE, text=True)
+            print(f"{program}: {version.stdout.splitlines()[0]}", flush=True)
 
 
 def ansible_python():
