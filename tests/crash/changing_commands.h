@@ -31,7 +31,7 @@ inline const std::vector<ChangingCommand> changingCommands = {
     {{"buzz", "-a", "disable", "-i", "0"}},
     {{"buzz", "-a", "enable", "-i", "0"}, 1, "\"$CLI\" buzz -a disable -i 0"},
     {{"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=77"}},
-    {{"enclosure", "-a", "locate", "-e", "0", "-i", "0", "-s", "30"}}, // drive 1, several times
+    {{"enclosure", "-a", "locate", "-e", "0", "-i", "0", "-s", "30"}, 8}, // drive 1, once for each of 8
     {{"event", "-i", "1"}, 0},
     {{"export", "-t", "0", "-f", "all.cfg"}, 0},
     {{"export", "-f", "all.cfg", "-t", "0"}, 0},
