@@ -33,5 +33,5 @@ struct CommandGrammar {
     std::vector<Usage> usages;       // the one without an action first
 };
 
-// All commands, in the order of their table. Afterwards standard output goes to /dev/null.
+// All commands, in the order of their table. Afterward standard output goes to /dev/null.
 std::vector<CommandGrammar> probeCommands();

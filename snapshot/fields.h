@@ -73,7 +73,7 @@ const RecordType& recordType<LogDrvInfo>();
 template <>
 const RecordType& recordType<LogDrvSettings>();
 
-// A number field's element. A 64-bit unsigned number comes with its bits as they are.
+// A number field's element. A 64-bit unsigned number is returned as the signed one with the same bits.
 std::int64_t numberAt(const void* record, const Field& field, std::size_t index);
 void setNumberAt(void* record, const Field& field, std::size_t index, std::int64_t value);
 

@@ -1,6 +1,6 @@
 // A snapshot as JSON, and back. Keys are named like the fields of the adapters' records; reserved bytes
-// and reply headers are left out. A code has its word beside it, in a key that ends in "Text". A text that
-// is not UTF-8 has all its bytes beside it in hexadecimal, in a key that ends in "Bytes".
+// and reply headers are left out. A code is followed by its word, in a key that ends in "Text". A text that
+// is not UTF-8 is followed by all its bytes in hexadecimal, in a key that ends in "Bytes".
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -14,8 +14,8 @@ inline constexpr int kJsonFormat = 1;
 // The keys "controllerCount", "faults" and "controllers".
 Json snapshotToJson(const Snapshot& snapshot);
 
-// The file of an earlier run is untrusted: anything in it that a snapshot cannot hold makes the whole
-// of it refused. Returns what is wrong, or nothing. Words and members are derived anew.
+// The file of an earlier run is untrusted: it is rejected if a snapshot cannot hold all of it. Returns an
+// error message, empty on success. Words and members are derived again.
 std::string snapshotFromJson(const Json& json, Snapshot* snapshot);
 
 // Reads and checks the text of such a file, "format" included.

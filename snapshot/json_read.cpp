@@ -2,7 +2,7 @@
 #include "snapshot/fields.h"
 #include "snapshot/json.h"
 
-// Where the reading is, and the first thing that was wrong.
+// The position in the document, and the first error.
 struct Reader {
     std::string problem;
     bool failed() const { return !problem.empty(); }
@@ -45,7 +45,7 @@ static int digitOf(char digit) {
     return at == std::string_view::npos ? -1 : static_cast<int>(at);
 }
 
-// The bytes of a hexadecimal text; nothing when it is none.
+// The bytes of a hexadecimal text; nothing if the text is not hexadecimal.
 static std::optional<std::string> bytesOf(const std::string& hex) {
     std::string bytes;
     for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {

@@ -18,7 +18,7 @@ static std::optional<DiscoverPathInfo> readPlace(const Reading& reading) {
     return done ? std::optional(reply.record) : std::nullopt;
 }
 
-// A failure means that the adapter does not know: that is no fault.
+// A failure means that the state is unknown, which is not a fault.
 static std::optional<std::uint8_t> readBuzzer(const Reading& reading) {
     Faults unknown;
     Guarded<std::uint8_t> reply;

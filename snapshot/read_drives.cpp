@@ -9,7 +9,7 @@ static std::optional<std::uint8_t> readLocate(const Reading& reading, const PhyD
     return done ? std::optional(reply.record) : std::nullopt;
 }
 
-// The option is that of all drives of this model and firmware; the operation reads both as C strings.
+// The option applies to all drives of this model and firmware; the operation reads both as C strings.
 static std::optional<std::int32_t> readSpeed(const Reading& reading, const PhyDrvInfo& info) {
     const std::string model(fieldText(info.model));
     const std::string firmware(fieldText(info.firmware));
@@ -21,7 +21,7 @@ static std::optional<std::int32_t> readSpeed(const Reading& reading, const PhyDr
     return done ? std::optional<std::int32_t>(reply.record) : std::nullopt;
 }
 
-// Settings whose ID is another drive's are not this one's.
+// Settings with the ID of another drive are not used.
 static std::optional<PhyDrvSettings> readSettings(const Reading& reading, const PhyDrvInfo& info) {
     const PhyDrvSelector selector = {info.driveId, 1, 1, {}};
     const auto settings = readOne<q5_getPhyDrvSettings, PhyDrvSettings>(reading, selector);
@@ -46,8 +46,8 @@ static Drive readDrive(const HbaAddress& address, const PhyDrvInfo& info) {
     return drive;
 }
 
-// Adds the drives of one page. Returns whether it moved the listing on: an ID that is not higher than
-// those before it shows that the adapter does not list from the wanted one on.
+// Adds the drives of one page. Returns whether the listing made progress: an ID that is not higher than
+// the previous one means that the adapter ignores the requested first ID.
 static bool addPage(Controller* controller, const std::vector<PhyDrvInfo>& page) {
     for (const PhyDrvInfo& info : page) {
         if (controller->drives.size() >= kMaxSnapshotDrives)

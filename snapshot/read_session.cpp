@@ -9,7 +9,7 @@ static ApiInitRecord initRecord() {
     return record;
 }
 
-// The result of counting is not relied upon: the count decides, as it does for cli.
+// The result is not checked: like cli, this uses the count.
 static void countControllers(Snapshot* snapshot) {
     Guarded<std::uint32_t> count;
     readRecord<q5_getNumberOfHBA>(&snapshot->faults, &count, [](std::uint32_t* controllers) {
@@ -20,7 +20,7 @@ static void countControllers(Snapshot* snapshot) {
         addFault<q5_getNumberOfHBA>(&snapshot->faults, FaultKind::impossible, count.record);
 }
 
-// A library that cannot be opened leaves a fault of the whole snapshot.
+// A library that cannot be opened is a fault of the whole snapshot.
 OpenResult openAdapters(Snapshot* snapshot) {
     const ApiInitRecord record = initRecord();
     if (const int result = callReadOnly<q5_initialize>(&record); result != 0) {

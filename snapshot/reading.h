@@ -13,7 +13,7 @@
 inline constexpr std::size_t kGuardSize = 256;
 inline constexpr std::uint8_t kGuardByte = 0xA5;
 
-// A reply buffer. Only the record is announced to the adapter.
+// A reply buffer. The adapter is passed the size of the record only.
 template <typename Record>
 struct Guarded {
     Record record = {};
@@ -37,7 +37,7 @@ void addFault(Faults* faults, FaultKind kind, std::int64_t value) {
 }
 
 // Calls an operation that fills one record: call(record) returns its result. Returns whether it
-// succeeded. A record received with an overrun is used up to the announced size.
+// succeeded. A record received with an overrun is used up to that size.
 template <auto operation, typename Record, typename Call>
 bool readRecord(Faults* faults, Guarded<Record>* reply, Call call) {
     const int result = call(&reply->record);
@@ -61,9 +61,9 @@ std::optional<Record> readReply(const Reading& reading, Query query) {
 }
 
 // The records of a list reply. A byte count beyond the buffer is a fault; what the buffer holds counts.
-template <auto operation, typename Record, std::size_t room, typename Query>
+template <auto operation, typename Record, std::size_t capacity, typename Query>
 std::optional<std::vector<Record>> readList(const Reading& reading, Query query) {
-    using List = Reply<Record, room>;
+    using List = Reply<Record, capacity>;
     auto reply = std::make_unique<Guarded<List>>();
     const bool done = readRecord<operation>(reading.faults, reply.get(), [&](List* list) {
         return callReadOnly<operation>(reading.address, 0u, &query, list,

@@ -88,8 +88,8 @@ struct Controller {
     std::optional<ControllerSettings> settings;
     std::optional<DiscoverPathInfo> place;
     std::optional<DriverInfo> driver;
-    std::optional<BatteryInfo> battery; // its status is 0 when there is none
-    std::optional<std::uint8_t> buzzer; // empty also when the adapter does not know
+    std::optional<BatteryInfo> battery; // status 0: no battery
+    std::optional<std::uint8_t> buzzer; // also empty if the state is unknown
     std::vector<Enclosure> enclosures;  // in order of ID
     std::vector<Drive> drives;          // in order of number
     std::vector<LogicalDrive> logicalDrives;
@@ -109,12 +109,12 @@ std::string_view fieldText(const char (&field)[size]) {
     return whole.substr(0, whole.find('\0'));
 }
 
-// nullptr when there is none.
+// Return nullptr if not found.
 const Controller* findController(const Snapshot& snapshot, std::uint32_t id);
 const Drive* findDrive(const Controller& controller, std::uint32_t number);
 const LogicalDrive* findArray(const Controller& controller, std::uint16_t arrayId);
 
-// Whether a drive gives no access to any of its extents, of which there is at least one.
+// Whether a drive has extents and all of them are inaccessible.
 bool isInaccessible(const Drive& drive);
 
 // Fills in the members of a logical drive from its record, its lost mask and the controller's drives.

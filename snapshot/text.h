@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// How many bytes the UTF-8 character at the text's start takes, or 0 when it is none.
+// The length of the UTF-8 character at the start of the text; 0 if there is none.
 std::size_t characterLength(std::string_view text);
 
 bool isUtf8(std::string_view text);

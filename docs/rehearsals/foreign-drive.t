@@ -17,7 +17,7 @@ An extent belongs to array 2, which does not exist here. It cannot become a spar
   $ cli extent -a spare -p 7 -e 0 -i 0
   Failed to spare an extent #0 in disk with ID 6 on controller #0!
 
-Nobody needs its data. Wipe the drive, merge its free extents, and make it a spare:
+Its data is not needed. Wipe the drive, merge its free extents, and make it a spare:
 
   $ cli phydrv -a wipe -p 7 -i 0
   $ cli extent -a delete -p 7 -e 1 -i 0

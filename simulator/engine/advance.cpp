@@ -41,7 +41,7 @@ static bool mustAbort(const Controller& controller, const LogicalDrive& array) {
            (!survivesLoss && !lostMembers(controller, array).empty());
 }
 
-// Members that are lost while the host goes on writing miss these writes.
+// Members that are lost while the host continues to write miss these writes.
 static void markStaleMembers(const Controller& controller, LogicalDrive& array) {
     if (array.idle || functionalStatus(controller, array) == 0)
         return;

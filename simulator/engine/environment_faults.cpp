@@ -10,7 +10,7 @@
 namespace q5sim {
 
 static constexpr std::uint64_t kCheckpointMb = 1024; // progress that a power cut can lose
-static constexpr std::uint32_t kStripesInCache = 8;  // of each array, for the sake of an example
+static constexpr std::uint32_t kStripesInCache = 8;  // of each array; an arbitrary example
 
 Reason setBattery(Controller& controller, std::uint8_t state, std::int64_t now) {
     Battery& battery = controller.battery;

@@ -5,7 +5,7 @@
 
 namespace q5sim {
 
-// When the array's rebuild or migration reaches its next bad sector; kNoDeadline: there is none left.
+// When the array's rebuild or migration reaches its next bad sector; kNoDeadline: no bad sector is left.
 std::int64_t nextBadSectorTime(const Controller& controller, const LogicalDrive& array);
 
 // Handles the bad sectors that the rebuild or migration has reached at this time: repairs them, skips

@@ -8,7 +8,7 @@
 
 namespace q5sim {
 
-// Unlike the writer's type, it looks up keys in logarithmic time, however many a hostile file has.
+// Unlike the writer's type, it looks up keys in logarithmic time, however many a malformed file has.
 using ParsedJson = nlohmann::json;
 
 // Reads one object. A missing key leaves its field unchanged, unless it is required.
@@ -37,14 +37,15 @@ public:
         value = found != nullptr ? found->get<bool>() : value;
     }
     void mark(const char* key, bool& value) { flag(key, value); }
-    void text(const char* key, std::string& value, std::size_t longest) {
+    void text(const char* key, std::string& value, std::size_t maxLength) {
         if (const ParsedJson* found = find(key))
-            value = plainText(*found, at(key), longest);
+            value = plainText(*found, at(key), maxLength);
     }
-    void notes(const char* key, std::vector<std::string>& values, std::size_t most, std::size_t longest) {
-        const ParsedJson* found = findList(key, most);
+    void notes(const char* key, std::vector<std::string>& values, std::size_t maxCount,
+               std::size_t maxLength) {
+        const ParsedJson* found = findList(key, maxCount);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
-            values.push_back(plainText((*found)[i], at(key, i), longest));
+            values.push_back(plainText((*found)[i], at(key, i), maxLength));
     }
     template <typename Code>
     void word(const char* key, Code& code, std::span<const Word> words) {
@@ -64,16 +65,16 @@ public:
             readRecord(*found, at(key), record);
     }
     template <typename Record>
-    void list(const char* key, std::vector<Record>& records, std::size_t most) {
-        const ParsedJson* found = findList(key, most);
+    void list(const char* key, std::vector<Record>& records, std::size_t maxCount) {
+        const ParsedJson* found = findList(key, maxCount);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++) {
             records.emplace_back();
             readRecord((*found)[i], at(key, i), records.back());
         }
     }
     template <typename Number>
-    void numbers(const char* key, std::vector<Number>& values, std::int64_t high, std::size_t most) {
-        const ParsedJson* found = findList(key, most);
+    void numbers(const char* key, std::vector<Number>& values, std::int64_t high, std::size_t maxCount) {
+        const ParsedJson* found = findList(key, maxCount);
         for (std::size_t i = 0; found != nullptr && i < found->size(); i++)
             values.push_back(static_cast<Number>(wholeNumber((*found)[i], at(key, i), 0, high)));
     }
@@ -117,15 +118,15 @@ private:
         const auto found = json.find(key);
         return found == json.end() ? nullptr : &*found;
     }
-    const ParsedJson* findList(const char* key, std::size_t most) {
+    const ParsedJson* findList(const char* key, std::size_t maxCount) {
         const ParsedJson* found = find(key);
-        if (found != nullptr && (!found->is_array() || found->size() > most))
-            throw WorldError{at(key), "a list of at most " + std::to_string(most) + " is expected"};
+        if (found != nullptr && (!found->is_array() || found->size() > maxCount))
+            throw WorldError{at(key), "a list of at most " + std::to_string(maxCount) + " is expected"};
         return found;
     }
-    static std::string plainText(const ParsedJson& json, const FieldPath& path, std::size_t longest) {
-        if (!json.is_string() || json.get_ref<const std::string&>().size() > longest)
-            throw WorldError{path, "a text of at most " + std::to_string(longest) + " bytes is expected"};
+    static std::string plainText(const ParsedJson& json, const FieldPath& path, std::size_t maxLength) {
+        if (!json.is_string() || json.get_ref<const std::string&>().size() > maxLength)
+            throw WorldError{path, "a text of at most " + std::to_string(maxLength) + " bytes is expected"};
         std::string value = json.get<std::string>();
         if (value.find('\0') != std::string::npos)
             throw WorldError{path, "a text without NUL is expected"};

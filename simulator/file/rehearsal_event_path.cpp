@@ -12,8 +12,8 @@ void GetEventBufferFilePath(char* path) {
         return;
     char* slash = std::strrchr(path, '/');
     char* file = slash != nullptr ? slash + 1 : path;
-    const std::size_t room = kEventPathSize - static_cast<std::size_t>(file - path);
-    if (sizeof name > room)
+    const std::size_t capacity = kEventPathSize - static_cast<std::size_t>(file - path);
+    if (sizeof name > capacity)
         path[0] = '\0';
     else
         std::memcpy(file, name, sizeof name);

@@ -147,7 +147,7 @@ bool replaceFile(const std::string& path, const std::string& text) {
 bool makeDirectoriesFor(const std::string& path) {
     for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
         if (::mkdir(path.substr(0, slash).c_str(), 0755) != 0 && errno != EEXIST &&
-            errno != EISDIR) // FreeBSD's answer for the root directory
+            errno != EISDIR) // FreeBSD's error for the root directory
             return false;
     return true;
 }

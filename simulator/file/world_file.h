@@ -1,4 +1,4 @@
-// Reading, atomic replacement and locking of one file. Plain POSIX; knows nothing of the world.
+// Reading, atomic replacement and locking of one file. Plain POSIX, independent of the world's format.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace q5sim {
 
-// Whether there is something at the path, or may be: it cannot be looked up. Links are followed.
+// Whether the path exists, or cannot be looked up and so may exist. Links are followed.
 bool fileExists(const std::string& path);
 
 // Resolves the symbolic links of a path, so that a link survives replacement of the file it leads to. A

@@ -88,7 +88,8 @@ static int lineOfQuoted(const std::string& text, const std::string& message) {
     return at == std::string::npos ? 1 : lineOfByte(text, at);
 }
 
-// A world needs about eight levels. The parser takes memory for each one, and a hostile text has millions.
+// A world needs about eight levels. The parser takes memory for each one, and a malformed text can have
+// millions.
 static constexpr int kMaxNesting = 32;
 
 // It also takes memory for each value, up to 200 bytes. The largest configuration, 16 controllers with 64

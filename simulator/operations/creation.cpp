@@ -98,8 +98,9 @@ struct Sizes {
 
 static Sizes sizesFor(const Controller& controller, const CreateArrayRequest& request) {
     const std::uint64_t data = dataMembers(geometryOf(request));
-    const bool given = request.capacity == 0;
-    const std::uint64_t whole = given ? commonSize(controller, request) * data : wantedSectors(request);
+    const bool usesWholeExtents = request.capacity == 0;
+    const std::uint64_t whole =
+        usesWholeExtents ? commonSize(controller, request) * data : wantedSectors(request);
     Sizes sizes;
     sizes.array = rounded(whole, request.rounding);
     const std::uint64_t share = (sizes.array + data - 1) / data;

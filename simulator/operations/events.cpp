@@ -10,8 +10,8 @@ static constexpr std::int32_t kNewest = -1;
 // Writes the newest events that fit, oldest first; returns their number.
 static std::uint32_t deliver(const std::vector<Event>& events, std::uint32_t wanted, void* reply,
                              std::uint32_t size) {
-    const std::size_t room = (size - sizeof(ReplyHeader)) / sizeof(HBAEvent);
-    const std::size_t count = std::min({static_cast<std::size_t>(wanted), room, events.size()});
+    const std::size_t capacity = (size - sizeof(ReplyHeader)) / sizeof(HBAEvent);
+    const std::size_t count = std::min({static_cast<std::size_t>(wanted), capacity, events.size()});
     auto* at = static_cast<std::uint8_t*>(reply) + sizeof(ReplyHeader);
     for (std::size_t i = events.size() - count; i < events.size(); i++, at += sizeof(HBAEvent)) {
         HBAEvent record = {};

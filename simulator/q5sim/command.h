@@ -36,7 +36,7 @@ struct Arguments {
 int refused(const std::string& reason);
 int usageError(const std::string& reason);
 
-// Decimal digits up to a limit, and numbers with a sign; false: the word is none.
+// Decimal digits up to a limit, and numbers with a sign; false: the word is not such a number.
 bool readNumber(const char* text, std::int64_t limit, std::int64_t& number);
 bool readSigned(const char* text, std::int64_t limit, std::int64_t& number);
 
@@ -46,7 +46,7 @@ using Fault = std::function<Reason(Controller& controller, std::int64_t now)>;
 int changeController(const char* controllerWord, const std::string& headline, bool skipFirst,
                      const Fault& inject);
 
-// Changes the world, prints the headline and then each event on a line of its own.
+// Changes the world, prints the headline and then each event on a separate line.
 using WorldFault = std::function<Reason(World& world, std::int64_t now)>;
 int changeWholeWorld(const std::function<std::string()>& headline, const WorldFault& inject);
 

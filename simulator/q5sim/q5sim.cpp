@@ -43,7 +43,7 @@ static const ::option longOptions[] = {{"blank", no_argument, nullptr, kBlank},
 struct Command {
     const char* name;
     const char* synopsis; // of its arguments
-    std::size_t least, most;
+    std::size_t minWords, maxWords;
     unsigned options; // bits of OptionBit
     int (*run)(const Arguments& arguments);
 };
@@ -148,16 +148,16 @@ static bool storeOption(int option, const char* value, Options& options) {
     }
 }
 
-static int misuse(const Command& command, const std::string& reason) {
+static int commandError(const Command& command, const std::string& reason) {
     const int status = usageError(std::string(command.name) + ": " + reason);
     printUsage(stderr, command);
     return status;
 }
 
-// Whether the command accepts the option, and none that excludes it was given.
-static bool fits(const Command& command, unsigned given, unsigned option) {
+// Whether the command accepts the option, and none that excludes it is present.
+static bool fits(const Command& command, unsigned present, unsigned option) {
     const unsigned kinds = kBlank | kForeign | kSame;
-    return (command.options & option) != 0 && ((option & kinds) == 0 || (given & kinds & ~option) == 0);
+    return (command.options & option) != 0 && ((option & kinds) == 0 || (present & kinds & ~option) == 0);
 }
 
 static bool isNegativeNumber(const char* word) {
@@ -166,25 +166,26 @@ static bool isNegativeNumber(const char* word) {
 
 static int runCommand(const Command& command, int count, char** words) {
     Arguments arguments;
-    unsigned given = 0;
+    unsigned present = 0;
     ::opterr = 0;
-    // A negative reading of a sensor is no option.
+    // A negative reading of a sensor is not an option.
     const bool negative = command.options == 0 && count > 1 && isNegativeNumber(words[count - 1]);
     count -= negative ? 1 : 0;
     for (int option; (option = ::getopt_long(count, words, ":", longOptions, nullptr)) != -1;) {
         if (option == kHelp)
             return printUsage(stdout, command), 0;
         if (option == '?' || option == ':')
-            return misuse(command, option == ':' ? "an option lacks its value" : "an option is unknown");
-        if (!fits(command, given, static_cast<unsigned>(option)))
-            return misuse(command, "an option does not fit here");
+            return commandError(command,
+                                option == ':' ? "an option lacks its value" : "an option is unknown");
+        if (!fits(command, present, static_cast<unsigned>(option)))
+            return commandError(command, "an option does not fit here");
         if (!storeOption(option, ::optarg, arguments.options))
-            return misuse(command, std::string("the value ") + ::optarg + " of an option is invalid");
-        given |= static_cast<unsigned>(option);
+            return commandError(command, std::string("the value ") + ::optarg + " of an option is invalid");
+        present |= static_cast<unsigned>(option);
     }
     arguments.words.assign(words + ::optind, words + count + (negative ? 1 : 0));
-    if (arguments.words.size() < command.least || arguments.words.size() > command.most)
-        return misuse(command, "wrong number of arguments");
+    if (arguments.words.size() < command.minWords || arguments.words.size() > command.maxWords)
+        return commandError(command, "wrong number of arguments");
     const int status = command.run(arguments);
     if (status == kUsageStatus)
         printUsage(stderr, command);

@@ -27,7 +27,7 @@ std::string readWorldCopy(const std::string& path, World& world) {
     return path + ":" + std::to_string(problem.line) + ": " + problem.reason;
 }
 
-// The copy has no lock file of its own: its directory is locked.
+// The copy has no lock file: its directory is locked.
 std::string writeWorldCopy(const std::string& path, const World& world) {
     std::string file;
     if (!resolveLinks(path, file))

@@ -147,7 +147,7 @@ struct World {
     std::int64_t speedSince = 0;  // real time from which speed applies
     std::vector<Rule> rules;
     std::vector<Refusal> refusals;    // newest first
-    std::vector<std::string> assumed; // what a captured world does not know, for its reader alone
+    std::vector<std::string> assumed; // what a captured world assumes; informational
     std::vector<Controller> controllers;
     bool operator==(const World&) const = default;
 };

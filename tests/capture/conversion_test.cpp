@@ -71,7 +71,7 @@ static q5sim::World worldOf(const Capture& capture) {
     return world;
 }
 
-static bool says(const Capture& capture, const std::string& line) {
+static bool hasNote(const Capture& capture, const std::string& line) {
     return std::find(capture.assumed.begin(), capture.assumed.end(), line) != capture.assumed.end();
 }
 
@@ -92,7 +92,8 @@ TEST(Conversion, NoteWhereTheModelShowsSomethingElse) {
     snapshot.controllers[0].logicalDrives[0].info.functionalStatus = kDegraded;
     const Capture capture = captureWorld(snapshot, kNow);
     EXPECT_FALSE(capture.complete);
-    EXPECT_TRUE(says(capture, "controllers[0].logicalDrives[0]: the copy is online; reported is degraded"));
+    EXPECT_TRUE(
+        hasNote(capture, "controllers[0].logicalDrives[0]: the copy is online; reported is degraded"));
 }
 
 TEST(Conversion, LostMemberOnAWorkingDriveIsStale) {
@@ -124,15 +125,17 @@ TEST(Conversion, ExtentsThatOverlapOrLeaveTheDriveAreLeftOut) {
     const q5sim::World world = worldOf(capture);
     ASSERT_EQ(world.controllers[0].drives[2].extents.size(), 1u);
     EXPECT_EQ(world.controllers[0].drives[2].extents[0].size, 5000u);
-    EXPECT_TRUE(says(capture, "controllers[0].drives[2]: extent 0 is outside its drive or overlaps another"));
+    EXPECT_TRUE(
+        hasNote(capture, "controllers[0].drives[2]: extent 0 is outside its drive or overlaps another"));
 }
 
 TEST(Conversion, LogicalDriveThatNoWorldCanHoldIsLeftOut) {
     Snapshot snapshot = mirrored();
     snapshot.controllers[0].logicalDrives[0].info.diskCount = 3; // a mirror has two
     const Capture capture = captureWorld(snapshot, kNow);
-    EXPECT_TRUE(says(capture, "controllers[0].logicalDrives[0]: logical drive 0 is left out: its members are "
-                              "not distinct drives from 1 to 32"));
+    EXPECT_TRUE(hasNote(capture,
+                        "controllers[0].logicalDrives[0]: logical drive 0 is left out: its members are "
+                        "not distinct drives from 1 to 32"));
     const q5sim::World world = worldOf(capture);
     EXPECT_TRUE(world.controllers[0].logicalDrives.empty());
     EXPECT_EQ(world.controllers[0].drives[0].extents[0].use, q5sim::kUseForeign);
@@ -144,7 +147,7 @@ TEST(Conversion, DriveBeyondTheLimitIsLeftOut) {
     const Capture capture = captureWorld(snapshot, kNow);
     EXPECT_FALSE(capture.complete);
     EXPECT_EQ(worldOf(capture).controllers[0].drives.size(), 2u);
-    EXPECT_TRUE(says(capture, "controllers[0].drives[2]: a world has no room for drive 33"));
+    EXPECT_TRUE(hasNote(capture, "controllers[0].drives[2]: a world has no room for drive 33"));
 }
 
 TEST(Conversion, ValuesBeyondTheLimitsAreMovedIntoThem) {
@@ -159,7 +162,7 @@ TEST(Conversion, ValuesBeyondTheLimitsAreMovedIntoThem) {
     EXPECT_EQ(world.controllers[0].drives[0].enclosure, kNoEnclosureId);
     EXPECT_EQ(world.controllers[0].drives[0].model, std::string(21, 'M'));
     EXPECT_EQ(world.controllers[0].drives[0].serial, "?");
-    EXPECT_TRUE(says(capture, "controllers[0].drives[0].enclosure: 700 is outside the limits of a world"));
+    EXPECT_TRUE(hasNote(capture, "controllers[0].drives[0].enclosure: 700 is outside the limits of a world"));
 }
 
 TEST(Conversion, RunningActivityContinuesAtItsPercentage) {
@@ -192,9 +195,9 @@ TEST(Conversion, SpareThatIsNotUsedHoldsTheRebuild) {
     controller.logicalDrives[0].lostMask = 2;
     const Capture capture = captureWorld(snapshot, kNow);
     EXPECT_TRUE(worldOf(capture).controllers[0].logicalDrives[0].autoRebuildInhibited);
-    EXPECT_TRUE(says(capture,
-                     "controllers[0].logicalDrives[0].rebuildHeld: true, since no rebuild runs although "
-                     "there is a spare"));
+    EXPECT_TRUE(hasNote(capture,
+                        "controllers[0].logicalDrives[0].rebuildHeld: true, since no rebuild runs although "
+                        "there is a spare"));
 }
 
 TEST(Conversion, NamesAndSerialsAreReplacedByTheSameEverywhere) {

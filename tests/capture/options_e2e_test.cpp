@@ -1,4 +1,4 @@
-// cli-capture from its command line: where the world goes, what is said, and the exit status.
+// cli-capture from its command line: where the world is written, the messages, and the exit status.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -73,7 +73,7 @@ TEST(Capture, ReportsAFileThatCannotBeWritten) {
         << outcome.err;
 }
 
-TEST(Capture, RefusesWhatItDoesNotKnow) {
+TEST(Capture, RefusesUnknownOptions) {
     CaptureSession session;
     EXPECT_EQ(session.run({"now"}),
               (ProcessOutcome{2, "", "cli-capture: unexpected word \"now\"\nTry \"cli-capture --help\".\n"}));

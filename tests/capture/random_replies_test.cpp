@@ -54,7 +54,7 @@ static void makePlausible(Random* random, const std::string& operation, void* re
 
 static Snapshot randomSnapshot(unsigned seed) {
     Random random(seed);
-    giveAnswer = [&](const std::string& operation, void* reply, std::size_t size) {
+    respondInTest = [&](const std::string& operation, void* reply, std::size_t size) {
         if (reply == nullptr)
             return 0;
         fillAtRandom(&random, seed % 9, static_cast<std::uint8_t*>(reply), size);

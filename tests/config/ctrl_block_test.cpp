@@ -90,7 +90,7 @@ TEST(CtrlBlock, AcceptsKeysInAnyOrderAndUsesTheLast) {
 
 TEST(CtrlBlock, SkipsUnknownKeysAndTheirValues) {
     const CtrlConfigRecord record =
-        readCtrl(" 0\n<Colour> 17\n<SyncRate> 5\n<PhyDrvID> 3\n[PhyDrvSetIndex] 4\n<InitRate> 6\n[End]");
+        readCtrl(" 0\n<Color> 17\n<SyncRate> 5\n<PhyDrvID> 3\n[PhyDrvSetIndex] 4\n<InitRate> 6\n[End]");
     EXPECT_EQ(record.setIndex, 0);
     EXPECT_EQ(record.syncRate, 5);
     EXPECT_EQ(record.initRate, 6);

@@ -15,6 +15,7 @@
 #include <set>
 #include <sys/syscall.h>
 
+#include "tests/crash/changing_commands.h"
 #include "tests/e2e/harness.h"
 
 static constexpr int kNoTracing = 77, kNotReached = 78;
@@ -47,6 +48,19 @@ static int countCalls(Session& session, const Words& words, const std::string& n
     if (inject(session, "count" + number, file, words).status == kNoTracing)
         return 0;
     return std::atoi(readFile(file).c_str());
+}
+
+// Runs a shell script in which "$CLI" is the program, "$Q5SIM" the fault injection tool of the simulated
+// adapters, and "$1" a number of rounds.
+static ProcessOutcome shell(Session& session, const std::string& script, int rounds = 0) {
+    session.setVariable("CLI", session.program);
+    session.setVariable("Q5SIM", CRASH_Q5SIM);
+    session.setVariable("PATH", "/usr/bin:/bin");
+    const std::string program = session.program;
+    session.program = "/bin/sh";
+    const ProcessOutcome outcome = session.run({"-c", script, "sh", std::to_string(rounds)});
+    session.program = program;
+    return outcome;
 }
 
 // The files that a command may change; restored before each attempt.
@@ -86,21 +100,30 @@ protected:
         writeFile(session.eventFile(), eventImage(48));
         before = filesOf(session);
     }
+    // Brings the built-in world into the state that a command needs.
+    void prepare(const ChangingCommand& command) {
+        std::filesystem::remove(session.world());
+        const ProcessOutcome outcome =
+            shell(session, "set -e; \"$CLI\" export -t 1 -f all.cfg; " + command.prepare);
+        ASSERT_EQ(outcome.status, 0) << outcome;
+        writeFile(session.eventFile(), eventImage(48));
+        before = filesOf(session);
+    }
     // Records the result of the command without a fault, and the number of its calls.
     bool recordReference(const Words& command, const std::string& number = "") {
         words = command;
         restore(session, before);
-        expected = session.run(words);
+        session.run(words);
         after = filesOf(session);
         restore(session, before);
         calls = countCalls(session, words, number);
         return calls > 0;
     }
-    // Tries the fault at every call, or at a sample of the given size.
+    // Tries the fault at every call, or at a sample of the given size, which differs from command to command.
     void tryFault(const std::string& fault, int attempts,
                   const std::function<void(const ProcessOutcome&, const Files&)>& check) {
         const int step = isFullRun() ? 1 : std::max(1, calls / attempts);
-        for (int call = isFullRun() ? 1 : 1 + calls % step; call <= calls; call += step) {
+        for (int call = 1 + attempted * 37 % step; call <= calls; call += step) {
             restore(session, before);
             const ProcessOutcome outcome = inject(session, fault, std::to_string(call), words);
             SCOPED_TRACE(fault + " at call " + std::to_string(call) + " of " + words[0] + "\n" + outcome.out +
@@ -118,7 +141,6 @@ protected:
     Session session;
     Words words;
     Files before, after;
-    ProcessOutcome expected;
     int calls = 0, attempted = 0;
 };
 } // namespace
@@ -127,29 +149,49 @@ protected:
     if (!recordReference(__VA_ARGS__)) \
     GTEST_SKIP() << "programs cannot be traced here"
 
-// Every command that writes anything; one of each kind of change.
-static const std::vector<Words> changes = {
-    {"export", "-t", "0", "-f", "all.cfg"},
-    {"event", "-i", "1"},
-    {"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=77"},
-    {"phydrv", "-a", "mod", "-p", "1", "-i", "0", "-s", "writecache=enable,ncq=disable,tcq=disable"},
-    {"logdrv", "-a", "mod", "-i", "0", "-l", "0", "-s", "name=Other"},
-    {"logdrv", "-a", "del", "-i", "0", "-l", "0"},
-    {"buzz", "-a", "disable", "-i", "0"},
-    {"rc", "-a", "start", "-l", "0", "-i", "0"},
-    {"mp", "-a", "start", "-p", "1", "-i", "0"},
-    {"logdrv", "-a", "locate", "-l", "0", "-i", "0", "-d", "9"},
+// The program makes one call after another: every world is the one after some of them, and consistent.
+class Versions {
+public:
+    explicit Versions(const std::string& first) : seen{first} {}
+    void add(const std::string& world, Session& session) {
+        if (world == seen.back())
+            return;
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), world), 0) << "an earlier version";
+        seen.push_back(world);
+        const ProcessOutcome check = shell(session, "\"$Q5SIM\" status --check");
+        EXPECT_EQ(check.status, 0) << check;
+    }
+    int changes() const { return static_cast<int>(seen.size()) - 1; }
+
+private:
+    std::vector<std::string> seen;
 };
 
-TEST_F(Crash, KillLeavesOldOrNewFiles) {
+static std::string joined(const Words& words) {
+    std::string line;
+    for (const std::string& word : words)
+        line += (line.empty() ? "" : " ") + word;
+    return line;
+}
+
+// The adapters' state is as before or after one of the command's changes.
+TEST_F(Crash, KillOfAnyChangingCommandLeavesOldOrNewFiles) {
     int kills = 0;
-    for (const Words& command : changes) {
-        TRACE_OR_SKIP(command);
-        tryFault("kill", 12, [&](const ProcessOutcome& outcome, const Files& files) {
+    for (const ChangingCommand& command : changingCommands) {
+        SCOPED_TRACE(joined(command.words));
+        ASSERT_NO_FATAL_FAILURE(prepare(command));
+        TRACE_OR_SKIP(command.words);
+        EXPECT_EQ(before.world != after.world, command.changes > 0);
+        Versions versions(before.world);
+        tryFault("kill", 3, [&](const ProcessOutcome& outcome, const Files& files) {
             EXPECT_TRUE(outcome.status == 128 + SIGKILL || outcome.status == kNotReached) << outcome.status;
-            expectOldOrNew(files);
+            EXPECT_TRUE(files.events == before.events || files.events == after.events);
+            EXPECT_TRUE(files.backup == before.backup || files.backup == after.backup);
+            versions.add(files.world, session);
             kills += outcome.status == 128 + SIGKILL;
         });
+        EXPECT_LE(versions.changes(), command.changes);
+        versions.add(after.world, session);
     }
     RecordProperty("kills", kills);
 }
@@ -184,18 +226,21 @@ TEST_F(Crash, ErrorDuringExportIsReportedOrHarmless) {
 
 // Errors of the event file are not reported, but never damage it. Errors of the adapters are reported by
 // them; what follows is up to the command, which may write a record back that could not be read.
-TEST_F(Crash, ErrorDuringOtherCommandsIsReportedOrLeavesOldOrNewFiles) {
-    for (const Words& command : changes) {
-        if (command[0] == "export")
+TEST_F(Crash, ErrorDuringAnyChangingCommandIsReportedOrLeavesOldOrNewFiles) {
+    for (const ChangingCommand& command : changingCommands) {
+        if (command.words[0] == "export")
             continue;
-        TRACE_OR_SKIP(command);
+        SCOPED_TRACE(joined(command.words));
+        ASSERT_NO_FATAL_FAILURE(prepare(command));
+        TRACE_OR_SKIP(command.words);
         for (const int error : {EIO, ENOSPC})
-            tryFault("error:" + std::to_string(error), 8, [&](const ProcessOutcome& outcome, Files files) {
+            tryFault("error:" + std::to_string(error), 1, [&](const ProcessOutcome& outcome, Files files) {
                 if (!outcome.err.empty())
                     files.world = before.world;
                 expectOldOrNew(files);
             });
     }
+    RecordProperty("errors", attempted);
 }
 
 namespace {
@@ -255,17 +300,6 @@ TEST_F(CrashImport, ReadErrorChangesNothing) {
     EXPECT_GE(refused, 4); // both passes over the file, by both errors
 }
 
-// Runs a shell script in which "$CLI" is the program and "$1" a number of rounds.
-static ProcessOutcome shell(Session& session, const std::string& script, int rounds) {
-    session.setVariable("CLI", session.program);
-    session.setVariable("PATH", "/usr/bin:/bin");
-    const std::string program = session.program;
-    session.program = "/bin/sh";
-    const ProcessOutcome outcome = session.run({"-c", script, "sh", std::to_string(rounds)});
-    session.program = program;
-    return outcome;
-}
-
 // Each round changes two settings at the same time, and counts the rounds in which one was lost.
 static std::string raceOf(const std::string& first, const std::string& second, const std::string& lost) {
     return "lost=0 i=0\nwhile [ $i -lt $1 ]; do i=$((i + 1)) value=$((i % 200 + 1))\n" + first + " & " +
@@ -320,8 +354,7 @@ TEST_F(Crash, RaceOfEventSessionsLosesNoEvent) {
     for (int round = 0; round < times(8, 200); ++round) {
         writeFile(session.eventFile(), eventImage(40));
         shell(session,
-              "for n in 1 2 3 4; do printf 'event -i 1\\nevent -i 1\\n' | \"$CLI\" >shown.$n & done; wait",
-              1);
+              "for n in 1 2 3 4; do printf 'event -i 1\\nevent -i 1\\n' | \"$CLI\" >shown.$n & done; wait");
         std::set<int> shown, kept;
         for (int n = 1; n <= 4; ++n) {
             const std::string text = readFile(session.path("shown." + std::to_string(n)));

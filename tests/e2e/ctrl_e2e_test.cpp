@@ -133,7 +133,7 @@ TEST_F(Ctrl, ChangesNothingWhenOneItemIsInvalid) {
                               ""}));
     EXPECT_EQ(mod("rebuildrate=0"),
               (ProcessOutcome{1, "rebuild rate is out of range!\nIncorrect parameters!\n", ""}));
-    EXPECT_EQ(mod("rebuildrate=5,colour=red"), (ProcessOutcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
+    EXPECT_EQ(mod("rebuildrate=5,color=red"), (ProcessOutcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
     EXPECT_EQ(mod("rebuildrate=5,"), (ProcessOutcome{1, "Invalid parameters for \"ctrl\"!\n", ""}));
     EXPECT_EQ(mod("rebuildrate"), (ProcessOutcome{1, "Incorrect parameters!\n", ""}));
     EXPECT_EQ(s.worldText(), before);

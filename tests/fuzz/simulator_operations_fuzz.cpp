@@ -1,4 +1,4 @@
-// Fuzzes sequences of operations with random records on one world while time passes. Afterwards the world
+// Fuzzes sequences of operations with random records on one world while time passes. Afterward the world
 // must be consistent and survive writing and reading (checked for every eighth input length: JSON is slow).
 #include <cstdlib>
 #include <iterator>

@@ -21,7 +21,7 @@ struct Dice {
 
 struct Shape {
     RaidLevel level;
-    std::uint32_t least, most; // members
+    std::uint32_t minMembers, maxMembers;
 };
 } // namespace
 
@@ -73,7 +73,7 @@ static void randomizeState(Dice& dice, Controller& controller, LogicalDrive& arr
 
 static void addArray(Dice& dice, Controller& controller, std::int64_t now) {
     const Shape& shape = shapes[dice.below(static_cast<std::uint32_t>(std::size(shapes)))];
-    const std::uint32_t count = shape.least + dice.below(shape.most - shape.least + 1);
+    const std::uint32_t count = shape.minMembers + dice.below(shape.maxMembers - shape.minMembers + 1);
     LogicalDrive array;
     array.arrayId = array.logDrvId = static_cast<std::uint16_t>(controller.logicalDrives.size());
     array.name = "random";

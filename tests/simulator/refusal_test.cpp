@@ -13,32 +13,34 @@ protected:
 };
 
 // A query with valid arguments except for address, reserved word, buffer and size.
-struct Question {
+struct QueryCase {
     const char* name;
     std::uint32_t size;
     std::function<int(HbaAddress, std::uint32_t, void*, std::uint32_t)> call;
 };
 
 template <typename Query, typename Buffer>
-static Question question(const char* name, std::uint32_t size, Query query,
-                         int (*operation)(HbaAddress, std::uint32_t, const Query*, Buffer*, std::uint32_t)) {
-    return {name, size, [=](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t given) {
-                return operation(address, reserved, &query, static_cast<Buffer*>(buffer), given);
+static QueryCase queryCase(const char* name, std::uint32_t size, Query query,
+                           int (*operation)(HbaAddress, std::uint32_t, const Query*, Buffer*,
+                                            std::uint32_t)) {
+    return {name, size,
+            [=](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t bufferSize) {
+                return operation(address, reserved, &query, static_cast<Buffer*>(buffer), bufferSize);
             }};
 }
 
-static std::vector<Question> questions() {
+static std::vector<QueryCase> queryCases() {
     return {
-        question("info", 432, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerInfo),
-        question("version", 88, ControllerQuery{0, 1, kVersionInfo, {}}, q5_getControllerInfo),
-        question("settings", 88, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerSettings),
-        question("battery", 112, BatteryQuery{}, q5_getBatteryInfo),
-        question("enclosures", 80, EnclosureQuery{0, 1}, q5_getEnclosureInfo),
-        question("drives", 64, PhyDrvQuery{0, 1, kAllDrives, {}}, q5_getPhyDrvInfo),
-        question("drive settings", 80, PhyDrvSelector{0, 1, 1, {}}, q5_getPhyDrvSettings),
-        question("patrol", 124, DriveSelector{0, 1}, q5_getHBAMediaPatrolProgress),
-        question("arrays", 64, LogDrvQuery{0, 128}, q5_getLogDrvInfo),
-        question("array settings", 180, LogDrvQuery{0, 128}, q5_getLogDrvSettings),
+        queryCase("info", 432, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerInfo),
+        queryCase("version", 88, ControllerQuery{0, 1, kVersionInfo, {}}, q5_getControllerInfo),
+        queryCase("settings", 88, ControllerQuery{0, 1, kGeneralInfo, {}}, q5_getControllerSettings),
+        queryCase("battery", 112, BatteryQuery{}, q5_getBatteryInfo),
+        queryCase("enclosures", 80, EnclosureQuery{0, 1}, q5_getEnclosureInfo),
+        queryCase("drives", 64, PhyDrvQuery{0, 1, kAllDrives, {}}, q5_getPhyDrvInfo),
+        queryCase("drive settings", 80, PhyDrvSelector{0, 1, 1, {}}, q5_getPhyDrvSettings),
+        queryCase("patrol", 124, DriveSelector{0, 1}, q5_getHBAMediaPatrolProgress),
+        queryCase("arrays", 64, LogDrvQuery{0, 128}, q5_getLogDrvInfo),
+        queryCase("array settings", 180, LogDrvQuery{0, 128}, q5_getLogDrvSettings),
         {"buzzer", 1,
          [](HbaAddress address, std::uint32_t reserved, void* buffer, std::uint32_t size) {
              return q5_getBuzzerStatus(address, reserved, static_cast<std::uint8_t*>(buffer), size);
@@ -57,7 +59,7 @@ static std::vector<Question> questions() {
 }
 
 // Calls with this address, reserved word and size, and checks the buffer after the refusal.
-static void expectRefusal(const Question& one, HbaAddress address, std::uint32_t reserved,
+static void expectRefusal(const QueryCase& one, HbaAddress address, std::uint32_t reserved,
                           std::uint32_t size) {
     alignas(16) std::uint8_t buffer[512];
     std::memset(buffer, 0xAA, sizeof buffer);
@@ -67,7 +69,7 @@ static void expectRefusal(const Question& one, HbaAddress address, std::uint32_t
 }
 
 TEST_F(Refusal, ZeroesBufferAndKeepsWorld) {
-    for (const Question& one : questions()) {
+    for (const QueryCase& one : queryCases()) {
         alignas(16) std::uint8_t buffer[512];
         EXPECT_EQ(one.call(hbaAddress(0), 0, buffer, one.size), 0) << one.name;
         const std::string before = stateText();
@@ -84,7 +86,7 @@ TEST_F(Refusal, ZeroesBufferAndKeepsWorld) {
 
 TEST_F(Refusal, ZeroesBufferWhenSessionIsClosed) {
     EXPECT_EQ(q5_finalize(), 0);
-    for (const Question& one : questions())
+    for (const QueryCase& one : queryCases())
         expectRefusal(one, hbaAddress(0), 0, one.size);
 }
 

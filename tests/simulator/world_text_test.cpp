@@ -87,7 +87,7 @@ TEST(WorldText, ChecksEvents) {
 }
 
 // Truncated text and deep nesting are refused.
-TEST(WorldText, RejectsHostileText) {
+TEST(WorldText, RejectsMalformedText) {
     const std::string whole = readText(std::string(WORLDS) + "/settings.json");
     ASSERT_EQ(reasonFor(whole), "taken");
     const std::size_t end = whole.rfind('}');
@@ -117,16 +117,16 @@ TEST(WorldText, LimitsNesting) {
     EXPECT_EQ(error.line, 33);
 }
 
-// Neither brackets in a text nor those of lists beside each other count.
+// Neither brackets in a text nor those of adjacent lists count.
 TEST(WorldText, NestingIsThatOfOpenBrackets) {
     const std::string brackets = "\\\"" + std::string(60, '[');
     const std::string key = "\"" + std::string(60, '[');
     EXPECT_EQ(reasonFor("{\"controllers\": [], \"" + brackets + "\": 1}"),
               key + ": the key \"" + key + "\" has no meaning here");
-    std::string beside = "{\"controllers\": [";
+    std::string adjacent = "{\"controllers\": [";
     for (int i = 0; i < 40; i++)
-        beside += "[],";
-    EXPECT_EQ(reasonFor(beside + "[]]}"), "controllers: a list of at most 16 is expected");
+        adjacent += "[],";
+    EXPECT_EQ(reasonFor(adjacent + "[]]}"), "controllers: a list of at most 16 is expected");
 }
 
 static std::string repeated(const std::string& piece, std::size_t times) {

@@ -102,7 +102,7 @@ TEST_F(SnapshotCalls, OpenCountAndClose) {
     closeAdapters();
 }
 
-TEST_F(SnapshotCalls, AskAControllerOnceForEachPart) {
+TEST_F(SnapshotCalls, QueryEachPartOfAControllerOnce) {
     expectController(3, 2);
     expectEnclosures(3, 5);
     expectPage(3, 0, {0, 4});
@@ -151,7 +151,7 @@ TEST_F(SnapshotCalls, PageBeyondAnEmptyWindow) {
     EXPECT_EQ(readController(0).drives[0].number, 18u);
 }
 
-TEST_F(SnapshotCalls, TakeARefusedPageAfterTheLastDriveForTheEnd) {
+TEST_F(SnapshotCalls, TreatARefusedPageAfterTheLastDriveAsTheEnd) {
     expectController(0, 16);
     expectEnclosures(0, -1);
     expectPage(0, 0, numbers(0, 16));
@@ -170,7 +170,7 @@ TEST_F(SnapshotCalls, RecordARefusedPageBeforeTheLastDrive) {
 }
 
 // Settings and lost members are requested by ID, progress for each activity that the drive reports.
-TEST_F(SnapshotCalls, AskALogicalDriveByItsId) {
+TEST_F(SnapshotCalls, QueryLogicalDrivesById) {
     expectController(0, 0);
     expectEnclosures(0, -1);
     expectPage(0, 0, {});

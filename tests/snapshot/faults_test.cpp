@@ -44,11 +44,11 @@ static LogDrvInfo arrayOf(std::uint16_t id, std::vector<std::uint8_t> members) {
 
 // A controller of one drive and one logical drive on it, unless a test answers something else first.
 struct Faulty : testing::Test {
-    Answer special = [](const std::string&, void*, std::size_t) { return -1; };
+    Responder special = [](const std::string&, void*, std::size_t) { return -1; };
 
     // special returns -1 for what it does not answer.
     Controller read() {
-        giveAnswer = [&](const std::string& operation, void* reply, std::size_t size) {
+        respondInTest = [&](const std::string& operation, void* reply, std::size_t size) {
             const int result = special(operation, reply, size);
             return result >= 0 ? result : healthy(operation, reply);
         };
@@ -61,7 +61,7 @@ struct Faulty : testing::Test {
             putList<LogDrvInfo>(reply, {arrayOf(0, {0})});
         return 0;
     }
-    void answerWith(const std::string& wanted, std::function<int(void* reply, std::size_t size)> answer) {
+    void replyWith(const std::string& wanted, std::function<int(void* reply, std::size_t size)> answer) {
         special = [=](const std::string& operation, void* reply, std::size_t size) {
             return operation == wanted ? answer(reply, size) : -1;
         };
@@ -82,7 +82,7 @@ TEST_F(Faulty, HealthyControllerHasNone) {
 }
 
 TEST_F(Faulty, RefusedOperationLeavesItsPartEmpty) {
-    answerWith("q5_getBatteryInfo", [](void*, std::size_t) { return 8; });
+    replyWith("q5_getBatteryInfo", [](void*, std::size_t) { return 8; });
     const Controller controller = read();
     EXPECT_FALSE(controller.battery);
     EXPECT_TRUE(controller.info);
@@ -91,14 +91,14 @@ TEST_F(Faulty, RefusedOperationLeavesItsPartEmpty) {
 }
 
 TEST_F(Faulty, UnknownBuzzerIsNoFault) {
-    answerWith("q5_getBuzzerStatus", [](void*, std::size_t) { return 1; });
+    replyWith("q5_getBuzzerStatus", [](void*, std::size_t) { return 1; });
     const Controller controller = read();
     EXPECT_FALSE(controller.buzzer);
     EXPECT_EQ(controller.faults, FaultList());
 }
 
 TEST_F(Faulty, FaultOfADriveBelongsToTheDrive) {
-    answerWith("q5_getHBAMediaPatrolProgress", [](void*, std::size_t) { return 1; });
+    replyWith("q5_getHBAMediaPatrolProgress", [](void*, std::size_t) { return 1; });
     const Controller controller = read();
     EXPECT_EQ(controller.faults, FaultList());
     EXPECT_EQ(controller.drives[0].faults,
@@ -115,7 +115,7 @@ TEST_F(Faulty, OverrunIsNoticed) {
                                                                {"q5_getBuzzerStatus", 1},
                                                                {"q5_getControllerSettings", 88}};
     for (const auto& [operation, announced] : operations) {
-        answerWith(operation, [](void* reply, std::size_t size) {
+        replyWith(operation, [](void* reply, std::size_t size) {
             static_cast<std::uint8_t*>(reply)[size] = 0;
             return 0;
         });
@@ -124,7 +124,7 @@ TEST_F(Faulty, OverrunIsNoticed) {
 }
 
 TEST_F(Faulty, OverrunOfAListKeepsItsRecords) {
-    answerWith("q5_getPhyDrvInfo", [](void* reply, std::size_t size) {
+    replyWith("q5_getPhyDrvInfo", [](void* reply, std::size_t size) {
         putList<PhyDrvInfo>(reply, {driveOf(4)});
         static_cast<std::uint8_t*>(reply)[size + 200] = 1;
         return 0;
@@ -136,7 +136,7 @@ TEST_F(Faulty, OverrunOfAListKeepsItsRecords) {
 }
 
 TEST_F(Faulty, ImpossibleByteCountIsBounded) {
-    answerWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
+    replyWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
         putList<LogDrvInfo>(reply, {arrayOf(0, {0})}, 0xFFFFFFFF);
         return 0;
     });
@@ -149,7 +149,7 @@ TEST_F(Faulty, ImpossibleByteCountIsBounded) {
 }
 
 TEST_F(Faulty, ByteCountBelowTheHeaderIsAnEmptyList) {
-    answerWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
+    replyWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
         putList<LogDrvInfo>(reply, {}, 63);
         return 0;
     });
@@ -158,7 +158,7 @@ TEST_F(Faulty, ByteCountBelowTheHeaderIsAnEmptyList) {
 }
 
 TEST_F(Faulty, ImpossibleMemberCountIsBounded) {
-    answerWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
+    replyWith("q5_getLogDrvInfo", [](void* reply, std::size_t) {
         LogDrvInfo drive = arrayOf(0, {});
         drive.diskCount = 33;
         putList<LogDrvInfo>(reply, {drive});
@@ -171,7 +171,7 @@ TEST_F(Faulty, ImpossibleMemberCountIsBounded) {
 }
 
 TEST_F(Faulty, ImpossibleExtentCountIsBounded) {
-    answerWith("q5_getPhyDrvInfo", [](void* reply, std::size_t) {
+    replyWith("q5_getPhyDrvInfo", [](void* reply, std::size_t) {
         PhyDrvInfo drive = driveOf(0);
         drive.extentCount = 17;
         putList<PhyDrvInfo>(reply, {drive});
@@ -182,7 +182,7 @@ TEST_F(Faulty, ImpossibleExtentCountIsBounded) {
 
 // An adapter that always answers with the same page would be called endlessly.
 TEST_F(Faulty, RepeatedPageEndsTheListing) {
-    answerWith("q5_getPhyDrvInfo", [](void* reply, std::size_t) {
+    replyWith("q5_getPhyDrvInfo", [](void* reply, std::size_t) {
         std::vector<PhyDrvInfo> page;
         for (std::uint16_t id = 0; id < 16; ++id)
             page.push_back(driveOf(id));
@@ -195,7 +195,7 @@ TEST_F(Faulty, RepeatedPageEndsTheListing) {
 }
 
 TEST_F(Faulty, DriveSettingsOfAnotherDriveAreNotTaken) {
-    answerWith("q5_getPhyDrvSettings", [](void* reply, std::size_t) {
+    replyWith("q5_getPhyDrvSettings", [](void* reply, std::size_t) {
         Reply<PhyDrvSettings, 1> settings = {};
         settings.record[0].pdId = 9;
         put(reply, settings);
@@ -230,7 +230,7 @@ TEST_F(Faulty, ProgressBeyond100IsAFault) {
 
 // The mask has a bit for each of 32 drives, named by the logical drive or not.
 TEST_F(Faulty, LostDriveThatIsNoMemberIsAddedToTheMembers) {
-    answerWith("q5_getAryLostDisk", [](void* reply, std::size_t) {
+    replyWith("q5_getAryLostDisk", [](void* reply, std::size_t) {
         put(reply, std::uint32_t{0x80000001});
         return 0;
     });
@@ -242,7 +242,7 @@ TEST_F(Faulty, LostDriveThatIsNoMemberIsAddedToTheMembers) {
 }
 
 TEST_F(Faulty, ControllersAreBounded) {
-    giveAnswer = [](const std::string& operation, void* reply, std::size_t) {
+    respondInTest = [](const std::string& operation, void* reply, std::size_t) {
         if (operation == "q5_getNumberOfHBA")
             put(reply, std::uint32_t{4000000000});
         return operation == "q5_getPhyDrvInfo" ? 1 : 0;
@@ -257,7 +257,7 @@ TEST_F(Faulty, ControllersAreBounded) {
 
 TEST_F(Faulty, LibraryThatDoesNotOpenIsAFaultOfTheSnapshot) {
     for (const char* refused : {"q5_initialize", "q5_discover"}) {
-        giveAnswer = [&](const std::string& operation, void*, std::size_t) {
+        respondInTest = [&](const std::string& operation, void*, std::size_t) {
             return operation == refused ? 5 : 0;
         };
         Snapshot snapshot;

@@ -44,8 +44,8 @@ static void fillHeader(Random* random, void* reply, std::size_t size) {
     static_cast<ReplyHeader*>(reply)->bytesUsed = static_cast<std::uint32_t>((*random)() % (size + 16));
 }
 
-static int answerAtRandom(Random* random, unsigned density, const std::string& operation, void* reply,
-                          std::size_t size) {
+static int replyAtRandom(Random* random, unsigned density, const std::string& operation, void* reply,
+                         std::size_t size) {
     if (reply != nullptr)
         fillReply(random, density, reply, size);
     if (operation == "q5_getNumberOfHBA") {
@@ -61,8 +61,8 @@ static int answerAtRandom(Random* random, unsigned density, const std::string& o
 static Snapshot randomSnapshot(unsigned seed) {
     Random random(seed);
     const unsigned density = seed % 9;
-    giveAnswer = [&](const std::string& operation, void* reply, std::size_t size) {
-        return answerAtRandom(&random, density, operation, reply, size);
+    respondInTest = [&](const std::string& operation, void* reply, std::size_t size) {
+        return replyAtRandom(&random, density, operation, reply, size);
     };
     Snapshot snapshot;
     if (openAdapters(&snapshot) == OpenResult::opened) {

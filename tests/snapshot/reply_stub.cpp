@@ -1,14 +1,14 @@
-// Hands every operation on to the answer that a test gives.
+// Passes every operation to the function that a test provides.
 #include "tests/snapshot/reply_stub.h"
 
 #include "tests/stub_adapter.h"
 
-Answer giveAnswer;
+Responder respondInTest;
 std::set<std::string> calledOperations;
 
 int respond(const char* operation, void* reply, std::size_t size) {
     calledOperations.insert(operation);
-    return giveAnswer(operation, reply, size);
+    return respondInTest(operation, reply, size);
 }
 
 int respondWithList(const char* operation, void* reply, std::size_t size) {

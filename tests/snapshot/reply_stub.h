@@ -1,4 +1,4 @@
-// An adapter whose answers a test gives. Every operation that is called is noted.
+// An adapter whose replies a test provides. The names of the operations called are recorded.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-// Answers one call: fills the reply of size bytes, which was all zero, and returns the result.
-using Answer = std::function<int(const std::string& operation, void* reply, std::size_t size)>;
+// Replies to one call: fills the reply of size bytes, which was all zero, and returns the result.
+using Responder = std::function<int(const std::string& operation, void* reply, std::size_t size)>;
 
-extern Answer giveAnswer;
+extern Responder respondInTest;
 extern std::set<std::string> calledOperations;

@@ -14,7 +14,7 @@ TEST(Printable, KeepsTextAndEscapesWhatChangesTheDisplay) {
     EXPECT_EQ(printable(std::string_view("\0", 1)), "\\x00");
 }
 
-TEST(Utf8, RefusesWhatIsNone) {
+TEST(Utf8, RejectsInvalidBytes) {
     for (const char* good :
          {"", "a", "\u0080", "\u07ff", "\u0800", "\ud7ff", "\ue000", "\U00010000", "\U0010ffff"})
         EXPECT_TRUE(isUtf8(good)) << good;

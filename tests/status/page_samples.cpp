@@ -173,7 +173,7 @@ static Snapshot makeFaulted() {
     return snapshot;
 }
 
-static constexpr std::string_view kHostileTexts[] = {
+static constexpr std::string_view kUntrustedTexts[] = {
     "</style><script>x=1</script>",
     "\"><img src=x onerror=x=1>",
     "' onload='x=1",
@@ -197,8 +197,8 @@ static constexpr std::string_view kHostileTexts[] = {
     "",
 };
 
-std::span<const std::string_view> hostileTexts() {
-    return kHostileTexts;
+std::span<const std::string_view> untrustedTexts() {
+    return kUntrustedTexts;
 }
 
 static void setTexts(const RecordType& type, void* record, std::string_view text) {
@@ -232,13 +232,13 @@ Snapshot withTexts(std::string_view text) {
     return snapshot;
 }
 
-static Snapshot makeHostile() {
+static Snapshot makeUntrusted() {
     Snapshot snapshot = withTexts("");
     Controller& controller = snapshot.controllers[0];
     controller.drives = makeLarge().controllers[0].drives;
     controller.logicalDrives = makeLarge().controllers[0].logicalDrives;
     std::size_t at = 0;
-    const auto next = [&] { return kHostileTexts[at++ % std::size(kHostileTexts)]; };
+    const auto next = [&] { return kUntrustedTexts[at++ % std::size(kUntrustedTexts)]; };
     for (LogicalDrive& drive : controller.logicalDrives)
         setTexts(&drive.info, next());
     for (Drive& drive : controller.drives)
@@ -283,8 +283,8 @@ Snapshot withNoise(std::uint32_t seed) {
 }
 
 static constexpr PageSample kSamples[] = {
-    {"large", makeLarge},     {"empty", makeEmpty}, {"faulted", makeFaulted},
-    {"hostile", makeHostile}, {"noise", noisy},
+    {"large", makeLarge},         {"empty", makeEmpty}, {"faulted", makeFaulted},
+    {"untrusted", makeUntrusted}, {"noise", noisy},
 };
 
 std::span<const PageSample> pageSamples() {

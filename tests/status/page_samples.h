@@ -16,7 +16,7 @@ std::span<const PageSample> pageSamples();
 Snapshot withTexts(std::string_view text);
 
 // Texts that try to leave their place.
-std::span<const std::string_view> hostileTexts();
+std::span<const std::string_view> untrustedTexts();
 
 // Every byte of every record comes from a generator with this seed.
 Snapshot withNoise(std::uint32_t seed);

@@ -88,7 +88,7 @@ static LogicalDrive onlineArray(std::uint16_t arrayId, RaidLevel level) {
     return drive;
 }
 
-TEST(Rules, FindAnInaccessibleMemberThatNobodyReportsAsLost) {
+TEST(Rules, FindAnInaccessibleMemberThatIsNotReportedAsLost) {
     Controller controller;
     controller.drives.push_back(driveWith(5, assignedExtent(3, 0)));
     controller.logicalDrives.push_back(onlineArray(3, kRaid0));

@@ -38,7 +38,7 @@ TEST(TryReport, DurationsHaveTwoUnits) {
     EXPECT_EQ(durationText(7265), "2 hours 1 minute");
 }
 
-TEST(TryReport, NothingIsLostByNothing) {
+TEST(TryReport, NoChangeLosesNothing) {
     EXPECT_EQ(lossAfter(captured()), TextLines{});
 }
 

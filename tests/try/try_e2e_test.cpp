@@ -1,4 +1,4 @@
-// cli-try over worlds that stand for the real adapters. Their library ends the program that calls anything
+// cli-try over worlds in the role of the real adapters. Their library ends the program that calls anything
 // but the operations that read, and it comes first in the library path.
 #include <gtest/gtest.h>
 
@@ -214,7 +214,7 @@ TEST(Try, AdaptersThatCannotBeRead) {
                               "with result 1\n"}));
 }
 
-TEST(Try, SaysWhatIsAssumedOfThisCopy) {
+TEST(Try, PrintsTheAssumptionsOfThisCopy) {
     TrySession session;
     session.useWorld(R"({"controllers": [{"drives": [{"id": 2, "sectors": 4096}]}]})");
     EXPECT_EQ(

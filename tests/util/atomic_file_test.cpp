@@ -251,7 +251,7 @@ TEST_F(AtomicFile, TriesAHundredTemporaryNames) {
     EXPECT_EQ(content("file"), "new");
 }
 
-// Such a directory cannot be opened, hence not be synchronized.
+// Such a directory cannot be opened, and therefore not synchronized.
 TEST_F(AtomicFile, ReplacesAFileInADirectoryThatMayNotBeRead) {
     chmod(directory.c_str(), 0333);
     EXPECT_EQ(runAsNobody([&] { EXPECT_TRUE(replace(path("file"), "new")); }), 0);

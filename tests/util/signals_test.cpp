@@ -11,7 +11,7 @@ static void count(int) {
 }
 }
 
-TEST(Signals, AreDeliveredAfterwards) {
+TEST(Signals, AreDeliveredAfterward) {
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP, SIGTTOU, SIGPIPE}) {
         delivered = 0;
         const auto former = std::signal(signal, count);

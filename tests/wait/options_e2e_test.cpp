@@ -23,7 +23,7 @@ TEST_F(WaitOptions, PrintsHelpAndVersion) {
     EXPECT_EQ(session.run({"-V"}), (ProcessOutcome{0, "cli-wait " CLI_WAIT_VERSION "\n", ""}));
 }
 
-TEST_F(WaitOptions, RefusesWhatIsNoNumber) {
+TEST_F(WaitOptions, RefusesInvalidNumbers) {
     expectRefused({"-i", "x"}, "--controller: \"x\" is not a number from 0 to 65535");
     expectRefused({"-i", "65536"}, "--controller: \"65536\" is not a number from 0 to 65535");
     expectRefused({"-l", "-1"}, "--logical-drive: \"-1\" is not a number from 0 to 65535");

@@ -84,7 +84,7 @@ TEST_F(WaitTerminal, AdaptsToTheWidth) {
     EXPECT_EQ(run("-l 0 --every 2").status, 0);
 }
 
-TEST_F(WaitTerminal, GetsAlongWithTinyTerminals) {
+TEST_F(WaitTerminal, HandlesTinyTerminals) {
     simulateAfter(kHide + "0%\r\n", "advance --until-idle");
     EXPECT_EQ(run("-l 0 --every 0.1", "cols 5 rows 2").status, 0);
 }

@@ -1,4 +1,4 @@
-// When a wait is over, with which exit status, and what is said meanwhile.
+// When a wait is over, with which exit status, and what is printed meanwhile.
 #include <gtest/gtest.h>
 
 #include "tests/wait/views.h"
@@ -6,58 +6,58 @@
 static constexpr std::int64_t kMinute = 60'000;
 static const std::string kArchive = "logical drive 0 Archive of controller 0";
 
-// Feeds views at given times, and collects what is said: errors begin with "! ".
+// Feeds views at given times, and collects the messages: errors begin with "! ".
 struct Watching : testing::Test {
     Watch watch;
-    std::string said;
+    std::string messages;
 
     Verdict take(const View& view, std::int64_t now = 0) {
         const Verdict verdict = takeView(&watch, view, now);
         reportPercentages(&watch, now, 0);
         for (const Message& message : watch.messages)
-            said += (message.isError ? "! " : "") + message.text + "\n";
+            messages += (message.isError ? "! " : "") + message.text + "\n";
         watch.messages.clear();
         return verdict;
     }
-    void expectSaid(const std::string& expected) {
-        EXPECT_EQ(said, expected);
-        said.clear();
+    void expectMessages(const std::string& expected) {
+        EXPECT_EQ(messages, expected);
+        messages.clear();
     }
 };
 
 TEST_F(Watching, FinishesAtOnceWhenNothingIsActive) {
     EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
-    expectSaid("no activity is running\n" + kArchive + " is online\n");
+    expectMessages("no activity is running\n" + kArchive + " is online\n");
 }
 
 TEST_F(Watching, ReportsAStateThatNoActivityImproves) {
     EXPECT_EQ(take(quietView(ArrayState::degraded)), Verdict::notOnline);
-    expectSaid("no activity is running\n" + kArchive + " is degraded\n");
+    expectMessages("no activity is running\n" + kArchive + " is degraded\n");
     watch.options.kinds = kRebuilding;
     EXPECT_EQ(take(quietView(ArrayState::critical)), Verdict::notOnline);
-    expectSaid("no rebuild is running\n" + kArchive + " is critical\n");
+    expectMessages("no rebuild is running\n" + kArchive + " is critical\n");
 }
 
 TEST_F(Watching, FinishesWithoutAnyLogicalDrive) {
     EXPECT_EQ(take(View{}), Verdict::finished);
-    expectSaid("no activity is running\n");
+    expectMessages("no activity is running\n");
 }
 
 TEST_F(Watching, WaitsForTheEndOfAnActivity) {
     EXPECT_EQ(take(activeView(kRebuilding, 45)), Verdict::waiting);
-    expectSaid("rebuild of " + kArchive + ": 45%\n");
+    expectMessages("rebuild of " + kArchive + ": 45%\n");
     EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::waiting);
-    expectSaid("rebuild of " + kArchive + " has ended\n");
+    expectMessages("rebuild of " + kArchive + " has ended\n");
     EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
-    expectSaid(kArchive + " is online\n");
+    expectMessages(kArchive + " is online\n");
 }
 
 TEST_F(Watching, ReportsAnAbortedActivity) {
     take(activeView(kRebuilding, 45));
     take(quietView(ArrayState::critical));
     EXPECT_EQ(take(quietView(ArrayState::critical)), Verdict::notOnline);
-    expectSaid("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-               " is critical\n");
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " is critical\n");
 }
 
 TEST_F(Watching, FollowsAChainOfActivities) {
@@ -66,9 +66,9 @@ TEST_F(Watching, FollowsAChainOfActivities) {
     EXPECT_EQ(take(activeView(kSynchronizing, 0)), Verdict::waiting);
     EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::waiting);
     EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
-    expectSaid("rebuild of " + kArchive + ": 99%\nrebuild of " + kArchive + " has ended\n" +
-               "synchronization of " + kArchive + ": 0%\nsynchronization of " + kArchive + " has ended\n" +
-               kArchive + " is online\n");
+    expectMessages("rebuild of " + kArchive + ": 99%\nrebuild of " + kArchive + " has ended\n" +
+                   "synchronization of " + kArchive + ": 0%\nsynchronization of " + kArchive +
+                   " has ended\n" + kArchive + " is online\n");
 }
 
 // Of several logical drives, only those that were waited for count.
@@ -86,25 +86,25 @@ TEST_F(Watching, ReportsADeletedLogicalDrive) {
     take(activeView(kRebuilding, 45));
     take(View{});
     EXPECT_EQ(take(View{}), Verdict::notOnline);
-    expectSaid("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-               " no longer exists\n");
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " no longer exists\n");
 }
 
 TEST_F(Watching, EndsWhenOnlyPausedActivitiesAreLeft) {
     EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::paused);
-    expectSaid("rebuild of " + kArchive + " is paused at 45%\nonly paused activities are left\n");
+    expectMessages("rebuild of " + kArchive + " is paused at 45%\nonly paused activities are left\n");
 }
 
 TEST_F(Watching, WaitsWhileAnotherActivityRuns) {
     View view = activeView(kRebuilding, 45, true);
     view.activities.push_back({kRedundancyChecking, arrayTarget(0, 1, ""), 7, false});
     EXPECT_EQ(take(view), Verdict::waiting);
-    expectSaid("rebuild of " + kArchive +
-               " is paused at 45%\n"
-               "redundancy check of logical drive 1 of controller 0: 7%\n");
+    expectMessages("rebuild of " + kArchive +
+                   " is paused at 45%\n"
+                   "redundancy check of logical drive 1 of controller 0: 7%\n");
     view.activities.pop_back();
     EXPECT_EQ(take(view), Verdict::paused);
-    expectSaid(
+    expectMessages(
         "redundancy check of logical drive 1 of controller 0 has ended\nonly paused activities are left\n");
 }
 
@@ -112,9 +112,9 @@ TEST_F(Watching, WaitsForPausedActivitiesToo) {
     watch.options.pausedToo = true;
     EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::waiting);
     EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::waiting);
-    expectSaid("rebuild of " + kArchive + " is paused at 45%\n");
+    expectMessages("rebuild of " + kArchive + " is paused at 45%\n");
     EXPECT_EQ(take(activeView(kRebuilding, 46)), Verdict::waiting);
-    expectSaid("rebuild of " + kArchive + " was resumed at 46%\nrebuild of " + kArchive + ": 46%\n");
+    expectMessages("rebuild of " + kArchive + " was resumed at 46%\nrebuild of " + kArchive + ": 46%\n");
 }
 
 TEST_F(Watching, TimesOut) {
@@ -131,19 +131,19 @@ TEST_F(Watching, FinishesRatherThanTimingOut) {
 
 TEST_F(Watching, GivesUpWhenTheFirstReadingFails) {
     EXPECT_EQ(take(failedView()), Verdict::unreadable);
-    expectSaid("! controller 0: q5_getLogDrvInfo failed with result 1\n");
+    expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1\n");
 }
 
 TEST_F(Watching, ToleratesTwoFailedReadings) {
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(take(activeView(kRebuilding, 45)), Verdict::waiting);
-        said.clear();
+        messages.clear();
         EXPECT_EQ(take(failedView()), Verdict::waiting);
         EXPECT_EQ(take(failedView()), Verdict::waiting);
-        expectSaid("! controller 0: q5_getLogDrvInfo failed with result 1; trying again\n");
+        expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1; trying again\n");
     }
     EXPECT_EQ(take(failedView()), Verdict::unreadable);
-    expectSaid("! controller 0: q5_getLogDrvInfo failed with result 1\n");
+    expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1\n");
 }
 
 // A failed reading says nothing about activities.
@@ -156,17 +156,17 @@ TEST_F(Watching, KeepsActivitiesDuringFailures) {
 
 TEST_F(Watching, WaitsForAnActivityWithoutReadableProgress) {
     EXPECT_EQ(take(activeView(kMigrating, std::nullopt)), Verdict::waiting);
-    expectSaid("");
+    expectMessages("");
     EXPECT_EQ(take(activeView(kMigrating, 3)), Verdict::waiting);
-    expectSaid("migration of " + kArchive + ": 3%\n");
+    expectMessages("migration of " + kArchive + ": 3%\n");
 }
 
 TEST_F(Watching, FinishesWithACompletedPatrol) {
     EXPECT_EQ(take(patrolView(kPatrolRunning, 12)), Verdict::waiting);
     take(patrolView(0));
     EXPECT_EQ(take(patrolView(0)), Verdict::finished);
-    expectSaid("media patrol of drive 3 of controller 0: 12%\n"
-               "media patrol of drive 3 of controller 0 has ended\n");
+    expectMessages("media patrol of drive 3 of controller 0: 12%\n"
+                   "media patrol of drive 3 of controller 0 has ended\n");
 }
 
 TEST_F(Watching, ReportsAPatrolThatDidNotComplete) {
@@ -177,37 +177,37 @@ TEST_F(Watching, ReportsAPatrolThatDidNotComplete) {
         watch = Watch{};
         take(patrolView(kPatrolRunning, 12));
         take(patrolView(state));
-        said.clear();
+        messages.clear();
         EXPECT_EQ(take(patrolView(state)), Verdict::notOnline);
-        expectSaid(std::string("media patrol of drive 3 of controller 0") + text);
+        expectMessages(std::string("media patrol of drive 3 of controller 0") + text);
     }
 }
 
 TEST_F(Watching, ReportsAPatrolledDriveThatIsGone) {
     take(patrolView(kPatrolRunning, 12));
     take(View{});
-    said.clear();
+    messages.clear();
     EXPECT_EQ(take(View{}), Verdict::notOnline);
-    expectSaid("drive 3 of controller 0 is no longer listed\n");
+    expectMessages("drive 3 of controller 0 is no longer listed\n");
 }
 
-TEST_F(Watching, SaysThatNoPatrolIsRunning) {
+TEST_F(Watching, ReportsThatNoPatrolIsRunning) {
     watch.options.kinds = kMediaPatrol;
     EXPECT_EQ(take(patrolView(kPatrolStopped)), Verdict::finished);
-    expectSaid("no media patrol is running\n");
+    expectMessages("no media patrol is running\n");
 }
 
 // One line for each changed percentage, at most one a minute.
 TEST_F(Watching, PrintsAtMostOneLineAMinute) {
     take(activeView(kRebuilding, 45), 0);
     take(activeView(kRebuilding, 46), kMinute - 1);
-    expectSaid("rebuild of " + kArchive + ": 45%\n");
+    expectMessages("rebuild of " + kArchive + ": 45%\n");
     take(activeView(kRebuilding, 46), kMinute);
-    expectSaid("rebuild of " + kArchive + ": 46%\n");
+    expectMessages("rebuild of " + kArchive + ": 46%\n");
     take(activeView(kRebuilding, 46), 3 * kMinute);
-    expectSaid("");
+    expectMessages("");
     take(activeView(kRebuilding, 20), 4 * kMinute);
-    expectSaid("rebuild of " + kArchive + ": 20%\n");
+    expectMessages("rebuild of " + kArchive + ": 20%\n");
 }
 
 // Steps to 46% at minute 1 and 48% at minute 2; 52% are left at 2% a minute. The clock reads 00:00 UTC.
@@ -216,7 +216,7 @@ TEST_F(Watching, PrintsRateAndEnd) {
     tzset();
     take(activeView(kRebuilding, 45), 0);
     take(activeView(kRebuilding, 46), kMinute);
-    said.clear();
+    messages.clear();
     take(activeView(kRebuilding, 48), 2 * kMinute);
-    expectSaid("rebuild of " + kArchive + ": 48%, 2.0%/min, ends about 00:26\n");
+    expectMessages("rebuild of " + kArchive + ": 48%, 2.0%/min, ends about 00:26\n");
 }

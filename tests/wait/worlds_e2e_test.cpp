@@ -165,7 +165,7 @@ TEST_F(WaitWorlds, ReportsAdaptersThatCannotBeOpened) {
 }
 
 // Without a terminal there is nothing to restore.
-TEST_F(WaitWorlds, DiesOfASignal) {
+TEST_F(WaitWorlds, EndsWithTheSignal) {
     EXPECT_EQ(failed("fail-drive 0 2"), "");
     for (const auto& [name, number] : {std::pair{"INT", 2}, {"TERM", 15}, {"HUP", 1}}) {
         // A shell ignores SIGINT in its background jobs: env restores the default.

@@ -41,7 +41,7 @@ static void print(const Lines& lines) {
 static std::string findCli(const BackupOptions& options, const char* argument0, std::string* program) {
     char resolved[PATH_MAX];
     if (options.cli.empty())
-        *program = programBeside(argument0, "cli");
+        *program = siblingProgram(argument0, "cli");
     else if (realpath(options.cli.c_str(), resolved) != nullptr)
         *program = resolved;
     else if (options.cli.find('/') == std::string::npos)
@@ -87,7 +87,7 @@ static std::string exportConfiguration(const Store& store, const std::string& cl
     return problem;
 }
 
-// Reads everything twice, through cli and by itself. Both must be of one and the same state.
+// Reads everything twice, by cli export and directly. Both must show the same state.
 static std::string readAdapters(const Store& store, const std::string& cli, Content* content) {
     std::string problem;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -115,7 +115,7 @@ static Lines changesSince(const Backup& previous, const Content& now) {
     return lines;
 }
 
-// What is on the disk has to be the snapshot, and cli-status has to accept it.
+// Reads the file back: it must contain the snapshot, in the form that cli-status accepts.
 static std::string writeSnapshot(const Store& store, Content* content) {
     const Limits limits;
     const Findings findings = evaluate(content->snapshot, limits, nullptr);
@@ -132,7 +132,7 @@ static std::string writeSnapshot(const Store& store, Content* content) {
     return refused.empty() ? "" : path + ": " + refused;
 }
 
-// Old backups are removed only when nothing about the new one is worse.
+// Old backups are removed only if the new one lacks nothing.
 static int save(const BackupOptions& options, Store* store, const Backup& previous, const Lines& warnings,
                 Content* content) {
     const std::string stem = stemFor(*store, std::time(nullptr));

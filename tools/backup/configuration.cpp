@@ -1,4 +1,4 @@
-// What an export of a snapshot's adapters has to hold.
+// The configuration file expected for a snapshot.
 #include "tools/backup/configuration.h"
 
 #include <algorithm>

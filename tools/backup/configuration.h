@@ -1,4 +1,4 @@
-// The configuration file that cli exports, next to a snapshot of the same adapters.
+// Compares the configuration file that cli exports with a snapshot of the same adapters.
 #pragma once
 
 #include <string>
@@ -7,14 +7,14 @@
 #include "tools/status/changes.h"
 
 // Compares the text of an exported file with a snapshot: every block, their number and their order. Returns
-// the first difference, or nothing.
+// the first difference; empty if there is none.
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot);
 
 // What the snapshot could not read and an export therefore writes as zeros, or leaves out.
 Lines unreadableLines(const Snapshot& snapshot);
 
-// A line for each setting that is different in two files, blocks of one and the same object compared.
+// A line for each setting that differs between the blocks of the same object in two files.
 Lines configurationChanges(const std::string& earlier, const std::string& now);
 
-// A line for each drive whose extents or speed differ: the files do not hold them.
+// A line for each drive whose extents or speed differ, which are not in the files.
 Lines layoutChanges(const Snapshot& earlier, const Snapshot& now);

@@ -98,7 +98,7 @@ Lines configurationChanges(const std::string& earlier, const std::string& now) {
     return lines;
 }
 
-// What an extent is for, without states that come and go.
+// What an extent is used for, without transient states.
 static bool isSameExtent(const ExtentEntry& a, const ExtentEntry& b) {
     return a.index == b.index && a.assignment == b.assignment && a.arrayId == b.arrayId &&
            a.start == b.start && a.size == b.size;

@@ -59,13 +59,13 @@ Lines fewerLines(const Snapshot& now, const Snapshot& earlier) {
     return lines;
 }
 
-// Whether one of the newer snapshots holds at least as much.
+// Whether one of the newer snapshots has at least as many objects.
 static bool isReplaced(const Snapshot& old, const std::vector<Snapshot>& newer) {
     return std::any_of(newer.begin(), newer.end(),
                        [&](const Snapshot& each) { return fewerLines(each, old).empty(); });
 }
 
-// What cannot be read replaces nothing, and stays.
+// An unreadable backup replaces no other and is kept.
 std::string rotate(const Store& store, std::size_t keep) {
     if (store.stems.size() <= keep)
         return "";

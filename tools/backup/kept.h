@@ -6,21 +6,21 @@
 #include "tools/status/changes.h"
 
 struct Backup {
-    std::string stem; // empty: there is none
+    std::string stem; // empty: no backup
     Snapshot snapshot;
     std::string configuration;
 };
 
-// Reads one backup. Returns what is wrong with it, or nothing.
+// Reads one backup. Returns an error message, empty on success.
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup);
 
 // The newest backup that can be read; a warning for each newer one that cannot.
 Backup readNewest(const Store& store, Lines* warnings);
 
-// What the snapshot has fewer of than the earlier one: controllers, or drives or logical drives of one of
-// them.
+// A line for each kind of object of which there are fewer than before: controllers, or drives or logical
+// drives of one of them.
 Lines fewerLines(const Snapshot& now, const Snapshot& earlier);
 
-// Removes old backups until only the given number is left. One that holds more than every newer one stays
-// nevertheless. Returns what is wrong, or nothing.
+// Removes old backups until only the given number is left. One that has more objects than every newer
+// one is kept. Returns an error message, empty on success.
 std::string rotate(const Store& store, std::size_t keep);

@@ -11,7 +11,7 @@ static constexpr OptionRow kOptionRows[] = {
     {'V', "version", nullptr, "print the version"},
 };
 
-static constexpr std::uint64_t kMostKept = 100000;
+static constexpr std::uint64_t kMaxKept = 100000;
 
 static constexpr OptionTable kTable = {
     "cli-backup", TOOL_VERSION,
@@ -34,10 +34,10 @@ static OptionsResult apply(const OptionRow& row, const char* argument, BackupOpt
         return setName(row, argument, &options->directory);
     if (name == "cli")
         return setName(row, argument, &options->cli);
-    if (!readNumber(argument, kMostKept, &options->keep) || options->keep == 0)
+    if (!readNumber(argument, kMaxKept, &options->keep) || options->keep == 0)
         return refuseOptions(kTable, std::string("\"") + argument +
                                          "\" is not a number of backups from 1 to " +
-                                         std::to_string(kMostKept));
+                                         std::to_string(kMaxKept));
     return OptionsResult::run;
 }
 

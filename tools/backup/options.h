@@ -9,7 +9,7 @@ inline constexpr std::uint64_t kDefaultKeep = 30;
 struct BackupOptions {
     std::string directory; // empty: the default one, which is created
     std::uint64_t keep = kDefaultKeep;
-    std::string cli; // the program that exports; empty: the one beside this program
+    std::string cli; // the program that exports; empty: cli in the same directory
 };
 
 OptionsResult readBackupOptions(int argc, char** argv, BackupOptions* options);

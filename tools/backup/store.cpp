@@ -17,7 +17,7 @@
 
 static constexpr char kWorkName[] = ".cli-backup";
 static constexpr std::size_t kStampSize = 16; // YYYYMMDDTHHMMSSZ
-static constexpr std::size_t kLongestHost = 64;
+static constexpr std::size_t kMaxHostLength = 64;
 
 static std::string failure(const std::string& action, const std::string& path) {
     return "cannot " + action + " " + path + ": " + std::strerror(errno);
@@ -31,7 +31,7 @@ std::string hostForNames() {
             c = '_';
     if (!host.empty() && (host[0] == '.' || host[0] == '-'))
         host[0] = '_';
-    return host.empty() ? "localhost" : host.substr(0, kLongestHost);
+    return host.empty() ? "localhost" : host.substr(0, kMaxHostLength);
 }
 
 static std::string stamp(std::time_t time) {
@@ -54,7 +54,7 @@ static int number(const std::string& text, std::size_t start, std::size_t count)
     return std::atoi(text.substr(start, count).c_str());
 }
 
-// The time of a stamp, as seconds. Its parts are digits but need not make a date.
+// The time of a stamp, as seconds. Its parts are digits but may not form a date.
 static std::time_t timeOf(const std::string& text) {
     std::tm parts = {};
     parts.tm_year = number(text, 0, 4) - 1900;
@@ -113,7 +113,7 @@ std::string workPath(const Store& store, const char* name) {
     return store.work + "/" + name;
 }
 
-// A .json without its .cfg was to become a backup, or has been one.
+// A .json without its .cfg is left from an interrupted publication or removal.
 static std::string listBackups(Store* store) {
     std::vector<std::string> names;
     std::string problem = listNames(store->directory, &names);
@@ -165,7 +165,7 @@ void closeStore(Store* store) {
     store->lock = -1;
 }
 
-// A file system that cannot synchronize says so by EINVAL; nothing more can be done there.
+// A file system that cannot synchronize directories returns EINVAL.
 std::string synchronize(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0)

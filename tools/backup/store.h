@@ -1,5 +1,5 @@
 // The directory of backups. A backup is a pair of files, HOST-YYYYMMDDTHHMMSSZ.json and the same with .cfg.
-// The .json gets its name first and loses it last, so that a .cfg shows that its pair is complete.
+// The .json is renamed first and removed last: a .cfg exists only while its pair is complete.
 #pragma once
 
 #include <ctime>
@@ -14,26 +14,26 @@ struct Store {
     std::vector<std::string> stems; // of the complete backups, without suffix, oldest first
 };
 
-// This host's name, fit for a file name.
+// This host's name, made safe for a file name.
 std::string hostForNames();
 
 // The name of a backup of this time, or of the second after the newest one if the clock says earlier.
 std::string stemFor(const Store& store, std::time_t now);
 
-// Locks the directory, removes what an interrupted run left, and lists the backups. Returns what is wrong, or
-// nothing.
+// Locks the directory, removes what an interrupted run left, and lists the backups. Returns an error message,
+// empty on success.
 std::string openStore(Store* store);
 void closeStore(Store* store);
 
 std::string pathOf(const Store& store, const std::string& stem, const char* suffix);
 std::string workPath(const Store& store, const char* name);
 
-// Gives the two finished files in the work directory their names. Returns what is wrong, or nothing; a
-// backup is then there or not.
+// Moves the two finished files from the work directory to their names. Returns an error message, empty on
+// success; after an error the backup may exist.
 std::string publish(const Store& store, const std::string& stem);
 
-// Removes a backup, so that at no time half of it counts.
+// Removes a backup: first the file that marks it as complete.
 std::string removeBackup(const Store& store, const std::string& stem);
 
-// Writes back what the system has buffered of a file or directory. Returns what is wrong, or nothing.
+// Synchronizes a file or directory with the disk. Returns an error message, empty on success.
 std::string synchronize(const std::string& path);

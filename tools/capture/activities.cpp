@@ -1,4 +1,4 @@
-// The progress of activities, and the check of what came out against the adapters' own report.
+// Converts the progress of activities, and compares the result with the adapters' report.
 #include <algorithm>
 
 #include "simulator/engine/cache.h"

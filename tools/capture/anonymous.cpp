@@ -1,11 +1,11 @@
-// Serials and names of a snapshot, replaced: equal ones by equal ones.
+// Replaces the serials and names of a snapshot: equal ones by equal ones.
 #include <algorithm>
 #include <cstring>
 #include <map>
 
 #include "tools/capture/capture.h"
 
-// Replacements in order of appearance: "serial-1", "serial-2". Nothing stays nothing.
+// Replacements in order of appearance: "serial-1", "serial-2". Empty texts stay empty.
 struct Pseudonyms {
     const char* kind;
     std::map<std::string, std::string> known;
@@ -29,7 +29,7 @@ static void replace(Pseudonyms* pseudonyms, char (&field)[size]) {
     put(field, pseudonym(pseudonyms, std::string(fieldText(field))));
 }
 
-// The settings have room for the beginning of a name only.
+// The settings contain only the beginning of a name.
 static void replaceName(Pseudonyms* names, LogicalDrive* drive) {
     const std::string name(fieldText(drive->info.name));
     replace(names, drive->info.name);

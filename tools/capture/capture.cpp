@@ -1,4 +1,4 @@
-// The world as a whole.
+// Converts a whole snapshot.
 #include "tools/capture/capture.h"
 
 #include "simulator/engine/reports.h"

@@ -8,7 +8,7 @@
 #include "snapshot/snapshot.h"
 
 struct Capture {
-    std::string text; // the world file; empty: problem says why there is none
+    std::string text; // the world file; empty: see problem
     std::string problem;
     std::vector<std::string> assumed; // what no operation reports, or could not be read; also in the file
     bool complete = true;             // false: something was refused, or does not fit into a world

@@ -13,7 +13,7 @@ static int printError(const std::string& problem) {
     return kNotCaptured;
 }
 
-// To the file, or to standard output. Returns what went wrong, or nothing.
+// To the file, or to standard output. Returns an error message, empty on success.
 static std::string deliver(const std::string& output, const std::string& text) {
     if (!output.empty())
         return replaceFile(output, text);

@@ -5,8 +5,8 @@
 #include "snapshot/snapshot.h"
 #include "tools/capture/notes.h"
 
-// A controller that is being converted. Drives and logical drives stand at the positions of the place's
-// lists, in the order of their IDs.
+// A controller that is being converted. Drives and logical drives have the same positions as in the
+// lists of the source, in order of ID.
 struct Conversion {
     const Controller& from;
     q5sim::Controller& to;
@@ -24,10 +24,10 @@ void convertShares(Conversion& conversion);
 void convertActivities(Conversion& conversion);
 void inferStates(Conversion& conversion);
 
-// Notes where the model shows something else than the adapters reported.
+// Notes where the model differs from what the adapters reported.
 void compareWithModel(Conversion& conversion);
 
-// The record that a converted object comes from; nullptr: there is none.
+// The record that an object was converted from; nullptr: none.
 const Drive* sourceOf(const Controller& controller, const q5sim::Drive& drive);
 const LogicalDrive* sourceOf(const Controller& controller, const q5sim::LogicalDrive& drive);
 
@@ -36,5 +36,5 @@ void noteFaults(const Place& place, const Faults& faults);
 
 bool contains(const std::vector<std::uint16_t>& ids, std::uint32_t id);
 
-// The smallest amount of megabytes of a job of this size at which it shows this percentage.
+// The fewest megabytes at which a job of this size shows this percentage.
 std::uint64_t megabytesAt(std::uint64_t percent, std::uint64_t total);

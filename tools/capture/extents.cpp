@@ -29,7 +29,7 @@ static std::vector<std::uint8_t> openPositions(const LogicalDrive& from, const q
     return open;
 }
 
-// A member that returned takes its own position, any other drive the first open one.
+// A member that returned takes its own position, any other drive the first vacant one.
 static void addTargets(q5sim::LogicalDrive& drive, std::vector<std::uint8_t> open,
                        const std::vector<std::uint16_t>& ids) {
     for (const bool own : {true, false})
@@ -74,7 +74,8 @@ static void chooseLevel(q5sim::MigrationTarget& goal) {
         goal.stripe = kUsualStripe;
 }
 
-// What the array becomes. Only the added drives can be seen; level and stripe are kept where possible.
+// The geometry after the migration. Only the added drives are known; level and stripe are kept where
+// possible.
 static void findGoal(Conversion& conversion, q5sim::LogicalDrive& drive, const Place& place) {
     q5sim::MigrationTarget& goal = drive.activity.goal;
     goal = {drive.level, drive.stripe, drive.parity, drive.subArrays, drive.members};
@@ -87,7 +88,7 @@ static void findGoal(Conversion& conversion, q5sim::LogicalDrive& drive, const P
     assume(below(place, "activity.goal"), "level, stripe, and the order of the added drives");
 }
 
-// The extent with which a drive takes part in an array: one in use, rather than one that only names it.
+// The drive's extent in an array: one in use, rather than one that only names it.
 static const ExtentEntry* memberExtentOf(std::span<const ExtentEntry> all, std::uint16_t arrayId) {
     const ExtentEntry* found = nullptr;
     for (const ExtentEntry& extent : all)

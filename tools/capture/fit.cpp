@@ -21,7 +21,7 @@ public:
     }
     void flag(const char*, bool&) {}
     void mark(const char*, bool&) {}
-    void text(const char* key, std::string& value, std::size_t longest) {
+    void text(const char* key, std::string& value, std::size_t maxLength) {
         std::string plain;
         for (std::string_view rest = value; !rest.empty();) {
             const std::size_t length = characterLength(rest);
@@ -29,7 +29,7 @@ public:
             plain += usable ? std::string(rest.substr(0, length)) : "?";
             rest.remove_prefix(std::max<std::size_t>(1, length));
         }
-        plain.resize(std::min(plain.size(), longest));
+        plain.resize(std::min(plain.size(), maxLength));
         while (!isUtf8(plain))
             plain.pop_back();
         if (plain != value)
@@ -50,10 +50,10 @@ public:
             object(key, record);
     }
     template <typename Record>
-    void list(const char* key, std::vector<Record>& records, std::size_t most) {
-        if (records.size() > most)
-            miss(below(place, key), "only the first " + std::to_string(most) + " are kept");
-        records.resize(std::min(records.size(), most));
+    void list(const char* key, std::vector<Record>& records, std::size_t maxCount) {
+        if (records.size() > maxCount)
+            miss(below(place, key), "only the first " + std::to_string(maxCount) + " are kept");
+        records.resize(std::min(records.size(), maxCount));
         for (std::size_t i = 0; i < records.size(); i++) {
             Fitter inner(below(place, key, i));
             describe(inner, records[i]);

@@ -1,4 +1,4 @@
-// Makes every value of a world one that the world file can hold.
+// Limits every value of a world to what the world file can hold.
 #pragma once
 
 #include "simulator/world/world.h"

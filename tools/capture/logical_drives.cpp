@@ -60,7 +60,7 @@ static bool areValidMembers(const std::vector<std::uint16_t>& members) {
 
 static constexpr std::uint16_t kMaxArrayId = 254;
 
-// Why a world cannot hold the logical drive; nullptr: it can.
+// Why the logical drive is left out of the world; nullptr: it is not.
 static const char* obstacle(const Conversion& conversion, const q5sim::LogicalDrive& drive) {
     if (drive.arrayId > kMaxArrayId || drive.logDrvId > kMaxArrayId)
         return "its ID is too high";
@@ -96,7 +96,7 @@ static std::uint64_t smallestExtent(const q5sim::Controller& controller, std::ui
     return smallest;
 }
 
-// As the simulated adapters divide a capacity: in whole megabytes.
+// Like the simulated adapters, divides a capacity into whole megabytes.
 static std::uint64_t evenShare(std::uint64_t sectors, std::uint64_t members) {
     const std::uint64_t share = sectors / members + (sectors % members != 0 ? 1 : 0);
     return (share / q5sim::kSectorsPerMb + (share % q5sim::kSectorsPerMb != 0 ? 1 : 0)) *
@@ -166,7 +166,7 @@ static void inferHeldRebuilds(Conversion& conversion) {
             drives[i].autoRebuildInhibited = true;
             assume(below(below(conversion.place, "logicalDrives", i), "rebuildHeld"),
                    "true, since no rebuild runs although there is a spare");
-            i = SIZE_MAX; // the spare may now suit one before it
+            i = SIZE_MAX; // the spare may now be suitable for an earlier one
         }
 }
 

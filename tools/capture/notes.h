@@ -1,4 +1,4 @@
-// What a capture has to assume, and where in the world file it does.
+// What a capture assumes, and where in the world file.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ struct Place {
 Place below(const Place& place, const char* key);
 Place below(const Place& place, const char* list, std::size_t position);
 
-// What the adapters do not report: not a fault of theirs.
+// What the adapters do not report, which is not a fault.
 void assume(const Place& place, const std::string& text);
 
-// What they did not deliver, or what a world cannot hold.
+// What could not be read, or what a world cannot hold.
 void miss(const Place& place, const std::string& text);

@@ -18,7 +18,7 @@ static constexpr OptionTable kTable = {
 
 OptionsResult readCaptureOptions(int argc, char** argv, CaptureOptions* options) {
     return readOptionTable(kTable, argc, argv, [&](const OptionRow& row, const char* argument) {
-        if (row.letter == 'a')
+        if (row.shortName == 'a')
             options->anonymous = true;
         else if (*argument != '\0')
             options->output = argument;

@@ -24,8 +24,8 @@ static std::vector<option> longOptions(const OptionTable& table) {
 static std::string shortOptions(const OptionTable& table) {
     std::string letters;
     for (const OptionRow& row : table.rows)
-        if (row.letter != '\0')
-            letters += std::string(1, row.letter) + (row.argument != nullptr ? ":" : "");
+        if (row.shortName != '\0')
+            letters += std::string(1, row.shortName) + (row.argument != nullptr ? ":" : "");
     return letters;
 }
 
@@ -35,8 +35,8 @@ static void printRow(const OptionRow& row) {
         name += "[=" + std::string(row.argument + 1);
     else if (row.argument != nullptr)
         name += std::string("=") + row.argument;
-    if (row.letter != '\0')
-        std::printf("  -%c, --%-18s %s\n", row.letter, name.c_str(), row.help);
+    if (row.shortName != '\0')
+        std::printf("  -%c, --%-18s %s\n", row.shortName, name.c_str(), row.help);
     else
         std::printf("      --%-18s %s\n", name.c_str(), row.help);
 }
@@ -52,7 +52,7 @@ static const OptionRow* findRow(const OptionTable& table, int value) {
     if (value >= kFirstLong)
         return &table.rows[static_cast<std::size_t>(value - kFirstLong)];
     for (const OptionRow& row : table.rows)
-        if (row.letter != '\0' && row.letter == value)
+        if (row.shortName != '\0' && row.shortName == value)
             return &row;
     return nullptr;
 }
@@ -68,7 +68,7 @@ OptionsResult refuseOptions(const OptionTable& table, const std::string& problem
 }
 
 static OptionsResult answer(const OptionTable& table, const OptionRow& row) {
-    if (row.letter == 'h')
+    if (row.shortName == 'h')
         printHelp(table);
     else
         std::printf("%s %s\n", table.program, table.version);
@@ -81,9 +81,9 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
     const std::string letters = shortOptions(table);
     for (int value; (value = getopt_long(argc, argv, letters.c_str(), all.data(), nullptr)) != -1;) {
         const OptionRow* row = findRow(table, value);
-        if (row == nullptr) // getopt has said what is wrong
+        if (row == nullptr) // getopt has printed a message
             return advise(table);
-        if (row->letter == 'h' || row->letter == 'V')
+        if (row->shortName == 'h' || row->shortName == 'V')
             return answer(table, *row);
         const OptionsResult result = apply(*row, optarg);
         if (result != OptionsResult::run)
@@ -96,8 +96,8 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
     return OptionsResult::run;
 }
 
-bool readNumber(const char* text, std::uint64_t most, std::uint64_t* number) {
+bool readNumber(const char* text, std::uint64_t max, std::uint64_t* number) {
     const char* end = text + std::strlen(text);
     const auto [stop, error] = std::from_chars(text, end, *number);
-    return error == std::errc() && stop == end && *number <= most;
+    return error == std::errc() && stop == end && *number <= max;
 }

@@ -9,9 +9,9 @@
 
 // One row of a table. The manual pages are checked against these tables.
 struct OptionRow {
-    char letter; // '\0': only the long form
+    char shortName; // '\0': only the long form
     const char* name;
-    const char* argument; // nullptr: none; in brackets: may be left out
+    const char* argument; // nullptr: none; in brackets: optional
     const char* help;
 };
 
@@ -25,14 +25,14 @@ struct OptionTable {
 
 enum class OptionsResult { run, done, usage };
 
-// Reads the command line; words that are no options go to words, or are refused without it. -h and -V are
-// answered here. apply() gets each other option with its argument, nullptr if there is none.
+// Parses the command line. Words other than options are appended to words, or refused if it is null. -h and
+// -V are handled here. apply() gets each other option with its argument, which may be null.
 using ApplyOption = std::function<OptionsResult(const OptionRow& row, const char* argument)>;
 OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply,
                               std::vector<std::string>* words = nullptr);
 
-// Prints what is wrong with the command line, and where to look.
+// Prints the problem and a reference to --help.
 OptionsResult refuseOptions(const OptionTable& table, const std::string& problem);
 
-// A number of decimal digits only, up to the given one.
-bool readNumber(const char* text, std::uint64_t most, std::uint64_t* number);
+// Parses decimal digits; false for anything else, or a number above max.
+bool readNumber(const char* text, std::uint64_t max, std::uint64_t* number);

@@ -25,7 +25,7 @@ static std::string absolute(const std::string& path) {
     return std::string(resolved) + "/" + path.substr(directory.size());
 }
 
-// As a shell finds it.
+// Searches PATH, as a shell does.
 static std::string searchPath(const std::string& name) {
     const char* value = std::getenv("PATH");
     std::string rest = value != nullptr ? value : "";
@@ -40,19 +40,19 @@ static std::string searchPath(const std::string& name) {
     return "";
 }
 
-std::string programBeside(const char* argument0, const char* name) {
-    const std::string given = argument0 != nullptr ? argument0 : "";
-    const std::string self = given.find('/') != std::string::npos ? given : searchPath(given);
+std::string siblingProgram(const char* argument0, const char* name) {
+    const std::string started = argument0 != nullptr ? argument0 : "";
+    const std::string self = started.find('/') != std::string::npos ? started : searchPath(started);
     if (self.empty())
         return "";
-    const std::string beside = directoryOf(self) + name;
-    if (isProgram(beside))
-        return absolute(beside);
+    const std::string sibling = directoryOf(self) + name;
+    if (isProgram(sibling))
+        return absolute(sibling);
     char resolved[PATH_MAX]; // started through a link
     if (realpath(self.c_str(), resolved) == nullptr)
         return "";
-    const std::string beyond = directoryOf(resolved) + name;
-    return isProgram(beyond) ? beyond : "";
+    const std::string target = directoryOf(resolved) + name;
+    return isProgram(target) ? target : "";
 }
 
 static bool readNothing() {

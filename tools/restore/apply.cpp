@@ -1,4 +1,4 @@
-// Does the steps and reads back after each one.
+// Executes the steps and reads the controller after each one.
 #include "tools/restore/apply.h"
 
 #include <cstdio>
@@ -43,7 +43,7 @@ static void printError(const std::string& problem) {
     std::fprintf(stderr, "cli-restore: %s\n", problem.c_str());
 }
 
-// Logs, does and checks the first step. The plan is then that for the rest.
+// Logs, executes and checks the first step; the plan then contains the remaining ones.
 static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* plan) {
     const std::string text = plan->steps[0].text;
     std::string problem = addToLog(log, "step " + text);
@@ -67,7 +67,7 @@ static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* pla
     return ApplyResult::failed;
 }
 
-// A signal ends it between two steps only.
+// A signal ends the program only between two steps.
 ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log) {
     for (int number = 1; !plan.steps.empty(); ++number) {
         std::printf("%d. %s\n", number, plan.steps[0].text.c_str());

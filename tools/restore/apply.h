@@ -1,4 +1,4 @@
-// Doing a plan, step by step.
+// Executes a plan, step by step.
 #pragma once
 
 #include "tools/restore/log.h"
@@ -13,9 +13,9 @@ struct Restore {
 
 enum class ApplyResult {
     done,
-    stopped, // at a step, or because the state was another one than planned; the reason was printed
+    stopped, // a step failed, or the state was not as planned; the reason was printed
     failed,  // the log could not be written; the reason was printed
 };
 
-// Does the steps of a plan without obstacles. After each one, the controller is read and must be as planned.
+// Executes a plan without obstacles. After each step, the controller is read and must be as planned.
 ApplyResult applyPlan(const Restore& restore, Plan plan, const Log& log);

@@ -1,4 +1,4 @@
-// Trying a plan on simulated adapters, which get a copy of the real ones' state.
+// Tries a plan on simulated adapters with a copy of the real ones' state.
 #pragma once
 
 #include <string>
@@ -12,6 +12,6 @@ struct CopyRun {
     std::string drives;     // the drive map; may be empty
 };
 
-// Applies the backup to a copy of the present state. Returns the exit status of that, and what it printed; -1
-// with the reason if it could not be tried.
+// Applies the backup to a copy of the present state. Returns the exit status and the output; -1 with
+// an error message if it could not be tried.
 int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output);

@@ -1,4 +1,4 @@
-// Which drive takes the place of which: drives are numbered from 1, as cli shows them.
+// Maps saved drives to present ones. Drives are numbered from 1, as cli shows them.
 #pragma once
 
 #include <cstdint>
@@ -6,11 +6,11 @@
 #include <optional>
 #include <string>
 
-// From a drive of the backup to a present one. nullopt: the drive is left out. What is not in it keeps its
-// number, and must then have its serial.
+// From a drive of the backup to a present one. nullopt: the drive is left out. A drive that is not listed
+// keeps its number and must have the saved serial.
 using DriveMap = std::map<std::uint32_t, std::optional<std::uint32_t>>;
 
-// Reads "2=5,3=6,7=-". Returns what is wrong with it, or nothing.
+// Reads "2=5,3=6,7=-". Returns an error message, empty on success.
 std::string readDriveMap(const std::string& text, DriveMap* drives);
 
 // The same text back, in order of the drives.

@@ -1,4 +1,4 @@
-// Extents in the course of a plan.
+// Extents at each point of a plan.
 #include "tools/restore/layout.h"
 
 #include "snapshot/words.h"

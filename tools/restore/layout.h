@@ -1,4 +1,4 @@
-// The extents of the drives as they will be in the course of a plan.
+// The extents of the drives at each point of a plan.
 #pragma once
 
 #include <map>
@@ -29,5 +29,5 @@ std::size_t findRegion(const Layout& layout, std::uint64_t sector);
 void splitRegion(Layout* layout, std::size_t index, std::uint64_t offset);
 void takeRegion(Layout* layout, std::size_t index, std::uint64_t size, const std::string& use);
 
-// Why a stretch of sectors cannot be used; empty: it is in one free region.
+// Why a range of sectors cannot be used; empty: it is in one free region.
 std::string obstacleToStretch(const Layout& layout, std::uint64_t start, std::uint64_t size);

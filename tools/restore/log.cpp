@@ -71,7 +71,7 @@ static std::string directoryOf(const std::string& path) {
     return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-// A last line without its end gets one, so that the next line is one of its own.
+// Completes an incomplete last line, so that the next one starts a new line.
 static bool endLastLine(int file) {
     char last = '\n';
     const off_t size = lseek(file, 0, SEEK_END);

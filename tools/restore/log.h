@@ -3,7 +3,7 @@
 
 #include <string>
 
-// What a restore is of. It continues the last one in the log if that did not finish and is the same.
+// Identifies a restore. An unfinished one with the same header is continued.
 struct LogHeader {
     std::string identity; // of the backup
     std::string controller;
@@ -18,8 +18,8 @@ struct Unfinished {
     int steps = 0; // that were done
 };
 
-// Reads a log, which need not exist. A line that a power failure cut short is ignored. Returns what is wrong,
-// or nothing.
+// Reads a log, which need not exist. An incomplete last line is ignored. Returns an error message,
+// empty on success.
 std::string readLog(const std::string& path, Unfinished* unfinished);
 
 // A log opened for appending. Each line is on the disk before anything else happens.

@@ -1,4 +1,4 @@
-// The plan as a whole, and what its parts share.
+// The whole plan, and functions shared by its parts.
 #include "tools/restore/plan.h"
 
 #include "snapshot/text.h"

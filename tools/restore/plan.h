@@ -1,4 +1,4 @@
-// What has to be done so that a controller becomes as it was saved.
+// The steps that restore a saved controller.
 #pragma once
 
 #include <string>
@@ -28,7 +28,7 @@ struct Plan {
     std::vector<std::string> notes;     // what will stay different
 };
 
-// Compares the saved controller with the present one. Nothing in the plan deletes or frees anything. Done
-// step by step, the plan shrinks by its first step each time. Only steps that set a logical drive may change:
-// the settings of one that is yet to be created are not known, and may turn out to be right.
+// Compares the saved controller with the present one. Nothing in the plan deletes or frees anything. After
+// each step, a new plan consists of the remaining steps. Only steps that set a logical drive may change: the
+// settings of one that is yet to be created are unknown, and may need no change.
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives);

@@ -1,4 +1,4 @@
-// The logical drives that have to be created.
+// Plans the creation of logical drives.
 #include <algorithm>
 #include <cstring>
 
@@ -60,7 +60,7 @@ static bool isAt(const Planning& planning, const LogicalDrive& array, const Memb
     return anyFound && found.size() == places.size();
 }
 
-// The logical drive that is there already, whatever its ID and name.
+// The logical drive that exists already, with any ID and name.
 static const LogicalDrive* findInPlace(const Planning& planning, const LogicalDrive& saved,
                                        const MemberPlaces& places) {
     for (const LogicalDrive& drive : planning.now.logicalDrives)
@@ -111,7 +111,7 @@ static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
     return true;
 }
 
-// Every drive and every stretch of sectors is looked at, so that all obstacles are known at once.
+// Checks every drive and every range of sectors, so that all obstacles are reported at once.
 static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     bool allFree = true;
     for (const MemberPlace& place : places) {
@@ -149,7 +149,7 @@ static LogDrvConfigRecord recordOf(const Planning& planning, const LogicalDrive&
     return record;
 }
 
-// Splits where extents have to begin, and, as a JBOD takes all of them, where they end.
+// Splits where extents must begin and, for a JBOD, which uses whole extents, where they end.
 static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
                            LogDrvConfigRecord* record) {
     for (const MemberPlace& place : places)
@@ -165,7 +165,7 @@ static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const 
     return true;
 }
 
-// What the command would make of the record has to be what was saved.
+// The command must create from the record what was saved.
 static bool isCreatable(const LogicalDrive& saved, const LogDrvConfigRecord& record) {
     CreateArrayRequest request = {};
     if (static_cast<std::size_t>(record.memberCount) > kMaxTypedMembers ||

@@ -4,7 +4,7 @@
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
-static constexpr int kMostLookahead = 8;
+static constexpr int kMaxLookahead = 8;
 
 static std::string number(std::uint32_t value) {
     return std::to_string(value);
@@ -14,7 +14,7 @@ static const char* switchWord(bool on) {
     return on ? "enable" : "disable";
 }
 
-// The settings of a controller that are numbers, and those that are switches.
+// The numeric settings of a controller, and its switches.
 struct NumberSetting {
     const char* name;
     std::uint8_t ControllerSettings::*field;
@@ -44,7 +44,7 @@ static void addChange(std::string* changes, const std::string& text) {
     *changes += (changes->empty() ? "" : ", ") + text;
 }
 
-// A rate of 0 cannot be set: the present one stays.
+// A rate of 0 cannot be set: the present one is kept.
 static void planNumbers(Planning* planning, CtrlConfigRecord* record, std::string* changes) {
     for (const NumberSetting& row : kNumbers) {
         const std::uint8_t saved = *planning->saved.settings.*row.field;
@@ -123,7 +123,7 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
                                        "d");
 }
 
-// The option is that of all drives with this model and firmware: it is set once.
+// The option applies to all drives with this model and firmware: it is set once.
 static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive,
                       std::set<std::string>* models) {
     const std::string model =
@@ -138,7 +138,7 @@ static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive
         {"phydrv", "-a", "set3G", "-p", number(drive.number), "-i", number(planning->now.id), "-e", setting});
 }
 
-// A drive that nothing else needs is only noted when it is missing or another one.
+// A missing or different drive that nothing else needs is only noted.
 void planDrives(Planning* planning) {
     std::set<std::string> models;
     for (const Drive& saved : planning->saved.drives) {
@@ -157,7 +157,7 @@ void planDrives(Planning* planning) {
     }
 }
 
-// The automatic mode wins over the others, as the command has it.
+// The automatic mode takes precedence, as in the command.
 static const char* policyWord(std::uint8_t flags) {
     if ((flags & kAutoMode) != 0)
         return "auto";
@@ -170,13 +170,13 @@ static void addSetting(std::string* text, const std::string& key, const std::str
     *text += (text->empty() ? "" : ",") + key + "=" + value;
 }
 
-// What is different; without a present logical drive, which is yet to be created, everything counts.
+// The settings that differ; all of them if the logical drive is yet to be created.
 static std::string differentSettings(const LogDrvSettings& saved, const LogDrvSettings* now) {
     std::string text;
     const std::string policy = policyWord(saved.cacheFlags);
     if (now == nullptr || policy != policyWord(now->cacheFlags))
         addSetting(&text, "writepolicy", policy);
-    if (saved.lookahead <= kMostLookahead && (now == nullptr || saved.lookahead != now->lookahead))
+    if (saved.lookahead <= kMaxLookahead && (now == nullptr || saved.lookahead != now->lookahead))
         addSetting(&text, "lookahead", number(saved.lookahead));
     const bool consolidation = saved.consolidation != 0;
     if (now == nullptr || consolidation != (now->consolidation != 0))
@@ -193,7 +193,7 @@ static const LogicalDrive* findById(const Controller& controller, std::uint32_t 
 
 static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
     const LogDrvSettings& settings = *saved.settings;
-    if (settings.lookahead > kMostLookahead)
+    if (settings.lookahead > kMaxLookahead)
         planning->plan.notes.push_back(arrayName(saved, id) + ": a lookahead of " +
                                        number(settings.lookahead) + " cannot be set");
     const LogicalDrive* now = findById(planning->now, id);

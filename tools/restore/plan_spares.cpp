@@ -1,5 +1,5 @@
-// Spares, and how free space is divided. The spares come last: one that is there while arrays are still
-// being created could be taken for a rebuild.
+// Spares, and how free space is divided. Spares come last: a spare that exists while arrays are still
+// being created could be used for a rebuild.
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
@@ -7,7 +7,7 @@ static bool isSpare(const ExtentEntry& extent) {
     return (extent.assignment & (kExtentGlobalSpare | kExtentDedicatedSpare)) != 0;
 }
 
-// The logical drive whose spare it is; kNoArray: any. nullopt: it is not here.
+// The logical drive whose spare it is; kNoArray: any. nullopt: it does not exist.
 static std::optional<std::uint32_t> ownerOf(const Planning& planning, const ExtentEntry& extent) {
     if ((extent.assignment & kExtentGlobalSpare) != 0)
         return kNoArray;
@@ -55,7 +55,7 @@ static Step spareStep(const Planning& planning, std::uint32_t drive, std::size_t
     return step;
 }
 
-// Adds the splits, and the spare to those that come at the end.
+// Adds the splits, and appends the spare to those that come last.
 static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry& saved,
                       std::vector<Step>* spares) {
     const auto owner = ownerOf(*planning, saved);
@@ -80,7 +80,7 @@ static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry&
     spares->push_back(spareStep(*planning, drive.number, index, *owner));
 }
 
-// Free extents that lie side by side. Where the space is used or cannot be cut, it stays as it is.
+// Splits adjacent free extents as saved. Space that is used or cannot be split is left unchanged.
 static void divideFreeSpace(Planning* planning, const Drive& drive, const ExtentEntry& saved) {
     const Layout& layout = planning->layouts[drive.number];
     const std::size_t index = findRegion(layout, saved.start);

@@ -1,4 +1,4 @@
-// A plan in the making. Used by the sources of the plan only.
+// A plan under construction. Used by the sources of the plan only.
 #pragma once
 
 #include <set>
@@ -19,21 +19,20 @@ struct Planning {
     Plan plan;
 };
 
-// Where a member was on a saved drive, and the present drive it goes to. The place of a lost one may not be
-// known.
+// A place on a saved drive, and the present drive for it. The place of a lost member may not be known.
 struct MemberPlace {
     std::uint32_t savedDrive = 0, drive = 0;
     std::uint64_t start = 0, size = 0;
     bool isKnown() const { return size != 0; }
 };
 
-// The present drive in the place of a saved one; nullptr: none, or left out.
+// The present drive for a saved one; nullptr: missing or left out.
 const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
 
 // Whether the drive map says so.
 bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 
-// Whether the drive can be used: it is there, with its serial unless it is mapped. Adds an obstacle if not,
+// Whether the drive can be used: it is present, with its serial unless it is mapped. Adds an obstacle if not,
 // unless the drive is left out.
 bool isUsable(Planning* planning, std::uint32_t savedDrive);
 
@@ -44,7 +43,8 @@ std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "lo
 void addStep(Planning* planning, StepKind kind, const std::string& text,
              const std::vector<std::string>& words);
 
-// Makes extents begin and end where they should, as far as whole megabytes allow; false: with an obstacle.
+// Splits an extent at the sector, which must be at a whole megabyte; otherwise adds an obstacle and returns
+// false.
 bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector);
 
 // plan_settings.cpp

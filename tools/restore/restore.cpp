@@ -1,4 +1,4 @@
-// cli-restore: shows what has to be done so that a controller becomes as it was saved, or does it.
+// cli-restore: plans the restore of a saved controller, and applies the plan.
 #include <cstdio>
 
 #include "commands/change_lock.h"
@@ -30,9 +30,9 @@ static void print(const Plan& plan) {
 // The same plan on simulated adapters.
 static int showOutcome(const RestoreOptions& options, const Saved& saved, const Snapshot& now,
                        const char* argument0) {
-    std::string program = programBeside(argument0, "cli-restore-rehearse");
+    std::string program = siblingProgram(argument0, "cli-restore-rehearse");
     if (program.empty())
-        program = programBeside(argument0, "../libexec/cli/cli-restore-rehearse");
+        program = siblingProgram(argument0, "../libexec/cli/cli-restore-rehearse");
     if (program.empty()) {
         std::puts("The outcome is not shown: cli-restore-rehearse is not installed.");
         return kCanApply;
@@ -84,7 +84,7 @@ static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader
     return kNothingLeft;
 }
 
-// An interrupted restore continues with its own drives. Another one must not be mixed with it.
+// An interrupted restore continues with its own drives. A different restore must not be mixed with it.
 static std::string continueFrom(const RestoreOptions& options, const std::string& path, LogHeader* header,
                                 DriveMap* drives) {
     Unfinished unfinished;
@@ -104,7 +104,7 @@ static std::string continueFrom(const RestoreOptions& options, const std::string
     return "";
 }
 
-// The lock keeps commands of other sessions out while the plan is made and done.
+// The lock excludes commands of other sessions while the plan is made and applied.
 static int applyLocked(const RestoreOptions& options, const Saved& saved, const Controller& controller) {
     const std::string path = !options.log.empty()
                                  ? options.log

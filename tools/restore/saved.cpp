@@ -16,7 +16,7 @@ static std::string withoutSuffix(const std::string& file) {
     return file;
 }
 
-// FNV-1a. It has to differ between backups, and resist no attack.
+// FNV-1a. It only identifies a backup; it does not authenticate it.
 static std::string checksum(const std::string& text) {
     std::uint64_t sum = 0xCBF29CE484222325;
     for (const char c : text)

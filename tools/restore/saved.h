@@ -7,7 +7,7 @@
 
 struct Saved {
     std::string stem;     // the path without ".cfg" or ".json"
-    std::string identity; // tells one backup from another in the log
+    std::string identity; // identifies the backup in the log
     Snapshot snapshot;
 };
 

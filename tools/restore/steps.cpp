@@ -1,4 +1,4 @@
-// The command functions behind the steps.
+// Runs the command functions of the steps.
 #include "tools/restore/steps.h"
 
 #include <cstdio>
@@ -12,7 +12,7 @@
 
 using CommandFunction = int(int wordCount, char** words);
 
-// A word table like that of the program: each word in a slot of its own, truncated to it.
+// A word table like that of the program: one word per slot, truncated.
 static void runCommand(CommandFunction* command, const std::vector<std::string>& texts) {
     static char slots[kMaxWords][kWordSize];
     char* words[kMaxWords];

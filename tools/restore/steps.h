@@ -1,4 +1,4 @@
-// Doing one step of a plan. These are the only calls of changing operations in the programs beside cli.
+// Executes one step of a plan. These are the only calls of changing operations in programs other than cli.
 #pragma once
 
 #include "tools/restore/plan.h"

@@ -45,7 +45,7 @@ static Lines problemLines(const Findings& findings) {
     return lines;
 }
 
-// Whether something that cannot be read now may hide that the finding still applies.
+// Whether the finding may still apply although it cannot be seen, because something cannot be read now.
 static bool mayBeHidden(const Findings& now, const Finding& wanted) {
     static constexpr std::string_view unreadable = "unreadable";
     return wanted.rule->id != unreadable && std::any_of(now.begin(), now.end(), [&](const Finding& each) {
@@ -59,8 +59,8 @@ static bool hasText(const Lines& lines, const std::string& text) {
     return std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return line.text == text; });
 }
 
-// A finding of which only the text changed is not resolved. A difference from the baseline can be a change
-// since the earlier snapshot as well, which has its line already.
+// A finding of which only the text changed is not resolved. A difference from the baseline that is also a
+// change since the earlier snapshot has its line already.
 static void addFindingChanges(const Findings& earlier, const Findings& now, Lines* lines) {
     for (const Finding& finding : now)
         if (!isArrayChange(finding) && !contains(earlier, finding) && !hasText(*lines, findingLine(finding)))

@@ -14,8 +14,8 @@ struct Line {
 };
 using Lines = std::vector<Line>;
 
-// What changed since the earlier snapshot; nullptr: there is none, and all present problems are new. With a
-// baseline (nullptr: none) also which differences from it are new or resolved.
+// What changed since the earlier snapshot; if it is null, all present problems are new. With a
+// baseline, which may be null, also which differences from it are new or resolved.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline = nullptr);
 

@@ -6,7 +6,7 @@
 #include "tools/status/facts.h"
 #include "tools/status/rules.h"
 
-// A logical drive as it was and as it is.
+// The earlier and the present state of a logical drive.
 struct ArrayPair {
     const Controller& controller; // as it is
     const LogicalDrive& earlier;
@@ -47,7 +47,8 @@ static const Activity* findActivity(const LogicalDrive& drive, ActivityBit kind)
     return nullptr;
 }
 
-// An activity that has ended has finished if its logical drive is online; otherwise the reason is unknown.
+// An activity that is no longer reported has completed if its logical drive is online; otherwise it is
+// unknown why it ended.
 static Line activityLine(const ArrayPair& pair, ActivityBit kind, const Activity* earlier,
                          const Activity* now) {
     const std::string text =

@@ -1,4 +1,4 @@
-// What the rules and the formats derive from the adapters' codes.
+// Derives from the adapters' codes what the rules and the formats need.
 #include "tools/status/facts.h"
 
 #include <algorithm>
@@ -44,7 +44,7 @@ bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const Extent
     return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember;
 }
 
-// What each member contributes, as the smallest extent of the array that a drive lists; 0: none does.
+// The size of each member: the smallest extent of the array in the drives' lists; 0 if there is none.
 static std::uint64_t memberSectors(const Controller& controller, const LogicalDrive& array) {
     std::uint64_t least = 0;
     for (const Drive& drive : controller.drives)

@@ -1,4 +1,4 @@
-// What the rules and the formats derive from the adapters' codes.
+// Derives from the adapters' codes what the rules and the formats need.
 #pragma once
 
 #include <string>

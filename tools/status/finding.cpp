@@ -40,8 +40,7 @@ std::string objectText(const Object& object) {
     return shortObjectText(object) + " of controller " + std::to_string(object.controller);
 }
 
-// How much a severity weighs against the others: unknown may hide a warning, but nothing worse than
-// critical.
+// The rank of a severity: unknown may hide a warning, but nothing worse than critical.
 static int weight(Severity severity) {
     static constexpr int weights[] = {0, 1, 3, 2};
     return weights[static_cast<std::size_t>(severity)];

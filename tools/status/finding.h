@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// In the order of the exit statuses of monitoring plugins. Informational findings are no problems.
+// In the order of the exit statuses of monitoring plugins. Informational findings are not problems.
 enum class Severity : std::uint8_t { info, warning, critical, unknown };
 
 enum class ObjectKind : std::uint8_t { host, controller, battery, enclosure, drive, logicalDrive };
@@ -24,7 +24,7 @@ struct Rule;
 struct Finding {
     const Rule* rule = nullptr;
     Object object;
-    std::string text; // with texts as the adapter reports them: not yet made printable
+    std::string text; // contains texts of the adapter, not yet made printable
     std::optional<std::uint32_t> percent;
 };
 using Findings = std::vector<Finding>;

@@ -22,9 +22,9 @@ static const LimitRow* findLimit(std::string_view key) {
 static std::string applyValue(const LimitRow& row, std::string_view text, Limits* limits) {
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value < row.least || value > row.most)
-        return std::string(row.key) + " takes a whole number from " + std::to_string(row.least) + " to " +
-               std::to_string(row.most);
+    if (error != std::errc() || end != text.data() + text.size() || value < row.min || value > row.max)
+        return std::string(row.key) + " takes a whole number from " + std::to_string(row.min) + " to " +
+               std::to_string(row.max);
     limits->*row.value = value;
     return "";
 }

@@ -5,9 +5,9 @@
 #include <string_view>
 
 struct Limits {
-    int patrolErrors = 0;          // more errors of a media patrol are a problem
-    int batteryWarmCelsius = 45;   // from here on the battery is warm, which is a warning
-    int batteryHotCelsius = 60;    // and hot, which is critical
+    int patrolErrors = 0;          // a media patrol with more errors is a problem
+    int batteryWarmCelsius = 45;   // a warning from this temperature of the battery on
+    int batteryHotCelsius = 60;    // critical from this one on
     int enclosureWarmCelsius = 50; // likewise
     int enclosureHotCelsius = 60;
     int voltageWarningPercent = 5; // deviation of a 5 V or 12 V rail
@@ -20,7 +20,7 @@ struct LimitRow {
     const char* key;
     int Limits::*value;
     const char* unit;
-    int least, most;
+    int min, max;
 };
 
 inline constexpr LimitRow kLimitRows[] = {
@@ -35,5 +35,5 @@ inline constexpr LimitRow kLimitRows[] = {
 };
 
 // Applies the text of a limits file: lines "key = number", blank lines, and comments from "#" on.
-// Returns what is wrong, with its line, or nothing.
+// Returns an error message with the line number, empty on success.
 std::string applyLimits(std::string_view text, Limits* limits);

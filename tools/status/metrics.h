@@ -23,7 +23,7 @@ struct MetricFamily {
     void (*add)(const Report& report, Series* series);
 };
 
-// All of them are gauges: what the adapters count, they can also reset.
+// All of them are gauges, since adapters can reset their counters.
 std::span<const MetricFamily> hostMetrics();         // format_metrics.cpp
 std::span<const MetricFamily> controllerMetrics();   // metrics_controllers.cpp
 std::span<const MetricFamily> driveMetrics();        // metrics_drives.cpp

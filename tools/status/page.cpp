@@ -1,4 +1,4 @@
-// The frame of the HTML page: its head, what it says first, and the order of its parts.
+// The frame of the HTML page: its head, its summary, and the order of its parts.
 #include "tools/status/page.h"
 
 #include <unistd.h>

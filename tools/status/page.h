@@ -1,5 +1,5 @@
 // The report as one HTML page that loads nothing: no script, no picture, no font, and the only style
-// sheet is inside. It reads without color, and with a screen reader.
+// sheet is inside. It is usable without color and with a screen reader.
 #pragma once
 
 #include <ctime>
@@ -18,6 +18,6 @@ PageOrigin pageOrigin();
 
 std::string formatPage(const Report& report, const PageOrigin& origin);
 
-// The style sheet, and the digest by which the page's policy admits it and no other: base64 of its SHA-256.
+// The style sheet, and its digest for the page's content security policy: base64 of its SHA-256.
 extern const char kPageStyle[];
 extern const char kPageStyleDigest[];

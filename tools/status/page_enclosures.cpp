@@ -1,6 +1,6 @@
 // The enclosures of the HTML page: a map of the slots of each, and its sensors. An adapter identifies a slot
 // by its channel. It does not report which channels belong to which enclosure: an empty channel is shown in
-// the map when there is only one place it can be.
+// the map if there is only one place where it can be.
 #include <algorithm>
 
 #include "snapshot/text.h"
@@ -57,10 +57,11 @@ static std::vector<Slot> slotsOf(const Controller& controller, std::uint16_t enc
 }
 
 static std::vector<std::uint32_t> emptyChannels(const Controller& controller) {
-    static constexpr std::uint32_t most = 64; // more than that is an invalid reply
+    static constexpr std::uint32_t kMaxChannels = 64; // more than that is an invalid reply
     std::vector<std::uint32_t> channels;
     for (std::uint32_t channel = 0;
-         controller.info && channel < std::min<std::uint32_t>(most, controller.info->maxPorts); ++channel)
+         controller.info && channel < std::min<std::uint32_t>(kMaxChannels, controller.info->maxPorts);
+         ++channel)
         if (std::none_of(controller.drives.begin(), controller.drives.end(),
                          [&](const Drive& drive) { return drive.info.channel == channel; }))
             channels.push_back(channel);

@@ -51,7 +51,7 @@ std::string extentUse(const Controller& controller, const ExtentEntry& extent, b
     return use;
 }
 
-// How an extent looks in the strip: a short code, which does not depend on the color, and a class.
+// The appearance of an extent in the strip: a short code, so that color is not needed, and a class.
 struct Look {
     std::string code, kind;
 };
@@ -123,7 +123,7 @@ static std::string percentText(int hundredths) {
     return text;
 }
 
-// Whether the code fits, also where the strip is as narrow as on a phone.
+// Whether the code fits, even in the narrow strip of a phone.
 static bool hasRoom(const std::string& code, int width) {
     static constexpr int margin = 200, character = 300;
     return width >= margin + character * static_cast<int>(code.size());

@@ -1,4 +1,4 @@
-// The style sheet of the HTML page. A change of it needs the new digest, which its test prints.
+// The style sheet of the HTML page. After a change, update the digest, which the test prints.
 #include "tools/status/page.h"
 
 const char kPageStyle[] = R"css(

@@ -27,7 +27,7 @@ struct Rule {
 std::span<const Rule> rules();
 std::span<const Rule> baselineRules(); // which need a baseline
 
-// Applies all rules; baseline is nullptr when there is none. The worst findings come first, otherwise the
+// Applies all rules; baseline is null if there is none. The worst findings come first, otherwise the
 // order is that of the rules.
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
 

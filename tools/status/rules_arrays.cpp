@@ -47,7 +47,7 @@ void findPausedActivities(Evaluation* evaluation) {
     findActivities(evaluation, true);
 }
 
-// Why the battery protects nothing; nullptr: it works, or could not be read.
+// Why the battery does not protect the cache; nullptr: it does, or could not be read.
 static const char* batteryProblem(const Controller& controller) {
     if (!controller.battery)
         return nullptr;
@@ -66,7 +66,7 @@ static const char* batteryProblem(const Controller& controller) {
     }
 }
 
-// In automatic mode the adapter itself looks at the battery.
+// In automatic mode the adapter itself checks the battery.
 void findUnprotectedWriteBack(Evaluation* evaluation) {
     forEachArray(evaluation, [&](const Controller& controller, const LogicalDrive& drive) {
         const char* problem = batteryProblem(controller);

@@ -20,7 +20,7 @@ static void forEachPair(const Evaluation& evaluation, Apply apply) {
             apply(Pair{earlier, *now});
 }
 
-// What could not be listed is not missing.
+// An object that could not be listed is not missing.
 static bool failed(const Controller& controller, std::string_view operation) {
     return std::any_of(controller.faults.begin(), controller.faults.end(), [&](const Fault& fault) {
         return fault.kind == FaultKind::refused && fault.operation == operation;
@@ -57,7 +57,7 @@ static bool isUnchanged(const Drive& earlier, const Drive* now) {
 
 enum class DriveChange { none, missing, replaced, moved };
 
-// What became of an earlier drive. other: the drive that has its place or its serial now.
+// What happened to an earlier drive. other: the drive that has its place or its serial now.
 static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, const Drive& drive,
                             Place* other) {
     const Drive* same = findDrive(pair.now, drive.number);

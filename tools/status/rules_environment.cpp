@@ -31,11 +31,11 @@ void findReconditioningBatteries(Evaluation* evaluation) {
     findBatteriesIn(evaluation, kBatteryReconditioning, "is being reconditioned");
 }
 
-// Temperatures from least up to, but without, most degrees. A reading of 0 kelvin is none.
-static void findBatteriesBetween(Evaluation* evaluation, int least, int most) {
+// Temperatures in degrees, from <= reading < below. A reading of 0 kelvin is not a temperature.
+static void findBatteriesBetween(Evaluation* evaluation, int from, int below) {
     forEachBattery(evaluation, [&](const Controller& controller, const BatteryInfo& battery) {
         const std::int32_t tenths = batteryTenthsCelsius(battery);
-        if (battery.temperature != 0 && tenths >= 10 * least && tenths < 10 * most)
+        if (battery.temperature != 0 && tenths >= 10 * from && tenths < 10 * below)
             addFinding(evaluation, batteryOf(controller), "is at " + decimal(tenths, 1) + " degrees Celsius");
     });
 }
@@ -73,11 +73,11 @@ void findStoppedFans(Evaluation* evaluation) {
     });
 }
 
-static void findEnclosuresBetween(Evaluation* evaluation, int least, int most) {
+static void findEnclosuresBetween(Evaluation* evaluation, int from, int below) {
     forEachSensor(evaluation, kTemperatureSensor,
                   [&](const Object& object, std::uint32_t reading, int number) {
                       const auto celsius = static_cast<std::int32_t>(reading);
-                      if (celsius >= least && celsius < most)
+                      if (celsius >= from && celsius < below)
                           addFinding(evaluation, object,
                                      "temperature " + std::to_string(number) + " is at " +
                                          std::to_string(celsius) + " degrees Celsius");
@@ -99,12 +99,12 @@ struct Rail {
 };
 static constexpr Rail kRails[] = {{kRail5VSensor, 5000}, {kRail12VSensor, 12000}};
 
-// Deviations from least up to, but without, most percent.
-static void findVoltagesBetween(Evaluation* evaluation, int least, int most) {
+// Deviations in percent, from <= deviation < below.
+static void findVoltagesBetween(Evaluation* evaluation, int from, int below) {
     for (const Rail& rail : kRails)
         forEachSensor(evaluation, rail.type, [&](const Object& object, std::uint32_t reading, int) {
             const std::int64_t off = (static_cast<std::int64_t>(reading) - rail.millivolts) * 100;
-            if (std::abs(off) >= least * rail.millivolts && std::abs(off) < most * rail.millivolts)
+            if (std::abs(off) >= from * rail.millivolts && std::abs(off) < below * rail.millivolts)
                 addFinding(evaluation, object,
                            std::string(sensorTypeText(rail.type)) + " is at " + decimal(reading, 3) + " V");
         });

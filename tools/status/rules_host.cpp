@@ -6,7 +6,7 @@
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// Operations that report details on which no rule depends. A refusal of theirs hides no problem.
+// Operations that report details on which no rule depends. If they fail, no problem is hidden.
 static bool isDetail(const Fault& fault) {
     static constexpr std::string_view details[] = {"q5_getDiscoverPath", "q5_getDriverInfo",
                                                    "q5_getDataTransferSpeed", "q5_getPhyDrvLocateStatus",

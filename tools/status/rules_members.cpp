@@ -15,7 +15,7 @@ static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t con
 
 enum class Holding { nothing, member, rebuildTarget };
 
-// What the drive of this number holds of the logical drive.
+// The drive's extent in the logical drive.
 static Holding holdingOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
     const Drive* drive = findDrive(controller, number);
     bool isMember = false;
@@ -36,7 +36,7 @@ static std::string lastSeenText(const Drive* earlier) {
            placeText(earlier->info.channel, earlier->info.enclosureId, fieldText(earlier->info.serial));
 }
 
-// Which drive was lost, and where it is or was. The drive at its place may be the replacement.
+// Identifies the lost drive and its place, where its replacement may be now.
 static std::string lostMemberText(const Evaluation& evaluation, const Controller& controller,
                                   const LogicalDrive& array, const Member& member) {
     const Drive* earlier = earlierDrive(evaluation, controller.id, member.number);

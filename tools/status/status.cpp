@@ -35,7 +35,7 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : path + ": " + problem;
 }
 
-// An earlier snapshot, limited to the controllers that this run reads. missing: there is no such file.
+// An earlier snapshot, limited to the controllers that this run reads. missing: the file does not exist.
 static std::string readSnapshot(const std::string& path, const Options& options, Snapshot* snapshot,
                                 bool* missing) {
     std::string text;
@@ -81,7 +81,8 @@ static std::string format(const Options& options, const Report& report) {
     }
 }
 
-// To the file of the format's option, or to standard output. Returns what went wrong, or nothing.
+// To the file of the format's option, or to standard output. Returns an error message,
+// empty on success.
 static std::string deliver(const Options& options, const std::string& text) {
     if (!options.output.empty())
         return replaceFile(options.output, text);
@@ -97,8 +98,8 @@ static std::string formatLines(const Lines& lines, bool quiet) {
     return text;
 }
 
-// Prints what changed since the kept state, then keeps the new one. What could not be read at all is
-// printed and not kept.
+// Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
+// read at all is reported and not kept.
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline) {
     Snapshot earlier;
     bool missing = false;

@@ -1,4 +1,4 @@
-// Lets the time of a copy pass until nothing runs any more, and notes what started on the way.
+// Advances the clock of a copy until no job runs, and notes the jobs that started meanwhile.
 #include "tools/try/effects.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ std::string durationText(std::int64_t seconds) {
 
 // A job that runs on a logical drive, or a media patrol of a drive.
 struct Job {
-    std::string name; // also tells jobs apart
+    std::string name; // also identifies the job
     std::int64_t due = q5sim::kNoDeadline;
     bool paused = false;
 };
@@ -63,9 +63,9 @@ static void noteStarted(const std::vector<Job>& earlier, const std::vector<Job>&
     }
 }
 
-static constexpr int kMaxSteps = 10000; // a world has far fewer jobs; a damaged one must not go on forever
+static constexpr int kMaxSteps = 10000; // more than any world needs; a damaged one must not loop forever
 
-// Until nothing runs any more. Notes the jobs that are not among the earlier ones.
+// Advances until no job runs. Notes the jobs that are not among the earlier ones.
 static void passTime(q5sim::World* world, std::vector<Job> earlier, std::int64_t now, TextLines* started) {
     for (int step = 0; step < kMaxSteps; step++) {
         const std::vector<Job> jobs = jobsOf(*world);

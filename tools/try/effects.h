@@ -1,4 +1,4 @@
-// What has happened between two states of a copy, and what the model says will follow.
+// What happened between two states of a copy, and what follows according to the model.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,7 @@
 
 using TextLines = std::vector<std::string>;
 
-// A copy as it was captured, and as it will be when nothing runs any more: without the commands and with
-// them.
+// A copy as captured, and when all jobs have ended, without and with the commands.
 struct Effects {
     q5sim::World before;
     q5sim::World expected;
@@ -18,7 +17,7 @@ struct Effects {
     TextLines started; // jobs that the commands started or that follow from them
 };
 
-// after: the copy as the commands have left it, at the time now.
+// after: the copy after the commands, at the time now.
 Effects followEffects(const q5sim::World& before, const q5sim::World& after, std::int64_t now);
 
 // Data that was captured and is gone, or can no longer be reached.

@@ -25,12 +25,12 @@ static const q5sim::Controller* controllerAt(const q5sim::World& world, std::siz
     return position < world.controllers.size() ? &world.controllers[position] : nullptr;
 }
 
-// Whether it is still made of the same drives in the same way.
+// Whether it has the same drives and geometry.
 static bool isSameShape(const q5sim::LogicalDrive& one, const q5sim::LogicalDrive& other) {
     return one.level == other.level && one.sectors == other.sectors && one.members == other.members;
 }
 
-// What has become of a captured logical drive's data; nothing: it is there.
+// What happened to the data of a captured logical drive; empty: it is intact.
 static std::string fateOf(const q5sim::Controller& expected, const q5sim::LogicalDrive& drive,
                           const q5sim::Controller& after) {
     const q5sim::LogicalDrive* left = q5sim::findArray(after, drive.arrayId);
@@ -51,8 +51,8 @@ static std::string fateOf(const q5sim::Controller& expected, const q5sim::Logica
     return "";
 }
 
-// The part of a drive that holds something else than space to be used: of an array that the controller does
-// not know, or of one that is offline.
+// The extents of a drive that may contain data but are not in use: of an unknown array, or of one that is
+// offline.
 static bool holdsOnlyCopy(const q5sim::Controller& controller, const q5sim::Extent& extent) {
     if (extent.use == q5sim::kUseForeign)
         return true;
@@ -163,7 +163,7 @@ TextLines loggedEvents(const q5sim::World& before, const q5sim::World& after) {
     return lines;
 }
 
-// Inquiries are refused all the time, about objects that are not there.
+// Queries are often refused, for objects that do not exist.
 TextLines refusedOperations(const q5sim::World& world) {
     TextLines lines;
     for (const q5sim::Refusal& refusal : world.refusals)

@@ -3,5 +3,5 @@
 
 #include "adapter/logdrv.h"
 
-inline constexpr unsigned kMediaPatrol = 32; // beside the bits of ActivityBit
+inline constexpr unsigned kMediaPatrol = 32; // in addition to the bits of ActivityBit
 inline constexpr unsigned kAllKinds = kAnyActivity | kMediaPatrol;

@@ -6,7 +6,7 @@
 #include "snapshot/text.h"
 #include "tools/wait/texts.h"
 
-static constexpr std::size_t kLeastBar = 8, kMostBar = 40; // with its brackets
+static constexpr std::size_t kMinBar = 8, kMaxBar = 40; // with its brackets
 static constexpr std::size_t kPercentColumns = 4;
 static constexpr std::size_t kLeastName = 4; // with the blank before it
 
@@ -27,7 +27,7 @@ std::size_t columnsOf(std::string_view text) {
     return columns;
 }
 
-// Cuts it at the end, with dots where something is missing.
+// Truncates the text; dots mark the cut.
 static std::string fitted(std::string text, std::size_t columns) {
     if (columnsOf(text) <= columns)
         return text;
@@ -84,8 +84,8 @@ struct Layout {
     std::size_t label, bar, elapsed, rate, end;
 };
 
-// Where room is short, names are cut; then the rate is left out, then the elapsed time, the bar and the end.
-// The bar gets what nothing else needs.
+// In narrow terminals names are cut first; then the rate, the elapsed time, the bar and the end are left out.
+// The bar gets the remaining columns.
 static Layout layOut(const std::vector<BarLine>& lines, std::size_t columns) {
     Layout layout = {};
     const std::size_t label = partColumns(lines, &BarLine::label) - 2;
@@ -97,16 +97,16 @@ static Layout layOut(const std::vector<BarLine>& lines, std::size_t columns) {
     };
     layout.label = used - 2 - kPercentColumns;
     add(&Layout::end, partColumns(lines, &BarLine::end));
-    add(&Layout::bar, kLeastBar + 2);
+    add(&Layout::bar, kMinBar + 2);
     add(&Layout::elapsed, partColumns(lines, &BarLine::elapsed));
     add(&Layout::rate, partColumns(lines, &BarLine::rate));
     const std::size_t name = std::min(label - layout.label, leftOver());
     used += name;
     layout.label += name;
     if (layout.bar > 0)
-        layout.bar = std::min(kMostBar + 2, layout.bar + leftOver());
-    const std::size_t beside = 2 + kPercentColumns;
-    layout.label = std::min(layout.label, columns > beside ? columns - beside : 0);
+        layout.bar = std::min(kMaxBar + 2, layout.bar + leftOver());
+    const std::size_t others = 2 + kPercentColumns;
+    layout.label = std::min(layout.label, columns > others ? columns - others : 0);
     return layout;
 }
 
@@ -114,7 +114,7 @@ static std::string part(const std::string& text, std::size_t columns) {
     return columns == 0 ? "" : "  " + padded(text, columns - 2, false);
 }
 
-// The number goes before the name. A name of which next to nothing would be left is left out.
+// The number takes precedence over the name. A name that would be cut to almost nothing is left out.
 static std::string labelText(const BarLine& line, std::size_t columns) {
     const std::size_t number = columnsOf(line.number);
     if (columnsOf(line.label) <= columns)
@@ -135,8 +135,8 @@ static std::string lineText(const BarLine& line, const Layout& layout, std::size
 
 std::vector<std::string> progressBars(const Watch& watch, std::int64_t now, std::time_t clock,
                                       const BarOptions& options) {
-    const std::size_t most = std::max(2u, options.rows) - 1, columns = std::max(2u, options.columns) - 1;
-    const std::size_t all = watch.tracks.size(), shown = all <= most ? all : most - 1;
+    const std::size_t maxLines = std::max(2u, options.rows) - 1, columns = std::max(2u, options.columns) - 1;
+    const std::size_t all = watch.tracks.size(), shown = all <= maxLines ? all : maxLines - 1;
     std::vector<BarLine> lines;
     for (std::size_t i = 0; i < shown; ++i)
         lines.push_back(barLine(watch.tracks[i], now, clock, options.withController));

@@ -1,4 +1,4 @@
-// What became of the objects whose activities are over.
+// The outcome of activities that have ended.
 #include "tools/wait/conclusion.h"
 
 #include "tools/wait/texts.h"

@@ -1,8 +1,7 @@
-// What became of the objects whose activities are over.
+// The outcome of activities that have ended.
 #pragma once
 
 #include "tools/wait/watch.h"
 
-// Adds what there is to say to the messages. Without an activity that ended, all selected logical drives
-// are looked at.
+// Appends the messages. If no activity has ended, all selected logical drives are checked.
 Verdict conclude(Watch* watch, const View& view);

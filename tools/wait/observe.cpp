@@ -49,7 +49,7 @@ void addController(const Options& options, const Controller& controller, View* v
             addPatrol(drive, {controller.id, true, drive.number, ""}, view);
 }
 
-// Only a refused listing leaves it open what is active.
+// Only after a refused listing is it unknown what is active.
 static const Fault* findProblem(const Controller& controller) {
     const auto refused = [](const Fault& fault) {
         return fault.kind == FaultKind::refused &&

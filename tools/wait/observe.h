@@ -12,7 +12,7 @@ struct Target {
     std::uint32_t controller = 0;
     bool isDrive = false;
     std::uint32_t number = 0; // as cli shows it: drives from 1
-    std::string name;         // of a logical drive, fit for output
+    std::string name;         // of a logical drive, printable
 };
 
 // A name can be changed while its object stays the same.

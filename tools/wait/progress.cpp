@@ -23,7 +23,7 @@ void observeProgress(Progress* progress, std::optional<unsigned> percent, bool p
         progress->percent = percent;
 }
 
-// Once the next step is overdue, the rate is at most what it would be if that step came now.
+// If the next step is overdue, the rate is limited to what it would be if the step came now.
 std::optional<double> progressRate(const Progress& progress, std::int64_t now) {
     if (progress.steps.size() < 2)
         return std::nullopt;

@@ -6,8 +6,8 @@
 #include <deque>
 #include <optional>
 
-// The moment when a percentage was first seen. Adapters report whole percents: only where one changes is it
-// known how far the activity really is.
+// The moment when a percentage was first seen. Adapters report whole percents, so that the exact
+// progress is known only at the moment of a change.
 struct ProgressStep {
     std::int64_t time;
     unsigned percent;

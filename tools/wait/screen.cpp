@@ -41,7 +41,7 @@ static void showCursor() {
     cursorHidden = 0;
 }
 
-// What is printed next begins a line of its own, also after an echoed "^C".
+// The next output begins on a new line, also after an echoed "^C".
 static void leaveDisplay() {
     if (cursorHidden == 0)
         return;
@@ -80,7 +80,7 @@ static void handle(int signal, void (*handler)(int)) {
         sigaction(signal, &action, nullptr);
 }
 
-// What the terminal is called decides too: a dumb one cannot move its cursor.
+// The terminal's type counts too: a dumb terminal cannot move its cursor.
 static bool isCapable() {
     const char* type = std::getenv("TERM");
     return isatty(STDOUT_FILENO) != 0 && type != nullptr && *type != '\0' && std::strcmp(type, "dumb") != 0;
@@ -108,7 +108,7 @@ ScreenSize screenSize() {
     return {size.ws_col, size.ws_row};
 }
 
-// The rows that the display occupies. A terminal that has become narrower has wrapped its lines.
+// The rows that the display occupies: a terminal that became narrower has wrapped its lines.
 static std::size_t rowsOf(const std::vector<std::size_t>& drawn, std::size_t columns) {
     std::size_t rows = 0;
     for (const std::size_t own : drawn)
@@ -116,7 +116,7 @@ static std::size_t rowsOf(const std::vector<std::size_t>& drawn, std::size_t col
     return rows;
 }
 
-// In the background of a shell, the display would get in the way of what is typed.
+// A job in the background must not disturb the line being typed.
 static bool isInBackground() {
     const pid_t foreground = tcgetpgrp(STDOUT_FILENO);
     return foreground > 0 && foreground != getpgrp();

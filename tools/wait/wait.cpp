@@ -66,10 +66,10 @@ static void show(Session* session, bool last) {
 // The display counts seconds between the readings.
 static void pauseUntil(Session* session, std::int64_t time) {
     while ((session->now = monotonicTime()) < time) {
-        const std::int64_t most = session->screen.isTerminal ? kSecond : time - session->now;
+        const std::int64_t limit = session->screen.isTerminal ? kSecond : time - session->now;
         if (session->screen.isTerminal)
             show(session, false);
-        pauseFor(std::min(most, time - session->now));
+        pauseFor(std::min(limit, time - session->now));
     }
 }
 
@@ -79,7 +79,7 @@ static std::int64_t nextReading(const Session& session) {
     return watch.options.timeout ? std::min(next, watch.start + *watch.options.timeout) : next;
 }
 
-// A selected object that does not exist is a mistake in the command line.
+// A selected object that does not exist is a usage error.
 static bool isMissing(const Options& options, const View& view) {
     return options.logicalDrive && view.problem.empty() && view.arrays.empty();
 }

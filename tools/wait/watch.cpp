@@ -1,4 +1,4 @@
-// Decides from one reading after the other whether the wait is over, and what there is to say.
+// Decides after each reading whether the wait is over, and what to print.
 #include "tools/wait/watch.h"
 
 #include <algorithm>
@@ -13,7 +13,8 @@ static void say(Watch* watch, const std::string& text) {
     watch->messages.push_back({false, text});
 }
 
-// One failed reading may be a busy adapter. The first reading, or several in a row, are more than that.
+// A single failed reading is tolerated: the adapter may be busy. The first one, or several in a row, are
+// errors.
 static Verdict takeProblem(Watch* watch, const std::string& problem) {
     ++watch->failures;
     const bool tryAgain = watch->started && watch->failures < kMostFailures;
@@ -71,8 +72,8 @@ static void updateTracks(Watch* watch, const View& view, std::int64_t now) {
     std::erase_if(watch->tracks, [&](const Track& track) { return findActivity(view, track) == nullptr; });
 }
 
-// When the last activity ends, another one may follow: a synchronization after a rebuild, for example. It is
-// over when the next reading shows nothing either.
+// When the last activity ends, another one may follow: a synchronization after a rebuild, for example. The
+// wait is over if the next reading shows none either.
 static Verdict decide(Watch* watch, const View& view, std::int64_t now) {
     const bool running = std::any_of(watch->tracks.begin(), watch->tracks.end(), [&](const Track& track) {
         return !track.paused || watch->options.pausedToo;

@@ -1,4 +1,4 @@
-// Decides from one reading after the other whether the wait is over, and what there is to say.
+// Decides after each reading whether the wait is over, and what to print.
 #pragma once
 
 #include <ctime>
@@ -40,7 +40,7 @@ struct Watch {
     bool confirming = false; // the last reading showed nothing active any more
     unsigned failures = 0;   // of readings, in a row
     std::vector<Track> tracks;
-    std::vector<Target> ended;     // what had an activity that is over
+    std::vector<Target> ended;     // objects whose activity has ended
     std::vector<Message> messages; // of the last step
 };
 

@@ -17,10 +17,10 @@ import workspace
 HOSTS = int(os.environ.get("FLEET_HOSTS", "10"))
 FORKS = os.environ.get("FLEET_FORKS", "4")
 NAMES = [f"h{number:03}" for number in range(HOSTS)]
-SMART, BATTERY, FIRMWARE, HOSTILE = NAMES[1:5]
+SMART, BATTERY, FIRMWARE, MALICIOUS = NAMES[1:5]
 REFUSING = NAMES[HOSTS * 2 // 5]
 WAVES = ["10%", "20%", "30%", "100%"]
-HOSTILE_NAME = "<script>alert(1)</script>{{ 7 * 6 }}"
+MALICIOUS_NAME = "<script>alert(1)</script>{{ 7 * 6 }}"
 
 POLICY = {
     "sataraid_controller_settings": {
@@ -45,8 +45,8 @@ def individual(number):
         first = world["controllers"][0]
         if NAMES[number] == FIRMWARE:
             first["firmwareVersion"] = [9, 9, 9, 9]
-        if NAMES[number] == HOSTILE:
-            first["logicalDrives"][0]["name"] = HOSTILE_NAME
+        if NAMES[number] == MALICIOUS:
+            first["logicalDrives"][0]["name"] = MALICIOUS_NAME
             for drive in first["drives"][6:]:
                 drive["model"] = "<b>&"
     return change
@@ -129,7 +129,7 @@ class FleetTest(unittest.TestCase):
 
     def check_page(self, page):
         self.assertIn("<td><bdi>&lt;b&gt;&amp;</bdi></td>", page)
-        self.assertIn(html.escape(HOSTILE_NAME), page)
+        self.assertIn(html.escape(MALICIOUS_NAME), page)
         self.assertNotIn("<script", page)
         self.assertIn("<td><bdi>9.9.9.9</bdi></td><td>1</td>"
                       f"<td><bdi>{FIRMWARE}</bdi></td>", page)

@@ -115,7 +115,7 @@ class ControllerTest(ModuleTest):
             for one in WORK.read_world(world)["controllers"]:
                 self.assertEqual(one["rates"]["rebuild"], 128)
 
-    def test_unreadable_afterwards(self):
+    def test_unreadable_afterward(self):
         world = new_world()
         WORK.q5sim(world, "refuse", "q5_getControllerSettings", "--after",
                    "3")

@@ -14,7 +14,7 @@ from html.parser import HTMLParser
 import workspace
 
 WORK = None
-HOSTILE = "</bdi></td><script>alert('x')</script>&amp;\x1b[2J\u202eabc\ud800"
+MALICIOUS = "</bdi></td><script>alert('x')</script>&amp;\x1b[2J\u202eabc\ud800"
 VERSION = {"major": 1, "minor": 2, "third": 3, "fourth": 4}
 NOW = 1000000000
 
@@ -191,14 +191,14 @@ class ReportTest(unittest.TestCase):
             "ul", "li", "span", "bdi"})
         page.encode()
 
-    def test_hostile_names(self):
-        self.save(HOSTILE[:-1], snapshot(
-            "warning", [finding("warning", text=HOSTILE)],
-            [drive(1, HOSTILE + "1", HOSTILE, HOSTILE),
-             drive(2, HOSTILE + "2", HOSTILE, "F")],
-            [array(HOSTILE, [(1, HOSTILE + "1"), (2, HOSTILE + "2")])]))
+    def test_malicious_names(self):
+        self.save(MALICIOUS[:-1], snapshot(
+            "warning", [finding("warning", text=MALICIOUS)],
+            [drive(1, MALICIOUS + "1", MALICIOUS, MALICIOUS),
+             drive(2, MALICIOUS + "2", MALICIOUS, "F")],
+            [array(MALICIOUS, [(1, MALICIOUS + "1"), (2, MALICIOUS + "2")])]))
         records = self.read()
-        page = fleet_page.page(records, HOSTILE[:-1], 8)
+        page = fleet_page.page(records, MALICIOUS[:-1], 8)
         self.check_markup(page)
         self.assertNotIn("<script", page)
         self.assertIn("<bdi>&lt;/bdi&gt;&lt;/td&gt;&lt;script&gt;alert("

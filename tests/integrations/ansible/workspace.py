@@ -16,7 +16,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[3]
 COLLECTION = ROOT / "integrations" / "ansible"
-CLOCK = "1000000000"  # the simulated adapters' clock stands still
+CLOCK = "1000000000"  # the simulated adapters' clock is stopped
 SKIP = 77
 
 

@@ -1,6 +1,6 @@
 """What the snapshots of many hosts say together.
 
-A snapshot comes from a managed host, which may be broken or hostile. Each is
+A snapshot comes from a managed host, which is untrusted. Each is
 reduced to a flat record of checked strings and numbers; one that cannot be
 reduced makes its host unknown, and no other.
 

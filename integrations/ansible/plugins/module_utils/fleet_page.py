@@ -10,9 +10,9 @@ from html import escape
 
 from ansible_collections.sataraid.cli.plugins.module_utils import fleet
 
-MOST_HOSTS = 20  # listed by name beside a version or batch
-MOST_ROWS = 200  # of a list of batches or logical drives
-MOST_PROBLEMS = 8  # of a host
+MAX_HOSTS = 20  # listed by name for a version or batch
+MAX_ROWS = 200  # of a list of batches or logical drives
+MAX_PROBLEMS = 8  # of a host
 
 STYLE = """
 :root { color-scheme: light dark; --page: #f4f5f7; --text: #1a1c1f;
@@ -64,8 +64,8 @@ def table(caption, heads, rows):
     head = "".join(f'<th scope="col">{one}</th>' for one in heads)
     lines = "\n".join(
         "<tr>" + "".join(f"<td>{cell}</td>" for cell in row) + "</tr>"
-        for row in rows[:MOST_ROWS] if row)
-    beyond = len(rows) - MOST_ROWS
+        for row in rows[:MAX_ROWS] if row)
+    beyond = len(rows) - MAX_ROWS
     more = f"<p>And {beyond} more.</p>" if beyond > 0 else ""
     return (f"<table><caption>{caption}</caption><thead><tr>{head}</tr>"
             f"</thead>\n<tbody>\n{lines}\n</tbody></table>{more}\n")
@@ -74,8 +74,8 @@ def table(caption, heads, rows):
 def problem_list(record):
     problems = record["problems"]
     lines = [f"<li>{badge(severity)} {show(text)}</li>"
-             for severity, text in problems[:MOST_PROBLEMS]]
-    beyond = len(problems) - MOST_PROBLEMS
+             for severity, text in problems[:MAX_PROBLEMS]]
+    beyond = len(problems) - MAX_PROBLEMS
     if beyond > 0:
         lines.append(f"<li>and {beyond} more</li>")
     return f"<ul>{''.join(lines)}</ul>" if lines else "none"
@@ -111,7 +111,7 @@ def versions_section(records):
     if not different:
         parts.append("<p>There are none.</p>\n")
     for what, versions in different.items():
-        rows = [(show(version), str(count), some(hosts, MOST_HOSTS))
+        rows = [(show(version), str(count), some(hosts, MAX_HOSTS))
                 for version, (count, hosts) in versions.items()]
         parts.append(table(show(what), ("Version", "How many", "Hosts"),
                            rows))
@@ -120,7 +120,7 @@ def versions_section(records):
 
 def batches_section(records, prefix):
     rows = [(show(model), show(start), str(one["drives"]),
-             str(one["troubled"]), some(one["hosts"], MOST_HOSTS))
+             str(one["troubled"]), some(one["hosts"], MAX_HOSTS))
             for model, start, one in fleet.batches(records, prefix)]
     heads = ("Model", "Serial numbers begin with", "Drives",
              "With problems", "Hosts")
