@@ -66,6 +66,20 @@ TEST_F(Baseline, ReportsASpareThatDisappearedSilently) {
                  "2 problems\n");
 }
 
+TEST_F(Baseline, ReportsASpareOnAnotherDrive) {
+    Json other = controller()["drives"][2];
+    other["id"] = 5;
+    other["serial"] = "S0006";
+    other["extents"][0]["use"] = "free";
+    controller()["drives"].push_back(other);
+    session.useWorld(world.dump());
+    writeFile(before, session.run({"--json"}).out);
+    controller()["drives"][2]["extents"][0]["use"] = "free";
+    controller()["drives"][3]["extents"][0]["use"] = "globalSpare";
+    expectAll(0, "info: controller 0: has a spare on drive 6; it was on drive 3\n"
+                 "all well: 1 controller, 4 drives, 1 logical drive\n");
+}
+
 TEST_F(Baseline, ReportsAReplacedDrive) {
     controller()["drives"][2]["serial"] = "S9999";
     expectAll(0, "info: drive 3 of controller 0: was replaced; serial S0003 is now S9999\n"
@@ -120,6 +134,32 @@ TEST_F(Baseline, ReportsALogicalDriveThatIsMissing) {
         drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
     expectFindings(2, "critical: logical drive 0 Data of controller 0: is missing; it was RAID1 of 500 MB\n"
                       "warning: controller 0: has 0 spares; it had 1\n");
+}
+
+TEST_F(Baseline, ReportsALogicalDriveOnOtherDrives) {
+    controller()["logicalDrives"][0]["members"] = {0, 2};
+    std::swap(controller()["drives"][1]["extents"], controller()["drives"][2]["extents"]);
+    expectAll(0, "info: controller 0: has a spare on drive 2; it was on drive 3\n"
+                 "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
+}
+
+// One that was deleted and created again, for example.
+TEST_F(Baseline, ReportsALogicalDriveOfAnotherNameAndLevel) {
+    controller()["logicalDrives"][0]["name"] = "Mail";
+    expectAll(0, "info: logical drive 0 Mail of controller 0: was named Data\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
+    controller()["logicalDrives"][0]["level"] = "RAID0";
+    controller()["logicalDrives"][0]["sectors"] = 2048000;
+    expectAll(0, "info: logical drive 0 Mail of controller 0: is RAID0 of 1000 MB; it was RAID1 of 500 MB\n"
+                 "info: logical drive 0 Mail of controller 0: was named Data\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
+}
+
+TEST_F(Baseline, ReportsAnEnclosureOfAnotherType) {
+    controller()["enclosures"][0]["type"] = "OEM-A";
+    expectAll(0, "info: enclosure 0 of controller 0: is now OEM-A; it was Traybox 400\n"
+                 "all well: 1 controller, 3 drives, 1 logical drive\n");
 }
 
 TEST_F(Baseline, ReportsMissingEnclosureAndBattery) {
@@ -219,6 +259,7 @@ TEST_F(Changes, ReportAFailedDriveUntilItIsRebuilt) {
                                "channel 1, enclosure 0, serial S0002\n";
     next(1, "info: logical drive 0 Data of controller 0 is online again\n"
             "info: rebuild of logical drive 0 Data of controller 0 finished\n"
+            "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
             "warning: " +
                 unused + "info: logical drive 0 Data of controller 0: has no spare\n");
     next(1, "");

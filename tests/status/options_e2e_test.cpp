@@ -66,7 +66,7 @@ TEST_F(StatusOptions, UsageErrorsEndWith3) {
     expectRefused({"-i", ""}, "controller ID \"\" is not a number from 0 to 65535");
     expectRefused({"-i", "-1"}, "controller ID \"-1\" is not a number from 0 to 65535");
     expectRefused({"-i", "65536"}, "controller ID \"65536\" is not a number from 0 to 65535");
-    expectRefused({"--json", "--plugin"}, "only one of --json, --plugin, --metrics and --page can be given");
+    expectRefused({"--json", "--metrics"}, "only one of --json, --plugin, --metrics and --page can be given");
     expectRefused({"--json", "--changes", "x"},
                   "--changes cannot be combined with --json, --plugin, --metrics or --page");
     expectRefused({"--json", "-v"}, "-v and -q apply to plain text only");
@@ -197,6 +197,13 @@ TEST_F(StatusOptions, PluginReportsItsOwnFailures) {
               (ProcessOutcome{3, "SATARAID UNKNOWN: cannot read " + session.path("a\\x7cb") + "\n", ""}));
     EXPECT_EQ(session.run({"--plugin", "-i", "4"}),
               (ProcessOutcome{3, "SATARAID UNKNOWN: there is no controller 4\n", ""}));
+    const std::string usage = "SATARAID UNKNOWN: usage error, see cli-status --help\n";
+    EXPECT_EQ(session.run({"--plugin", "--changes", "x"}),
+              (ProcessOutcome{3, usage,
+                              "cli-status: --changes cannot be combined with --json, --plugin, --metrics or "
+                              "--page\nTry \"cli-status --help\".\n"}));
+    EXPECT_EQ(session.run({"--nonsense", "--plugin"}).out, usage);
+    EXPECT_EQ(session.run({"--nonsense"}).out, "");
 }
 
 // Neither the world nor anything beside it changes.

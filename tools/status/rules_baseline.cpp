@@ -143,6 +143,36 @@ void findNewSpares(Evaluation* evaluation) {
     compareSpares(evaluation, false);
 }
 
+static bool hasSpare(const Drive& drive) {
+    const auto all = extents(drive.info);
+    return std::any_of(all.begin(), all.end(), isSpare);
+}
+
+// The drives of one that have a spare and neither the number nor the serial of such a drive of the other: a
+// spare's drive that was replaced or moved is a change of that drive.
+static std::vector<std::uint32_t> otherSpares(const Controller& one, const Controller& other) {
+    std::vector<std::uint32_t> numbers;
+    for (const Drive& drive : one.drives)
+        if (hasSpare(drive) && std::none_of(other.drives.begin(), other.drives.end(), [&](const Drive& each) {
+                return hasSpare(each) && (each.number == drive.number ||
+                                          (!serialOf(each).empty() && serialOf(each) == serialOf(drive)));
+            }))
+            numbers.push_back(drive.number);
+    return numbers;
+}
+
+// Spares without a counterpart are missing or new.
+void findMovedSpares(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        const std::vector<std::uint32_t> before = otherSpares(pair.earlier, pair.now);
+        const std::vector<std::uint32_t> after = otherSpares(pair.now, pair.earlier);
+        for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i)
+            addFinding(evaluation, objectOf(pair.now),
+                       "has a spare on drive " + std::to_string(after[i]) + "; it was on drive " +
+                           std::to_string(before[i]));
+    });
+}
+
 static const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint16_t logDrvId) {
     for (const LogicalDrive& drive : controller.logicalDrives)
         if (drive.info.logDrvId == logDrvId)
@@ -173,26 +203,63 @@ void findNewArrays(Evaluation* evaluation) {
     });
 }
 
-void findChangedArrays(Evaluation* evaluation) {
-    forEachPair(*evaluation, [&](const Pair& pair) {
-        for (const LogicalDrive& drive : pair.now.logicalDrives) {
-            const LogicalDrive* earlier = findLogicalDrive(pair.earlier, drive.info.logDrvId);
-            if (earlier != nullptr && shapeOf(*earlier) != shapeOf(drive))
-                addFinding(evaluation, objectOf(pair.now, drive),
-                           "is " + shapeOf(drive) + "; it was " + shapeOf(*earlier));
-        }
+// apply(pair, earlier, now): logical drives with the same ID.
+template <typename Apply>
+static void forEachArrayPair(const Evaluation& evaluation, Apply apply) {
+    forEachPair(evaluation, [&](const Pair& pair) {
+        for (const LogicalDrive& drive : pair.now.logicalDrives)
+            if (const LogicalDrive* earlier = findLogicalDrive(pair.earlier, drive.info.logDrvId))
+                apply(pair, *earlier, drive);
     });
 }
 
-static bool hasEnclosure(const Controller& controller, std::uint32_t id) {
-    return std::any_of(controller.enclosures.begin(), controller.enclosures.end(),
-                       [&](const Enclosure& enclosure) { return enclosure.id == id; });
+void findChangedArrays(Evaluation* evaluation) {
+    forEachArrayPair(*evaluation,
+                     [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
+                         const std::string name(fieldText(earlier.info.name));
+                         if (shapeOf(earlier) != shapeOf(now))
+                             addFinding(evaluation, objectOf(pair.now, now),
+                                        "is " + shapeOf(now) + "; it was " + shapeOf(earlier));
+                         if (name != fieldText(now.info.name))
+                             addFinding(evaluation, objectOf(pair.now, now),
+                                        name.empty() ? "had no name" : "was named " + name);
+                     });
+}
+
+static std::string drivesOf(const LogicalDrive& drive) {
+    std::vector<std::uint32_t> numbers;
+    for (const Member& member : drive.members)
+        numbers.push_back(member.number);
+    std::sort(numbers.begin(), numbers.end());
+    std::string text = numbers.size() == 1 ? "drive" : "drives";
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        text += (i == 0 ? " " : ", ") + std::to_string(numbers[i]);
+    return text;
+}
+
+// Lost members count: only a rebuild or a migration replaces them.
+void findMovedArrays(Evaluation* evaluation) {
+    forEachArrayPair(*evaluation,
+                     [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
+                         const bool known = earlier.lostMask && now.lostMask && !earlier.members.empty() &&
+                                            !now.members.empty();
+                         if (known && drivesOf(earlier) != drivesOf(now))
+                             addFinding(evaluation, objectOf(pair.now, now),
+                                        "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
+                     });
+}
+
+static const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
+    for (const Enclosure& enclosure : controller.enclosures)
+        if (enclosure.id == id)
+            return &enclosure;
+    return nullptr;
 }
 
 void findMissingEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.earlier.enclosures)
-            if (!hasEnclosure(pair.now, enclosure.id) && !failed(pair.now, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.now, enclosure.id) == nullptr && !failed(pair.now, "q5_getEnclosureInfo"))
                 addFinding(evaluation, objectOf(pair.earlier, enclosure), "is missing");
     });
 }
@@ -200,8 +267,21 @@ void findMissingEnclosures(Evaluation* evaluation) {
 void findNewEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.now.enclosures)
-            if (!hasEnclosure(pair.earlier, enclosure.id))
+            if (findEnclosure(pair.earlier, enclosure.id) == nullptr)
                 addFinding(evaluation, objectOf(pair.now, enclosure), "is new");
+    });
+}
+
+// An enclosure reports nothing else that identifies it.
+void findReplacedEnclosures(Evaluation* evaluation) {
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        for (const Enclosure& enclosure : pair.now.enclosures) {
+            const Enclosure* earlier = findEnclosure(pair.earlier, enclosure.id);
+            if (earlier != nullptr && earlier->entry.type != enclosure.entry.type)
+                addFinding(evaluation, objectOf(pair.now, enclosure),
+                           std::string("is now ") + enclosureTypeText(enclosure.entry.type) + "; it was " +
+                               enclosureTypeText(earlier->entry.type));
+        }
     });
 }
 

@@ -1,6 +1,7 @@
 // cli-status: reads everything from the adapters, evaluates it, and reports.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -142,10 +143,18 @@ static int run(const Options& options) {
     return problem.empty() ? exitStatus(worstSeverity(findings)) : printError(options, problem);
 }
 
+// The options were refused, so that the format may not be known.
+static bool asksForPlugin(int argc, char** argv) {
+    return std::any_of(argv, argv + argc,
+                       [](const char* word) { return std::string_view(word) == "--plugin"; });
+}
+
 int main(int argc, char** argv) {
     Options options;
     const OptionsResult result = readOptions(argc, argv, &options);
-    if (result != OptionsResult::run)
-        return result == OptionsResult::done ? 0 : kUnknown;
-    return run(options);
+    if (result == OptionsResult::run)
+        return run(options);
+    if (result != OptionsResult::done && asksForPlugin(argc, argv))
+        std::puts(pluginProblem("usage error, see cli-status --help").c_str());
+    return result == OptionsResult::done ? 0 : kUnknown;
 }
