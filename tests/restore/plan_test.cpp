@@ -310,6 +310,32 @@ TEST(Plan, NotesWhatNoCommandSets) {
                                  "the SMART check of drive 1 is set by no command; it was enabled"}));
 }
 
+// Drive 2 takes the place of drive 1: it cannot have the settings of both.
+TEST(Plan, GivesADriveTheSettingsOfOneOnly) {
+    Controller saved = controllerWith(2, 40960);
+    saved.drives[0].settings->writeCache = 1;
+    const Plan plan = makePlan(saved, controllerWith(2, 40960), {{1, 2}});
+    EXPECT_EQ(textsOf(plan), (Texts{"set drive 2: write cache enable"}));
+    EXPECT_EQ(plan.notes,
+              (Texts{"drive 2 takes the place of another one; its own settings are not restored"}));
+}
+
+// The option belongs to the model: two drives of other models were replaced by two of one.
+TEST(Plan, GivesAModelTheSpeedOfItsFirstDrive) {
+    Controller saved = controllerWith(2, 40960), now = saved;
+    saved.drives[1].info.model[0] = 'X';
+    saved.drives[0].speed3Gb = 0;
+    saved.drives[1].speed3Gb = now.drives[0].speed3Gb = now.drives[1].speed3Gb = 1;
+    EXPECT_EQ(textsOf(makePlan(saved, now, {})), (Texts{"set the 3 Gb/s option of drives like drive 1: 0"}));
+    now.drives[0].speed3Gb = now.drives[1].speed3Gb = 0;
+    EXPECT_EQ(textsOf(makePlan(saved, now, {})), Texts());
+}
+
+TEST(Plan, NotesADriveThatIsLeftOut) {
+    const Controller saved = controllerWith(2, 40960);
+    EXPECT_EQ(makePlan(saved, saved, {{2, std::nullopt}}).notes, (Texts{"drive 2 is left out"}));
+}
+
 TEST(Plan, SparesComeLast) {
     Controller saved = controllerWithMirror();
     Drive third = controllerWith(3, 40960).drives[2];

@@ -210,6 +210,39 @@ TEST_F(Restore, StopsAtTheFirstDifference) {
     EXPECT_EQ(outcome.out.find("3. "), std::string::npos) << outcome;
 }
 
+// Each kind of step, refused by the adapter. The same command, given again, does it and the rest.
+TEST_F(Restore, StopsAtEachKindOfStepAndContinues) {
+    for (const Words& words : {Words{"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=9"},
+                               Words{"buzz", "-a", "disable", "-i", "0"},
+                               Words{"phydrv", "-a", "mod", "-p", "2", "-i", "0", "-s",
+                                     "writecache=disable,ncq=disable,tcq=disable"},
+                               Words{"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"},
+                               Words{"extent", "-a", "split", "-p", "1", "-e", "1", "-i", "0", "-o", "100"},
+                               Words{"logdrv", "-a", "mod", "-i", "0", "-l", "0", "-s", "lookahead=1"}})
+        ASSERT_EQ(cli(words).status, 0) << words[0];
+    ASSERT_EQ(backup().status, 0);
+    world = Json::parse(session.worldText());
+    blank(&controller());
+    const std::string blanked = world.dump(), log = newest() + ".restore-0.log";
+    for (const char* operation :
+         {"q5_setControllerSettings", "q5_turnOffBuzzer", "q5_setPhyDrvSettings", "q5_setDataTransferSpeed",
+          "q5_addHBAArray", "q5_setLogDrvSettings", "q5_splitHBAExtent", "q5_spareHBAExtent"}) {
+        SCOPED_TRACE(operation);
+        session.useWorld(blanked);
+        std::filesystem::remove(session.path(log));
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+        const ProcessOutcome stopped = restore({"--apply"});
+        EXPECT_EQ(stopped.status, 5) << stopped;
+        EXPECT_EQ(stopped.err.rfind("cli-restore: stopped after \"", 0), 0u) << stopped;
+        EXPECT_NE(content(log).find(" stopped still to do: "), std::string::npos) << content(log);
+        ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+        const ProcessOutcome outcome = restore({"--apply"});
+        EXPECT_EQ(outcome.status, 0) << outcome;
+        EXPECT_EQ(outcome.out.rfind("Continuing: ", 0), 0u) << outcome;
+        EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
+    }
+}
+
 TEST_F(Restore, ContinuesWhereItStopped) {
     blank(&controller());
     controller()["drives"][1]["serial"] = "S9999";

@@ -123,13 +123,13 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
                                        "d");
 }
 
-// The option applies to all drives with this model and firmware: it is set once.
+// The option applies to all drives with this model and firmware: the first of them decides.
 static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive,
                       std::set<std::string>* models) {
     const std::string model =
         std::string(fieldText(drive.info.model)) + '\n' + std::string(fieldText(drive.info.firmware));
-    if (!saved.speed3Gb || !drive.speed3Gb || *saved.speed3Gb == *drive.speed3Gb ||
-        !models->insert(model).second)
+    if (!saved.speed3Gb || !drive.speed3Gb || !models->insert(model).second ||
+        *saved.speed3Gb == *drive.speed3Gb)
         return;
     const std::string setting = std::to_string(*saved.speed3Gb);
     addStep(
@@ -138,22 +138,42 @@ static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive
         {"phydrv", "-a", "set3G", "-p", number(drive.number), "-i", number(planning->now.id), "-e", setting});
 }
 
-// A missing or different drive that nothing else needs is only noted.
+// Whether the map gives the drive the place of another one, but no other one its own.
+static bool takesAnotherPlace(const Planning& planning, std::uint32_t number) {
+    return planning.drives.count(number) == 0 &&
+           std::any_of(planning.drives.begin(), planning.drives.end(),
+                       [number](const auto& pair) { return pair.second == number; });
+}
+
+// Why the settings of a drive are not restored; empty: they are. A drive that nothing else needs is only
+// noted when it is missing or another one.
+static std::string reasonToLeave(const Planning& planning, const Drive& saved) {
+    const Drive* drive = presentDrive(planning, saved.number);
+    if (isLeftOut(planning, saved.number))
+        return driveName(saved.number) + " is left out";
+    if (drive == nullptr)
+        return driveName(saved.number) + " of the backup is not here";
+    if (takesAnotherPlace(planning, saved.number))
+        return driveName(drive->number) +
+               " takes the place of another one; its own settings are not restored";
+    if (planning.drives.count(saved.number) == 0 && !hasSerialOf(saved, *drive))
+        return driveName(drive->number) + " is another drive; its settings stay";
+    if (!saved.settings || !drive->settings)
+        return "the settings of " + driveName(drive->number) + " could not be read; they stay";
+    return "";
+}
+
 void planDrives(Planning* planning) {
     std::set<std::string> models;
     for (const Drive& saved : planning->saved.drives) {
-        const Drive* drive = presentDrive(*planning, saved.number);
-        if (drive == nullptr)
-            planning->plan.notes.push_back(driveName(saved.number) + " of the backup is not here");
-        else if (planning->drives.count(saved.number) == 0 && !hasSerialOf(saved, *drive))
-            planning->plan.notes.push_back(driveName(drive->number) + " is another drive; its settings stay");
-        else if (!saved.settings || !drive->settings)
-            planning->plan.notes.push_back("the settings of " + driveName(drive->number) +
-                                           " could not be read; they stay");
-        else {
-            planDriveSettings(planning, *saved.settings, *drive);
-            planSpeed(planning, saved, *drive, &models);
+        const std::string reason = reasonToLeave(*planning, saved);
+        if (!reason.empty()) {
+            planning->plan.notes.push_back(reason);
+            continue;
         }
+        const Drive& drive = *presentDrive(*planning, saved.number);
+        planDriveSettings(planning, *saved.settings, drive);
+        planSpeed(planning, saved, drive, &models);
     }
 }
 
