@@ -1,40 +1,29 @@
-// A temporary directory for each test, and child processes that may be killed or drop root privileges.
+// A temporary directory for each test that other users can read, and child processes that may be killed or
+// drop root privileges.
 #pragma once
 
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/temp_dir.h"
+
 inline constexpr uid_t kNobody = 65534;
 
 class TemporaryDirectory : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = testing::TempDir() + "cli-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        directory = pattern;
-        std::filesystem::permissions(directory, std::filesystem::perms(0755));
-    }
-    void TearDown() override { std::filesystem::remove_all(directory); }
+    void SetUp() override { std::filesystem::permissions(directory, std::filesystem::perms(0755)); }
 
-    std::string path(const std::string& name) const { return directory + "/" + name; }
-    void write(const std::string& name, const std::string& content) const {
-        std::ofstream(path(name), std::ios::binary) << content;
-    }
-    std::string content(const std::string& name) const {
-        std::ifstream stream(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    std::string path(const std::string& name) const { return temporary.path(name); }
+    void write(const std::string& name, const std::string& content) const { temporary.write(name, content); }
+    std::string content(const std::string& name) const { return temporary.read(name); }
     // The names in the directory, sorted.
     std::vector<std::string> names() const {
         std::vector<std::string> found;
@@ -45,7 +34,8 @@ protected:
     }
     using Names = std::vector<std::string>;
 
-    std::string directory;
+    const TempDir temporary;
+    const std::string directory = temporary.path();
 };
 
 // Counters of executed branches, in a build that has them.

@@ -170,7 +170,7 @@ void describe(Io& io, Activity& activity) {
 }
 
 template <typename Io>
-void describe(Io& io, LogicalDrive& drive) {
+void describeLayout(Io& io, LogicalDrive& drive) {
     require(io, "arrayId");
     io.number("arrayId", drive.arrayId, 0, 254);
     require(io, "logDrvId");
@@ -188,6 +188,11 @@ void describe(Io& io, LogicalDrive& drive) {
     io.number("symmetric", drive.symmetric, 0, 1);
     io.number("shift", drive.shift, -32768, 32767);
     io.number("subArrays", drive.subArrays, 0, 255);
+}
+
+template <typename Io>
+void describe(Io& io, LogicalDrive& drive) {
+    describeLayout(io, drive);
     io.number("cacheFlags", drive.cacheFlags, 0, 255);
     io.flag("consolidation", drive.consolidation);
     io.number("lookahead", drive.lookahead, 0, 65535);

@@ -100,52 +100,46 @@ static const Command* findCommand(const char* name) {
     return nullptr;
 }
 
-static bool readUnsigned(const char* text, std::int64_t limit, std::uint32_t& value) {
+// Stores a number with one of the functions that read it.
+template <typename Number>
+static bool store(bool (*read)(const char*, std::int64_t, std::int64_t&), const char* text,
+                  std::int64_t limit, Number& value) {
     std::int64_t number = 0;
-    const bool valid = readNumber(text, limit, number);
-    value = static_cast<std::uint32_t>(number);
+    const bool valid = read(text, limit, number);
+    value = static_cast<Number>(number);
     return valid;
 }
 
 // Stores the value of an option; false: it is invalid.
-static bool storeOption(int option, const char* value, Options& options) {
-    std::int64_t number = 0;
-    bool valid = true;
+static bool storeValue(int option, const char* value, Options& options) {
     switch (option) {
-    case kBlank:
-        options.newDrive = NewDrive::blank;
-        return true;
-    case kForeign:
-        options.newDrive = NewDrive::foreign;
-        return true;
     case kAt:
-        valid = readNumber(value, 100, number);
-        options.atPercent = static_cast<int>(number);
-        return valid;
+        return store(readNumber, value, 100, options.atPercent);
     case kCelsius:
         options.hasCelsius = true;
-        valid = readSigned(value, 100, number);
-        options.celsius = static_cast<std::int32_t>(number);
-        return valid;
-    case kUntilIdle:
-        options.untilIdle = true;
-        return true;
+        return store(readSigned, value, 100, options.celsius);
     case kLimit:
         return readNumber(value, std::int64_t{1} << 40, options.limit);
-    case kCheck:
-        options.check = true;
-        return true;
     case kTimes:
-        return readUnsigned(value, INT32_MAX, options.times);
+        return store(readNumber, value, INT32_MAX, options.times);
     case kAfter:
-        return readUnsigned(value, INT32_MAX, options.after);
+        return store(readNumber, value, INT32_MAX, options.after);
     case kResult:
-        valid = readSigned(value, INT32_MAX, number);
-        options.result = static_cast<std::int32_t>(number);
-        return valid;
+        return store(readSigned, value, INT32_MAX, options.result);
     default:
         return true;
     }
+}
+
+static void storeFlag(int option, Options& options) {
+    if (option == kBlank)
+        options.newDrive = NewDrive::blank;
+    else if (option == kForeign)
+        options.newDrive = NewDrive::foreign;
+    else if (option == kUntilIdle)
+        options.untilIdle = true;
+    else if (option == kCheck)
+        options.check = true;
 }
 
 static int commandError(const Command& command, const std::string& reason) {
@@ -179,7 +173,8 @@ static int runCommand(const Command& command, int count, char** words) {
                                 option == ':' ? "an option lacks its value" : "an option is unknown");
         if (!fits(command, present, static_cast<unsigned>(option)))
             return commandError(command, "an option does not fit here");
-        if (!storeOption(option, ::optarg, arguments.options))
+        storeFlag(option, arguments.options);
+        if (!storeValue(option, ::optarg, arguments.options))
             return commandError(command, std::string("the value ") + ::optarg + " of an option is invalid");
         present |= static_cast<unsigned>(option);
     }

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 #include "simulator/file/world_json.h"
+#include "snapshot/fields.h"
 #include "tools/capture/capture.h"
 
 static constexpr std::int64_t kNow = 5000;
@@ -51,6 +53,13 @@ static LogicalDrive mirrorOf(std::uint16_t id, std::uint8_t first, std::uint8_t 
     return drive;
 }
 
+template <typename Record>
+static void setNumbers(Record* record) {
+    for (const Field& field : recordType<Record>().fields)
+        if (field.kind == FieldKind::unsignedNumber || field.kind == FieldKind::signedNumber)
+            setNumberAt(record, field, 0, 1);
+}
+
 // Two drives, mirrored.
 static Snapshot mirrored() {
     Snapshot snapshot;
@@ -60,6 +69,22 @@ static Snapshot mirrored() {
         controller.drives.push_back(driveOf(id, {extentOf(kExtentAssigned, 0, 0, kDriveSectors)}));
     controller.logicalDrives.push_back(mirrorOf(0, 0, 1));
     snapshot.controllers.push_back(controller);
+    return snapshot;
+}
+
+// The same with every setting 1.
+static Snapshot mirroredWithSettings() {
+    Snapshot snapshot = mirrored();
+    Controller& controller = snapshot.controllers[0];
+    controller.settings = ControllerSettings{};
+    setNumbers(&*controller.settings);
+    for (Drive& drive : controller.drives) {
+        drive.settings = PhyDrvSettings{};
+        setNumbers(&*drive.settings);
+        drive.settings->pdId = drive.info.driveId;
+    }
+    controller.logicalDrives[0].settings = LogDrvSettings{};
+    setNumbers(&*controller.logicalDrives[0].settings);
     return snapshot;
 }
 
@@ -73,6 +98,33 @@ static q5sim::World worldOf(const Capture& capture) {
 
 static bool hasNote(const Capture& capture, const std::string& line) {
     return std::find(capture.assumed.begin(), capture.assumed.end(), line) != capture.assumed.end();
+}
+
+// Changes each number of the settings in turn: the world differs.
+template <typename Record>
+static void expectEverySettingConverted(Record& (*settings)(Snapshot&), const std::set<std::string>& fixed) {
+    const std::string before = captureWorld(mirroredWithSettings(), kNow).text;
+    for (const Field& field : recordType<Record>().fields) {
+        if ((field.kind != FieldKind::unsignedNumber && field.kind != FieldKind::signedNumber) ||
+            fixed.count(field.name) != 0)
+            continue;
+        Snapshot snapshot = mirroredWithSettings();
+        setNumberAt(&settings(snapshot), field, 0, 0);
+        EXPECT_NE(captureWorld(snapshot, kNow).text, before) << field.name;
+    }
+}
+
+TEST(Conversion, CoversEverySetting) {
+    expectEverySettingConverted<ControllerSettings>(
+        [](Snapshot& snapshot) -> ControllerSettings& { return *snapshot.controllers[0].settings; }, {});
+    expectEverySettingConverted<PhyDrvSettings>(
+        [](Snapshot& snapshot) -> PhyDrvSettings& { return *snapshot.controllers[0].drives[1].settings; },
+        {"pdId"});
+    expectEverySettingConverted<LogDrvSettings>(
+        [](Snapshot& snapshot) -> LogDrvSettings& {
+            return *snapshot.controllers[0].logicalDrives[0].settings;
+        },
+        {});
 }
 
 TEST(Conversion, CompleteWhereTheModelShowsTheSame) {

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "tests/mock_adapter.h"
+#include "tests/temp_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -195,22 +196,11 @@ TEST_F(CorruptImage, LimitsTheCountToTheSlots) {
 namespace {
 class EventFile : public EventBufferTest {
 protected:
-    void SetUp() override {
-        EventBufferTest::SetUp();
-        std::string pattern = testing::TempDir() + "event-file-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        directory = pattern;
-        path = directory / "CLIEvent.dat";
-    }
-    void TearDown() override { fs::remove_all(directory); }
+    void writeFile(const std::string& content) const { temporary.write("CLIEvent.dat", content); }
+    std::string readFile() const { return temporary.read("CLIEvent.dat"); }
 
-    void writeFile(const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
-    std::string readFile() {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    fs::path directory, path;
+    const TempDir temporary;
+    const fs::path directory = temporary.path(), path = directory / "CLIEvent.dat";
 };
 } // namespace
 

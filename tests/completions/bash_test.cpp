@@ -1,7 +1,8 @@
 // The candidates in bash, from the completion function and on a terminal with a real bash.
 #include <gtest/gtest.h>
 
-#include "tests/completions/shells.h"
+#include "tests/e2e/process.h"
+#include "tests/temp_dir.h"
 
 // The candidates of the completion function at the end of a line.
 static std::string candidates(const std::string& line) {

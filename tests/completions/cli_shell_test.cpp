@@ -1,7 +1,8 @@
 // cli-shell: when it runs the line editor, with which options, and its exit status.
 #include <gtest/gtest.h>
 
-#include "tests/completions/shells.h"
+#include "tests/e2e/process.h"
+#include "tests/temp_dir.h"
 
 namespace fs = std::filesystem;
 

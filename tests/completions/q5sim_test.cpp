@@ -6,7 +6,8 @@
 #include <sstream>
 #include <vector>
 
-#include "tests/completions/shells.h"
+#include "tests/e2e/process.h"
+#include "tests/temp_dir.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,8 @@
 // Completion in a real zsh on a terminal.
 #include <gtest/gtest.h>
 
-#include "tests/completions/shells.h"
+#include "tests/e2e/process.h"
+#include "tests/temp_dir.h"
 
 class ZshCompletion : public testing::Test {
 protected:

@@ -1,38 +1,21 @@
 // Temporary configuration files of the tests. Their contents are in config_blocks.h.
 #pragma once
 
-#include <stdlib.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "tests/mock_adapter.h"
+#include "tests/temp_dir.h"
 
 // A test without planned calls and with a temporary directory.
 class Configuration : public MockAdapterTest {
 protected:
-    void SetUp() override {
-        MockAdapterTest::SetUp();
-        char name[] = "/tmp/configuration_XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory = name;
-        path = directory + "/all.cfg";
-    }
-    void TearDown() override {
-        unlink(path.c_str());
-        rmdir(directory.c_str());
-        MockAdapterTest::TearDown();
-    }
-    void write(const std::string& text) const { std::ofstream(path, std::ios::binary) << text; }
-    std::string contents() const {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    void write(const std::string& text) const { temporary.write("all.cfg", text); }
+    std::string contents() const { return temporary.read("all.cfg"); }
     bool exists() const { return access(path.c_str(), F_OK) == 0; }
 
-    std::string directory;
-    std::string path;
+    const TempDir temporary;
+    const std::string directory = temporary.path();
+    const std::string path = temporary.path("all.cfg");
 };
 
 // Reads a block from the text after a marker into a record filled with a pattern. Stores what the reader

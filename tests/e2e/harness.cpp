@@ -8,7 +8,6 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 
 namespace fs = std::filesystem;
 
@@ -16,21 +15,12 @@ namespace fs = std::filesystem;
 static constexpr const char* kInherited[] = {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"};
 
 Session::Session() : program(E2E_REHEARSAL) {
-    std::string pattern = (fs::temp_directory_path() / "cli-e2e-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("cannot make a directory for the session");
-    directory = pattern;
     for (const char* name : kInherited)
         if (const char* value = std::getenv(name))
             variables[name] = value;
     variables["HOME"] = directory;
     variables["Q5SIM_WORLD"] = world();
     setClock(kSessionStart);
-}
-
-Session::~Session() {
-    std::error_code ignored;
-    fs::remove_all(directory, ignored);
 }
 
 static Launch launchOf(const Session& session, const std::vector<std::string>& words) {

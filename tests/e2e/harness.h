@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/e2e/process.h"
+#include "tests/temp_dir.h"
 
 // The clock of a new session, in seconds since the epoch.
 inline constexpr std::int64_t kSessionStart = 1700000000;
@@ -22,8 +23,7 @@ inline constexpr std::int64_t kSessionStart = 1700000000;
 inline const ProcessOutcome kSilentSuccess = {0, "", ""};
 
 struct Session {
-    Session();  // creates a temporary directory
-    ~Session(); // and removes it
+    Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -55,7 +55,8 @@ struct Session {
     std::string eventFile() const;
     std::string path(const std::string& name) const; // of a file next to the world
 
-    std::string directory;
+    const TempDir temporary;
+    const std::string directory = temporary.path();
     std::string program;
     bool unprivileged = false;
     std::map<std::string, std::string> variables;

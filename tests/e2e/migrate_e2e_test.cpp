@@ -41,8 +41,11 @@ TEST_F(Migrate, RunsToCompletion) {
     EXPECT_EQ(outcomeOf("migrate -l 0"), kNoMigration);
     EXPECT_EQ(row(0), " 0   RAID5     3      64    1600.00         (1,2,3) data\n");
     EXPECT_NE(events().find("Event Desciption: Logical drive 0: migration ended\n"), std::string::npos);
+}
 
-    // It is a RAID5 now and can be deleted.
+TEST_F(Migrate, ResultIsACompleteRaid5) {
+    EXPECT_EQ(start("-p 3 -e 0", "raid=raid5"), kStarted);
+    advanceClockTo(375);
     EXPECT_EQ(outcomeOf("rc -a start -l 0 -i 0"), "0: Redundancy check started on Array 0!\n");
     advanceClockTo(500);
     EXPECT_EQ(start("", "raid=raid0"),

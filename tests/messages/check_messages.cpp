@@ -66,6 +66,11 @@ static Codes codesOf(const std::string& list) {
     return codes;
 }
 
+// Adds a message of the catalog. Returns false if it is there already.
+static bool addMessage(Check* check, const std::string& message, const Codes& codes) {
+    return check->catalog.messages.emplace(replaced(message, "<[^<>]*>", "<>"), codes).second;
+}
+
 // Reads the catalog. A group of entries must be followed by what was changed and what to do next.
 static void readCatalog(Check* check) {
     const std::regex entry(R"(- `(.*)` \(([0-9, ]+)\))"), what(R"( *\| `([^`]*)` \| ([0-9]+) \|.*)");
@@ -85,14 +90,12 @@ static void readCatalog(Check* check) {
             if (!explanation.empty())
                 finish();
             last = match[1];
-            const std::string message = replaced(last, "<[^<>]*>", "<>");
-            const bool fresh = check->catalog.messages.emplace(message, codesOf(match[2])).second;
-            if (!fresh)
+            if (!addMessage(check, last, codesOf(match[2])))
                 reportError(check, name, "is listed twice", last);
         } else if (std::regex_match(line, match, what)) {
             check->catalog.valueNames[match[1]] = std::stoi(match[2]);
         } else if (std::regex_match(line, match, partial)) {
-            check->catalog.messages.emplace(replaced(match[1], "<[^<>]*>", "<>"), Codes{});
+            addMessage(check, match[1], Codes{});
         } else if (std::regex_match(line, match, code)) {
             check->catalog.explained.merge(codesOf(match[1]));
         } else if (line.starts_with("#")) {

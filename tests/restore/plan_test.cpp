@@ -1,7 +1,9 @@
 // Parts of cli-restore by themselves: drive maps, stretches of sectors, logs, and plans of single
 // controllers.
 #include <cstring>
+#include <set>
 
+#include "snapshot/fields.h"
 #include "tests/temporary_directory.h"
 #include "tools/restore/layout.h"
 #include "tools/restore/log.h"
@@ -169,6 +171,30 @@ TEST(Plan, IsEmptyForEqualControllers) {
     EXPECT_EQ(textsOf(plan), Texts());
     EXPECT_EQ(plan.obstacles, Texts());
     EXPECT_EQ(plan.notes, Texts());
+}
+
+// Sets each number of the saved settings to 1 in turn: the plan has a step or a note for it.
+template <typename Record>
+static void expectEverySettingPlanned(Record& (*settings)(Controller&), const std::set<std::string>& fixed) {
+    for (const Field& field : recordType<Record>().fields) {
+        if ((field.kind != FieldKind::unsignedNumber && field.kind != FieldKind::signedNumber) ||
+            fixed.count(field.name) != 0)
+            continue;
+        Controller saved = controllerWithMirror();
+        setNumberAt(&settings(saved), field, 0, 1);
+        const Plan plan = makePlan(saved, controllerWithMirror(), {});
+        EXPECT_EQ(plan.steps.size() + plan.notes.size(), 1u) << field.name;
+    }
+}
+
+TEST(Plan, CoversEverySetting) {
+    expectEverySettingPlanned<ControllerSettings>(
+        [](Controller& controller) -> ControllerSettings& { return *controller.settings; }, {});
+    expectEverySettingPlanned<PhyDrvSettings>(
+        [](Controller& controller) -> PhyDrvSettings& { return *controller.drives[0].settings; },
+        {"pdId", "tcqSupported", "ncqSupported"}); // properties of the drive
+    expectEverySettingPlanned<LogDrvSettings>(
+        [](Controller& controller) -> LogDrvSettings& { return *controller.logicalDrives[0].settings; }, {});
 }
 
 TEST(Plan, SplitsWhereAnExtentHasToBegin) {

@@ -19,6 +19,7 @@
 #include "simulator/file/world_file.h"
 #include "simulator/file/world_json.h"
 #include "simulator/world/invariants.h"
+#include "tests/temp_dir.h"
 
 namespace fs = std::filesystem;
 using namespace q5sim;
@@ -232,18 +233,10 @@ std::string fourControllers() {
 }
 
 struct KillTest : testing::Test {
-    Place shared;
+    const TempDir temporary;
+    const Place shared = {temporary.path()};
     std::vector<Program> programs;
-    int leftBehind = 0; // rounds that ended with a temporary file
-
-    KillTest() : shared{makeDirectory()} {}
-    ~KillTest() override { fs::remove_all(shared.directory); }
-
-    static std::string makeDirectory() {
-        std::string name = (fs::temp_directory_path() / "kill-test-XXXXXX").string();
-        EXPECT_NE(::mkdtemp(name.data()), nullptr);
-        return name;
-    }
+    int leftovers = 0; // rounds that ended with a temporary file
 
     int use(const Words& command, std::size_t program) const {
         return waitFor(start(command, shared, program));
@@ -268,7 +261,7 @@ void KillTest::beginRound(unsigned seed) {
 // The next use, though it only reads, removes what was left of the world; the next save what was left of
 // saved worlds.
 void KillTest::endRound() {
-    leftBehind += isThere(shared.world() + ".new");
+    leftovers += isThere(shared.world() + ".new");
     EXPECT_EQ(use({"q5sim", "status", "--check"}, 0), 0);
     EXPECT_FALSE(isThere(shared.world() + ".new"));
     EXPECT_EQ(use({"q5sim", "save", "#"}, 0), 0);
@@ -309,6 +302,6 @@ TEST_F(KillTest, WorldIsAlwaysTheOldOrTheNewVersion) {
     }
     std::printf("%d kills, %d of them after the world was replaced; %d commands ended before; "
                 "%d rounds left a temporary file\n",
-                figures.kills, figures.replaced, figures.ended, leftBehind);
+                figures.kills, figures.replaced, figures.ended, leftovers);
     EXPECT_GE(figures.kills, kills);
 }

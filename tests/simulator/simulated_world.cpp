@@ -11,16 +11,12 @@
 namespace fs = std::filesystem;
 
 SimulatedWorld::SimulatedWorld() {
-    char pattern[] = "/tmp/simulated-world-XXXXXX";
-    directory = mkdtemp(pattern);
-    file = directory + "/world.json";
     setenv("Q5SIM_WORLD", file.c_str(), 1);
     waitSeconds(0);
 }
 
 SimulatedWorld::~SimulatedWorld() {
     q5_finalize();
-    fs::remove_all(directory);
 }
 
 void SimulatedWorld::open(const std::string& name) {

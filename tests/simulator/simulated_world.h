@@ -12,14 +12,16 @@
 #include "adapter/mediapatrol.h"
 #include "adapter/reply.h"
 #include "adapter/session.h"
+#include "tests/temp_dir.h"
 
 inline constexpr std::uint64_t kMb = 2048; // sectors
 inline constexpr long long kStart = 1000000000;
 
 class SimulatedWorld : public testing::Test {
 protected:
-    std::string directory; // of the world file, one per test
-    std::string file;
+    const TempDir temporary;
+    const std::string directory = temporary.path(); // of the world file, one per test
+    std::string file = temporary.path("world.json");
     long long now = kStart;
 
     SimulatedWorld();

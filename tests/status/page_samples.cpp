@@ -105,21 +105,22 @@ static Snapshot finished(Controller controller) {
     return {1, {std::move(controller)}, {}};
 }
 
-// 64 drives in four enclosures, 32 logical drives, with losses, activities, spares and long names.
-static Snapshot makeLarge() {
-    static constexpr const char* names[] = {
-        "Archive",
-        "Mail",
-        "A very long name of a logical drive that somebody has typed without any blank_in_it_at_all_1",
-        "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xD7\xA2\xD7\x95\xD7\x9C\xD7\x9D",
-        "\xF0\x9F\x92\xBE backups \xF0\x9F\x94\xA5",
-        "x"};
+static constexpr const char* kNames[] = {
+    "Archive",
+    "Mail",
+    "A very long name of a logical drive that somebody has typed without any blank_in_it_at_all_1",
+    "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xD7\xA2\xD7\x95\xD7\x9C\xD7\x9D",
+    "\xF0\x9F\x92\xBE backups \xF0\x9F\x94\xA5",
+    "x"};
+
+// 64 drives in four enclosures, 32 logical drives, spares and long names.
+static Controller largestController() {
     Controller controller = makeController(0);
     for (std::uint32_t id = 0; id < 4; ++id)
         controller.enclosures.push_back(makeEnclosure(id));
     for (std::uint16_t id = 0; id < 32; ++id)
-        controller.logicalDrives.push_back(
-            makeArray(id, id % 2 == 0 ? kRaid5 : kRaid1, names[id % 6], 4u * (id / 2u) + 1, id < 30 ? 4 : 2));
+        controller.logicalDrives.push_back(makeArray(id, id % 2 == 0 ? kRaid5 : kRaid1, kNames[id % 6],
+                                                     4u * (id / 2u) + 1, id < 30 ? 4 : 2));
     for (std::uint32_t number = 1; number <= kMaxSnapshotDrives; ++number) {
         Drive drive = makeDrive(number);
         const auto first = static_cast<std::uint16_t>(2 * ((number - 1) / 4));
@@ -130,6 +131,12 @@ static Snapshot makeLarge() {
             addExtent(&drive, kExtentDedicatedSpare, first, 800000000);
         controller.drives.push_back(drive);
     }
+    return controller;
+}
+
+// The largest controller, with losses and activities.
+static Snapshot makeLarge() {
+    Controller controller = largestController();
     controller.drives[1].info.extent[0].access = 0;
     controller.drives[1].info.extent[1].access = 0;
     controller.drives[1].locate = 1;

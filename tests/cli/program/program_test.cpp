@@ -12,6 +12,7 @@
 #include "commands/event_buffer.h"
 #include "commands/event_path.h"
 #include "tests/mock_adapter.h"
+#include "tests/temp_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -32,12 +33,12 @@ struct ProgramRun {
 class Program : public testing::Test {
 protected:
     void SetUp() override {
-        std::string pattern = testing::TempDir() + "program-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        directory = pattern;
+        directory = temporary.path();
         eventPath = directory / "CLIEvent.dat";
     }
-    void TearDown() override { fs::remove_all(directory); }
+
+private:
+    const TempDir temporary;
 };
 using OneCommand = Program;
 using Prompt = Program;
