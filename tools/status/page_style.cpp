@@ -104,9 +104,15 @@ progress { width: 100%; height: 1rem; accent-color: var(--a0); }
 .other { --segment: var(--unknown); --segment-text: var(--unknown-text); }
 @media (max-width: 30rem) {
   body { padding: .75rem; }
+  .findings, .sensors { font-size: .85rem; }
+  .findings th, .findings td { padding: .3rem .25rem; }
+  .findings .badge { font-size: .75rem; padding: 0 .25rem; }
+  .findings th:first-child { width: 5.1rem; }
+  .findings th:nth-child(2) { width: 28%; }
   .members { font-size: .8rem; }
   .members th, .members td { padding: .25rem; }
   .members td:nth-child(2) { min-width: 5.4rem; }
+  .members td:nth-child(3) { min-width: 6.3rem; }
   .members .badge { font-size: .75rem; padding: 0 .25rem; }
 }
 @media print {
@@ -115,4 +121,4 @@ progress { width: 100%; height: 1rem; accent-color: var(--a0); }
 }
 )css";
 
-const char kPageStyleDigest[] = "wZp9mFSrnKeLg2ucY6ZYk5qvHihHGGQTCJR4be7hplw=";
+const char kPageStyleDigest[] = "PsNTMNmqgGCEXg6hbIpHR3WBfhRrQKV5hCVSNE8NOU8=";
