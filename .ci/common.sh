@@ -68,6 +68,7 @@ missing_for_checks() {
     [ "$1" != apt-get ] || [ -x /usr/sbin/icinga2 ] || echo icinga2-bin
     [ "$1" != apt-get ] || [ -x /usr/sbin/nagios4 ] || echo nagios4-core
     [ "$1" != apt-get ] || /usr/bin/python3 -c 'import yaml' 2>/dev/null || echo python3-yaml
+    [ "$1" != apt-get ] || /usr/bin/python3 -c 'import apt' 2>/dev/null || echo python3-apt
     [ "$1" != apt-get ] || have npm || echo npm
     have cram || have cram3 || case $1 in apt-get) echo python3-cram ;; pkg) echo py-cram ;; esac
     have mandoc || echo mandoc

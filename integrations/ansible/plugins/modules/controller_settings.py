@@ -7,15 +7,10 @@ short_description: Set rates, polling and rebuild settings of controllers
 description:
   - Brings the settings of one controller, or of all controllers of the host,
     to the desired values with C(cli). Settings without a value are kept.
-  - The settings are read with C(cli-status). After each change they are read
-    again, because C(cli) does not report that an adapter refused it. The
-    task fails if a value did not take effect, or if another one changed.
+  - The task fails if a value did not take effect, or if another one changed.
   - Nothing is changed if the settings of any controller concerned cannot be
     read.
 options:
-  controller:
-    description: ID of the controller, from 0. Without it, all controllers.
-    type: int
   rebuild_rate:
     description: Share of the adapter's time for rebuilds, 1 to 255.
     type: int
@@ -48,18 +43,10 @@ options:
     description: Whether a rebuild can start without a designated spare.
     type: bool
 extends_documentation_fragment:
+  - sataraid.cli.settings
   - sataraid.cli.programs
   - sataraid.cli.programs.cli
   - ansible.builtin.action_common_attributes
-attributes:
-  check_mode:
-    support: full
-  diff_mode:
-    support: full
-  platform:
-    platforms: posix
-seealso:
-  - module: sataraid.cli.status_info
 author: the cli developers
 """
 

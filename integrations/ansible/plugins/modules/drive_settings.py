@@ -7,15 +7,10 @@ short_description: Set write cache and command queuing of drives
 description:
   - Brings the settings of one drive, or of all drives, to the desired values
     with C(cli). Settings without a value are kept.
-  - The settings are read with C(cli-status). After each change they are read
-    again, because C(cli) does not report that an adapter refused it. The
-    task fails if a value did not take effect, if another one changed, or if
-    the drive was exchanged meanwhile.
+  - The task fails if a value did not take effect, if another one changed, or
+    if the drive was exchanged meanwhile.
   - Nothing is changed if the settings of any drive concerned cannot be read.
 options:
-  controller:
-    description: ID of the controller, from 0. Without it, all controllers.
-    type: int
   drive:
     description: Number of the drive, from 1 as in the listings of C(cli).
     type: int
@@ -38,18 +33,10 @@ options:
     type: bool
     default: false
 extends_documentation_fragment:
+  - sataraid.cli.settings
   - sataraid.cli.programs
   - sataraid.cli.programs.cli
   - ansible.builtin.action_common_attributes
-attributes:
-  check_mode:
-    support: full
-  diff_mode:
-    support: full
-  platform:
-    platforms: posix
-seealso:
-  - module: sataraid.cli.status_info
 author: the cli developers
 """
 

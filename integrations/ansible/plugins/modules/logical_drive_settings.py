@@ -7,15 +7,10 @@ short_description: Set write policy, look-ahead and name of logical drives
 description:
   - Brings the settings of one logical drive, or of all, to the desired values
     with C(cli). Settings without a value are kept.
-  - The settings are read with C(cli-status). After each change they are read
-    again, because C(cli) does not report that an adapter refused it. The
-    task fails if a value did not take effect, or if another one changed.
+  - The task fails if a value did not take effect, or if another one changed.
   - Nothing is changed if the settings of any logical drive concerned cannot
     be read, or a battery that decides about the write policy.
 options:
-  controller:
-    description: ID of the controller, from 0. Without it, all controllers.
-    type: int
   logical_drive:
     description: ID of the logical drive, from 0.
     type: int
@@ -46,18 +41,10 @@ options:
     description: Whether requests are consolidated.
     type: bool
 extends_documentation_fragment:
+  - sataraid.cli.settings
   - sataraid.cli.programs
   - sataraid.cli.programs.cli
   - ansible.builtin.action_common_attributes
-attributes:
-  check_mode:
-    support: full
-  diff_mode:
-    support: full
-  platform:
-    platforms: posix
-seealso:
-  - module: sataraid.cli.status_info
 author: the cli developers
 """
 
