@@ -45,7 +45,7 @@ static std::string findCli(const BackupOptions& options, const char* argument0, 
     else if (realpath(options.cli.c_str(), resolved) != nullptr)
         *program = resolved;
     else if (options.cli.find('/') == std::string::npos)
-        *program = programBeside(argument0, options.cli.c_str());
+        *program = siblingProgram(argument0, options.cli.c_str());
     return program->empty() ? "cannot find " + (options.cli.empty() ? "cli" : options.cli) : "";
 }
 
