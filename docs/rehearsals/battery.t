@@ -16,7 +16,7 @@ A new battery is charging. Write-back is in effect again:
   14400 seconds have passed
   controller 0: battery is fully charged
 
-Without a battery, the setting and what is in effect differ. The exit status tells that there is none:
+Without a battery, the setting and what is in effect differ. The exit status 5 shows that there is none:
 
   $ q5sim battery 0 missing | tr ';' '\n' | head -n 1
   battery of controller 0: missing

@@ -14,7 +14,7 @@ struct SensorDrift {
 static constexpr SensorDrift kSensorDrifts[] = {
     {kFanSensor, 10, 40}, {kRail5VSensor, 20, 15}, {kRail12VSensor, 20, 30}, {kTemperatureSensor, 60, 1}};
 
-// A stopped fan stands still.
+// A stopped fan does not drift.
 static bool isSteady(const Sensor& sensor) {
     return sensor.steady || (sensor.type == kFanSensor && sensor.reading == 0);
 }

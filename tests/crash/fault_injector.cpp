@@ -15,6 +15,7 @@
 #include <cstring>
 #include <string>
 #include <sys/ptrace.h>
+#include <sys/syscall.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,18 +61,30 @@ static int reportStatus(int status) {
     return 128 + WTERMSIG(status);
 }
 
-// Replaces the system call about to be made with an invalid one.
-static void skipCall(pid_t child) {
-    user_regs_struct registers = {};
-    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-    registers.orig_rax = static_cast<unsigned long long>(-1);
-    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+// brk() reports a failure by returning the unchanged end of the heap, as it does for the argument 0.
+static bool isBrk(const user_regs_struct& registers) {
+    return registers.orig_rax == SYS_brk;
 }
 
-static void returnError(pid_t child, int error) {
+// Replaces the system call about to be made with an invalid one. Returns its first argument.
+static unsigned long long skipCall(pid_t child) {
     user_regs_struct registers = {};
     ptrace(PTRACE_GETREGS, child, nullptr, &registers);
-    registers.rax = static_cast<unsigned long long>(-error);
+    const unsigned long long argument = registers.rdi;
+    if (isBrk(registers))
+        registers.rdi = 0;
+    else
+        registers.orig_rax = static_cast<unsigned long long>(-1);
+    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+    return argument;
+}
+
+static void returnError(pid_t child, int error, unsigned long long argument) {
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
+    registers.rdi = argument;
+    if (!isBrk(registers))
+        registers.rax = static_cast<unsigned long long>(-error);
     ptrace(PTRACE_SETREGS, child, nullptr, &registers);
 }
 
@@ -92,10 +105,13 @@ static long pendingSignal(int status) {
 
 // Called before and after each call of the program.
 static void inject(pid_t child, const Fault& fault, bool before) {
+    static unsigned long long argument = 0; // of the call that fails
     if (fault.kind == FaultKind::kill || fault.kind == FaultKind::signal)
         kill(child, before ? fault.value : 0);
+    else if (fault.kind == FaultKind::error && before)
+        argument = skipCall(child);
     else if (fault.kind == FaultKind::error)
-        before ? skipCall(child) : returnError(child, fault.value);
+        returnError(child, fault.value, argument);
 }
 
 static int trace(pid_t child, const Fault& fault, long* calls) {

@@ -1,4 +1,4 @@
-// The programs beside cli, in each of their modes, with an adapter library that ends whoever calls an
+// The programs other than cli, in each of their modes, with an adapter library that ends whoever calls an
 // operation that changes something: only cli-restore --apply does.
 #include <gtest/gtest.h>
 

@@ -288,7 +288,7 @@ TEST_F(Restore, ChangesNothingWithoutALog) {
     EXPECT_EQ(session.worldText(), before);
 }
 
-// The program beside it, which tries the plan on the copy, ends it.
+// The program in the same directory, which tries the plan on the copy, ends it.
 TEST_F(Restore, LeavesNoCopyWhenItIsEnded) {
     blank(&controller());
     session.useWorld(world.dump());

@@ -206,7 +206,7 @@ TEST_F(StatusOptions, PluginReportsItsOwnFailures) {
     EXPECT_EQ(session.run({"--nonsense"}).out, "");
 }
 
-// Neither the world nor anything beside it changes.
+// Neither the world nor anything else in its directory changes.
 TEST_F(StatusOptions, NothingIsWritten) {
     const std::string before = session.worldText();
     EXPECT_EQ(session.run({"-v"}).status, 0);

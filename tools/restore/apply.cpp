@@ -21,7 +21,7 @@ static bool isSameStep(const Step& a, const Step& b) {
                                     : a.text == b.text);
 }
 
-// Compares the new plan with what was to be left of the old one. Returns the first difference, or nothing.
+// Compares the new plan with the rest of the old one. Returns the first difference; empty if there is none.
 static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
     if (!plan.obstacles.empty())
         return plan.obstacles[0];

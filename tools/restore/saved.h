@@ -11,6 +11,6 @@ struct Saved {
     Snapshot snapshot;
 };
 
-// Reads both files of a backup, by the name of either, and checks that they belong together. Returns what is
-// wrong, or nothing.
+// Reads both files of a backup, by the name of either, and checks that they belong together. Returns an
+// error message, empty on success.
 std::string readSaved(const std::string& file, Saved* saved);

@@ -2,12 +2,9 @@
 #include "cli/interface.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include "tests/cli/routing/command_stubs.h"
-#include "tests/crash/changing_commands.h"
 #include "tests/mock_adapter.h"
 
 using Words = std::vector<std::string>;
@@ -367,41 +364,4 @@ TEST(Routes, RejectImportWithoutThreeWords) {
         expectRejected(2, "Invalid number of parameters for \"import\"!\n", splitWords(line));
     expectDispatch("ImportFile", splitWords("import -f a.txt"));
     expectDispatch("ImportFile", splitWords("import -a -f a.txt"));
-}
-
-// The words of a line that select its function: the command, and its second word or its action.
-static Words routeOf(const Words& words) {
-    const bool hasActions =
-        std::any_of(std::begin(dispatchCases), std::end(dispatchCases),
-                    [&](const DispatchCase& test) { return test.command == words[0] && test.actions; });
-    return {words[0], words[1] == "-a" && hasActions ? words[2] : words[1]};
-}
-
-// Whether the command calls a function that changes an adapter or a file. All others are listings.
-static bool isChanging(Words words) {
-    for (std::size_t count = words.size(); count <= 7; words.resize(++count, "x")) {
-        run(cli_parse_command, words);
-        const std::string function = takeRecordedCall().function;
-        if (!function.empty())
-            return function.rfind("List", 0) != 0;
-    }
-    return false;
-}
-
-// The generated grammar contains every action and option of every command.
-TEST(Routes, OfChangesHaveCrashTests) {
-    std::ifstream grammar(GRAMMAR);
-    int changing = 0;
-    for (std::string line; std::getline(grammar, line);) {
-        std::istringstream stream(line);
-        const Words words{std::istream_iterator<std::string>(stream), {}};
-        if (words.size() < 2 || !isChanging(words))
-            continue;
-        ++changing;
-        EXPECT_TRUE(
-            std::any_of(changingCommands.begin(), changingCommands.end(),
-                        [&](const ChangingCommand& row) { return routeOf(row.words) == routeOf(words); }))
-            << line << ": add it to tests/crash/changing_commands.h";
-    }
-    EXPECT_GT(changing, 0);
 }
