@@ -16,6 +16,7 @@ static const std::map<std::string, std::vector<Names>> kDifferent = {
     {"offline 0", {kReplaced}},
     {"rebuild-off 0", {kReplaced}},
     {"spare-inaccessible 0", {kReplaced}},
+    {"unused-inaccessible 0", {kReplaced}},
     // The space that it was rebuilt onto is free again.
     {"rebuilding 0", {kReplaced, kActivity, {"assignment", "assignmentText", "arrayId"}}},
     {"check-paused 0", {kActivity}},
