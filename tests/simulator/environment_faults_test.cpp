@@ -95,7 +95,8 @@ TEST_F(Environment, SensorsOutOfRangeAreLogged) {
 // Its reading would otherwise be positive at times.
 TEST_F(Environment, StoppedFanDoesNotDrift) {
     open("");
-    EXPECT_EQ(inject([](q5sim::Controller& c, std::int64_t) { return q5sim::setSensor(c, 0, kFanSensor, 0); }), "");
+    EXPECT_EQ(
+        inject([](q5sim::Controller& c, std::int64_t) { return q5sim::setSensor(c, 0, kFanSensor, 0); }), "");
     const EnclosureQuery query = {0, 1};
     for (int minute = 0; minute < 20; minute++) {
         waitSeconds(60);
