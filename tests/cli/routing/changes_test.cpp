@@ -16,7 +16,7 @@ using Words = std::vector<std::string>;
 static std::string functionOf(Words words) {
     for (; words.size() <= 7; words.push_back("x")) {
         run(cli_parse_command, words);
-        const std::string function = takeRecordedCall().function;
+        std::string function = takeRecordedCall().function;
         if (!function.empty())
             return function;
     }
