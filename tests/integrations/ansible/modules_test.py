@@ -121,7 +121,7 @@ class ControllerTest(ModuleTest):
                    "3")
         self.assert_failed(
             run("controller_settings", world, rebuild_rate=9),
-            "controller 0: ", "its settings cannot be read any more")
+            "controller 0: ", "its settings can no longer be read")
 
     def test_another_setting_changed_too(self):
         cli = WORK.programs / "cli-rehearse"
