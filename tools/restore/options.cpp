@@ -7,7 +7,7 @@ static constexpr OptionRow kOptionRows[] = {
     {'i', "controller", "ID", "restore this controller"},
     {'\0', "drives", "MAP", "use other drives: 2=5,3=6 puts 5 in the place of 2, 7=- leaves 7 out"},
     {'\0', "apply", nullptr, "change the controller; without it the plan is only printed"},
-    {'\0', "log", "FILE", "log what --apply does in FILE, not beside the backup"},
+    {'\0', "log", "FILE", "log what --apply does in FILE, not next to the backup"},
     {'h', "help", nullptr, "print this help"},
     {'V', "version", nullptr, "print the version"},
 };

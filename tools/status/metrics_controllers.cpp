@@ -140,7 +140,7 @@ std::span<const MetricFamily> controllerMetrics() {
         {"sataraid_controller_memory_bytes", "Cache memory of a controller.", addMemory},
         {"sataraid_controller_auto_rebuild_enabled",
          "Whether a controller rebuilds onto spares automatically.", addAutoRebuild},
-        {"sataraid_controller_faults", "Operations of a controller that were refused or returned nonsense.",
+        {"sataraid_controller_faults", "Operations of a controller that were refused or returned invalid data.",
          addFaultCounts},
         {"sataraid_battery_present", "Whether a controller has a battery.", addBatteryPresent},
         {"sataraid_battery_state",

@@ -51,7 +51,7 @@ static constexpr Rule kRules[] = {
      findDriverDifferences},
     {"drive-count", Severity::info, "a controller counts more or fewer drives than it lists", "Unreadable",
      findDriveCountDifferences},
-    {"unreadable", Severity::unknown, "the adapter refused an operation or returned nonsense", "Unreadable",
+    {"unreadable", Severity::unknown, "the adapter refused an operation or returned invalid data", "Unreadable",
      findUnreadableObjects},
     {"no-controller", Severity::unknown, "the library finds no controller", "Unreadable", findNoController},
     {"detail-unreadable", Severity::info, "the adapter refused to report a detail that no rule depends on",

@@ -43,7 +43,7 @@ static std::string lostMemberText(const Evaluation& evaluation, const Controller
     const std::string text = "lost by " + shortObjectText(objectOf(controller, array));
     const std::string place = placeText(member.channel, member.enclosureId, member.serial);
     if (!member.listed)
-        return text + "; it is not listed any more" + lastSeenText(earlier);
+        return text + "; it is no longer listed" + lastSeenText(earlier);
     const Holding holding = holdingOf(controller, member.number, array);
     if (holding == Holding::member)
         return text + "; " + place;

@@ -22,7 +22,7 @@ def new_world(change=None):
 
 
 def script(text):
-    """A program of the test's own."""
+    """A fake program."""
     path = WORK.path / f"script{next(COUNTER)}"
     path.write_text("#!/bin/sh\n" + text)
     path.chmod(0o755)
@@ -48,7 +48,7 @@ class ModuleTest(unittest.TestCase):
             self.assertIn(part, result["msg"])
 
     def assert_refused(self, module, world, message, **arguments):
-        """Fails for this reason, and the world stays as it is."""
+        """Fails for this reason, and the world does not change."""
         before = WORK.world(world).read_bytes()
         self.assert_failed(run(module, world, **arguments), message)
         self.assertEqual(WORK.world(world).read_bytes(), before)
@@ -374,7 +374,7 @@ class StatusTest(ModuleTest):
 
 
 class BackupTest(ModuleTest):
-    """With a cli-backup of the test's own, for what the real one rarely does.
+    """With a fake cli-backup, for what the real one rarely does.
     """
 
     def backup(self, text, **arguments):
