@@ -1,5 +1,5 @@
-// The programs other than cli, in each of their modes, with an adapter library that terminates any caller of an
-// operation that changes something: only cli-restore --apply does.
+// The programs other than cli, in each of their modes, with an adapter library that terminates any caller of
+// an operation that changes something: only cli-restore --apply does.
 #include <gtest/gtest.h>
 
 #include <filesystem>

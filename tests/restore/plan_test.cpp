@@ -1,4 +1,4 @@
-// Parts of cli-restore by themselves: drive maps, ranges of sectors, logs, and plans of single
+// Parts of cli-restore in isolation: drive maps, ranges of sectors, logs, and plans of single
 // controllers.
 #include <cstring>
 #include <set>

@@ -290,7 +290,7 @@ Snapshot withRandomRecords(std::uint32_t seed) {
 }
 
 static constexpr PageSample kSamples[] = {
-    {"large", makeLarge},         {"empty", makeEmpty}, {"faulted", makeFaulted},
+    {"large", makeLarge},         {"empty", makeEmpty},     {"faulted", makeFaulted},
     {"untrusted", makeUntrusted}, {"noise", randomRecords},
 };
 

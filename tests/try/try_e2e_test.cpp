@@ -1,5 +1,5 @@
-// cli-try over worlds in the role of the real adapters. Their library terminates a program that calls anything
-// but the operations that read, and it comes first in the library path.
+// cli-try over worlds in the role of the real adapters. Their library terminates a program that calls
+// anything but the operations that read, and it comes first in the library path.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -15,7 +15,7 @@ static constexpr OptionRow kOptionRows[] = {
 static constexpr OptionTable kTable = {
     "cli-restore", TOOL_VERSION,
     "Usage: cli-restore -i ID [--drives MAP] [--apply] FILE\n"
-    "Shows what has to be done so that a controller becomes as cli-backup saved it, or does it.\n",
+    "Plans the restore of a controller from a backup of cli-backup, or applies the plan.\n",
     kOptionRows,
     "Exit status: 0 nothing left to do, 1 the plan can be applied, 2 usage, 3 cannot read or log,\n"
     "4 something prevents the plan, 5 stopped at a step.\n"

@@ -122,8 +122,7 @@ static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const M
                                                    arrayName(saved, saved.info.logDrvId) + " needs it");
             continue;
         }
-        const std::string obstacle =
-            obstacleInRange(planning->layouts[place.drive], place.start, place.size);
+        const std::string obstacle = obstacleInRange(planning->layouts[place.drive], place.start, place.size);
         if (!obstacle.empty())
             planning->plan.obstacles.push_back(driveName(place.drive) + " " + printable(obstacle) + "; " +
                                                arrayName(saved, saved.info.logDrvId) + " was there");

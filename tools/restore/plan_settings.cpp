@@ -91,7 +91,7 @@ void planController(Planning* planning) {
 
 // A queuing mode that the present drive does not have cannot be set.
 static bool wantedQueuing(Planning* planning, const Drive& drive, const char* name, bool saved,
-                           bool supported) {
+                          bool supported) {
     if (saved && !supported)
         planning->plan.notes.push_back(driveName(drive.number) + " does not support " + name);
     return saved && supported;

@@ -134,11 +134,13 @@ static void addSegment(const Controller& controller, const Segment& segment, std
                        std::string* page) {
     const int start = placeIn(segment.start, total);
     const int width = placeIn(segment.end, total) - start;
-    const Appearance appearance = segment.extent != nullptr ? appearanceOf(controller, *segment.extent) : Appearance{"", "gap"};
+    const Appearance appearance =
+        segment.extent != nullptr ? appearanceOf(controller, *segment.extent) : Appearance{"", "gap"};
     *page += "<g class=\"" + appearance.kind + "\"><rect x=\"" + percentText(start) + "\" width=\"" +
              percentText(width) + "\" height=\"100%\"/>";
     if (!appearance.code.empty() && hasRoom(appearance.code, width))
-        *page += "<text x=\"" + percentText(start + width / 2) + "\" y=\"50%\">" + appearance.code + "</text>";
+        *page +=
+            "<text x=\"" + percentText(start + width / 2) + "\" y=\"50%\">" + appearance.code + "</text>";
     *page += "</g>\n";
 }
 

@@ -66,7 +66,8 @@ static void noteStarted(const std::vector<Job>& earlier, const std::vector<Job>&
 static constexpr int kMaxSteps = 10000; // more than any world needs; a damaged one must not loop forever
 
 // Advances until no job runs. Notes the jobs that are not among the earlier ones.
-static void advanceUntilIdle(q5sim::World* world, std::vector<Job> earlier, std::int64_t now, TextLines* started) {
+static void advanceUntilIdle(q5sim::World* world, std::vector<Job> earlier, std::int64_t now,
+                             TextLines* started) {
     for (int step = 0; step < kMaxSteps; step++) {
         const std::vector<Job> jobs = jobsOf(*world);
         noteStarted(earlier, jobs, now, started);

@@ -32,7 +32,7 @@ static bool isSameShape(const q5sim::LogicalDrive& one, const q5sim::LogicalDriv
 
 // What happened to the data of a captured logical drive; empty: it is intact.
 static std::string lossText(const q5sim::Controller& expected, const q5sim::LogicalDrive& drive,
-                          const q5sim::Controller& after) {
+                            const q5sim::Controller& after) {
     const q5sim::LogicalDrive* left = q5sim::findArray(after, drive.arrayId);
     if (left == nullptr)
         return "would be deleted";

@@ -20,8 +20,8 @@ void closeScreen(Screen* screen);
 
 ScreenSize screenSize();
 
-// Replaces the display with these lines, which stay, and a new display below them. Returns whether it could be
-// written.
+// Replaces the display with these lines, which stay, and a new display below them. Returns whether it could
+// be written.
 bool updateScreen(Screen* screen, const std::vector<std::string>& lines,
                   const std::vector<std::string>& display);
 

@@ -94,8 +94,8 @@ static Verdict waitOpened(Session* session) {
         session->now = monotonicTime();
         if (!session->watch.started && isMissing(options, view))
             return reportProblem(Verdict::usage, "there is no logical drive " +
-                                                std::to_string(*options.logicalDrive) + " of controller " +
-                                                std::to_string(*options.controller));
+                                                     std::to_string(*options.logicalDrive) +
+                                                     " of controller " + std::to_string(*options.controller));
         const Verdict verdict = takeView(&session->watch, view, session->now);
         show(session, verdict != Verdict::waiting);
         if (verdict != Verdict::waiting)
@@ -123,7 +123,7 @@ static Verdict run(const Options& options) {
     closeAdapters();
     if (verdict == Verdict::timeout && !options.quiet)
         reportProblem(verdict, "timed out after " +
-                              counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
+                                   counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
     return session.unwritable ? reportProblem(verdict, "cannot write to standard output") : verdict;
 }
 

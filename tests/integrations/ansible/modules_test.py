@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the modules by themselves, each over a simulated world.
+"""Runs the modules in isolation, each over a simulated world.
 
 Usage: modules_test.py PROGRAMS, the directory of the built programs. Ends
 with 77 without Ansible.
