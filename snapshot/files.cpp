@@ -31,7 +31,7 @@ static std::string putText(const std::string& path, const std::string& text) {
     return commitReplacement(&file) ? "" : problem(path);
 }
 
-// A pipe without a reader is a failure to report, not a signal.
+// A pipe without a reader must be reported as a failure, not end the program by a signal.
 std::string replaceFile(const std::string& path, const std::string& text) {
     struct sigaction ignore = {}, former;
     ignore.sa_handler = SIG_IGN;

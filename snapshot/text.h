@@ -12,7 +12,7 @@ bool isUtf8(std::string_view text);
 // Without the blanks at both ends that pad the fields of drives.
 std::string_view trimmed(std::string_view text);
 
-// The text as one line can show it: control characters, marks that change the direction of writing, and
+// The text as one line can show it: control characters, bidirectional formatting characters, and
 // bytes that are not UTF-8 become "\xNN", a backslash is doubled.
 std::string printable(std::string_view text);
 

@@ -30,7 +30,7 @@ Without a battery, the setting and what is in effect differ. The exit status 5 s
   warning: logical drive 1 System of controller 0: set to write back, but the controller has no battery
   [1]
 
-If that is to stay so, the setting should say it:
+To keep it that way, change the setting:
 
   $ cli logdrv -a mod -l 0 -i 0 -s writepolicy=writethru
   $ cli logdrv -a mod -l 1 -i 0 -s writepolicy=writethru

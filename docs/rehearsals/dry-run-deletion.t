@@ -28,7 +28,7 @@ The exit status says that data would be lost. The logical drive is still there:
   $ cli logdrv | grep Archive
    0   RAID5     3      64  400000.00         (1,2,3) Archive
 
-A whole plan can be tried as well. This one turns "System" into a RAID5 of three drives and then gives up the
+A whole plan can be tried as well. This one turns "System" into a RAID5 of three drives and then frees the
 spare:
 
   $ cat >plan <<END

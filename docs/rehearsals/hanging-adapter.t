@@ -26,7 +26,7 @@ It recovers:
   $ cli rc -a start -l 0 -i 0
   Redundancy check started on Array 0!
 
-Later it does not answer at all, which nothing that reads it can wait for:
+Later it does not answer at all, and every command waits until it is interrupted:
 
   $ q5sim hang 'q5_*'
   rule 1: hang q5_*

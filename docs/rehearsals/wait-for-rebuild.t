@@ -6,7 +6,7 @@ A drive of the RAID5 fails, and the global spare replaces it:
   $ q5sim fail-drive 0 2
   drive 2 of controller 0 failed; logical drive 0 Archive is critical; rebuild onto drive 6 started
 
-How far is it? Without waiting, the status is 3 while something runs:
+Check the progress. Without waiting, the status is 3 while something runs:
 
   $ cli-wait -l 0 --timeout 0
   rebuild of logical drive 0 Archive of controller 0: 0%

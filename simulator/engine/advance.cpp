@@ -60,7 +60,7 @@ static void reportStatus(Controller& controller, LogicalDrive& array, std::int64
     array.autoRebuildInhibited = false;
 }
 
-// Brings the array in line with its drives: aborts what cannot go on, logs a new state, rebuilds onto
+// Brings the array in line with its drives: aborts what cannot continue, logs a new state, rebuilds onto
 // a spare.
 static void updateArray(Controller& controller, LogicalDrive& array, std::int64_t now) {
     if (mustAbort(controller, array))

@@ -142,7 +142,7 @@ void cutPower(World& world, std::int64_t now) {
 void swapController(Controller& controller, std::int64_t now) {
     const Controller factory;
     addEvent(controller, now, "Controller replaced, configuration read from the drives");
-    controller.events.erase(controller.events.begin(), controller.events.end() - 1); // IDs count on
+    controller.events.erase(controller.events.begin(), controller.events.end() - 1); // event IDs continue
     for (LogicalDrive& array : controller.logicalDrives)
         loseCache(controller, array, now);
     restartDrives(controller, now);

@@ -85,7 +85,7 @@ void reportKnownDrives(Controller& controller, std::int64_t now) {
     controller.knownDrives = ids;
 }
 
-void rememberDrives(World& world) {
+void recordKnownDrives(World& world) {
     for (Controller& controller : world.controllers)
         controller.knownDrives = driveIds(controller);
 }

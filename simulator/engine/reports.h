@@ -10,7 +10,7 @@ void reportDrive(Controller& controller, Drive& drive, std::int64_t now);
 
 // Logs drives that were removed or added in the world file. Needs the list of known drives.
 void reportKnownDrives(Controller& controller, std::int64_t now);
-void rememberDrives(World& world);
+void recordKnownDrives(World& world);
 
 // The spares that are lost with the drive, and the members on it that are stale.
 void reportLostSpares(Controller& controller, const Drive& drive, std::int64_t now);

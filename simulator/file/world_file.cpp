@@ -153,7 +153,7 @@ bool makeDirectoriesFor(const std::string& path) {
 }
 
 // command: F_SETLKW waits, F_SETLK does not.
-static bool lockWhole(int file, int command) {
+static bool lockWholeFile(int file, int command) {
     struct ::flock whole = {};
     whole.l_type = F_WRLCK;
     whole.l_whence = SEEK_SET;
@@ -165,7 +165,7 @@ static bool lockWhole(int file, int command) {
 
 static int openLock(const std::string& path, int command) {
     const int lock = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
-    if (lock < 0 || lockWhole(lock, command))
+    if (lock < 0 || lockWholeFile(lock, command))
         return lock;
     closeKeepingErrno(lock);
     return -1;

@@ -35,7 +35,7 @@ Effect applyRules(const char* operation);
 void beginCall();
 void recordReason(const char* operation);
 
-// Cuts the second half of a reply off.
+// Drops the second half of a reply's records.
 void shortenReply(void* reply, std::uint32_t size);
 
 } // namespace q5sim

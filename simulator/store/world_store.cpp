@@ -1,4 +1,4 @@
-// The session's world: loads it, notices changes by other programs, and changes it under the lock.
+// The session's world: loads it, detects changes by other programs, and changes it under the lock.
 #include "simulator/store/world_store.h"
 
 #include <algorithm>
@@ -187,7 +187,7 @@ int changeWorld(const Change& change) {
     World& next = result == 0 ? changed : advanced;
     if (next == session.world)
         return result;
-    rememberDrives(next);
+    recordKnownDrives(next);
     if (store(next))
         return result;
     return 1;

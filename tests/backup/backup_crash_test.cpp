@@ -1,5 +1,5 @@
 // What cli-backup leaves when it is killed, when a system call fails, and when several run at the same time:
-// earlier backups are complete and unchanged, a new one is complete or not there, and the next run succeeds.
+// earlier backups are complete and unchanged, a new one is complete or absent, and the next run succeeds.
 //
 // By default a sample of the system calls is tried; with CRASH_TESTS=all every call, and further kills at
 // random moments until there were 1,000.
@@ -127,7 +127,7 @@ TEST_F(BackupCrash, ErrorAtACallLeavesWholeBackups) {
     for (const int error : {ENOSPC, EIO})
         traced = traced && tryFault("error:" + std::to_string(error), 60, [&](const ProcessOutcome& outcome) {
                      failed += outcome.status == 3;
-                     // A success is one: the backup is there.
+                     // If success is reported, the backup exists.
                      EXPECT_TRUE(outcome.status != 0 || holdsNewBackup(files())) << outcome;
                  });
     if (!traced)
@@ -161,7 +161,7 @@ static int killAfter(const Session& session, const Words& words, int microsecond
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// The moments follow the duration of a run, so that all of it is hit.
+// The moments are scaled to the duration of a run, so that all of it is covered.
 TEST_F(BackupCrash, KillAtAnyMomentLeavesWholeBackups) {
     const int wanted = isWholeRun() ? 1000 : 25;
     std::minstd_rand random(1);
@@ -184,7 +184,7 @@ TEST_F(BackupCrash, KillAtAnyMomentLeavesWholeBackups) {
     RecordProperty("published", published);
 }
 
-// A kill leaves the program that it waits for, which goes on for a moment. The next run waits for that one.
+// A kill leaves its child process running for a moment. The next run waits for that process.
 TEST_F(BackupCrash, NextRunWaitsForAnOrphanedExport) {
     writeFile(session.path("script"),
               "#!/bin/sh\n[ -e ../../once ] || { : >../../once; kill -9 $PPID; sleep 1; : >../../orphan; }\n"

@@ -110,7 +110,7 @@ TEST_F(Backup, FewerDrivesRotateNothing) {
         EXPECT_EQ(files()[name], text) << name;
 }
 
-// However many follow, the last one that still had everything stays.
+// However many follow, the last one that still had everything is kept.
 TEST_F(Backup, KeepsTheLastBackupWithMore) {
     session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
     backup();
@@ -175,7 +175,7 @@ TEST_F(Backup, NeedsAProgramThatExports) {
     EXPECT_EQ(files(), Files());
 }
 
-TEST_F(Backup, FindsAProgramBesideItself) {
+TEST_F(Backup, FindsAProgramInItsDirectory) {
     EXPECT_EQ(session.run({"-d", "kept", "--cli", "cli-rehearse"}).status, 0);
     EXPECT_EQ(session.run({"-d", "kept", "--cli", "bin/cli-rehearse"}),
               (ProcessOutcome{3, "", "cli-backup: cannot find bin/cli-rehearse\n"}));
@@ -255,7 +255,7 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     EXPECT_EQ(stems().size(), 2u);
 }
 
-TEST_F(Backup, FindsCliBesideItself) {
+TEST_F(Backup, FindsCliInItsDirectory) {
     const std::string bin = session.path("bin");
     std::filesystem::create_directory(bin);
     std::filesystem::create_symlink(CLI_BACKUP, bin + "/cli-backup");

@@ -273,7 +273,7 @@ TEST_F(EventStore, CreatesNoDirectory) {
 }
 
 // An empty file holds no events.
-TEST_F(EventStore, TakesAFileThatWasEmptiedForThatOfAnotherSession) {
+TEST_F(EventStore, TreatsAnEmptiedFileAsSavedByAnotherSession) {
     writeImage(imageOf({1, 2}));
     load();
     store(10);
@@ -282,7 +282,7 @@ TEST_F(EventStore, TakesAFileThatWasEmptiedForThatOfAnotherSession) {
     EXPECT_EQ(saved(), (Ids{10}));
 }
 
-TEST_F(EventStore, DisplaysWithoutHarmWhatAnotherSessionDisplayedToo) {
+TEST_F(EventStore, ToleratesEventsDisplayedByTwoSessions) {
     writeImage(imageOf({1, 2, 3}));
     load();
     EXPECT_EQ(take(), 3u);

@@ -1,4 +1,4 @@
-// The completions of q5sim: they know what its help and the adapters' interface list, and offer it.
+// The completions of q5sim: they contain and offer what its help and the adapters' interface list.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -51,7 +51,7 @@ static std::string document(const std::string& script, int number) {
     return script.substr(from, script.find("\nEND\n", from) + 1 - from);
 }
 
-TEST(Q5simCompletion, KnowsUsageOfEachCommand) {
+TEST(Q5simCompletion, ContainsUsageOfEachCommand) {
     std::string expected;
     for (const std::string& usage : usages())
         expected += usage + "\n";
@@ -60,7 +60,7 @@ TEST(Q5simCompletion, KnowsUsageOfEachCommand) {
         EXPECT_EQ(document(fileText(std::string(COMPLETIONS "/") + name), 0), expected) << name;
 }
 
-TEST(Q5simCompletion, KnowsOperations) {
+TEST(Q5simCompletion, ContainsOperations) {
     std::set<std::string> declared;
     for (const fs::directory_entry& entry : fs::directory_iterator(ADAPTER))
         if (entry.path().extension() == ".h")

@@ -124,7 +124,7 @@ TEST_F(PhyDrv, KeepsSettingsBetweenRuns) {
     EXPECT_EQ(shown("1", "Disk write cache mode : "), "disabled");
 }
 
-TEST_F(PhyDrv, IgnoresQueueingWithoutSupport) {
+TEST_F(PhyDrv, IgnoresQueuingWithoutSupport) {
     EXPECT_EQ(mod("3", "writecache=disable,ncq=enable"), kSilentSuccess);
     EXPECT_EQ(shown("3", "NCQ feature"), " is not supported");
     EXPECT_EQ(shown("3", "Disk write cache mode : "), "enabled");

@@ -35,7 +35,7 @@ ProcessOutcome runProgram(const Launch& launch, const std::string& input);
 ProcessOutcome runOnTerminal(const Launch& launch, const std::string& awaited,
                              const std::vector<std::string>& typed);
 
-// The same with other deeds than typing: each is done after the program has printed its text.
+// The same with other actions than typing: each is performed after the program has printed its text.
 struct TerminalStep {
     std::string awaited;
     std::function<void(int terminal, pid_t program)> act;

@@ -41,12 +41,12 @@ std::size_t recordSize(Arguments* arguments) {
 }
 
 template <typename Argument>
-struct Taken {
+struct FuzzArgument {
     static Argument take(Arguments* arguments) { return takeValue<Argument>(arguments->bytes); }
 };
 
 template <typename Record>
-struct Taken<Record*> {
+struct FuzzArgument<Record*> {
     static Record* take(Arguments* arguments) {
         std::vector<std::uint8_t> block(recordSize<Record>(arguments));
         takeBytes(arguments->bytes, block.data(), block.size());
@@ -58,7 +58,7 @@ struct Taken<Record*> {
 
 // Texts are short and terminated by a NUL.
 template <>
-struct Taken<const char*> {
+struct FuzzArgument<const char*> {
     static const char* take(Arguments* arguments) {
         std::vector<std::uint8_t> block(takeValue<std::uint8_t>(arguments->bytes) % 64 + 1);
         takeBytes(arguments->bytes, block.data(), block.size() - 1);
@@ -69,7 +69,7 @@ struct Taken<const char*> {
 
 // The actual size of the preceding record, if there is one.
 template <>
-struct Taken<std::uint32_t> {
+struct FuzzArgument<std::uint32_t> {
     static std::uint32_t take(Arguments* arguments) {
         const auto value = takeValue<std::uint32_t>(arguments->bytes);
         return arguments->size != 0 ? arguments->size : value;
@@ -78,7 +78,7 @@ struct Taken<std::uint32_t> {
 
 // One of three controllers, the last of which does not exist, or rarely any other address.
 template <>
-struct Taken<HbaAddress> {
+struct FuzzArgument<HbaAddress> {
     static HbaAddress take(Arguments* arguments) {
         const auto choice = takeValue<std::uint8_t>(arguments->bytes);
         return choice < 250 ? hbaAddress(choice % 3) : takeValue<HbaAddress>(arguments->bytes);
@@ -91,9 +91,9 @@ template <typename... Rest, int (*operation)(HbaAddress, std::uint32_t, Rest...)
 struct Call<operation> {
     static void run(Bytes* bytes) {
         Arguments arguments = {bytes, {}, 0};
-        const HbaAddress address = Taken<HbaAddress>::take(&arguments);
+        const HbaAddress address = FuzzArgument<HbaAddress>::take(&arguments);
         const std::tuple<Rest...> rest = {
-            Taken<Rest>::take(&arguments)...}; // braces evaluate from left to right
+            FuzzArgument<Rest>::take(&arguments)...}; // braces evaluate from left to right
         std::apply([&](Rest... each) { operation(address, 0, each...); }, rest);
     }
 };

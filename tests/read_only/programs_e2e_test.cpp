@@ -1,5 +1,5 @@
-// The programs other than cli, in each of their modes, with an adapter library that ends whoever calls an
-// operation that changes something: only cli-restore --apply does.
+// The programs other than cli, in each of their modes, with an adapter library that terminates any caller of
+// an operation that changes something: only cli-restore --apply does.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -64,8 +64,8 @@ struct ReadOnlyPrograms : testing::Test {
     }
 };
 
-// The guard works for each program that could call something: see also TryGuard.NoticesAChange.
-TEST_F(ReadOnlyPrograms, OnlyApplyingARestoreChangesSomething) {
+// The guard works for each program that could call something: see also TryGuard.DetectsAChange.
+TEST_F(ReadOnlyPrograms, OnlyAppliedRestoresChangeAnything) {
     expectNoBackupChange({}, 0);
     simulate("cli-rehearse", {"ctrl", "-a", "mod", "-i", "0", "-s", "smartpoll=33"});
     const std::string backup = newestBackup();

@@ -1,4 +1,4 @@
-// Parts of cli-restore by themselves: drive maps, stretches of sectors, logs, and plans of single
+// Parts of cli-restore in isolation: drive maps, ranges of sectors, logs, and plans of single
 // controllers.
 #include <cstring>
 #include <set>
@@ -42,21 +42,21 @@ TEST(Layout, FindsAndCutsRegions) {
     EXPECT_EQ(layout[3].end(), 500u);
 }
 
-TEST(Layout, SaysWhyAStretchCannotBeUsed) {
+TEST(Layout, ReportsWhyARangeCannotBeUsed) {
     const Layout layout = {{0, 100, "Data"}, {100, 100, ""}, {200, 100, ""}};
-    EXPECT_EQ(obstacleToStretch(layout, 100, 100), "");
-    EXPECT_EQ(obstacleToStretch(layout, 120, 50), "");
-    EXPECT_EQ(obstacleToStretch(layout, 50, 100), "is in use by Data");
-    EXPECT_EQ(obstacleToStretch(layout, 150, 100), "has no single free extent from sector 150 to 250");
-    EXPECT_EQ(obstacleToStretch(layout, 250, 51), "is too small: 301 sectors are needed, it has 300");
-    EXPECT_EQ(obstacleToStretch({}, 0, 1), "is too small: 1 sectors are needed, it has 0");
+    EXPECT_EQ(obstacleInRange(layout, 100, 100), "");
+    EXPECT_EQ(obstacleInRange(layout, 120, 50), "");
+    EXPECT_EQ(obstacleInRange(layout, 50, 100), "is in use by Data");
+    EXPECT_EQ(obstacleInRange(layout, 150, 100), "has no single free extent from sector 150 to 250");
+    EXPECT_EQ(obstacleInRange(layout, 250, 51), "is too small: 301 sectors are needed, it has 300");
+    EXPECT_EQ(obstacleInRange({}, 0, 1), "is too small: 1 sectors are needed, it has 0");
 }
 
 using RestoreLog = TemporaryDirectory;
 
 static const LogHeader kHeader = {"0123", "4", "2=5,3=-"};
 
-TEST_F(RestoreLog, KnowsAnUnfinishedRestore) {
+TEST_F(RestoreLog, FindsAnUnfinishedRestore) {
     Unfinished unfinished;
     EXPECT_EQ(readLog(path("log"), &unfinished), "");
     EXPECT_FALSE(unfinished.exists);
@@ -72,7 +72,7 @@ TEST_F(RestoreLog, KnowsAnUnfinishedRestore) {
     EXPECT_EQ(unfinished.steps, 1);
 }
 
-TEST_F(RestoreLog, KnowsAFinishedRestore) {
+TEST_F(RestoreLog, FindsAFinishedRestore) {
     Log log;
     ASSERT_EQ(openLog(path("log"), &log), "");
     for (const std::string& line : {beginLine(kHeader), std::string(kStepDone), std::string(kFinished)})

@@ -1,4 +1,4 @@
-// cli-restore --apply that is killed or signalled: the same command, given again, completes it.
+// cli-restore --apply that is killed or signaled: the same command, given again, completes it.
 //
 // By default a sample of the system calls is tried; with CRASH_TESTS=all every call.
 #include <csignal>

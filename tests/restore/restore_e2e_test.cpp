@@ -83,7 +83,7 @@ TEST_F(Restore, RestoresSettingsAlone) {
     EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
 }
 
-TEST_F(Restore, ADifferentArrayIsInTheWay) {
+TEST_F(Restore, ADifferentArrayPreventsThePlan) {
     blank(&controller());
     session.useWorld(world.dump());
     ASSERT_EQ(cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 3", "-z", "name=Other,raid=raid0,capacity=200"})
@@ -289,7 +289,7 @@ TEST_F(Restore, ChangesNothingWithoutALog) {
 }
 
 // The program in the same directory, which tries the plan on the copy, ends it.
-TEST_F(Restore, LeavesNoCopyWhenItIsEnded) {
+TEST_F(Restore, RemovesTheCopyWhenTerminated) {
     blank(&controller());
     session.useWorld(world.dump());
     for (const char* name : {"bin", "tmp"})
@@ -303,7 +303,7 @@ TEST_F(Restore, LeavesNoCopyWhenItIsEnded) {
     EXPECT_TRUE(std::filesystem::is_empty(session.path("tmp")));
 }
 
-TEST_F(Restore, NeedsBothFilesAndThatTheyBelongTogether) {
+TEST_F(Restore, NeedsTwoMatchingFiles) {
     const std::string cfg = content(newest() + ".cfg");
     std::string changed = cfg;
     changed.replace(changed.find("<SyncRate> 102"), 14, "<SyncRate> 103");

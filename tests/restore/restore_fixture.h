@@ -1,5 +1,5 @@
-// A backup of the healthy world, and cli-restore over what became of that world. The program is
-// cli-restore-rehearse, which is cli-restore with the simulated adapters inside.
+// A backup of the healthy world, and cli-restore over that world after changes. The program is
+// cli-restore-rehearse, which is cli-restore with the simulated adapters linked in.
 #pragma once
 
 #include <nlohmann/json.hpp>

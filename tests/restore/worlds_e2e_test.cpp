@@ -163,7 +163,7 @@ void RestoreWorlds::restoreAll(bool replaceFailed) {
         }
 }
 
-TEST_F(RestoreWorlds, BlankedControllersBecomeAsTheyWere) {
+TEST_F(RestoreWorlds, ErasedControllersAreRestored) {
     restoreAll(true);
     EXPECT_EQ(prevented, kPrevented);
     EXPECT_GE(restored, 40);

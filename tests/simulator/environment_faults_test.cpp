@@ -92,7 +92,7 @@ TEST_F(Environment, SensorsOutOfRangeAreLogged) {
         "there is no enclosure 3");
 }
 
-// Its reading would otherwise be positive at times.
+// Otherwise, its reading would sometimes be positive.
 TEST_F(Environment, StoppedFanDoesNotDrift) {
     open("");
     EXPECT_EQ(
@@ -107,7 +107,7 @@ TEST_F(Environment, StoppedFanDoesNotDrift) {
     }
 }
 
-// All drives leave at once: both arrays go offline and come back as they were.
+// All drives disappear at once: both arrays go offline and return unchanged.
 TEST_F(Environment, EnclosureLeavesAndReturnsWithItsDrives) {
     open("");
     EXPECT_EQ(inject([](q5sim::Controller& c, std::int64_t at) { return q5sim::pullEnclosure(c, 0, at); }),

@@ -89,7 +89,7 @@ std::string readText(const std::string& path) {
     return text;
 }
 
-bool isThere(const std::string& path) {
+bool pathExists(const std::string& path) {
     return ::access(path.c_str(), F_OK) == 0;
 }
 
@@ -173,7 +173,7 @@ void Program::waitForMoment() {
     bool replacing = false;
     for (int left = upTo(reach); left > 0; left -= step) {
         const bool was = replacing;
-        replacing = isThere(temporary);
+        replacing = pathExists(temporary);
         if ((kind == 1 && replacing) || (kind == 2 && was && !replacing)) {
             ::usleep(static_cast<useconds_t>(upTo(300)));
             return;
@@ -207,7 +207,7 @@ void Program::killOne() {
     const bool killed = startAndKill(command);
     (killed ? figures.kills : figures.ended)++;
     const std::string now = partOf(checkedWorld(readText(shared.world())), number);
-    if (isThere(shared.saved()))
+    if (pathExists(shared.saved()))
         checkedWorld(readText(shared.saved()));
     if (now == old)
         return;
@@ -261,9 +261,9 @@ void KillTest::beginRound(unsigned seed) {
 // The next use, though it only reads, removes what was left of the world; the next save what was left of
 // saved worlds.
 void KillTest::endRound() {
-    leftovers += isThere(shared.world() + ".new");
+    leftovers += pathExists(shared.world() + ".new");
     EXPECT_EQ(use({"q5sim", "status", "--check"}, 0), 0);
-    EXPECT_FALSE(isThere(shared.world() + ".new"));
+    EXPECT_FALSE(pathExists(shared.world() + ".new"));
     EXPECT_EQ(use({"q5sim", "save", "#"}, 0), 0);
     for (const fs::directory_entry& entry : fs::directory_iterator(shared.directory)) {
         const std::string name = entry.path().filename().string();

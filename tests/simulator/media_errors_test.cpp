@@ -51,7 +51,7 @@ TEST_F(MediaErrors, CheckFindsAndRepairs) {
     EXPECT_EQ(badSectors(1), 0u);
 }
 
-// 200 of 400 MB at 8 MB per second are reached after 25 seconds.
+// 200 of 400 MB at 8 MB per second take 25 seconds.
 TEST_F(MediaErrors, RebuildSkipsAndCountsLostStripes) {
     fail(1);
     damage(0, kHalf, 129); // two stripes of 64 KB

@@ -124,7 +124,7 @@ TEST_F(Q5simTest, SavesAndLoadsWorlds) {
     EXPECT_EQ(output("load " + copy), "q5sim: " + copy + ":1: this is not valid JSON\n");
 }
 
-// What is in the place of a copy and no regular file stays as it is.
+// Anything but a regular file at the path of a copy is left unchanged.
 TEST_F(Q5simTest, SavesOnlyAsRegularFile) {
     open("");
     const std::string before = fileText(), copy = directory + "/copy.json";

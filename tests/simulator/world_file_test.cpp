@@ -123,7 +123,7 @@ TEST_F(WorldFile, IsReadAgainAfterExternalChange) {
 }
 
 // Changes that leave the size alone, many within one second.
-TEST_F(WorldFile, NoticesChangesWithoutNewTimeStamp) {
+TEST_F(WorldFile, DetectsChangesWithoutNewTimeStamp) {
     const CoarseTimeStamps coarse;
     open("bench");
     std::string channel = "\"channel\": 0,";
@@ -320,7 +320,7 @@ TEST_F(WorldFile, ReportsFailedWriteOnceWithRule) {
     EXPECT_EQ(errorsOnFullDisk(), file + ": the world file cannot be written: File too large\n");
 }
 
-static int splitOften(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {
+static int splitRepeatedly(std::uint32_t drive, std::uint32_t first, std::uint32_t times) {
     for (std::uint32_t i = 0; i < times; i++) {
         const ExtentRef last = {i, drive};
         if (q5_splitHBAExtent(hbaAddress(0), 0, &last, first) != 0)
@@ -336,7 +336,7 @@ TEST_F(WorldFile, KeepsChangesOfTwoPrograms) {
     for (std::uint32_t drive = 0; drive < 2; drive++) {
         children[drive] = fork();
         if (children[drive] == 0)
-            _exit(initialize() != 0 || splitOften(drive, 10, 15) != 0 ? 1 : 0);
+            _exit(initialize() != 0 || splitRepeatedly(drive, 10, 15) != 0 ? 1 : 0);
     }
     for (const pid_t child : children) {
         int status = -1;

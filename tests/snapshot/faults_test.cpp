@@ -107,8 +107,8 @@ TEST_F(Faulty, FaultOfADriveBelongsToTheDrive) {
     EXPECT_TRUE(controller.drives[0].settings);
 }
 
-// One byte beyond the announced size is noticed, for records and for single numbers.
-TEST_F(Faulty, OverrunIsNoticed) {
+// One byte beyond the announced size is detected, for records and for single numbers.
+TEST_F(Faulty, OverrunIsDetected) {
     const std::pair<const char*, std::int64_t> operations[] = {{"q5_getDriverInfo", 16},
                                                                {"q5_getDiscoverPath", 656},
                                                                {"q5_getBatteryInfo", 112},
@@ -266,7 +266,7 @@ TEST_F(Faulty, LibraryThatDoesNotOpenIsAFaultOfTheSnapshot) {
     }
 }
 
-TEST(FaultText, SaysWhatHappened) {
+TEST(FaultText, DescribesTheFault) {
     EXPECT_EQ(faultText({"q5_x", FaultKind::refused, -3}), "q5_x failed with result -3");
     EXPECT_EQ(faultText({"q5_x", FaultKind::overrun, 88}), "q5_x wrote beyond its buffer of 88 bytes");
     EXPECT_EQ(faultText({"q5_x", FaultKind::impossible, 33}), "q5_x returned the impossible count 33");

@@ -64,7 +64,7 @@ TEST(Fields, CountedListsAreBounded) {
     EXPECT_EQ(usedCount(type, &drive, *findField(type, "heads")), 1u);
 }
 
-TEST(FieldWords, SayWhatCodesMean) {
+TEST(FieldWords, DescribeCodes) {
     const auto wordsFor = [](const RecordType& type, const char* field, std::int64_t value) {
         return wordsOf(type, *findField(type, field))->words(value);
     };

@@ -124,7 +124,7 @@ TEST_F(Pipes, AreWrittenInPlace) {
     EXPECT_TRUE(fs::is_symlink(path));
 }
 
-// The reader leaves when the pipe is full, so that the rest is refused.
+// The reader closes the full pipe, so that writing the rest fails.
 TEST_F(Pipes, WithoutAReaderAreAFailure) {
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
     ASSERT_GE(reader, 0);

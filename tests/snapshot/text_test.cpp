@@ -28,19 +28,19 @@ TEST(Utf8, ReplacesEachWrongByte) {
     EXPECT_EQ(asUtf8("\xe2\x82"), "\ufffd\ufffd");
 }
 
-TEST(Trimmed, TakesBlanksOffBothEnds) {
+TEST(Trimmed, RemovesBlanksAtBothEnds) {
     EXPECT_EQ(trimmed("  a b  "), "a b");
     EXPECT_EQ(trimmed("   "), "");
     EXPECT_EQ(trimmed(""), "");
 }
 
-TEST(Counted, TakesThePlural) {
+TEST(Counted, UsesThePlural) {
     EXPECT_EQ(counted(0, "drive"), "0 drives");
     EXPECT_EQ(counted(1, "drive"), "1 drive");
     EXPECT_EQ(counted(2, "drive"), "2 drives");
 }
 
-TEST(Decimal, PutsThePoint) {
+TEST(Decimal, PlacesThePoint) {
     EXPECT_EQ(decimal(12060, 3), "12.060");
     EXPECT_EQ(decimal(5, 1), "0.5");
     EXPECT_EQ(decimal(-5, 1), "-0.5");

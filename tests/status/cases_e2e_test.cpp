@@ -70,7 +70,7 @@ static std::size_t rankOf(const std::string& line) {
     return static_cast<std::size_t>(found - names.begin());
 }
 
-// Takes a line away and puts another value of its series there, if there is one.
+// Removes a line and, if its series has a new value, inserts that in its place.
 static void replaceLine(Lines* lines, const std::string& old, Lines* added) {
     const auto at = std::find(lines->begin(), lines->end(), old);
     ASSERT_NE(at, lines->end()) << old;
@@ -189,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(Worlds, StatusCase, testing::ValuesIn(caseNames()), [](
     return name;
 });
 
-TEST(StatusHealthy, MetricsAreTheseInThisOrder) {
+TEST(StatusHealthy, MetricsMatchTheExpectedFileInOrder) {
     StatusSession session(Json::parse(source("healthy.world.json")));
     EXPECT_EQ(session.run({"--metrics"}), (ProcessOutcome{0, source("healthy.expected.prom"), ""}));
 }

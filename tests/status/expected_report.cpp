@@ -36,7 +36,7 @@ static std::string timeOn(const std::string& page) {
     return at == std::string::npos ? "" : page.substr(at + start.size(), 20);
 }
 
-// The second from earliest to latest that the page names; 0: none of these.
+// The time, from earliest to latest, that the page shows; 0: none of these.
 static std::time_t writtenAt(const std::string& page, std::time_t earliest, std::time_t latest) {
     const std::string named = timeOn(page);
     for (std::time_t second = earliest; second <= latest; ++second) {

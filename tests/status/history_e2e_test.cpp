@@ -49,7 +49,7 @@ TEST_F(Baseline, ReportsTheSerialOfADriveThatDisappeared) {
     controller()["drives"][1]["extents"][0]["use"] = "free";
     expectFindings(
         2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
-           "warning: drive 2 of controller 0: lost by logical drive 0 Data; it is not listed any more, last "
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; it is no longer listed, last "
            "seen on channel 1, enclosure 0, serial S0002\n"
            "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
            "spare\n"

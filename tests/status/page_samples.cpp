@@ -259,11 +259,11 @@ static void fill(Record* record, std::mt19937* generator) {
     std::generate(bytes, bytes + sizeof *record, [&] { return static_cast<unsigned char>((*generator)()); });
 }
 
-static Snapshot noisy() {
-    return withNoise(1);
+static Snapshot randomRecords() {
+    return withRandomRecords(1);
 }
 
-Snapshot withNoise(std::uint32_t seed) {
+Snapshot withRandomRecords(std::uint32_t seed) {
     std::mt19937 generator(seed);
     Snapshot snapshot = makeLarge();
     Controller& controller = snapshot.controllers[0];
@@ -281,7 +281,7 @@ Snapshot withNoise(std::uint32_t seed) {
         fill(&*drive.patrol, &generator);
     }
     for (LogicalDrive& drive : controller.logicalDrives) {
-        const std::uint16_t id = drive.info.logDrvId; // listed once, as the reader of snapshots sees to
+        const std::uint16_t id = drive.info.logDrvId; // listed once, as the snapshot reader ensures
         fill(&drive.info, &generator);
         drive.info.logDrvId = id;
         drive.activities = {{kRebuilding, 0, static_cast<std::uint16_t>(generator())}};
@@ -290,8 +290,8 @@ Snapshot withNoise(std::uint32_t seed) {
 }
 
 static constexpr PageSample kSamples[] = {
-    {"large", makeLarge},         {"empty", makeEmpty}, {"faulted", makeFaulted},
-    {"untrusted", makeUntrusted}, {"noise", noisy},
+    {"large", makeLarge},         {"empty", makeEmpty},     {"faulted", makeFaulted},
+    {"untrusted", makeUntrusted}, {"noise", randomRecords},
 };
 
 std::span<const PageSample> pageSamples() {

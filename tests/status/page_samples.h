@@ -15,8 +15,8 @@ std::span<const PageSample> pageSamples();
 // Every text field of every record is this text, as far as it fits.
 Snapshot withTexts(std::string_view text);
 
-// Texts that try to leave their place.
+// Texts that try to break out of their element or attribute.
 std::span<const std::string_view> untrustedTexts();
 
 // Every byte of every record comes from a generator with this seed.
-Snapshot withNoise(std::uint32_t seed);
+Snapshot withRandomRecords(std::uint32_t seed);

@@ -30,7 +30,7 @@ static void replaceOnce(std::string* text, const std::string& old, const std::st
     text->replace(at, old.size(), now);
 }
 
-TEST(Page, OfARebuildingWorldIsThis) {
+TEST(Page, OfARebuildingWorldMatchesTheExpectedFile) {
     const Json changes = Json::parse(source("cases/rebuilding.json"))["json"];
     Snapshot snapshot;
     ASSERT_EQ(snapshotFromText(Json::parse(source("healthy.expected.json")).patch(changes).dump(), &snapshot),
@@ -73,14 +73,14 @@ TEST(Page, AHostNameChangesNoTag) {
 TEST(Page, RandomRecordsKeepItWellFormed) {
     static constexpr std::uint32_t seeds = 20;
     for (std::uint32_t seed = 0; seed < seeds; ++seed) {
-        const Markup markup = readMarkup(pageOf(withNoise(seed)));
+        const Markup markup = readMarkup(pageOf(withRandomRecords(seed)));
         EXPECT_EQ(markup.problem, "") << seed;
         for (const double width : markup.strips)
             EXPECT_NEAR(width, 100, 0.001) << seed;
     }
 }
 
-TEST(Page, EscapesWhatHtmlTakesForItsOwn) {
+TEST(Page, EscapesHtmlSpecialCharacters) {
     EXPECT_EQ(htmlText("a<b>&\"c'"), "a&lt;b&gt;&amp;&quot;c&#39;");
 }
 
@@ -206,7 +206,7 @@ TEST(PageEnclosures, ShowEmptyChannelsInTheOnlyPlace) {
                   "empty</li>\n</ul>\n</article>\n");
 }
 
-TEST(PageEnclosures, ListEmptyChannelsApartWhenTheyCanBeAnywhere) {
+TEST(PageEnclosures, ListEmptyChannelsSeparatelyWhenTheirPlaceIsUnknown) {
     EXPECT_EQ(enclosuresOf(withDrivesIn({kNoEnclosureId, 3}, 4)),
               "<h3>Enclosures</h3>\n"
               "<article class=\"card\">\n<h4>Enclosure 3, which the adapter does not list</h4>\n"
@@ -225,7 +225,7 @@ TEST(PageEnclosures, SayWhenNoneCouldBeRead) {
     EXPECT_EQ(enclosuresOf(controller), "<h3>Enclosures</h3>\n<p>The enclosures could not be read.</p>\n");
 }
 
-// That the reader of pages finds something.
+// The page reader must detect errors.
 TEST(PageMarkup, RefusesWhatNoPageHas) {
     for (const char* text :
          {"<script></script>", "<p onload=\"x\"></p>", "<p class=a></p>", "<p class=\"a></p>", "<p>", "</p>",

@@ -95,7 +95,7 @@ static const WorldCase worldCases[] = {
      "controller 0: 5 drives, 2 logical drives, 6 enclosures, battery discharging\n"
      "controller 1: 1 drive, 0 logical drives, 0 enclosures, no battery\n"
      "critical: logical drive 1 Short of one of controller 0: critical: no redundancy is left (RAID1)\n"
-     "warning: drive 10 of controller 0: lost by logical drive 1 Short of one; it is not listed any more\n"
+     "warning: drive 10 of controller 0: lost by logical drive 1 Short of one; it is no longer listed\n"
      "warning: logical drive 1 Short of one of controller 0: no replacement is coming: automatic rebuild is "
      "off\n"
      "warning: drive 6 of controller 0: media patrol found 7 errors; channel 15, enclosure 2, serial A "

@@ -75,7 +75,7 @@ TEST(TryReport, InitializationOverwrites) {
               TextLines{"controller 0: logical drive 0 Archive: initialization, 3 minutes 16 seconds"});
 }
 
-TEST(TryReport, WhatFollowsIsPartOfIt) {
+TEST(TryReport, IncludesConsequences) {
     q5sim::World after = captured();
     q5sim::startInitialization(after.controllers[0], archive(after), 1, kNow); // quick: 16 MB
     const Effects effects = followEffects(captured(), after, kNow);
@@ -84,7 +84,7 @@ TEST(TryReport, WhatFollowsIsPartOfIt) {
                          "controller 0: logical drive 0 Archive: synchronization, 3 minutes 16 seconds"}));
 }
 
-TEST(TryReport, WhatWasRunningIsNot) {
+TEST(TryReport, ExcludesJobsThatWereRunning) {
     q5sim::World before = captured();
     q5sim::startSynchronization(before.controllers[0], archive(before), kNow);
     const Effects effects = followEffects(before, before, kNow);
@@ -108,7 +108,7 @@ TEST(TryReport, OfflineLogicalDriveCannotBeReached) {
                         "its data could not be reached"});
 }
 
-TEST(TryReport, ForeignExtentGivenUp) {
+TEST(TryReport, ReleasedForeignExtent) {
     q5sim::World before = captured(), after = captured();
     before.controllers[0].drives[6].extents = {{q5sim::kUseForeign, 3, 0, 4096}};
     EXPECT_EQ(

@@ -1,4 +1,4 @@
-// In front of the simulated adapters, as an adapter library that only reads: every other operation notes its
+// Wraps the simulated adapters in a read-only adapter library: every other operation records its
 // name in the file $GUARDED_CALLS and ends the program. Requesting events counts as a change.
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// cli-try over worlds in the role of the real adapters. Their library ends the program that calls anything
-// but the operations that read, and it comes first in the library path.
+// cli-try over worlds in the role of the real adapters. Their library terminates a program that calls
+// anything but the operations that read, and it comes first in the library path.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -61,8 +61,8 @@ TEST(Try, LeavesTheRealAdaptersAlone) {
     EXPECT_EQ(session.worldText(), before);
 }
 
-// Proof that the library of these tests notices a change, and that cli-rehearse would use it.
-TEST(TryGuard, NoticesAChange) {
+// Verifies that the library of these tests detects a change, and that cli-rehearse would use it.
+TEST(TryGuard, DetectsAChange) {
     Session session;
     session.preferLibraries(GUARDED);
     session.setVariable("GUARDED_CALLS", session.path("guarded.calls"));
@@ -168,7 +168,7 @@ TEST(Try, ListSplitsWordsAsThePromptDoes) {
     EXPECT_NE(outcome.out.find("two words"), outcome.out.rfind("two words")) << outcome.out;
 }
 
-TEST(Try, LostDataWeighsMoreThanARefusal) {
+TEST(Try, LostDataTakesPrecedenceOverARefusal) {
     TrySession session;
     writeFile(session.path("plan"), "logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(session.run({"-f", session.path("plan")}).status, 1);
@@ -186,8 +186,8 @@ TEST(Try, PromptOnTheCopy) {
     EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
 }
 
-// As with a pager that is left early. TrySession checks that no copy stays.
-TEST(Try, EndsWithItsReader) {
+// As with a pager that exits early. TrySession checks that no copy stays.
+TEST(Try, EndsWhenItsReaderExits) {
     TrySession session;
     session.program = "/bin/sh";
     session.run({"-c", "{ until [ -e closed ]; do sleep 0.1; done; " + programs +

@@ -51,7 +51,7 @@ TEST(Rate, FollowsTheLatestSteps) {
     EXPECT_DOUBLE_EQ(*progressRate(readEveryMinute(percents), now), 2.0 / kMinute);
 }
 
-TEST(Rate, StartsAnewWhenThePercentageFalls) {
+TEST(Rate, StartsOverWhenThePercentageFalls) {
     Progress progress = readEveryMinute({10, 20, 30, 5});
     EXPECT_EQ(progress.percent, 5u);
     EXPECT_FALSE(progressRate(progress, 3 * kMinute));
@@ -60,7 +60,7 @@ TEST(Rate, StartsAnewWhenThePercentageFalls) {
     EXPECT_DOUBLE_EQ(*progressRate(progress, 5 * kMinute), 1.0 / kMinute);
 }
 
-TEST(Rate, StartsAnewAfterAPause) {
+TEST(Rate, StartsOverAfterAPause) {
     Progress progress = readEveryMinute({10, 20, 30});
     observeProgress(&progress, 30, true, 3 * kMinute);
     EXPECT_FALSE(progressRate(progress, 3 * kMinute));

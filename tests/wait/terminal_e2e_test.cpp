@@ -133,7 +133,7 @@ TEST_F(WaitTerminal, ShowsTheCursorWhileStopped) {
     EXPECT_EQ(run("-l 0 --every 0.1").status, 0);
 }
 
-// The shell goes on while cli-wait runs: there are only the messages.
+// The shell continues while cli-wait runs: only messages are printed.
 TEST_F(WaitTerminal, DrawsNothingInTheBackground) {
     before = "set -m; '" CLI_WAIT "' -l 0 --every 0.1 & '" Q5SIM "' advance --until-idle >/dev/null; wait $!";
     const ProcessOutcome outcome = run("--version");

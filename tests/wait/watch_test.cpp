@@ -72,7 +72,7 @@ TEST_F(Watching, FollowsAChainOfActivities) {
 }
 
 // Of several logical drives, only those that were waited for count.
-TEST_F(Watching, LooksAtTheWaitedForLogicalDrives) {
+TEST_F(Watching, ChecksOnlyAwaitedLogicalDrives) {
     View view = activeView(kRebuilding, 45);
     view.arrays.push_back({arrayTarget(1, 2, ""), ArrayState::offline});
     take(view);
@@ -183,7 +183,7 @@ TEST_F(Watching, ReportsAPatrolThatDidNotComplete) {
     }
 }
 
-TEST_F(Watching, ReportsAPatrolledDriveThatIsGone) {
+TEST_F(Watching, ReportsAPatrolledDriveThatDisappeared) {
     take(patrolView(kPatrolRunning, 12));
     take(View{});
     messages.clear();

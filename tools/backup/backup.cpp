@@ -19,7 +19,7 @@
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
-static constexpr int kSaved = 0, kLook = 1, kUsage = 2, kFailed = 3;
+static constexpr int kSaved = 0, kWarning = 1, kUsage = 2, kFailed = 3;
 static constexpr int kAttempts = 3; // to catch the adapters between two changes
 
 // A new backup, not yet written.
@@ -147,12 +147,12 @@ static int save(const BackupOptions& options, Store* store, const Backup& previo
     std::printf("saved as %s\n", printable(pathOf(*store, stem, ".cfg")).c_str());
     if (!fewer.empty() || !warnings.empty()) {
         std::puts("warning: no older backup was removed");
-        return kLook;
+        return kWarning;
     }
     problem = rotate(*store, options.keep);
     if (!problem.empty())
         std::fprintf(stderr, "cli-backup: %s\n", printable(problem).c_str());
-    return problem.empty() ? kSaved : kLook;
+    return problem.empty() ? kSaved : kWarning;
 }
 
 static int saveChanges(const BackupOptions& options, Store* store, const std::string& cli) {
@@ -170,7 +170,7 @@ static int saveChanges(const BackupOptions& options, Store* store, const std::st
     if (previous.stem.empty() || !changes.empty() || content.configuration != previous.configuration)
         return save(options, store, previous, warnings, &content);
     std::printf("unchanged since %s\n", printable(pathOf(*store, previous.stem, ".cfg")).c_str());
-    return warnings.empty() ? kSaved : kLook;
+    return warnings.empty() ? kSaved : kWarning;
 }
 
 static std::string useDirectory(const BackupOptions& options, Store* store) {
@@ -192,7 +192,7 @@ static int run(const BackupOptions& options, const char* argument0) {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
         return status;
     printError("cannot write to standard output");
-    return status == kSaved ? kLook : status;
+    return status == kSaved ? kWarning : status;
 }
 
 int main(int argc, char** argv) {

@@ -10,11 +10,11 @@
 #include "config/phydrv_block.h"
 #include "snapshot/text.h"
 
-// A line of the expected file. loose: the line of a logical drive whose members are not all there, for
-// which the extents depend on more than the snapshot holds.
+// A line of the expected file. extentsUnknown: the line of a logical drive whose members are not all there,
+// for which the extents depend on more than the snapshot holds.
 struct ExpectedLine {
     std::string text;
-    bool loose = false;
+    bool extentsUnknown = false;
 };
 using Expected = std::vector<ExpectedLine>;
 
@@ -28,11 +28,11 @@ static std::vector<std::string> splitLines(const std::string& text) {
     return lines;
 }
 
-static void addBlock(const char* marker, std::size_t index, const char* block, bool loose,
+static void addBlock(const char* marker, std::size_t index, const char* block, bool extentsUnknown,
                      Expected* expected) {
     expected->push_back({std::string(marker) + " " + std::to_string(index)});
     for (const std::string& line : splitLines(block))
-        expected->push_back({line, loose && line.rfind("<LogDrvDiskExtentIndex>", 0) == 0});
+        expected->push_back({line, extentsUnknown && line.rfind("<LogDrvDiskExtentIndex>", 0) == 0});
 }
 
 // The drives that one listing holds. Further ones are in the snapshot alone.
@@ -90,16 +90,16 @@ static void addLogicalDrives(const Snapshot& snapshot, Expected* expected) {
     for (const Controller& controller : snapshot.controllers)
         for (const LogicalDrive& drive : controller.logicalDrives) {
             std::uint8_t list[kMaxArrayMembers] = {};
-            bool loose = false;
+            bool extentsUnknown = false;
             for (int i = 0; i < boundedMemberCount(drive.info); ++i) {
                 const auto extent = extentOf(controller, drive.info.memberIds[i], drive.info.arrayId);
-                loose = loose || !extent;
+                extentsUnknown = extentsUnknown || !extent;
                 list[i] = extent.value_or(0);
             }
             const LogDrvSettings settings = drive.settings.value_or(LogDrvSettings{});
             char text[kBlockTextSize];
             LDSettingsToBuffer(static_cast<int>(controller.id), &drive.info, &settings, list, text);
-            addBlock(kLogDrvMarker, index++, text, loose, expected);
+            addBlock(kLogDrvMarker, index++, text, extentsUnknown, expected);
         }
 }
 
@@ -111,7 +111,7 @@ std::string compareConfiguration(const std::string& text, const Snapshot& snapsh
     const std::vector<std::string> lines = splitLines(text);
     for (std::size_t i = 0; i < std::max(lines.size(), expected.size()); ++i) {
         const bool both = i < lines.size() && i < expected.size();
-        if (both && (lines[i] == expected[i].text || expected[i].loose))
+        if (both && (lines[i] == expected[i].text || expected[i].extentsUnknown))
             continue;
         return "line " + std::to_string(i + 1) + " of the exported file is " +
                (i < lines.size() ? "\"" + printable(lines[i]) + "\"" : "missing") + "; the adapters report " +

@@ -6,7 +6,7 @@
 static constexpr OptionRow kOptionRows[] = {
     {'d', "directory", "DIR", "keep the backups in DIR, not in /var/backups/cli"},
     {'\0', "keep", "N", "keep the last N backups, not 30"},
-    {'\0', "cli", "PROGRAM", "export with PROGRAM, not with the cli beside this program"},
+    {'\0', "cli", "PROGRAM", "export with PROGRAM, not with the cli in the same directory"},
     {'h', "help", nullptr, "print this help"},
     {'V', "version", nullptr, "print the version"},
 };

@@ -14,7 +14,7 @@ static int printError(const std::string& problem) {
 }
 
 // To the file, or to standard output. Returns an error message, empty on success.
-static std::string deliver(const std::string& output, const std::string& text) {
+static std::string writeOutput(const std::string& output, const std::string& text) {
     if (!output.empty())
         return replaceFile(output, text);
     const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
@@ -37,7 +37,7 @@ static int run(const CaptureOptions& options) {
         return printError("this cannot be a world: " + capture.problem);
     for (const std::string& line : capture.assumed)
         std::fprintf(stderr, "cli-capture: assumed: %s\n", line.c_str());
-    const std::string problem = deliver(options.output, capture.text);
+    const std::string problem = writeOutput(options.output, capture.text);
     if (!problem.empty())
         return printError(problem);
     return capture.complete ? kCaptured : kIncomplete;

@@ -60,7 +60,7 @@ static void findTargets(Conversion& conversion, const LogicalDrive& from, q5sim:
         assume(below(place, "activity.targets"), "which drive takes which lost member's position");
 }
 
-static constexpr std::uint32_t kUsualStripe = 64; // KB
+static constexpr std::uint32_t kDefaultStripe = 64; // KB
 
 // The first level that the members allow, the present one before all others.
 static void chooseLevel(q5sim::MigrationTarget& goal) {
@@ -71,7 +71,7 @@ static void chooseLevel(q5sim::MigrationTarget& goal) {
             goal.parity = goal.subArrays = 0;
         }
     if (!q5sim::isValidStripe(goal.stripe))
-        goal.stripe = kUsualStripe;
+        goal.stripe = kDefaultStripe;
 }
 
 // The geometry after the migration. Only the added drives are known; level and stripe are kept where

@@ -57,14 +57,14 @@ static const OptionRow* findRow(const OptionTable& table, int value) {
     return nullptr;
 }
 
-static OptionsResult advise(const OptionTable& table) {
+static OptionsResult suggestHelp(const OptionTable& table) {
     std::fprintf(stderr, "Try \"%s --help\".\n", table.program);
     return OptionsResult::usage;
 }
 
 OptionsResult refuseOptions(const OptionTable& table, const std::string& problem) {
     std::fprintf(stderr, "%s: %s\n", table.program, problem.c_str());
-    return advise(table);
+    return suggestHelp(table);
 }
 
 static OptionsResult answer(const OptionTable& table, const OptionRow& row) {
@@ -82,7 +82,7 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
     for (int value; (value = getopt_long(argc, argv, letters.c_str(), all.data(), nullptr)) != -1;) {
         const OptionRow* row = findRow(table, value);
         if (row == nullptr) // getopt has printed a message
-            return advise(table);
+            return suggestHelp(table);
         if (row->shortName == 'h' || row->shortName == 'V')
             return answer(table, *row);
         const OptionsResult result = apply(*row, optarg);

@@ -63,7 +63,7 @@ static bool readNothing() {
     return replaced;
 }
 
-[[noreturn]] static void becomeProgram(const ProgramRun& run, char* const* words, int output) {
+[[noreturn]] static void execProgram(const ProgramRun& run, char* const* words, int output) {
     const bool ready = readNothing() && dup2(output, STDOUT_FILENO) >= 0 &&
                        dup2(output, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
                        (run.inherited < 0 || fcntl(run.inherited, F_SETFD, 0) == 0);
@@ -114,7 +114,7 @@ int runProgram(const ProgramRun& run, std::string* output) {
         return -1;
     const pid_t child = fork();
     if (child == 0)
-        becomeProgram(run, arguments.data(), ends[1]);
+        execProgram(run, arguments.data(), ends[1]);
     close(ends[1]);
     if (child > 0)
         readAll(ends[0], output);

@@ -9,7 +9,7 @@
 
 // Whether a step may be missing from the plan without having been done: the settings that a new logical drive
 // has are not known before it exists.
-static bool mayVanish(const Step& step) {
+static bool mayBeMissing(const Step& step) {
     return step.kind == StepKind::array;
 }
 
@@ -28,13 +28,13 @@ static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
     std::size_t next = 1;
     for (const Step& step : plan.steps) {
         while (next < wanted.steps.size() && !isSameStep(wanted.steps[next], step) &&
-               mayVanish(wanted.steps[next]))
+               mayBeMissing(wanted.steps[next]))
             ++next;
         if (next >= wanted.steps.size() || !isSameStep(wanted.steps[next], step))
             return "still to do: " + step.text;
         ++next;
     }
-    while (next < wanted.steps.size() && mayVanish(wanted.steps[next]))
+    while (next < wanted.steps.size() && mayBeMissing(wanted.steps[next]))
         ++next;
     return next < wanted.steps.size() ? "no longer to do: " + wanted.steps[next].text : "";
 }

@@ -5,11 +5,11 @@
 
 #include "tools/common/option_table.h"
 
-static constexpr std::uint64_t kHighestDrive = 256;
+static constexpr std::uint64_t kMaxDrive = 256;
 
 static bool readDrive(const std::string& text, std::uint32_t* drive) {
     std::uint64_t number = 0;
-    if (!readNumber(text.c_str(), kHighestDrive, &number) || number == 0)
+    if (!readNumber(text.c_str(), kMaxDrive, &number) || number == 0)
         return false;
     *drive = static_cast<std::uint32_t>(number);
     return true;

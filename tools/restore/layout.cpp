@@ -50,7 +50,7 @@ void takeRegion(Layout* layout, std::size_t index, std::uint64_t size, const std
     (*layout)[index].use = use;
 }
 
-std::string obstacleToStretch(const Layout& layout, std::uint64_t start, std::uint64_t size) {
+std::string obstacleInRange(const Layout& layout, std::uint64_t start, std::uint64_t size) {
     const std::uint64_t end = start + size;
     if (layout.empty() || end > layout.back().end())
         return "is too small: " + std::to_string(end) + " sectors are needed, it has " +

@@ -30,4 +30,4 @@ void splitRegion(Layout* layout, std::size_t index, std::uint64_t offset);
 void takeRegion(Layout* layout, std::size_t index, std::uint64_t size, const std::string& use);
 
 // Why a range of sectors cannot be used; empty: it is in one free region.
-std::string obstacleToStretch(const Layout& layout, std::uint64_t start, std::uint64_t size);
+std::string obstacleInRange(const Layout& layout, std::uint64_t start, std::uint64_t size);

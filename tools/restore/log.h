@@ -11,7 +11,7 @@ struct LogHeader {
     bool operator==(const LogHeader&) const = default;
 };
 
-// The last restore in a log that was neither finished nor given up by one of another backup.
+// The last restore in a log that was neither finished nor abandoned for one of another backup.
 struct Unfinished {
     bool exists = false;
     LogHeader header;

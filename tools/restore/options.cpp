@@ -7,7 +7,7 @@ static constexpr OptionRow kOptionRows[] = {
     {'i', "controller", "ID", "restore this controller"},
     {'\0', "drives", "MAP", "use other drives: 2=5,3=6 puts 5 in the place of 2, 7=- leaves 7 out"},
     {'\0', "apply", nullptr, "change the controller; without it the plan is only printed"},
-    {'\0', "log", "FILE", "log what --apply does in FILE, not beside the backup"},
+    {'\0', "log", "FILE", "log what --apply does in FILE, not next to the backup"},
     {'h', "help", nullptr, "print this help"},
     {'V', "version", nullptr, "print the version"},
 };
@@ -15,7 +15,7 @@ static constexpr OptionRow kOptionRows[] = {
 static constexpr OptionTable kTable = {
     "cli-restore", TOOL_VERSION,
     "Usage: cli-restore -i ID [--drives MAP] [--apply] FILE\n"
-    "Shows what has to be done so that a controller becomes as cli-backup saved it, or does it.\n",
+    "Plans the restore of a controller from a backup of cli-backup, or applies the plan.\n",
     kOptionRows,
     "Exit status: 0 nothing left to do, 1 the plan can be applied, 2 usage, 3 cannot read or log,\n"
     "4 something prevents the plan, 5 stopped at a step.\n"

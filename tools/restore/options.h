@@ -12,7 +12,7 @@ struct RestoreOptions {
     DriveMap drives;
     bool drivesGiven = false;
     bool apply = false;
-    std::string log; // empty: beside the backup
+    std::string log; // empty: in the directory of the backup
 };
 
 OptionsResult readRestoreOptions(int argc, char** argv, RestoreOptions* options);

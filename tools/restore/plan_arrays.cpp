@@ -122,8 +122,7 @@ static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const M
                                                    arrayName(saved, saved.info.logDrvId) + " needs it");
             continue;
         }
-        const std::string obstacle =
-            obstacleToStretch(planning->layouts[place.drive], place.start, place.size);
+        const std::string obstacle = obstacleInRange(planning->layouts[place.drive], place.start, place.size);
         if (!obstacle.empty())
             planning->plan.obstacles.push_back(driveName(place.drive) + " " + printable(obstacle) + "; " +
                                                arrayName(saved, saved.info.logDrvId) + " was there");
@@ -223,7 +222,7 @@ static std::string unknownDrives(const Planning& planning, const MemberPlaces& p
     return text;
 }
 
-// Nothing reports where a lost member was, so that it cannot be created again. Whoever leaves its drive out
+// Nothing reports where a lost member was, so that it cannot be created again. Leaving its drive out
 // accepts that.
 static bool arePlacesKnown(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     const std::string name = arrayName(saved, saved.info.logDrvId);

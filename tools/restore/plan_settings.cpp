@@ -89,9 +89,9 @@ void planController(Planning* planning) {
     }
 }
 
-// A queueing mode that the present drive does not have cannot be set.
-static bool wantedQueueing(Planning* planning, const Drive& drive, const char* name, bool saved,
-                           bool supported) {
+// A queuing mode that the present drive does not have cannot be set.
+static bool wantedQueuing(Planning* planning, const Drive& drive, const char* name, bool saved,
+                          bool supported) {
     if (saved && !supported)
         planning->plan.notes.push_back(driveName(drive.number) + " does not support " + name);
     return saved && supported;
@@ -105,8 +105,8 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
     record.controller = static_cast<int>(planning->now.id);
     record.driveId = static_cast<int>(drive.number);
     record.writeCache = saved.writeCache != 0;
-    record.ncq = wantedQueueing(planning, drive, "NCQ", saved.ncqEnabled != 0, now.ncqSupported != 0);
-    record.tcq = wantedQueueing(planning, drive, "TCQ", saved.tcqEnabled != 0, now.tcqSupported != 0);
+    record.ncq = wantedQueuing(planning, drive, "NCQ", saved.ncqEnabled != 0, now.ncqSupported != 0);
+    record.tcq = wantedQueuing(planning, drive, "TCQ", saved.tcqEnabled != 0, now.tcqSupported != 0);
     std::string changes;
     if ((now.writeCache != 0) != (record.writeCache != 0))
         addChange(&changes, std::string("write cache ") + switchWord(record.writeCache != 0));

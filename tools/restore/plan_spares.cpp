@@ -67,7 +67,7 @@ static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry&
     if (isInPlace(*planning, drive, saved, *owner))
         return;
     Layout& layout = planning->layouts[drive.number];
-    const std::string obstacle = obstacleToStretch(layout, saved.start, saved.size);
+    const std::string obstacle = obstacleInRange(layout, saved.start, saved.size);
     if (!obstacle.empty()) {
         planning->plan.obstacles.push_back(driveName(drive.number) + " " + printable(obstacle) +
                                            "; a spare was there");
@@ -106,7 +106,7 @@ static void noteRebuildTarget(Planning* planning, const Drive& saved, const Driv
                               const ExtentEntry& extent) {
     const LogicalDrive* array = rebuiltArray(planning->saved, saved, extent);
     const Layout& layout = planning->layouts[drive.number];
-    if (array != nullptr && obstacleToStretch(layout, extent.start, extent.size).empty())
+    if (array != nullptr && obstacleInRange(layout, extent.start, extent.size).empty())
         planning->plan.notes.push_back(arrayName(*array, array->info.logDrvId) + " was being rebuilt onto " +
                                        driveName(drive.number) + "; that space stays free");
 }

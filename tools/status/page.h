@@ -1,4 +1,4 @@
-// The report as one HTML page that loads nothing: no script, no picture, no font, and the only style
+// The report as one HTML page that loads nothing: no script, no image, no font, and the only style
 // sheet is inside. It is usable without color and with a screen reader.
 #pragma once
 
@@ -7,7 +7,7 @@
 
 #include "tools/status/format.h"
 
-// Where and when the page was made.
+// Where and when the page was generated.
 struct PageOrigin {
     std::string host;
     std::time_t written = 0;

@@ -52,11 +52,11 @@ std::string extentUse(const Controller& controller, const ExtentEntry& extent, b
 }
 
 // The appearance of an extent in the strip: a short code, so that color is not needed, and a class.
-struct Look {
+struct Appearance {
     std::string code, kind;
 };
 
-static Look lookOf(const Controller& controller, const ExtentEntry& extent) {
+static Appearance appearanceOf(const Controller& controller, const ExtentEntry& extent) {
     if (!isAccessible(extent))
         return {"X", "lost"};
     if ((extent.assignment & kExtentAssigned) != 0) {
@@ -69,7 +69,7 @@ static Look lookOf(const Controller& controller, const ExtentEntry& extent) {
     }
     if (isSpare(extent))
         return {(extent.assignment & kExtentGlobalSpare) != 0 ? "GS" : "DS", "spare"};
-    return (extent.access & kExtentFree) != 0 ? Look{"F", "free"} : Look{"?", "other"};
+    return (extent.access & kExtentFree) != 0 ? Appearance{"F", "free"} : Appearance{"?", "other"};
 }
 
 // A part of the strip, in sectors.
@@ -134,11 +134,13 @@ static void addSegment(const Controller& controller, const Segment& segment, std
                        std::string* page) {
     const int start = placeIn(segment.start, total);
     const int width = placeIn(segment.end, total) - start;
-    const Look look = segment.extent != nullptr ? lookOf(controller, *segment.extent) : Look{"", "gap"};
-    *page += "<g class=\"" + look.kind + "\"><rect x=\"" + percentText(start) + "\" width=\"" +
+    const Appearance appearance =
+        segment.extent != nullptr ? appearanceOf(controller, *segment.extent) : Appearance{"", "gap"};
+    *page += "<g class=\"" + appearance.kind + "\"><rect x=\"" + percentText(start) + "\" width=\"" +
              percentText(width) + "\" height=\"100%\"/>";
-    if (!look.code.empty() && hasRoom(look.code, width))
-        *page += "<text x=\"" + percentText(start + width / 2) + "\" y=\"50%\">" + look.code + "</text>";
+    if (!appearance.code.empty() && hasRoom(appearance.code, width))
+        *page +=
+            "<text x=\"" + percentText(start + width / 2) + "\" y=\"50%\">" + appearance.code + "</text>";
     *page += "</g>\n";
 }
 
@@ -157,8 +159,8 @@ static void addListed(const Controller& controller, const Segment& segment, std:
                  megabytesText(segment.end - segment.start) + " in no extent</li>\n";
         return;
     }
-    const Look look = lookOf(controller, *segment.extent);
-    *page += "<li><span class=\"key " + look.kind + "\" aria-hidden=\"true\">" + look.code +
+    const Appearance appearance = appearanceOf(controller, *segment.extent);
+    *page += "<li><span class=\"key " + appearance.kind + "\" aria-hidden=\"true\">" + appearance.code +
              "</span> Extent " + std::to_string(segment.extent->index) + ": " +
              megabytesText(segment.extent->size) + ", " + extentUse(controller, *segment.extent, true) +
              "</li>\n";

@@ -9,7 +9,7 @@
 // page_text.cpp: pieces of HTML. What takes plain text escapes it for an element and for a quoted
 // attribute; what takes HTML says so.
 std::string htmlText(std::string_view text);
-std::string isolatedText(std::string_view text);       // its direction of writing affects nothing around it
+std::string isolatedText(std::string_view text);       // its text direction affects nothing around it
 std::string megabytesText(std::uint64_t sectors);      // "1,000 MB"
 std::string badge(const char* word, const char* kind); // a word whose color only repeats it
 void addFact(std::string* page, const char* term, const std::string& html);

@@ -40,10 +40,10 @@ static void findBatteriesBetween(Evaluation* evaluation, int from, int below) {
     });
 }
 
-static constexpr int kHottest = 10000; // above all that a reading can say
+static constexpr int kMaxCelsius = 10000; // above any possible reading
 
 void findHotBatteries(Evaluation* evaluation) {
-    findBatteriesBetween(evaluation, evaluation->limits.batteryHotCelsius, kHottest);
+    findBatteriesBetween(evaluation, evaluation->limits.batteryHotCelsius, kMaxCelsius);
 }
 
 void findWarmBatteries(Evaluation* evaluation) {

@@ -13,20 +13,20 @@ static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t con
     return earlier != nullptr ? findDrive(*earlier, number) : nullptr;
 }
 
-enum class Holding { nothing, member, rebuildTarget };
+enum class DriveRole { nothing, member, rebuildTarget };
 
 // The drive's extent in the logical drive.
-static Holding holdingOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
+static DriveRole roleOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
     const Drive* drive = findDrive(controller, number);
     bool isMember = false;
     if (drive != nullptr)
         for (const ExtentEntry& extent : extents(drive->info))
             if ((extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId) {
                 if ((extent.state & kExtentRebuilding) != 0)
-                    return Holding::rebuildTarget;
+                    return DriveRole::rebuildTarget;
                 isMember = true;
             }
-    return isMember ? Holding::member : Holding::nothing;
+    return isMember ? DriveRole::member : DriveRole::nothing;
 }
 
 static std::string lastSeenText(const Drive* earlier) {
@@ -43,13 +43,13 @@ static std::string lostMemberText(const Evaluation& evaluation, const Controller
     const std::string text = "lost by " + shortObjectText(objectOf(controller, array));
     const std::string place = placeText(member.channel, member.enclosureId, member.serial);
     if (!member.listed)
-        return text + "; it is not listed any more" + lastSeenText(earlier);
-    const Holding holding = holdingOf(controller, member.number, array);
-    if (holding == Holding::member)
+        return text + "; it is no longer listed" + lastSeenText(earlier);
+    const DriveRole role = roleOf(controller, member.number, array);
+    if (role == DriveRole::member)
         return text + "; " + place;
     const bool replaced = earlier != nullptr && fieldText(earlier->info.serial) != member.serial;
     const char* end =
-        holding == Holding::rebuildTarget ? ") is being rebuilt as its member" : ") holds nothing of it";
+        role == DriveRole::rebuildTarget ? ") is being rebuilt as its member" : ") holds nothing of it";
     return text + "; the drive there now (" + place + end + (replaced ? lastSeenText(earlier) : "");
 }
 

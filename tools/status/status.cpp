@@ -84,7 +84,7 @@ static std::string format(const Options& options, const Report& report) {
 
 // To the file of the format's option, or to standard output. Returns an error message,
 // empty on success.
-static std::string deliver(const Options& options, const std::string& text) {
+static std::string writeOutput(const Options& options, const std::string& text) {
     if (!options.output.empty())
         return replaceFile(options.output, text);
     const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
@@ -111,7 +111,7 @@ static std::string reportChanges(const Options& options, const Report& report, c
     const Lines lines =
         readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline)
                  : findingLines(report.findings);
-    problem = deliver(options, formatLines(lines, options.quiet));
+    problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     return problem.empty() && readable ? replaceFile(options.changes, formatJson(report)) : problem;
@@ -120,7 +120,7 @@ static std::string reportChanges(const Options& options, const Report& report, c
 static std::string reportState(const Options& options, const Report& report) {
     if (options.syslog)
         sendToSyslog(findingLines(report.findings));
-    return deliver(options, format(options, report));
+    return writeOutput(options, format(options, report));
 }
 
 static int run(const Options& options) {
@@ -144,7 +144,7 @@ static int run(const Options& options) {
 }
 
 // The options were refused, so that the format may not be known.
-static bool asksForPlugin(int argc, char** argv) {
+static bool requestsPlugin(int argc, char** argv) {
     return std::any_of(argv, argv + argc,
                        [](const char* word) { return std::string_view(word) == "--plugin"; });
 }
@@ -154,7 +154,7 @@ int main(int argc, char** argv) {
     const OptionsResult result = readOptions(argc, argv, &options);
     if (result == OptionsResult::run)
         return run(options);
-    if (result != OptionsResult::done && asksForPlugin(argc, argv))
+    if (result != OptionsResult::done && requestsPlugin(argc, argv))
         std::puts(pluginProblem("usage error, see cli-status --help").c_str());
     return result == OptionsResult::done ? 0 : kUnknown;
 }

@@ -66,7 +66,8 @@ static void noteStarted(const std::vector<Job>& earlier, const std::vector<Job>&
 static constexpr int kMaxSteps = 10000; // more than any world needs; a damaged one must not loop forever
 
 // Advances until no job runs. Notes the jobs that are not among the earlier ones.
-static void passTime(q5sim::World* world, std::vector<Job> earlier, std::int64_t now, TextLines* started) {
+static void advanceUntilIdle(q5sim::World* world, std::vector<Job> earlier, std::int64_t now,
+                             TextLines* started) {
     for (int step = 0; step < kMaxSteps; step++) {
         const std::vector<Job> jobs = jobsOf(*world);
         noteStarted(earlier, jobs, now, started);
@@ -82,7 +83,7 @@ static void passTime(q5sim::World* world, std::vector<Job> earlier, std::int64_t
 Effects followEffects(const q5sim::World& before, const q5sim::World& after, std::int64_t now) {
     Effects effects = {before, before, after, {}};
     TextLines running;
-    passTime(&effects.expected, jobsOf(before), now, &running);
-    passTime(&effects.end, jobsOf(before), now, &effects.started);
+    advanceUntilIdle(&effects.expected, jobsOf(before), now, &running);
+    advanceUntilIdle(&effects.end, jobsOf(before), now, &effects.started);
     return effects;
 }

@@ -31,8 +31,8 @@ static bool isSameShape(const q5sim::LogicalDrive& one, const q5sim::LogicalDriv
 }
 
 // What happened to the data of a captured logical drive; empty: it is intact.
-static std::string fateOf(const q5sim::Controller& expected, const q5sim::LogicalDrive& drive,
-                          const q5sim::Controller& after) {
+static std::string lossText(const q5sim::Controller& expected, const q5sim::LogicalDrive& drive,
+                            const q5sim::Controller& after) {
     const q5sim::LogicalDrive* left = q5sim::findArray(after, drive.arrayId);
     if (left == nullptr)
         return "would be deleted";
@@ -99,9 +99,9 @@ TextLines lostData(const Effects& effects) {
         if (after == nullptr)
             continue;
         for (const q5sim::LogicalDrive& drive : before.logicalDrives)
-            if (const std::string fate = fateOf(effects.expected.controllers[id], drive, *after);
-                drive.captured && !fate.empty())
-                lines.push_back(nameOf(id, drive) + ", " + sizeText(drive.sectors) + ", " + fate);
+            if (const std::string loss = lossText(effects.expected.controllers[id], drive, *after);
+                drive.captured && !loss.empty())
+                lines.push_back(nameOf(id, drive) + ", " + sizeText(drive.sectors) + ", " + loss);
         addLostExtents(effects.before, id, *after, &lines);
     }
     return lines;

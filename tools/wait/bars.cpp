@@ -8,7 +8,7 @@
 
 static constexpr std::size_t kMinBar = 8, kMaxBar = 40; // with its brackets
 static constexpr std::size_t kPercentColumns = 4;
-static constexpr std::size_t kLeastName = 4; // with the blank before it
+static constexpr std::size_t kMinName = 4; // with the blank before it
 
 // What a line consists of, from left to right. Empty parts are left out.
 struct BarLine {
@@ -119,7 +119,7 @@ static std::string labelText(const BarLine& line, std::size_t columns) {
     const std::size_t number = columnsOf(line.number);
     if (columnsOf(line.label) <= columns)
         return line.label;
-    if (columns < number + kLeastName)
+    if (columns < number + kMinName)
         return fitted(line.number, columns);
     return line.number + fitted(line.label.substr(line.number.size()), columns - number);
 }

@@ -3,7 +3,7 @@
 
 #include "tools/wait/texts.h"
 
-static Verdict judgeArray(Watch* watch, const View& view, const Target& target) {
+static Verdict verdictOnArray(Watch* watch, const View& view, const Target& target) {
     for (const SeenArray& array : view.arrays)
         if (array.target == target) {
             watch->messages.push_back({false, targetText(target) + " is " + arrayStateText(array.state)});
@@ -14,7 +14,7 @@ static Verdict judgeArray(Watch* watch, const View& view, const Target& target) 
 }
 
 // A patrol that completed leaves the drive idle.
-static Verdict judgeDrive(Watch* watch, const View& view, const Target& target) {
+static Verdict verdictOnDrive(Watch* watch, const View& view, const Target& target) {
     const std::string patrol = "media patrol of " + targetText(target);
     for (const SeenDrive& drive : view.drives)
         if (drive.target == target) {
@@ -31,8 +31,8 @@ static Verdict judgeDrive(Watch* watch, const View& view, const Target& target) 
     return Verdict::notOnline;
 }
 
-static Verdict judge(Watch* watch, const View& view, const Target& target) {
-    return target.isDrive ? judgeDrive(watch, view, target) : judgeArray(watch, view, target);
+static Verdict verdictOn(Watch* watch, const View& view, const Target& target) {
+    return target.isDrive ? verdictOnDrive(watch, view, target) : verdictOnArray(watch, view, target);
 }
 
 Verdict conclude(Watch* watch, const View& view) {
@@ -44,7 +44,7 @@ Verdict conclude(Watch* watch, const View& view) {
             targets.push_back(array.target);
     }
     for (const Target& target : targets)
-        if (judge(watch, view, target) != Verdict::finished)
+        if (verdictOn(watch, view, target) != Verdict::finished)
             verdict = Verdict::notOnline;
     return verdict;
 }

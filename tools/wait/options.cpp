@@ -24,9 +24,9 @@ static constexpr OptionTable kTable = {
     "4 only paused activities are left, 5 the adapters cannot be read.\n"
     "The manual is cli-wait(8).\n"};
 
-static constexpr std::uint64_t kMostSeconds = 1'000'000'000;
-static constexpr std::uint64_t kMostEvery = 86'400;
-static constexpr std::int64_t kLeastEvery = 100; // milliseconds
+static constexpr std::uint64_t kMaxTimeout = 1'000'000'000;
+static constexpr std::uint64_t kMaxEvery = 86'400;
+static constexpr std::int64_t kMinEvery = 100; // milliseconds
 
 static OptionsResult refuseValue(const OptionRow& row, const char* value, const std::string& expected) {
     return refuseOptions(kTable, std::string("--") + row.name + ": \"" + value + "\" is not " + expected);
@@ -63,16 +63,16 @@ static bool readMilliseconds(const std::string& text, std::int64_t* milliseconds
     if (point != std::string::npos && (decimals.empty() || decimals.size() > 3))
         return false;
     decimals.resize(3, '0');
-    if (!readNumber(text.substr(0, point).c_str(), kMostEvery, &seconds) ||
+    if (!readNumber(text.substr(0, point).c_str(), kMaxEvery, &seconds) ||
         !readNumber(decimals.c_str(), 999, &thousandths))
         return false;
     *milliseconds = static_cast<std::int64_t>(seconds * 1000 + thousandths);
-    return *milliseconds >= kLeastEvery && *milliseconds <= static_cast<std::int64_t>(kMostEvery * 1000);
+    return *milliseconds >= kMinEvery && *milliseconds <= static_cast<std::int64_t>(kMaxEvery * 1000);
 }
 
 static OptionsResult readTimeout(const OptionRow& row, const char* text, Options* options) {
     std::uint64_t seconds = 0;
-    if (!readNumber(text, kMostSeconds, &seconds))
+    if (!readNumber(text, kMaxTimeout, &seconds))
         return refuseValue(row, text, "a number of seconds from 0 to 1000000000");
     options->timeout = static_cast<std::int64_t>(seconds * 1000);
     return OptionsResult::run;

@@ -5,8 +5,8 @@
 #include <cmath>
 
 static constexpr unsigned kFull = 100;
-static constexpr std::size_t kMostSteps = 11;
-static constexpr double kLongestEstimate = 365.0 * 86400 * 1000;
+static constexpr std::size_t kMaxSteps = 11;
+static constexpr double kMaxEstimate = 365.0 * 86400 * 1000;
 
 void observeProgress(Progress* progress, std::optional<unsigned> percent, bool paused, std::int64_t now) {
     if (percent)
@@ -17,7 +17,7 @@ void observeProgress(Progress* progress, std::optional<unsigned> percent, bool p
         progress->steps.clear();
     else if (advanced)
         progress->steps.push_back({now, *percent});
-    if (progress->steps.size() > kMostSteps)
+    if (progress->steps.size() > kMaxSteps)
         progress->steps.pop_front();
     if (percent)
         progress->percent = percent;
@@ -43,5 +43,5 @@ std::optional<std::int64_t> timeLeft(const Progress& progress, std::int64_t now)
     const double since =
         std::min(1.0, *rate * static_cast<double>(std::max<std::int64_t>(0, now - last.time)));
     const double left = std::max(0.0, kFull - last.percent - since) / *rate;
-    return left < kLongestEstimate ? std::optional<std::int64_t>(std::llround(left)) : std::nullopt;
+    return left < kMaxEstimate ? std::optional<std::int64_t>(std::llround(left)) : std::nullopt;
 }

@@ -1,5 +1,5 @@
-// How fast an activity proceeds, observed from its percentages. Times are milliseconds of a clock that never
-// goes back.
+// How fast an activity proceeds, estimated from its percentages. Times are milliseconds of a monotonic
+// clock.
 #pragma once
 
 #include <cstdint>

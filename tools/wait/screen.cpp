@@ -42,7 +42,7 @@ static void showCursor() {
 }
 
 // The next output begins on a new line, also after an echoed "^C".
-static void leaveDisplay() {
+static void endDisplayLine() {
     if (cursorHidden == 0)
         return;
     showCursor();
@@ -52,7 +52,7 @@ static void leaveDisplay() {
 extern "C" {
 // The default action of the signal follows when it is unblocked, as the handler returns.
 static void endOnSignal(int signal) {
-    leaveDisplay();
+    endDisplayLine();
     struct sigaction action = {};
     action.sa_handler = SIG_DFL;
     sigaction(signal, &action, nullptr);
@@ -61,14 +61,14 @@ static void endOnSignal(int signal) {
 
 static void stopOnSignal(int) {
     const int error = errno;
-    leaveDisplay();
+    endDisplayLine();
     wasStopped = 1;
     raise(SIGSTOP);
     errno = error;
 }
 
-// Nothing to do: it interrupts the pause.
-static void noticeSize(int) {}
+// Does nothing: the signal interrupts the pause.
+static void onResize(int) {}
 }
 
 // A signal that is ignored stays ignored.
@@ -93,7 +93,7 @@ void openScreen(Screen* screen) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
         handle(signal, endOnSignal);
     handle(SIGTSTP, stopOnSignal);
-    handle(SIGWINCH, noticeSize);
+    handle(SIGWINCH, onResize);
 }
 
 void closeScreen(Screen* screen) {

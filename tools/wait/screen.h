@@ -13,15 +13,15 @@ struct Screen {
     std::vector<std::size_t> drawn; // the columns of each line of the current display
 };
 
-// From here to closeScreen(), the cursor of a terminal is hidden as long as there is a display. It is shown
+// Until closeScreen(), the cursor of a terminal is hidden while there is a display. It is shown
 // again when a signal ends or stops the program.
 void openScreen(Screen* screen);
 void closeScreen(Screen* screen);
 
 ScreenSize screenSize();
 
-// Replaces the display by these lines above it, which stay, and a new display. Returns whether it could be
-// written.
+// Replaces the display with these lines, which stay, and a new display below them. Returns whether it could
+// be written.
 bool updateScreen(Screen* screen, const std::vector<std::string>& lines,
                   const std::vector<std::string>& display);
 

@@ -16,7 +16,7 @@ static std::int64_t monotonicTime() {
     return std::int64_t{time.tv_sec} * kSecond + time.tv_nsec / 1'000'000;
 }
 
-static Verdict complain(Verdict verdict, const std::string& problem) {
+static Verdict reportProblem(Verdict verdict, const std::string& problem) {
     std::fprintf(stderr, "cli-wait: %s\n", problem.c_str());
     return verdict;
 }
@@ -57,7 +57,7 @@ static void show(Session* session, bool last) {
         lines.clear();
     }
     for (const std::string& error : errors)
-        complain(Verdict::waiting, error);
+        reportProblem(Verdict::waiting, error);
     if (session->screen.isTerminal && !last)
         display = displayOf(*session, clock);
     update(session, lines, display);
@@ -87,15 +87,15 @@ static bool isMissing(const Options& options, const View& view) {
 static Verdict waitOpened(Session* session) {
     const Options& options = session->watch.options;
     if (options.controller && *options.controller >= session->controllers)
-        return complain(Verdict::usage, "there is no controller " + std::to_string(*options.controller));
+        return reportProblem(Verdict::usage, "there is no controller " + std::to_string(*options.controller));
     session->watch.start = monotonicTime();
     for (;;) {
         const View view = observe(options, session->controllers);
         session->now = monotonicTime();
         if (!session->watch.started && isMissing(options, view))
-            return complain(Verdict::usage, "there is no logical drive " +
-                                                std::to_string(*options.logicalDrive) + " of controller " +
-                                                std::to_string(*options.controller));
+            return reportProblem(Verdict::usage, "there is no logical drive " +
+                                                     std::to_string(*options.logicalDrive) +
+                                                     " of controller " + std::to_string(*options.controller));
         const Verdict verdict = takeView(&session->watch, view, session->now);
         show(session, verdict != Verdict::waiting);
         if (verdict != Verdict::waiting)
@@ -108,13 +108,13 @@ static Verdict run(const Options& options) {
     Snapshot snapshot;
     const OpenResult opened = openAdapters(&snapshot);
     if (opened == OpenResult::failed)
-        return complain(Verdict::unreadable, faultText(snapshot.faults.front()));
+        return reportProblem(Verdict::unreadable, faultText(snapshot.faults.front()));
     Session session;
     session.watch.options = options;
     session.controllers = snapshot.controllerCount;
     if (opened == OpenResult::noController) {
         closeAdapters();
-        return complain(Verdict::unreadable, "no controller is found");
+        return reportProblem(Verdict::unreadable, "no controller is found");
     }
     if (!options.quiet)
         openScreen(&session.screen);
@@ -122,9 +122,9 @@ static Verdict run(const Options& options) {
     closeScreen(&session.screen);
     closeAdapters();
     if (verdict == Verdict::timeout && !options.quiet)
-        complain(verdict, "timed out after " +
-                              counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
-    return session.unwritable ? complain(verdict, "cannot write to standard output") : verdict;
+        reportProblem(verdict, "timed out after " +
+                                   counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
+    return session.unwritable ? reportProblem(verdict, "cannot write to standard output") : verdict;
 }
 
 int main(int argc, char** argv) {

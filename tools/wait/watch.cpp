@@ -6,7 +6,7 @@
 #include "tools/wait/conclusion.h"
 #include "tools/wait/texts.h"
 
-static constexpr unsigned kMostFailures = 3;
+static constexpr unsigned kMaxFailures = 3;
 static constexpr std::int64_t kReportPeriod = 60'000;
 
 static void say(Watch* watch, const std::string& text) {
@@ -17,7 +17,7 @@ static void say(Watch* watch, const std::string& text) {
 // errors.
 static Verdict takeProblem(Watch* watch, const std::string& problem) {
     ++watch->failures;
-    const bool tryAgain = watch->started && watch->failures < kMostFailures;
+    const bool tryAgain = watch->started && watch->failures < kMaxFailures;
     if (!tryAgain)
         watch->messages.push_back({true, problem});
     else if (watch->failures == 1)

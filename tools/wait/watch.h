@@ -37,14 +37,14 @@ struct Watch {
     Options options;
     std::int64_t start = 0;  // of the wait
     bool started = false;    // a reading has succeeded
-    bool confirming = false; // the last reading showed nothing active any more
+    bool confirming = false; // the last reading showed no activity
     unsigned failures = 0;   // of readings, in a row
     std::vector<Track> tracks;
     std::vector<Target> ended;     // objects whose activity has ended
     std::vector<Message> messages; // of the last step
 };
 
-// Takes a reading made at this time of a clock that never goes back, in milliseconds.
+// Takes a reading made at this time of a monotonic clock, in milliseconds.
 Verdict takeView(Watch* watch, const View& view, std::int64_t now);
 
 // The lines of percentages that are due: one for each changed percentage, at most one a minute for each

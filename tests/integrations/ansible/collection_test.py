@@ -15,7 +15,7 @@ NEEDED = {"lint": "ansible-lint", "docs": "ansible-doc",
 MODULES = ["backup", "controller_settings", "drive_settings", "fleet_report",
            "logical_drive_settings", "status_info"]
 ROLES = ["install", "report", "settings"]
-# Modules import after their documentation, as Ansible wants it.
+# Modules import after their documentation, as Ansible requires.
 IGNORED = "E402,W503,W504"
 
 

@@ -36,7 +36,7 @@ WORK = None
 
 
 def individual(number):
-    """Serial numbers of the host's own, and what is special about it."""
+    """Gives the host unique serial numbers and its particular faults."""
     def change(world):
         for index, one in enumerate(world["controllers"]):
             for drive in one["drives"]:

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The role that installs, as far as that is possible without installing.
+"""Tests the role install, as far as possible without installing anything.
 
 On Debian in check mode, with a package that every system has. The tasks for
 FreeBSD run with a pkg of the test's own, and write a periodic.conf of the

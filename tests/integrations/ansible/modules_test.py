@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the modules by themselves, each over a simulated world.
+"""Runs the modules in isolation, each over a simulated world.
 
 Usage: modules_test.py PROGRAMS, the directory of the built programs. Ends
 with 77 without Ansible.
@@ -22,7 +22,7 @@ def new_world(change=None):
 
 
 def script(text):
-    """A program of the test's own."""
+    """A fake program."""
     path = WORK.path / f"script{next(COUNTER)}"
     path.write_text("#!/bin/sh\n" + text)
     path.chmod(0o755)
@@ -48,7 +48,7 @@ class ModuleTest(unittest.TestCase):
             self.assertIn(part, result["msg"])
 
     def assert_refused(self, module, world, message, **arguments):
-        """Fails for this reason, and the world stays as it is."""
+        """Fails for this reason, and the world does not change."""
         before = WORK.world(world).read_bytes()
         self.assert_failed(run(module, world, **arguments), message)
         self.assertEqual(WORK.world(world).read_bytes(), before)
@@ -121,7 +121,7 @@ class ControllerTest(ModuleTest):
                    "3")
         self.assert_failed(
             run("controller_settings", world, rebuild_rate=9),
-            "controller 0: ", "its settings cannot be read any more")
+            "controller 0: ", "its settings can no longer be read")
 
     def test_another_setting_changed_too(self):
         cli = WORK.programs / "cli-rehearse"
@@ -374,7 +374,7 @@ class StatusTest(ModuleTest):
 
 
 class BackupTest(ModuleTest):
-    """With a cli-backup of the test's own, for what the real one rarely does.
+    """With a fake cli-backup, for what the real one rarely does.
     """
 
     def backup(self, text, **arguments):

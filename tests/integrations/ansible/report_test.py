@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The report on a fleet and the comparison of snapshots, by themselves.
+"""The report on a fleet and the comparison of snapshots, in isolation.
 
 Ends with 77 without Ansible.
 """
@@ -294,7 +294,7 @@ if __name__ == "__main__":
     workspace.use_ansible_python(__file__)
     WORK = workspace.Workspace(sys.argv.pop(1))
     sys.path.insert(0, str(WORK.path))
-    # In this order: Ansible has a loader of its own, for installed ones.
+    # In this order: Ansible loads installed ones itself.
     from ansible_collections.sataraid.cli.plugins.module_utils import (
         fleet, fleet_page, names)
     from ansible_collections.sataraid.cli.plugins.filter.new_problems import (

@@ -1,4 +1,4 @@
-"""What the tests of the collection share.
+"""Shared by the tests of the collection.
 
 A workspace is a directory with a copy of the collection where Ansible finds
 it, a home directory, and worlds of simulated adapters.
@@ -21,7 +21,7 @@ SKIP = 77
 
 
 def skip_without(*programs):
-    """Ends where a program is missing; shows the versions of the others."""
+    """Skips the test if a program is missing; shows the versions of the others."""
     for program in programs:
         if shutil.which(program) is None:
             print(f"{program} is not installed")
@@ -48,13 +48,13 @@ def use_ansible_python(script):
 
 
 def digest(text):
-    """As a content security policy has it."""
+    """In the form that a content security policy uses."""
     return base64.b64encode(
         hashlib.sha256(text.encode()).digest()).decode()
 
 
 class Workspace:
-    """A directory that goes away in the end."""
+    """A temporary directory, removed at exit."""
 
     def __init__(self, programs):
         self.programs = Path(programs).resolve()
@@ -82,7 +82,7 @@ class Workspace:
         self._directory.cleanup()
 
     def run(self, *command, **more):
-        """Runs a program to its end; standard output and errors in one."""
+        """Runs a program to completion; returns both output streams combined."""
         environment = {**self.environment, **more.pop("environment", {})}
         return subprocess.run(
             [str(word) for word in command], check=False, text=True,
@@ -104,7 +104,7 @@ class Workspace:
         return run.stdout
 
     def make_world(self, name, change=None):
-        """The built-in world, with what change(world) makes of it."""
+        """The built-in world after change(world)."""
         self.world(name).parent.mkdir(parents=True)
         self.q5sim(name, "reset")
         if change is not None:

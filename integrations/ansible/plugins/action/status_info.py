@@ -10,7 +10,7 @@ from ansible_collections.sataraid.cli.plugins.module_utils import names
 
 
 def replace_file(path, text):
-    """In one step, so that a reader never sees half of it."""
+    """Atomically, so that a reader never sees an incomplete file."""
     directory = os.path.dirname(path)
     os.makedirs(directory, exist_ok=True)
     handle, temporary = tempfile.mkstemp(dir=directory, prefix=".new-")

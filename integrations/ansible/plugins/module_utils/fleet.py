@@ -1,4 +1,4 @@
-"""What the snapshots of many hosts say together.
+"""Combines the snapshots of many hosts.
 
 A snapshot comes from a managed host, which is untrusted. Each is
 reduced to a flat record of checked strings and numbers; one that cannot be
@@ -127,7 +127,7 @@ def read_record(host, path):
 
 
 def outdate(record, now, max_age):
-    """An old snapshot says nothing about the present."""
+    """An outdated snapshot does not describe the present state."""
     if record["time"] is None or now - record["time"] <= max_age:
         return record
     hours = int(now - record["time"]) // 3600

@@ -116,9 +116,9 @@ def read_back(module, table, step, find):
         if target["identity"] != step["identity"]:
             return "it is another one now"
         if target["record"] is None:
-            return "its settings cannot be read any more"
+            return "its settings can no longer be read"
         return ", ".join(differences(step, values(table, target["record"])))
-    return "it is not there any more"
+    return "it is no longer there"
 
 
 def perform(module, table, step, find):

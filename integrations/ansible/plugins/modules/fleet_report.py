@@ -90,7 +90,7 @@ from ansible_collections.sataraid.cli.plugins.module_utils import (
 
 
 def replace_if_different(module, path, text):
-    """Whether the file had to change."""
+    """Writes the file if its content differs; returns whether it did."""
     data = text.encode()
     try:
         with open(path, "rb") as file:
