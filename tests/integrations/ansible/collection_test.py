@@ -15,6 +15,10 @@ NEEDED = {"lint": "ansible-lint", "docs": "ansible-doc",
 MODULES = ["backup", "controller_settings", "drive_settings", "fleet_report",
            "logical_drive_settings", "status_info"]
 ROLES = ["install", "report", "settings"]
+# Options of the settings modules that the settings role does not take.
+NOT_IN_ROLE = {"cli_path", "status_path", "timeout", "controller", "drive",
+               "serial", "skip_unsupported", "logical_drive", "current_name",
+               "name"}
 # Modules import after their documentation, as Ansible requires.
 IGNORED = "E402,W503,W504"
 
@@ -87,6 +91,23 @@ def check_module(work, name):
                          f"documented is {described.get(key)}")
 
 
+def check_settings_role(work):
+    """The role accepts every setting of the modules and passes it on."""
+    role = documented(work, "role", "settings")["entry_points"]["main"]
+    tasks = (work.collection / "roles" / "settings" / "tasks" / "main.yml"
+             ).read_text()
+    for kind in "controller", "drive", "logical_drive":
+        variable = f"sataraid_{kind}_settings"
+        wanted = {*argument_spec(work, f"{kind}_settings")} - NOT_IN_ROLE
+        accepted = {*role["options"][variable]["options"]}
+        if accepted != wanted:
+            sys.exit(f"{variable}: {sorted(accepted)}, "
+                     f"the module has {sorted(wanted)}")
+        for option in wanted:
+            if f"{option}: \"{{{{ {variable}.{option} | " not in tasks:
+                sys.exit(f"the role does not pass on {variable}.{option}")
+
+
 def docs(work):
     for name in MODULES:
         check_module(work, name)
@@ -94,6 +115,7 @@ def docs(work):
     for name in ROLES:
         if not documented(work, "role", name)["entry_points"]["main"]:
             sys.exit(f"role {name} has no argument spec")
+    check_settings_role(work)
     found = json.loads(check(work.run("ansible-doc", "--list", "--json",
                                       "sataraid.cli")))
     if sorted(found) != [f"sataraid.cli.{name}" for name in MODULES]:
