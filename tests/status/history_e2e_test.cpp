@@ -229,7 +229,7 @@ TEST_F(Baseline, RefusesWhatIsNotAState) {
     }
     std::filesystem::remove(before);
     EXPECT_EQ(session.run({"--baseline", before}),
-              (ProcessOutcome{3, "", "cli-status: cannot read " + before + "\n"}));
+              (ProcessOutcome{3, "", "cli-status: cannot read " + before + ": No such file or directory\n"}));
 }
 
 struct Changes : History {
