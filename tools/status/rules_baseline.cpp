@@ -299,9 +299,10 @@ void findNewBatteries(Evaluation* evaluation) {
     });
 }
 
-// A snapshot of all controllers has as many as the library counts.
+// A snapshot has as many controllers as the library counts, unless the library failed.
 void findMissingControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr || evaluation->snapshot.controllers.empty())
+    const Snapshot& now = evaluation->snapshot;
+    if (evaluation->baseline == nullptr || (now.controllers.empty() && !now.faults.empty()))
         return;
     for (const Controller& earlier : evaluation->baseline->controllers)
         if (findController(evaluation->snapshot, earlier.id) == nullptr)

@@ -141,7 +141,8 @@ static int run(const Options& options) {
     if (!problem.empty())
         return printError(options, problem);
     takeSnapshot(options, &snapshot);
-    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty())
+    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty() &&
+        baseline.controllers.empty())
         return printError(options, "there is no controller " + std::to_string(*options.controller));
     const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
     const Findings findings = evaluate(snapshot, limits, compared);
@@ -151,7 +152,6 @@ static int run(const Options& options) {
     return problem.empty() ? exitStatus(worstSeverity(findings)) : printError(options, problem);
 }
 
-// The options were refused, so that the format may not be known.
 // Also abbreviated, and with an argument that it does not take.
 static bool isPluginOption(std::string_view word) {
     static constexpr std::string_view name = "--plugin", shortest = "--pl";
@@ -159,6 +159,7 @@ static bool isPluginOption(std::string_view word) {
     return word.size() >= shortest.size() && name.starts_with(word);
 }
 
+// The options were refused, so that the format may not be known.
 static bool asksForPlugin(int argc, char** argv) {
     char** end = std::find_if(argv, argv + argc, [](std::string_view word) { return word == "--"; });
     return std::any_of(argv, end, isPluginOption);
