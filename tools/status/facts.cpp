@@ -39,9 +39,18 @@ bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const Extent
     const bool dedicated =
         (extent.assignment & kExtentDedicatedSpare) != 0 && extent.arrayId == array.info.arrayId;
     const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
+// As a member, or as one that is being rebuilt.
+static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
+    const auto all = extents(drive.info);
+    return std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
+        return (extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId;
+    });
+}
+
     const bool isMember = std::any_of(array.members.begin(), array.members.end(),
                                       [&](const Member& member) { return member.number == drive.number; });
-    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember;
+    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember &&
+           !holdsPartOf(array, drive);
 }
 
 // The size of each member: the smallest extent of the array in the drives' lists; 0 if there is none.

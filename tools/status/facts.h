@@ -19,7 +19,7 @@ std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::str
 std::string versionText(const VersionNumber& version);
 
 // An accessible spare extent that can replace a member of the logical drive: a global or dedicated one,
-// large enough, on a drive that is not one of its members.
+// large enough, on a drive that is not one of its members and is not being rebuilt as one.
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
                      std::uint64_t neededSectors);
 std::size_t countSuitableSpares(const Controller& controller, const LogicalDrive& array);
