@@ -22,11 +22,16 @@ std::int32_t batteryTenthsCelsius(const BatteryInfo& battery) {
     return battery.temperature - zeroCelsius;
 }
 
+std::string knownText(std::string_view field) {
+    const std::string_view text = trimmed(field);
+    return text.empty() ? "unknown" : std::string(text);
+}
+
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial) {
     std::string text = "channel " + std::to_string(channel);
     if (enclosureId != kNoEnclosureId)
         text += ", enclosure " + std::to_string(enclosureId);
-    return text + ", serial " + std::string(trimmed(serial));
+    return text + ", serial " + knownText(serial);
 }
 
 std::string versionText(const VersionNumber& version) {
@@ -34,11 +39,6 @@ std::string versionText(const VersionNumber& version) {
            std::to_string(version.third) + "." + std::to_string(version.fourth);
 }
 
-bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
-                     std::uint64_t neededSectors) {
-    const bool dedicated =
-        (extent.assignment & kExtentDedicatedSpare) != 0 && extent.arrayId == array.info.arrayId;
-    const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
 // As a member, or as one that is being rebuilt.
 static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
     const auto all = extents(drive.info);
@@ -47,6 +47,11 @@ static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
     });
 }
 
+bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
+                     std::uint64_t neededSectors) {
+    const bool dedicated =
+        (extent.assignment & kExtentDedicatedSpare) != 0 && extent.arrayId == array.info.arrayId;
+    const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
     const bool isMember = std::any_of(array.members.begin(), array.members.end(),
                                       [&](const Member& member) { return member.number == drive.number; });
     return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember &&

@@ -13,6 +13,9 @@ bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);
 std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
 
+// A drive's text without the blanks that pad it; "unknown" if nothing is left.
+std::string knownText(std::string_view field);
+
 // "channel 1, enclosure 0, serial TQ5A0041733"
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);
 
