@@ -16,7 +16,11 @@ ReadResult readFile(const std::string& path, std::string* text) {
     for (std::size_t count; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
         text->append(buffer, count);
     const bool complete = std::ferror(file) == 0;
-    return std::fclose(file) == 0 && complete ? ReadResult::done : ReadResult::failed;
+    const int reason = errno;
+    const bool closed = std::fclose(file) == 0;
+    if (!complete)
+        errno = reason;
+    return closed && complete ? ReadResult::done : ReadResult::failed;
 }
 
 static std::string problem(const std::string& path) {

@@ -4,6 +4,7 @@
 #include <string>
 
 enum class ReadResult { done, missing, failed };
+// Unless it is done, errno is the reason.
 ReadResult readFile(const std::string& path, std::string* text);
 
 // Replaces the file, or the file that a link leads to, atomically. Anything but a regular file, such as a

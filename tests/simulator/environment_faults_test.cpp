@@ -1,4 +1,6 @@
 // Battery, SMART, sensors, enclosures, controllers and power.
+#include <algorithm>
+
 #include "adapter/battery.h"
 #include "adapter/enclosure.h"
 #include "tests/simulator/faulted_world.h"
@@ -92,19 +94,39 @@ TEST_F(Environment, SensorsOutOfRangeAreLogged) {
         "there is no enclosure 3");
 }
 
-// Otherwise, its reading would sometimes be positive.
-TEST_F(Environment, StoppedFanDoesNotDrift) {
-    open("");
-    EXPECT_EQ(
-        inject([](q5sim::Controller& c, std::int64_t) { return q5sim::setSensor(c, 0, kFanSensor, 0); }), "");
-    const EnclosureQuery query = {0, 1};
-    for (int minute = 0; minute < 20; minute++) {
-        waitSeconds(60);
-        EnclosureStatus status = {};
-        EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &status, sizeof status), 0);
-        EXPECT_EQ(status.sensor[0].type, kFanSensor);
-        EXPECT_EQ(status.sensor[0].reading, 0u);
+class Fans : public FaultedWorld {
+protected:
+    // The readings over twenty minutes, after the fan is set to this speed.
+    std::vector<std::int32_t> readings(std::int32_t speed) {
+        const auto set = [=](q5sim::Controller& c, std::int64_t) {
+            return q5sim::setSensor(c, 0, kFanSensor, speed);
+        };
+        EXPECT_EQ(inject(set), "");
+        const EnclosureQuery query = {0, 1};
+        std::vector<std::int32_t> all;
+        for (int minute = 0; minute < 20; minute++) {
+            waitSeconds(60);
+            EnclosureStatus status = {};
+            EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &status, sizeof status), 0);
+            EXPECT_EQ(status.sensor[0].type, kFanSensor);
+            all.push_back(static_cast<std::int32_t>(status.sensor[0].reading));
+        }
+        return all;
     }
+};
+
+// Its reading would otherwise be positive at times.
+TEST_F(Fans, DoNotDriftWhenStopped) {
+    open("");
+    EXPECT_EQ(readings(0), std::vector<std::int32_t>(20, 0));
+}
+
+// The drift is up to 40 rpm.
+TEST_F(Fans, DoNotTurnBackward) {
+    open("");
+    const std::vector<std::int32_t> all = readings(30);
+    EXPECT_EQ(*std::min_element(all.begin(), all.end()), 0);
+    EXPECT_GT(*std::max_element(all.begin(), all.end()), 0);
 }
 
 // All drives disappear at once: both arrays go offline and return unchanged.

@@ -196,6 +196,25 @@ TEST_F(Baseline, ReportsAMissingController) {
     expectFindings(2, "critical: controller 1: is missing\n");
 }
 
+// Also if it is the one that is chosen, or the only one.
+TEST_F(Baseline, ReportsAChosenControllerThatIsMissing) {
+    world["controllers"].push_back(controller());
+    session.useWorld(world.dump());
+    writeFile(before, session.run({"--json"}).out);
+    world["controllers"].erase(1);
+    expect({"-i", "1", "--baseline", before}, 2, "critical: controller 1: is missing\n1 problem, critical\n");
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-i", "2", "--baseline", before}),
+              (ProcessOutcome{3, "", "cli-status: there is no controller 2\n"}));
+    world["controllers"].erase(0);
+    expectFindings(2, "critical: controller 0: is missing\n"
+                      "critical: controller 1: is missing\n"
+                      "unknown: this host: no controller is found\n");
+    session.useWorld("{"); // the library cannot be opened
+    EXPECT_EQ(session.run({"-q", "-i", "1", "--baseline", before}).out,
+              "unknown: this host: q5_initialize failed with result 1\n");
+}
+
 TEST_F(Baseline, ReportsANewController) {
     world["controllers"].push_back(controller());
     expectAll(0, "controller 1: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
@@ -229,7 +248,7 @@ TEST_F(Baseline, RefusesWhatIsNotAState) {
     }
     std::filesystem::remove(before);
     EXPECT_EQ(session.run({"--baseline", before}),
-              (ProcessOutcome{3, "", "cli-status: cannot read " + before + "\n"}));
+              (ProcessOutcome{3, "", "cli-status: cannot read " + before + ": No such file or directory\n"}));
 }
 
 struct Changes : History {

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -121,8 +122,10 @@ TEST_F(StatusOptions, LimitsAreRefusedWithTheirLine) {
     for (const auto& [text, problem] : files)
         EXPECT_EQ(session.run({"--limits", file(text)}),
                   (ProcessOutcome{3, "", "cli-status: " + session.path("file") + ": " + problem + "\n"}));
-    EXPECT_EQ(session.run({"--limits", session.path("none")}),
-              (ProcessOutcome{3, "", "cli-status: cannot read " + session.path("none") + "\n"}));
+    EXPECT_EQ(
+        session.run({"--limits", session.path("none")}),
+        (ProcessOutcome{
+            3, "", "cli-status: cannot read " + session.path("none") + ": No such file or directory\n"}));
 }
 
 TEST_F(StatusOptions, MetricsReplaceAFile) {
@@ -193,8 +196,11 @@ TEST_F(StatusOptions, QuietAndVerboseTextHasProblemsWithTheirRules) {
 
 // A monitoring system shows only what a plugin prints to standard output.
 TEST_F(StatusOptions, PluginReportsItsOwnFailures) {
-    EXPECT_EQ(session.run({"--plugin", "--limits", session.path("a|b")}),
-              (ProcessOutcome{3, "SATARAID UNKNOWN: cannot read " + session.path("a\\x7cb") + "\n", ""}));
+    EXPECT_EQ(
+        session.run({"--plugin", "--limits", session.path("a|b")}),
+        (ProcessOutcome{
+            3, "SATARAID UNKNOWN: cannot read " + session.path("a\\x7cb") + ": No such file or directory\n",
+            ""}));
     EXPECT_EQ(session.run({"--plugin", "-i", "4"}),
               (ProcessOutcome{3, "SATARAID UNKNOWN: there is no controller 4\n", ""}));
     const std::string usage = "SATARAID UNKNOWN: usage error, see cli-status --help\n";
@@ -203,7 +209,34 @@ TEST_F(StatusOptions, PluginReportsItsOwnFailures) {
                               "cli-status: --changes cannot be combined with --json, --plugin, --metrics or "
                               "--page\nTry \"cli-status --help\".\n"}));
     EXPECT_EQ(session.run({"--nonsense", "--plugin"}).out, usage);
-    EXPECT_EQ(session.run({"--nonsense"}).out, "");
+    for (const std::string option : {"--pl", "--plug", "--plugin", "--plugin=x"})
+        EXPECT_EQ(session.run({option, "x"}).out, usage) << option;
+    for (const std::string option : {"--nonsense", "--page", "--p", "--plugins"})
+        EXPECT_EQ(session.run({option}).out, "") << option;
+    EXPECT_EQ(session.run({"--", "--plugin"}).out, "");
+}
+
+// The first line ends where the output of a plugin says so.
+TEST_F(StatusOptions, NamesOfFilesStayOnOneLine) {
+    const std::string name = session.path("a\nb");
+    const std::string shown = session.path("a\\x0ab");
+    for (const std::string option : {"--baseline", "--limits"}) {
+        EXPECT_EQ(session.run({"--plugin", option, name}),
+                  (ProcessOutcome{
+                      3, "SATARAID UNKNOWN: cannot read " + shown + ": No such file or directory\n", ""}));
+        writeFile(name, "x");
+        const ProcessOutcome outcome = session.run({"--plugin", option, name});
+        EXPECT_EQ(outcome.out.substr(0, outcome.out.find(':', 20)), "SATARAID UNKNOWN: " + shown);
+        EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1);
+        std::filesystem::remove(name);
+    }
+}
+
+TEST_F(StatusOptions, FilesThatCannotBeReadHaveTheirReason) {
+    for (const std::string option : {"--baseline", "--changes", "--limits"})
+        EXPECT_EQ(
+            session.run({option, session.path(".")}),
+            (ProcessOutcome{3, "", "cli-status: cannot read " + session.path(".") + ": Is a directory\n"}));
 }
 
 // Neither the world nor anything else in its directory changes.

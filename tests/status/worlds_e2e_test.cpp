@@ -254,6 +254,43 @@ TEST(StatusOutputs, SatisfyPromtoolOverEveryWorld) {
         EXPECT_EQ(shell("promtool check metrics <" + file), 0) << readFile(file);
 }
 
+// A list that lacks objects is not all well.
+static void expectIncomplete(const char* kind, const char* operation, int status, const std::string& text) {
+    Session session;
+    session.program = CLI_STATUS;
+    session.setClock(0);
+    Json world = Json::parse(readFile(root + "/status/healthy.world.json"));
+    world["controllers"][0]["drives"][2]["smartFailure"] = true;
+    world["rules"] = {{{"kind", kind}, {"operation", operation}}};
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({}), (ProcessOutcome{status, text, ""})) << kind << " " << operation;
+}
+
+TEST(StatusOutputs, ReportListsThatLackObjects) {
+    const std::string smart = "warning: drive 3 of controller 0: predicts its failure (SMART); channel 2, "
+                              "enclosure 0, serial S0003\n";
+    expectIncomplete("zero", "q5_getPhyDrvInfo", 3,
+                     "controller 0: 0 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+                     "unknown: controller 0: counts 3 drives, but lists 0\n"
+                     "info: logical drive 0 Data of controller 0: has no spare\n"
+                     "1 problem, unknown\n");
+    expectIncomplete("short", "q5_getPhyDrvInfo", 3,
+                     "controller 0: 2 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+                     "unknown: controller 0: counts 3 drives, but lists 2\n"
+                     "info: logical drive 0 Data of controller 0: has no spare\n"
+                     "1 problem, unknown\n");
+    for (const char* kind : {"short", "zero"})
+        expectIncomplete(kind, "q5_getLogDrvInfo", 3,
+                         "controller 0: 3 drives, 0 logical drives, 1 enclosure, battery fully charged\n"
+                         "unknown: controller 0: counts 1 logical drive, but lists 0\n" +
+                             smart + "2 problems, 1 of them unknown\n");
+    expectIncomplete("zero", "q5_getControllerInfo", 3,
+                     "controller 0: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+                     "unknown: controller 0: counts 0 drives, but lists 3\n"
+                     "unknown: controller 0: counts 0 logical drives, but lists 1\n" +
+                         smart + "3 problems, 2 of them unknown\n");
+}
+
 TEST(StatusOutputs, AreValidWhereTheLibraryCannotBeOpened) {
     Session session;
     session.program = CLI_STATUS;

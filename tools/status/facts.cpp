@@ -22,16 +22,29 @@ std::int32_t batteryTenthsCelsius(const BatteryInfo& battery) {
     return battery.temperature - zeroCelsius;
 }
 
+std::string knownText(std::string_view field) {
+    const std::string_view text = trimmed(field);
+    return text.empty() ? "unknown" : std::string(text);
+}
+
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial) {
     std::string text = "channel " + std::to_string(channel);
     if (enclosureId != kNoEnclosureId)
         text += ", enclosure " + std::to_string(enclosureId);
-    return text + ", serial " + std::string(trimmed(serial));
+    return text + ", serial " + knownText(serial);
 }
 
 std::string versionText(const VersionNumber& version) {
     return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
            std::to_string(version.third) + "." + std::to_string(version.fourth);
+}
+
+// As a member, or as one that is being rebuilt.
+static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
+    const auto all = extents(drive.info);
+    return std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
+        return (extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId;
+    });
 }
 
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
@@ -41,7 +54,8 @@ bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const Extent
     const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
     const bool isMember = std::any_of(array.members.begin(), array.members.end(),
                                       [&](const Member& member) { return member.number == drive.number; });
-    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember;
+    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember &&
+           !holdsPartOf(array, drive);
 }
 
 // The size of each member: the smallest extent of the array in the drives' lists; 0 if there is none.

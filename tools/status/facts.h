@@ -13,13 +13,16 @@ bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);
 std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
 
+// A drive's text without the blanks that pad it; "unknown" if nothing is left.
+std::string knownText(std::string_view field);
+
 // "channel 1, enclosure 0, serial TQ5A0041733"
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);
 
 std::string versionText(const VersionNumber& version);
 
 // An accessible spare extent that can replace a member of the logical drive: a global or dedicated one,
-// large enough, on a drive that is not one of its members.
+// large enough, on a drive that is not one of its members and is not being rebuilt as one.
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
                      std::uint64_t neededSectors);
 std::size_t countSuitableSpares(const Controller& controller, const LogicalDrive& array);

@@ -31,10 +31,9 @@ static std::string enclosureLine(const Enclosure& enclosure) {
 
 static std::string driveLine(const Drive& drive) {
     std::string line = "  drive " + std::to_string(drive.number) + ": " +
-                       std::string(trimmed(fieldText(drive.info.model))) + ", " +
-                       megabytes(drive.info.capacity) + ", " +
+                       knownText(fieldText(drive.info.model)) + ", " + megabytes(drive.info.capacity) + ", " +
                        placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial)) +
-                       ", firmware " + std::string(trimmed(fieldText(drive.info.firmware)));
+                       ", firmware " + knownText(fieldText(drive.info.firmware));
     if (drive.patrol && drive.patrol->state == kPatrolRunning)
         line += ", media patrol " + std::to_string(drive.patrol->progress) + "%";
     if (drive.locate.value_or(0) != 0)
@@ -59,9 +58,10 @@ static std::string memberText(const Member& member) {
 }
 
 static std::string logicalDriveLine(const LogicalDrive& drive) {
-    std::string line = "  logical drive " + std::to_string(drive.info.logDrvId) + " " +
-                       std::string(fieldText(drive.info.name)) + ": " + raidLevelText(drive.info.raidLevel) +
-                       ", " + megabytes(drive.info.sectorCount) + ", " + arrayStateText(arrayState(drive)) +
+    const std::string name(fieldText(drive.info.name));
+    std::string line = "  logical drive " + std::to_string(drive.info.logDrvId) +
+                       (name.empty() ? "" : " " + name) + ": " + raidLevelText(drive.info.raidLevel) + ", " +
+                       megabytes(drive.info.sectorCount) + ", " + arrayStateText(arrayState(drive)) +
                        ", drives";
     for (const Member& member : drive.members)
         line += (&member == drive.members.data() ? " " : ", ") + memberText(member);

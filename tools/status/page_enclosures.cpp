@@ -104,7 +104,7 @@ static std::string rangeText(int volts, const Limits& limits) {
     const long long millivolts = 1000LL * volts;
     const long long slack =
         millivolts * std::min(limits.voltageWarningPercent, limits.voltageCriticalPercent) / 100;
-    return "between " + decimal(millivolts - slack, 3) + " and " + decimal(millivolts + slack, 3) + " V";
+    return "above " + decimal(millivolts - slack, 3) + " and below " + decimal(millivolts + slack, 3) + " V";
 }
 
 // Where a reading is neither a warning nor critical.

@@ -42,6 +42,7 @@ void findUnreadableDetails(Evaluation* evaluation);
 void findFirmwareDifferences(Evaluation* evaluation);
 void findDriverDifferences(Evaluation* evaluation);
 void findDriveCountDifferences(Evaluation* evaluation);
+void findArrayCountDifferences(Evaluation* evaluation);
 
 // rules_baseline.cpp
 void findMissingControllers(Evaluation* evaluation);

@@ -79,8 +79,8 @@ static std::string changeText(DriveChange change, const Drive& drive, const Plac
     if (change == DriveChange::missing)
         return "is missing; it was on " + placeOf(drive);
     if (change == DriveChange::replaced)
-        return "was replaced; serial " + std::string(serialOf(drive)) + " is now " +
-               std::string(serialOf(*other.drive));
+        return "was replaced; serial " + knownText(serialOf(drive)) + " is now " +
+               knownText(serialOf(*other.drive));
     return "has moved to drive " + std::to_string(other.drive->number) + " of controller " +
            std::to_string(other.controller->id) + "; " + placeOf(*other.drive);
 }
@@ -299,9 +299,10 @@ void findNewBatteries(Evaluation* evaluation) {
     });
 }
 
-// A snapshot of all controllers has as many as the library counts.
+// A snapshot has as many controllers as the library counts, unless the library failed.
 void findMissingControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr || evaluation->snapshot.controllers.empty())
+    const Snapshot& now = evaluation->snapshot;
+    if (evaluation->baseline == nullptr || (now.controllers.empty() && !now.faults.empty()))
         return;
     for (const Controller& earlier : evaluation->baseline->controllers)
         if (findController(evaluation->snapshot, earlier.id) == nullptr)

@@ -89,10 +89,26 @@ void findDriverDifferences(Evaluation* evaluation) {
     compareVersions(evaluation, versions, "driver");
 }
 
+// Compares a count of the controller with its list. If the list has a fault, that is the finding.
+static void compareCount(Evaluation* evaluation, const Controller& controller, std::string_view operation,
+                         std::size_t reported, std::size_t listed, const char* word) {
+    const bool faulty = std::any_of(controller.faults.begin(), controller.faults.end(),
+                                    [&](const Fault& fault) { return fault.operation == operation; });
+    if (reported != listed && !faulty)
+        addFinding(evaluation, objectOf(controller),
+                   "counts " + counted(reported, word) + ", but lists " + std::to_string(listed));
+}
+
 void findDriveCountDifferences(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
-        if (controller.info && controller.info->diskCount != controller.drives.size())
-            addFinding(evaluation, objectOf(controller),
-                       "counts " + counted(controller.info->diskCount, "drive") + ", but lists " +
-                           std::to_string(controller.drives.size()));
+        if (controller.info)
+            compareCount(evaluation, controller, "q5_getPhyDrvInfo", controller.info->diskCount,
+                         controller.drives.size(), "drive");
+}
+
+void findArrayCountDifferences(Evaluation* evaluation) {
+    for (const Controller& controller : evaluation->snapshot.controllers)
+        if (controller.info)
+            compareCount(evaluation, controller, "q5_getLogDrvInfo", controller.info->arrayCount,
+                         controller.logicalDrives.size(), "logical drive");
 }

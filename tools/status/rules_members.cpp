@@ -67,30 +67,51 @@ static std::size_t countLost(const LogicalDrive& array) {
                                                   [](const Member& member) { return member.lost; }));
 }
 
-// Why no rebuild will start automatically, or has not started.
-static std::string replacementProblem(const Controller& controller, const LogicalDrive& array) {
+static bool isRebuilding(const LogicalDrive& array) {
+    return (array.info.activityStatus & kRebuilding) != 0;
+}
+
+// A rebuild has at least one drive that it writes to, even if none is reported.
+static std::size_t countRebuildTargets(const Controller& controller, const LogicalDrive& array) {
+    std::size_t count = 0;
+    for (const Drive& drive : controller.drives)
+        count += holdingOf(controller, drive.number, array) == Holding::rebuildTarget ? 1 : 0;
+    return isRebuilding(array) ? std::max<std::size_t>(count, 1) : 0;
+}
+
+// Why no rebuild of these lost members will start automatically. Empty if a running rebuild may be followed
+// by theirs.
+static std::string replacementProblem(const Controller& controller, const LogicalDrive& array,
+                                      std::size_t waiting) {
     const std::size_t spares = countSuitableSpares(controller, array);
-    const std::size_t lost = countLost(array);
     if (spares == 0)
         return "there is no suitable spare";
     if (controller.info && controller.info->autoRebuild == 0)
         return "automatic rebuild is off";
-    if (spares < lost)
-        return counted(spares, "suitable spare") + " for " + std::to_string(lost) + " lost members";
-    return "no rebuild runs, though there is a suitable spare";
+    if (spares < waiting)
+        return counted(spares, "suitable spare") + " for " + std::to_string(waiting) + " lost members";
+    return isRebuilding(array) ? "" : "no rebuild runs, though there is a suitable spare";
 }
 
-static bool isRebuilding(const LogicalDrive& array) {
-    return (array.info.activityStatus & kRebuilding) != 0;
+static void findMissingReplacement(Evaluation* evaluation, const Controller& controller,
+                                   const LogicalDrive& array) {
+    const std::size_t lost = countLost(array), rebuilding = countRebuildTargets(controller, array);
+    if (lost <= rebuilding)
+        return;
+    const std::string problem = replacementProblem(controller, array, lost - rebuilding);
+    const std::string share = isRebuilding(array) ? " for " + std::to_string(lost - rebuilding) + " of " +
+                                                        std::to_string(lost) + " lost members"
+                                                  : "";
+    if (!problem.empty())
+        addFinding(evaluation, objectOf(controller, array),
+                   "no replacement is coming" + share + ": " + problem);
 }
 
 void findMissingReplacements(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
         for (const LogicalDrive& array : controller.logicalDrives)
-            if (countLost(array) > 0 && !isRebuilding(array) && isRedundant(array.info.raidLevel) &&
-                arrayState(array) != ArrayState::offline)
-                addFinding(evaluation, objectOf(controller, array),
-                           "no replacement is coming: " + replacementProblem(controller, array));
+            if (isRedundant(array.info.raidLevel) && arrayState(array) != ArrayState::offline)
+                findMissingReplacement(evaluation, controller, array);
 }
 
 void findArraysWithoutSpare(Evaluation* evaluation) {

@@ -2,12 +2,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "snapshot/read.h"
+#include "snapshot/text.h"
 #include "tools/status/changes.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
@@ -26,14 +29,19 @@ static int printError(const Options& options, const std::string& problem) {
     return kUnknown;
 }
 
+// readFile() has failed.
+static std::string readProblem(const std::string& path) {
+    return "cannot read " + printable(path) + ": " + std::strerror(errno);
+}
+
 static std::string readLimits(const std::string& path, Limits* limits) {
     std::string text;
     if (path.empty())
         return "";
     if (readFile(path, &text) != ReadResult::done)
-        return "cannot read " + path;
+        return readProblem(path);
     const std::string problem = applyLimits(text, limits);
-    return problem.empty() ? "" : path + ": " + problem;
+    return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
 // An earlier snapshot, limited to the controllers that this run reads. missing: the file does not exist.
@@ -43,12 +51,12 @@ static std::string readSnapshot(const std::string& path, const Options& options,
     const ReadResult result = readFile(path, &text);
     *missing = result == ReadResult::missing;
     if (result != ReadResult::done)
-        return "cannot read " + path;
+        return readProblem(path);
     const std::string problem = snapshotFromText(text, snapshot);
     if (options.controller)
         std::erase_if(snapshot->controllers,
                       [&](const Controller& each) { return each.id != *options.controller; });
-    return problem.empty() ? "" : path + ": " + problem;
+    return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
 static void takeSnapshot(const Options& options, Snapshot* snapshot) {
@@ -133,7 +141,8 @@ static int run(const Options& options) {
     if (!problem.empty())
         return printError(options, problem);
     takeSnapshot(options, &snapshot);
-    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty())
+    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty() &&
+        baseline.controllers.empty())
         return printError(options, "there is no controller " + std::to_string(*options.controller));
     const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
     const Findings findings = evaluate(snapshot, limits, compared);
@@ -143,10 +152,17 @@ static int run(const Options& options) {
     return problem.empty() ? exitStatus(worstSeverity(findings)) : printError(options, problem);
 }
 
+// Also abbreviated, and with an argument that it does not take.
+static bool isPluginOption(std::string_view word) {
+    static constexpr std::string_view name = "--plugin", shortest = "--pl";
+    word = word.substr(0, word.find('='));
+    return word.size() >= shortest.size() && name.starts_with(word);
+}
+
 // The options were refused, so that the format may not be known.
 static bool requestsPlugin(int argc, char** argv) {
-    return std::any_of(argv, argv + argc,
-                       [](const char* word) { return std::string_view(word) == "--plugin"; });
+    char** end = std::find_if(argv, argv + argc, [](std::string_view word) { return word == "--"; });
+    return std::any_of(argv, end, isPluginOption);
 }
 
 int main(int argc, char** argv) {
