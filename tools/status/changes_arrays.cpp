@@ -89,11 +89,23 @@ static const LogicalDrive* findEarlier(const Snapshot& earlier, const Controller
     return nullptr;
 }
 
+// What a logical drive that the earlier state does not contain is compared with, so that its problems are
+// reported: the same one without them.
+static LogicalDrive withoutProblems(LogicalDrive drive) {
+    drive.info.functionalStatus = kOnline;
+    for (Member& member : drive.members)
+        member.lost = false;
+    for (Activity& activity : drive.activities)
+        activity.state = 0;
+    return drive;
+}
+
 void addArrayChanges(const Snapshot& earlier, const Snapshot& now, Lines* lines) {
     for (const Controller& controller : now.controllers)
-        for (const LogicalDrive& drive : controller.logicalDrives)
-            if (const LogicalDrive* before = findEarlier(earlier, controller, drive)) {
-                addStateChange({controller, *before, drive}, lines);
-                addActivityChanges({controller, *before, drive}, lines);
-            }
+        for (const LogicalDrive& drive : controller.logicalDrives) {
+            const LogicalDrive* known = findEarlier(earlier, controller, drive);
+            const LogicalDrive before = known != nullptr ? *known : withoutProblems(drive);
+            addStateChange({controller, before, drive}, lines);
+            addActivityChanges({controller, before, drive}, lines);
+        }
 }
