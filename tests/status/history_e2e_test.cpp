@@ -308,7 +308,9 @@ TEST_F(Changes, DoNotReportAsResolvedWhatCannotBeRead) {
     expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1\n");
     world["rules"] = Json::array();
     controller()["logicalDrives"][0]["cacheFlags"] = 0;
-    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n");
+    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n"
+                     "info: no longer: " +
+                         unprotected);
 }
 
 TEST_F(Changes, AreOnlyProblemsWhenQuiet) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "tools/status/changes_unread.h"
+#include "tools/status/facts.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
@@ -70,15 +72,28 @@ static void addFindingChanges(const Findings& earlier, const Findings& now, Line
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }
 
+// Without the number of drives in a list that was not read, which says nothing.
+static Findings certainFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
+    Findings findings = evaluate(snapshot, limits, baseline);
+    std::erase_if(findings, [&](const Finding& finding) {
+        const Controller* controller = findController(snapshot, finding.object.controller);
+        return std::string_view(finding.rule->id) == "drive-count" && controller != nullptr &&
+               (isRefused(*controller, "q5_getPhyDrvInfo") || isRefused(*controller, "q5_getControllerInfo"));
+    });
+    return findings;
+}
+
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline) {
-    const Findings findings = evaluate(now, limits, baseline);
     if (earlier == nullptr)
-        return problemLines(findings);
+        return problemLines(evaluate(now, limits, baseline));
+    Snapshot known = now;
+    keepUnread(*earlier, &known);
     Lines lines;
-    addArrayChanges(*earlier, now, &lines);
-    for (const Line& line : findingLines(compare(now, *earlier)))
+    addArrayChanges(*earlier, known, &lines);
+    for (const Line& line : findingLines(compare(known, *earlier)))
         lines.push_back(line);
-    addFindingChanges(evaluate(*earlier, limits, baseline), findings, &lines);
+    addFindingChanges(certainFindings(*earlier, limits, baseline), certainFindings(known, limits, baseline),
+                      &lines);
     return lines;
 }

@@ -14,8 +14,9 @@ struct Line {
 };
 using Lines = std::vector<Line>;
 
-// What changed since the earlier snapshot; if it is null, all present problems are new. With a
-// baseline, which may be null, also which differences from it are new or resolved.
+// What changed since the earlier snapshot; if it is null, all present problems are new. What cannot be
+// read now has not changed. With a baseline, which may be null, also which differences from it are new or
+// resolved.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline = nullptr);
 

@@ -67,36 +67,44 @@ static std::size_t countLost(const LogicalDrive& array) {
                                                   [](const Member& member) { return member.lost; }));
 }
 
-// Why no rebuild will start automatically, or has not started.
+// Why no rebuild will start automatically, or has not started; empty if that is unknown, because not all
+// drives could be listed.
 static std::string replacementProblem(const Controller& controller, const LogicalDrive& array) {
     const std::size_t spares = countSuitableSpares(controller, array);
     const std::size_t lost = countLost(array);
-    if (spares == 0)
+    const bool certain = hasAllDrives(controller);
+    if (spares == 0 && certain)
         return "there is no suitable spare";
     if (controller.info && controller.info->autoRebuild == 0)
         return "automatic rebuild is off";
     if (spares < lost)
-        return counted(spares, "suitable spare") + " for " + std::to_string(lost) + " lost members";
+        return certain ? counted(spares, "suitable spare") + " for " + std::to_string(lost) + " lost members"
+                       : "";
     return "no rebuild runs, though there is a suitable spare";
 }
 
-static bool isRebuilding(const LogicalDrive& array) {
-    return (array.info.activityStatus & kRebuilding) != 0;
+// Whether a rebuild is needed that does not run.
+static bool lacksRebuild(const LogicalDrive& array) {
+    const bool isRebuilding = (array.info.activityStatus & kRebuilding) != 0;
+    return countLost(array) > 0 && !isRebuilding && isRedundant(array.info.raidLevel) &&
+           arrayState(array) != ArrayState::offline;
 }
 
 void findMissingReplacements(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
-        for (const LogicalDrive& array : controller.logicalDrives)
-            if (countLost(array) > 0 && !isRebuilding(array) && isRedundant(array.info.raidLevel) &&
-                arrayState(array) != ArrayState::offline)
-                addFinding(evaluation, objectOf(controller, array),
-                           "no replacement is coming: " + replacementProblem(controller, array));
+        for (const LogicalDrive& array : controller.logicalDrives) {
+            const std::string problem =
+                lacksRebuild(array) ? replacementProblem(controller, array) : std::string();
+            if (!problem.empty())
+                addFinding(evaluation, objectOf(controller, array), "no replacement is coming: " + problem);
+        }
 }
 
 void findArraysWithoutSpare(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
         for (const LogicalDrive& array : controller.logicalDrives)
             if (countLost(array) == 0 && isRedundant(array.info.raidLevel) &&
-                arrayState(array) != ArrayState::offline && countSuitableSpares(controller, array) == 0)
+                arrayState(array) != ArrayState::offline && hasAllDrives(controller) &&
+                countSuitableSpares(controller, array) == 0)
                 addFinding(evaluation, objectOf(controller, array), "has no spare");
 }
