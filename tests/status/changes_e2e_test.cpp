@@ -162,3 +162,71 @@ TEST_F(Changes, CompareThePagesThatCouldBeListed) {
                      "serial S1119\n"
                      "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
 }
+
+// Activities.
+
+TEST_F(Changes, DoNotSayThatAStoppedActivityFinished) {
+    for (const auto& [kind, name] :
+         {std::pair("redundancyCheck", "redundancy check"), std::pair("synchronization", "synchronization"),
+          std::pair("initialization", "initialization")}) {
+        SCOPED_TRACE(kind);
+        std::filesystem::remove(kept);
+        Json& activity = controller()["logicalDrives"][0]["activity"];
+        activity = {{"kind", kind}, {"doneMb", 170}, {"totalMb", 500}};
+        expectChanges(0, "");
+        activity = nullptr;
+        expectChanges(0, std::string("info: ") + name + " of logical drive 0 Data of controller 0 ended\n");
+    }
+}
+
+TEST_F(Changes, SayThatAMigrationFinishedIfItChangedTheLogicalDrive) {
+    Json& array = controller()["logicalDrives"][0];
+    const Json migration = {{"kind", "migration"},
+                            {"doneMb", 170},
+                            {"totalMb", 500},
+                            {"goal", {{"level", "RAID0"}, {"stripe", 128}, {"members", {0, 1}}}}};
+    array["activity"] = migration;
+    expectChanges(0, "");
+    array["activity"] = nullptr;
+    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 ended\n");
+    array["activity"] = migration;
+    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 started\n");
+    array["activity"] = nullptr;
+    array["level"] = "RAID0";
+    array["sectors"] = 2048000;
+    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 finished\n"
+                     "info: logical drive 0 Data of controller 0: is RAID0 of 1000 MB; it was RAID1 of 500 "
+                     "MB\n");
+}
+
+TEST_F(Changes, DoNotSayThatAnActivityStartedWhoseProgressCanBeReadAgain) {
+    controller()["logicalDrives"][0]["activity"] = {
+        {"kind", "redundancyCheck"}, {"doneMb", 170}, {"totalMb", 500}};
+    const std::string fault =
+        "logical drive 0 Data of controller 0: q5_getRedundancyCheckProgress failed with result 1\n";
+    for (const bool first : {false, true}) {
+        std::filesystem::remove(kept);
+        refuseNothing();
+        if (!first)
+            expectChanges(0, "");
+        refuse("q5_getRedundancyCheckProgress");
+        expectChanges(3, "unknown: " + fault);
+        refuseNothing();
+        expectChanges(0, "info: no longer: " + fault);
+    }
+}
+
+TEST_F(Changes, DoNotReportALostMemberTwice) {
+    expectChanges(0, "");
+    controller()["autoRebuild"] = false;
+    controller()["drives"][1]["failed"] = true;
+    expectChanges(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+                     "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic "
+                     "rebuild is off\n");
+    const std::string fault =
+        "logical drive 0 Data of controller 0: q5_getAryLostDisk failed with result 1\n";
+    refuse("q5_getAryLostDisk");
+    expectChanges(2, "unknown: " + fault);
+    refuseNothing();
+    expectChanges(2, "info: no longer: " + fault);
+}

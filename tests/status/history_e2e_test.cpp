@@ -269,7 +269,7 @@ TEST_F(Changes, ReportPauseAndResumption) {
     activity["paused"] = false;
     expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 resumed at 34%\n");
     activity = nullptr;
-    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 finished\n");
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 ended\n");
 }
 
 TEST_F(Changes, ReportWhatIsResolved) {

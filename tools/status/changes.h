@@ -25,3 +25,7 @@ Lines findingLines(const Findings& findings);
 
 // Used by changes.cpp: state, members and activities of the logical drives.
 void addArrayChanges(const Snapshot& earlier, const Snapshot& now, Lines* lines);
+
+// Used by changes.cpp: whether the state of a logical drive is worse than it was.
+bool hasWorsened(const Snapshot& earlier, const Snapshot& now, std::uint32_t controller,
+                 std::uint32_t logDrvId);
