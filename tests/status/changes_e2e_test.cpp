@@ -163,6 +163,64 @@ TEST_F(Changes, CompareThePagesThatCouldBeListed) {
                      "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
 }
 
+// Problems of the same kind.
+
+TEST_F(Changes, ReportEverySensorOnce) {
+    Json& sensors = controller()["enclosures"][0]["sensors"];
+    expectChanges(0, "");
+    sensors[2]["reading"] = 4705;
+    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n");
+    sensors[2]["reading"] = 4715;
+    expectChanges(1, "");
+    sensors[3]["reading"] = 11215;
+    expectChanges(1, "warning: enclosure 0 of controller 0: 12 V rail is at 11.200 V\n");
+    sensors[2]["reading"] = 5000;
+    expectChanges(1, "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.710 V\n");
+}
+
+TEST_F(Changes, ReportEveryFan) {
+    Json& sensors = controller()["enclosures"][0]["sensors"];
+    sensors.push_back(sensors[0]);
+    expectChanges(0, "");
+    sensors[0]["reading"] = 0;
+    expectChanges(2, "critical: enclosure 0 of controller 0: fan 1 has stopped (0 rpm)\n");
+    sensors[4]["reading"] = 0;
+    expectChanges(2, "critical: enclosure 0 of controller 0: fan 2 has stopped (0 rpm)\n");
+}
+
+TEST_F(Changes, DoNotCallAReadingThatGotWorseResolved) {
+    Json& voltage = controller()["enclosures"][0]["sensors"][2]["reading"];
+    expectChanges(0, "");
+    voltage = 4705;
+    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n");
+    voltage = 4405;
+    expectChanges(2, "critical: enclosure 0 of controller 0: 5 V rail is at 4.400 V\n");
+    voltage = 4705;
+    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n"
+                     "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.400 V\n");
+}
+
+TEST_F(Changes, ReportEveryOperationThatFails) {
+    const Json battery = {{"kind", "refuse"}, {"operation", "q5_getBatteryInfo"}};
+    const Json list = {{"kind", "refuse"}, {"operation", "q5_getLogDrvInfo"}};
+    expectChanges(0, "");
+    world["rules"] = {battery};
+    expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1\n");
+    world["rules"] = {battery, list};
+    expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1, and 1 more fault\n");
+    world["rules"] = {list};
+    expectChanges(3, "");
+    refuseNothing();
+    expectChanges(0, "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
+}
+
+TEST_F(Changes, DoNotTakeAnotherNameForAnotherObject) {
+    controller()["drives"].erase(2);
+    expectChanges(0, "");
+    controller()["logicalDrives"][0]["name"] = "Mail";
+    expectChanges(0, "info: logical drive 0 Mail of controller 0: was named Data\n");
+}
+
 // Activities.
 
 TEST_F(Changes, DoNotSayThatAStoppedActivityFinished) {
@@ -214,6 +272,29 @@ TEST_F(Changes, DoNotSayThatAnActivityStartedWhoseProgressCanBeReadAgain) {
         refuseNothing();
         expectChanges(0, "info: no longer: " + fault);
     }
+}
+
+// Lines that belong together.
+
+TEST_F(Changes, DoNotCallALogicalDriveResolvedThatGotWorse) {
+    controller()["drives"].erase(2);
+    expectChanges(0, "");
+    controller()["drives"][1]["failed"] = true;
+    expectChanges(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+                     "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no "
+                     "suitable spare\n");
+    controller()["drives"][0]["failed"] = true;
+    expectChanges(2, "critical: drive 1 of controller 0 lost; logical drive 0 Data is offline\n");
+}
+
+TEST_F(Changes, DoNotCallTheProblemsOfAMissingControllerResolved) {
+    world["controllers"].push_back(controller());
+    expectChanges(0, "");
+    world["controllers"][1]["drives"][0]["smartFailure"] = true;
+    expectChanges(1, "warning: drive 1 of controller 1: predicts its failure (SMART); channel 0, enclosure "
+                     "0, serial S0001\n");
+    world["controllers"].erase(1);
+    expectChanges(0, "critical: controller 1: is missing\n");
 }
 
 TEST_F(Changes, DoNotReportALostMemberTwice) {
