@@ -162,7 +162,13 @@ TEST_P(StatusCase, Changes) {
     writeFile(kept, source("healthy.expected.json"));
     EXPECT_EQ(session.run({"--changes", kept}),
               (ProcessOutcome{status, joinedLines(expected["changes"]), ""}));
-    EXPECT_EQ(readFile(kept), document());
+    // What could not be read stays as it was.
+    const Json healthy = Json::parse(source("healthy.expected.json"));
+    Json saved = Json::parse(document());
+    for (const char* key : {"place", "battery"})
+        if (saved["controllers"][0][key].is_null())
+            saved["controllers"][0][key] = healthy["controllers"][0][key];
+    EXPECT_EQ(readFile(kept), saved.dump(2) + "\n");
 }
 
 TEST_P(StatusCase, VerboseTextIsThatDerivedFromTheJson) {

@@ -1,41 +1,7 @@
 // cli-status --baseline and --changes: what is different from an earlier state.
-#include <gtest/gtest.h>
-
 #include <filesystem>
-#include <nlohmann/json.hpp>
 
-#include "tests/e2e/harness.h"
-
-using Json = nlohmann::ordered_json;
-
-// A session whose world can be changed like a file; its earlier state is kept as "before.json".
-struct History : testing::Test {
-    Session session;
-    Json world = Json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
-    std::string before = session.path("before.json");
-
-    void SetUp() override {
-        session.program = CLI_STATUS;
-        session.setClock(0);
-        session.useWorld(world.dump());
-        writeFile(before, session.run({"--json"}).out);
-    }
-    Json& controller() { return world["controllers"][0]; }
-    void expect(const std::vector<std::string>& words, int status, const std::string& output) {
-        session.useWorld(world.dump());
-        EXPECT_EQ(session.run(words), (ProcessOutcome{status, output, ""}));
-    }
-    void expectFindings(int status, const std::string& problems) {
-        expect({"-q", "--baseline", before}, status, problems);
-    }
-    // The informational findings and the last line as well, without the line of the controller.
-    void expectAll(int status, const std::string& output) {
-        session.useWorld(world.dump());
-        const ProcessOutcome outcome = session.run({"--baseline", before});
-        EXPECT_EQ(outcome.status, status);
-        EXPECT_EQ(outcome.out.substr(outcome.out.find('\n') + 1), output);
-    }
-};
+#include "tests/status/history.h"
 
 using Baseline = History;
 
@@ -251,11 +217,6 @@ TEST_F(Baseline, RefusesWhatIsNotAState) {
               (ProcessOutcome{3, "", "cli-status: cannot read " + before + ": No such file or directory\n"}));
 }
 
-struct Changes : History {
-    std::string kept = session.path("kept");
-    void expectChanges(int status, const std::string& output) { expect({"--changes", kept}, status, output); }
-};
-
 TEST_F(Changes, StartWithThePresentProblems) {
     controller()["battery"] = nullptr;
     expectChanges(1, "warning: logical drive 0 Data of controller 0: set to write back, but the controller "
@@ -327,7 +288,7 @@ TEST_F(Changes, ReportPauseAndResumption) {
     activity["paused"] = false;
     expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 resumed at 34%\n");
     activity = nullptr;
-    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 finished\n");
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 ended\n");
 }
 
 TEST_F(Changes, ReportWhatIsResolved) {
@@ -366,7 +327,9 @@ TEST_F(Changes, DoNotReportAsResolvedWhatCannotBeRead) {
     expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1\n");
     world["rules"] = Json::array();
     controller()["logicalDrives"][0]["cacheFlags"] = 0;
-    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n");
+    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n"
+                     "info: no longer: " +
+                         unprotected);
 }
 
 TEST_F(Changes, AreOnlyProblemsWhenQuiet) {

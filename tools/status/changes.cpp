@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "tools/status/changes_unread.h"
+#include "tools/status/facts.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
@@ -13,22 +15,37 @@ static bool isArrayChange(const Finding& finding) {
     return std::find(std::begin(ids), std::end(ids), finding.rule->id) != std::end(ids);
 }
 
-// Texts about drives and logical drives are stable; those about sensors contain readings.
-static bool isSameFinding(const Finding& left, const Finding& right) {
-    const bool steady = left.object.kind == ObjectKind::drive || left.object.kind == ObjectKind::logicalDrive;
-    return left.rule == right.rule && left.object.kind == right.object.kind &&
-           left.object.controller == right.object.controller && left.object.number == right.object.number &&
-           (!steady || left.text == right.text);
+// The object may have got another name meanwhile.
+static bool isOfSameRule(const Finding& left, const Finding& right) {
+    return left.rule == right.rule && isSameObject(left.object, right.object);
 }
 
-static bool contains(const Findings& findings, const Finding& wanted) {
-    return std::any_of(findings.begin(), findings.end(),
-                       [&](const Finding& each) { return isSameFinding(each, wanted); });
+static bool hasPart(const Finding& finding, const std::string& part) {
+    return std::find(finding.parts.begin(), finding.parts.end(), part) != finding.parts.end();
 }
 
-static bool isAboutSame(const Findings& findings, const Finding& wanted) {
-    return std::any_of(findings.begin(), findings.end(), [&](const Finding& each) {
-        return each.rule == wanted.rule && each.object == wanted.object;
+// Whether the earlier findings have all that this one is about. A text with readings does not count.
+static bool isKnown(const Findings& earlier, const Finding& finding) {
+    return std::any_of(earlier.begin(), earlier.end(), [&](const Finding& each) {
+        if (!isOfSameRule(each, finding))
+            return false;
+        if (finding.parts.empty())
+            return each.text == finding.text;
+        return std::all_of(finding.parts.begin(), finding.parts.end(),
+                           [&](const std::string& part) { return hasPart(each, part); });
+    });
+}
+
+static bool shareParts(const Finding& left, const Finding& right) {
+    return left.parts.empty() || right.parts.empty() ||
+           std::any_of(left.parts.begin(), left.parts.end(),
+                       [&](const std::string& part) { return hasPart(right, part); });
+}
+
+// Of which at most the text changed.
+static bool persists(const Findings& now, const Finding& finding) {
+    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
+        return isOfSameRule(each, finding) && shareParts(each, finding);
     });
 }
 
@@ -59,26 +76,67 @@ static bool hasText(const Lines& lines, const std::string& text) {
     return std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return line.text == text; });
 }
 
-// A finding of which only the text changed is not resolved. A difference from the baseline that is also a
-// change since the earlier snapshot has its line already.
-static void addFindingChanges(const Findings& earlier, const Findings& now, Lines* lines) {
-    for (const Finding& finding : now)
-        if (!isArrayChange(finding) && !contains(earlier, finding) && !hasText(*lines, findingLine(finding)))
+// Two states and what they show.
+struct Comparison {
+    const Snapshot& earlier;
+    const Snapshot& now;
+    const Findings before;
+    const Findings after;
+};
+
+// A more severe problem of the same thing is no good news of the other one.
+static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
+    return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
+        return isSameObject(each.object, finding.object) && shareParts(each, finding) &&
+               isWorse(each.rule->severity, finding.rule->severity) && !isKnown(both.before, each);
+    });
+}
+
+// Nor is the state of a logical drive that got worse, or a controller that disappeared.
+static bool isSuperseded(const Comparison& both, const Finding& finding) {
+    const Object& object = finding.object;
+    if (object.kind != ObjectKind::host && findController(both.now, object.controller) == nullptr)
+        return true;
+    return isReplacedByWorse(both, finding) ||
+           (object.kind == ObjectKind::logicalDrive &&
+            hasWorsened(both.earlier, both.now, object.controller, object.number));
+}
+
+// A difference from the baseline that is also a change since the earlier snapshot has its line already.
+static void addFindingChanges(const Comparison& both, Lines* lines) {
+    for (const Finding& finding : both.after)
+        if (!isArrayChange(finding) && !isKnown(both.before, finding) &&
+            !hasText(*lines, findingLine(finding)))
             lines->push_back({finding.rule->severity, findingLine(finding)});
-    for (const Finding& finding : earlier)
-        if (!isArrayChange(finding) && !isAboutSame(now, finding) && !mayBeHidden(now, finding))
+    for (const Finding& finding : both.before)
+        if (!isArrayChange(finding) && !persists(both.after, finding) && !mayBeHidden(both.after, finding) &&
+            !isSuperseded(both, finding))
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
+}
+
+// Without the number of drives in a list that was not read, which says nothing.
+static Findings certainFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
+    Findings findings = evaluate(snapshot, limits, baseline);
+    std::erase_if(findings, [&](const Finding& finding) {
+        const Controller* controller = findController(snapshot, finding.object.controller);
+        return std::string_view(finding.rule->id) == "drive-count" && controller != nullptr &&
+               (isRefused(*controller, "q5_getPhyDrvInfo") || isRefused(*controller, "q5_getControllerInfo"));
+    });
+    return findings;
 }
 
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline) {
-    const Findings findings = evaluate(now, limits, baseline);
     if (earlier == nullptr)
-        return problemLines(findings);
+        return problemLines(evaluate(now, limits, baseline));
+    Snapshot known = now;
+    keepUnread(*earlier, &known);
     Lines lines;
-    addArrayChanges(*earlier, now, &lines);
-    for (const Line& line : findingLines(compare(now, *earlier)))
+    addArrayChanges(*earlier, known, &lines);
+    for (const Line& line : findingLines(compare(known, *earlier)))
         lines.push_back(line);
-    addFindingChanges(evaluate(*earlier, limits, baseline), findings, &lines);
+    addFindingChanges({*earlier, known, certainFindings(*earlier, limits, baseline),
+                       certainFindings(known, limits, baseline)},
+                      &lines);
     return lines;
 }

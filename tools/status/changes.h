@@ -14,8 +14,9 @@ struct Line {
 };
 using Lines = std::vector<Line>;
 
-// What changed since the earlier snapshot; if it is null, all present problems are new. With a
-// baseline, which may be null, also which differences from it are new or resolved.
+// What changed since the earlier snapshot; if it is null, all present problems are new. What cannot be
+// read now has not changed. With a baseline, which may be null, also which differences from it are new or
+// resolved.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline = nullptr);
 
@@ -24,3 +25,7 @@ Lines findingLines(const Findings& findings);
 
 // Used by changes.cpp: state, members and activities of the logical drives.
 void addArrayChanges(const Snapshot& earlier, const Snapshot& now, Lines* lines);
+
+// Used by changes.cpp: whether the state of a logical drive is worse than it was.
+bool hasWorsened(const Snapshot& earlier, const Snapshot& now, std::uint32_t controller,
+                 std::uint32_t logDrvId);

@@ -47,53 +47,94 @@ static const Activity* findActivity(const LogicalDrive& drive, ActivityBit kind)
     return nullptr;
 }
 
-// An activity that is no longer reported has completed if its logical drive is online; otherwise it is
-// unknown why it ended.
-static Line activityLine(const ArrayPair& pair, ActivityBit kind, const Activity* earlier,
-                         const Activity* now) {
-    const std::string text =
-        std::string(activityText(kind)) + " of " + objectText(objectOf(pair.controller, pair.now));
-    const std::string percent = now != nullptr ? std::to_string(now->percent) + "%" : "";
-    if (now == nullptr && arrayState(pair.now) == ArrayState::online)
-        return {Severity::info, printable(text + " finished")};
-    if (now == nullptr)
-        return {Severity::warning,
-                printable(text + " ended, but it is " + arrayStateText(arrayState(pair.now)))};
-    if (isPaused(*now))
-        return {Severity::warning, printable(text + " paused at " + percent)};
-    return {Severity::info, printable(text + (earlier == nullptr ? " started" : " resumed at " + percent))};
+static std::string activityOf(const ArrayPair& pair, ActivityBit kind) {
+    return std::string(activityText(kind)) + " of " + objectText(objectOf(pair.controller, pair.now));
+}
+
+// A migration that has ended changed the logical drive, unless it was stopped.
+static bool isReshaped(const LogDrvInfo& earlier, const LogDrvInfo& now) {
+    return earlier.raidLevel != now.raidLevel || earlier.sectorCount != now.sectorCount ||
+           earlier.diskCount != now.diskCount || earlier.stripeBlocks != now.stripeBlocks;
+}
+
+// An activity that is no longer reported has completed or was stopped, which only its result shows: a
+// rebuilt logical drive is online, a migrated one has another shape.
+static Line endLine(const ArrayPair& pair, ActivityBit kind) {
+    const std::string text = activityOf(pair, kind);
+    const ArrayState state = arrayState(pair.now);
+    if (state != ArrayState::online)
+        return {Severity::warning, printable(text + " ended, but it is " + arrayStateText(state))};
+    const bool proven =
+        kind == kRebuilding || (kind == kMigrating && isReshaped(pair.earlier.info, pair.now.info));
+    return {Severity::info, printable(text + (proven ? " finished" : " ended"))};
+}
+
+static Line pauseLine(const ArrayPair& pair, const Activity& now) {
+    const bool paused = isPaused(now);
+    const std::string text = activityOf(pair, now.kind) + (paused ? " paused" : " resumed");
+    return {paused ? Severity::warning : Severity::info,
+            printable(text + " at " + std::to_string(now.percent) + "%")};
+}
+
+static bool isActive(const LogicalDrive& drive, ActivityBit kind) {
+    return (drive.info.activityStatus & kind) != 0;
+}
+
+// The progress of an activity may be unreadable, which neither starts nor ends it.
+static void addActivityChange(const ArrayPair& pair, ActivityBit kind, Lines* lines) {
+    const Activity* earlier = findActivity(pair.earlier, kind);
+    const Activity* now = findActivity(pair.now, kind);
+    const bool wasActive = isActive(pair.earlier, kind);
+    const bool wasPaused = earlier != nullptr && isPaused(*earlier);
+    if (!isActive(pair.now, kind)) {
+        if (wasActive)
+            lines->push_back(endLine(pair, kind));
+    } else if (now != nullptr && isPaused(*now) != wasPaused)
+        lines->push_back(pauseLine(pair, *now));
+    else if (!wasActive)
+        lines->push_back({Severity::info, printable(activityOf(pair, kind) + " started")});
 }
 
 static void addActivityChanges(const ArrayPair& pair, Lines* lines) {
     static constexpr ActivityBit kinds[] = {kRebuilding, kInitializing, kRedundancyChecking, kSynchronizing,
                                             kMigrating};
-    for (const ActivityBit kind : kinds) {
-        const Activity* earlier = findActivity(pair.earlier, kind);
-        const Activity* now = findActivity(pair.now, kind);
-        const bool unread = now == nullptr && (pair.now.info.activityStatus & kind) != 0;
-        if (unread || (earlier == nullptr) != (now == nullptr) ||
-            (earlier != nullptr && isPaused(*earlier) != isPaused(*now)))
-            if (!unread)
-                lines->push_back(activityLine(pair, kind, earlier, now));
-    }
+    for (const ActivityBit kind : kinds)
+        addActivityChange(pair, kind, lines);
 }
 
-static const LogicalDrive* findEarlier(const Snapshot& earlier, const Controller& controller,
-                                       const LogicalDrive& drive) {
-    const Controller* before = findController(earlier, controller.id);
-    if (before == nullptr)
-        return nullptr;
-    for (const LogicalDrive& each : before->logicalDrives)
-        if (each.info.logDrvId == drive.info.logDrvId)
-            return &each;
+static const LogicalDrive* findLogicalDrive(const Snapshot& snapshot, std::uint32_t controllerId,
+                                            std::uint32_t logDrvId) {
+    if (const Controller* controller = findController(snapshot, controllerId))
+        for (const LogicalDrive& each : controller->logicalDrives)
+            if (each.info.logDrvId == logDrvId)
+                return &each;
     return nullptr;
+}
+
+bool hasWorsened(const Snapshot& earlier, const Snapshot& now, std::uint32_t controller,
+                 std::uint32_t logDrvId) {
+    const LogicalDrive* before = findLogicalDrive(earlier, controller, logDrvId);
+    const LogicalDrive* after = findLogicalDrive(now, controller, logDrvId);
+    return before != nullptr && after != nullptr && arrayState(*after) > arrayState(*before);
+}
+
+// What a logical drive that the earlier state does not contain is compared with, so that its problems are
+// reported: the same one without them.
+static LogicalDrive withoutProblems(LogicalDrive drive) {
+    drive.info.functionalStatus = kOnline;
+    for (Member& member : drive.members)
+        member.lost = false;
+    for (Activity& activity : drive.activities)
+        activity.state = 0;
+    return drive;
 }
 
 void addArrayChanges(const Snapshot& earlier, const Snapshot& now, Lines* lines) {
     for (const Controller& controller : now.controllers)
-        for (const LogicalDrive& drive : controller.logicalDrives)
-            if (const LogicalDrive* before = findEarlier(earlier, controller, drive)) {
-                addStateChange({controller, *before, drive}, lines);
-                addActivityChanges({controller, *before, drive}, lines);
-            }
+        for (const LogicalDrive& drive : controller.logicalDrives) {
+            const LogicalDrive* known = findLogicalDrive(earlier, controller.id, drive.info.logDrvId);
+            const LogicalDrive before = known != nullptr ? *known : withoutProblems(drive);
+            addStateChange({controller, before, drive}, lines);
+            addActivityChanges({controller, before, drive}, lines);
+        }
 }

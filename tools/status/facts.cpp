@@ -9,6 +9,17 @@ bool isRedundant(std::uint8_t level) {
     return level != kRaid0 && level != kJbod;
 }
 
+bool isRefused(const Controller& controller, std::string_view operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(), [&](const Fault& fault) {
+        return fault.kind == FaultKind::refused && fault.operation == operation;
+    });
+}
+
+bool hasAllDrives(const Controller& controller) {
+    return !isRefused(controller, "q5_getPhyDrvInfo") ||
+           (controller.info && controller.info->diskCount <= controller.drives.size());
+}
+
 bool hasBattery(const Controller& controller) {
     return controller.battery && controller.battery->status != 0;
 }

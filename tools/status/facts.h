@@ -9,6 +9,13 @@
 
 bool isRedundant(std::uint8_t level);
 
+// Whether an operation on the controller was refused, so that a list may lack objects.
+bool isRefused(const Controller& controller, std::string_view operation);
+
+// Whether the list of drives is complete. One that was refused halfway is if it has as many drives as the
+// controller counts.
+bool hasAllDrives(const Controller& controller);
+
 bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);
 std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);

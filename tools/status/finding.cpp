@@ -40,16 +40,24 @@ std::string objectText(const Object& object) {
     return shortObjectText(object) + " of controller " + std::to_string(object.controller);
 }
 
+bool isSameObject(const Object& left, const Object& right) {
+    return left.kind == right.kind && left.controller == right.controller && left.number == right.number;
+}
+
 // The rank of a severity: unknown may hide a warning, but nothing worse than critical.
 static int weight(Severity severity) {
     static constexpr int weights[] = {0, 1, 3, 2};
     return weights[static_cast<std::size_t>(severity)];
 }
 
+bool isWorse(Severity left, Severity right) {
+    return weight(left) > weight(right);
+}
+
 Severity worstSeverity(const Findings& findings) {
     Severity worst = Severity::info;
     for (const Finding& finding : findings)
-        if (weight(finding.rule->severity) > weight(worst))
+        if (isWorse(finding.rule->severity, worst))
             worst = finding.rule->severity;
     return worst;
 }

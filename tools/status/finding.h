@@ -26,6 +26,9 @@ struct Finding {
     Object object;
     std::string text; // contains texts of the adapter, not yet made printable
     std::optional<std::uint32_t> percent;
+    // The sensors or operations that it is about, if its text has readings: with the rule and the object,
+    // they identify it.
+    std::vector<std::string> parts = {};
 };
 using Findings = std::vector<Finding>;
 
@@ -40,6 +43,12 @@ std::string objectText(const Object& object);
 
 // "logical drive 0 Archive"
 std::string shortObjectText(const Object& object);
+
+// Regardless of names, which can change.
+bool isSameObject(const Object& left, const Object& right);
+
+// Critical is worse than unknown, which is worse than warning.
+bool isWorse(Severity left, Severity right);
 
 // The worst severity of the findings: critical before unknown before warning before info.
 Severity worstSeverity(const Findings& findings);

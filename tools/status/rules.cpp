@@ -2,6 +2,7 @@
 #include "tools/status/rules.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "tools/status/rule_finders.h"
 
@@ -129,6 +130,11 @@ Findings compare(const Snapshot& snapshot, const Snapshot& baseline) {
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
                 std::optional<std::uint32_t> percent) {
     evaluation->findings.push_back({evaluation->rule, object, text, percent});
+}
+
+void addFindingOf(Evaluation* evaluation, const Object& object, std::vector<std::string> parts,
+                  const std::string& text) {
+    evaluation->findings.push_back({evaluation->rule, object, text, std::nullopt, std::move(parts)});
 }
 
 Object objectOf(const Controller& controller) {

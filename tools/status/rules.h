@@ -37,6 +37,8 @@ Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 // Used by the rules' own sources.
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
                 std::optional<std::uint32_t> percent = std::nullopt);
+void addFindingOf(Evaluation* evaluation, const Object& object, std::vector<std::string> parts,
+                  const std::string& text);
 Object objectOf(const Controller& controller);
 Object objectOf(const Controller& controller, const Drive& drive);
 Object objectOf(const Controller& controller, const LogicalDrive& drive);

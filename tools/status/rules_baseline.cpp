@@ -20,11 +20,10 @@ static void forEachPair(const Evaluation& evaluation, Apply apply) {
             apply(Pair{earlier, *now});
 }
 
-// An object that could not be listed is not missing.
-static bool failed(const Controller& controller, std::string_view operation) {
-    return std::any_of(controller.faults.begin(), controller.faults.end(), [&](const Fault& fault) {
-        return fault.kind == FaultKind::refused && fault.operation == operation;
-    });
+// A drive that could not be listed is not missing: a listing that was refused halfway ends before it.
+static bool isBeyondList(const Controller& controller, std::uint32_t number) {
+    return isRefused(controller, "q5_getPhyDrvInfo") &&
+           (controller.drives.empty() || number > controller.drives.back().number);
 }
 
 static std::string placeOf(const Drive& drive) {
@@ -68,7 +67,7 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
         return DriveChange::moved;
     *other = {&pair.now, same};
     if (same == nullptr)
-        return failed(pair.now, "q5_getPhyDrvInfo") ? DriveChange::none : DriveChange::missing;
+        return isBeyondList(pair.now, drive.number) ? DriveChange::none : DriveChange::missing;
     if (serialOf(drive) == serialOf(*same))
         return DriveChange::moved;
     const bool known = findSerial(*evaluation.baseline, serialOf(*other->drive)).drive != nullptr;
@@ -111,7 +110,8 @@ void findMovedDrives(Evaluation* evaluation) {
 void findNewDrives(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Drive& drive : pair.now.drives)
-            if (findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
+            if (hasAllDrives(pair.earlier) &&
+                findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
                 findDrive(pair.earlier, drive.number) == nullptr)
                 addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeOf(drive));
     });
@@ -129,7 +129,8 @@ static std::size_t countSpares(const Controller& controller) {
 static void compareSpares(Evaluation* evaluation, bool fewer) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         const std::size_t before = countSpares(pair.earlier), after = countSpares(pair.now);
-        if (before != after && (after < before) == fewer && !failed(pair.now, "q5_getPhyDrvInfo"))
+        if (before != after && (after < before) == fewer && hasAllDrives(pair.earlier) &&
+            hasAllDrives(pair.now))
             addFinding(evaluation, objectOf(pair.now),
                        "has " + counted(after, "spare") + "; it had " + std::to_string(before));
     });
@@ -164,6 +165,8 @@ static std::vector<std::uint32_t> otherSpares(const Controller& one, const Contr
 // Spares without a counterpart are missing or new.
 void findMovedSpares(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
+        if (!hasAllDrives(pair.earlier) || !hasAllDrives(pair.now))
+            return;
         const std::vector<std::uint32_t> before = otherSpares(pair.earlier, pair.now);
         const std::vector<std::uint32_t> after = otherSpares(pair.now, pair.earlier);
         for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i)
@@ -190,15 +193,21 @@ void findMissingArrays(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const LogicalDrive& drive : pair.earlier.logicalDrives)
             if (findLogicalDrive(pair.now, drive.info.logDrvId) == nullptr &&
-                !failed(pair.now, "q5_getLogDrvInfo"))
+                !isRefused(pair.now, "q5_getLogDrvInfo"))
                 addFinding(evaluation, objectOf(pair.earlier, drive), "is missing; it was " + shapeOf(drive));
     });
+}
+
+// The list of logical drives is read whole or not at all.
+static bool hasUnreadArrays(const Controller& controller) {
+    return controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo");
 }
 
 void findNewArrays(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const LogicalDrive& drive : pair.now.logicalDrives)
-            if (findLogicalDrive(pair.earlier, drive.info.logDrvId) == nullptr)
+            if (findLogicalDrive(pair.earlier, drive.info.logDrvId) == nullptr &&
+                !hasUnreadArrays(pair.earlier))
                 addFinding(evaluation, objectOf(pair.now, drive), "is new; it is " + shapeOf(drive));
     });
 }
@@ -259,7 +268,8 @@ static const Enclosure* findEnclosure(const Controller& controller, std::uint32_
 void findMissingEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.earlier.enclosures)
-            if (findEnclosure(pair.now, enclosure.id) == nullptr && !failed(pair.now, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.now, enclosure.id) == nullptr &&
+                !isRefused(pair.now, "q5_getEnclosureInfo"))
                 addFinding(evaluation, objectOf(pair.earlier, enclosure), "is missing");
     });
 }
@@ -267,7 +277,8 @@ void findMissingEnclosures(Evaluation* evaluation) {
 void findNewEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.now.enclosures)
-            if (findEnclosure(pair.earlier, enclosure.id) == nullptr)
+            if (findEnclosure(pair.earlier, enclosure.id) == nullptr &&
+                !isRefused(pair.earlier, "q5_getEnclosureInfo"))
                 addFinding(evaluation, objectOf(pair.now, enclosure), "is new");
     });
 }
@@ -309,10 +320,12 @@ void findMissingControllers(Evaluation* evaluation) {
             addFinding(evaluation, objectOf(earlier), "is missing");
 }
 
+// One that was counted, but not read, was there before.
 void findNewControllers(Evaluation* evaluation) {
     if (evaluation->baseline == nullptr)
         return;
     for (const Controller& controller : evaluation->snapshot.controllers)
-        if (findController(*evaluation->baseline, controller.id) == nullptr)
+        if (controller.id >= evaluation->baseline->controllerCount &&
+            findController(*evaluation->baseline, controller.id) == nullptr)
             addFinding(evaluation, objectOf(controller), "is new");
 }

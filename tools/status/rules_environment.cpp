@@ -36,7 +36,8 @@ static void findBatteriesBetween(Evaluation* evaluation, int from, int below) {
     forEachBattery(evaluation, [&](const Controller& controller, const BatteryInfo& battery) {
         const std::int32_t tenths = batteryTenthsCelsius(battery);
         if (battery.temperature != 0 && tenths >= 10 * from && tenths < 10 * below)
-            addFinding(evaluation, batteryOf(controller), "is at " + decimal(tenths, 1) + " degrees Celsius");
+            addFindingOf(evaluation, batteryOf(controller), {"temperature"},
+                         "is at " + decimal(tenths, 1) + " degrees Celsius");
     });
 }
 
@@ -67,9 +68,9 @@ static void forEachSensor(Evaluation* evaluation, std::uint8_t type, Apply apply
 void findStoppedFans(Evaluation* evaluation) {
     forEachSensor(evaluation, kFanSensor, [&](const Object& object, std::uint32_t reading, int number) {
         const auto speed = static_cast<std::int32_t>(reading);
+        const std::string fan = "fan " + std::to_string(number);
         if (speed <= evaluation->limits.fanStoppedRpm)
-            addFinding(evaluation, object,
-                       "fan " + std::to_string(number) + " has stopped (" + std::to_string(speed) + " rpm)");
+            addFindingOf(evaluation, object, {fan}, fan + " has stopped (" + std::to_string(speed) + " rpm)");
     });
 }
 
@@ -77,10 +78,10 @@ static void findEnclosuresBetween(Evaluation* evaluation, int from, int below) {
     forEachSensor(evaluation, kTemperatureSensor,
                   [&](const Object& object, std::uint32_t reading, int number) {
                       const auto celsius = static_cast<std::int32_t>(reading);
+                      const std::string sensor = "temperature " + std::to_string(number);
                       if (celsius >= from && celsius < below)
-                          addFinding(evaluation, object,
-                                     "temperature " + std::to_string(number) + " is at " +
-                                         std::to_string(celsius) + " degrees Celsius");
+                          addFindingOf(evaluation, object, {sensor},
+                                       sensor + " is at " + std::to_string(celsius) + " degrees Celsius");
                   });
 }
 
@@ -102,11 +103,12 @@ static constexpr Rail kRails[] = {{kRail5VSensor, 5000}, {kRail12VSensor, 12000}
 // Deviations in percent, from <= deviation < below.
 static void findVoltagesBetween(Evaluation* evaluation, int from, int below) {
     for (const Rail& rail : kRails)
-        forEachSensor(evaluation, rail.type, [&](const Object& object, std::uint32_t reading, int) {
+        forEachSensor(evaluation, rail.type, [&](const Object& object, std::uint32_t reading, int number) {
             const std::int64_t off = (static_cast<std::int64_t>(reading) - rail.millivolts) * 100;
             if (std::abs(off) >= from * rail.millivolts && std::abs(off) < below * rail.millivolts)
-                addFinding(evaluation, object,
-                           std::string(sensorTypeText(rail.type)) + " is at " + decimal(reading, 3) + " V");
+                addFindingOf(evaluation, object,
+                             {std::string(sensorTypeText(rail.type)) + " " + std::to_string(number)},
+                             std::string(sensorTypeText(rail.type)) + " is at " + decimal(reading, 3) + " V");
         });
 }
 

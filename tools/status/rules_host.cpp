@@ -15,6 +15,17 @@ static bool isDetail(const Fault& fault) {
            std::find(std::begin(details), std::end(details), fault.operation) != std::end(details);
 }
 
+// The operations that failed, and how; one that failed several times is counted.
+static std::vector<std::string> operationsOf(const Faults& faults) {
+    std::vector<std::string> operations;
+    std::map<std::string, int> counts;
+    for (const Fault& fault : faults) {
+        const std::string operation = fault.operation + " " + std::to_string(static_cast<int>(fault.kind));
+        operations.push_back(operation + " " + std::to_string(++counts[operation]));
+    }
+    return operations;
+}
+
 static void addFaults(Evaluation* evaluation, const Object& object, const Faults& faults, bool details) {
     Faults wanted;
     std::copy_if(faults.begin(), faults.end(), std::back_inserter(wanted),
@@ -24,7 +35,7 @@ static void addFaults(Evaluation* evaluation, const Object& object, const Faults
     std::string text = faultText(wanted.front());
     if (wanted.size() > 1)
         text += ", and " + counted(wanted.size() - 1, "more fault");
-    addFinding(evaluation, object, text);
+    addFindingOf(evaluation, object, operationsOf(wanted), text);
 }
 
 // A failed drive refuses operations; its failure is already a finding.

@@ -80,16 +80,19 @@ static std::size_t countRebuildTargets(const Controller& controller, const Logic
 }
 
 // Why no rebuild of these lost members will start automatically. Empty if a running rebuild may be followed
-// by theirs.
+// by theirs, or if that is unknown, because not all drives could be listed.
 static std::string replacementProblem(const Controller& controller, const LogicalDrive& array,
                                       std::size_t waiting) {
     const std::size_t spares = countSuitableSpares(controller, array);
-    if (spares == 0)
+    const bool certain = hasAllDrives(controller);
+    if (spares == 0 && certain)
         return "there is no suitable spare";
     if (controller.info && controller.info->autoRebuild == 0)
         return "automatic rebuild is off";
     if (spares < waiting)
-        return counted(spares, "suitable spare") + " for " + std::to_string(waiting) + " lost members";
+        return certain
+                   ? counted(spares, "suitable spare") + " for " + std::to_string(waiting) + " lost members"
+                   : "";
     return isRebuilding(array) ? "" : "no rebuild runs, though there is a suitable spare";
 }
 
@@ -118,6 +121,7 @@ void findArraysWithoutSpare(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
         for (const LogicalDrive& array : controller.logicalDrives)
             if (countLost(array) == 0 && isRedundant(array.info.raidLevel) &&
-                arrayState(array) != ArrayState::offline && countSuitableSpares(controller, array) == 0)
+                arrayState(array) != ArrayState::offline && hasAllDrives(controller) &&
+                countSuitableSpares(controller, array) == 0)
                 addFinding(evaluation, objectOf(controller, array), "has no spare");
 }

@@ -6,12 +6,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/status/changes.h"
+#include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
 #include "tools/status/options.h"
@@ -44,19 +46,23 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot, limited to the controllers that this run reads. missing: the file does not exist.
-static std::string readSnapshot(const std::string& path, const Options& options, Snapshot* snapshot,
-                                bool* missing) {
+// An earlier snapshot. missing: the file does not exist.
+static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing) {
     std::string text;
     const ReadResult result = readFile(path, &text);
     *missing = result == ReadResult::missing;
     if (result != ReadResult::done)
         return readProblem(path);
     const std::string problem = snapshotFromText(text, snapshot);
-    if (options.controller)
-        std::erase_if(snapshot->controllers,
-                      [&](const Controller& each) { return each.id != *options.controller; });
     return problem.empty() ? "" : printable(path) + ": " + problem;
+}
+
+// The part of an earlier snapshot that this run reads as well.
+static Snapshot limitedTo(const Options& options, Snapshot snapshot) {
+    if (options.controller)
+        std::erase_if(snapshot.controllers,
+                      [&](const Controller& each) { return each.id != *options.controller; });
+    return snapshot;
 }
 
 static void takeSnapshot(const Options& options, Snapshot* snapshot) {
@@ -107,14 +113,25 @@ static std::string formatLines(const Lines& lines, bool quiet) {
     return text;
 }
 
+// The state to keep for the next run: what this one did not read stays as it was.
+static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier) {
+    Snapshot kept = report.snapshot;
+    if (earlier != nullptr)
+        keepUnread(*earlier, &kept);
+    if (earlier != nullptr && options.controller)
+        keepOtherControllers(*earlier, &kept);
+    return formatJson({kept, report.findings, report.limits});
+}
+
 // Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
 // read at all is reported and not kept.
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline) {
-    Snapshot earlier;
+    Snapshot saved;
     bool missing = false;
-    std::string problem = readSnapshot(options.changes, options, &earlier, &missing);
+    std::string problem = readSnapshot(options.changes, &saved, &missing);
     if (!problem.empty() && !missing)
         return problem;
+    const Snapshot earlier = limitedTo(options, saved);
     const bool readable = !report.snapshot.controllers.empty();
     const Lines lines =
         readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline)
@@ -122,7 +139,9 @@ static std::string reportChanges(const Options& options, const Report& report, c
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
-    return problem.empty() && readable ? replaceFile(options.changes, formatJson(report)) : problem;
+    if (!problem.empty() || !readable)
+        return problem;
+    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved));
 }
 
 static std::string reportState(const Options& options, const Report& report) {
@@ -137,7 +156,8 @@ static int run(const Options& options) {
     bool missing = false;
     std::string problem = readLimits(options.limits, &limits);
     if (problem.empty() && !options.baseline.empty())
-        problem = readSnapshot(options.baseline, options, &baseline, &missing);
+        problem = readSnapshot(options.baseline, &baseline, &missing);
+    baseline = limitedTo(options, std::move(baseline));
     if (!problem.empty())
         return printError(options, problem);
     takeSnapshot(options, &snapshot);

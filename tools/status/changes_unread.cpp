@@ -1,0 +1,111 @@
+// What could not be read now is taken from an earlier snapshot of the same adapters: it is not missing now,
+// and not new when it can be read again.
+#include "tools/status/changes_unread.h"
+
+#include <algorithm>
+
+#include "snapshot/state.h"
+#include "tools/status/facts.h"
+
+template <typename Record>
+static void keepRecord(const std::optional<Record>& earlier, std::optional<Record>* now) {
+    if (!*now)
+        *now = earlier;
+}
+
+// A drive that cannot be accessed refuses operations; what it reported before does not apply to it anymore.
+static void keepDetails(const Drive& earlier, Drive* now) {
+    if (fieldText(earlier.info.serial) != fieldText(now->info.serial) || isInaccessible(*now))
+        return;
+    keepRecord(earlier.settings, &now->settings);
+    keepRecord(earlier.patrol, &now->patrol);
+    keepRecord(earlier.locate, &now->locate);
+    keepRecord(earlier.speed3Gb, &now->speed3Gb);
+}
+
+// A listing that was refused halfway has all drives up to the last one that it contains.
+static void keepDrives(const Controller& earlier, Controller* now) {
+    for (Drive& drive : now->drives)
+        if (const Drive* before = findDrive(earlier, drive.number))
+            keepDetails(*before, &drive);
+    if (!isRefused(*now, "q5_getPhyDrvInfo"))
+        return;
+    const std::uint32_t last = now->drives.empty() ? 0 : now->drives.back().number;
+    for (const Drive& drive : earlier.drives)
+        if (drive.number > last)
+            now->drives.push_back(drive);
+}
+
+static void keepEnclosures(const Controller& earlier, Controller* now) {
+    const bool refused = isRefused(*now, "q5_getEnclosureInfo");
+    for (const Enclosure& before : earlier.enclosures) {
+        const auto same = std::find_if(now->enclosures.begin(), now->enclosures.end(),
+                                       [&](const Enclosure& each) { return each.id == before.id; });
+        if (same != now->enclosures.end())
+            keepRecord(before.status, &same->status);
+        else if (refused)
+            now->enclosures.push_back(before);
+    }
+    std::sort(now->enclosures.begin(), now->enclosures.end(),
+              [](const Enclosure& left, const Enclosure& right) { return left.id < right.id; });
+}
+
+static bool isReported(const LogicalDrive& drive, ActivityBit kind) {
+    return std::any_of(drive.activities.begin(), drive.activities.end(),
+                       [&](const Activity& activity) { return activity.kind == kind; });
+}
+
+// The activities and lost members of an earlier time are kept only while the logical drive still has some.
+static void keepDetails(const LogicalDrive& earlier, LogicalDrive* now) {
+    keepRecord(earlier.settings, &now->settings);
+    if (arrayState(*now) != ArrayState::online)
+        keepRecord(earlier.lostMask, &now->lostMask);
+    for (const Activity& activity : earlier.activities)
+        if ((now->info.activityStatus & activity.kind) != 0 && !isReported(*now, activity.kind))
+            now->activities.push_back(activity);
+}
+
+static void keepLogicalDrives(const Controller& earlier, Controller* now) {
+    if (isRefused(*now, "q5_getLogDrvInfo"))
+        now->logicalDrives = earlier.logicalDrives;
+    for (LogicalDrive& drive : now->logicalDrives) {
+        for (const LogicalDrive& before : earlier.logicalDrives)
+            if (before.info.logDrvId == drive.info.logDrvId)
+                keepDetails(before, &drive);
+        resolveMembers(*now, &drive);
+    }
+}
+
+static void keepController(const Controller& earlier, Controller* now) {
+    keepRecord(earlier.info, &now->info);
+    keepRecord(earlier.version, &now->version);
+    keepRecord(earlier.settings, &now->settings);
+    keepRecord(earlier.place, &now->place);
+    keepRecord(earlier.driver, &now->driver);
+    keepRecord(earlier.battery, &now->battery);
+    keepEnclosures(earlier, now);
+    keepDrives(earlier, now);
+    keepLogicalDrives(earlier, now);
+}
+
+static bool isCountUnread(const Snapshot& snapshot) {
+    return std::any_of(snapshot.faults.begin(), snapshot.faults.end(),
+                       [](const Fault& fault) { return fault.operation == "q5_getNumberOfHBA"; });
+}
+
+void keepUnread(const Snapshot& earlier, Snapshot* now) {
+    for (Controller& controller : now->controllers)
+        if (const Controller* before = findController(earlier, controller.id))
+            keepController(*before, &controller);
+    if (isCountUnread(*now))
+        keepOtherControllers(earlier, now);
+}
+
+void keepOtherControllers(const Snapshot& earlier, Snapshot* now) {
+    for (const Controller& controller : earlier.controllers)
+        if (findController(*now, controller.id) == nullptr)
+            now->controllers.push_back(controller);
+    std::sort(now->controllers.begin(), now->controllers.end(),
+              [](const Controller& left, const Controller& right) { return left.id < right.id; });
+    now->controllerCount = earlier.controllerCount;
+}
