@@ -258,6 +258,45 @@ TEST(Plan, NotesAMemberThatWasLostSince) {
                      "logical drive 0 Mirror has lost a member since; a rebuild makes it complete"}));
 }
 
+// The same level, size and sectors, but the drives are of another array.
+TEST(Plan, AnArrayOfOtherDrivesPreventsThePlan) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::strcpy(now.logicalDrives[0].info.name, "Payroll");
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 2 has another serial: X instead of C; if it is the replacement, "
+                                     "add --drives 2=2"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, (Texts{"drive 2 is another drive; its settings stay"}));
+}
+
+// It was rebuilt onto the replacement of a member: the map says so.
+TEST(Plan, AcceptsTheReplacementOfAMember) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::strcpy(now.logicalDrives[0].info.name, "Other");
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {{2, 2}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), (Texts{"set logical drive 0: name=Mirror"}));
+}
+
+// The new drive is not a member yet: only the others have to be the saved ones.
+TEST(Plan, FindsAnArrayWhoseLostMemberWasReplaced) {
+    const Controller saved = controllerWithMirror();
+    Controller now = controllerWithHalfAMirror();
+    now.drives.push_back(controllerWith(2, 40960).drives[1]);
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.obstacles, Texts());
+    now.drives[0].info.serial[0] = 'Y';
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles,
+              (Texts{"drive 1 has another serial: Y instead of B; if it is the replacement, "
+                     "add --drives 1=1"}));
+}
+
 TEST(Plan, CannotPlaceALostMember) {
     const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles,

@@ -100,6 +100,25 @@ TEST_F(Restore, ADifferentArrayPreventsThePlan) {
     EXPECT_EQ(files().size(), 2u); // no log either
 }
 
+// As large, and on the same sectors of drives with the same numbers.
+TEST_F(Restore, AnEqualArrayOfOtherDrivesPreventsThePlan) {
+    controller()["drives"][0]["serial"] = "S8888";
+    controller()["drives"][1]["serial"] = "S9999";
+    controller()["logicalDrives"][0]["name"] = "Payroll";
+    session.useWorld(world.dump());
+    cli({"ctrl"});
+    const std::string before = session.worldText();
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 4);
+    for (const char* line : {"prevented: drive 1 has another serial: S8888 instead of S0001; if it is the "
+                             "replacement, add --drives 1=1\n",
+                             "prevented: drive 2 has another serial: S9999 instead of S0002; if it is the "
+                             "replacement, add --drives 2=2\n"})
+        EXPECT_NE(outcome.out.find(line), std::string::npos) << outcome;
+    EXPECT_EQ(outcome.out.find("Payroll"), std::string::npos) << outcome;
+    EXPECT_EQ(session.worldText(), before);
+}
+
 TEST_F(Restore, AMissingDrivePreventsThePlan) {
     blank(&controller());
     controller()["drives"].erase(1);

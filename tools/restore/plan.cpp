@@ -44,6 +44,18 @@ bool hasSerialOf(const Drive& saved, const Drive& drive) {
     return serialOf(saved) == serialOf(drive);
 }
 
+// Why the present drive is not the expected one; empty: it is. The drive map accepts any.
+static std::string obstacleToSerial(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    const Drive* now = presentDrive(planning, savedDrive);
+    if (planning.drives.count(savedDrive) != 0 || saved == nullptr || now == nullptr ||
+        hasSerialOf(*saved, *now))
+        return "";
+    const std::string number = std::to_string(savedDrive);
+    return driveName(savedDrive) + " has another serial: " + serialOf(*now) + " instead of " +
+           serialOf(*saved) + "; if it is the replacement, add --drives " + number + "=" + number;
+}
+
 // Why a saved drive that is not left out cannot be used; empty: it can.
 static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
     const auto number = mappedDrive(planning, savedDrive);
@@ -52,22 +64,28 @@ static std::string obstacleToDrive(const Planning& planning, std::uint32_t saved
     const std::string serial = saved != nullptr ? serialOf(*saved) : "unknown";
     if (now == nullptr)
         return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " + serial;
-    if (planning.drives.count(savedDrive) == 0 && saved != nullptr && !hasSerialOf(*saved, *now))
-        return driveName(*number) + " has another serial: " + serialOf(*now) + " instead of " + serial +
-               "; if it is the replacement, add --drives " + std::to_string(savedDrive) + "=" +
-               std::to_string(*number);
+    const std::string otherSerial = obstacleToSerial(planning, savedDrive);
+    if (!otherSerial.empty())
+        return otherSerial;
     if (isInaccessible(*now))
         return driveName(*number) + " gives no access";
     return "";
 }
 
-bool isUsable(Planning* planning, std::uint32_t savedDrive) {
-    if (isLeftOut(*planning, savedDrive))
-        return false;
-    const std::string obstacle = obstacleToDrive(*planning, savedDrive);
+// Returns whether there is no obstacle.
+static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::string& obstacle) {
     if (!obstacle.empty() && planning->refused.insert(savedDrive).second)
         planning->plan.obstacles.push_back(obstacle);
     return obstacle.empty();
+}
+
+bool isUsable(Planning* planning, std::uint32_t savedDrive) {
+    return !isLeftOut(*planning, savedDrive) &&
+           refuse(planning, savedDrive, obstacleToDrive(*planning, savedDrive));
+}
+
+bool isExpected(Planning* planning, std::uint32_t savedDrive) {
+    return refuse(planning, savedDrive, obstacleToSerial(*planning, savedDrive));
 }
 
 bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector) {
@@ -102,7 +120,7 @@ static void noteOtherArrays(Planning* planning) {
 }
 
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives) {
-    Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}};
+    Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}, {}};
     for (const LogicalDrive& drive : now.logicalDrives)
         planning.takenIds.insert(drive.info.logDrvId);
     planController(&planning);

@@ -242,14 +242,34 @@ static bool hasLostMember(const LogicalDrive& drive) {
                        [](const Member& member) { return member.lost; });
 }
 
+// Equal sectors do not show that it is the same logical drive: its data is on the drives. A member that was
+// rebuilt onto another drive is accepted if that drive is mapped; where nothing is known of a member, now or
+// in the backup, the others have to match.
+static bool isOnSavedDrives(Planning* planning, const LogicalDrive& present, const MemberPlaces& places) {
+    const MemberPlaces found = placesOf(planning->now, present);
+    bool allExpected = true;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (places[i].isKnown() && found[i].isKnown() && !isExpected(planning, places[i].savedDrive))
+            allExpected = false;
+    return allExpected;
+}
+
+static void planInPlace(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present,
+                        const MemberPlaces& places) {
+    const std::uint32_t id = present.info.logDrvId;
+    noteId(planning, saved, id);
+    if (!isOnSavedDrives(planning, present, places))
+        planning->unsettled.insert(id);
+    else if (hasLostMember(present) && !hasLostMember(saved))
+        planning->plan.notes.push_back(arrayName(present, id) +
+                                       " has lost a member since; a rebuild makes it complete");
+}
+
 static void planArray(Planning* planning, const LogicalDrive& saved) {
     MemberPlaces places = placesOf(planning->saved, saved);
     mapPlaces(*planning, &places);
     if (const LogicalDrive* present = findInPlace(*planning, saved, places)) {
-        noteId(planning, saved, present->info.logDrvId);
-        if (hasLostMember(*present) && !hasLostMember(saved))
-            planning->plan.notes.push_back(arrayName(*present, present->info.logDrvId) +
-                                           " has lost a member since; a rebuild makes it complete");
+        planInPlace(planning, saved, *present, places);
     } else if (arePlacesKnown(planning, saved, places)) {
         planCreation(planning, saved, places);
     }
