@@ -297,6 +297,40 @@ TEST(Plan, FindsAnArrayWhoseLostMemberWasReplaced) {
                      "add --drives 1=1"}));
 }
 
+// What could not be read is not known to be absent, neither in the backup nor now.
+TEST(Plan, ListsThatCouldNotBeReadPreventThePlan) {
+    const Controller whole = controllerWithMirror();
+    Controller broken = whole;
+    broken.logicalDrives.clear();
+    broken.faults = {{"q5_getBatteryInfo", FaultKind::refused, 1},
+                     {"q5_getLogDrvInfo", FaultKind::refused, 7},
+                     {"q5_getPhyDrvInfo", FaultKind::repeated, 2}};
+    const Plan plan = makePlan(broken, whole, {});
+    EXPECT_EQ(plan.obstacles,
+              (Texts{"the backup does not contain all logical drives, because they could not be read: "
+                     "q5_getLogDrvInfo failed with result 7",
+                     "the backup does not contain all drives, because they could not be read: "
+                     "q5_getPhyDrvInfo listed ID 2 twice or out of order"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, Texts());
+    EXPECT_EQ(makePlan(whole, broken, {}).obstacles,
+              (Texts{"not all logical drives can be read: q5_getLogDrvInfo failed with result 7",
+                     "not all drives can be read: q5_getPhyDrvInfo listed ID 2 twice or out of order"}));
+}
+
+TEST(Plan, RecordsWithImpossibleCountsPreventThePlan) {
+    const Controller whole = controllerWithMirror();
+    Controller broken = whole;
+    broken.drives[1].faults = {{"q5_getPhyDrvSettings", FaultKind::refused, 1},
+                               {"q5_getPhyDrvInfo", FaultKind::impossible, 99}};
+    broken.logicalDrives[0].faults = {{"q5_getLogDrvInfo", FaultKind::impossible, 77}};
+    EXPECT_EQ(makePlan(broken, whole, {}).obstacles,
+              (Texts{"the backup does not contain all drives, because they could not be read: "
+                     "q5_getPhyDrvInfo returned the impossible count 99",
+                     "the backup does not contain all logical drives, because they could not be read: "
+                     "q5_getLogDrvInfo returned the impossible count 77"}));
+}
+
 TEST(Plan, CannotPlaceALostMember) {
     const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles,

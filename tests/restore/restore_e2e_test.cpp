@@ -119,6 +119,36 @@ TEST_F(Restore, AnEqualArrayOfOtherDrivesPreventsThePlan) {
     EXPECT_EQ(session.worldText(), before);
 }
 
+TEST_F(Restore, ABackupWithoutItsLogicalDrivesPreventsThePlan) {
+    ASSERT_EQ(q5sim({"refuse", "q5_getLogDrvInfo"}).status, 0);
+    EXPECT_EQ(backup().status, 1);
+    ASSERT_EQ(stems().size(), 2u);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    for (const Words& words : {Words{}, Words{"--apply"}}) {
+        const ProcessOutcome outcome = restore(words);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_EQ(outcome.out.rfind("prevented: the backup does not contain all logical drives, because they "
+                                    "could not be read: q5_getLogDrvInfo failed with result ",
+                                    0),
+                  0u)
+            << outcome;
+    }
+}
+
+// Nothing is created over logical drives that cannot be listed.
+TEST_F(Restore, ListsThatCannotBeReadNowPreventThePlan) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_getLogDrvInfo"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 4) << outcome;
+    EXPECT_EQ(outcome.out.rfind("prevented: not all logical drives can be read: q5_getLogDrvInfo failed "
+                                "with result ",
+                                0),
+              0u)
+        << outcome;
+}
+
 TEST_F(Restore, AMissingDrivePreventsThePlan) {
     blank(&controller());
     controller()["drives"].erase(1);

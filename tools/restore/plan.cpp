@@ -108,6 +108,31 @@ bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector) {
     return true;
 }
 
+// What the operation lists; nullptr: nothing that is restored.
+static const char* listedBy(const Fault& fault) {
+    if (fault.operation == "q5_getLogDrvInfo")
+        return "logical drives";
+    return fault.operation == "q5_getPhyDrvInfo" ? "drives" : nullptr;
+}
+
+static void addUnread(std::vector<std::string>* obstacles, const Faults& faults, bool inBackup) {
+    for (const Fault& fault : faults)
+        if (const char* what = listedBy(fault))
+            obstacles->push_back((inBackup ? std::string("the backup does not contain all ") + what +
+                                                 ", because they could not be read: "
+                                           : std::string("not all ") + what + " can be read: ") +
+                                 printable(faultText(fault)));
+}
+
+// An incomplete list would look as if the rest did not exist.
+static void checkLists(std::vector<std::string>* obstacles, const Controller& controller, bool inBackup) {
+    addUnread(obstacles, controller.faults, inBackup);
+    for (const Drive& drive : controller.drives)
+        addUnread(obstacles, drive.faults, inBackup);
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        addUnread(obstacles, drive.faults, inBackup);
+}
+
 static void noteOtherArrays(Planning* planning) {
     for (const LogicalDrive& drive : planning->now.logicalDrives) {
         bool known = false;
@@ -121,6 +146,10 @@ static void noteOtherArrays(Planning* planning) {
 
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives) {
     Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}, {}};
+    checkLists(&planning.plan.obstacles, saved, true);
+    checkLists(&planning.plan.obstacles, now, false);
+    if (!planning.plan.obstacles.empty())
+        return planning.plan;
     for (const LogicalDrive& drive : now.logicalDrives)
         planning.takenIds.insert(drive.info.logDrvId);
     planController(&planning);
