@@ -331,6 +331,26 @@ TEST(Plan, RecordsWithImpossibleCountsPreventThePlan) {
                      "q5_getLogDrvInfo returned the impossible count 77"}));
 }
 
+// Too many members are gone for a rebuild.
+TEST(Plan, AnOfflineArrayPreventsThePlan) {
+    Controller now = controllerWithHalfAMirror();
+    now.logicalDrives[0].info.functionalStatus = 0;
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"logical drive 0 Mirror is offline without drive 2: a rebuild cannot complete it"}));
+    now.logicalDrives[0].lostMask = 0;
+    resolveMembers(now, &now.logicalDrives[0]);
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"logical drive 0 Mirror is offline: a rebuild cannot complete it"}));
+}
+
+TEST(Plan, NotesAnArrayThatWasOfflineAlready) {
+    Controller saved = controllerWithHalfAMirror();
+    saved.logicalDrives[0].info.functionalStatus = 0;
+    const Plan plan = makePlan(saved, saved, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is offline, as it was when it was saved"}));
+}
+
 TEST(Plan, CannotPlaceALostMember) {
     const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles,

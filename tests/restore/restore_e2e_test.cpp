@@ -149,6 +149,29 @@ TEST_F(Restore, ListsThatCannotBeReadNowPreventThePlan) {
         << outcome;
 }
 
+// A RAID5 that lost two of its three drives.
+TEST_F(Restore, AnOfflineArrayPreventsThePlan) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(
+        cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 2 3", "-z", "name=Five,raid=raid5,capacity=200"})
+            .status,
+        0);
+    ASSERT_EQ(q5sim({"advance", "--until-idle"}).status, 0);
+    ASSERT_LE(backup().status, 1);
+    for (const char* drive : {"2", "3"})
+        ASSERT_EQ(q5sim({"pull-drive", "0", drive}).status, 0);
+    for (const Words& words : {Words{}, Words{"--apply"}}) {
+        const ProcessOutcome outcome = restore(words);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_NE(outcome.out.find("prevented: logical drive 0 Five is offline without drive 2, drive 3: a "
+                                   "rebuild cannot complete it\n"),
+                  std::string::npos)
+            << outcome;
+        EXPECT_EQ(outcome.out.find("a rebuild makes it complete"), std::string::npos) << outcome;
+    }
+}
+
 TEST_F(Restore, AMissingDrivePreventsThePlan) {
     blank(&controller());
     controller()["drives"].erase(1);

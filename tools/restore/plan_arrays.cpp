@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "config/import_set.h"
+#include "snapshot/state.h"
 #include "snapshot/text.h"
 #include "snapshot/words.h"
 #include "tools/restore/planning.h"
@@ -242,6 +243,31 @@ static bool hasLostMember(const LogicalDrive& drive) {
                        [](const Member& member) { return member.lost; });
 }
 
+static bool isOffline(const LogicalDrive& drive) {
+    return arrayState(drive) == ArrayState::offline;
+}
+
+static std::string lostDrives(const LogicalDrive& drive) {
+    std::string text;
+    for (const Member& member : drive.members)
+        if (member.lost)
+            text += (text.empty() ? " without " : ", ") + driveName(member.number);
+    return text;
+}
+
+// What a restore does not change: members that were lost since, and data that is not accessible.
+static void reportState(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present) {
+    const std::string name = arrayName(present, present.info.logDrvId);
+    Plan& plan = planning->plan;
+    if (isOffline(present) && isOffline(saved))
+        plan.notes.push_back(name + " is offline, as it was when it was saved");
+    else if (isOffline(present))
+        plan.obstacles.push_back(name + " is offline" + lostDrives(present) +
+                                 ": a rebuild cannot complete it");
+    else if (hasLostMember(present) && !hasLostMember(saved))
+        plan.notes.push_back(name + " has lost a member since; a rebuild makes it complete");
+}
+
 // Equal sectors do not show that it is the same logical drive: its data is on the drives. A member that was
 // rebuilt onto another drive is accepted if that drive is mapped; where nothing is known of a member, now or
 // in the backup, the others have to match.
@@ -260,9 +286,8 @@ static void planInPlace(Planning* planning, const LogicalDrive& saved, const Log
     noteId(planning, saved, id);
     if (!isOnSavedDrives(planning, present, places))
         planning->unsettled.insert(id);
-    else if (hasLostMember(present) && !hasLostMember(saved))
-        planning->plan.notes.push_back(arrayName(present, id) +
-                                       " has lost a member since; a rebuild makes it complete");
+    else
+        reportState(planning, saved, present);
 }
 
 static void planArray(Planning* planning, const LogicalDrive& saved) {
