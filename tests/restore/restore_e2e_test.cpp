@@ -310,7 +310,7 @@ TEST_F(Restore, StopsAtEachKindOfStepAndContinues) {
         ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
         const ProcessOutcome outcome = restore({"--apply"});
         EXPECT_EQ(outcome.status, 0) << outcome;
-        EXPECT_EQ(outcome.out.rfind("Continuing: ", 0), 0u) << outcome;
+        EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore", 0), 0u) << outcome;
         EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
     }
 }
@@ -322,10 +322,27 @@ TEST_F(Restore, ContinuesWhereItStopped) {
     ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
     ASSERT_EQ(restore({"--apply", "--drives", "2=2"}).status, 5);
     ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const std::string map = "Continues an unfinished restore with --drives 2=2: 2 of the steps were done.\n";
+    const ProcessOutcome before = restore({});
+    EXPECT_EQ(before.status, 1) << before;
+    EXPECT_EQ(before.out.rfind(map + "1. make extent 0 of drive 3 a global spare\nOn a copy", 0), 0u)
+        << before;
+    EXPECT_EQ(restore({"--drives", "2=2"}).out, before.out);
     const ProcessOutcome outcome = restore({"--apply"});
     EXPECT_EQ(outcome.status, 0) << outcome;
-    EXPECT_EQ(outcome.out.rfind("Continuing: 2 of the steps were done.\n"
-                                "1. make extent 0 of drive 3 a global spare\n",
+    EXPECT_EQ(outcome.out.rfind(map + "1. make extent 0 of drive 3 a global spare\n", 0), 0u) << outcome;
+}
+
+TEST_F(Restore, ContinuesWithTheSameCommand) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
+    ASSERT_EQ(restore({"--apply", "--drives", "1=3,3=1"}).status, 5);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply", "--drives", "1=3,3=1"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore with --drives 1=3,3=1: 2 of the steps were "
+                                "done.\n",
                                 0),
               0u)
         << outcome;
@@ -339,6 +356,7 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
     EXPECT_EQ(
         restore({"--apply", "--log", "log", "--drives", "1=1"}),
         (ProcessOutcome{3, "", "cli-restore: log is the log of an unfinished restore with --drives \"\"\n"}));
+    EXPECT_EQ(restore({"--log", "log", "--drives", "1=1"}).status, 3); // as with --apply
     std::string log = content("log");
     log.replace(log.find("backup=") + 7, 1, "x");
     writeFile(session.path("log"), log);
