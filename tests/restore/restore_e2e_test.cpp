@@ -366,6 +366,20 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
                   "cli-restore: log is the log of an unfinished restore of another backup or controller\n"}));
 }
 
+TEST_F(Restore, KeepsItsLogOutOfTheBackup) {
+    const Files before = files();
+    std::filesystem::create_hard_link(session.path(newest() + ".json"), session.path("link"));
+    blank(&controller());
+    session.useWorld(world.dump());
+    for (const std::string& log : {newest() + ".cfg", newest() + ".json", std::string("link")}) {
+        const std::string problem =
+            "cli-restore: the log " + log + " is a file of the backup\nTry \"cli-restore --help\".\n";
+        EXPECT_EQ(restore({"--apply", "--log", log}), (ProcessOutcome{2, "", problem}));
+        EXPECT_EQ(restore({"--log", log}), (ProcessOutcome{2, "", problem}));
+    }
+    EXPECT_EQ(files(), before);
+}
+
 TEST_F(Restore, ChangesNothingWithoutALog) {
     blank(&controller());
     session.useWorld(world.dump());

@@ -1,4 +1,6 @@
 // cli-restore: plans the restore of a saved controller, and applies the plan.
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "commands/change_lock.h"
@@ -113,6 +115,16 @@ static std::string logPath(const RestoreOptions& options, const Saved& saved) {
                                 : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
 }
 
+// The log would damage the backup.
+static bool isInBackup(const std::string& path, const Saved& saved) {
+    struct stat log = {}, file = {};
+    for (const char* suffix : {".cfg", ".json"})
+        if (stat(path.c_str(), &log) == 0 && stat((saved.stem + suffix).c_str(), &file) == 0 &&
+            log.st_dev == file.st_dev && log.st_ino == file.st_ino)
+            return true;
+    return false;
+}
+
 static LogHeader headerOf(const RestoreOptions& options, const Saved& saved) {
     return {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
 }
@@ -156,6 +168,11 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
         return printError("the backup has no controller " + std::to_string(id));
     if (id >= now->controllerCount)
         return printError("there is no controller " + std::to_string(id));
+    const std::string path = logPath(options, saved);
+    if (isInBackup(path, saved)) {
+        refuseRestore("the log " + path + " is a file of the backup");
+        return kUsage;
+    }
     if (options.apply) {
         const int lock = lockChanges();
         const int status = applyLocked(options, saved, *controller);
