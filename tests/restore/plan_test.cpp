@@ -365,6 +365,43 @@ TEST(Plan, LeavesOutAnIncompleteArray) {
     EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is left out: it had lost drive 2"}));
 }
 
+TEST(Plan, ReportsAMapThatNamesOtherDrives) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    now.drives.push_back(controllerWith(3, 40960).drives[2]);
+    const std::string where = " names other drives than those of logical drive 0 Mirror, RAID1 of 8192 "
+                              "sectors on drive 1 (8192 sectors from 4096), drive 2 (8192 sectors from 4096)";
+    for (const char* text : {"1=3", "1=2,2=1", "1=-", "1=99"}) {
+        DriveMap map;
+        ASSERT_EQ(readDriveMap(text, &map), "");
+        const Plan plan = makePlan(saved, now, map);
+        EXPECT_EQ(plan.obstacles, (Texts{std::string("--drives ") + text + where}));
+        for (const std::string& note : plan.notes)
+            EXPECT_EQ(note.find("is not in the backup"), std::string::npos) << note;
+    }
+    now.drives[1].info.serial[0] = 'X'; // replaced
+    EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, (Texts{"--drives 1=3" + where}));
+}
+
+// Its drives are in other places since.
+TEST(Plan, FindsAMovedArrayByTheMap) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::swap(now.drives[0].info.serial, now.drives[1].info.serial);
+    std::swap(now.logicalDrives[0].info.memberIds[0], now.logicalDrives[0].info.memberIds[1]);
+    const Plan plan = makePlan(saved, now, {{1, 2}, {2, 1}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), Texts());
+}
+
+TEST(Plan, KnowsTheDrivesOfTheBackup) {
+    Controller saved = controllerWithHalfAMirror();
+    EXPECT_EQ(unknownDrive(saved, {{1, 5}, {2, std::nullopt}}), std::nullopt); // drive 2 was lost
+    EXPECT_EQ(unknownDrive(saved, {{1, 5}, {20, 1}}), 20u);
+    saved.faults = {{"q5_getPhyDrvInfo", FaultKind::refused, 1}};
+    EXPECT_EQ(unknownDrive(saved, {{20, 1}}), std::nullopt);
+}
+
 // The same name, level and size on other drives.
 TEST(Plan, NamesTheMembersOfADifferentArray) {
     Controller now = controllerWith(3, 40960);

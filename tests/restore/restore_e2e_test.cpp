@@ -205,6 +205,12 @@ TEST_F(Restore, UsesAnotherDrive) {
     EXPECT_NE(outcome.out.find("make extent 0 of drive 1 a global spare\n"), std::string::npos) << outcome;
 }
 
+TEST_F(Restore, RefusesToMapADriveThatWasNotSaved) {
+    EXPECT_EQ(
+        restore({"--drives", "20=1"}),
+        (ProcessOutcome{2, "", "cli-restore: the backup has no drive 20\nTry \"cli-restore --help\".\n"}));
+}
+
 TEST_F(Restore, LeavesADriveOut) {
     blank(&controller());
     controller()["drives"].erase(2);

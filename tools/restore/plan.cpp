@@ -133,6 +133,23 @@ static void checkLists(std::vector<std::string>* obstacles, const Controller& co
         addUnread(obstacles, drive.faults, inBackup);
 }
 
+static bool isInBackup(const Controller& saved, std::uint32_t number) {
+    bool found = findDrive(saved, number) != nullptr;
+    for (const LogicalDrive& drive : saved.logicalDrives)
+        for (const Member& member : drive.members)
+            found = found || member.number == number;
+    return found;
+}
+
+std::optional<std::uint32_t> unknownDrive(const Controller& saved, const DriveMap& drives) {
+    std::vector<std::string> incomplete;
+    checkLists(&incomplete, saved, true);
+    for (const auto& [from, to] : drives)
+        if (incomplete.empty() && !isInBackup(saved, from))
+            return from;
+    return std::nullopt;
+}
+
 static void noteOtherArrays(Planning* planning) {
     for (const LogicalDrive& drive : planning->now.logicalDrives) {
         bool known = false;

@@ -25,6 +25,15 @@ static MemberPlace placeOf(const Controller& controller, std::uint32_t number, s
     return extent != nullptr ? MemberPlace{number, 0, extent->start, extent->size} : MemberPlace{number};
 }
 
+// 0: none.
+static std::uint32_t driveWithSerialOf(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    for (const Drive& drive : planning.now.drives)
+        if (saved != nullptr && hasSerialOf(*saved, drive))
+            return drive.number;
+    return 0;
+}
+
 // Where the members of a logical drive are, in their order.
 static MemberPlaces placesOf(const Controller& controller, const LogicalDrive& array) {
     MemberPlaces places;
@@ -290,12 +299,51 @@ static void planInPlace(Planning* planning, const LogicalDrive& saved, const Log
         reportState(planning, saved, present);
 }
 
+// The logical drive that the map hides: it is on the drives with the saved serials, or with the saved
+// numbers.
+static const LogicalDrive* findWithoutMap(const Planning& planning, const LogicalDrive& saved,
+                                          const MemberPlaces& places) {
+    MemberPlaces bySerial = places, byNumber = places;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        byNumber[i].drive = places[i].savedDrive;
+        bySerial[i].drive = driveWithSerialOf(planning, places[i].savedDrive);
+    }
+    const LogicalDrive* found = findInPlace(planning, saved, bySerial);
+    return found != nullptr ? found : findInPlace(planning, saved, byNumber);
+}
+
+// The part of the map that is about the members.
+static DriveMap memberMap(const Planning& planning, const MemberPlaces& places) {
+    DriveMap map;
+    for (const MemberPlace& place : places) {
+        const auto entry = planning.drives.find(place.savedDrive);
+        if (entry != planning.drives.end())
+            map.insert(*entry);
+    }
+    return map;
+}
+
+// Adds an obstacle if it does.
+static bool isHiddenByMap(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    const DriveMap map = memberMap(*planning, places);
+    const LogicalDrive* present = map.empty() ? nullptr : findWithoutMap(*planning, saved, places);
+    if (present == nullptr)
+        return false;
+    const std::uint32_t id = present->info.logDrvId;
+    planning->plan.obstacles.push_back("--drives " + driveMapText(map) +
+                                       " names other drives than those of " +
+                                       describe(planning->now, *present));
+    planning->ids[saved.info.arrayId] = id;
+    planning->unsettled.insert(id);
+    return true;
+}
+
 static void planArray(Planning* planning, const LogicalDrive& saved) {
     MemberPlaces places = placesOf(planning->saved, saved);
     mapPlaces(*planning, &places);
     if (const LogicalDrive* present = findInPlace(*planning, saved, places)) {
         planInPlace(planning, saved, *present, places);
-    } else if (arePlacesKnown(planning, saved, places)) {
+    } else if (!isHiddenByMap(planning, saved, places) && arePlacesKnown(planning, saved, places)) {
         planCreation(planning, saved, places);
     }
 }

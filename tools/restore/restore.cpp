@@ -168,6 +168,10 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
         return printError("the backup has no controller " + std::to_string(id));
     if (id >= now->controllerCount)
         return printError("there is no controller " + std::to_string(id));
+    if (const auto unknown = unknownDrive(*controller, options.drives)) {
+        refuseRestore("the backup has no drive " + std::to_string(*unknown));
+        return kUsage;
+    }
     const std::string path = logPath(options, saved);
     if (isInBackup(path, saved)) {
         refuseRestore("the log " + path + " is a file of the backup");
