@@ -351,6 +351,14 @@ TEST(Plan, NotesAnArrayThatWasOfflineAlready) {
     EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is offline, as it was when it was saved"}));
 }
 
+TEST(Plan, NotesAMigration) {
+    Controller now = controllerWithMirror();
+    now.logicalDrives[0].info.activityStatus = kMigrating;
+    const Plan plan = makePlan(controllerWithMirror(), now, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is being migrated; it will be different"}));
+}
+
 TEST(Plan, CannotPlaceALostMember) {
     const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles,

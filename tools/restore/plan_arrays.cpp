@@ -275,6 +275,8 @@ static void reportState(Planning* planning, const LogicalDrive& saved, const Log
                                  ": a rebuild cannot complete it");
     else if (hasLostMember(present) && !hasLostMember(saved))
         plan.notes.push_back(name + " has lost a member since; a rebuild makes it complete");
+    if ((present.info.activityStatus & kMigrating) != 0)
+        plan.notes.push_back(name + " is being migrated; it will be different");
 }
 
 // Equal sectors do not show that it is the same logical drive: its data is on the drives. A member that was
