@@ -258,6 +258,107 @@ TEST(Plan, NotesAMemberThatWasLostSince) {
                      "logical drive 0 Mirror has lost a member since; a rebuild makes it complete"}));
 }
 
+// The same level, size and sectors, but the drives are of another array.
+TEST(Plan, AnArrayOfOtherDrivesPreventsThePlan) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::strcpy(now.logicalDrives[0].info.name, "Payroll");
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 2 has another serial: X instead of C; if it is the replacement, "
+                                     "add --drives 2=2"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, (Texts{"drive 2 is another drive; its settings stay"}));
+}
+
+// It was rebuilt onto the replacement of a member: the map says so.
+TEST(Plan, AcceptsTheReplacementOfAMember) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::strcpy(now.logicalDrives[0].info.name, "Other");
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {{2, 2}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), (Texts{"set logical drive 0: name=Mirror"}));
+}
+
+// The new drive is not a member yet: only the others have to be the saved ones.
+TEST(Plan, FindsAnArrayWhoseLostMemberWasReplaced) {
+    const Controller saved = controllerWithMirror();
+    Controller now = controllerWithHalfAMirror();
+    now.drives.push_back(controllerWith(2, 40960).drives[1]);
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.obstacles, Texts());
+    now.drives[0].info.serial[0] = 'Y';
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles,
+              (Texts{"drive 1 has another serial: Y instead of B; if it is the replacement, "
+                     "add --drives 1=1"}));
+}
+
+// What could not be read is not known to be absent, neither in the backup nor now.
+TEST(Plan, ListsThatCouldNotBeReadPreventThePlan) {
+    const Controller whole = controllerWithMirror();
+    Controller broken = whole;
+    broken.logicalDrives.clear();
+    broken.faults = {{"q5_getBatteryInfo", FaultKind::refused, 1},
+                     {"q5_getLogDrvInfo", FaultKind::refused, 7},
+                     {"q5_getPhyDrvInfo", FaultKind::repeated, 2}};
+    const Plan plan = makePlan(broken, whole, {});
+    EXPECT_EQ(plan.obstacles,
+              (Texts{"the backup does not contain all logical drives, because they could not be read: "
+                     "q5_getLogDrvInfo failed with result 7",
+                     "the backup does not contain all drives, because they could not be read: "
+                     "q5_getPhyDrvInfo listed ID 2 twice or out of order"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, Texts());
+    EXPECT_EQ(makePlan(whole, broken, {}).obstacles,
+              (Texts{"not all logical drives can be read: q5_getLogDrvInfo failed with result 7",
+                     "not all drives can be read: q5_getPhyDrvInfo listed ID 2 twice or out of order"}));
+}
+
+TEST(Plan, RecordsWithImpossibleCountsPreventThePlan) {
+    const Controller whole = controllerWithMirror();
+    Controller broken = whole;
+    broken.drives[1].faults = {{"q5_getPhyDrvSettings", FaultKind::refused, 1},
+                               {"q5_getPhyDrvInfo", FaultKind::impossible, 99}};
+    broken.logicalDrives[0].faults = {{"q5_getLogDrvInfo", FaultKind::impossible, 77}};
+    EXPECT_EQ(makePlan(broken, whole, {}).obstacles,
+              (Texts{"the backup does not contain all drives, because they could not be read: "
+                     "q5_getPhyDrvInfo returned the impossible count 99",
+                     "the backup does not contain all logical drives, because they could not be read: "
+                     "q5_getLogDrvInfo returned the impossible count 77"}));
+}
+
+// Too many members are gone for a rebuild.
+TEST(Plan, AnOfflineArrayPreventsThePlan) {
+    Controller now = controllerWithHalfAMirror();
+    now.logicalDrives[0].info.functionalStatus = 0;
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"logical drive 0 Mirror is offline without drive 2: a rebuild cannot complete it"}));
+    now.logicalDrives[0].lostMask = 0;
+    resolveMembers(now, &now.logicalDrives[0]);
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"logical drive 0 Mirror is offline: a rebuild cannot complete it"}));
+}
+
+TEST(Plan, NotesAnArrayThatWasOfflineAlready) {
+    Controller saved = controllerWithHalfAMirror();
+    saved.logicalDrives[0].info.functionalStatus = 0;
+    const Plan plan = makePlan(saved, saved, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is offline, as it was when it was saved"}));
+}
+
+TEST(Plan, NotesAMigration) {
+    Controller now = controllerWithMirror();
+    now.logicalDrives[0].info.activityStatus = kMigrating;
+    const Plan plan = makePlan(controllerWithMirror(), now, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is being migrated; it will be different"}));
+}
+
 TEST(Plan, CannotPlaceALostMember) {
     const Plan plan = makePlan(controllerWithHalfAMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles,
@@ -270,6 +371,43 @@ TEST(Plan, LeavesOutAnIncompleteArray) {
     EXPECT_EQ(plan.obstacles, Texts());
     EXPECT_EQ(textsOf(plan), (Texts{"split extent 0 of drive 1 at 6 MB"})); // the last free extent
     EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is left out: it had lost drive 2"}));
+}
+
+TEST(Plan, ReportsAMapThatNamesOtherDrives) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    now.drives.push_back(controllerWith(3, 40960).drives[2]);
+    const std::string where = " names other drives than those of logical drive 0 Mirror, RAID1 of 8192 "
+                              "sectors on drive 1 (8192 sectors from 4096), drive 2 (8192 sectors from 4096)";
+    for (const char* text : {"1=3", "1=2,2=1", "1=-", "1=99"}) {
+        DriveMap map;
+        ASSERT_EQ(readDriveMap(text, &map), "");
+        const Plan plan = makePlan(saved, now, map);
+        EXPECT_EQ(plan.obstacles, (Texts{std::string("--drives ") + text + where}));
+        for (const std::string& note : plan.notes)
+            EXPECT_EQ(note.find("is not in the backup"), std::string::npos) << note;
+    }
+    now.drives[1].info.serial[0] = 'X'; // replaced
+    EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, (Texts{"--drives 1=3" + where}));
+}
+
+// Its drives are in other places since.
+TEST(Plan, FindsAMovedArrayByTheMap) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    std::swap(now.drives[0].info.serial, now.drives[1].info.serial);
+    std::swap(now.logicalDrives[0].info.memberIds[0], now.logicalDrives[0].info.memberIds[1]);
+    const Plan plan = makePlan(saved, now, {{1, 2}, {2, 1}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), Texts());
+}
+
+TEST(Plan, KnowsTheDrivesOfTheBackup) {
+    Controller saved = controllerWithHalfAMirror();
+    EXPECT_EQ(unknownDrive(saved, {{1, 5}, {2, std::nullopt}}), std::nullopt); // drive 2 was lost
+    EXPECT_EQ(unknownDrive(saved, {{1, 5}, {20, 1}}), 20u);
+    saved.faults = {{"q5_getPhyDrvInfo", FaultKind::refused, 1}};
+    EXPECT_EQ(unknownDrive(saved, {{20, 1}}), std::nullopt);
 }
 
 // The same name, level and size on other drives.

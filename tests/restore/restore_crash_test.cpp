@@ -55,7 +55,7 @@ struct RestoreCrash : Restore {
             interrupted += outcome.status == status;
             const ProcessOutcome again = restore({"--apply", "--log", "log"});
             EXPECT_EQ(again.status, 0) << again;
-            continued += again.out.rfind("Continuing: ", 0) == 0;
+            continued += again.out.rfind("Continues an unfinished restore", 0) == 0;
             EXPECT_EQ(comparable(), restored);
         }
         return calls > 0;

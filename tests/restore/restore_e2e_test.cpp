@@ -100,6 +100,78 @@ TEST_F(Restore, ADifferentArrayPreventsThePlan) {
     EXPECT_EQ(files().size(), 2u); // no log either
 }
 
+// As large, and on the same sectors of drives with the same numbers.
+TEST_F(Restore, AnEqualArrayOfOtherDrivesPreventsThePlan) {
+    controller()["drives"][0]["serial"] = "S8888";
+    controller()["drives"][1]["serial"] = "S9999";
+    controller()["logicalDrives"][0]["name"] = "Payroll";
+    session.useWorld(world.dump());
+    cli({"ctrl"});
+    const std::string before = session.worldText();
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 4);
+    for (const char* line : {"prevented: drive 1 has another serial: S8888 instead of S0001; if it is the "
+                             "replacement, add --drives 1=1\n",
+                             "prevented: drive 2 has another serial: S9999 instead of S0002; if it is the "
+                             "replacement, add --drives 2=2\n"})
+        EXPECT_NE(outcome.out.find(line), std::string::npos) << outcome;
+    EXPECT_EQ(outcome.out.find("Payroll"), std::string::npos) << outcome;
+    EXPECT_EQ(session.worldText(), before);
+}
+
+TEST_F(Restore, ABackupWithoutItsLogicalDrivesPreventsThePlan) {
+    ASSERT_EQ(q5sim({"refuse", "q5_getLogDrvInfo"}).status, 0);
+    EXPECT_EQ(backup().status, 1);
+    ASSERT_EQ(stems().size(), 2u);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    for (const Words& words : {Words{}, Words{"--apply"}}) {
+        const ProcessOutcome outcome = restore(words);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_EQ(outcome.out.rfind("prevented: the backup does not contain all logical drives, because they "
+                                    "could not be read: q5_getLogDrvInfo failed with result ",
+                                    0),
+                  0u)
+            << outcome;
+    }
+}
+
+// Nothing is created over logical drives that cannot be listed.
+TEST_F(Restore, ListsThatCannotBeReadNowPreventThePlan) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_getLogDrvInfo"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply"});
+    EXPECT_EQ(outcome.status, 4) << outcome;
+    EXPECT_EQ(outcome.out.rfind("prevented: not all logical drives can be read: q5_getLogDrvInfo failed "
+                                "with result ",
+                                0),
+              0u)
+        << outcome;
+}
+
+// A RAID5 that lost two of its three drives.
+TEST_F(Restore, AnOfflineArrayPreventsThePlan) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(
+        cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 2 3", "-z", "name=Five,raid=raid5,capacity=200"})
+            .status,
+        0);
+    ASSERT_EQ(q5sim({"advance", "--until-idle"}).status, 0);
+    ASSERT_LE(backup().status, 1);
+    for (const char* drive : {"2", "3"})
+        ASSERT_EQ(q5sim({"pull-drive", "0", drive}).status, 0);
+    for (const Words& words : {Words{}, Words{"--apply"}}) {
+        const ProcessOutcome outcome = restore(words);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_NE(outcome.out.find("prevented: logical drive 0 Five is offline without drive 2, drive 3: a "
+                                   "rebuild cannot complete it\n"),
+                  std::string::npos)
+            << outcome;
+        EXPECT_EQ(outcome.out.find("a rebuild makes it complete"), std::string::npos) << outcome;
+    }
+}
+
 TEST_F(Restore, AMissingDrivePreventsThePlan) {
     blank(&controller());
     controller()["drives"].erase(1);
@@ -131,6 +203,12 @@ TEST_F(Restore, UsesAnotherDrive) {
               std::string::npos)
         << outcome;
     EXPECT_NE(outcome.out.find("make extent 0 of drive 1 a global spare\n"), std::string::npos) << outcome;
+}
+
+TEST_F(Restore, RefusesToMapADriveThatWasNotSaved) {
+    EXPECT_EQ(
+        restore({"--drives", "20=1"}),
+        (ProcessOutcome{2, "", "cli-restore: the backup has no drive 20\nTry \"cli-restore --help\".\n"}));
 }
 
 TEST_F(Restore, LeavesADriveOut) {
@@ -238,7 +316,7 @@ TEST_F(Restore, StopsAtEachKindOfStepAndContinues) {
         ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
         const ProcessOutcome outcome = restore({"--apply"});
         EXPECT_EQ(outcome.status, 0) << outcome;
-        EXPECT_EQ(outcome.out.rfind("Continuing: ", 0), 0u) << outcome;
+        EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore", 0), 0u) << outcome;
         EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
     }
 }
@@ -250,10 +328,27 @@ TEST_F(Restore, ContinuesWhereItStopped) {
     ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
     ASSERT_EQ(restore({"--apply", "--drives", "2=2"}).status, 5);
     ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const std::string map = "Continues an unfinished restore with --drives 2=2: 2 of the steps were done.\n";
+    const ProcessOutcome before = restore({});
+    EXPECT_EQ(before.status, 1) << before;
+    EXPECT_EQ(before.out.rfind(map + "1. make extent 0 of drive 3 a global spare\nOn a copy", 0), 0u)
+        << before;
+    EXPECT_EQ(restore({"--drives", "2=2"}).out, before.out);
     const ProcessOutcome outcome = restore({"--apply"});
     EXPECT_EQ(outcome.status, 0) << outcome;
-    EXPECT_EQ(outcome.out.rfind("Continuing: 2 of the steps were done.\n"
-                                "1. make extent 0 of drive 3 a global spare\n",
+    EXPECT_EQ(outcome.out.rfind(map + "1. make extent 0 of drive 3 a global spare\n", 0), 0u) << outcome;
+}
+
+TEST_F(Restore, ContinuesWithTheSameCommand) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
+    ASSERT_EQ(restore({"--apply", "--drives", "1=3,3=1"}).status, 5);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply", "--drives", "1=3,3=1"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore with --drives 1=3,3=1: 2 of the steps were "
+                                "done.\n",
                                 0),
               0u)
         << outcome;
@@ -267,6 +362,7 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
     EXPECT_EQ(
         restore({"--apply", "--log", "log", "--drives", "1=1"}),
         (ProcessOutcome{3, "", "cli-restore: log is the log of an unfinished restore with --drives \"\"\n"}));
+    EXPECT_EQ(restore({"--log", "log", "--drives", "1=1"}).status, 3); // as with --apply
     std::string log = content("log");
     log.replace(log.find("backup=") + 7, 1, "x");
     writeFile(session.path("log"), log);
@@ -274,6 +370,20 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
               (ProcessOutcome{
                   3, "",
                   "cli-restore: log is the log of an unfinished restore of another backup or controller\n"}));
+}
+
+TEST_F(Restore, KeepsItsLogOutOfTheBackup) {
+    const Files before = files();
+    std::filesystem::create_hard_link(session.path(newest() + ".json"), session.path("link"));
+    blank(&controller());
+    session.useWorld(world.dump());
+    for (const std::string& log : {newest() + ".cfg", newest() + ".json", std::string("link")}) {
+        const std::string problem =
+            "cli-restore: the log " + log + " is a file of the backup\nTry \"cli-restore --help\".\n";
+        EXPECT_EQ(restore({"--apply", "--log", log}), (ProcessOutcome{2, "", problem}));
+        EXPECT_EQ(restore({"--log", log}), (ProcessOutcome{2, "", problem}));
+    }
+    EXPECT_EQ(files(), before);
 }
 
 TEST_F(Restore, ChangesNothingWithoutALog) {

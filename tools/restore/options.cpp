@@ -58,3 +58,7 @@ OptionsResult readRestoreOptions(int argc, char** argv, RestoreOptions* options)
     options->file = words[0];
     return OptionsResult::run;
 }
+
+void refuseRestore(const std::string& problem) {
+    refuseOptions(kTable, problem);
+}

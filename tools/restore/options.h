@@ -16,3 +16,6 @@ struct RestoreOptions {
 };
 
 OptionsResult readRestoreOptions(int argc, char** argv, RestoreOptions* options);
+
+// Prints a usage error that only the backup shows.
+void refuseRestore(const std::string& problem);

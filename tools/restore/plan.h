@@ -28,6 +28,10 @@ struct Plan {
     std::vector<std::string> notes;     // what will stay different
 };
 
+// A drive in the map that the backup does not have; nullopt: none. A lost member counts, even if its drive
+// was gone.
+std::optional<std::uint32_t> unknownDrive(const Controller& saved, const DriveMap& drives);
+
 // Compares the saved controller with the present one. Nothing in the plan deletes or frees anything. After
 // each step, a new plan consists of the remaining steps. Only steps that set a logical drive may change: the
 // settings of one that is yet to be created are unknown, and may need no change.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "config/import_set.h"
+#include "snapshot/state.h"
 #include "snapshot/text.h"
 #include "snapshot/words.h"
 #include "tools/restore/planning.h"
@@ -22,6 +23,15 @@ static MemberPlace placeOf(const Controller& controller, std::uint32_t number, s
     const Drive* drive = findDrive(controller, number);
     const ExtentEntry* extent = drive != nullptr ? memberExtent(*drive, arrayId) : nullptr;
     return extent != nullptr ? MemberPlace{number, 0, extent->start, extent->size} : MemberPlace{number};
+}
+
+// 0: none.
+static std::uint32_t driveWithSerialOf(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    for (const Drive& drive : planning.now.drives)
+        if (saved != nullptr && hasSerialOf(*saved, drive))
+            return drive.number;
+    return 0;
 }
 
 // Where the members of a logical drive are, in their order.
@@ -242,15 +252,100 @@ static bool hasLostMember(const LogicalDrive& drive) {
                        [](const Member& member) { return member.lost; });
 }
 
+static bool isOffline(const LogicalDrive& drive) {
+    return arrayState(drive) == ArrayState::offline;
+}
+
+static std::string lostDrives(const LogicalDrive& drive) {
+    std::string text;
+    for (const Member& member : drive.members)
+        if (member.lost)
+            text += (text.empty() ? " without " : ", ") + driveName(member.number);
+    return text;
+}
+
+// What a restore does not change: members that were lost since, and data that is not accessible.
+static void reportState(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present) {
+    const std::string name = arrayName(present, present.info.logDrvId);
+    Plan& plan = planning->plan;
+    if (isOffline(present) && isOffline(saved))
+        plan.notes.push_back(name + " is offline, as it was when it was saved");
+    else if (isOffline(present))
+        plan.obstacles.push_back(name + " is offline" + lostDrives(present) +
+                                 ": a rebuild cannot complete it");
+    else if (hasLostMember(present) && !hasLostMember(saved))
+        plan.notes.push_back(name + " has lost a member since; a rebuild makes it complete");
+    if ((present.info.activityStatus & kMigrating) != 0)
+        plan.notes.push_back(name + " is being migrated; it will be different");
+}
+
+// Equal sectors do not show that it is the same logical drive: its data is on the drives. A member that was
+// rebuilt onto another drive is accepted if that drive is mapped; where nothing is known of a member, now or
+// in the backup, the others have to match.
+static bool isOnSavedDrives(Planning* planning, const LogicalDrive& present, const MemberPlaces& places) {
+    const MemberPlaces found = placesOf(planning->now, present);
+    bool allExpected = true;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (places[i].isKnown() && found[i].isKnown() && !isExpected(planning, places[i].savedDrive))
+            allExpected = false;
+    return allExpected;
+}
+
+static void planInPlace(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present,
+                        const MemberPlaces& places) {
+    const std::uint32_t id = present.info.logDrvId;
+    noteId(planning, saved, id);
+    if (!isOnSavedDrives(planning, present, places))
+        planning->unsettled.insert(id);
+    else
+        reportState(planning, saved, present);
+}
+
+// The logical drive that the map hides: it is on the drives with the saved serials, or with the saved
+// numbers.
+static const LogicalDrive* findWithoutMap(const Planning& planning, const LogicalDrive& saved,
+                                          const MemberPlaces& places) {
+    MemberPlaces bySerial = places, byNumber = places;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        byNumber[i].drive = places[i].savedDrive;
+        bySerial[i].drive = driveWithSerialOf(planning, places[i].savedDrive);
+    }
+    const LogicalDrive* found = findInPlace(planning, saved, bySerial);
+    return found != nullptr ? found : findInPlace(planning, saved, byNumber);
+}
+
+// The part of the map that is about the members.
+static DriveMap memberMap(const Planning& planning, const MemberPlaces& places) {
+    DriveMap map;
+    for (const MemberPlace& place : places) {
+        const auto entry = planning.drives.find(place.savedDrive);
+        if (entry != planning.drives.end())
+            map.insert(*entry);
+    }
+    return map;
+}
+
+// Adds an obstacle if it does.
+static bool isHiddenByMap(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    const DriveMap map = memberMap(*planning, places);
+    const LogicalDrive* present = map.empty() ? nullptr : findWithoutMap(*planning, saved, places);
+    if (present == nullptr)
+        return false;
+    const std::uint32_t id = present->info.logDrvId;
+    planning->plan.obstacles.push_back("--drives " + driveMapText(map) +
+                                       " names other drives than those of " +
+                                       describe(planning->now, *present));
+    planning->ids[saved.info.arrayId] = id;
+    planning->unsettled.insert(id);
+    return true;
+}
+
 static void planArray(Planning* planning, const LogicalDrive& saved) {
     MemberPlaces places = placesOf(planning->saved, saved);
     mapPlaces(*planning, &places);
     if (const LogicalDrive* present = findInPlace(*planning, saved, places)) {
-        noteId(planning, saved, present->info.logDrvId);
-        if (hasLostMember(*present) && !hasLostMember(saved))
-            planning->plan.notes.push_back(arrayName(*present, present->info.logDrvId) +
-                                           " has lost a member since; a rebuild makes it complete");
-    } else if (arePlacesKnown(planning, saved, places)) {
+        planInPlace(planning, saved, *present, places);
+    } else if (!isHiddenByMap(planning, saved, places) && arePlacesKnown(planning, saved, places)) {
         planCreation(planning, saved, places);
     }
 }

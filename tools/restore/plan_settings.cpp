@@ -250,7 +250,7 @@ static void addName(Planning* planning, const LogicalDrive& saved, const Logical
 void planArraySettings(Planning* planning) {
     for (const LogicalDrive& saved : planning->saved.logicalDrives) {
         const auto id = planning->ids.find(saved.info.arrayId);
-        if (id == planning->ids.end())
+        if (id == planning->ids.end() || planning->unsettled.count(id->second) != 0)
             continue;
         const LogicalDrive* now = findById(planning->now, id->second);
         if (!saved.settings || (now != nullptr && !now->settings)) {

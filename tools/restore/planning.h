@@ -15,6 +15,7 @@ struct Planning {
     Layouts layouts;                            // as the steps so far leave them
     std::map<std::uint16_t, std::uint32_t> ids; // logical drives here, by the saved array ID
     std::set<std::uint32_t> takenIds;           // of logical drives here, those to be created included
+    std::set<std::uint32_t> unsettled;          // those here that an obstacle is about; their settings stay
     std::set<std::uint32_t> refused;            // saved drives that cannot be used; reported once
     Plan plan;
 };
@@ -35,6 +36,9 @@ bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 // Whether the drive can be used: it is present, with its serial unless it is mapped. Adds an obstacle if not,
 // unless the drive is left out.
 bool isUsable(Planning* planning, std::uint32_t savedDrive);
+
+// Whether the present drive has the saved serial, or is mapped. Adds an obstacle if not.
+bool isExpected(Planning* planning, std::uint32_t savedDrive);
 
 bool hasSerialOf(const Drive& saved, const Drive& drive);
 

@@ -1,4 +1,6 @@
 // cli-restore: plans the restore of a saved controller, and applies the plan.
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "commands/change_lock.h"
@@ -28,7 +30,7 @@ static void print(const Plan& plan) {
 }
 
 // The same plan on simulated adapters.
-static int showOutcome(const RestoreOptions& options, const Saved& saved, const Snapshot& now,
+static int showOutcome(const Saved& saved, const Restore& restore, const Snapshot& now,
                        const char* argument0) {
     std::string program = siblingProgram(argument0, "cli-restore-rehearse");
     if (program.empty())
@@ -39,7 +41,7 @@ static int showOutcome(const RestoreOptions& options, const Saved& saved, const 
     }
     std::string output;
     const int status =
-        applyToCopy({program, saved.stem, std::to_string(*options.controller), driveMapText(options.drives)},
+        applyToCopy({program, saved.stem, std::to_string(restore.controller), driveMapText(restore.drives)},
                     now, &output);
     std::printf("On a copy of these adapters:\n%s", output.c_str());
     if (output.empty() || output.back() != '\n')
@@ -50,13 +52,14 @@ static int showOutcome(const RestoreOptions& options, const Saved& saved, const 
     return kStopped;
 }
 
-static int showPlan(const RestoreOptions& options, const Saved& saved, const Snapshot& now, const Plan& plan,
-                    const char* argument0) {
+static int showPlan(const Saved& saved, const Restore& restore, const Snapshot& now,
+                    const Controller& present, const char* argument0) {
+    const Plan plan = makePlan(restore.saved, present, restore.drives);
     print(plan);
     if (!plan.obstacles.empty())
         return kPrevented;
     if (!plan.steps.empty())
-        return showOutcome(options, saved, now, argument0);
+        return showOutcome(saved, restore, now, argument0);
     std::puts("There is nothing to do.");
     return kNothingLeft;
 }
@@ -96,21 +99,41 @@ static std::string continueFrom(const RestoreOptions& options, const std::string
         return path + " is the log of an unfinished restore of another backup or controller";
     if (options.drivesGiven && earlier.drives != header->drives)
         return path + " is the log of an unfinished restore with --drives \"" + earlier.drives + "\"";
+    drives->clear();
     const std::string invalid = earlier.drives.empty() ? "" : readDriveMap(earlier.drives, drives);
     if (!invalid.empty())
         return path + ": " + invalid;
     header->drives = earlier.drives;
-    std::printf("Continuing: %d of the steps were done.\n", unfinished.steps);
+    const std::string with = drives->empty() ? "" : " with --drives " + driveMapText(*drives);
+    std::printf("Continues an unfinished restore%s: %d of the steps were done.\n", with.c_str(),
+                unfinished.steps);
     return "";
+}
+
+static std::string logPath(const RestoreOptions& options, const Saved& saved) {
+    return !options.log.empty() ? options.log
+                                : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
+}
+
+// The log would damage the backup.
+static bool isInBackup(const std::string& path, const Saved& saved) {
+    struct stat log = {}, file = {};
+    for (const char* suffix : {".cfg", ".json"})
+        if (stat(path.c_str(), &log) == 0 && stat((saved.stem + suffix).c_str(), &file) == 0 &&
+            log.st_dev == file.st_dev && log.st_ino == file.st_ino)
+            return true;
+    return false;
+}
+
+static LogHeader headerOf(const RestoreOptions& options, const Saved& saved) {
+    return {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
 }
 
 // The lock excludes commands of other sessions while the plan is made and applied.
 static int applyLocked(const RestoreOptions& options, const Saved& saved, const Controller& controller) {
-    const std::string path = !options.log.empty()
-                                 ? options.log
-                                 : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
+    const std::string path = logPath(options, saved);
     Restore restore = {controller, *options.controller, options.drives};
-    LogHeader header = {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
+    LogHeader header = headerOf(options, saved);
     std::string problem = continueFrom(options, path, &header, &restore.drives);
     if (!problem.empty())
         return printError(problem);
@@ -122,6 +145,21 @@ static int applyLocked(const RestoreOptions& options, const Saved& saved, const 
     return applyLogged(restore, plan, header, path);
 }
 
+// The log is read as --apply reads it, so that both do the same.
+static int preview(const RestoreOptions& options, const Saved& saved, const Controller& controller,
+                   Snapshot* now, const char* argument0) {
+    readControllers(now);
+    const Controller* present = findController(*now, *options.controller);
+    if (present == nullptr)
+        return printError("there is no controller " + std::to_string(*options.controller));
+    Restore restore = {controller, *options.controller, options.drives};
+    LogHeader header = headerOf(options, saved);
+    std::string problem = continueFrom(options, logPath(options, saved), &header, &restore.drives);
+    if (!problem.empty())
+        return printError(problem);
+    return showPlan(saved, restore, *now, *present, argument0);
+}
+
 static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snapshot* now,
                          const char* argument0) {
     const std::uint32_t id = *options.controller;
@@ -130,18 +168,22 @@ static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snap
         return printError("the backup has no controller " + std::to_string(id));
     if (id >= now->controllerCount)
         return printError("there is no controller " + std::to_string(id));
+    if (const auto unknown = unknownDrive(*controller, options.drives)) {
+        refuseRestore("the backup has no drive " + std::to_string(*unknown));
+        return kUsage;
+    }
+    const std::string path = logPath(options, saved);
+    if (isInBackup(path, saved)) {
+        refuseRestore("the log " + path + " is a file of the backup");
+        return kUsage;
+    }
     if (options.apply) {
         const int lock = lockChanges();
         const int status = applyLocked(options, saved, *controller);
         unlockChanges(lock);
         return status;
     }
-    readControllers(now);
-    const Controller* present = findController(*now, id);
-    if (present == nullptr)
-        return printError("there is no controller " + std::to_string(id));
-    const Plan plan = makePlan(*controller, *present, options.drives);
-    return showPlan(options, saved, *now, plan, argument0);
+    return preview(options, saved, *controller, now, argument0);
 }
 
 static int run(const RestoreOptions& options, const char* argument0) {
