@@ -246,6 +246,55 @@ TEST_F(Backup, ReportsADamagedBackupAndRemovesNone) {
     EXPECT_EQ(content(damaged + ".json"), "{");
 }
 
+// An empty .cfg has no objects, but its .json has as many as the intact backup.
+TEST_F(Backup, ADamagedBackupReplacesNone) {
+    backup();
+    const std::string good = newest();
+    changeRate(7);
+    backup();
+    const std::string damaged = newest();
+    const std::string warning = "warning: " + damaged + ".cfg and its .json do not belong together: line 1 ";
+    writeFile(session.path(damaged + ".cfg"), "");
+    for (const int rate : {8, 9}) {
+        changeRate(rate);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 1) << outcome;
+        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
+    }
+    EXPECT_EQ(stems().size(), 4u);
+    EXPECT_EQ(stems()[0], good);
+    EXPECT_EQ(stems()[1], damaged);
+}
+
+TEST_F(Backup, RotatesAgainWhenTheDamagedBackupIsRemoved) {
+    backup();
+    writeFile(session.path(newest() + ".cfg"), "");
+    const std::string damaged = newest();
+    backup();
+    changeRate(8);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::remove(session.path(damaged + suffix));
+    changeRate(9);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+// The size of logical drives is in both files; that of a drive is in the snapshot alone.
+TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
+    const char* const changes[] = {"s/\"sectorCount\": [0-9]*/\"sectorCount\": 12345/",
+                                   "s/\"syncRate\": [0-9]*/\"syncRate\": 1/"};
+    for (const char* change : changes) {
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        backup();
+        ASSERT_EQ(runOther("/bin/sed", {"-i", change, newest() + ".json"}).status, 0);
+        const ProcessOutcome outcome = backup();
+        EXPECT_EQ(outcome.out.find("unchanged"), std::string::npos) << change << outcome;
+        EXPECT_EQ(stems().size(), 2u) << change;
+    }
+}
+
 TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     backup();
     ASSERT_EQ(q5sim({"refuse", "q5_getControllerSettings"}).status, 0);
@@ -253,6 +302,56 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     EXPECT_EQ(outcome.status, 1) << outcome;
     EXPECT_EQ(outcome.out.rfind("warning: controller 0: its settings could not be read\n", 0), 0u) << outcome;
     EXPECT_EQ(stems().size(), 2u);
+}
+
+// An export of a listing that was refused looks like one of a controller that has nothing.
+TEST_F(Backup, ReportsListingsThatCannotBeReadEachTime) {
+    for (const char* operation : {"q5_getLogDrvInfo", "q5_getControllerInfo"}) {
+        SCOPED_TRACE(operation);
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        ASSERT_EQ(q5sim({"reset"}).status, 0);
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+        const std::string warning = std::string("warning: controller 0: ") + operation +
+                                    " failed with result 1; the backup is incomplete\n";
+        for (const char* outcomeText : {"saved as ", "unchanged since "}) {
+            const ProcessOutcome outcome = backup();
+            EXPECT_EQ(outcome.status, 1) << outcome;
+            EXPECT_NE(outcome.out.find(warning), std::string::npos) << outcome;
+            EXPECT_NE(outcome.out.find(outcomeText + newest()), std::string::npos) << outcome;
+        }
+        EXPECT_EQ(stems().size(), 1u);
+    }
+}
+
+TEST_F(Backup, ReportsListingsThatContradictTheController) {
+    ASSERT_EQ(q5sim({"reset"}).status, 0);
+    ASSERT_EQ(q5sim({"zero", "q5_getLogDrvInfo"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: controller 0: counts 2 logical drives, but lists 0 logical drives; "
+                               "the backup is incomplete\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Backup, AnIncompleteBackupReplacesNone) {
+    backup();
+    const std::string good = newest();
+    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    EXPECT_EQ(stems()[0], good);
+}
+
+TEST_F(Backup, ACompleteBackupReplacesAnIncompleteOne) {
+    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
+    EXPECT_EQ(backup().status, 1);
+    session.useWorld(fixtureWorld("every_level"));
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
 }
 
 TEST_F(Backup, FindsCliBesideItself) {

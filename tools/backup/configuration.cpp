@@ -119,22 +119,3 @@ std::string compareConfiguration(const std::string& text, const Snapshot& snapsh
     }
     return text.empty() || text.back() == '\n' ? "" : "the exported file ends within a line";
 }
-
-Lines unreadableLines(const Snapshot& snapshot) {
-    Lines lines;
-    const auto add = [&](const std::string& object) {
-        lines.push_back({Severity::warning, object + ": its settings could not be read"});
-    };
-    for (const Controller& controller : snapshot.controllers) {
-        const std::string where = "controller " + std::to_string(controller.id);
-        if (!controller.settings)
-            add(where);
-        for (const Drive& drive : controller.drives)
-            if (!drive.settings)
-                add("drive " + std::to_string(drive.number) + " of " + where);
-        for (const LogicalDrive& drive : controller.logicalDrives)
-            if (!drive.settings)
-                add("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where);
-    }
-    return lines;
-}

@@ -10,7 +10,8 @@
 // the first difference; empty if there is none.
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot);
 
-// What the snapshot could not read and an export therefore writes as zeros, or leaves out.
+// A warning for each listing and each object's settings that could not be read, and for each listing that
+// contradicts the controller. An export writes zeros instead, or leaves the objects out.
 Lines unreadableLines(const Snapshot& snapshot);
 
 // A line for each setting that differs between the blocks of the same object in two files.
