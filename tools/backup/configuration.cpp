@@ -60,17 +60,34 @@ static void addControllers(const Snapshot& snapshot, Expected* expected) {
     }
 }
 
+// The drives of a controller from one position to another.
+static void addDrives(const Controller& controller, std::size_t first, std::size_t end, std::size_t* index,
+                      Expected* expected) {
+    for (std::size_t i = first; i < end; ++i) {
+        const auto& settings = controller.drives[i].settings;
+        if (!settings)
+            continue;
+        char text[kBlockTextSize];
+        PDSettingsToBuffer(static_cast<int>(controller.id), &*settings, text);
+        addBlock(kPhyDrvMarker, (*index)++, text, false, expected);
+    }
+}
+
 static void addDrives(const Snapshot& snapshot, Expected* expected) {
     std::size_t index = 0;
     for (const Controller& controller : snapshot.controllers)
-        for (std::size_t i = 0; i < exportedDrives(controller); ++i) {
-            const auto& settings = controller.drives[i].settings;
-            if (!settings)
-                continue;
-            char text[kBlockTextSize];
-            PDSettingsToBuffer(static_cast<int>(controller.id), &*settings, text);
-            addBlock(kPhyDrvMarker, index++, text, false, expected);
-        }
+        addDrives(controller, 0, exportedDrives(controller), &index, expected);
+}
+
+std::string furtherDriveBlocks(const Snapshot& snapshot) {
+    Expected blocks;
+    std::size_t index = 0;
+    for (const Controller& controller : snapshot.controllers)
+        addDrives(controller, exportedDrives(controller), controller.drives.size(), &index, &blocks);
+    std::string text;
+    for (const ExpectedLine& line : blocks)
+        text.append(line.text).append("\n");
+    return text;
 }
 
 // The index of the drive's first extent that belongs to the array.

@@ -19,3 +19,9 @@ Lines configurationChanges(const std::string& earlier, const std::string& now);
 
 // A line for each drive whose extents or speed differ, which are not in the files.
 Lines layoutChanges(const Snapshot& earlier, const Snapshot& now);
+
+// The blocks of the drives that an export leaves out because a listing does not reach them.
+std::string furtherDriveBlocks(const Snapshot& snapshot);
+
+// A line for each value of a snapshot that differs, apart from sensor readings and progress.
+Lines stateChanges(const Snapshot& earlier, const Snapshot& now);
