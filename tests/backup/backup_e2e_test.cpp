@@ -68,6 +68,52 @@ TEST_F(Backup, PrintsChangedExtents) {
     EXPECT_EQ(stems().size(), 2u);
 }
 
+// A controller with 18 drives: one listing, and thus an export, ends after 16.
+TEST_F(Backup, PrintsChangedSettingsOfDrivesThatAreNotExported) {
+    std::string drives;
+    for (int id = 0; id < 18; ++id)
+        drives += (id == 0 ? "" : ", ") + ("{\"id\": " + std::to_string(id) + ", \"sectors\": 4194304}");
+    session.useWorld("{\"controllers\": [{\"drives\": [" + drives + "]}]}");
+    ASSERT_EQ(cli({"phydrv", "-a", "mod", "-p", "18", "-i", "0", "-s", "writecache=enable"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(cli({"phydrv", "-a", "mod", "-p", "18", "-i", "0", "-s", "writecache=disable"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome,
+              (ProcessOutcome{0,
+                              "info: drive 18 of controller 0: WriteCache was Enable; it is Disable\n"
+                              "saved as " +
+                                  newest() + ".cfg\n",
+                              ""}));
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+// What no other line describes is shown by its place in the snapshot.
+TEST_F(Backup, PrintsOtherChangedValues) {
+    backup();
+    ASSERT_EQ(
+        runOther("/bin/sed", {"-i", "0,/\"capacity\": [0-9]*/s//\"capacity\": 12345/", newest() + ".json"})
+            .status,
+        0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_NE(outcome.out.find("info: snapshot: /controllers/0/drives/0/info/capacity was 12345; it is "),
+              std::string::npos)
+        << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+}
+
+TEST_F(Backup, ProgressAndReadingsAloneAreNoChange) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    ASSERT_EQ(cli({"mp", "-a", "start", "-p", "1", "-i", "0"}).status, 0);
+    backup();
+    for (const char* change :
+         {"s/\\(\"reading\": [0-9]*\\)[0-9]/\\11/", "s/\"progress\": [0-9]*/\"progress\": 7/",
+          "s/\"percent\": [0-9]*/\"percent\": 7/", "s/\"voltage\": [0-9]*/\"voltage\": 7/"})
+        ASSERT_EQ(runOther("/bin/sed", {"-i", change, newest() + ".json"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_NE(outcome.out.find("unchanged since "), std::string::npos) << outcome;
+}
+
 // Two in one second, or a clock that was set back: the order of the names remains that of the backups.
 TEST_F(Backup, IsNamedAfterTheNewestBackup) {
     backup();
@@ -78,6 +124,22 @@ TEST_F(Backup, IsNamedAfterTheNewestBackup) {
     changeRate(77);
     backup();
     EXPECT_EQ(newest(), host + "30000101T000000Z");
+}
+
+// The next name is known: one second after the newest.
+TEST_F(Backup, LeavesNothingBesideAForeignFile) {
+    backup();
+    const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::rename(session.path(saved + suffix),
+                                session.path(host + "29991231T235959Z" + suffix));
+    writeFile(session.path(host + "30000101T000000Z.cfg"), "foreign");
+    const Files before = files();
+    changeRate(77);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 3) << outcome;
+    EXPECT_EQ(outcome.err, "cli-backup: cannot write " + host + "30000101T000000Z.cfg: it exists\n");
+    EXPECT_EQ(files(), before);
 }
 
 TEST_F(Backup, RemovesTheOldest) {
@@ -246,6 +308,56 @@ TEST_F(Backup, ReportsADamagedBackupAndRemovesNone) {
     EXPECT_EQ(content(damaged + ".json"), "{");
 }
 
+// An empty .cfg has no objects, but its .json has as many as the intact backup.
+TEST_F(Backup, ADamagedBackupReplacesNone) {
+    backup();
+    const std::string good = newest();
+    changeRate(7);
+    backup();
+    const std::string damaged = newest();
+    const std::string warning = "warning: " + damaged + ".cfg and its .json do not belong together: line 1 ";
+    writeFile(session.path(damaged + ".cfg"), "");
+    for (const int rate : {8, 9}) {
+        changeRate(rate);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 1) << outcome;
+        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
+    }
+    EXPECT_EQ(stems().size(), 4u);
+    EXPECT_EQ(stems()[0], good);
+    EXPECT_EQ(stems()[1], damaged);
+}
+
+TEST_F(Backup, RotatesAgainWhenTheDamagedBackupIsRemoved) {
+    backup();
+    writeFile(session.path(newest() + ".cfg"), "");
+    const std::string damaged = newest();
+    backup();
+    changeRate(8);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::remove(session.path(damaged + suffix));
+    changeRate(9);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+// The size of logical drives is in both files; that of a drive is in the snapshot alone.
+TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
+    const char* const changes[] = {"s/\"sectorCount\": [0-9]*/\"sectorCount\": 12345/",
+                                   "s/\"capacity\": [0-9]*/\"capacity\": 12345/",
+                                   "s/\"syncRate\": [0-9]*/\"syncRate\": 1/"};
+    for (const char* change : changes) {
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        backup();
+        ASSERT_EQ(runOther("/bin/sed", {"-i", change, newest() + ".json"}).status, 0);
+        const ProcessOutcome outcome = backup();
+        EXPECT_EQ(outcome.out.find("unchanged"), std::string::npos) << change << outcome;
+        EXPECT_EQ(stems().size(), 2u) << change;
+    }
+}
+
 TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     backup();
     ASSERT_EQ(q5sim({"refuse", "q5_getControllerSettings"}).status, 0);
@@ -253,6 +365,56 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     EXPECT_EQ(outcome.status, 1) << outcome;
     EXPECT_EQ(outcome.out.rfind("warning: controller 0: its settings could not be read\n", 0), 0u) << outcome;
     EXPECT_EQ(stems().size(), 2u);
+}
+
+// An export of a listing that was refused looks like one of a controller that has nothing.
+TEST_F(Backup, ReportsListingsThatCannotBeReadEachTime) {
+    for (const char* operation : {"q5_getLogDrvInfo", "q5_getControllerInfo"}) {
+        SCOPED_TRACE(operation);
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        ASSERT_EQ(q5sim({"reset"}).status, 0);
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+        const std::string warning = std::string("warning: controller 0: ") + operation +
+                                    " failed with result 1; the backup is incomplete\n";
+        for (const char* outcomeText : {"saved as ", "unchanged since "}) {
+            const ProcessOutcome outcome = backup();
+            EXPECT_EQ(outcome.status, 1) << outcome;
+            EXPECT_NE(outcome.out.find(warning), std::string::npos) << outcome;
+            EXPECT_NE(outcome.out.find(outcomeText + newest()), std::string::npos) << outcome;
+        }
+        EXPECT_EQ(stems().size(), 1u);
+    }
+}
+
+TEST_F(Backup, ReportsListingsThatContradictTheController) {
+    ASSERT_EQ(q5sim({"reset"}).status, 0);
+    ASSERT_EQ(q5sim({"zero", "q5_getLogDrvInfo"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: controller 0: counts 2 logical drives, but lists 0 logical drives; "
+                               "the backup is incomplete\n"),
+              std::string::npos)
+        << outcome;
+}
+
+TEST_F(Backup, AnIncompleteBackupReplacesNone) {
+    backup();
+    const std::string good = newest();
+    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
+    EXPECT_EQ(stems()[0], good);
+}
+
+TEST_F(Backup, ACompleteBackupReplacesAnIncompleteOne) {
+    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
+    EXPECT_EQ(backup().status, 1);
+    session.useWorld(fixtureWorld("every_level"));
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
 }
 
 TEST_F(Backup, FindsCliInItsDirectory) {

@@ -47,6 +47,14 @@ static const std::string kDeletion =
     "  controller 0: logical drive 0 Archive, 400,000 MB, would be deleted\n" +
     kFooter;
 
+// The built-in world with a rule for every call of an operation.
+static std::string worldWithRule(const std::string& kind, const std::string& operation) {
+    Session plain;
+    plain.program = programs + "/q5sim";
+    EXPECT_EQ(plain.run({kind, operation}).status, 0);
+    return plain.worldText();
+}
+
 TEST(Try, DeletionLosesData) {
     TrySession session;
     EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}), (ProcessOutcome{1, kDeletion, ""}));
@@ -212,6 +220,44 @@ TEST(Try, AdaptersThatCannotBeRead) {
               (ProcessOutcome{3, "",
                               "cli-try: the adapters cannot be read: q5_initialize failed "
                               "with result 1\n"}));
+}
+
+// What is missing in the copy cannot be seen to be lost.
+TEST(Try, IncompleteCopyPromisesNothing) {
+    Session plain;
+    plain.run({"export", "-t", "1 2 3", "-f", plain.path("saved.cfg")});
+    for (const char* rule : {"refuse", "zero"}) {
+        TrySession session;
+        session.useWorld(worldWithRule(rule, "q5_getLogDrvInfo"));
+        const ProcessOutcome outcome =
+            session.run({"import", "-c", "-l", "0,1", "-f", plain.path("saved.cfg")});
+        EXPECT_EQ(outcome.status, 3) << outcome;
+        EXPECT_NE(outcome.out.find("\nData that would be lost:\n"
+                                   "  unknown, since the adapters could not be read completely\n" +
+                                   kFooter),
+                  std::string::npos)
+            << outcome;
+        EXPECT_NE(outcome.err.find("cli-try: the copy is incomplete, so the real adapters may answer "
+                                   "otherwise\n"),
+                  std::string::npos)
+            << outcome;
+    }
+}
+
+// The copy's refusal may be due to what it lacks.
+TEST(Try, IncompleteCopyRefusesNothing) {
+    TrySession session;
+    session.useWorld(worldWithRule("refuse", "q5_getLogDrvInfo"));
+    EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}).status, 3);
+}
+
+// A loss that can be seen remains one.
+TEST(Try, IncompleteCopyStillShowsLosses) {
+    TrySession session;
+    session.useWorld(worldWithRule("refuse", "q5_getBatteryInfo"));
+    const ProcessOutcome outcome = session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos) << outcome;
 }
 
 TEST(Try, PrintsTheAssumptionsOfThisCopy) {

@@ -108,11 +108,13 @@ static Lines changesSince(const Backup& previous, const Content& now) {
     Lines lines = changeLines(first ? nullptr : &previous.snapshot, now.snapshot, Limits());
     if (first)
         return lines;
-    for (const Line& line : configurationChanges(previous.configuration, now.configuration))
+    for (const Line& line :
+         configurationChanges(previous.configuration + furtherDriveBlocks(previous.snapshot),
+                              now.configuration + furtherDriveBlocks(now.snapshot)))
         lines.push_back(line);
     for (const Line& line : layoutChanges(previous.snapshot, now.snapshot))
         lines.push_back(line);
-    return lines;
+    return lines.empty() ? stateChanges(previous.snapshot, now.snapshot) : lines;
 }
 
 // Reads the file back: it must contain the snapshot, in the form that cli-status accepts.

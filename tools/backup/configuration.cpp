@@ -60,17 +60,34 @@ static void addControllers(const Snapshot& snapshot, Expected* expected) {
     }
 }
 
+// The drives of a controller from one position to another.
+static void addDrives(const Controller& controller, std::size_t first, std::size_t end, std::size_t* index,
+                      Expected* expected) {
+    for (std::size_t i = first; i < end; ++i) {
+        const auto& settings = controller.drives[i].settings;
+        if (!settings)
+            continue;
+        char text[kBlockTextSize];
+        PDSettingsToBuffer(static_cast<int>(controller.id), &*settings, text);
+        addBlock(kPhyDrvMarker, (*index)++, text, false, expected);
+    }
+}
+
 static void addDrives(const Snapshot& snapshot, Expected* expected) {
     std::size_t index = 0;
     for (const Controller& controller : snapshot.controllers)
-        for (std::size_t i = 0; i < exportedDrives(controller); ++i) {
-            const auto& settings = controller.drives[i].settings;
-            if (!settings)
-                continue;
-            char text[kBlockTextSize];
-            PDSettingsToBuffer(static_cast<int>(controller.id), &*settings, text);
-            addBlock(kPhyDrvMarker, index++, text, false, expected);
-        }
+        addDrives(controller, 0, exportedDrives(controller), &index, expected);
+}
+
+std::string furtherDriveBlocks(const Snapshot& snapshot) {
+    Expected blocks;
+    std::size_t index = 0;
+    for (const Controller& controller : snapshot.controllers)
+        addDrives(controller, exportedDrives(controller), controller.drives.size(), &index, &blocks);
+    std::string text;
+    for (const ExpectedLine& line : blocks)
+        text.append(line.text).append("\n");
+    return text;
 }
 
 // The index of the drive's first extent that belongs to the array.
@@ -118,23 +135,4 @@ std::string compareConfiguration(const std::string& text, const Snapshot& snapsh
                (i < expected.size() ? "\"" + printable(expected[i].text) + "\"" : "nothing more");
     }
     return text.empty() || text.back() == '\n' ? "" : "the exported file ends within a line";
-}
-
-Lines unreadableLines(const Snapshot& snapshot) {
-    Lines lines;
-    const auto add = [&](const std::string& object) {
-        lines.push_back({Severity::warning, object + ": its settings could not be read"});
-    };
-    for (const Controller& controller : snapshot.controllers) {
-        const std::string where = "controller " + std::to_string(controller.id);
-        if (!controller.settings)
-            add(where);
-        for (const Drive& drive : controller.drives)
-            if (!drive.settings)
-                add("drive " + std::to_string(drive.number) + " of " + where);
-        for (const LogicalDrive& drive : controller.logicalDrives)
-            if (!drive.settings)
-                add("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where);
-    }
-    return lines;
 }

@@ -10,7 +10,8 @@
 // the first difference; empty if there is none.
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot);
 
-// What the snapshot could not read and an export therefore writes as zeros, or leaves out.
+// A warning for each listing and each object's settings that could not be read, and for each listing that
+// contradicts the controller. An export writes zeros instead, or leaves the objects out.
 Lines unreadableLines(const Snapshot& snapshot);
 
 // A line for each setting that differs between the blocks of the same object in two files.
@@ -18,3 +19,9 @@ Lines configurationChanges(const std::string& earlier, const std::string& now);
 
 // A line for each drive whose extents or speed differ, which are not in the files.
 Lines layoutChanges(const Snapshot& earlier, const Snapshot& now);
+
+// The blocks of the drives that an export leaves out because a listing does not reach them.
+std::string furtherDriveBlocks(const Snapshot& snapshot);
+
+// A line for each value of a snapshot that differs, apart from sensor readings and progress.
+Lines stateChanges(const Snapshot& earlier, const Snapshot& now);

@@ -6,6 +6,7 @@
 #include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "snapshot/text.h"
+#include "tools/backup/configuration.h"
 
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
     const std::string path = pathOf(store, stem, ".json");
@@ -22,20 +23,26 @@ std::string readBackup(const Store& store, const std::string& stem, Backup* back
     if (readFile(path, &backup->configuration) != ReadResult::done)
         return "cannot read " + path;
     std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
-    if (problem.empty())
-        backup->stem = stem;
-    return problem;
+    if (!problem.empty())
+        return problem;
+    problem = compareConfiguration(backup->configuration, backup->snapshot);
+    if (!problem.empty())
+        return pathOf(store, stem, ".cfg") + " and its .json do not belong together: " + problem;
+    backup->stem = stem;
+    return "";
 }
 
 Backup readNewest(const Store& store, Lines* warnings) {
-    Backup backup;
+    Backup newest;
     for (std::size_t i = store.stems.size(); i-- > 0;) {
-        std::string problem = readBackup(store, store.stems[i], &backup);
-        if (problem.empty())
-            return backup;
-        warnings->push_back({Severity::warning, printable(problem)});
+        Backup backup;
+        const std::string problem = readBackup(store, store.stems[i], &backup);
+        if (!problem.empty())
+            warnings->push_back({Severity::warning, printable(problem)});
+        else if (newest.stem.empty())
+            newest = std::move(backup);
     }
-    return {};
+    return newest;
 }
 
 static std::string fewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word) {
@@ -65,21 +72,22 @@ static bool isReplaced(const Snapshot& old, const std::vector<Snapshot>& newer) 
                        [&](const Snapshot& each) { return fewerLines(each, old).empty(); });
 }
 
-// An unreadable backup replaces no other and is kept.
+// A damaged backup replaces no other and is kept; an incomplete one replaces no other.
 std::string rotate(const Store& store, std::size_t keep) {
     if (store.stems.size() <= keep)
         return "";
     std::vector<Snapshot> newer;
     for (std::size_t i = store.stems.size(); i-- > 0;) {
-        Snapshot snapshot;
-        if (!readSnapshotFile(store, store.stems[i], &snapshot).empty())
+        Backup backup;
+        if (!readBackup(store, store.stems[i], &backup).empty())
             continue;
-        if (i + keep < store.stems.size() && isReplaced(snapshot, newer)) {
+        if (i + keep < store.stems.size() && isReplaced(backup.snapshot, newer)) {
             std::string problem = removeBackup(store, store.stems[i]);
             if (!problem.empty())
                 return problem;
         }
-        newer.push_back(std::move(snapshot));
+        if (unreadableLines(backup.snapshot).empty())
+            newer.push_back(std::move(backup.snapshot));
     }
     return "";
 }

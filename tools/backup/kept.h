@@ -11,10 +11,10 @@ struct Backup {
     std::string configuration;
 };
 
-// Reads one backup. Returns an error message, empty on success.
+// Reads one backup and compares its two files. Returns an error message, empty on success.
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup);
 
-// The newest backup that can be read; a warning for each newer one that cannot.
+// The newest intact backup; a warning for each damaged one, newer or older.
 Backup readNewest(const Store& store, Lines* warnings);
 
 // A line for each kind of object of which there are fewer than before: controllers, or drives or logical
@@ -22,5 +22,6 @@ Backup readNewest(const Store& store, Lines* warnings);
 Lines fewerLines(const Snapshot& now, const Snapshot& earlier);
 
 // Removes old backups until only the given number is left. One that has more objects than every newer
-// one is kept. Returns an error message, empty on success.
+// one that is intact and complete is kept, and so is a damaged one. Returns an error message, empty on
+// success.
 std::string rotate(const Store& store, std::size_t keep);

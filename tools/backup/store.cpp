@@ -183,18 +183,25 @@ static std::string moveFile(const Store& store, const char* name, const std::str
         return "cannot write " + path + ": it exists";
     if (std::rename(workPath(store, name).c_str(), path.c_str()) != 0)
         return failure("write", path);
-    return synchronize(store.directory);
+    return "";
 }
 
+// A .json beside a .cfg of somebody else would count as a backup: it goes if its own .cfg does not follow.
 std::string publish(const Store& store, const std::string& stem) {
     const std::string json = pathOf(store, stem, ".json"), cfg = pathOf(store, stem, ".cfg");
+    if (exists(cfg))
+        return "cannot write " + cfg + ": it exists";
     std::string problem = moveFile(store, "new.json", json);
     if (!problem.empty())
         return problem;
-    problem = moveFile(store, "new.cfg", cfg);
-    if (!problem.empty() && !exists(cfg))
+    problem = synchronize(store.directory);
+    if (problem.empty())
+        problem = moveFile(store, "new.cfg", cfg);
+    if (!problem.empty()) {
         unlink(json.c_str());
-    return problem;
+        return problem;
+    }
+    return synchronize(store.directory);
 }
 
 std::string removeBackup(const Store& store, const std::string& stem) {

@@ -1,10 +1,12 @@
 // cli-try-report: compares a copy of the adapters before and after commands. For cli-try.
 //
-//     cli-try-report BEFORE AFTER
+//     cli-try-report [--incomplete] BEFORE AFTER
 //
+// --incomplete: the copy lacks something, so that a loss may not be seen.
 // Exit status: 0 no data is lost, 1 data is lost, 2 none is lost but an operation was refused, 3 the files
 // cannot be read.
 #include <cstdio>
+#include <cstring>
 
 #include "simulator/engine/clock.h"
 #include "simulator/file/world_file.h"
@@ -35,7 +37,7 @@ static void printLines(const char* title, const TextLines& lines, const char* no
         std::printf("  %s\n", none);
 }
 
-static int report(const q5sim::World& before, const q5sim::World& after) {
+static int report(const q5sim::World& before, const q5sim::World& after, bool incomplete) {
     const Effects effects = followEffects(before, after, q5sim::scaledTime(after, captureTime()));
     const TextLines refused = refusedOperations(after);
     const TextLines lost = lostData(effects);
@@ -43,15 +45,18 @@ static int report(const q5sim::World& before, const q5sim::World& after) {
     printLines("What would be refused", refused, nullptr);
     printLines("What would be started, and its time in the model", effects.started, "nothing");
     printLines("What would be at risk", riskedData(effects), nullptr);
-    printLines("Data that would be lost", lost, "none");
+    printLines("Data that would be lost", lost,
+               incomplete ? "unknown, since the adapters could not be read completely" : "none");
     if (!lost.empty())
         return kLost;
     return refused.empty() ? kNothingLost : kRefused;
 }
 
 int main(int argc, char** argv) {
+    const bool incomplete = argc == 4 && std::strcmp(argv[1], "--incomplete") == 0;
+    char** const files = argv + (incomplete ? 2 : 1);
     q5sim::World before, after;
-    if (argc != 3 || !readWorld(argv[1], &before) || !readWorld(argv[2], &after))
+    if ((argc != 3 && !incomplete) || !readWorld(files[0], &before) || !readWorld(files[1], &after))
         return kUnreadable;
-    return report(before, after);
+    return report(before, after, incomplete);
 }

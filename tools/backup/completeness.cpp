@@ -1,0 +1,76 @@
+// What a snapshot lacks of the objects and settings that a backup is for.
+#include <algorithm>
+
+#include "snapshot/text.h"
+#include "tools/backup/configuration.h"
+
+static void warn(const std::string& text, Lines* lines) {
+    lines->push_back({Severity::warning, printable(text)});
+}
+
+static void addMissingSettings(const Controller& controller, const std::string& where, Lines* lines) {
+    static const std::string missing = ": its settings could not be read";
+    if (!controller.settings)
+        warn(where + missing, lines);
+    for (const Drive& drive : controller.drives)
+        if (!drive.settings)
+            warn("drive " + std::to_string(drive.number) + " of " + where + missing, lines);
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        if (!drive.settings)
+            warn("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where + missing, lines);
+}
+
+// A refusal of settings has its line already. Sensors, batteries and progress are no part of the
+// configuration.
+static bool concernsBackup(const Fault& fault) {
+    static constexpr std::string_view listings[] = {"q5_getNumberOfHBA", "q5_getControllerInfo",
+                                                    "q5_getPhyDrvInfo", "q5_getLogDrvInfo",
+                                                    "q5_getAryLostDisk"};
+    static constexpr std::string_view settings[] = {"q5_getControllerSettings", "q5_getPhyDrvSettings",
+                                                    "q5_getLogDrvSettings"};
+    const auto isOneOf = [&](const auto& names) {
+        return std::find(std::begin(names), std::end(names), fault.operation) != std::end(names);
+    };
+    return isOneOf(listings) || (isOneOf(settings) && fault.kind == FaultKind::overrun) ||
+           (isOneOf(settings) && fault.kind == FaultKind::impossible);
+}
+
+static constexpr char kIncomplete[] = "; the backup is incomplete";
+
+static void addFaults(const std::string& object, const Faults& faults, Lines* lines) {
+    for (const Fault& fault : faults)
+        if (concernsBackup(fault))
+            warn(object + ": " + faultText(fault) + kIncomplete, lines);
+}
+
+static void addWrongCount(const std::string& where, std::size_t reported, std::size_t listed,
+                          const char* word, Lines* lines) {
+    if (reported != listed)
+        warn(where + ": counts " + counted(reported, word) + ", but lists " + counted(listed, word) +
+                 kIncomplete,
+             lines);
+}
+
+static void addController(const Controller& controller, Lines* lines) {
+    const std::string where = "controller " + std::to_string(controller.id);
+    addMissingSettings(controller, where, lines);
+    addFaults(where, controller.faults, lines);
+    if (controller.info) {
+        addWrongCount(where, controller.info->diskCount, controller.drives.size(), "drive", lines);
+        addWrongCount(where, controller.info->arrayCount, controller.logicalDrives.size(), "logical drive",
+                      lines);
+    }
+    for (const Drive& drive : controller.drives)
+        addFaults("drive " + std::to_string(drive.number) + " of " + where, drive.faults, lines);
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        addFaults("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where, drive.faults,
+                  lines);
+}
+
+Lines unreadableLines(const Snapshot& snapshot) {
+    Lines lines;
+    addFaults("this host", snapshot.faults, &lines);
+    for (const Controller& controller : snapshot.controllers)
+        addController(controller, &lines);
+    return lines;
+}
