@@ -44,7 +44,7 @@ Capture captureWorld(const Snapshot& snapshot, std::int64_t now) {
     q5sim::World world;
     convertControllers(snapshot, now, &world, &notes);
     fitWorld(&world, &notes);
-    q5sim::rememberDrives(world);
+    q5sim::recordKnownDrives(world);
     world.assumed = notes.lines;
     Capture capture = {q5sim::worldToJson(world), "", notes.lines, notes.complete};
     q5sim::World read;
