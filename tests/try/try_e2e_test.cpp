@@ -213,6 +213,38 @@ TEST(Try, ExportWritesNoFile) {
     EXPECT_FALSE(fs::exists(session.path("exported")));
 }
 
+// The rest of such a line would be a command of its own, which is not checked.
+TEST(Try, RefusesLinesThatThePromptWouldSplit) {
+    TrySession session;
+    const std::string plan = session.path("plan"), target = session.path("exported");
+    writeFile(plan, "ctrl" + std::string(4092, ' ') + "\n");
+    EXPECT_EQ(session.run({"-f", plan}).status, 0);
+    for (const std::size_t blanks : {4093u, 4094u}) {
+        writeFile(plan, "ctrl" + std::string(blanks, ' ') + "export -t 1 -f " + target + "\n");
+        EXPECT_EQ(session.run({"-f", plan}),
+                  (ProcessOutcome{3, "", "cli-try: " + plan + " has a line of more than 4096 bytes\n"}));
+    }
+    writeFile(plan, std::string("ctrl\0export -t 1 -f ", 20) + target + "\n");
+    EXPECT_EQ(session.run({"-f", plan}),
+              (ProcessOutcome{3, "", "cli-try: " + plan + " contains a NUL byte\n"}));
+    EXPECT_FALSE(fs::exists(target));
+}
+
+TEST(Try, ExitEndsTheList) {
+    TrySession session;
+    writeFile(session.path("plan"), "ctrl\n \"Exit\"\nlogdrv -a del -l 0 -i 0\n");
+    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.find("cli>logdrv"), std::string::npos) << outcome;
+}
+
+TEST(Try, NeedsAController) {
+    TrySession session;
+    session.useWorld("{\"controllers\": []}");
+    EXPECT_EQ(session.run({"ctrl"}),
+              (ProcessOutcome{3, "", "cli-try: the adapters cannot be read: there is no controller\n"}));
+}
+
 TEST(Try, AdaptersThatCannotBeRead) {
     TrySession session;
     session.useWorld(R"({"rules": [{"kind": "refuse", "operation": "q5_initialize"}], "controllers": []})");
@@ -275,6 +307,10 @@ TEST(Try, UsageErrors) {
     EXPECT_EQ(session.run({}), (ProcessOutcome{3, "", "cli-try: a command is missing" + advice}));
     EXPECT_EQ(session.run({"-x"}), (ProcessOutcome{3, "", "cli-try: there is no option -x" + advice}));
     EXPECT_EQ(session.run({"-f"}), (ProcessOutcome{3, "", "cli-try: -f needs the name of a file" + advice}));
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"-f", "a", "-f", "b"}, {"-f", "a", "-s"}, {"--shell", "--file=a"}})
+        EXPECT_EQ(session.run(words),
+                  (ProcessOutcome{3, "", "cli-try: only one --file or --shell is possible" + advice}));
     EXPECT_EQ(session.run({"-s", "ctrl"}),
               (ProcessOutcome{3, "", "cli-try: unexpected word \"ctrl\"" + advice}));
     EXPECT_EQ(session.run({"-f", "/nonexistent"}),
