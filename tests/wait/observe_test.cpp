@@ -38,7 +38,7 @@ TEST(Observe, ReadsTheActivitiesOfTheStatusByte) {
     const View view = viewOf({}, controller);
     ASSERT_EQ(view.activities.size(), 2u);
     EXPECT_EQ(view.activities[0].kind, unsigned{kRebuilding});
-    EXPECT_EQ(view.activities[0].target, (Target{3, false, 7, ""}));
+    EXPECT_EQ(view.activities[0].target, (Target{3, false, 7, "", 0}));
     EXPECT_EQ(view.activities[0].target.name, "Data");
     EXPECT_EQ(view.activities[0].percent, 12u);
     EXPECT_TRUE(view.activities[0].paused);
@@ -77,12 +77,19 @@ TEST(Observe, ReadsMediaPatrol) {
                          patrolledDrive(3, kPatrolStopped, 20), patrolledDrive(20, 0, 0), Drive{}};
     const View view = viewOf({}, controller);
     ASSERT_EQ(view.activities.size(), 2u);
-    EXPECT_EQ(view.activities[0].target, (Target{0, true, 1, ""}));
+    EXPECT_EQ(view.activities[0].target, (Target{0, true, 1, "", 0}));
     EXPECT_EQ(view.activities[0].percent, 40u);
     EXPECT_TRUE(view.activities[1].paused);
     ASSERT_EQ(view.drives.size(), 5u);
     EXPECT_EQ(view.drives[2].patrol, kPatrolStopped);
     EXPECT_EQ(view.drives[4].patrol, std::nullopt);
+}
+
+TEST(Observe, TellsArraysWithTheSameNumberApart) {
+    Controller controller;
+    controller.logicalDrives = {logicalDrive(0, "A", 0)};
+    controller.logicalDrives[0].info.arrayId = 5;
+    EXPECT_EQ(viewOf({}, controller).arrays[0].target.array, 5u);
 }
 
 // Control characters of a name would move the cursor of a terminal.

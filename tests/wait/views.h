@@ -6,11 +6,11 @@
 
 inline Target arrayTarget(std::uint32_t controller = 0, std::uint32_t number = 0,
                           const std::string& name = "Archive") {
-    return {controller, false, number, name};
+    return {controller, false, number, name, 0};
 }
 
 inline Target driveTarget(std::uint32_t number) {
-    return {0, true, number, ""};
+    return {0, true, number, "", 0};
 }
 
 // A logical drive in this state, without activities.

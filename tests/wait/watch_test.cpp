@@ -82,6 +82,26 @@ TEST_F(Watching, ChecksOnlyAwaitedLogicalDrives) {
     EXPECT_EQ(take(view), Verdict::finished);
 }
 
+TEST_F(Watching, AnotherArrayWithTheSameNumberIsNotTheOneWaitedFor) {
+    take(activeView(kRebuilding, 45));
+    View view = quietView(ArrayState::online);
+    view.arrays[0].target.array = 7;
+    take(view);
+    EXPECT_EQ(take(view), Verdict::notOnline);
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " no longer exists\n");
+}
+
+TEST_F(Watching, AnotherNameMayBeAnotherLogicalDrive) {
+    take(activeView(kRebuilding, 45));
+    View view = quietView(ArrayState::online);
+    view.arrays[0].target.name = "New";
+    take(view);
+    EXPECT_EQ(take(view), Verdict::notOnline);
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " is now named \"New\"; it may be another one\n");
+}
+
 TEST_F(Watching, ReportsADeletedLogicalDrive) {
     take(activeView(kRebuilding, 45));
     take(View{});

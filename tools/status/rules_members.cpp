@@ -75,7 +75,7 @@ static bool isRebuilding(const LogicalDrive& array) {
 static std::size_t countRebuildTargets(const Controller& controller, const LogicalDrive& array) {
     std::size_t count = 0;
     for (const Drive& drive : controller.drives)
-        count += holdingOf(controller, drive.number, array) == Holding::rebuildTarget ? 1 : 0;
+        count += roleOf(controller, drive.number, array) == DriveRole::rebuildTarget ? 1 : 0;
     return isRebuilding(array) ? std::max<std::size_t>(count, 1) : 0;
 }
 

@@ -3,9 +3,14 @@
 
 #include "tools/wait/texts.h"
 
+// A new array may get number and array ID of a deleted one; its name is the last thing that differs.
 static Verdict verdictOnArray(Watch* watch, const View& view, const Target& target) {
     for (const SeenArray& array : view.arrays)
-        if (array.target == target) {
+        if (array.target == target && array.target.name != target.name) {
+            watch->messages.push_back({false, targetText(target) + " is now named \"" + array.target.name +
+                                                  "\"; it may be another one"});
+            return Verdict::notOnline;
+        } else if (array.target == target) {
             watch->messages.push_back({false, targetText(target) + " is " + arrayStateText(array.state)});
             return array.state == ArrayState::online ? Verdict::finished : Verdict::notOnline;
         }

@@ -40,13 +40,13 @@ void addController(const Options& options, const Controller& controller, View* v
         if (options.logicalDrive && drive.info.logDrvId != *options.logicalDrive)
             continue;
         const Target target = {controller.id, false, drive.info.logDrvId,
-                               printable(fieldText(drive.info.name))};
+                               printable(fieldText(drive.info.name)), drive.info.arrayId};
         view->arrays.push_back({target, arrayState(drive)});
         addActivities(options, drive, target, view);
     }
     if ((options.kinds & kMediaPatrol) != 0)
         for (const Drive& drive : controller.drives)
-            addPatrol(drive, {controller.id, true, drive.number, ""}, view);
+            addPatrol(drive, {controller.id, true, drive.number, "", 0}, view);
 }
 
 // Only after a refused listing is it unknown what is active.

@@ -13,12 +13,13 @@ struct Target {
     bool isDrive = false;
     std::uint32_t number = 0; // as cli shows it: drives from 1
     std::string name;         // of a logical drive, printable
+    std::uint16_t array = 0;  // the array of a logical drive; another one that takes its number has another
 };
 
-// A name can be changed while its object stays the same.
+// A name can be changed while its object stays the same; its activities go on.
 inline bool operator==(const Target& left, const Target& right) {
     return left.controller == right.controller && left.isDrive == right.isDrive &&
-           left.number == right.number;
+           left.number == right.number && left.array == right.array;
 }
 
 struct SeenActivity {
