@@ -21,7 +21,7 @@ SKIP = 77
 
 
 def skip_without(*programs):
-    """Skips the test if a program is missing; shows the versions of the others."""
+    """Skips the test if a program is missing; shows the versions."""
     for program in programs:
         if shutil.which(program) is None:
             print(f"{program} is not installed")
@@ -82,7 +82,7 @@ class Workspace:
         self._directory.cleanup()
 
     def run(self, *command, **more):
-        """Runs a program to completion; returns both output streams combined."""
+        """Runs a program; returns both output streams combined."""
         environment = {**self.environment, **more.pop("environment", {})}
         return subprocess.run(
             [str(word) for word in command], check=False, text=True,

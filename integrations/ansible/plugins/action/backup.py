@@ -45,7 +45,7 @@ class ActionModule(ActionBase):
         return result
 
     def _fetch(self, file, directory, task_vars):
-        """Under another name first, so that an incomplete copy is never used."""
+        """Under another name first: an incomplete copy is never used."""
         path = os.path.join(directory, file["name"])
         task = self._task.copy()
         task.args = {
