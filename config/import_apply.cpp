@@ -155,7 +155,9 @@ int PhraseCreateOnExtents(const LogDrvConfigRecord& record, CreateArrayRequest* 
     appendCreation(&words, record, true);
     HbaAddress address = {};
     std::uint32_t secondArgument = 0;
-    return PhraseCreateLogDrvArg(words.count, words.word, &address, &secondArgument, request);
+    const int result = PhraseCreateLogDrvArg(words.count, words.word, &address, &secondArgument, request);
+    request->origin = kOriginImport;
+    return result;
 }
 
 static std::uint16_t readDiskCount(std::uint32_t controller) {

@@ -1,6 +1,7 @@
 // The command arguments that an import builds, tested by the adapter calls of the commands.
 #include "config/import_set.h"
 #include "tests/config/import_apply.h"
+#include "util/result.h"
 
 using ImportArguments = ImportApply;
 
@@ -219,6 +220,52 @@ TEST_F(ImportArguments, FillsMissingMembersWithZeroes) {
     request.member[3].driveId = 0xFFFFFFFF; // entered as 0, then decremented
     request.member[4].driveId = 0xFFFFFFFF;
     expectCreated(with(logDrvBlock(0, 0), "DiskNum> 3", "DiskNum> 5"), request);
+}
+
+// The second extent of the first drive and the third of the second.
+static LogDrvConfigRecord recordOnExtents() {
+    LogDrvConfigRecord record = {};
+    put(record.name, "Data 1");
+    record.sectorCount = 2000000;
+    record.sectorSize = 512;
+    record.stripeSize = 64;
+    record.raidLevel = kRaid1;
+    record.memberCount = 2;
+    record.memberIds[0] = 1;
+    record.memberIds[1] = 4;
+    record.extents[0] = 1;
+    record.extents[1] = 2;
+    return record;
+}
+
+static CreateArrayRequest creationOnExtents() {
+    CreateArrayRequest request = creation();
+    request.raidLevel = kRaid1;
+    request.allocation = kAllocateGiven;
+    request.memberCount = 2;
+    request.member[0] = {1, 0};
+    request.member[1] = {2, 3};
+    request.member[2] = {};
+    return request;
+}
+
+TEST_F(ImportArguments, CreatesOnTheExtentsOfTheRecord) {
+    expectCreation(0, creationOnExtents());
+    EXPECT_EQ(outputOf([] { EXPECT_EQ(CreateOnExtents(recordOnExtents()), 0); }), "");
+}
+
+TEST_F(ImportArguments, PreparesTheRequestForExtentsWithoutSendingIt) {
+    CreateArrayRequest request = {};
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(PhraseCreateOnExtents(recordOnExtents(), &request), 0); }), "");
+    EXPECT_EQ(bytesOf(request), bytesOf(creationOnExtents()));
+}
+
+TEST_F(ImportArguments, PreparesNoRequestFromAnInvalidRecord) {
+    LogDrvConfigRecord record = recordOnExtents();
+    record.controller = -1;
+    CreateArrayRequest request = {};
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(PhraseCreateOnExtents(record, &request), Result::badId); }),
+              "Invalid controller ID '-1' specified\n");
 }
 
 TEST_F(ImportArguments, IgnoresNullRecords) {
