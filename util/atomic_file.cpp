@@ -15,7 +15,7 @@ static constexpr int kMaxNames = 100; // tried for the temporary file
 // Resolves the symbolic links at the end of path; the file they point to may be missing. False if that is not
 // possible.
 static bool resolveLinks(char (&path)[kPathSize]) {
-    for (int links = 0; links < kMaxLinks; ++links) {
+    for (int links = 0; links <= kMaxLinks; ++links) {
         char link[kPathSize];
         const ssize_t read = readlink(path, link, sizeof link - 1);
         if (read < 0)

@@ -2,6 +2,7 @@
 #include "util/atomic_file.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -113,6 +114,20 @@ TEST_F(AtomicFile, GrantsNothingToAnotherGroup) {
     EXPECT_EQ(mode(path("file")), 0606u);
 }
 
+// Of a file that its group may write, the group can be kept but not the owner.
+TEST_F(AtomicFile, KeepsThePermissionsOfTheGroupWithoutTheOwner) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can set the owner";
+    write("file", "old");
+    ASSERT_EQ(chown(path("file").c_str(), 0, kNobody), 0);
+    ASSERT_EQ(chmod(path("file").c_str(), 0664), 0);
+    ASSERT_EQ(chown(directory.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(runAsNobody([&] { EXPECT_TRUE(replace(path("file"), "new")); }), 0);
+    EXPECT_EQ(info(path("file")).st_uid, kNobody);
+    EXPECT_EQ(info(path("file")).st_gid, kNobody);
+    EXPECT_EQ(mode(path("file")), 0664u);
+}
+
 TEST_F(AtomicFile, ReplacesTheTargetOfALink) {
     std::filesystem::create_directory(path("there"));
     write("there/file", "old");
@@ -122,6 +137,24 @@ TEST_F(AtomicFile, ReplacesTheTargetOfALink) {
     EXPECT_TRUE(S_ISLNK(info(path("link")).st_mode));
     EXPECT_TRUE(S_ISLNK(info(path("there/second")).st_mode));
     EXPECT_EQ(content("there/file"), "new");
+}
+
+// Linux follows 40 links, FreeBSD 32.
+TEST_F(AtomicFile, ReplacesTheTargetOfTheLongestChainOfLinks) {
+    write("0", "old");
+    const ino_t number = info(path("0")).st_ino;
+    int links = 0;
+    while (access(path(std::to_string(links)).c_str(), F_OK) == 0) {
+        std::filesystem::create_symlink(std::to_string(links), path(std::to_string(links + 1)));
+        ++links;
+    }
+    const std::string followed = path(std::to_string(links - 1)), refused = path(std::to_string(links));
+    EXPECT_TRUE(replace(followed, "new"));
+    EXPECT_TRUE(S_ISLNK(info(followed).st_mode));
+    EXPECT_EQ(content("0"), "new");
+    EXPECT_NE(info(path("0")).st_ino, number);
+    FileReplacement file;
+    EXPECT_FALSE(open(&file, refused));
 }
 
 TEST_F(AtomicFile, CreatesTheTargetOfALink) {
@@ -283,6 +316,29 @@ TEST_F(AtomicFile, KeepsTheOldContentWhenTheNewOneDoesNotFit) {
     EXPECT_EQ(names(), (Names{"file"}));
 }
 
+// The new content is complete, but cannot be copied over the old one.
+TEST_F(AtomicFile, ReportsAnErrorWhileWritingInPlace) {
+    write("file", "old");
+    chmod(path("file").c_str(), 0666);
+    chmod(directory.c_str(), 0555);
+    EXPECT_EQ(runAsNobody([&] {
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  FileReplacement file;
+                  ASSERT_TRUE(open(&file, path("file")));
+                  std::fputs(std::string(10000, 'x').c_str(), file.stream);
+                  std::fflush(file.stream);
+                  struct rlimit before;
+                  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+                  const struct rlimit limit = {5000, before.rlim_max};
+                  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+                  EXPECT_FALSE(commitReplacement(&file));
+                  EXPECT_EQ(errno, EFBIG);
+                  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+              }),
+              0);
+    chmod(directory.c_str(), 0755);
+}
+
 TEST_F(AtomicFile, RemovesItsTemporaryFileWhenASignalEndsTheProgram) {
     write("file", "old");
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
@@ -317,16 +373,21 @@ TEST_F(AtomicFile, LeavesAHandlerOfTheLibraryInPlace) {
     sigaction(SIGINT, &before, nullptr);
 }
 
+// A program in the background starts with some of them ignored.
 TEST_F(AtomicFile, RestoresSignalHandlers) {
-    struct sigaction before, after;
-    sigaction(SIGINT, nullptr, &before);
-    EXPECT_TRUE(replace(path("file"), "new"));
-    sigaction(SIGINT, nullptr, &after);
-    EXPECT_EQ(after.sa_handler, before.sa_handler);
-    std::signal(SIGINT, SIG_IGN);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+        for (const auto handler : {SIG_DFL, SIG_IGN}) {
+            const auto former = std::signal(signal, handler);
+            EXPECT_TRUE(replace(path("file"), "new"));
+            EXPECT_EQ(std::signal(signal, former), handler) << signal;
+        }
+}
+
+TEST_F(AtomicFile, LeavesIgnoredSignalsIgnored) {
+    const auto former = std::signal(SIGINT, SIG_IGN);
     FileReplacement file;
     ASSERT_TRUE(open(&file, path("file")));
     raise(SIGINT);
     EXPECT_TRUE(commitReplacement(&file));
-    std::signal(SIGINT, before.sa_handler);
+    std::signal(SIGINT, former);
 }
