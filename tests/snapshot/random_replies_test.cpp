@@ -1,4 +1,4 @@
-// Snapshots of adapters that answer at random: only read-only operations are called, nothing is read
+// Snapshots of adapters with random replies: only read-only operations are called, nothing is read
 // without bounds, and every format stays valid for any replies.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

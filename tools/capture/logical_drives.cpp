@@ -159,7 +159,7 @@ static bool wouldRebuild(const Conversion& conversion, std::size_t position) {
     return probe.controllers[0].logicalDrives[position].activity.kind == kRebuilding;
 }
 
-static void inferHeldRebuilds(Conversion& conversion) {
+static void inferInhibitedRebuilds(Conversion& conversion) {
     std::vector<q5sim::LogicalDrive>& drives = conversion.to.logicalDrives;
     for (std::size_t i = 0; conversion.to.autoRebuild && i < drives.size(); i++)
         if (wouldRebuild(conversion, i)) {
@@ -180,5 +180,5 @@ void inferStates(Conversion& conversion) {
     }
     q5sim::reportSensors(conversion.to, conversion.now); // known states cause no events
     conversion.to.events.clear();
-    inferHeldRebuilds(conversion);
+    inferInhibitedRebuilds(conversion);
 }
