@@ -102,7 +102,7 @@ TEST_F(Backup, PrintsOtherChangedValues) {
     EXPECT_EQ(stems().size(), 2u);
 }
 
-TEST_F(Backup, ProgressAndReadingsAloneAreNoChange) {
+TEST_F(Backup, IgnoresChangesOfProgressAndReadings) {
     session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
     ASSERT_EQ(cli({"mp", "-a", "start", "-p", "1", "-i", "0"}).status, 0);
     backup();
@@ -127,7 +127,7 @@ TEST_F(Backup, IsNamedAfterTheNewestBackup) {
 }
 
 // The next name is known: one second after the newest.
-TEST_F(Backup, LeavesNothingBesideAForeignFile) {
+TEST_F(Backup, AddsNothingNextToAForeignFile) {
     backup();
     const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
     for (const char* suffix : {".cfg", ".json"})

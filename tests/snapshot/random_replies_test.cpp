@@ -74,7 +74,7 @@ static Snapshot randomSnapshot(unsigned seed) {
 
 static constexpr unsigned kSeeds = 45;
 
-TEST(RandomReplies, LeadToListedOperationsAlone) {
+TEST(RandomReplies, LeadOnlyToListedOperations) {
     static const std::set<std::string> listed = {"q5_initialize",
                                                  "q5_discover",
                                                  "q5_getNumberOfHBA",
