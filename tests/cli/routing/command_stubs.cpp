@@ -47,6 +47,10 @@ RecordedCall takeRecordedCall() {
     return call;
 }
 
+bool isListing(const std::string& function) {
+    return function.starts_with("List");
+}
+
 #define RECORDING_STUB(function)                    \
     int function(int wordCount, char** words) {     \
         return record(#function, wordCount, words); \
