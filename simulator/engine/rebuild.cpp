@@ -77,8 +77,8 @@ static std::string extentName(const RebuildChoice& choice) {
     return "extent " + std::to_string(choice.extent) + " of drive " + std::to_string(choice.drive + 1);
 }
 
-std::string obstacleToRebuild(const Controller& controller, const LogicalDrive& array,
-                              const std::vector<RebuildChoice>& choices) {
+std::string rebuildRefusal(const Controller& controller, const LogicalDrive& array,
+                           const std::vector<RebuildChoice>& choices) {
     const std::uint8_t status = functionalStatus(controller, array);
     if (array.activity.kind != 0)
         return "it has another activity";
@@ -98,7 +98,7 @@ std::string obstacleToRebuild(const Controller& controller, const LogicalDrive& 
 
 bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector<RebuildChoice>& choices,
                   std::int64_t now) {
-    if (!obstacleToRebuild(controller, array, choices).empty())
+    if (!rebuildRefusal(controller, array, choices).empty())
         return false;
     const std::vector<std::size_t> lost = lostMembers(controller, array);
     const std::vector<RebuildTarget> targets = assignSlots(array, lost, choices);

@@ -12,8 +12,8 @@ struct RebuildChoice {
 };
 
 // Why the array cannot be rebuilt onto these extents; empty: it can.
-std::string obstacleToRebuild(const Controller& controller, const LogicalDrive& array,
-                              const std::vector<RebuildChoice>& choices);
+std::string rebuildRefusal(const Controller& controller, const LogicalDrive& array,
+                           const std::vector<RebuildChoice>& choices);
 
 // Starts a rebuild onto these extents, each of which replaces a lost member. Returns false when the
 // array or an extent does not allow it.

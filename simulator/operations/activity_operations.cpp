@@ -177,8 +177,8 @@ int q5_startLogDrvInit(HbaAddress address, std::uint32_t reserved, const InitSta
     });
 }
 
-// nullptr: none.
-static const char* obstacleToCheck(const Controller& controller, const LogicalDrive& array) {
+// Why a redundancy check is refused; nullptr: it is not.
+static const char* checkRefusal(const Controller& controller, const LogicalDrive& array) {
     if (array.activity.kind != 0)
         return "has another activity";
     if (!isRedundant(array.level))
@@ -196,8 +196,8 @@ int q5_startRedundancyCheck(HbaAddress address, std::uint32_t reserved,
         LogicalDrive* array = findLogicalDrive(controller, request->logDrvId);
         if (array == nullptr)
             return refuse("redundancy check: there is no logical drive %u", request->logDrvId);
-        if (const char* obstacle = obstacleToCheck(controller, *array))
-            return refuse("redundancy check of logical drive %d: it %s", array->logDrvId, obstacle);
+        if (const char* reason = checkRefusal(controller, *array))
+            return refuse("redundancy check of logical drive %d: it %s", array->logDrvId, reason);
         if (request->noFix == 0 && !array->synchronized) {
             startSynchronization(controller, *array, now);
             return kDone;
@@ -223,8 +223,8 @@ int q5_startHBARebuildExtent(HbaAddress address, std::uint32_t reserved, std::ui
         LogicalDrive* array = findLogicalDrive(controller, drive->logDrvId);
         if (array == nullptr)
             return refuse("rebuild: there is no logical drive %d", drive->logDrvId);
-        if (const std::string obstacle = obstacleToRebuild(controller, *array, choices); !obstacle.empty())
-            return refuse("rebuild of logical drive %d: %s", array->logDrvId, obstacle.c_str());
+        if (const std::string reason = rebuildRefusal(controller, *array, choices); !reason.empty())
+            return refuse("rebuild of logical drive %d: %s", array->logDrvId, reason.c_str());
         startRebuild(controller, *array, choices, now);
         return kDone;
     });

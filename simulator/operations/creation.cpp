@@ -50,8 +50,8 @@ static bool areValidMembers(const Controller& controller, const CreateArrayReque
     return true;
 }
 
-// Why the request cannot be met; nullptr: no reason is known yet.
-static const char* obstacleToCreation(const Controller& controller, const CreateArrayRequest& request) {
+// Why the request is refused before its sizes are known; nullptr: it is not.
+static const char* creationRefusal(const Controller& controller, const CreateArrayRequest& request) {
     if (request.raidLevel > 255 || !isValidGeometry(geometryOf(request)))
         return "the level cannot have these members, parity and subarrays";
     if (!hasKnownCodes(request) || !isValidStripe(request.stripeSize))
@@ -165,8 +165,8 @@ int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArray
     return updateController(address, reserved, [&](Controller& controller, std::int64_t now) {
         if (request == nullptr || controller.logicalDrives.size() >= kMaxLogDrvs)
             return refuse("creation: there is no request, or there are too many logical drives");
-        if (const char* obstacle = obstacleToCreation(controller, *request))
-            return refuse("creation: %s", obstacle);
+        if (const char* reason = creationRefusal(controller, *request))
+            return refuse("creation: %s", reason);
         const Sizes sizes = sizesFor(controller, *request);
         const std::uint16_t id = freeId(controller);
         if (sizes.array == 0)

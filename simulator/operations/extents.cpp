@@ -75,8 +75,8 @@ int q5_addHBAExtentToArray(HbaAddress address, std::uint32_t reserved, const Ext
         if (array == nullptr)
             return refuse("adding an extent: there is no such extent or logical drive");
         const std::vector<RebuildChoice> choices = {{placement->driveId, placement->extent}};
-        if (const std::string obstacle = obstacleToRebuild(controller, *array, choices); !obstacle.empty())
-            return refuse("adding an extent to logical drive %d: %s", array->logDrvId, obstacle.c_str());
+        if (const std::string reason = rebuildRefusal(controller, *array, choices); !reason.empty())
+            return refuse("adding an extent to logical drive %d: %s", array->logDrvId, reason.c_str());
         startRebuild(controller, *array, choices, now);
         return kDone;
     });

@@ -106,7 +106,7 @@ struct BackupCrash : BackupSession {
     }
 };
 
-TEST_F(BackupCrash, KillAtACallLeavesWholeBackups) {
+TEST_F(BackupCrash, KillAtACallLeavesCompleteBackups) {
     const bool traced = tryFault("kill", 60, [&](const ProcessOutcome& outcome) {
         kills += outcome.status == 128 + SIGKILL;
         EXPECT_TRUE(outcome.status == 128 + SIGKILL || outcome.status == kNotReached) << outcome;
@@ -121,7 +121,7 @@ TEST_F(BackupCrash, KillAtACallLeavesWholeBackups) {
 }
 
 // The file system is full, or fails, from call to call.
-TEST_F(BackupCrash, ErrorAtACallLeavesWholeBackups) {
+TEST_F(BackupCrash, ErrorAtACallLeavesCompleteBackups) {
     bool traced = true;
     int failed = 0;
     for (const int error : {ENOSPC, EIO})
@@ -162,7 +162,7 @@ static int killAfter(const Session& session, const Words& words, int microsecond
 }
 
 // The moments are scaled to the duration of a run, so that all of it is covered.
-TEST_F(BackupCrash, KillAtAnyMomentLeavesWholeBackups) {
+TEST_F(BackupCrash, KillAtAnyMomentLeavesCompleteBackups) {
     const int wanted = isWholeRun() ? 1000 : 25;
     std::minstd_rand random(1);
     int reach = 40000;

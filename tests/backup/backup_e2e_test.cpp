@@ -1,4 +1,5 @@
-// cli-backup over simulated worlds.
+// cli-backup over simulated worlds: its files, output and errors. What it keeps and removes is tested in
+// retention_e2e_test.cpp.
 #include "tests/backup/backup_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -102,7 +103,7 @@ TEST_F(Backup, PrintsOtherChangedValues) {
     EXPECT_EQ(stems().size(), 2u);
 }
 
-TEST_F(Backup, ProgressAndReadingsAloneAreNoChange) {
+TEST_F(Backup, IgnoresChangesOfProgressAndReadings) {
     session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
     ASSERT_EQ(cli({"mp", "-a", "start", "-p", "1", "-i", "0"}).status, 0);
     backup();
@@ -127,7 +128,7 @@ TEST_F(Backup, IsNamedAfterTheNewestBackup) {
 }
 
 // The next name is known: one second after the newest.
-TEST_F(Backup, LeavesNothingBesideAForeignFile) {
+TEST_F(Backup, AddsNothingNextToAForeignFile) {
     backup();
     const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
     for (const char* suffix : {".cfg", ".json"})
@@ -140,69 +141,6 @@ TEST_F(Backup, LeavesNothingBesideAForeignFile) {
     EXPECT_EQ(outcome.status, 3) << outcome;
     EXPECT_EQ(outcome.err, "cli-backup: cannot write " + host + "30000101T000000Z.cfg: it exists\n");
     EXPECT_EQ(files(), before);
-}
-
-TEST_F(Backup, RemovesTheOldest) {
-    Files last;
-    for (int rate = 1; rate <= 4; ++rate) {
-        changeRate(rate);
-        ASSERT_EQ(backup({"--keep", "2"}).status, 0);
-        EXPECT_EQ(stems().size(), rate == 1 ? 1u : 2u);
-    }
-    EXPECT_NE(content(stems()[0] + ".cfg").find("<SyncRate> 3\n"), std::string::npos);
-    EXPECT_NE(content(stems()[1] + ".cfg").find("<SyncRate> 4\n"), std::string::npos);
-    EXPECT_EQ(files().size(), 4u);
-}
-
-TEST_F(Backup, FewerDrivesRotateNothing) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
-    backup();
-    changeRate(7);
-    backup();
-    const Files before = files();
-    ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
-    const ProcessOutcome outcome = backup({"--keep", "1"});
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.out.find("warning: controller 0 has 2 drives; it had 3\nsaved as " + newest() +
-                               ".cfg\nwarning: no older backup was removed\n"),
-              std::string::npos)
-        << outcome;
-    EXPECT_EQ(files().size(), before.size() + 2);
-    for (const auto& [name, text] : before)
-        EXPECT_EQ(files()[name], text) << name;
-}
-
-// However many follow, the last one that still had everything is kept.
-TEST_F(Backup, KeepsTheLastBackupWithMore) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
-    backup();
-    changeRate(7);
-    backup();
-    const std::string complete = newest();
-    ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
-    backup({"--keep", "1"});
-    changeRate(8);
-    ASSERT_EQ(backup({"--keep", "1"}).status, 0);
-    EXPECT_EQ(stems().size(), 2u);
-    EXPECT_EQ(stems()[0], complete);
-}
-
-TEST_F(Backup, FewerLogicalDrivesAreReported) {
-    backup();
-    ASSERT_EQ(cli({"logdrv", "-a", "del", "-i", "0", "-l", "0"}).status, 0);
-    const ProcessOutcome outcome = backup();
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.out.find("warning: controller 0 has "), std::string::npos) << outcome;
-    EXPECT_EQ(stems().size(), 2u);
-}
-
-TEST_F(Backup, FewerControllersAreReported) {
-    backup();
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
-    const ProcessOutcome outcome = backup();
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.out.find("warning: this host has 1 controller; it had 2\n"), std::string::npos)
-        << outcome;
 }
 
 TEST_F(Backup, NeedsItsDirectory) {
@@ -283,65 +221,6 @@ TEST_F(Backup, TriesAgainWhenTheAdaptersChangeMeanwhile) {
     EXPECT_NE(content(newest() + ".cfg").find("<SyncRate> 99\n"), std::string::npos);
 }
 
-TEST_F(Backup, RemovesWhatAnInterruptedRunLeft) {
-    backup();
-    const Files before = files();
-    const std::string half = kept + "/" + newest().substr(5, newest().size() - 5 - 16);
-    writeFile(half + "20200101T000000Z.json", "{");
-    writeFile(half + "20200101T000001Z.cfg", "kept by hand");
-    writeFile(kept + "/other-20200101T000000Z.json", "another host's");
-    writeFile(kept + "/.cli-backup/.cli-1-0.tmp", "x");
-    EXPECT_EQ(backup().status, 0);
-    EXPECT_EQ(files().size(), before.size() + 2);
-    EXPECT_FALSE(std::filesystem::exists(half + "20200101T000000Z.json"));
-    EXPECT_TRUE(std::filesystem::is_empty(kept + "/.cli-backup"));
-}
-
-TEST_F(Backup, ReportsADamagedBackupAndRemovesNone) {
-    backup();
-    const std::string damaged = newest();
-    writeFile(session.path(damaged + ".json"), "{");
-    const ProcessOutcome outcome = backup({"--keep", "1"});
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.out.rfind("warning: " + damaged + ".json: ", 0), 0u) << outcome;
-    EXPECT_EQ(stems().size(), 2u);
-    EXPECT_EQ(content(damaged + ".json"), "{");
-}
-
-// An empty .cfg has no objects, but its .json has as many as the intact backup.
-TEST_F(Backup, ADamagedBackupReplacesNone) {
-    backup();
-    const std::string good = newest();
-    changeRate(7);
-    backup();
-    const std::string damaged = newest();
-    const std::string warning = "warning: " + damaged + ".cfg and its .json do not belong together: line 1 ";
-    writeFile(session.path(damaged + ".cfg"), "");
-    for (const int rate : {8, 9}) {
-        changeRate(rate);
-        const ProcessOutcome outcome = backup({"--keep", "1"});
-        EXPECT_EQ(outcome.status, 1) << outcome;
-        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
-    }
-    EXPECT_EQ(stems().size(), 4u);
-    EXPECT_EQ(stems()[0], good);
-    EXPECT_EQ(stems()[1], damaged);
-}
-
-TEST_F(Backup, RotatesAgainWhenTheDamagedBackupIsRemoved) {
-    backup();
-    writeFile(session.path(newest() + ".cfg"), "");
-    const std::string damaged = newest();
-    backup();
-    changeRate(8);
-    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
-    for (const char* suffix : {".cfg", ".json"})
-        std::filesystem::remove(session.path(damaged + suffix));
-    changeRate(9);
-    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
-    EXPECT_EQ(stems().size(), 1u);
-}
-
 // The size of logical drives is in both files; that of a drive is in the snapshot alone.
 TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
     const char* const changes[] = {"s/\"sectorCount\": [0-9]*/\"sectorCount\": 12345/",
@@ -356,65 +235,6 @@ TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
         EXPECT_EQ(outcome.out.find("unchanged"), std::string::npos) << change << outcome;
         EXPECT_EQ(stems().size(), 2u) << change;
     }
-}
-
-TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
-    backup();
-    ASSERT_EQ(q5sim({"refuse", "q5_getControllerSettings"}).status, 0);
-    const ProcessOutcome outcome = backup({"--keep", "1"});
-    EXPECT_EQ(outcome.status, 1) << outcome;
-    EXPECT_EQ(outcome.out.rfind("warning: controller 0: its settings could not be read\n", 0), 0u) << outcome;
-    EXPECT_EQ(stems().size(), 2u);
-}
-
-// An export of a listing that was refused looks like one of a controller that has nothing.
-TEST_F(Backup, ReportsListingsThatCannotBeReadEachTime) {
-    for (const char* operation : {"q5_getLogDrvInfo", "q5_getControllerInfo"}) {
-        SCOPED_TRACE(operation);
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
-        ASSERT_EQ(q5sim({"reset"}).status, 0);
-        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
-        const std::string warning = std::string("warning: controller 0: ") + operation +
-                                    " failed with result 1; the backup is incomplete\n";
-        for (const char* outcomeText : {"saved as ", "unchanged since "}) {
-            const ProcessOutcome outcome = backup();
-            EXPECT_EQ(outcome.status, 1) << outcome;
-            EXPECT_NE(outcome.out.find(warning), std::string::npos) << outcome;
-            EXPECT_NE(outcome.out.find(outcomeText + newest()), std::string::npos) << outcome;
-        }
-        EXPECT_EQ(stems().size(), 1u);
-    }
-}
-
-TEST_F(Backup, ReportsListingsThatContradictTheController) {
-    ASSERT_EQ(q5sim({"reset"}).status, 0);
-    ASSERT_EQ(q5sim({"zero", "q5_getLogDrvInfo"}).status, 0);
-    const ProcessOutcome outcome = backup();
-    EXPECT_EQ(outcome.status, 1) << outcome;
-    EXPECT_NE(outcome.out.find("warning: controller 0: counts 2 logical drives, but lists 0 logical drives; "
-                               "the backup is incomplete\n"),
-              std::string::npos)
-        << outcome;
-}
-
-TEST_F(Backup, AnIncompleteBackupReplacesNone) {
-    backup();
-    const std::string good = newest();
-    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
-    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
-    EXPECT_EQ(stems().size(), 2u);
-    EXPECT_EQ(stems()[0], good);
-    EXPECT_EQ(backup({"--keep", "1"}).status, 1);
-    EXPECT_EQ(stems()[0], good);
-}
-
-TEST_F(Backup, ACompleteBackupReplacesAnIncompleteOne) {
-    ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
-    EXPECT_EQ(backup().status, 1);
-    session.useWorld(fixtureWorld("every_level"));
-    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
-    EXPECT_EQ(stems().size(), 1u);
 }
 
 TEST_F(Backup, FindsCliInItsDirectory) {

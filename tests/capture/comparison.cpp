@@ -1,3 +1,4 @@
+// Lists, exports and JSON of two sessions, for comparison.
 #include "tests/capture/comparison.h"
 
 #include <gtest/gtest.h>

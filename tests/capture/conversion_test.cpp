@@ -236,7 +236,7 @@ TEST(Conversion, RunningActivityContinuesAtItsPercentage) {
     EXPECT_FALSE(copy.synchronized);
 }
 
-TEST(Conversion, SpareThatIsNotUsedHoldsTheRebuild) {
+TEST(Conversion, UnusedSpareInhibitsTheRebuild) {
     Snapshot snapshot = mirrored();
     Controller& controller = snapshot.controllers[0];
     controller.settings = ControllerSettings{};

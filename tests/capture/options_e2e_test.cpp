@@ -20,7 +20,7 @@ TEST(Capture, WritesToStandardOutputByDefault) {
               std::string::npos);
 }
 
-TEST(Capture, LeavesTheWorldAlone) {
+TEST(Capture, ChangesNothingInTheWorld) {
     CaptureSession session;
     session.useWorld(fixtureWorld("two_controllers"));
     const std::string before = session.worldText();

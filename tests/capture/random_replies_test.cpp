@@ -1,5 +1,5 @@
-// Captures of adapters that answer at random: whatever they say, the file can be read, holds what was
-// assumed, and describes a copy that is captured the same way.
+// Captures of adapters with random replies: the file can always be read, holds what was assumed, and
+// describes a copy that is captured the same way.
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -6,13 +6,14 @@
 #include <sys/stat.h>
 
 #include "commands/event_buffer.h"
-#include "tests/temporary_directory.h"
+#include "tests/child_process.h"
+#include "tests/temp_dir_fixture.h"
 
 namespace {
-class EventStore : public TemporaryDirectory {
+class EventStore : public TempDirFixture {
 protected:
     void SetUp() override {
-        TemporaryDirectory::SetUp();
+        TempDirFixture::SetUp();
         g_EventBuffer = {};
     }
     void load() { loadEventBuffer(path("events").c_str()); }

@@ -6,11 +6,12 @@
 #include <sys/stat.h>
 
 #include "config/import.h"
+#include "tests/child_process.h"
 #include "tests/mock_adapter.h"
-#include "tests/temporary_directory.h"
+#include "tests/temp_dir_fixture.h"
 
 namespace {
-class ImportFromFile : public TemporaryDirectory {
+class ImportFromFile : public TempDirFixture {
 protected:
     // The import fails before any call of the adapter, with all options.
     void expectRejected(const std::string& name) {

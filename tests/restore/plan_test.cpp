@@ -4,7 +4,7 @@
 #include <set>
 
 #include "snapshot/fields.h"
-#include "tests/temporary_directory.h"
+#include "tests/temp_dir_fixture.h"
 #include "tools/restore/layout.h"
 #include "tools/restore/log.h"
 #include "tools/restore/plan.h"
@@ -52,7 +52,7 @@ TEST(Layout, ReportsWhyARangeCannotBeUsed) {
     EXPECT_EQ(obstacleInRange({}, 0, 1), "is too small: 1 sectors are needed, it has 0");
 }
 
-using RestoreLog = TemporaryDirectory;
+using RestoreLog = TempDirFixture;
 
 static const LogHeader kHeader = {"0123", "4", "2=5,3=-"};
 

@@ -130,7 +130,7 @@ TEST_F(Fans, DoNotTurnBackward) {
 }
 
 // All drives disappear at once: both arrays go offline and return unchanged.
-TEST_F(Environment, EnclosureLeavesAndReturnsWithItsDrives) {
+TEST_F(Environment, EnclosureIsRemovedAndInsertedWithItsDrives) {
     open("");
     EXPECT_EQ(inject([](q5sim::Controller& c, std::int64_t at) { return q5sim::pullEnclosure(c, 0, at); }),
               "");

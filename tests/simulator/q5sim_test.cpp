@@ -207,7 +207,7 @@ TEST_F(Q5simTest, SpeedAppliesFromNow) {
 }
 
 // Only the reason for the failure is reported.
-TEST_F(Q5simTest, ReportsFailedLockAlone) {
+TEST_F(Q5simTest, ReportsOnlyTheFailedLock) {
     open("bench");
     std::filesystem::create_directory(file + ".lock");
     const std::string line = file + ": the world file cannot be locked: Is a directory\n";

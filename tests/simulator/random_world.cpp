@@ -1,3 +1,4 @@
+// Random worlds: controllers, drives, arrays on them, and faults.
 #include "tests/simulator/random_world.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Opens a session on a world file in a temporary directory.
 #include "tests/simulator/simulated_world.h"
 
 #include "simulator/file/world_json.h"

@@ -31,7 +31,7 @@ struct Files : testing::Test {
     }
 };
 
-TEST_F(Files, AreReadWhole) {
+TEST_F(Files, AreReadCompletely) {
     const std::string large(100000, 'x');
     EXPECT_EQ(replaceFile(path, large), "");
     EXPECT_EQ(text(), large);
@@ -48,7 +48,7 @@ TEST_F(Files, AreReplaced) {
 }
 
 // A name that cannot be taken leaves the directory as it was.
-TEST_F(Files, AreLeftAloneWhenReplacingFails) {
+TEST_F(Files, AreUnchangedWhenReplacingFails) {
     fs::create_directory(path);
     fs::create_directory(path + "/inside");
     EXPECT_EQ(replaceFile(path, "new"), "cannot write " + path + ": Is a directory");

@@ -48,7 +48,7 @@ TEST(SnapshotJson, AddsTheBytesOfATextThatIsNotUtf8) {
     EXPECT_FALSE(drive.contains("modelBytes"));
 }
 
-TEST(SnapshotJson, IsReadBackWhole) {
+TEST(SnapshotJson, IsReadBackCompletely) {
     const std::string text = document().dump();
     Snapshot snapshot;
     ASSERT_EQ(snapshotFromText(text, &snapshot), "");

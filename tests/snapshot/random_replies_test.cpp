@@ -1,4 +1,4 @@
-// Snapshots of adapters that answer at random: only read-only operations are called, nothing is read
+// Snapshots of adapters with random replies: only read-only operations are called, nothing is read
 // without bounds, and every format stays valid for any replies.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -74,7 +74,7 @@ static Snapshot randomSnapshot(unsigned seed) {
 
 static constexpr unsigned kSeeds = 45;
 
-TEST(RandomReplies, LeadToListedOperationsAlone) {
+TEST(RandomReplies, LeadOnlyToListedOperations) {
     static const std::set<std::string> listed = {"q5_initialize",
                                                  "q5_discover",
                                                  "q5_getNumberOfHBA",

@@ -1,3 +1,4 @@
+// Runs the programs that derive the expected text and page.
 #include "tests/status/expected_report.h"
 
 #include <gtest/gtest.h>

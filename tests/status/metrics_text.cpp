@@ -1,3 +1,4 @@
+// Parses metrics in the text format of Prometheus.
 #include "tests/status/metrics_text.h"
 
 #include <cctype>

@@ -1,3 +1,4 @@
+// Parses the markup of a page, tag by tag.
 #include "tests/status/page_markup.h"
 
 #include <cctype>

@@ -1,3 +1,4 @@
+// Samples of reports, most with hostile contents.
 #include "tests/status/page_samples.h"
 
 #include <algorithm>

@@ -60,7 +60,7 @@ TEST(Try, DeletionLosesData) {
     EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}), (ProcessOutcome{1, kDeletion, ""}));
 }
 
-TEST(Try, LeavesTheRealAdaptersAlone) {
+TEST(Try, ChangesNothingOnTheRealAdapters) {
     TrySession session;
     session.useWorld(fixtureWorld("two_controllers"));
     const std::string before = session.worldText();
@@ -130,7 +130,7 @@ TEST(Try, StartedJobHasItsTime) {
         << outcome.out;
 }
 
-TEST(Try, QuickInitializationIsSeenAlthoughItIsShort) {
+TEST(Try, ReportsQuickInitialization) {
     TrySession session;
     const ProcessOutcome outcome = session.run({"init", "-a", "start", "-l", "1", "-i", "0"});
     EXPECT_EQ(outcome.status, 1) << outcome.out;

@@ -3,9 +3,10 @@
 
 #include <csignal>
 
-#include "tests/temporary_directory.h"
+#include "tests/child_process.h"
+#include "tests/temp_dir_fixture.h"
 
-using AdvisoryLock = TemporaryDirectory;
+using AdvisoryLock = TempDirFixture;
 
 static int tryLock(const std::string& path) {
     return lockDirectoryOf(path.c_str(), 0);

@@ -7,9 +7,10 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "tests/temporary_directory.h"
+#include "tests/child_process.h"
+#include "tests/temp_dir_fixture.h"
 
-using AtomicFile = TemporaryDirectory;
+using AtomicFile = TempDirFixture;
 
 static bool open(FileReplacement* file, const std::string& path) {
     return openReplacement(file, path.c_str());

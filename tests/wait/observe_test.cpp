@@ -85,7 +85,7 @@ TEST(Observe, ReadsMediaPatrol) {
     EXPECT_EQ(view.drives[4].patrol, std::nullopt);
 }
 
-TEST(Observe, TellsArraysWithTheSameNumberApart) {
+TEST(Observe, DistinguishesArraysWithTheSameNumber) {
     Controller controller;
     controller.logicalDrives = {logicalDrive(0, "A", 0)};
     controller.logicalDrives[0].info.arrayId = 5;

@@ -95,14 +95,14 @@ TEST_F(WaitTerminal, AssumesASizeWhereThereIsNone) {
 }
 
 // The cursor is below the display: a line of its own for what the shell prints next.
-TEST_F(WaitTerminal, IsLeftCleanByControlC) {
+TEST_F(WaitTerminal, IsRestoredByControlC) {
     after(" 0%", [](int terminal, pid_t) { EXPECT_EQ(write(terminal, "\x03", 1), 1); });
     const ProcessOutcome outcome = run("-l 0");
     EXPECT_EQ(outcome.status, 128 + SIGINT);
     EXPECT_EQ(outcome.out.substr(outcome.out.size() - 8), kShow + "\r\n");
 }
 
-TEST_F(WaitTerminal, IsLeftCleanByOtherSignals) {
+TEST_F(WaitTerminal, IsRestoredByOtherSignals) {
     for (const int signal : {SIGTERM, SIGHUP, SIGQUIT}) {
         steps.clear();
         after(" 0%", [signal](int, pid_t program) { kill(program, signal); });

@@ -11,13 +11,13 @@ struct Watching : testing::Test {
     Watch watch;
     std::string messages;
 
-    Verdict take(const View& view, std::int64_t now = 0) {
-        const Verdict verdict = takeView(&watch, view, now);
+    WaitStatus take(const View& view, std::int64_t now = 0) {
+        const WaitStatus status = handleView(&watch, view, now);
         reportPercentages(&watch, now, 0);
         for (const Message& message : watch.messages)
             messages += (message.isError ? "! " : "") + message.text + "\n";
         watch.messages.clear();
-        return verdict;
+        return status;
     }
     void expectMessages(const std::string& expected) {
         EXPECT_EQ(messages, expected);
@@ -26,46 +26,46 @@ struct Watching : testing::Test {
 };
 
 TEST_F(Watching, FinishesAtOnceWhenNothingIsActive) {
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::finished);
     expectMessages("no activity is running\n" + kArchive + " is online\n");
 }
 
 TEST_F(Watching, ReportsAStateThatNoActivityImproves) {
-    EXPECT_EQ(take(quietView(ArrayState::degraded)), Verdict::notOnline);
+    EXPECT_EQ(take(quietView(ArrayState::degraded)), WaitStatus::notOnline);
     expectMessages("no activity is running\n" + kArchive + " is degraded\n");
     watch.options.kinds = kRebuilding;
-    EXPECT_EQ(take(quietView(ArrayState::critical)), Verdict::notOnline);
+    EXPECT_EQ(take(quietView(ArrayState::critical)), WaitStatus::notOnline);
     expectMessages("no rebuild is running\n" + kArchive + " is critical\n");
 }
 
 TEST_F(Watching, FinishesWithoutAnyLogicalDrive) {
-    EXPECT_EQ(take(View{}), Verdict::finished);
+    EXPECT_EQ(take(View{}), WaitStatus::finished);
     expectMessages("no activity is running\n");
 }
 
 TEST_F(Watching, WaitsForTheEndOfAnActivity) {
-    EXPECT_EQ(take(activeView(kRebuilding, 45)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 45)), WaitStatus::waiting);
     expectMessages("rebuild of " + kArchive + ": 45%\n");
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::waiting);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::waiting);
     expectMessages("rebuild of " + kArchive + " has ended\n");
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::finished);
     expectMessages(kArchive + " is online\n");
 }
 
 TEST_F(Watching, ReportsAnAbortedActivity) {
     take(activeView(kRebuilding, 45));
     take(quietView(ArrayState::critical));
-    EXPECT_EQ(take(quietView(ArrayState::critical)), Verdict::notOnline);
+    EXPECT_EQ(take(quietView(ArrayState::critical)), WaitStatus::notOnline);
     expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
                    " is critical\n");
 }
 
 TEST_F(Watching, FollowsAChainOfActivities) {
     take(activeView(kRebuilding, 99));
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::waiting);
-    EXPECT_EQ(take(activeView(kSynchronizing, 0)), Verdict::waiting);
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::waiting);
-    EXPECT_EQ(take(quietView(ArrayState::online)), Verdict::finished);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::waiting);
+    EXPECT_EQ(take(activeView(kSynchronizing, 0)), WaitStatus::waiting);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::waiting);
+    EXPECT_EQ(take(quietView(ArrayState::online)), WaitStatus::finished);
     expectMessages("rebuild of " + kArchive + ": 99%\nrebuild of " + kArchive + " has ended\n" +
                    "synchronization of " + kArchive + ": 0%\nsynchronization of " + kArchive +
                    " has ended\n" + kArchive + " is online\n");
@@ -79,7 +79,7 @@ TEST_F(Watching, ChecksOnlyAwaitedLogicalDrives) {
     view.activities.clear();
     view.arrays[0].state = ArrayState::online;
     take(view);
-    EXPECT_EQ(take(view), Verdict::finished);
+    EXPECT_EQ(take(view), WaitStatus::finished);
 }
 
 TEST_F(Watching, AnotherArrayWithTheSameNumberIsNotTheOneWaitedFor) {
@@ -87,7 +87,7 @@ TEST_F(Watching, AnotherArrayWithTheSameNumberIsNotTheOneWaitedFor) {
     View view = quietView(ArrayState::online);
     view.arrays[0].target.array = 7;
     take(view);
-    EXPECT_EQ(take(view), Verdict::notOnline);
+    EXPECT_EQ(take(view), WaitStatus::notOnline);
     expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
                    " no longer exists\n");
 }
@@ -97,7 +97,7 @@ TEST_F(Watching, AnotherNameMayBeAnotherLogicalDrive) {
     View view = quietView(ArrayState::online);
     view.arrays[0].target.name = "New";
     take(view);
-    EXPECT_EQ(take(view), Verdict::notOnline);
+    EXPECT_EQ(take(view), WaitStatus::notOnline);
     expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
                    " is now named \"New\"; it may be another one\n");
 }
@@ -105,64 +105,64 @@ TEST_F(Watching, AnotherNameMayBeAnotherLogicalDrive) {
 TEST_F(Watching, ReportsADeletedLogicalDrive) {
     take(activeView(kRebuilding, 45));
     take(View{});
-    EXPECT_EQ(take(View{}), Verdict::notOnline);
+    EXPECT_EQ(take(View{}), WaitStatus::notOnline);
     expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
                    " no longer exists\n");
 }
 
 TEST_F(Watching, EndsWhenOnlyPausedActivitiesAreLeft) {
-    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::paused);
+    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), WaitStatus::paused);
     expectMessages("rebuild of " + kArchive + " is paused at 45%\nonly paused activities are left\n");
 }
 
 TEST_F(Watching, WaitsWhileAnotherActivityRuns) {
     View view = activeView(kRebuilding, 45, true);
     view.activities.push_back({kRedundancyChecking, arrayTarget(0, 1, ""), 7, false});
-    EXPECT_EQ(take(view), Verdict::waiting);
+    EXPECT_EQ(take(view), WaitStatus::waiting);
     expectMessages("rebuild of " + kArchive +
                    " is paused at 45%\n"
                    "redundancy check of logical drive 1 of controller 0: 7%\n");
     view.activities.pop_back();
-    EXPECT_EQ(take(view), Verdict::paused);
+    EXPECT_EQ(take(view), WaitStatus::paused);
     expectMessages(
         "redundancy check of logical drive 1 of controller 0 has ended\nonly paused activities are left\n");
 }
 
 TEST_F(Watching, WaitsForPausedActivitiesToo) {
     watch.options.pausedToo = true;
-    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::waiting);
-    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), WaitStatus::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 45, true)), WaitStatus::waiting);
     expectMessages("rebuild of " + kArchive + " is paused at 45%\n");
-    EXPECT_EQ(take(activeView(kRebuilding, 46)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 46)), WaitStatus::waiting);
     expectMessages("rebuild of " + kArchive + " was resumed at 46%\nrebuild of " + kArchive + ": 46%\n");
 }
 
 TEST_F(Watching, TimesOut) {
     watch.start = 1000;
     watch.options.timeout = kMinute;
-    EXPECT_EQ(take(activeView(kRebuilding, 45), 1000 + kMinute - 1), Verdict::waiting);
-    EXPECT_EQ(take(activeView(kRebuilding, 45), 1000 + kMinute), Verdict::timeout);
+    EXPECT_EQ(take(activeView(kRebuilding, 45), 1000 + kMinute - 1), WaitStatus::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 45), 1000 + kMinute), WaitStatus::timeout);
 }
 
 TEST_F(Watching, FinishesRatherThanTimingOut) {
     watch.options.timeout = 0;
-    EXPECT_EQ(take(quietView(ArrayState::online), kMinute), Verdict::finished);
+    EXPECT_EQ(take(quietView(ArrayState::online), kMinute), WaitStatus::finished);
 }
 
 TEST_F(Watching, GivesUpWhenTheFirstReadingFails) {
-    EXPECT_EQ(take(failedView()), Verdict::unreadable);
+    EXPECT_EQ(take(failedView()), WaitStatus::unreadable);
     expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1\n");
 }
 
 TEST_F(Watching, ToleratesTwoFailedReadings) {
     for (int round = 0; round < 3; ++round) {
-        EXPECT_EQ(take(activeView(kRebuilding, 45)), Verdict::waiting);
+        EXPECT_EQ(take(activeView(kRebuilding, 45)), WaitStatus::waiting);
         messages.clear();
-        EXPECT_EQ(take(failedView()), Verdict::waiting);
-        EXPECT_EQ(take(failedView()), Verdict::waiting);
+        EXPECT_EQ(take(failedView()), WaitStatus::waiting);
+        EXPECT_EQ(take(failedView()), WaitStatus::waiting);
         expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1; trying again\n");
     }
-    EXPECT_EQ(take(failedView()), Verdict::unreadable);
+    EXPECT_EQ(take(failedView()), WaitStatus::unreadable);
     expectMessages("! controller 0: q5_getLogDrvInfo failed with result 1\n");
 }
 
@@ -170,21 +170,21 @@ TEST_F(Watching, ToleratesTwoFailedReadings) {
 TEST_F(Watching, KeepsActivitiesDuringFailures) {
     take(activeView(kRebuilding, 45));
     take(failedView());
-    EXPECT_EQ(take(activeView(kRebuilding, 45)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kRebuilding, 45)), WaitStatus::waiting);
     EXPECT_EQ(watch.tracks.size(), 1u);
 }
 
 TEST_F(Watching, WaitsForAnActivityWithoutReadableProgress) {
-    EXPECT_EQ(take(activeView(kMigrating, std::nullopt)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kMigrating, std::nullopt)), WaitStatus::waiting);
     expectMessages("");
-    EXPECT_EQ(take(activeView(kMigrating, 3)), Verdict::waiting);
+    EXPECT_EQ(take(activeView(kMigrating, 3)), WaitStatus::waiting);
     expectMessages("migration of " + kArchive + ": 3%\n");
 }
 
 TEST_F(Watching, FinishesWithACompletedPatrol) {
-    EXPECT_EQ(take(patrolView(kPatrolRunning, 12)), Verdict::waiting);
+    EXPECT_EQ(take(patrolView(kPatrolRunning, 12)), WaitStatus::waiting);
     take(patrolView(0));
-    EXPECT_EQ(take(patrolView(0)), Verdict::finished);
+    EXPECT_EQ(take(patrolView(0)), WaitStatus::finished);
     expectMessages("media patrol of drive 3 of controller 0: 12%\n"
                    "media patrol of drive 3 of controller 0 has ended\n");
 }
@@ -198,7 +198,7 @@ TEST_F(Watching, ReportsAPatrolThatDidNotComplete) {
         take(patrolView(kPatrolRunning, 12));
         take(patrolView(state));
         messages.clear();
-        EXPECT_EQ(take(patrolView(state)), Verdict::notOnline);
+        EXPECT_EQ(take(patrolView(state)), WaitStatus::notOnline);
         expectMessages(std::string("media patrol of drive 3 of controller 0") + text);
     }
 }
@@ -207,13 +207,13 @@ TEST_F(Watching, ReportsAPatrolledDriveThatDisappeared) {
     take(patrolView(kPatrolRunning, 12));
     take(View{});
     messages.clear();
-    EXPECT_EQ(take(View{}), Verdict::notOnline);
+    EXPECT_EQ(take(View{}), WaitStatus::notOnline);
     expectMessages("drive 3 of controller 0 is no longer listed\n");
 }
 
 TEST_F(Watching, ReportsThatNoPatrolIsRunning) {
     watch.options.kinds = kMediaPatrol;
-    EXPECT_EQ(take(patrolView(kPatrolStopped)), Verdict::finished);
+    EXPECT_EQ(take(patrolView(kPatrolStopped)), WaitStatus::finished);
     expectMessages("no media patrol is running\n");
 }
 

@@ -33,12 +33,12 @@ static void convertActivity(Conversion& conversion, const LogicalDrive& from, q5
                          (activity.kind != kInitializing || !q5sim::isRedundant(drive.level));
     if (activity.kind == kInitializing) {
         activity.initType = kForegroundInit;
-        assume(below(place, "initType"), "foreground");
+        noteAssumption(below(place, "initType"), "foreground");
     }
     if (activity.kind == kRedundancyChecking)
-        assume(below(place, "noFix"), "false");
+        noteAssumption(below(place, "noFix"), "false");
     if (from.info.activityStatus != activity.kind)
-        miss(place, "a world has one activity for each logical drive");
+        noteMissing(place, "a world has one activity for each logical drive");
 }
 
 void convertActivities(Conversion& conversion) {
@@ -61,13 +61,13 @@ static void compareLogicalDrive(const q5sim::Controller& controller, const q5sim
                                 const LogicalDrive& from, const Place& place) {
     const std::uint8_t status = q5sim::functionalStatus(controller, drive);
     if (status != from.info.functionalStatus)
-        miss(place, std::string("the copy is ") + q5sim::statusName(status) + "; reported is " +
-                        q5sim::statusName(from.info.functionalStatus));
+        noteMissing(place, std::string("the copy is ") + q5sim::statusName(status) + "; reported is " +
+                               q5sim::statusName(from.info.functionalStatus));
     if (from.lostMask && lostMask(controller, drive) != *from.lostMask)
-        miss(place, "the copy has other lost members");
+        noteMissing(place, "the copy has other lost members");
     const int cacheMode = q5sim::effectiveCacheFlags(controller, drive) & kWritePolicyMask;
     if (cacheMode != static_cast<int>(from.info.writeCacheMode & kWritePolicyMask))
-        miss(place, "the copy has another write cache mode");
+        noteMissing(place, "the copy has another write cache mode");
 }
 
 static bool isSameExtent(const ExtentEntry& one, const ExtentEntry& other) {
@@ -82,7 +82,7 @@ static void compareExtents(const q5sim::Controller& controller, const q5sim::Dri
     const auto reported = extents(from.info);
     for (std::size_t i = 0; i < std::min(reported.size(), drive.extents.size()); i++)
         if (!isSameExtent(q5sim::extentEntry(controller, drive, i), reported[i]))
-            miss(below(place, "extents", i), "the copy shows it in another state");
+            noteMissing(below(place, "extents", i), "the copy shows it in another state");
 }
 
 void compareWithModel(Conversion& conversion) {

@@ -1,4 +1,4 @@
-// Replaces the serials and names of a snapshot: equal ones by equal ones.
+// Replaces the serials and names of a snapshot. Equal texts get equal replacements.
 #include <algorithm>
 #include <cstring>
 #include <map>

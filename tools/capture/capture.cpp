@@ -25,16 +25,16 @@ static void convertControllers(const Snapshot& snapshot, std::int64_t now, q5sim
                                Notes* notes) {
     const Place whole = {notes, ""};
     for (const char* line : kNeverReported)
-        assume(whole, line);
+        noteAssumption(whole, line);
     noteFaults(whole, snapshot.faults);
     for (const Controller& controller : snapshot.controllers) {
         if (world->controllers.size() >= q5sim::kMaxControllers) {
-            miss(below(whole, "controllers"), "a world has no room for the others");
+            noteMissing(below(whole, "controllers"), "a world has no room for the others");
             return;
         }
         const Place place = below(whole, "controllers", world->controllers.size());
         if (controller.id != world->controllers.size())
-            miss(place, "this is controller " + std::to_string(controller.id));
+            noteMissing(place, "this is controller " + std::to_string(controller.id));
         world->controllers.push_back(convertController(controller, place, now));
     }
 }

@@ -20,5 +20,5 @@ Capture captureWorld(const Snapshot& snapshot, std::int64_t now);
 // The time at which the simulated adapters start: Q5SIM_NOW, or the real time.
 std::int64_t captureTime();
 
-// Replaces serials and the names of logical drives: equal ones by equal ones.
+// Replaces serials and the names of logical drives. Equal texts get equal replacements.
 void makeAnonymous(Snapshot* snapshot);

@@ -9,7 +9,7 @@ bool contains(const std::vector<std::uint16_t>& ids, std::uint32_t id) {
 
 void noteFaults(const Place& place, const Faults& faults) {
     for (const Fault& fault : faults)
-        miss(place, faultText(fault));
+        noteMissing(place, faultText(fault));
 }
 
 static q5sim::Version versionOf(const VersionNumber& number) {
@@ -76,7 +76,7 @@ static void convertPresentBattery(Conversion& conversion, const BatteryInfo& inf
     battery.voltage = info.voltage == kNoVoltage ? -1 : info.voltage;
     battery.state = info.status & kStateMask;
     if (battery.state > kBatteryReconditioning) {
-        miss(below(conversion.place, "battery"), "its state is unknown; taken as failed");
+        noteMissing(below(conversion.place, "battery"), "its state is unknown; taken as failed");
         battery.state = kBatteryFailed;
     }
 }
@@ -92,7 +92,8 @@ static void convertBattery(Conversion& conversion) {
     if (present)
         convertPresentBattery(conversion, *info);
     else
-        assume(below(conversion.place, "battery"), "missing, since write-back is set but not in effect");
+        noteAssumption(below(conversion.place, "battery"),
+                       "missing, since write-back is set but not in effect");
     battery.reportedState = battery.state;
     conversion.to.writeThroughForced =
         battery.state == kBatteryFailed || battery.state == q5sim::kBatteryMissing;
@@ -127,7 +128,7 @@ q5sim::Controller convertController(const Controller& controller, const Place& p
     convertSettings(conversion);
     convertBusLocation(conversion);
     if (!controller.buzzer)
-        assume(below(place, "buzzer"), "the adapter does not know; taken as on");
+        noteAssumption(below(place, "buzzer"), "the adapter does not know; taken as on");
     converted.buzzer = controller.buzzer.value_or(1) != 0;
     convertBattery(conversion);
     convertEnclosures(conversion);

@@ -47,7 +47,7 @@ static void convertLocate(const Drive& from, q5sim::Drive& drive, const Place& p
     if (from.locate.value_or(0) == 0)
         return;
     drive.locateUntil = now + kLocateSeconds;
-    assume(below(place, "locateUntil"), "an hour from now");
+    noteAssumption(below(place, "locateUntil"), "an hour from now");
 }
 
 static q5sim::Drive convertDrive(const Drive& from, const Place& place, std::int64_t now) {
@@ -67,7 +67,7 @@ static q5sim::Drive convertDrive(const Drive& from, const Place& place, std::int
     convertPatrol(from, drive, now);
     convertLocate(from, drive, place, now);
     if (extents(from.info).empty())
-        assume(below(place, "failed"), "false; only extents show it, and this drive has none");
+        noteAssumption(below(place, "failed"), "false; only extents show it, and this drive has none");
     return drive;
 }
 
@@ -85,7 +85,7 @@ void convertDrives(Conversion& conversion) {
     for (const Drive& from : conversion.from.drives) {
         const Place place = below(conversion.place, "drives", conversion.to.drives.size());
         if (from.info.driveId > q5sim::kMaxDriveId) {
-            miss(place, "a world has no room for drive " + std::to_string(from.number));
+            noteMissing(place, "a world has no room for drive " + std::to_string(from.number));
             continue;
         }
         conversion.to.drives.push_back(convertDrive(from, place, conversion.now));

@@ -55,9 +55,9 @@ static void findTargets(Conversion& conversion, const LogicalDrive& from, q5sim:
     const std::vector<std::uint8_t> open = openPositions(from, drive);
     addTargets(drive, open, ids);
     if (drive.activity.targets.size() != ids.size())
-        miss(below(place, "activity.targets"), "no lost member is left for one of them");
+        noteMissing(below(place, "activity.targets"), "no lost member is left for one of them");
     if (open.size() > 1)
-        assume(below(place, "activity.targets"), "which drive takes which lost member's position");
+        noteAssumption(below(place, "activity.targets"), "which drive takes which lost member's position");
 }
 
 static constexpr std::uint32_t kDefaultStripe = 64; // KB
@@ -85,7 +85,7 @@ static void findGoal(Conversion& conversion, q5sim::LogicalDrive& drive, const P
         if (!contains(goal.members, id) && goal.members.size() < kMaxArrayMembers)
             goal.members.push_back(id);
     chooseLevel(goal);
-    assume(below(place, "activity.goal"), "level, stripe, and the order of the added drives");
+    noteAssumption(below(place, "activity.goal"), "level, stripe, and the order of the added drives");
 }
 
 // The drive's extent in an array: one in use, rather than one that only names it.
@@ -136,8 +136,8 @@ static void convertDriveExtents(const Conversion& conversion, q5sim::Drive& driv
     for (const ExtentEntry* extent : all)
         if (extent->size == 0 || extent->start < end || extent->start > limit ||
             extent->size > limit - extent->start) {
-            miss(place,
-                 "extent " + std::to_string(extent->index) + " is outside its drive or overlaps another");
+            noteMissing(place, "extent " + std::to_string(extent->index) +
+                                   " is outside its drive or overlaps another");
         } else {
             drive.extents.push_back(convertExtent(conversion, drive, reported, *extent));
             end = extent->start + extent->size;

@@ -16,7 +16,7 @@ public:
         const bool under = !above && static_cast<std::int64_t>(value) < low;
         if (!above && !under)
             return;
-        miss(below(place, key), std::to_string(value) + " is outside the limits of a world");
+        noteMissing(below(place, key), std::to_string(value) + " is outside the limits of a world");
         value = static_cast<Number>(above ? high : low);
     }
     void flag(const char*, bool&) {}
@@ -33,7 +33,7 @@ public:
         while (!isUtf8(plain))
             plain.pop_back();
         if (plain != value)
-            miss(below(place, key), "bytes that do not fit are replaced or left out");
+            noteMissing(below(place, key), "bytes that do not fit are replaced or left out");
         value = plain;
     }
     void notes(const char*, std::vector<std::string>&, std::size_t, std::size_t) {}
@@ -52,7 +52,7 @@ public:
     template <typename Record>
     void list(const char* key, std::vector<Record>& records, std::size_t maxCount) {
         if (records.size() > maxCount)
-            miss(below(place, key), "only the first " + std::to_string(maxCount) + " are kept");
+            noteMissing(below(place, key), "only the first " + std::to_string(maxCount) + " are kept");
         records.resize(std::min(records.size(), maxCount));
         for (std::size_t i = 0; i < records.size(); i++) {
             Fitter inner(below(place, key, i));

@@ -79,7 +79,7 @@ void convertLogicalDrives(Conversion& conversion) {
         const q5sim::LogicalDrive drive = convertLogicalDrive(from);
         noteFaults(place, from.faults);
         if (const char* reason = obstacle(conversion, drive))
-            miss(place, "logical drive " + std::to_string(drive.logDrvId) + " is left out: " + reason);
+            noteMissing(place, "logical drive " + std::to_string(drive.logDrvId) + " is left out: " + reason);
         else
             conversion.to.logicalDrives.push_back(drive);
     }
@@ -112,7 +112,8 @@ static void convertShare(Conversion& conversion, q5sim::LogicalDrive& drive, con
     if (smallest != 0)
         drive.memberSectors = std::min(drive.memberSectors, smallest);
     if (drive.sectors > drive.memberSectors * data) {
-        miss(below(place, "sectors"), std::to_string(drive.sectors) + " is more than the members have");
+        noteMissing(below(place, "sectors"),
+                    std::to_string(drive.sectors) + " is more than the members have");
         drive.sectors = drive.memberSectors * data;
     }
 }
@@ -135,7 +136,8 @@ static void inferStale(Conversion& conversion, const LogicalDrive& from, q5sim::
         if (!isReportedLost(from, id) || !q5sim::isWorkingMember(conversion.to, drive, i))
             continue;
         drive.staleMembers.push_back(id);
-        assume(below(place, "staleMembers"), "drive " + std::to_string(id + 1) + ", which counts as lost");
+        noteAssumption(below(place, "staleMembers"),
+                       "drive " + std::to_string(id + 1) + ", which counts as lost");
     }
 }
 
@@ -144,7 +146,7 @@ static void inferActive(Conversion& conversion, const LogicalDrive& from, q5sim:
                         const Place& place) {
     if (from.info.functionalStatus == 0 && q5sim::functionalStatus(conversion.to, drive) != 0) {
         drive.active = false;
-        assume(below(place, "active"), "false, since it is offline with its members present");
+        noteAssumption(below(place, "active"), "false, since it is offline with its members present");
     }
     drive.reportedState = q5sim::functionalStatus(conversion.to, drive);
 }
@@ -159,13 +161,13 @@ static bool wouldRebuild(const Conversion& conversion, std::size_t position) {
     return probe.controllers[0].logicalDrives[position].activity.kind == kRebuilding;
 }
 
-static void inferHeldRebuilds(Conversion& conversion) {
+static void inferInhibitedRebuilds(Conversion& conversion) {
     std::vector<q5sim::LogicalDrive>& drives = conversion.to.logicalDrives;
     for (std::size_t i = 0; conversion.to.autoRebuild && i < drives.size(); i++)
         if (wouldRebuild(conversion, i)) {
             drives[i].autoRebuildInhibited = true;
-            assume(below(below(conversion.place, "logicalDrives", i), "rebuildHeld"),
-                   "true, since no rebuild runs although there is a spare");
+            noteAssumption(below(below(conversion.place, "logicalDrives", i), "rebuildHeld"),
+                           "true, since no rebuild runs although there is a spare");
             i = SIZE_MAX; // the spare may now be suitable for an earlier one
         }
 }
@@ -180,5 +182,5 @@ void inferStates(Conversion& conversion) {
     }
     q5sim::reportSensors(conversion.to, conversion.now); // known states cause no events
     conversion.to.events.clear();
-    inferHeldRebuilds(conversion);
+    inferInhibitedRebuilds(conversion);
 }

@@ -15,7 +15,7 @@ Place below(const Place& place, const char* list, std::size_t position) {
 }
 
 // The file has room for a limited number of lines, of limited length.
-void assume(const Place& place, const std::string& text) {
+void noteAssumption(const Place& place, const std::string& text) {
     std::vector<std::string>& lines = place.notes->lines;
     std::string line = printable(place.path.empty() ? text : place.path + ": " + text);
     line.resize(std::min(line.size(), q5sim::kMaxAssumedLength));
@@ -27,7 +27,7 @@ void assume(const Place& place, const std::string& text) {
         lines.push_back(line);
 }
 
-void miss(const Place& place, const std::string& text) {
+void noteMissing(const Place& place, const std::string& text) {
     place.notes->complete = false;
-    assume(place, text);
+    noteAssumption(place, text);
 }

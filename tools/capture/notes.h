@@ -19,7 +19,7 @@ Place below(const Place& place, const char* key);
 Place below(const Place& place, const char* list, std::size_t position);
 
 // What the adapters do not report, which is not a fault.
-void assume(const Place& place, const std::string& text);
+void noteAssumption(const Place& place, const std::string& text);
 
 // What could not be read, or what a world cannot hold.
-void miss(const Place& place, const std::string& text);
+void noteMissing(const Place& place, const std::string& text);

@@ -4,22 +4,22 @@
 #include "tools/wait/texts.h"
 
 // A new array may get number and array ID of a deleted one; its name is the last thing that differs.
-static Verdict verdictOnArray(Watch* watch, const View& view, const Target& target) {
+static WaitStatus checkArray(Watch* watch, const View& view, const Target& target) {
     for (const SeenArray& array : view.arrays)
         if (array.target == target && array.target.name != target.name) {
             watch->messages.push_back({false, targetText(target) + " is now named \"" + array.target.name +
                                                   "\"; it may be another one"});
-            return Verdict::notOnline;
+            return WaitStatus::notOnline;
         } else if (array.target == target) {
             watch->messages.push_back({false, targetText(target) + " is " + arrayStateText(array.state)});
-            return array.state == ArrayState::online ? Verdict::finished : Verdict::notOnline;
+            return array.state == ArrayState::online ? WaitStatus::finished : WaitStatus::notOnline;
         }
     watch->messages.push_back({false, targetText(target) + " no longer exists"});
-    return Verdict::notOnline;
+    return WaitStatus::notOnline;
 }
 
 // A patrol that completed leaves the drive idle.
-static Verdict verdictOnDrive(Watch* watch, const View& view, const Target& target) {
+static WaitStatus checkDrive(Watch* watch, const View& view, const Target& target) {
     const std::string patrol = "media patrol of " + targetText(target);
     for (const SeenDrive& drive : view.drives)
         if (drive.target == target) {
@@ -30,18 +30,18 @@ static Verdict verdictOnDrive(Watch* watch, const View& view, const Target& targ
                                                                 : " was stopped";
             if (broken)
                 watch->messages.push_back({false, patrol + how});
-            return broken ? Verdict::notOnline : Verdict::finished;
+            return broken ? WaitStatus::notOnline : WaitStatus::finished;
         }
     watch->messages.push_back({false, targetText(target) + " is no longer listed"});
-    return Verdict::notOnline;
+    return WaitStatus::notOnline;
 }
 
-static Verdict verdictOn(Watch* watch, const View& view, const Target& target) {
-    return target.isDrive ? verdictOnDrive(watch, view, target) : verdictOnArray(watch, view, target);
+static WaitStatus checkTarget(Watch* watch, const View& view, const Target& target) {
+    return target.isDrive ? checkDrive(watch, view, target) : checkArray(watch, view, target);
 }
 
-Verdict conclude(Watch* watch, const View& view) {
-    Verdict verdict = Verdict::finished;
+WaitStatus conclude(Watch* watch, const View& view) {
+    WaitStatus status = WaitStatus::finished;
     std::vector<Target> targets = watch->ended;
     if (targets.empty()) {
         watch->messages.push_back({false, "no " + kindsText(watch->options.kinds) + " is running"});
@@ -49,7 +49,7 @@ Verdict conclude(Watch* watch, const View& view) {
             targets.push_back(array.target);
     }
     for (const Target& target : targets)
-        if (verdictOn(watch, view, target) != Verdict::finished)
-            verdict = Verdict::notOnline;
-    return verdict;
+        if (checkTarget(watch, view, target) != WaitStatus::finished)
+            status = WaitStatus::notOnline;
+    return status;
 }

@@ -4,4 +4,4 @@
 #include "tools/wait/watch.h"
 
 // Appends the messages. If no activity has ended, all selected logical drives are checked.
-Verdict conclude(Watch* watch, const View& view);
+WaitStatus conclude(Watch* watch, const View& view);

@@ -16,9 +16,9 @@ static std::int64_t monotonicTime() {
     return std::int64_t{time.tv_sec} * kSecond + time.tv_nsec / 1'000'000;
 }
 
-static Verdict reportProblem(Verdict verdict, const std::string& problem) {
+static WaitStatus reportProblem(WaitStatus status, const std::string& problem) {
     std::fprintf(stderr, "cli-wait: %s\n", problem.c_str());
-    return verdict;
+    return status;
 }
 
 struct Session {
@@ -57,7 +57,7 @@ static void show(Session* session, bool last) {
         lines.clear();
     }
     for (const std::string& error : errors)
-        reportProblem(Verdict::waiting, error);
+        reportProblem(WaitStatus::waiting, error);
     if (session->screen.isTerminal && !last)
         display = displayOf(*session, clock);
     update(session, lines, display);
@@ -84,53 +84,54 @@ static bool isMissing(const Options& options, const View& view) {
     return options.logicalDrive && view.problem.empty() && view.arrays.empty();
 }
 
-static Verdict waitOpened(Session* session) {
+static WaitStatus waitOpened(Session* session) {
     const Options& options = session->watch.options;
     if (options.controller && *options.controller >= session->controllers)
-        return reportProblem(Verdict::usage, "there is no controller " + std::to_string(*options.controller));
+        return reportProblem(WaitStatus::usage,
+                             "there is no controller " + std::to_string(*options.controller));
     session->watch.start = monotonicTime();
     for (;;) {
         const View view = observe(options, session->controllers);
         session->now = monotonicTime();
         if (!session->watch.started && isMissing(options, view))
-            return reportProblem(Verdict::usage, "there is no logical drive " +
-                                                     std::to_string(*options.logicalDrive) +
-                                                     " of controller " + std::to_string(*options.controller));
-        const Verdict verdict = takeView(&session->watch, view, session->now);
-        show(session, verdict != Verdict::waiting);
-        if (verdict != Verdict::waiting)
-            return verdict;
+            return reportProblem(WaitStatus::usage,
+                                 "there is no logical drive " + std::to_string(*options.logicalDrive) +
+                                     " of controller " + std::to_string(*options.controller));
+        const WaitStatus status = handleView(&session->watch, view, session->now);
+        show(session, status != WaitStatus::waiting);
+        if (status != WaitStatus::waiting)
+            return status;
         pauseUntil(session, nextReading(*session));
     }
 }
 
-static Verdict run(const Options& options) {
+static WaitStatus run(const Options& options) {
     Snapshot snapshot;
     const OpenResult opened = openAdapters(&snapshot);
     if (opened == OpenResult::failed)
-        return reportProblem(Verdict::unreadable, faultText(snapshot.faults.front()));
+        return reportProblem(WaitStatus::unreadable, faultText(snapshot.faults.front()));
     Session session;
     session.watch.options = options;
     session.controllers = snapshot.controllerCount;
     if (opened == OpenResult::noController) {
         closeAdapters();
-        return reportProblem(Verdict::unreadable, "no controller is found");
+        return reportProblem(WaitStatus::unreadable, "no controller is found");
     }
     if (!options.quiet)
         openScreen(&session.screen);
-    Verdict verdict = waitOpened(&session);
+    WaitStatus status = waitOpened(&session);
     closeScreen(&session.screen);
     closeAdapters();
-    if (verdict == Verdict::timeout && !options.quiet)
-        reportProblem(verdict, "timed out after " +
-                                   counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
-    return session.unwritable ? reportProblem(verdict, "cannot write to standard output") : verdict;
+    if (status == WaitStatus::timeout && !options.quiet)
+        reportProblem(status, "timed out after " +
+                                  counted(static_cast<std::size_t>(*options.timeout / kSecond), "second"));
+    return session.unwritable ? reportProblem(status, "cannot write to standard output") : status;
 }
 
 int main(int argc, char** argv) {
     Options options;
     const OptionsResult result = readOptions(argc, argv, &options);
     if (result != OptionsResult::run)
-        return static_cast<int>(result == OptionsResult::done ? Verdict::finished : Verdict::usage);
+        return static_cast<int>(result == OptionsResult::done ? WaitStatus::finished : WaitStatus::usage);
     return static_cast<int>(run(options));
 }

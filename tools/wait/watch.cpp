@@ -9,20 +9,20 @@
 static constexpr unsigned kMaxFailures = 3;
 static constexpr std::int64_t kReportPeriod = 60'000;
 
-static void say(Watch* watch, const std::string& text) {
+static void addMessage(Watch* watch, const std::string& text) {
     watch->messages.push_back({false, text});
 }
 
 // A single failed reading is tolerated: the adapter may be busy. The first one, or several in a row, are
 // errors.
-static Verdict takeProblem(Watch* watch, const std::string& problem) {
+static WaitStatus handleProblem(Watch* watch, const std::string& problem) {
     ++watch->failures;
     const bool tryAgain = watch->started && watch->failures < kMaxFailures;
     if (!tryAgain)
         watch->messages.push_back({true, problem});
     else if (watch->failures == 1)
         watch->messages.push_back({true, problem + "; trying again"});
-    return tryAgain ? Verdict::waiting : Verdict::unreadable;
+    return tryAgain ? WaitStatus::waiting : WaitStatus::unreadable;
 }
 
 static const SeenActivity* findActivity(const View& view, const Track& track) {
@@ -50,14 +50,14 @@ static void startTracks(Watch* watch, const View& view, std::int64_t now) {
 static void updateTrack(Watch* watch, Track* track, const SeenActivity& seen, std::int64_t now) {
     observeProgress(&track->progress, seen.percent, seen.paused, now);
     if (seen.paused && !track->paused)
-        say(watch, activityText(*track) + " is paused at " + percentText(*track));
+        addMessage(watch, activityText(*track) + " is paused at " + percentText(*track));
     else if (!seen.paused && track->paused)
-        say(watch, activityText(*track) + " was resumed at " + percentText(*track));
+        addMessage(watch, activityText(*track) + " was resumed at " + percentText(*track));
     track->paused = seen.paused;
 }
 
 static void endTrack(Watch* watch, const Track& track) {
-    say(watch, activityText(track) + " has ended");
+    addMessage(watch, activityText(track) + " has ended");
     if (std::find(watch->ended.begin(), watch->ended.end(), track.target) == watch->ended.end())
         watch->ended.push_back(track.target);
 }
@@ -74,7 +74,7 @@ static void updateTracks(Watch* watch, const View& view, std::int64_t now) {
 
 // When the last activity ends, another one may follow: a synchronization after a rebuild, for example. The
 // wait is over if the next reading shows none either.
-static Verdict decide(Watch* watch, const View& view, std::int64_t now) {
+static WaitStatus decide(Watch* watch, const View& view, std::int64_t now) {
     const bool running = std::any_of(watch->tracks.begin(), watch->tracks.end(), [&](const Track& track) {
         return !track.paused || watch->options.pausedToo;
     });
@@ -82,17 +82,17 @@ static Verdict decide(Watch* watch, const View& view, std::int64_t now) {
         return conclude(watch, view);
     watch->confirming = watch->tracks.empty();
     if (!watch->tracks.empty() && !running) {
-        say(watch, "only paused activities are left");
-        return Verdict::paused;
+        addMessage(watch, "only paused activities are left");
+        return WaitStatus::paused;
     }
-    return watch->options.timeout && now - watch->start >= *watch->options.timeout ? Verdict::timeout
-                                                                                   : Verdict::waiting;
+    return watch->options.timeout && now - watch->start >= *watch->options.timeout ? WaitStatus::timeout
+                                                                                   : WaitStatus::waiting;
 }
 
-Verdict takeView(Watch* watch, const View& view, std::int64_t now) {
+WaitStatus handleView(Watch* watch, const View& view, std::int64_t now) {
     watch->messages.clear();
     if (!view.problem.empty())
-        return takeProblem(watch, view.problem);
+        return handleProblem(watch, view.problem);
     watch->failures = 0;
     watch->started = true;
     updateTracks(watch, view, now);
@@ -116,7 +116,7 @@ static std::string progressLine(const Track& track, std::int64_t now, std::time_
 void reportPercentages(Watch* watch, std::int64_t now, std::time_t clock) {
     for (Track& track : watch->tracks)
         if (isDue(track, now)) {
-            say(watch, progressLine(track, now, clock));
+            addMessage(watch, progressLine(track, now, clock));
             track.reported = now;
             track.reportedPercent = track.progress.percent;
         }

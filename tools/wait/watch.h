@@ -6,15 +6,15 @@
 #include "tools/wait/observe.h"
 #include "tools/wait/progress.h"
 
-// The exit statuses.
-enum class Verdict {
+// The exit statuses of the program; a wait that is not over has none.
+enum class WaitStatus {
     finished = 0,
     notOnline = 1,
     usage = 2,
     timeout = 3,
     paused = 4,
     unreadable = 5,
-    waiting, // not over yet
+    waiting,
 };
 
 // An activity that is being waited for.
@@ -44,8 +44,8 @@ struct Watch {
     std::vector<Message> messages; // of the last step
 };
 
-// Takes a reading made at this time of a monotonic clock, in milliseconds.
-Verdict takeView(Watch* watch, const View& view, std::int64_t now);
+// Handles a reading made at this time of a monotonic clock, in milliseconds.
+WaitStatus handleView(Watch* watch, const View& view, std::int64_t now);
 
 // The lines of percentages that are due: one for each changed percentage, at most one a minute for each
 // activity.

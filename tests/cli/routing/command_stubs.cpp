@@ -1,6 +1,8 @@
 // The stubs, one for each command function in a route.
 #include "tests/cli/routing/command_stubs.h"
 
+#include <utility>
+
 #include "commands/battery.h"
 #include "commands/bga.h"
 #include "commands/buzz.h"
@@ -42,9 +44,11 @@ static int record(const char* function, int wordCount, char** words) {
 }
 
 RecordedCall takeRecordedCall() {
-    const RecordedCall call = recorded;
-    recorded = {};
-    return call;
+    return std::exchange(recorded, {});
+}
+
+bool isListing(const std::string& function) {
+    return function.starts_with("List");
 }
 
 #define RECORDING_STUB(function)                    \

@@ -15,3 +15,6 @@ inline constexpr int kRecordedResult = 42; // of every stub
 
 // Returns and clears the recorded call. After two calls, function contains both names.
 RecordedCall takeRecordedCall();
+
+// Whether the command function only lists: by convention, exactly these have names that begin with "List".
+bool isListing(const std::string& function);

@@ -227,7 +227,7 @@ static Words padded(const DispatchCase& test, Words words) {
 // Listings and export change no adapter. Import and the locating of an enclosure take the lock themselves,
 // once they have read the file or the options.
 static bool runsLocked(const std::string& function) {
-    return function.rfind("List", 0) != 0 && function != "ExportFile" && function != "ImportFile" &&
+    return !isListing(function) && function != "ExportFile" && function != "ImportFile" &&
            function != "LocateEnclosure";
 }
 
@@ -235,7 +235,8 @@ static void expectDispatch(const std::string& function, const Words& words, cons
     const CommandOutcome outcome = run(cli_parse_command, words, stale);
     const RecordedCall call = takeRecordedCall();
     EXPECT_EQ(call.function, function) << joinWords(words);
-    EXPECT_EQ(call.locked, runsLocked(function)) << joinWords(words);
+    EXPECT_EQ(call.locked, runsLocked(function))
+        << joinWords(words) << ": kChanging, or a name with \"List\"";
     EXPECT_EQ(outcome.result, kRecordedResult) << joinWords(words);
     EXPECT_EQ(outcome.output, "") << joinWords(words);
     EXPECT_EQ(call.wordCount, static_cast<int>(words.size())) << joinWords(words);

@@ -1,42 +1,14 @@
-// A temporary directory for each test that other users can read, and child processes that may be killed or
-// drop root privileges.
+// Runs functions in child processes, which may be killed or run without root privileges.
 #pragma once
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "tests/temp_dir.h"
-
 inline constexpr uid_t kNobody = 65534;
-
-class TemporaryDirectory : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::permissions(directory, std::filesystem::perms(0755)); }
-
-    std::string path(const std::string& name) const { return temporary.path(name); }
-    void write(const std::string& name, const std::string& content) const { temporary.write(name, content); }
-    std::string content(const std::string& name) const { return temporary.read(name); }
-    // The names in the directory, sorted.
-    std::vector<std::string> names() const {
-        std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(directory))
-            found.push_back(entry.path().filename().string());
-        std::sort(found.begin(), found.end());
-        return found;
-    }
-    using Names = std::vector<std::string>;
-
-    const TempDir temporary;
-    const std::string directory = temporary.path();
-};
 
 // Counters of executed branches, in a build that has them.
 extern "C" void __gcov_dump() __attribute__((weak));
