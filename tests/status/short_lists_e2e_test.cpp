@@ -142,6 +142,19 @@ TEST_F(ShortLists, AreComparedAsFarAsTheyReach) {
                "2 problems, 2 of them unknown\n");
 }
 
+// The drive whose place another one has taken may be in the part that is not listed.
+TEST_F(ShortLists, DoNotShowThatADriveIsGoneWhosePlaceIsTaken) {
+    std::swap(controller()["drives"][1]["serial"], controller()["drives"][2]["serial"]);
+    shorten("q5_getPhyDrvInfo");
+    expectAll(3,
+              "unknown: " + kTwoOfThree +
+                  "unknown: controller 0: drive 2 of the baseline cannot be checked: not all drives could "
+                  "be read\n"
+                  "info: drive 3 of controller 0: has moved to drive 2 of controller 0; channel 1, enclosure "
+                  "0, serial S0003\n"
+                  "2 problems, 2 of them unknown\n");
+}
+
 // Changes.
 
 TEST_F(ShortLists, ChangeNothingThatTheyDoNotContain) {
@@ -266,4 +279,25 @@ TEST_F(ShortLists, DoNotResolveDifferencesFromTheBaseline) {
            "unknown: " + kTwoOfThree +
                "unknown: controller 0: drive 3 of the baseline cannot be checked: not all drives could be "
                "read\n");
+}
+
+// The file is not trusted: what no run has written there has no effect, and no control byte is printed.
+TEST_F(ShortLists, DoNotTrustTheFindingsInTheFile) {
+    expectChanges(0, "");
+    const Json object = {{"kind", "controller"}, {"controller", 0}, {"number", 0}};
+    Json saved = Json::parse(readFile(kept));
+    saved["findings"] = {5,
+                         "text",
+                         Json::array(),
+                         {{"rule", 5}, {"object", object}, {"text", 5}},
+                         {{"rule", "drive-count"}, {"object", 5}, {"text", "controller 0: a"}},
+                         {{"rule", "drive-count"}, {"object", {{"number", -1}}}, {"text", "controller 0: b"}},
+                         {{"rule", "battery-hot"}, {"object", object}, {"text", "controller 0: c"}},
+                         {{"rule", "drive-count"}, {"object", object}, {"text", "controller 1: d"}},
+                         {{"rule", "array-count"}, {"object", object}, {"text", "controller 0: e\x1b"}}};
+    writeFile(kept, saved.dump());
+    expectChanges(0, "info: no longer: controller 0: e\\x1b\n");
+    saved["findings"] = 5;
+    writeFile(kept, saved.dump());
+    expectChanges(0, "");
 }
