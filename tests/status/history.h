@@ -45,5 +45,8 @@ struct Changes : History {
     void refuse(const std::string& operation) {
         world["rules"] = {{{"kind", "refuse"}, {"operation", operation}}};
     }
+    void shorten(const std::string& operation) {
+        world["rules"] = {{{"kind", "short"}, {"operation", operation}}};
+    }
     void refuseNothing() { world["rules"] = Json::array(); }
 };

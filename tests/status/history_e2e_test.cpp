@@ -178,7 +178,9 @@ TEST_F(Baseline, ReportsAChosenControllerThatIsMissing) {
                       "unknown: this host: no controller is found\n");
     session.useWorld("{"); // the library cannot be opened
     EXPECT_EQ(session.run({"-q", "-i", "1", "--baseline", before}).out,
-              "unknown: this host: q5_initialize failed with result 1\n");
+              "unknown: this host: q5_initialize failed with result 1\n"
+              "unknown: this host: controller 1 of the baseline cannot be checked: not all controllers could "
+              "be read\n");
 }
 
 TEST_F(Baseline, ReportsANewController) {
@@ -278,6 +280,51 @@ TEST_F(Changes, ReportAFailedDriveThatIsPulledWhenItIsRebuilt) {
                         "drive uses it; channel 1, enclosure 0, serial S0002\n",
                         ""}));
     EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{0, "", ""}));
+}
+
+// The drive that failed first is still in its place; the one that is lost now is another one.
+TEST_F(Changes, ReportADriveThatIsPulledAfterARebuildOntoASpare) {
+    expectChanges(0, "");
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    const auto next = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{status, output, ""}));
+    };
+    const auto now = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({}), (ProcessOutcome{status, output, ""}));
+    };
+    const std::string unused = "warning: drive 2 of controller 0: cannot be accessed, and no logical drive "
+                               "uses it; channel 1, enclosure 0, serial S0002\n";
+    next(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+            "info: rebuild of logical drive 0 Data of controller 0 started\n");
+    now(2, "controller 0: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+           "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; channel 1, enclosure 0, serial "
+           "S0002\n"
+           "info: logical drive 0 Data of controller 0: rebuild running, 0%\n"
+           "2 problems, 1 of them critical\n");
+    session.setClock(100000);
+    next(1, "info: logical drive 0 Data of controller 0 is online again\n"
+            "info: rebuild of logical drive 0 Data of controller 0 finished\n"
+            "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n" +
+                unused + "info: logical drive 0 Data of controller 0: has no spare\n");
+    now(1, "controller 0: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n" + unused +
+               "info: logical drive 0 Data of controller 0: has no spare\n"
+               "1 problem\n");
+    Json pulled = Json::parse(session.worldText());
+    pulled["controllers"][0]["drives"].erase(0);
+    session.useWorld(pulled.dump());
+    next(2, "critical: drive 1 of controller 0 lost; logical drive 0 Data is critical\n"
+            "warning: drive 1 of controller 0: is missing; it was on channel 0, enclosure 0, serial S0001\n"
+            "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
+            "spare\n");
+    next(2, "");
+    now(2, "controller 0: 2 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+           "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 1 of controller 0: lost by logical drive 0 Data; it is no longer listed\n"
+           "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
+           "spare\n" +
+               unused + "4 problems, 1 of them critical\n");
 }
 
 TEST_F(Changes, ReportPauseAndResumption) {

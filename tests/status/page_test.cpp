@@ -218,6 +218,47 @@ TEST(PageEnclosures, ListEmptyChannelsSeparatelyWhenTheirPlaceIsUnknown) {
                   slot(0) + "</ul>\n</article>\n<p>Channels without a drive: 2, 3.</p>\n");
 }
 
+// A drive that is not listed may be in any channel.
+TEST(PageEnclosures, DoNotCallChannelsEmptyIfDrivesAreNotListed) {
+    Controller one = withDrivesIn({kNoEnclosureId}, 2);
+    one.info->diskCount = 2;
+    EXPECT_EQ(enclosuresOf(one),
+              "<h3>Enclosures</h3>\n<article class=\"card\">\n<h4>Drives in no enclosure</h4>\n"
+              "<ul class=\"slots\" aria-label=\"Drives in no enclosure\">\n" +
+                  slot(0) +
+                  "<li class=\"slot empty\"><span class=\"where\">Channel 1</span> "
+                  "no drive listed</li>\n</ul>\n</article>\n");
+    Controller none = withDrivesIn({}, 2);
+    none.faults.push_back({"q5_getPhyDrvInfo", FaultKind::refused, 1});
+    EXPECT_EQ(enclosuresOf(none), "<h3>Enclosures</h3>\n<p>There are no enclosures.</p>\n"
+                                  "<p>Channels without a listed drive: 0, 1.</p>\n");
+}
+
+// Whether it was refused or is empty although the controller counts some.
+TEST(PageLists, SayWhenNothingCouldBeRead) {
+    Snapshot snapshot = {1, {Controller()}, {}};
+    Controller& controller = snapshot.controllers[0];
+    const auto parts = [&] {
+        std::string page;
+        addLogicalDrives({snapshot, {}, {}}, controller, &page);
+        addDrives({snapshot, {}, {}}, controller, &page);
+        return page;
+    };
+    const std::string absent = "<h3>Logical drives</h3>\n<p>There are no logical drives.</p>\n"
+                               "<h3>Drives</h3>\n<p>There are no drives.</p>\n";
+    const std::string unread = "<h3>Logical drives</h3>\n<p>The logical drives could not be read.</p>\n"
+                               "<h3>Drives</h3>\n<p>The drives could not be read.</p>\n";
+    EXPECT_EQ(parts(), absent);
+    controller.info.emplace();
+    EXPECT_EQ(parts(), absent);
+    controller.info->diskCount = controller.info->arrayCount = 1;
+    EXPECT_EQ(parts(), unread);
+    controller.info.reset();
+    controller.faults = {{"q5_getPhyDrvInfo", FaultKind::refused, 1},
+                         {"q5_getLogDrvInfo", FaultKind::refused, 1}};
+    EXPECT_EQ(parts(), unread);
+}
+
 TEST(PageEnclosures, SayWhenNoneCouldBeRead) {
     Controller controller;
     EXPECT_EQ(enclosuresOf(controller), "<h3>Enclosures</h3>\n<p>There are no enclosures.</p>\n");

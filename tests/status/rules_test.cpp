@@ -314,6 +314,34 @@ TEST(Rules, CountTheDrivesOfARunningRebuild) {
                     "no suitable spare"});
 }
 
+// Drives 1 and 3 are listed of 17, then the list was refused: drive 2 is gone, drive 20 may be there.
+TEST(Rules, DistinguishALostMemberThatIsGoneFromOneThatCannotBeRead) {
+    Controller controller;
+    controller.info.emplace();
+    controller.info->diskCount = 17;
+    controller.info->arrayCount = 1;
+    controller.faults = {{"q5_getPhyDrvInfo", FaultKind::refused, 1}};
+    controller.drives = {driveWith(1, assignedExtent(0, kExtentAccessible)),
+                         driveWith(3, assignedExtent(0, kExtentAccessible))};
+    LogicalDrive array = onlineArray(0, kRaid0);
+    array.info.diskCount = 4;
+    array.info.memberIds[1] = 1;
+    array.info.memberIds[2] = 2;
+    array.info.memberIds[3] = 19;
+    array.lostMask = 1u << 1 | 1u << 19;
+    resolveMembers(controller, &array);
+    controller.logicalDrives.push_back(array);
+    const std::string gone = "member-lost drive 2 of controller 0: lost by logical drive 0 Data; ";
+    EXPECT_EQ(linesFor(controller),
+              (Texts{"unreadable controller 0: q5_getPhyDrvInfo failed with result 1",
+                     gone + "it is no longer listed",
+                     "member-lost drive 20 of controller 0: lost by logical drive 0 Data; it cannot be "
+                     "identified, because not all drives could be read"}));
+    controller.faults.clear(); // a short list may lack any
+    EXPECT_EQ(linesFor(controller)[1],
+              gone + "it cannot be identified, because not all drives could be read");
+}
+
 TEST(Objects, WithoutTextsAreUnknown) {
     Controller controller;
     controller.drives.push_back(driveWith(1, unusedExtent(0, kExtentFree | kExtentAccessible)));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "tools/status/changes_counts.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
@@ -62,14 +63,25 @@ static Lines problemLines(const Findings& findings) {
     return lines;
 }
 
-// Whether the finding may still apply although it cannot be seen, because something cannot be read now.
-static bool mayBeHidden(const Findings& now, const Finding& wanted) {
-    static constexpr std::string_view unreadable = "unreadable";
-    return wanted.rule->id != unreadable && std::any_of(now.begin(), now.end(), [&](const Finding& each) {
-               return each.rule->id == unreadable &&
-                      (each.object.kind == ObjectKind::host || wanted.object.kind == ObjectKind::host ||
-                       each.object.controller == wanted.object.controller);
-           });
+// A list that lacks objects hides neither batteries nor enclosures, nor what another list lacks.
+static bool isInLists(const Finding& finding) {
+    const ObjectKind kind = finding.object.kind;
+    return !isCount(finding) &&
+           (kind == ObjectKind::controller || kind == ObjectKind::drive || kind == ObjectKind::logicalDrive);
+}
+
+// Whether one finding says that what the other one is about could not be read.
+static bool mayHide(const Finding& each, const Finding& wanted) {
+    if (each.rule->severity != Severity::unknown || (isCount(each) && !isInLists(wanted)))
+        return false;
+    return each.object.kind == ObjectKind::host || wanted.object.kind == ObjectKind::host ||
+           each.object.controller == wanted.object.controller;
+}
+
+// An operation that works again is known to.
+bool mayBeHidden(const Findings& now, const Finding& wanted) {
+    return (wanted.rule->severity != Severity::unknown || isCount(wanted)) &&
+           std::any_of(now.begin(), now.end(), [&](const Finding& each) { return mayHide(each, wanted); });
 }
 
 static bool hasText(const Lines& lines, const std::string& text) {
@@ -114,19 +126,20 @@ static void addFindingChanges(const Comparison& both, Lines* lines) {
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }
 
-// Without the number of drives in a list that was not read, which says nothing.
-static Findings certainFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
+// The findings of a snapshot that was completed, with the counts of the lists as they were read.
+static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline,
+                           const Findings& counts) {
     Findings findings = evaluate(snapshot, limits, baseline);
-    std::erase_if(findings, [&](const Finding& finding) {
-        const Controller* controller = findController(snapshot, finding.object.controller);
-        return std::string_view(finding.rule->id) == "drive-count" && controller != nullptr &&
-               (isRefused(*controller, "q5_getPhyDrvInfo") || isRefused(*controller, "q5_getControllerInfo"));
+    std::erase_if(findings, isCount);
+    const auto first = std::find_if(findings.begin(), findings.end(), [](const Finding& each) {
+        return each.rule->severity != Severity::critical;
     });
+    findings.insert(first, counts.begin(), counts.end());
     return findings;
 }
 
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline) {
+                  const Snapshot* baseline, const Findings* earlierCounts) {
     if (earlier == nullptr)
         return problemLines(evaluate(now, limits, baseline));
     Snapshot known = now;
@@ -135,8 +148,9 @@ Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& li
     addArrayChanges(*earlier, known, &lines);
     for (const Line& line : findingLines(compare(known, *earlier)))
         lines.push_back(line);
-    addFindingChanges({*earlier, known, certainFindings(*earlier, limits, baseline),
-                       certainFindings(known, limits, baseline)},
+    const Findings before = earlierCounts != nullptr ? *earlierCounts : countFindings(*earlier, limits);
+    addFindingChanges({*earlier, known, findingsOf(*earlier, limits, baseline, before),
+                       findingsOf(known, limits, baseline, countFindings(now, limits))},
                       &lines);
     return lines;
 }

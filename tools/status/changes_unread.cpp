@@ -23,17 +23,18 @@ static void keepDetails(const Drive& earlier, Drive* now) {
     keepRecord(earlier.speed3Gb, &now->speed3Gb);
 }
 
-// A listing that was refused halfway has all drives up to the last one that it contains.
 static void keepDrives(const Controller& earlier, Controller* now) {
     for (Drive& drive : now->drives)
         if (const Drive* before = findDrive(earlier, drive.number))
             keepDetails(*before, &drive);
-    if (!isRefused(*now, "q5_getPhyDrvInfo"))
-        return;
-    const std::uint32_t last = now->drives.empty() ? 0 : now->drives.back().number;
+    std::vector<Drive> unlisted;
     for (const Drive& drive : earlier.drives)
-        if (drive.number > last)
-            now->drives.push_back(drive);
+        if (findDrive(*now, drive.number) == nullptr && mayBeUnlisted(*now, drive.number) &&
+            now->drives.size() + unlisted.size() < kMaxSnapshotDrives)
+            unlisted.push_back(drive);
+    now->drives.insert(now->drives.end(), unlisted.begin(), unlisted.end());
+    std::sort(now->drives.begin(), now->drives.end(),
+              [](const Drive& left, const Drive& right) { return left.number < right.number; });
 }
 
 static void keepEnclosures(const Controller& earlier, Controller* now) {
@@ -65,9 +66,25 @@ static void keepDetails(const LogicalDrive& earlier, LogicalDrive* now) {
             now->activities.push_back(activity);
 }
 
+static bool isListed(const Controller& controller, const LogicalDrive& wanted) {
+    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
+                       [&](const LogicalDrive& each) { return each.info.logDrvId == wanted.info.logDrvId; });
+}
+
+static void addUnlisted(const Controller& earlier, Controller* now) {
+    if (hasAllLogicalDrives(*now))
+        return;
+    for (const LogicalDrive& drive : earlier.logicalDrives)
+        if (!isListed(*now, drive) && now->logicalDrives.size() < kMaxLogDrvs)
+            now->logicalDrives.push_back(drive);
+    std::stable_sort(now->logicalDrives.begin(), now->logicalDrives.end(),
+                     [](const LogicalDrive& left, const LogicalDrive& right) {
+                         return left.info.logDrvId < right.info.logDrvId;
+                     });
+}
+
 static void keepLogicalDrives(const Controller& earlier, Controller* now) {
-    if (isRefused(*now, "q5_getLogDrvInfo"))
-        now->logicalDrives = earlier.logicalDrives;
+    addUnlisted(earlier, now);
     for (LogicalDrive& drive : now->logicalDrives) {
         for (const LogicalDrive& before : earlier.logicalDrives)
             if (before.info.logDrvId == drive.info.logDrvId)
@@ -76,8 +93,16 @@ static void keepLogicalDrives(const Controller& earlier, Controller* now) {
     }
 }
 
+// The lists may have been read since the controller counted, and were not compared with a count.
+static void keepInfo(const Controller& earlier, Controller* now) {
+    if (now->info || !earlier.info)
+        return;
+    now->info = earlier.info;
+    now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
+    now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
+}
+
 static void keepController(const Controller& earlier, Controller* now) {
-    keepRecord(earlier.info, &now->info);
     keepRecord(earlier.version, &now->version);
     keepRecord(earlier.settings, &now->settings);
     keepRecord(earlier.place, &now->place);
@@ -86,6 +111,7 @@ static void keepController(const Controller& earlier, Controller* now) {
     keepEnclosures(earlier, now);
     keepDrives(earlier, now);
     keepLogicalDrives(earlier, now);
+    keepInfo(earlier, now); // last: what the lists lack depends on the count that was read now
 }
 
 static bool isCountUnread(const Snapshot& snapshot) {

@@ -16,8 +16,24 @@ bool isRefused(const Controller& controller, std::string_view operation) {
 }
 
 bool hasAllDrives(const Controller& controller) {
-    return !isRefused(controller, "q5_getPhyDrvInfo") ||
-           (controller.info && controller.info->diskCount <= controller.drives.size());
+    const bool refused = isRefused(controller, "q5_getPhyDrvInfo");
+    if (controller.drives.empty() && refused)
+        return false;
+    return controller.info ? controller.info->diskCount <= controller.drives.size() : !refused;
+}
+
+// They are listed by one call.
+bool hasAllLogicalDrives(const Controller& controller) {
+    if (controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo"))
+        return false;
+    return !controller.info || controller.info->arrayCount <= controller.logicalDrives.size();
+}
+
+bool mayBeUnlisted(const Controller& controller, std::uint32_t number) {
+    if (hasAllDrives(controller))
+        return false;
+    return controller.drives.empty() || !isRefused(controller, "q5_getPhyDrvInfo") ||
+           number > controller.drives.back().number;
 }
 
 bool hasBattery(const Controller& controller) {

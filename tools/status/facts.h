@@ -12,9 +12,14 @@ bool isRedundant(std::uint8_t level);
 // Whether an operation on the controller was refused, so that a list may lack objects.
 bool isRefused(const Controller& controller, std::string_view operation);
 
-// Whether the list of drives is complete. One that was refused halfway is if it has as many drives as the
-// controller counts.
+// Whether a list is complete. One that was refused halfway is if it has as many objects as the controller
+// counts.
 bool hasAllDrives(const Controller& controller);
+bool hasAllLogicalDrives(const Controller& controller);
+
+// Whether a drive that is not listed may be there. A listing that was refused halfway has all drives up to
+// its last one; one that is short may lack any.
+bool mayBeUnlisted(const Controller& controller, std::uint32_t number);
 
 bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);

@@ -130,8 +130,8 @@ static void addLogicalDrive(const Report& report, const Controller& controller, 
 void addLogicalDrives(const Report& report, const Controller& controller, std::string* page) {
     *page += "<h3>Logical drives</h3>\n";
     if (controller.logicalDrives.empty()) {
-        *page += wasRefused(controller, "q5_getLogDrvInfo") ? "<p>The logical drives could not be read.</p>\n"
-                                                            : "<p>There are no logical drives.</p>\n";
+        *page += hasAllLogicalDrives(controller) ? "<p>There are no logical drives.</p>\n"
+                                                 : "<p>The logical drives could not be read.</p>\n";
         return;
     }
     *page += "<div class=\"cards\">\n";

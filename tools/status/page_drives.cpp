@@ -1,6 +1,7 @@
 // The drives of the HTML page: a card each.
 #include "snapshot/text.h"
 #include "snapshot/words.h"
+#include "tools/status/facts.h"
 #include "tools/status/page_parts.h"
 #include "tools/status/rules.h"
 
@@ -35,8 +36,8 @@ static void addDriveFacts(const Drive& drive, std::string* page) {
 void addDrives(const Report& report, const Controller& controller, std::string* page) {
     *page += "<h3>Drives</h3>\n";
     if (controller.drives.empty()) {
-        *page += wasRefused(controller, "q5_getPhyDrvInfo") ? "<p>The drives could not be read.</p>\n"
-                                                            : "<p>There are no drives.</p>\n";
+        *page += hasAllDrives(controller) ? "<p>There are no drives.</p>\n"
+                                          : "<p>The drives could not be read.</p>\n";
         return;
     }
     *page +=

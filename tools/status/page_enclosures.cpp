@@ -37,9 +37,10 @@ static void addSlot(const Report& report, const Controller& controller, const Dr
     *page += "</li>\n";
 }
 
-static void addEmptySlot(std::uint32_t channel, std::string* page) {
+// A drive that an incomplete list lacks may be there.
+static void addEmptySlot(const Controller& controller, std::uint32_t channel, std::string* page) {
     *page += "<li class=\"slot empty\"><span class=\"where\">Channel " + std::to_string(channel) +
-             "</span> empty</li>\n";
+             "</span> " + (hasAllDrives(controller) ? "empty" : "no drive listed") + "</li>\n";
 }
 
 // A place in the map: a drive, or an empty channel.
@@ -96,7 +97,7 @@ static void addMap(const Report& report, const Controller& controller, std::uint
         if (slot.drive != nullptr)
             addSlot(report, controller, *slot.drive, page);
         else
-            addEmptySlot(slot.channel, page);
+            addEmptySlot(controller, slot.channel, page);
     *page += "</ul>\n";
 }
 
@@ -195,7 +196,8 @@ static void addEmptyChannels(const Controller& controller, std::string* page) {
     for (const std::uint32_t channel : emptyChannels(controller))
         list += (list.empty() ? "" : ", ") + std::to_string(channel);
     if (!list.empty())
-        *page += "<p>Channels without a drive: " + list + ".</p>\n";
+        *page += std::string("<p>Channels without a ") + (hasAllDrives(controller) ? "" : "listed ") +
+                 "drive: " + list + ".</p>\n";
 }
 
 void addEnclosures(const Report& report, const Controller& controller, std::string* page) {

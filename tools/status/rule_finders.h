@@ -62,4 +62,5 @@ void findMissingEnclosures(Evaluation* evaluation);
 void findNewEnclosures(Evaluation* evaluation);
 void findReplacedEnclosures(Evaluation* evaluation);
 void findMissingBatteries(Evaluation* evaluation);
+void findUncheckedObjects(Evaluation* evaluation);
 void findNewBatteries(Evaluation* evaluation);

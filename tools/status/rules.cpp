@@ -69,6 +69,8 @@ static constexpr Rule kBaselineRules[] = {
     {"spare-missing", Severity::warning, "a controller has fewer spares", "Baseline", findMissingSpares},
     {"enclosure-missing", Severity::warning, "an enclosure is missing", "Baseline", findMissingEnclosures},
     {"battery-missing", Severity::warning, "a battery is missing", "Baseline", findMissingBatteries},
+    {"baseline-unchecked", Severity::unknown, "objects of the baseline may be in a part that cannot be read",
+     "Unreadable", findUncheckedObjects},
     {"drive-replaced", Severity::info, "a drive was replaced by another one", "Baseline", findReplacedDrives},
     {"drive-moved", Severity::info, "a drive is in another place", "Baseline", findMovedDrives},
     {"drive-new", Severity::info, "a drive is new", "Baseline", findNewDrives},

@@ -20,12 +20,6 @@ static void forEachPair(const Evaluation& evaluation, Apply apply) {
             apply(Pair{earlier, *now});
 }
 
-// A drive that could not be listed is not missing: a listing that was refused halfway ends before it.
-static bool isBeyondList(const Controller& controller, std::uint32_t number) {
-    return isRefused(controller, "q5_getPhyDrvInfo") &&
-           (controller.drives.empty() || number > controller.drives.back().number);
-}
-
 static std::string placeOf(const Drive& drive) {
     return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
 }
@@ -54,7 +48,7 @@ static bool isUnchanged(const Drive& earlier, const Drive* now) {
            now->info.channel == earlier.info.channel && now->info.enclosureId == earlier.info.enclosureId;
 }
 
-enum class DriveChange { none, missing, replaced, moved };
+enum class DriveChange { none, missing, unchecked, replaced, moved };
 
 // What happened to an earlier drive. other: the drive that has its place or its serial now.
 static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, const Drive& drive,
@@ -67,11 +61,12 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
         return DriveChange::moved;
     *other = {&pair.now, same};
     if (same == nullptr)
-        return isBeyondList(pair.now, drive.number) ? DriveChange::none : DriveChange::missing;
+        return mayBeUnlisted(pair.now, drive.number) ? DriveChange::unchecked : DriveChange::missing;
     if (serialOf(drive) == serialOf(*same))
         return DriveChange::moved;
-    const bool known = findSerial(*evaluation.baseline, serialOf(*other->drive)).drive != nullptr;
-    return known ? DriveChange::missing : DriveChange::replaced;
+    if (findSerial(*evaluation.baseline, serialOf(*same)).drive == nullptr)
+        return DriveChange::replaced;
+    return hasAllDrives(pair.now) ? DriveChange::missing : DriveChange::unchecked;
 }
 
 static std::string changeText(DriveChange change, const Drive& drive, const Place& other) {
@@ -192,22 +187,16 @@ static std::string shapeOf(const LogicalDrive& drive) {
 void findMissingArrays(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const LogicalDrive& drive : pair.earlier.logicalDrives)
-            if (findLogicalDrive(pair.now, drive.info.logDrvId) == nullptr &&
-                !isRefused(pair.now, "q5_getLogDrvInfo"))
+            if (findLogicalDrive(pair.now, drive.info.logDrvId) == nullptr && hasAllLogicalDrives(pair.now))
                 addFinding(evaluation, objectOf(pair.earlier, drive), "is missing; it was " + shapeOf(drive));
     });
-}
-
-// The list of logical drives is read whole or not at all.
-static bool hasUnreadArrays(const Controller& controller) {
-    return controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo");
 }
 
 void findNewArrays(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const LogicalDrive& drive : pair.now.logicalDrives)
             if (findLogicalDrive(pair.earlier, drive.info.logDrvId) == nullptr &&
-                !hasUnreadArrays(pair.earlier))
+                hasAllLogicalDrives(pair.earlier))
                 addFinding(evaluation, objectOf(pair.now, drive), "is new; it is " + shapeOf(drive));
     });
 }
@@ -312,12 +301,67 @@ void findNewBatteries(Evaluation* evaluation) {
 
 // A snapshot has as many controllers as the library counts, unless the library failed.
 void findMissingControllers(Evaluation* evaluation) {
-    const Snapshot& now = evaluation->snapshot;
-    if (evaluation->baseline == nullptr || (now.controllers.empty() && !now.faults.empty()))
+    if (evaluation->baseline == nullptr || !evaluation->snapshot.faults.empty())
         return;
     for (const Controller& earlier : evaluation->baseline->controllers)
         if (findController(evaluation->snapshot, earlier.id) == nullptr)
             addFinding(evaluation, objectOf(earlier), "is missing");
+}
+
+// Objects of the baseline that may be in the part of a list that could not be read.
+static void addUnchecked(Evaluation* evaluation, const Object& object, const std::string& word,
+                         const std::vector<std::uint32_t>& numbers) {
+    if (numbers.empty())
+        return;
+    std::string text = numbers.size() == 1 ? word : word + "s";
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        text += (i == 0 ? " " : ", ") + std::to_string(numbers[i]);
+    addFindingOf(evaluation, object, {word},
+                 text + " of the baseline cannot be checked: not all " + word + "s could be read");
+}
+
+static void findUncheckedControllers(Evaluation* evaluation) {
+    std::vector<std::uint32_t> numbers;
+    if (evaluation->baseline != nullptr && !evaluation->snapshot.faults.empty())
+        for (const Controller& earlier : evaluation->baseline->controllers)
+            if (findController(evaluation->snapshot, earlier.id) == nullptr)
+                numbers.push_back(earlier.id);
+    addUnchecked(evaluation, {}, "controller", numbers);
+}
+
+static std::vector<std::uint32_t> uncheckedDrives(const Evaluation& evaluation, const Pair& pair) {
+    std::vector<std::uint32_t> numbers;
+    Place other;
+    for (const Drive& drive : pair.earlier.drives)
+        if (changeOf(evaluation, pair, drive, &other) == DriveChange::unchecked)
+            numbers.push_back(drive.number);
+    return numbers;
+}
+
+static std::vector<std::uint32_t> uncheckedArrays(const Pair& pair) {
+    std::vector<std::uint32_t> numbers;
+    for (const LogicalDrive& drive : pair.earlier.logicalDrives)
+        if (findLogicalDrive(pair.now, drive.info.logDrvId) == nullptr && !hasAllLogicalDrives(pair.now))
+            numbers.push_back(drive.info.logDrvId);
+    return numbers;
+}
+
+static std::vector<std::uint32_t> uncheckedEnclosures(const Pair& pair) {
+    std::vector<std::uint32_t> numbers;
+    for (const Enclosure& enclosure : pair.earlier.enclosures)
+        if (findEnclosure(pair.now, enclosure.id) == nullptr && isRefused(pair.now, "q5_getEnclosureInfo"))
+            numbers.push_back(enclosure.id);
+    return numbers;
+}
+
+void findUncheckedObjects(Evaluation* evaluation) {
+    findUncheckedControllers(evaluation);
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        const Object object = objectOf(pair.now);
+        addUnchecked(evaluation, object, "drive", uncheckedDrives(*evaluation, pair));
+        addUnchecked(evaluation, object, "logical drive", uncheckedArrays(pair));
+        addUnchecked(evaluation, object, "enclosure", uncheckedEnclosures(pair));
+    });
 }
 
 // One that was counted, but not read, was there before.

@@ -43,7 +43,11 @@ static std::string lostMemberText(const Evaluation& evaluation, const Controller
     const std::string text = "lost by " + shortObjectText(objectOf(controller, array));
     const std::string place = placeText(member.channel, member.enclosureId, member.serial);
     if (!member.listed)
-        return text + "; it is no longer listed" + lastSeenText(earlier);
+        return text +
+               (mayBeUnlisted(controller, member.number)
+                    ? "; it cannot be identified, because not all drives could be read"
+                    : "; it is no longer listed") +
+               lastSeenText(earlier);
     const DriveRole role = roleOf(controller, member.number, array);
     if (role == DriveRole::member)
         return text + "; " + place;

@@ -13,6 +13,7 @@
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/status/changes.h"
+#include "tools/status/changes_counts.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
@@ -46,14 +47,17 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot. missing: the file does not exist.
-static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing) {
+// An earlier snapshot. missing: the file does not exist; counts: see changes_counts.h, may be null.
+static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
+                                Findings* counts = nullptr) {
     std::string text;
     const ReadResult result = readFile(path, &text);
     *missing = result == ReadResult::missing;
     if (result != ReadResult::done)
         return readProblem(path);
     const std::string problem = snapshotFromText(text, snapshot);
+    if (problem.empty() && counts != nullptr)
+        *counts = savedCounts(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
@@ -114,34 +118,39 @@ static std::string formatLines(const Lines& lines, bool quiet) {
 }
 
 // The state to keep for the next run: what this one did not read stays as it was.
-static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier) {
+static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
+                            const Findings& earlierCounts) {
     Snapshot kept = report.snapshot;
+    Findings findings = report.findings;
+    for (const Finding& each : carriedCounts(earlierCounts, report.snapshot, report.findings))
+        findings.push_back(each);
     if (earlier != nullptr)
         keepUnread(*earlier, &kept);
     if (earlier != nullptr && options.controller)
         keepOtherControllers(*earlier, &kept);
-    return formatJson({kept, report.findings, report.limits});
+    return formatJson({kept, findings, report.limits});
 }
 
 // Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
 // read at all is reported and not kept.
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline) {
     Snapshot saved;
+    Findings counts;
     bool missing = false;
-    std::string problem = readSnapshot(options.changes, &saved, &missing);
+    std::string problem = readSnapshot(options.changes, &saved, &missing, &counts);
     if (!problem.empty() && !missing)
         return problem;
     const Snapshot earlier = limitedTo(options, saved);
     const bool readable = !report.snapshot.controllers.empty();
-    const Lines lines =
-        readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline)
-                 : findingLines(report.findings);
+    const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits,
+                                               baseline, &counts)
+                                 : findingLines(report.findings);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     if (!problem.empty() || !readable)
         return problem;
-    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved));
+    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, counts));
 }
 
 static std::string reportState(const Options& options, const Report& report) {
