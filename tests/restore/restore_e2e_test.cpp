@@ -195,6 +195,43 @@ TEST_F(Restore, AnotherSerialPreventsThePlanUnlessMapped) {
     EXPECT_EQ(restore({"--drives", "2=2"}).out, "There is nothing to do.\n");
 }
 
+// Drive 2 is in another slot, alone or with the logical drive on it. The proposed map is all that is needed.
+TEST_F(Restore, ProposesTheSlotOfAMovedDrive) {
+    Json blanked = world;
+    blank(&blanked["controllers"][0]);
+    for (Json moved : {blanked, world}) {
+        Json& now = moved["controllers"][0];
+        now["drives"][1]["id"] = 6;
+        for (Json& array : now["logicalDrives"])
+            array["members"] = {0, 6};
+        const std::string reason = "prevented: drive 2 of the backup is now drive 7; use --drives 2=7\n";
+        ProcessOutcome outcome = restoreIn(moved);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_NE(outcome.out.find(reason), std::string::npos) << outcome;
+        EXPECT_EQ(outcome.out.find("different array"), std::string::npos) << outcome;
+        EXPECT_EQ(restore({"--apply"}).status, 4);
+        EXPECT_LE(restore({"--drives", "2=7"}).status, 1);
+        outcome = restore({"--apply", "--drives", "2=7"});
+        EXPECT_EQ(outcome.status, 0) << outcome;
+        EXPECT_EQ(restore({"--drives", "2=7"}).out, "There is nothing to do.\n");
+    }
+}
+
+TEST_F(Restore, ReportsMovedDrivesBesideADifferentArray) {
+    blank(&controller());
+    controller()["drives"][1]["id"] = 6;
+    session.useWorld(world.dump());
+    ASSERT_EQ(cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 3", "-z", "name=Other,raid=raid0,capacity=200"})
+                  .status,
+              0);
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_EQ(outcome.out.find("prevented: drive 2 of the backup is now drive 7; use --drives 2=7\n"
+                               "prevented: a different array is in place: "),
+              outcome.out.find("prevented: "))
+        << outcome;
+}
+
 TEST_F(Restore, UsesAnotherDrive) {
     blank(&controller());
     const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=3,3=1"});
