@@ -404,9 +404,53 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
     log.replace(log.find("backup=") + 7, 1, "x");
     writeFile(session.path("log"), log);
     EXPECT_EQ(restore({"--apply", "--log", "log"}),
-              (ProcessOutcome{
-                  3, "",
-                  "cli-restore: log is the log of an unfinished restore of another backup or controller\n"}));
+              (ProcessOutcome{3, "",
+                              "cli-restore: log is the log of a restore of another backup or controller\n"}));
+}
+
+// Finished ones as well: the log of a restore is next to its backup, or a mistake.
+TEST_F(Restore, RefusesTheLogOfAnotherRestore) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(restore({"--apply", "--log", "log"}).status, 0);
+    EXPECT_EQ(restore({"--apply", "--log", "log"}).status, 0);
+    const std::string finished = content("log");
+    changeRate(9);
+    for (const char* key : {"backup=", "controller="}) {
+        std::string other = finished;
+        for (std::size_t at = 0; (at = other.find(key, at)) != std::string::npos; ++at)
+            other[at + std::string(key).size()] = '7';
+        writeFile(session.path("log"), other);
+        const std::string before = session.worldText();
+        const std::string problem =
+            "cli-restore: log is the log of a restore of another backup or controller\n";
+        EXPECT_EQ(restore({"--apply", "--log", "log"}), (ProcessOutcome{3, "", problem}));
+        EXPECT_EQ(restore({"--log", "log"}), (ProcessOutcome{3, "", problem}));
+        EXPECT_EQ(content("log"), other);
+        EXPECT_EQ(session.worldText(), before);
+    }
+}
+
+// Another backup, and files of other programs. Nothing is done, and they stay as they are.
+TEST_F(Restore, RefusesALogThatIsAnotherFile) {
+    const std::string other = newest();
+    changeRate(9);
+    ASSERT_EQ(backup().status, 0);
+    blank(&controller());
+    session.useWorld(world.dump());
+    cli({"ctrl"});
+    writeFile(session.path("notes"), "call the vendor\n");
+    const std::string before = session.worldText();
+    const Files saved = files();
+    for (const std::string& log : {other + ".cfg", other + ".json", std::string("notes"), std::string("kept"),
+                                   std::string("/dev/null")}) {
+        const ProcessOutcome refusal = {3, "", "cli-restore: " + log + " is not a log of cli-restore\n"};
+        EXPECT_EQ(restore({"--apply", "--log", log}), refusal);
+        EXPECT_EQ(restore({"--log", log}), refusal);
+    }
+    EXPECT_EQ(files(), saved);
+    EXPECT_EQ(content("notes"), "call the vendor\n");
+    EXPECT_EQ(session.worldText(), before);
 }
 
 TEST_F(Restore, KeepsItsLogOutOfTheBackup) {
