@@ -312,6 +312,42 @@ TEST_F(Restore, HasNothingToDoWhenTheMemberIsStillLost) {
     EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
 }
 
+// A migration that was started since the backup, and the backup of a running one. The level and the size are
+// still those of before.
+TEST_F(Restore, NotesARunningMigration) {
+    const std::string saved = newest();
+    ASSERT_EQ(cli({"migrate", "-a", "start", "-l", "0", "-i", "0", "-p", "3", "-e", "1", "-s", "raid=raid5"})
+                  .status,
+              0);
+    ASSERT_NE(cli({"migrate"}).out.find("Migration is in progress"), std::string::npos);
+    const std::string note = "note: logical drive 0 Data is being migrated; it will be different\n";
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out, note + "There is nothing to do.\n");
+    EXPECT_EQ(restore({"--apply"}).out, note + "Controller 0 is as it was saved.\n");
+    ASSERT_LE(backup().status, 1);
+    EXPECT_NE(newest(), saved);
+    EXPECT_EQ(restore({}).out, note + "There is nothing to do.\n");
+}
+
+// Of a later version, for example. Nothing is done with it, and cli-backup keeps it.
+TEST_F(Restore, RefusesABackupOfAnotherFormat) {
+    const std::string saved = newest();
+    std::string json = content(saved + ".json");
+    const std::size_t format = json.find("\"format\": 1");
+    ASSERT_NE(format, std::string::npos);
+    json.replace(format, 11, "\"format\": 2");
+    writeFile(session.path(saved + ".json"), json);
+    const std::string reason = saved + ".json: it is not of format 1\n";
+    for (const Words& words : {Words{}, Words{"--apply"}})
+        EXPECT_EQ(restore(words), (ProcessOutcome{3, "", "cli-restore: " + reason}));
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: " + reason), std::string::npos) << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(content(saved + ".json"), json);
+}
+
 // A refused creation, and one with another effect.
 TEST_F(Restore, StopsAtTheFirstDifference) {
     blank(&controller());
