@@ -315,8 +315,10 @@ TEST_F(Restore, HasNothingToDoWhenTheMemberIsStillLost) {
 // A migration that was started since the backup, and the backup of a running one. The level and the size are
 // still those of before.
 TEST_F(Restore, NotesARunningMigration) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
     const std::string saved = newest();
-    ASSERT_EQ(cli({"migrate", "-a", "start", "-l", "0", "-i", "0", "-p", "3", "-e", "1", "-s", "raid=raid5"})
+    ASSERT_EQ(cli({"migrate", "-a", "start", "-l", "0", "-i", "0", "-p", "3", "-e", "0", "-s", "raid=raid5"})
                   .status,
               0);
     ASSERT_NE(cli({"migrate"}).out.find("Migration is in progress"), std::string::npos);
