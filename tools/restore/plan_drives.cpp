@@ -93,7 +93,7 @@ static std::string obstacleToSerial(const Planning& planning, std::uint32_t save
 
 // Why a saved drive that is not left out cannot be used; empty: it can.
 static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
-    const std::string moved = movedText(planning, savedDrive);
+    std::string moved = movedText(planning, savedDrive);
     if (!moved.empty())
         return moved;
     const auto number = mappedDrive(planning, savedDrive);
@@ -102,7 +102,7 @@ static std::string obstacleToDrive(const Planning& planning, std::uint32_t saved
     if (now == nullptr)
         return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " +
                (saved != nullptr ? serialOf(*saved) : "unknown");
-    const std::string otherSerial = obstacleToSerial(planning, savedDrive);
+    std::string otherSerial = obstacleToSerial(planning, savedDrive);
     if (!otherSerial.empty())
         return otherSerial;
     return isInaccessible(*now) ? driveName(*number) + " gives no access" : "";
