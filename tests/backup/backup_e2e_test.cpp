@@ -127,6 +127,64 @@ TEST_F(Backup, IsNamedAfterTheNewestBackup) {
     EXPECT_EQ(newest(), host + "30000101T000000Z");
 }
 
+// Such names are not those of backups: they are not compared with, not continued, and never removed, not even
+// a .json alone.
+TEST_F(Backup, LeavesNamesThatAreNoTimesAlone) {
+    backup();
+    const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
+    const std::string text = content(saved + ".cfg");
+    Files others;
+    for (const char* time : {"20261301T000000Z", "20260230T000000Z", "20260229T000000Z", "20261122T240000Z",
+                             "20261122T006000Z", "20261122T000060Z", "19691231T235959Z", "00000101T000000Z",
+                             "99990101T000000Z", "99991231T235959Z"}) {
+        const std::string name = std::filesystem::path(host + time).filename().string();
+        others[name + ".json"] = "{}";
+        if (std::string(time) >= "20261122T006000Z")
+            others[name + ".cfg"] = text;
+    }
+    for (const auto& [name, other] : others)
+        writeFile(kept + "/" + name, other);
+    EXPECT_EQ(backup().out, "unchanged since " + saved + ".cfg\n");
+    for (const int rate : {77, 78, 79}) {
+        changeRate(rate);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 0) << outcome;
+        EXPECT_EQ(outcome.out.find("saved as " + host + "2"), outcome.out.find("saved as ")) << outcome;
+    }
+    Files now = files();
+    EXPECT_EQ(now.size(), others.size() + 2);
+    for (const auto& [name, other] : others)
+        EXPECT_EQ(now[name], other) << name;
+}
+
+// A leap day is a day.
+TEST_F(Backup, CountsAFarTimeAsTheNewest) {
+    backup();
+    const std::string saved = newest(), host = saved.substr(0, saved.size() - 16);
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::rename(session.path(saved + suffix),
+                                session.path(host + "96000228T235959Z" + suffix));
+    EXPECT_EQ(backup().out, "unchanged since " + host + "96000228T235959Z.cfg\n");
+    changeRate(77);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems(), (std::vector<std::string>{host + "96000229T000000Z"}));
+}
+
+TEST_F(Backup, RefusesToFollowTheLastName) {
+    backup();
+    const std::string saved = newest(), last = saved.substr(0, saved.size() - 16) + "99981231T235959Z";
+    for (const char* suffix : {".cfg", ".json"})
+        std::filesystem::rename(session.path(saved + suffix), session.path(last + suffix));
+    const Files before = files();
+    EXPECT_EQ(backup().status, 0); // unchanged
+    changeRate(77);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 3) << outcome;
+    EXPECT_EQ(outcome.err,
+              "cli-backup: no backup can follow " + last + ".cfg: rename or remove it and its .json\n");
+    EXPECT_EQ(files(), before);
+}
+
 // The next name is known: one second after the newest.
 TEST_F(Backup, AddsNothingNextToAForeignFile) {
     backup();

@@ -177,6 +177,24 @@ TEST_F(Backup, AnIncompleteBackupReplacesNone) {
     EXPECT_EQ(stems()[0], good);
 }
 
+// The backup in between lists no logical drives, although there was one: it is no measure.
+TEST_F(Backup, FewerIsMeasuredAgainstTheLastCompleteBackup) {
+    const std::string healthy = readFile(STATUS_SOURCES "/healthy.world.json");
+    session.useWorld(healthy);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getLogDrvInfo"}).status, 0);
+    EXPECT_EQ(backup().status, 1);
+    ASSERT_EQ(stems().size(), 2u);
+    session.useWorld(healthy);
+    ASSERT_EQ(cli({"logdrv", "-a", "del", "-i", "0", "-l", "0"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: controller 0 has 0 logical drives; it had 1\n"), std::string::npos)
+        << outcome;
+    EXPECT_NE(outcome.out.find("warning: no older backup was removed\n"), std::string::npos) << outcome;
+    EXPECT_EQ(stems().size(), 3u);
+}
+
 TEST_F(Backup, ACompleteBackupReplacesAnIncompleteOne) {
     ASSERT_EQ(q5sim({"refuse", "q5_getControllerInfo"}).status, 0);
     EXPECT_EQ(backup().status, 1);

@@ -1,5 +1,7 @@
 // Parts of cli-restore in isolation: drive maps, ranges of sectors, logs, and plans of single
 // controllers.
+#include <sys/stat.h>
+
 #include <cstring>
 #include <set>
 
@@ -56,20 +58,23 @@ using RestoreLog = TempDirFixture;
 
 static const LogHeader kHeader = {"0123", "4", "2=5,3=-"};
 
+static const std::string kNoLog = " is not a log of cli-restore";
+
 TEST_F(RestoreLog, FindsAnUnfinishedRestore) {
-    Unfinished unfinished;
-    EXPECT_EQ(readLog(path("log"), &unfinished), "");
-    EXPECT_FALSE(unfinished.exists);
+    RestoreState state;
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_FALSE(state.begun);
     Log log;
     ASSERT_EQ(openLog(path("log"), &log), "");
     for (const std::string& line : {beginLine(kHeader), std::string("step one"), std::string(kStepDone),
                                     std::string("step two"), std::string("stopped why")})
         EXPECT_EQ(addToLog(log, line), "");
     closeLog(&log);
-    EXPECT_EQ(readLog(path("log"), &unfinished), "");
-    EXPECT_TRUE(unfinished.exists);
-    EXPECT_EQ(unfinished.header, kHeader);
-    EXPECT_EQ(unfinished.steps, 1);
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_TRUE(state.begun);
+    EXPECT_FALSE(state.finished);
+    EXPECT_EQ(state.header, kHeader);
+    EXPECT_EQ(state.steps, 1);
 }
 
 TEST_F(RestoreLog, FindsAFinishedRestore) {
@@ -78,24 +83,53 @@ TEST_F(RestoreLog, FindsAFinishedRestore) {
     for (const std::string& line : {beginLine(kHeader), std::string(kStepDone), std::string(kFinished)})
         EXPECT_EQ(addToLog(log, line), "");
     closeLog(&log);
-    Unfinished unfinished;
-    EXPECT_EQ(readLog(path("log"), &unfinished), "");
-    EXPECT_FALSE(unfinished.exists);
+    RestoreState state;
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_TRUE(state.finished);
 }
 
 // A power failure cut the last line, which says that a step was done or that all is finished.
 TEST_F(RestoreLog, IgnoresAnIncompleteLine) {
-    write("log", "T begin backup=1 controller=0 drives=\nT done\nT finis");
-    Unfinished unfinished;
-    EXPECT_EQ(readLog(path("log"), &unfinished), "");
-    EXPECT_TRUE(unfinished.exists);
-    EXPECT_EQ(unfinished.steps, 1);
+    write("log", "2026-11-22T02:15:00Z begin backup=1 controller=0 drives=\nT done\nT finis");
+    RestoreState state;
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_TRUE(state.begun);
+    EXPECT_FALSE(state.finished);
+    EXPECT_EQ(state.steps, 1);
     Log log;
     ASSERT_EQ(openLog(path("log"), &log), "");
     EXPECT_EQ(addToLog(log, kStepDone), "");
     closeLog(&log);
-    EXPECT_EQ(readLog(path("log"), &unfinished), "");
-    EXPECT_EQ(unfinished.steps, 2);
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_EQ(state.steps, 2);
+}
+
+// Also one that a power failure cut in its first line.
+TEST_F(RestoreLog, RecognizesALog) {
+    const std::string first = "2026-11-22T02:15:00Z begin backup=1 controller=0 drives=";
+    for (const std::size_t size : {std::size_t{0}, std::size_t{21}, std::size_t{25}, first.size()}) {
+        RestoreState state;
+        write("log", first.substr(0, size));
+        EXPECT_EQ(readLog(path("log"), &state), "") << size;
+        EXPECT_FALSE(state.begun);
+        write("log", first.substr(0, size) + "\n" + first + "\n");
+        EXPECT_EQ(readLog(path("log"), &state), size == 0 ? path("log") + kNoLog : "") << size;
+    }
+}
+
+TEST_F(RestoreLog, RefusesAnotherFile) {
+    for (const char* text :
+         {"\n", "2", "2026-11-22T02:15:00Z", "2026-11-22T02:15:00Z begun backup=1", "{\"format\": 1}\n",
+          "2026-11-22 02:15:00Z begin backup=1\n", "2026-11-22T02:15:00Z step one\n", "Begin Controller\n"}) {
+        RestoreState state;
+        write("log", text);
+        EXPECT_EQ(readLog(path("log"), &state), path("log") + kNoLog) << text;
+    }
+    RestoreState state;
+    EXPECT_EQ(readLog(path(""), &state), path("") + kNoLog); // the directory
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(readLog(path("pipe"), &state), path("pipe") + kNoLog);
+    EXPECT_NE(readLog(path("log/none"), &state), "");
 }
 
 TEST_F(RestoreLog, RefusesALink) {
@@ -400,6 +434,133 @@ TEST(Plan, FindsAMovedArrayByTheMap) {
     const Plan plan = makePlan(saved, now, {{1, 2}, {2, 1}});
     EXPECT_EQ(plan.obstacles, Texts());
     EXPECT_EQ(textsOf(plan), Texts());
+}
+
+// A mirror in place: its second drive and the extents on it are at another number now.
+static Controller controllerWithMovedMirror(std::uint32_t number) {
+    Controller controller = controllerWithMirror();
+    controller.drives[1].number = number;
+    controller.drives[1].info.driveId = static_cast<std::uint16_t>(number - 1);
+    controller.logicalDrives[0].info.memberIds[1] = static_cast<std::uint8_t>(number - 1);
+    return controller;
+}
+
+TEST(Plan, RecognizesADriveInAnotherSlot) {
+    Controller now = controllerWith(3, 40960);
+    now.drives.erase(now.drives.begin() + 1);
+    now.drives[1].info.serial[0] = 'C';
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"drive 2 of the backup is now drive 3; use --drives 2=3"}));
+    const Plan plan = makePlan(controllerWithMirror(), now, {{2, 3}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, Texts());
+}
+
+TEST(Plan, RecognizesAnArrayInOtherSlots) {
+    const Controller now = controllerWithMovedMirror(7);
+    const Plan plan = makePlan(controllerWithMirror(), now, {});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 2 of the backup is now drive 7; use --drives 2=7"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, Texts());
+    const Plan mapped = makePlan(controllerWithMirror(), now, {{2, 7}});
+    EXPECT_EQ(mapped.obstacles, Texts());
+    EXPECT_EQ(textsOf(mapped), Texts());
+}
+
+// Each reason has the whole map, which can be used as it is.
+TEST(Plan, ProposesAMapOfAllMovedDrives) {
+    Controller now = controllerWith(2, 40960);
+    std::swap(now.drives[0].info.serial, now.drives[1].info.serial);
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"drive 1 of the backup is now drive 2; use --drives 1=2,2=1",
+                     "drive 2 of the backup is now drive 1; use --drives 1=2,2=1"}));
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 2}}).obstacles,
+              (Texts{"drive 2 of the backup is now drive 1; use --drives 1=2,2=1"}));
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 2}, {2, 1}}).obstacles, Texts());
+}
+
+// The members of a mirror that is in place are listed in another order: no map is better.
+TEST(Plan, AcceptsExchangedMembersOnlyAsReplacements) {
+    Controller now = controllerWithMirror();
+    std::swap(now.drives[0].info.serial, now.drives[1].info.serial);
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"drive 1 has another serial: C instead of B; that is drive 2 of the backup",
+                     "drive 2 has another serial: B instead of C; that is drive 1 of the backup"}));
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 1}, {2, 2}}).obstacles, Texts());
+}
+
+TEST(Plan, KeepsADriveInThePlaceThatTheMapGivesIt) {
+    Controller now = controllerWith(3, 40960);
+    now.drives.erase(now.drives.begin());
+    now.drives[0].info.serial[0] = 'X';
+    now.drives[1].info.serial[0] = 'B';
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{2, 3}}).obstacles,
+              (Texts{"drive 1 of the backup is now drive 3, which --drives puts in the place of drive 2"}));
+}
+
+// Another drive of the backup is no replacement.
+TEST(Plan, ProposesNoDriveOfTheBackupAsReplacement) {
+    Controller now = controllerWith(1, 40960);
+    now.drives[0].info.serial[0] = 'C';
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
+              (Texts{"drive 2 of the backup is now drive 1; use --drives 2=1",
+                     "drive 1 has another serial: C instead of B; that is drive 2 of the backup"}));
+}
+
+// Serials that are empty, or that several drives have, identify none.
+TEST(Plan, RecognizesNoDriveWithoutASerialOfItsOwn) {
+    for (const char serial : {'\0', 'C'}) {
+        Controller saved = controllerWithMirror(), now = controllerWith(4, 40960);
+        saved.drives[1].info.serial[0] = now.drives[2].info.serial[0] = now.drives[3].info.serial[0] = serial;
+        now.drives.erase(now.drives.begin() + 1);
+        EXPECT_EQ(
+            makePlan(saved, now, {}).obstacles,
+            (Texts{std::string("drive 2 is missing; drive 2 had the serial ") + (serial == 'C' ? "C" : "")}));
+    }
+}
+
+// Two equal mirrors whose drives were exchanged: each is in place, on the drives of the other one.
+TEST(Plan, RecognizesExchangedArrays) {
+    Controller saved = controllerWithMirror();
+    saved.drives.push_back(saved.drives[0]);
+    saved.drives.push_back(saved.drives[1]);
+    for (const std::uint32_t index : {2u, 3u}) {
+        saved.drives[index].number = index + 1;
+        saved.drives[index].info.driveId = static_cast<std::uint16_t>(index);
+        saved.drives[index].info.serial[0] = static_cast<char>('B' + index);
+        saved.drives[index].info.extent[1].arrayId = 6;
+    }
+    LogicalDrive second = saved.logicalDrives[0];
+    second.info.logDrvId = 1;
+    second.info.arrayId = 6;
+    second.info.memberIds[0] = 2;
+    second.info.memberIds[1] = 3;
+    saved.logicalDrives.push_back(second);
+    Controller now = saved;
+    for (const std::size_t index : {0u, 1u}) {
+        std::swap(now.drives[index].info.serial, now.drives[index + 2].info.serial);
+        std::swap(now.drives[index].info.extent[1].arrayId, now.drives[index + 2].info.extent[1].arrayId);
+    }
+    std::swap(now.logicalDrives[0].info.memberIds, now.logicalDrives[1].info.memberIds);
+    const std::string map = "; use --drives 1=3,2=4,3=1,4=2";
+    EXPECT_EQ(
+        makePlan(saved, now, {}).obstacles,
+        (Texts{"drive 1 of the backup is now drive 3" + map, "drive 2 of the backup is now drive 4" + map,
+               "drive 3 of the backup is now drive 1" + map, "drive 4 of the backup is now drive 2" + map}));
+    const Plan plan = makePlan(saved, now, {{1, 3}, {2, 4}, {3, 1}, {4, 2}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), Texts());
+}
+
+// Nothing else needs the drive: the plan is not prevented.
+TEST(Plan, NotesAMovedDrive) {
+    const Controller saved = controllerWith(2, 40960);
+    Controller now = saved;
+    now.drives[1].number = 5;
+    now.drives[1].info.driveId = 4;
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes, (Texts{"drive 2 of the backup is now drive 5; use --drives 2=5"}));
 }
 
 TEST(Plan, KnowsTheDrivesOfTheBackup) {

@@ -195,6 +195,43 @@ TEST_F(Restore, AnotherSerialPreventsThePlanUnlessMapped) {
     EXPECT_EQ(restore({"--drives", "2=2"}).out, "There is nothing to do.\n");
 }
 
+// Drive 2 is in another slot, alone or with the logical drive on it. The proposed map is all that is needed.
+TEST_F(Restore, ProposesTheSlotOfAMovedDrive) {
+    Json blanked = world;
+    blank(&blanked["controllers"][0]);
+    for (Json moved : {blanked, world}) {
+        Json& now = moved["controllers"][0];
+        now["drives"][1]["id"] = 6;
+        for (Json& array : now["logicalDrives"])
+            array["members"] = {0, 6};
+        const std::string reason = "prevented: drive 2 of the backup is now drive 7; use --drives 2=7\n";
+        ProcessOutcome outcome = restoreIn(moved);
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_NE(outcome.out.find(reason), std::string::npos) << outcome;
+        EXPECT_EQ(outcome.out.find("different array"), std::string::npos) << outcome;
+        EXPECT_EQ(restore({"--apply"}).status, 4);
+        EXPECT_LE(restore({"--drives", "2=7"}).status, 1);
+        outcome = restore({"--apply", "--drives", "2=7"});
+        EXPECT_EQ(outcome.status, 0) << outcome;
+        EXPECT_EQ(restore({"--drives", "2=7"}).out, "There is nothing to do.\n");
+    }
+}
+
+TEST_F(Restore, ReportsMovedDrivesBesideADifferentArray) {
+    blank(&controller());
+    controller()["drives"][1]["id"] = 6;
+    session.useWorld(world.dump());
+    ASSERT_EQ(cli({"logdrv", "-a", "add", "-i", "0", "-p", "1 3", "-z", "name=Other,raid=raid0,capacity=200"})
+                  .status,
+              0);
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_EQ(outcome.out.find("prevented: drive 2 of the backup is now drive 7; use --drives 2=7\n"
+                               "prevented: a different array is in place: "),
+              outcome.out.find("prevented: "))
+        << outcome;
+}
+
 TEST_F(Restore, UsesAnotherDrive) {
     blank(&controller());
     const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=3,3=1"});
@@ -273,6 +310,44 @@ TEST_F(Restore, HasNothingToDoWhenTheMemberIsStillLost) {
     ASSERT_EQ(q5sim({"pull-drive", "0", "2"}).status, 0);
     backup();
     EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+}
+
+// A migration that was started since the backup, and the backup of a running one. The level and the size are
+// still those of before.
+TEST_F(Restore, NotesARunningMigration) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    const std::string saved = newest();
+    ASSERT_EQ(cli({"migrate", "-a", "start", "-l", "0", "-i", "0", "-p", "3", "-e", "0", "-s", "raid=raid5"})
+                  .status,
+              0);
+    ASSERT_NE(cli({"migrate"}).out.find("Migration is in progress"), std::string::npos);
+    const std::string note = "note: logical drive 0 Data is being migrated; it will be different\n";
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out, note + "There is nothing to do.\n");
+    EXPECT_EQ(restore({"--apply"}).out, note + "Controller 0 is as it was saved.\n");
+    ASSERT_LE(backup().status, 1);
+    EXPECT_NE(newest(), saved);
+    EXPECT_EQ(restore({}).out, note + "There is nothing to do.\n");
+}
+
+// Of a later version, for example. Nothing is done with it, and cli-backup keeps it.
+TEST_F(Restore, RefusesABackupOfAnotherFormat) {
+    const std::string saved = newest();
+    std::string json = content(saved + ".json");
+    const std::size_t format = json.find("\"format\": 1");
+    ASSERT_NE(format, std::string::npos);
+    json.replace(format, 11, "\"format\": 2");
+    writeFile(session.path(saved + ".json"), json);
+    const std::string reason = saved + ".json: it is not of format 1\n";
+    for (const Words& words : {Words{}, Words{"--apply"}})
+        EXPECT_EQ(restore(words), (ProcessOutcome{3, "", "cli-restore: " + reason}));
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: " + reason), std::string::npos) << outcome;
+    EXPECT_EQ(stems().size(), 2u);
+    EXPECT_EQ(content(saved + ".json"), json);
 }
 
 // A refused creation, and one with another effect.
@@ -367,9 +442,53 @@ TEST_F(Restore, DoesNotMixUnfinishedRestores) {
     log.replace(log.find("backup=") + 7, 1, "x");
     writeFile(session.path("log"), log);
     EXPECT_EQ(restore({"--apply", "--log", "log"}),
-              (ProcessOutcome{
-                  3, "",
-                  "cli-restore: log is the log of an unfinished restore of another backup or controller\n"}));
+              (ProcessOutcome{3, "",
+                              "cli-restore: log is the log of a restore of another backup or controller\n"}));
+}
+
+// Finished ones as well: the log of a restore is next to its backup, or a mistake.
+TEST_F(Restore, RefusesTheLogOfAnotherRestore) {
+    blank(&controller());
+    session.useWorld(world.dump());
+    ASSERT_EQ(restore({"--apply", "--log", "log"}).status, 0);
+    EXPECT_EQ(restore({"--apply", "--log", "log"}).status, 0);
+    const std::string finished = content("log");
+    changeRate(9);
+    for (const char* key : {"backup=", "controller="}) {
+        std::string other = finished;
+        for (std::size_t at = 0; (at = other.find(key, at)) != std::string::npos; ++at)
+            other[at + std::string(key).size()] = '7';
+        writeFile(session.path("log"), other);
+        const std::string before = session.worldText();
+        const std::string problem =
+            "cli-restore: log is the log of a restore of another backup or controller\n";
+        EXPECT_EQ(restore({"--apply", "--log", "log"}), (ProcessOutcome{3, "", problem}));
+        EXPECT_EQ(restore({"--log", "log"}), (ProcessOutcome{3, "", problem}));
+        EXPECT_EQ(content("log"), other);
+        EXPECT_EQ(session.worldText(), before);
+    }
+}
+
+// Another backup, and files of other programs. Nothing is done, and they stay as they are.
+TEST_F(Restore, RefusesALogThatIsAnotherFile) {
+    const std::string other = newest();
+    changeRate(9);
+    ASSERT_EQ(backup().status, 0);
+    blank(&controller());
+    session.useWorld(world.dump());
+    cli({"ctrl"});
+    writeFile(session.path("notes"), "call the vendor\n");
+    const std::string before = session.worldText();
+    const Files saved = files();
+    for (const std::string& log : {other + ".cfg", other + ".json", std::string("notes"), std::string("kept"),
+                                   std::string("/dev/null")}) {
+        const ProcessOutcome refusal = {3, "", "cli-restore: " + log + " is not a log of cli-restore\n"};
+        EXPECT_EQ(restore({"--apply", "--log", log}), refusal);
+        EXPECT_EQ(restore({"--log", log}), refusal);
+    }
+    EXPECT_EQ(files(), saved);
+    EXPECT_EQ(content("notes"), "call the vendor\n");
+    EXPECT_EQ(session.worldText(), before);
 }
 
 TEST_F(Restore, KeepsItsLogOutOfTheBackup) {

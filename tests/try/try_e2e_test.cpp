@@ -168,6 +168,56 @@ TEST(Try, ListStopsAtTheFirstRefusedCommand) {
               std::string::npos);
 }
 
+// A command that returns 0 does not end the list: a script that checks the status would go on as well. The
+// report has all refusals, although a world holds 16 only.
+TEST(Try, ListReportsWhatCommandsDoNot) {
+    TrySession session;
+    Session plain;
+    plain.program = programs + "/q5sim";
+    ASSERT_EQ(plain.run({"fail-drive", "0", "7"}).status, 0);
+    session.useWorld(plain.worldText());
+    std::string plan = "# settings\n", refused = "\nWhat would be refused:\n";
+    for (int line = 2; line < 20; line += 2) {
+        plan += "phydrv -a mod -p 7 -i 0 -s writecache=disable\nextent -a free -p 1 -e 0 -i 0\n";
+        refused += "  line " + std::to_string(line) +
+                   ": q5_setPhyDrvSettings: settings of drive 7: it is missing, failed, or does not support "
+                   "them\n  line " +
+                   std::to_string(line + 1) +
+                   ": q5_freeHBAExtent: freeing: extent 0 of drive 1 is not a spare\n";
+    }
+    writeFile(session.path("plan"), plan);
+    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    EXPECT_EQ(outcome.status, 2) << outcome;
+    EXPECT_NE(outcome.out.find("cli>phydrv -a mod -p 7 -i 0 -s writecache=disable\ncli>extent"),
+              std::string::npos);
+    EXPECT_NE(outcome.out.find(refused + "\n"), std::string::npos) << outcome;
+}
+
+// cli itself skips these, prints nothing and returns 0.
+TEST(Try, ReportsActivityCommandsThatDoNothing) {
+    TrySession session;
+    writeFile(session.path("plan"), "migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
+                                    "INIT -a start -l 1 -i 0\n"
+                                    "init\n");
+    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    EXPECT_EQ(outcome.status, 2) << outcome;
+    const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n\n";
+    EXPECT_NE(outcome.out.find("\nWhat would be refused:\n  line 2: init" + why), std::string::npos)
+        << outcome;
+    const ProcessOutcome single = session.run({"rc", "-a", "pause", "-l", "0", "-i", "0"});
+    EXPECT_EQ(single.status, 2) << single;
+    EXPECT_NE(single.out.find("\nWhat would be refused:\n  rc" + why), std::string::npos) << single;
+}
+
+// A loss after a refusal that the list does not stop at is a loss.
+TEST(Try, ListShowsLossesAfterSilentRefusals) {
+    TrySession session;
+    writeFile(session.path("plan"), "rc -a pause -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
+    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("  line 1: rc: nothing was done"), std::string::npos) << outcome;
+}
+
 TEST(Try, ListSplitsWordsAsThePromptDoes) {
     TrySession session;
     writeFile(session.path("plan"), "logdrv -a mod -l 0 -i 0 -s \"name=two words\"\nlogdrv -v -l 0");

@@ -135,16 +135,18 @@ static std::string writeSnapshot(const Store& store, Content* content) {
 }
 
 // Old backups are removed only if the new one lacks nothing.
-static int save(const BackupOptions& options, Store* store, const Backup& previous, const Lines& warnings,
+static int save(const BackupOptions& options, Store* store, const Backup& complete, const Lines& warnings,
                 Content* content) {
-    const std::string stem = stemFor(*store, std::time(nullptr));
-    std::string problem = writeSnapshot(*store, content);
+    std::string stem;
+    std::string problem = nameBackup(*store, std::time(nullptr), &stem);
+    if (problem.empty())
+        problem = writeSnapshot(*store, content);
     if (problem.empty())
         problem = publish(*store, stem);
     if (!problem.empty())
         return printError(problem);
     store->stems.push_back(stem);
-    const Lines fewer = previous.stem.empty() ? Lines() : fewerLines(content->snapshot, previous.snapshot);
+    const Lines fewer = complete.stem.empty() ? Lines() : fewerLines(content->snapshot, complete.snapshot);
     print(fewer);
     std::printf("saved as %s\n", printable(pathOf(*store, stem, ".cfg")).c_str());
     if (!fewer.empty() || !warnings.empty()) {
@@ -159,7 +161,8 @@ static int save(const BackupOptions& options, Store* store, const Backup& previo
 
 static int saveChanges(const BackupOptions& options, Store* store, const std::string& cli) {
     Lines warnings;
-    const Backup previous = readNewest(*store, &warnings);
+    const Kept kept = readKept(*store, &warnings);
+    const Backup& previous = kept.newest;
     Content content;
     std::string problem = readAdapters(*store, cli, &content);
     if (!problem.empty())
@@ -170,7 +173,7 @@ static int saveChanges(const BackupOptions& options, Store* store, const std::st
     const Lines changes = changesSince(previous, content);
     print(changes);
     if (previous.stem.empty() || !changes.empty() || content.configuration != previous.configuration)
-        return save(options, store, previous, warnings, &content);
+        return save(options, store, kept.complete, warnings, &content);
     std::printf("unchanged since %s\n", printable(pathOf(*store, previous.stem, ".cfg")).c_str());
     return warnings.empty() ? kSaved : kWarning;
 }

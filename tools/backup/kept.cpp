@@ -32,17 +32,23 @@ std::string readBackup(const Store& store, const std::string& stem, Backup* back
     return "";
 }
 
-Backup readNewest(const Store& store, Lines* warnings) {
-    Backup newest;
+Kept readKept(const Store& store, Lines* warnings) {
+    Kept kept;
     for (std::size_t i = store.stems.size(); i-- > 0;) {
         Backup backup;
         const std::string problem = readBackup(store, store.stems[i], &backup);
-        if (!problem.empty())
+        if (!problem.empty()) {
             warnings->push_back({Severity::warning, printable(problem)});
-        else if (newest.stem.empty())
-            newest = std::move(backup);
+            continue;
+        }
+        if (kept.complete.stem.empty() && unreadableLines(backup.snapshot).empty())
+            kept.complete = backup;
+        if (kept.newest.stem.empty())
+            kept.newest = std::move(backup);
     }
-    return newest;
+    if (kept.complete.stem.empty())
+        kept.complete = kept.newest;
+    return kept;
 }
 
 static std::string fewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word) {

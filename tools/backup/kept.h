@@ -14,8 +14,13 @@ struct Backup {
 // Reads one backup and compares its two files. Returns an error message, empty on success.
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup);
 
-// The newest intact backup; a warning for each damaged one, newer or older.
-Backup readNewest(const Store& store, Lines* warnings);
+struct Kept {
+    Backup newest;   // intact one
+    Backup complete; // the newest that is also complete; if there is none, the newest
+};
+
+// Adds a warning for each damaged backup, newer or older.
+Kept readKept(const Store& store, Lines* warnings);
 
 // A line for each kind of object of which there are fewer than before: controllers, or drives or logical
 // drives of one of them.

@@ -42,8 +42,10 @@ static std::string stamp(std::time_t time) {
     return text;
 }
 
-static bool isStamp(const std::string& text) {
+static bool hasFormOfStamp(const std::string& text) {
     static constexpr char kPattern[] = "00000000T000000Z";
+    if (text.size() != kStampSize)
+        return false;
     for (std::size_t i = 0; i < kStampSize; ++i)
         if (kPattern[i] == '0' ? text[i] < '0' || text[i] > '9' : text[i] != kPattern[i])
             return false;
@@ -66,14 +68,25 @@ static std::time_t timeOf(const std::string& text) {
     return timegm(&parts);
 }
 
-std::string stemFor(const Store& store, std::time_t now) {
+// Whether the text is the stamp of a time, and others can follow it: names of the year 9999 cannot be
+// continued, and further years have more digits.
+static bool isStamp(const std::string& text) {
+    return hasFormOfStamp(text) && text >= "1970" && text < "9999" && stamp(timeOf(text)) == text;
+}
+
+std::string nameBackup(const Store& store, std::time_t now, std::string* stem) {
     std::string wanted = stamp(now);
     if (!store.stems.empty()) {
         const std::string newest = store.stems.back().substr(store.stems.back().size() - kStampSize);
         if (wanted <= newest)
             wanted = stamp(timeOf(newest) + 1);
     }
-    return store.host + "-" + wanted;
+    *stem = store.host + "-" + wanted;
+    if (isStamp(wanted))
+        return "";
+    return store.stems.empty() ? "the clock does not show a time from 1970 to 9998"
+                               : "no backup can follow " + pathOf(store, store.stems.back(), ".cfg") +
+                                     ": rename or remove it and its .json";
 }
 
 // Whether the name is that of a file of this host's backups; stem is the name without the suffix.
@@ -100,11 +113,6 @@ static std::string listNames(const std::string& directory, std::vector<std::stri
     return problem;
 }
 
-static bool exists(const std::string& path) {
-    struct stat info;
-    return lstat(path.c_str(), &info) == 0;
-}
-
 std::string pathOf(const Store& store, const std::string& stem, const char* suffix) {
     return store.directory + "/" + stem + suffix;
 }
@@ -113,20 +121,35 @@ std::string workPath(const Store& store, const char* name) {
     return store.work + "/" + name;
 }
 
+// What cannot be looked at is not missing.
+static bool isMissing(const std::string& path) {
+    struct stat info;
+    return lstat(path.c_str(), &info) != 0 && errno == ENOENT;
+}
+
 // A .json without its .cfg is left from an interrupted publication or removal.
+static std::string removeIncomplete(const Store& store, const std::string& stem) {
+    if (!isMissing(pathOf(store, stem, ".cfg")))
+        return failure("read", pathOf(store, stem, ".cfg"));
+    const std::string path = pathOf(store, stem, ".json");
+    return unlink(path.c_str()) == 0 ? "" : failure("remove", path);
+}
+
 static std::string listBackups(Store* store) {
     std::vector<std::string> names;
     std::string problem = listNames(store->directory, &names);
+    if (!problem.empty())
+        return problem;
+    std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
         std::string stem;
         if (!isBackupFile(*store, name, ".json", &stem))
             continue;
-        if (exists(pathOf(*store, stem, ".cfg")))
+        if (std::binary_search(names.begin(), names.end(), stem + ".cfg"))
             store->stems.push_back(stem);
-        else if (unlink(pathOf(*store, stem, ".json").c_str()) != 0 && problem.empty())
-            problem = failure("remove", pathOf(*store, stem, ".json"));
+        else if (std::string remaining = removeIncomplete(*store, stem); problem.empty())
+            problem = remaining;
     }
-    std::sort(store->stems.begin(), store->stems.end());
     return problem;
 }
 
@@ -178,20 +201,27 @@ std::string synchronize(const std::string& path) {
     return problem;
 }
 
-static std::string moveFile(const Store& store, const char* name, const std::string& path) {
-    if (exists(path))
+// Nothing is replaced.
+static std::string refuseExisting(const std::string& path) {
+    struct stat info;
+    if (lstat(path.c_str(), &info) == 0)
         return "cannot write " + path + ": it exists";
-    if (std::rename(workPath(store, name).c_str(), path.c_str()) != 0)
-        return failure("write", path);
-    return "";
+    return errno == ENOENT ? "" : failure("write", path);
+}
+
+static std::string moveFile(const Store& store, const char* name, const std::string& path) {
+    std::string problem = refuseExisting(path);
+    if (problem.empty() && std::rename(workPath(store, name).c_str(), path.c_str()) != 0)
+        problem = failure("write", path);
+    return problem;
 }
 
 // A .json beside a .cfg of somebody else would count as a backup: it goes if its own .cfg does not follow.
 std::string publish(const Store& store, const std::string& stem) {
     const std::string json = pathOf(store, stem, ".json"), cfg = pathOf(store, stem, ".cfg");
-    if (exists(cfg))
-        return "cannot write " + cfg + ": it exists";
-    std::string problem = moveFile(store, "new.json", json);
+    std::string problem = refuseExisting(cfg);
+    if (problem.empty())
+        problem = moveFile(store, "new.json", json);
     if (!problem.empty())
         return problem;
     problem = synchronize(store.directory);

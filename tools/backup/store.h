@@ -17,8 +17,9 @@ struct Store {
 // This host's name, made safe for a file name.
 std::string hostForNames();
 
-// The name of a backup of this time, or of the second after the newest one if the clock says earlier.
-std::string stemFor(const Store& store, std::time_t now);
+// The name of a backup of this time, or of the second after the newest one if the clock says earlier. Returns
+// an error message, empty on success.
+std::string nameBackup(const Store& store, std::time_t now, std::string* stem);
 
 // Locks the directory, removes what an interrupted run left, and lists the backups. Returns an error message,
 // empty on success.

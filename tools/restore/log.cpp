@@ -2,12 +2,15 @@
 #include "tools/restore/log.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
 #include <sstream>
+#include <string_view>
 
 #include "snapshot/files.h"
 
@@ -34,31 +37,51 @@ static std::string valueOf(const std::string& line, const std::string& key) {
     return line.substr(value, line.find(' ', value) - value);
 }
 
-static void readLine(const std::string& line, Unfinished* unfinished) {
+static void readLine(const std::string& line, RestoreState* state) {
     std::istringstream words(line);
     std::string time, word;
     words >> time >> word;
     if (word == "begin")
-        *unfinished = {
-            true, {valueOf(line, "backup"), valueOf(line, "controller"), valueOf(line, "drives")}, 0};
+        *state = {
+            true, false, {valueOf(line, "backup"), valueOf(line, "controller"), valueOf(line, "drives")}, 0};
     else if (word == kStepDone)
-        ++unfinished->steps;
+        ++state->steps;
     else if (word == kFinished)
-        *unfinished = {};
+        state->finished = true;
 }
 
-std::string readLog(const std::string& path, Unfinished* unfinished) {
-    std::string text;
-    switch (readFile(path, &text)) {
-    case ReadResult::missing:
-        return "";
-    case ReadResult::failed:
+// Whether the text begins like the first line of a log. A power failure may have cut that line after its
+// time.
+static bool beginsLikeLog(const std::string& text) {
+    static constexpr std::string_view kTime = "0000-00-00T00:00:00Z ";
+    static constexpr std::string_view kBegin = "begin backup=";
+    if (text.size() < kTime.size())
+        return false;
+    for (std::size_t i = 0; i < kTime.size(); ++i)
+        if (kTime[i] == '0' ? std::isdigit(static_cast<unsigned char>(text[i])) == 0 : text[i] != kTime[i])
+            return false;
+    const std::string line = text.substr(0, text.find('\n'));
+    return line.compare(kTime.size(), kBegin.size(), kBegin.substr(0, line.size() - kTime.size())) == 0;
+}
+
+static std::string readLogText(const std::string& path, std::string* text) {
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0)
+        return errno == ENOENT ? "" : "cannot read " + path + ": " + std::strerror(errno);
+    if (!S_ISREG(info.st_mode))
+        return path + " is not a log of cli-restore";
+    if (readFile(path, text) != ReadResult::done)
         return "cannot read " + path;
-    default:
-        break;
-    }
+    return text->empty() || beginsLikeLog(*text) ? "" : path + " is not a log of cli-restore";
+}
+
+std::string readLog(const std::string& path, RestoreState* state) {
+    std::string text;
+    std::string problem = readLogText(path, &text);
+    if (!problem.empty())
+        return problem;
     for (std::size_t start = 0, end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
-        readLine(text.substr(start, end - start), unfinished);
+        readLine(text.substr(start, end - start), state);
     return "";
 }
 

@@ -11,16 +11,17 @@ struct LogHeader {
     bool operator==(const LogHeader&) const = default;
 };
 
-// The last restore in a log that was neither finished nor abandoned for one of another backup.
-struct Unfinished {
-    bool exists = false;
+// The last restore in a log.
+struct RestoreState {
+    bool begun = false;
+    bool finished = false;
     LogHeader header;
     int steps = 0; // that were done
 };
 
-// Reads a log, which need not exist. An incomplete last line is ignored. Returns an error message,
-// empty on success.
-std::string readLog(const std::string& path, Unfinished* unfinished);
+// Reads a log, which need not exist and may be empty. An incomplete last line is ignored. Returns an error
+// message, empty on success. A file that does not begin like a log is an error.
+std::string readLog(const std::string& path, RestoreState* state);
 
 // A log opened for appending. Each line is on the disk before anything else happens.
 struct Log {

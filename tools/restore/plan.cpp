@@ -1,6 +1,8 @@
 // The whole plan, and functions shared by its parts.
 #include "tools/restore/plan.h"
 
+#include <algorithm>
+
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
@@ -20,72 +22,6 @@ void addStep(Planning* planning, StepKind kind, const std::string& text,
     step.text = text;
     step.words = words;
     planning->plan.steps.push_back(step);
-}
-
-static std::optional<std::uint32_t> mappedDrive(const Planning& planning, std::uint32_t savedDrive) {
-    const auto found = planning.drives.find(savedDrive);
-    return found != planning.drives.end() ? found->second : savedDrive;
-}
-
-const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive) {
-    const auto number = mappedDrive(planning, savedDrive);
-    return number ? findDrive(planning.now, *number) : nullptr;
-}
-
-bool isLeftOut(const Planning& planning, std::uint32_t savedDrive) {
-    return !mappedDrive(planning, savedDrive);
-}
-
-static std::string serialOf(const Drive& drive) {
-    return printable(trimmed(fieldText(drive.info.serial)));
-}
-
-bool hasSerialOf(const Drive& saved, const Drive& drive) {
-    return serialOf(saved) == serialOf(drive);
-}
-
-// Why the present drive is not the expected one; empty: it is. The drive map accepts any.
-static std::string obstacleToSerial(const Planning& planning, std::uint32_t savedDrive) {
-    const Drive* saved = findDrive(planning.saved, savedDrive);
-    const Drive* now = presentDrive(planning, savedDrive);
-    if (planning.drives.count(savedDrive) != 0 || saved == nullptr || now == nullptr ||
-        hasSerialOf(*saved, *now))
-        return "";
-    const std::string number = std::to_string(savedDrive);
-    return driveName(savedDrive) + " has another serial: " + serialOf(*now) + " instead of " +
-           serialOf(*saved) + "; if it is the replacement, add --drives " + number + "=" + number;
-}
-
-// Why a saved drive that is not left out cannot be used; empty: it can.
-static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
-    const auto number = mappedDrive(planning, savedDrive);
-    const Drive* saved = findDrive(planning.saved, savedDrive);
-    const Drive* now = presentDrive(planning, savedDrive);
-    const std::string serial = saved != nullptr ? serialOf(*saved) : "unknown";
-    if (now == nullptr)
-        return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " + serial;
-    const std::string otherSerial = obstacleToSerial(planning, savedDrive);
-    if (!otherSerial.empty())
-        return otherSerial;
-    if (isInaccessible(*now))
-        return driveName(*number) + " gives no access";
-    return "";
-}
-
-// Returns whether there is no obstacle.
-static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::string& obstacle) {
-    if (!obstacle.empty() && planning->refused.insert(savedDrive).second)
-        planning->plan.obstacles.push_back(obstacle);
-    return obstacle.empty();
-}
-
-bool isUsable(Planning* planning, std::uint32_t savedDrive) {
-    return !isLeftOut(*planning, savedDrive) &&
-           refuse(planning, savedDrive, obstacleToDrive(*planning, savedDrive));
-}
-
-bool isExpected(Planning* planning, std::uint32_t savedDrive) {
-    return refuse(planning, savedDrive, obstacleToSerial(*planning, savedDrive));
 }
 
 bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector) {
@@ -161,6 +97,13 @@ static void noteOtherArrays(Planning* planning) {
     }
 }
 
+// What prevents the plan is not noted as well.
+static void removeRepeatedNotes(Plan* plan) {
+    std::erase_if(plan->notes, [plan](const std::string& note) {
+        return std::find(plan->obstacles.begin(), plan->obstacles.end(), note) != plan->obstacles.end();
+    });
+}
+
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives) {
     Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}, {}};
     checkLists(&planning.plan.obstacles, saved, true);
@@ -175,5 +118,6 @@ Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& dr
     planArraySettings(&planning);
     planSpares(&planning);
     noteOtherArrays(&planning);
+    removeRepeatedNotes(&planning.plan);
     return planning.plan;
 }

@@ -25,15 +25,6 @@ static MemberPlace placeOf(const Controller& controller, std::uint32_t number, s
     return extent != nullptr ? MemberPlace{number, 0, extent->start, extent->size} : MemberPlace{number};
 }
 
-// 0: none.
-static std::uint32_t driveWithSerialOf(const Planning& planning, std::uint32_t savedDrive) {
-    const Drive* saved = findDrive(planning.saved, savedDrive);
-    for (const Drive& drive : planning.now.drives)
-        if (saved != nullptr && hasSerialOf(*saved, drive))
-            return drive.number;
-    return 0;
-}
-
 // Where the members of a logical drive are, in their order.
 static MemberPlaces placesOf(const Controller& controller, const LogicalDrive& array) {
     MemberPlaces places;
@@ -119,6 +110,14 @@ static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
         return false;
     }
     return true;
+}
+
+// Adds an obstacle for each drive that is in another slot.
+static bool areWhereSaved(Planning* planning, const MemberPlaces& places) {
+    bool allThere = true;
+    for (const MemberPlace& place : places)
+        allThere = isWhereSaved(planning, place.savedDrive) && allThere;
+    return allThere;
 }
 
 // Checks every drive and every range of sectors, so that all obstacles are reported at once.
@@ -209,6 +208,7 @@ static void addCreation(Planning* planning, const LogicalDrive& saved, const Mem
 
 static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     LogDrvConfigRecord record = recordOf(*planning, saved);
+    areWhereSaved(planning, places); // even if another obstacle is found first
     if (!isIdFree(planning, saved) || !arePlacesFree(planning, saved, places) ||
         !prepareExtents(planning, saved, places, &record))
         return;
@@ -282,23 +282,45 @@ static void reportState(Planning* planning, const LogicalDrive& saved, const Log
 // Equal sectors do not show that it is the same logical drive: its data is on the drives. A member that was
 // rebuilt onto another drive is accepted if that drive is mapped; where nothing is known of a member, now or
 // in the backup, the others have to match.
-static bool isOnSavedDrives(Planning* planning, const LogicalDrive& present, const MemberPlaces& places) {
-    const MemberPlaces found = placesOf(planning->now, present);
-    bool allExpected = true;
+static std::vector<std::uint32_t> unexpectedDrives(const Planning& planning, const LogicalDrive& present,
+                                                   const MemberPlaces& places) {
+    const MemberPlaces found = placesOf(planning.now, present);
+    std::vector<std::uint32_t> unexpected;
     for (std::size_t i = 0; i < places.size(); ++i)
-        if (places[i].isKnown() && found[i].isKnown() && !isExpected(planning, places[i].savedDrive))
-            allExpected = false;
-    return allExpected;
+        if (places[i].isKnown() && found[i].isKnown() && !hasExpectedSerial(planning, places[i].savedDrive))
+            unexpected.push_back(places[i].savedDrive);
+    return unexpected;
 }
 
 static void planInPlace(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present,
                         const MemberPlaces& places) {
     const std::uint32_t id = present.info.logDrvId;
     noteId(planning, saved, id);
-    if (!isOnSavedDrives(planning, present, places))
+    const std::vector<std::uint32_t> unexpected = unexpectedDrives(*planning, present, places);
+    for (const std::uint32_t drive : unexpected)
+        isExpected(planning, drive);
+    if (!unexpected.empty())
         planning->unsettled.insert(id);
     else
         reportState(planning, saved, present);
+}
+
+// The places on drives that may be in other slots now.
+static MemberPlaces movedPlaces(const Planning& planning, MemberPlaces places) {
+    for (MemberPlace& place : places)
+        if (planning.drives.count(place.savedDrive) == 0)
+            place.drive = movedTo(planning, place.savedDrive).value_or(place.savedDrive);
+    return places;
+}
+
+// Whether it is in place on drives that are in other slots now. Adds an obstacle for each of them.
+static bool isMoved(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    const LogicalDrive* present = findInPlace(*planning, saved, movedPlaces(*planning, places));
+    if (present == nullptr || areWhereSaved(planning, places))
+        return false;
+    planning->ids[saved.info.arrayId] = present->info.logDrvId;
+    planning->unsettled.insert(present->info.logDrvId);
+    return true;
 }
 
 // The logical drive that the map hides: it is on the drives with the saved serials, or with the saved
@@ -308,7 +330,7 @@ static const LogicalDrive* findWithoutMap(const Planning& planning, const Logica
     MemberPlaces bySerial = places, byNumber = places;
     for (std::size_t i = 0; i < places.size(); ++i) {
         byNumber[i].drive = places[i].savedDrive;
-        bySerial[i].drive = driveWithSerialOf(planning, places[i].savedDrive);
+        bySerial[i].drive = movedTo(planning, places[i].savedDrive).value_or(places[i].savedDrive);
     }
     const LogicalDrive* found = findInPlace(planning, saved, bySerial);
     return found != nullptr ? found : findInPlace(planning, saved, byNumber);
@@ -343,11 +365,14 @@ static bool isHiddenByMap(Planning* planning, const LogicalDrive& saved, const M
 static void planArray(Planning* planning, const LogicalDrive& saved) {
     MemberPlaces places = placesOf(planning->saved, saved);
     mapPlaces(*planning, &places);
-    if (const LogicalDrive* present = findInPlace(*planning, saved, places)) {
+    const LogicalDrive* present = findInPlace(*planning, saved, places);
+    const bool isExact = present != nullptr && unexpectedDrives(*planning, *present, places).empty();
+    if (!isExact && isMoved(planning, saved, places))
+        return;
+    if (present != nullptr)
         planInPlace(planning, saved, *present, places);
-    } else if (!isHiddenByMap(planning, saved, places) && arePlacesKnown(planning, saved, places)) {
+    else if (!isHiddenByMap(planning, saved, places) && arePlacesKnown(planning, saved, places))
         planCreation(planning, saved, places);
-    }
 }
 
 void planArrays(Planning* planning) {

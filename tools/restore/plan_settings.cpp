@@ -151,6 +151,8 @@ static std::string reasonToLeave(const Planning& planning, const Drive& saved) {
     const Drive* drive = presentDrive(planning, saved.number);
     if (isLeftOut(planning, saved.number))
         return driveName(saved.number) + " is left out";
+    if (std::string moved = movedText(planning, saved.number); !moved.empty())
+        return moved;
     if (drive == nullptr)
         return driveName(saved.number) + " of the backup is not here";
     if (takesAnotherPlace(planning, saved.number))

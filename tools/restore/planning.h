@@ -37,10 +37,24 @@ bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 // unless the drive is left out.
 bool isUsable(Planning* planning, std::uint32_t savedDrive);
 
-// Whether the present drive has the saved serial, or is mapped. Adds an obstacle if not.
+// Whether the present drive has the saved serial, or is mapped. The second one adds an obstacle if not.
+bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive);
 bool isExpected(Planning* planning, std::uint32_t savedDrive);
 
 bool hasSerialOf(const Drive& saved, const Drive& drive);
+
+// The number that a saved drive has now, if it is another one. Its serial shows it, if no other drive has the
+// same.
+std::optional<std::uint32_t> movedTo(const Planning& planning, std::uint32_t savedDrive);
+
+// The drive map with those drives added.
+DriveMap mapWithMoved(const Planning& planning);
+
+// What to do about such a drive; empty: it is where it was, is mapped already, or is not here.
+std::string movedText(const Planning& planning, std::uint32_t savedDrive);
+
+// Adds that text as an obstacle. Returns whether there was none.
+bool isWhereSaved(Planning* planning, std::uint32_t savedDrive);
 
 std::string driveName(std::uint32_t number);                              // "drive 2"
 std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "logical drive 0 Archive"

@@ -90,13 +90,15 @@ static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader
 // An interrupted restore continues with its own drives. A different restore must not be mixed with it.
 static std::string continueFrom(const RestoreOptions& options, const std::string& path, LogHeader* header,
                                 DriveMap* drives) {
-    Unfinished unfinished;
-    std::string problem = readLog(path, &unfinished);
-    if (!problem.empty() || !unfinished.exists)
+    RestoreState state;
+    std::string problem = readLog(path, &state);
+    if (!problem.empty() || !state.begun)
         return problem;
-    const LogHeader& earlier = unfinished.header;
+    const LogHeader& earlier = state.header;
     if (earlier.identity != header->identity || earlier.controller != header->controller)
-        return path + " is the log of an unfinished restore of another backup or controller";
+        return path + " is the log of a restore of another backup or controller";
+    if (state.finished)
+        return "";
     if (options.drivesGiven && earlier.drives != header->drives)
         return path + " is the log of an unfinished restore with --drives \"" + earlier.drives + "\"";
     drives->clear();
@@ -105,8 +107,7 @@ static std::string continueFrom(const RestoreOptions& options, const std::string
         return path + ": " + invalid;
     header->drives = earlier.drives;
     const std::string with = drives->empty() ? "" : " with --drives " + driveMapText(*drives);
-    std::printf("Continues an unfinished restore%s: %d of the steps were done.\n", with.c_str(),
-                unfinished.steps);
+    std::printf("Continues an unfinished restore%s: %d of the steps were done.\n", with.c_str(), state.steps);
     return "";
 }
 

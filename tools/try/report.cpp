@@ -1,12 +1,16 @@
 // cli-try-report: compares a copy of the adapters before and after commands. For cli-try.
 //
-//     cli-try-report [--incomplete] BEFORE AFTER
+//     cli-try-report [--incomplete] BEFORE AFTER REFUSED
+//     cli-try-report --refused WORLD
 //
+// REFUSED has a line for everything that was refused.
 // --incomplete: the copy lacks something, so that a loss may not be seen.
+// --refused: prints the operations that were refused, and removes them from the world: it holds few.
 // Exit status: 0 no data is lost, 1 data is lost, 2 none is lost but an operation was refused, 3 the files
 // cannot be read.
 #include <cstdio>
 #include <cstring>
+#include <sstream>
 
 #include "simulator/engine/clock.h"
 #include "simulator/file/world_file.h"
@@ -37,9 +41,31 @@ static void printLines(const char* title, const TextLines& lines, const char* no
         std::printf("  %s\n", none);
 }
 
-static int report(const q5sim::World& before, const q5sim::World& after, bool incomplete) {
+static int takeRefused(const char* path) {
+    q5sim::World world;
+    if (!readWorld(path, &world))
+        return kUnreadable;
+    for (const std::string& line : refusedOperations(world))
+        std::printf("%s\n", line.c_str());
+    if (world.refusals.empty())
+        return kNothingLost;
+    world.refusals.clear();
+    return q5sim::replaceFile(path, q5sim::worldToJson(world)) ? kNothingLost : kUnreadable;
+}
+
+static bool readLines(const char* path, TextLines* lines) {
+    std::string text;
+    if (!q5sim::readFile(path, kMaxFileSize, text))
+        return false;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines->push_back(line);
+    return true;
+}
+
+static int report(const q5sim::World& before, const q5sim::World& after, const TextLines& refused,
+                  bool incomplete) {
     const Effects effects = followEffects(before, after, q5sim::scaledTime(after, captureTime()));
-    const TextLines refused = refusedOperations(after);
     const TextLines lost = lostData(effects);
     printLines("What the adapters would log", loggedEvents(before, after), nullptr);
     printLines("What would be refused", refused, nullptr);
@@ -53,10 +79,14 @@ static int report(const q5sim::World& before, const q5sim::World& after, bool in
 }
 
 int main(int argc, char** argv) {
-    const bool incomplete = argc == 4 && std::strcmp(argv[1], "--incomplete") == 0;
+    if (argc == 3 && std::strcmp(argv[1], "--refused") == 0)
+        return takeRefused(argv[2]);
+    const bool incomplete = argc == 5 && std::strcmp(argv[1], "--incomplete") == 0;
     char** const files = argv + (incomplete ? 2 : 1);
     q5sim::World before, after;
-    if ((argc != 3 && !incomplete) || !readWorld(files[0], &before) || !readWorld(files[1], &after))
+    TextLines refused;
+    if ((argc != 4 && !incomplete) || !readWorld(files[0], &before) || !readWorld(files[1], &after) ||
+        !readLines(files[2], &refused))
         return kUnreadable;
-    return report(before, after, incomplete);
+    return report(before, after, refused, incomplete);
 }

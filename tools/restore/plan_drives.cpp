@@ -1,0 +1,133 @@
+// Which present drive takes the place of a saved one, and why it cannot be used.
+#include "snapshot/text.h"
+#include "tools/restore/planning.h"
+
+static std::optional<std::uint32_t> mappedDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const auto found = planning.drives.find(savedDrive);
+    return found != planning.drives.end() ? found->second : savedDrive;
+}
+
+const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const auto number = mappedDrive(planning, savedDrive);
+    return number ? findDrive(planning.now, *number) : nullptr;
+}
+
+bool isLeftOut(const Planning& planning, std::uint32_t savedDrive) {
+    return !mappedDrive(planning, savedDrive);
+}
+
+static std::string serialOf(const Drive& drive) {
+    return printable(trimmed(fieldText(drive.info.serial)));
+}
+
+bool hasSerialOf(const Drive& saved, const Drive& drive) {
+    return serialOf(saved) == serialOf(drive);
+}
+
+// nullptr: none has it, or several have it.
+static const Drive* driveWithSerial(const Controller& controller, const std::string& serial) {
+    const Drive* found = nullptr;
+    for (const Drive& drive : controller.drives)
+        if (serialOf(drive) == serial) {
+            if (found != nullptr)
+                return nullptr;
+            found = &drive;
+        }
+    return found;
+}
+
+// The drive of the other controller state with the same serial; nullptr: none, or it is not certain.
+static const Drive* sameDrive(const Controller& from, const Drive& drive, const Controller& to) {
+    const std::string serial = serialOf(drive);
+    return serial.empty() || driveWithSerial(from, serial) == nullptr ? nullptr : driveWithSerial(to, serial);
+}
+
+std::optional<std::uint32_t> movedTo(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    const Drive* now = saved != nullptr ? sameDrive(planning.saved, *saved, planning.now) : nullptr;
+    return now != nullptr && now->number != savedDrive ? std::optional(now->number) : std::nullopt;
+}
+
+// The saved drive that the map puts in another one's place; 0: none.
+static std::uint32_t mappedFrom(const Planning& planning, std::uint32_t drive) {
+    for (const auto& [from, to] : planning.drives)
+        if (to == drive)
+            return from;
+    return 0;
+}
+
+DriveMap mapWithMoved(const Planning& planning) {
+    DriveMap map = planning.drives;
+    for (const Drive& saved : planning.saved.drives) {
+        const auto now = movedTo(planning, saved.number);
+        if (now && mappedFrom(planning, *now) == 0)
+            map.emplace(saved.number, now);
+    }
+    return map;
+}
+
+std::string movedText(const Planning& planning, std::uint32_t savedDrive) {
+    const auto now = movedTo(planning, savedDrive);
+    if (!now || planning.drives.count(savedDrive) != 0)
+        return "";
+    const std::string text = driveName(savedDrive) + " of the backup is now " + driveName(*now);
+    if (const std::uint32_t other = mappedFrom(planning, *now); other != 0)
+        return text + ", which --drives puts in the place of " + driveName(other);
+    return text + "; use --drives " + driveMapText(mapWithMoved(planning));
+}
+
+// Why the present drive is not the expected one; empty: it is. The drive map accepts any.
+static std::string obstacleToSerial(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    const Drive* now = presentDrive(planning, savedDrive);
+    if (planning.drives.count(savedDrive) != 0 || saved == nullptr || now == nullptr ||
+        hasSerialOf(*saved, *now))
+        return "";
+    const std::string text =
+        driveName(savedDrive) + " has another serial: " + serialOf(*now) + " instead of " + serialOf(*saved);
+    if (const Drive* other = sameDrive(planning.now, *now, planning.saved))
+        return text + "; that is " + driveName(other->number) + " of the backup";
+    const std::string number = std::to_string(savedDrive);
+    return text + "; if it is the replacement, add --drives " + number + "=" + number;
+}
+
+// Why a saved drive that is not left out cannot be used; empty: it can.
+static std::string obstacleToDrive(const Planning& planning, std::uint32_t savedDrive) {
+    std::string moved = movedText(planning, savedDrive);
+    if (!moved.empty())
+        return moved;
+    const auto number = mappedDrive(planning, savedDrive);
+    const Drive* saved = findDrive(planning.saved, savedDrive);
+    const Drive* now = presentDrive(planning, savedDrive);
+    if (now == nullptr)
+        return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " +
+               (saved != nullptr ? serialOf(*saved) : "unknown");
+    std::string otherSerial = obstacleToSerial(planning, savedDrive);
+    if (!otherSerial.empty())
+        return otherSerial;
+    return isInaccessible(*now) ? driveName(*number) + " gives no access" : "";
+}
+
+// Returns whether there is no obstacle.
+static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::string& obstacle) {
+    if (!obstacle.empty() && planning->refused.insert(savedDrive).second)
+        planning->plan.obstacles.push_back(obstacle);
+    return obstacle.empty();
+}
+
+bool isUsable(Planning* planning, std::uint32_t savedDrive) {
+    return !isLeftOut(*planning, savedDrive) &&
+           refuse(planning, savedDrive, obstacleToDrive(*planning, savedDrive));
+}
+
+bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive) {
+    return obstacleToSerial(planning, savedDrive).empty();
+}
+
+bool isExpected(Planning* planning, std::uint32_t savedDrive) {
+    return refuse(planning, savedDrive, obstacleToSerial(*planning, savedDrive));
+}
+
+bool isWhereSaved(Planning* planning, std::uint32_t savedDrive) {
+    return refuse(planning, savedDrive, movedText(*planning, savedDrive));
+}
