@@ -2,6 +2,7 @@
 // the same time.
 #include "commands/event_store.h"
 
+#include <algorithm>
 #include <cstring>
 #include <sys/stat.h>
 
@@ -95,6 +96,19 @@ TEST_F(EventStore, SavesTheBufferByteForByte) {
     EXPECT_EQ(content("events"), std::string(reinterpret_cast<const char*>(&expected), sizeof expected));
 }
 
+// No other session has saved the file, so nothing is merged.
+TEST_F(EventStore, UpdatesItsOwnImageByteForByte) {
+    writeImage(imageOf({1}));
+    load();
+    store(7);
+    store(8);
+    EXPECT_EQ(take(), 8u);
+    save();
+    EventBuffer expected = imageOf({1, 7, 8});
+    expected.position = expected.count = 2; // the record that was taken stays in its slot
+    EXPECT_EQ(content("events"), std::string(reinterpret_cast<const char*>(&expected), sizeof expected));
+}
+
 // Killed between creating its temporary file and renaming it.
 TEST_F(EventStore, RemovesTheTemporaryFileOfAKilledSession) {
     write(".cli-0-0.tmp", "begun");
@@ -170,6 +184,25 @@ TEST_F(EventStore, RemovesItsDisplayedEventsFromTheFileOfAnotherSession) {
     writeImage(imageOf({1, 2, 3, 4, 20}));
     save();
     EXPECT_EQ(saved(), (Ids{20, 2, 1}));
+}
+
+// The 49th event of an empty buffer is in its first slot.
+TEST_F(EventStore, RemovesADisplayedEventFromTheFirstSlot) {
+    writeImage(imageOf(numbers(1, 49)));
+    load();
+    EXPECT_EQ(take(), 49u);
+    writeImage(imageOf(numbers(1, 50)));
+    save();
+    const Ids left = saved();
+    EXPECT_EQ(left.size(), 49u);
+    EXPECT_EQ(std::count(left.begin(), left.end(), 49u), 0);
+}
+
+TEST_F(EventStore, LoadsAFileOfOneByte) {
+    write("events", "\5");
+    load();
+    EXPECT_EQ(g_EventBuffer.position, 5u);
+    EXPECT_EQ(g_EventBuffer.count, 0u);
 }
 
 TEST_F(EventStore, DoesNotRestoreEventsThatAnotherSessionDisplayed) {
