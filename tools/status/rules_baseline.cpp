@@ -257,8 +257,7 @@ static const Enclosure* findEnclosure(const Controller& controller, std::uint32_
 void findMissingEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.earlier.enclosures)
-            if (findEnclosure(pair.now, enclosure.id) == nullptr &&
-                !isRefused(pair.now, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.now, enclosure.id) == nullptr && hasAllEnclosures(pair.now))
                 addFinding(evaluation, objectOf(pair.earlier, enclosure), "is missing");
     });
 }
@@ -266,8 +265,7 @@ void findMissingEnclosures(Evaluation* evaluation) {
 void findNewEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.now.enclosures)
-            if (findEnclosure(pair.earlier, enclosure.id) == nullptr &&
-                !isRefused(pair.earlier, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.earlier, enclosure.id) == nullptr && hasAllEnclosures(pair.earlier))
                 addFinding(evaluation, objectOf(pair.now, enclosure), "is new");
     });
 }
@@ -349,7 +347,7 @@ static std::vector<std::uint32_t> uncheckedArrays(const Pair& pair) {
 static std::vector<std::uint32_t> uncheckedEnclosures(const Pair& pair) {
     std::vector<std::uint32_t> numbers;
     for (const Enclosure& enclosure : pair.earlier.enclosures)
-        if (findEnclosure(pair.now, enclosure.id) == nullptr && isRefused(pair.now, "q5_getEnclosureInfo"))
+        if (findEnclosure(pair.now, enclosure.id) == nullptr && !hasAllEnclosures(pair.now))
             numbers.push_back(enclosure.id);
     return numbers;
 }
