@@ -297,6 +297,41 @@ TEST_F(Changes, DoNotCallTheProblemsOfAMissingControllerResolved) {
     expectChanges(0, "critical: controller 1: is missing\n");
 }
 
+TEST_F(Changes, ReportThatNoReplacementComesForAMemberThatCannotBeIdentified) {
+    controller()["drives"].erase(2);
+    expectChanges(0, "");
+    controller()["drives"][1]["failed"] = true;
+    refuse("q5_getAryLostDisk");
+    const std::string array = "logical drive 0 Data of controller 0";
+    expectChanges(2,
+                  "critical: " + array +
+                      " is critical\n"
+                      "unknown: " +
+                      array +
+                      ": q5_getAryLostDisk failed with result 1\n"
+                      "warning: " +
+                      array +
+                      ": no replacement is coming: there is no suitable spare\n"
+                      "warning: drive 2 of controller 0: cannot be accessed, but belongs to logical drive 0 "
+                      "Data; channel 1, enclosure 0, serial S0002\n");
+}
+
+// An online logical drive has no lost members that could not be read.
+TEST_F(Changes, ReportOtherMembersWhileTheLostOnesCannotBeRead) {
+    const std::string fault =
+        "logical drive 0 Data of controller 0: q5_getAryLostDisk failed with result 1\n";
+    expectChanges(0, "");
+    std::swap(controller()["drives"][1]["extents"], controller()["drives"][2]["extents"]);
+    controller()["logicalDrives"][0]["members"] = {0, 2};
+    refuse("q5_getAryLostDisk");
+    expectChanges(3, "info: controller 0: has a spare on drive 2; it was on drive 3\n"
+                     "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
+                     "unknown: " +
+                         fault);
+    refuseNothing();
+    expectChanges(0, "info: no longer: " + fault);
+}
+
 TEST_F(Changes, DoNotReportALostMemberTwice) {
     expectChanges(0, "");
     controller()["autoRebuild"] = false;

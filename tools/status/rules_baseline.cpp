@@ -235,16 +235,18 @@ static std::string drivesOf(const LogicalDrive& drive) {
     return text;
 }
 
-// Lost members count: only a rebuild or a migration replaces them.
+// Lost members count: only a rebuild or a migration replaces them. An online logical drive has lost none.
+static bool areMembersKnown(const LogicalDrive& drive) {
+    return !drive.members.empty() && (drive.lostMask || arrayState(drive) == ArrayState::online);
+}
+
 void findMovedArrays(Evaluation* evaluation) {
-    forEachArrayPair(*evaluation,
-                     [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
-                         const bool known = earlier.lostMask && now.lostMask && !earlier.members.empty() &&
-                                            !now.members.empty();
-                         if (known && drivesOf(earlier) != drivesOf(now))
-                             addFinding(evaluation, objectOf(pair.now, now),
-                                        "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
-                     });
+    forEachArrayPair(
+        *evaluation, [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
+            if (areMembersKnown(earlier) && areMembersKnown(now) && drivesOf(earlier) != drivesOf(now))
+                addFinding(evaluation, objectOf(pair.now, now),
+                           "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
+        });
 }
 
 static const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
