@@ -31,8 +31,8 @@ static std::uint32_t readingAt(const Sensor& sensor, std::size_t position, std::
         const std::int64_t phase = (now / drift.period * 7 + static_cast<std::int64_t>(position) * 5) % span;
         reading += (phase + span) % span - drift.amplitude;
     }
-    if (sensor.type == kFanSensor)
-        reading = std::max<std::int64_t>(reading, 0); // a fan does not turn backward
+    if (sensor.type != kTemperatureSensor)
+        reading = std::max<std::int64_t>(reading, 0); // a fan does not turn backward, a rail is positive
     return static_cast<std::uint32_t>(reading);
 }
 

@@ -94,12 +94,12 @@ TEST_F(Environment, SensorsOutOfRangeAreLogged) {
         "there is no enclosure 3");
 }
 
-class Fans : public FaultedWorld {
+class Sensors : public FaultedWorld {
 protected:
-    // The readings over twenty minutes, after the fan is set to this speed.
-    std::vector<std::int32_t> readings(std::int32_t speed) {
+    // The readings over twenty minutes, after the first sensor of the type is set to this one.
+    std::vector<std::int32_t> readings(std::int32_t reading, std::uint8_t type = kFanSensor) {
         const auto set = [=](q5sim::Controller& c, std::int64_t) {
-            return q5sim::setSensor(c, 0, kFanSensor, speed);
+            return q5sim::setSensor(c, 0, type, reading);
         };
         EXPECT_EQ(inject(set), "");
         const EnclosureQuery query = {0, 1};
@@ -108,25 +108,33 @@ protected:
             waitSeconds(60);
             EnclosureStatus status = {};
             EXPECT_EQ(q5_getEnclosureStatus(hbaAddress(0), 0, &query, &status, sizeof status), 0);
-            EXPECT_EQ(status.sensor[0].type, kFanSensor);
-            all.push_back(static_cast<std::int32_t>(status.sensor[0].reading));
+            const auto sensor = std::find_if(std::begin(status.sensor), std::end(status.sensor),
+                                             [=](const EnclosureSensor& each) { return each.type == type; });
+            all.push_back(static_cast<std::int32_t>(sensor->reading));
         }
         return all;
     }
 };
 
 // Its reading would otherwise be positive at times.
-TEST_F(Fans, DoNotDriftWhenStopped) {
+TEST_F(Sensors, OfAStoppedFanDoNotDrift) {
     open("");
     EXPECT_EQ(readings(0), std::vector<std::int32_t>(20, 0));
 }
 
 // The drift is up to 40 rpm.
-TEST_F(Fans, DoNotTurnBackward) {
+TEST_F(Sensors, OfFansDoNotTurnBackward) {
     open("");
     const std::vector<std::int32_t> all = readings(30);
     EXPECT_EQ(*std::min_element(all.begin(), all.end()), 0);
     EXPECT_GT(*std::max_element(all.begin(), all.end()), 0);
+}
+
+// Voltages are reported without a sign.
+TEST_F(Sensors, OfRailsAreNotNegative) {
+    open("");
+    const std::vector<std::int32_t> all = readings(0, kRail5VSensor);
+    EXPECT_EQ(*std::min_element(all.begin(), all.end()), 0);
 }
 
 // All drives disappear at once: both arrays go offline and return unchanged.

@@ -68,7 +68,7 @@ TEST_F(Changes, ReportADriveThatWasPulledWhileTheDrivesCouldNotBeListed) {
     expectChanges(3, "");
     refuseNothing();
     controller()["drives"].erase(2);
-    expectChanges(0, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+    expectChanges(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
                      "S0003\n"
                      "warning: controller 0: has 0 spares; it had 1\n"
                      "info: logical drive 0 Data of controller 0: has no spare\n"
@@ -109,7 +109,7 @@ TEST_F(Changes, ReportWhatDisappearedWhileItCouldNotBeRead) {
     controller()["battery"] = nullptr;
     for (Json& drive : controller()["drives"])
         drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
-    expect({"-q", "--changes", kept}, 0,
+    expect({"-q", "--changes", kept}, 2,
            "critical: logical drive 0 Data of controller 0: is missing; it was RAID1 of 500 MB\n"
            "warning: controller 0: has 0 spares; it had 1\n"
            "warning: enclosure 0 of controller 0: is missing\n"
@@ -138,7 +138,8 @@ TEST_F(Changes, ReportAControllerThatDisappearedBetweenRunsThatDoNotReadIt) {
     expectChanges(0, "");
     world["controllers"].erase(1);
     expect({"-i", "0", "--changes", kept}, 0, "");
-    expectChanges(0, "critical: controller 1: is missing\n");
+    expectChanges(2, "critical: controller 1: is missing\n");
+    expectChanges(0, "");
 }
 
 // The second page of the list is refused; the first one shows that a drive was pulled.
@@ -158,7 +159,7 @@ TEST_F(Changes, CompareThePagesThatCouldBeListed) {
                      "unknown: controller 0: q5_getPhyDrvInfo failed with result 1\n");
     refuseNothing();
     controller()["drives"].erase(18);
-    expectChanges(0, "warning: drive 20 of controller 0: is missing; it was on channel 2, enclosure 0, "
+    expectChanges(1, "warning: drive 20 of controller 0: is missing; it was on channel 2, enclosure 0, "
                      "serial S1119\n"
                      "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
 }
@@ -294,7 +295,42 @@ TEST_F(Changes, DoNotCallTheProblemsOfAMissingControllerResolved) {
     expectChanges(1, "warning: drive 1 of controller 1: predicts its failure (SMART); channel 0, enclosure "
                      "0, serial S0001\n");
     world["controllers"].erase(1);
-    expectChanges(0, "critical: controller 1: is missing\n");
+    expectChanges(2, "critical: controller 1: is missing\n");
+}
+
+TEST_F(Changes, ReportThatNoReplacementComesForAMemberThatCannotBeIdentified) {
+    controller()["drives"].erase(2);
+    expectChanges(0, "");
+    controller()["drives"][1]["failed"] = true;
+    refuse("q5_getAryLostDisk");
+    const std::string array = "logical drive 0 Data of controller 0";
+    expectChanges(2,
+                  "critical: " + array +
+                      " is critical\n"
+                      "unknown: " +
+                      array +
+                      ": q5_getAryLostDisk failed with result 1\n"
+                      "warning: " +
+                      array +
+                      ": no replacement is coming: there is no suitable spare\n"
+                      "warning: drive 2 of controller 0: cannot be accessed, but belongs to logical drive 0 "
+                      "Data; channel 1, enclosure 0, serial S0002\n");
+}
+
+// An online logical drive has no lost members that could not be read.
+TEST_F(Changes, ReportOtherMembersWhileTheLostOnesCannotBeRead) {
+    const std::string fault =
+        "logical drive 0 Data of controller 0: q5_getAryLostDisk failed with result 1\n";
+    expectChanges(0, "");
+    std::swap(controller()["drives"][1]["extents"], controller()["drives"][2]["extents"]);
+    controller()["logicalDrives"][0]["members"] = {0, 2};
+    refuse("q5_getAryLostDisk");
+    expectChanges(3, "info: controller 0: has a spare on drive 2; it was on drive 3\n"
+                     "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
+                     "unknown: " +
+                         fault);
+    refuseNothing();
+    expectChanges(0, "info: no longer: " + fault);
 }
 
 TEST_F(Changes, DoNotReportALostMemberTwice) {

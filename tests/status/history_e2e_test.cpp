@@ -273,7 +273,7 @@ TEST_F(Changes, ReportAFailedDriveThatIsPulledWhenItIsRebuilt) {
     session.useWorld(rebuilt.dump());
     EXPECT_EQ(
         session.run({"--changes", kept}),
-        (ProcessOutcome{0,
+        (ProcessOutcome{1,
                         "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, "
                         "serial S0002\n"
                         "info: no longer: drive 2 of controller 0: cannot be accessed, and no logical "
@@ -377,6 +377,25 @@ TEST_F(Changes, DoNotReportAsResolvedWhatCannotBeRead) {
     expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n"
                      "info: no longer: " +
                          unprotected);
+}
+
+// What can be read is resolved, whatever else of the controller cannot be read.
+TEST_F(Changes, ReportAsResolvedWhatCanBeReadWhileSomethingElseCannot) {
+    controller()["battery"]["temperatureTenths"] = 600;
+    controller()["drives"][0]["smartFailure"] = true;
+    const std::string hot = "battery of controller 0: is at 60.0 degrees Celsius\n";
+    const std::string smart =
+        "drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
+        "serial S0001\n";
+    const std::string fault = "controller 0: q5_getLogDrvInfo failed with result 1\n";
+    expectChanges(2, "critical: " + hot + "warning: " + smart);
+    refuse("q5_getLogDrvInfo");
+    expectChanges(2, "unknown: " + fault);
+    controller()["battery"]["temperatureTenths"] = 250;
+    controller()["drives"][0]["smartFailure"] = false;
+    expectChanges(3, "info: no longer: " + hot + "info: no longer: " + smart);
+    refuseNothing();
+    expectChanges(0, "info: no longer: " + fault);
 }
 
 TEST_F(Changes, AreOnlyProblemsWhenQuiet) {

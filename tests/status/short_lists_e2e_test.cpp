@@ -210,7 +210,7 @@ TEST_F(ShortLists, AreFollowedByWhatChangedMeanwhile) {
     for (int drive : {0, 1})
         controller()["drives"][drive]["extents"][1] = {
             {"use", "free"}, {"start", 1024000}, {"size", 1024000}};
-    expectChanges(0, "critical: logical drive 1 Mail of controller 0: is missing; it was RAID1 of 500 MB\n"
+    expectChanges(2, "critical: logical drive 1 Mail of controller 0: is missing; it was RAID1 of 500 MB\n"
                      "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
                      "S0003\n"
                      "warning: controller 0: has 0 spares; it had 1\n"

@@ -63,25 +63,12 @@ static Lines problemLines(const Findings& findings) {
     return lines;
 }
 
-// A list that lacks objects hides neither batteries nor enclosures, nor what another list lacks.
-static bool isInLists(const Finding& finding) {
-    const ObjectKind kind = finding.object.kind;
-    return !isCount(finding) &&
-           (kind == ObjectKind::controller || kind == ObjectKind::drive || kind == ObjectKind::logicalDrive);
-}
-
-// Whether one finding says that what the other one is about could not be read.
-static bool mayHide(const Finding& each, const Finding& wanted) {
-    if (each.rule->severity != Severity::unknown || (isCount(each) && !isInLists(wanted)))
-        return false;
-    return each.object.kind == ObjectKind::host || wanted.object.kind == ObjectKind::host ||
-           each.object.controller == wanted.object.controller;
-}
-
-// An operation that works again is known to.
-bool mayBeHidden(const Findings& now, const Finding& wanted) {
-    return (wanted.rule->severity != Severity::unknown || isCount(wanted)) &&
-           std::any_of(now.begin(), now.end(), [&](const Finding& each) { return mayHide(each, wanted); });
+// The list may lack objects that the controller counts because of what could not be read.
+bool mayCountBeHidden(const Findings& now, const Finding& count) {
+    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
+        return each.rule->severity == Severity::unknown && !isCount(each) &&
+               (each.object.kind == ObjectKind::host || each.object.controller == count.object.controller);
+    });
 }
 
 static bool hasText(const Lines& lines, const std::string& text) {
@@ -114,6 +101,40 @@ static bool isSuperseded(const Comparison& both, const Finding& finding) {
             hasWorsened(both.earlier, both.now, object.controller, object.number));
 }
 
+static bool isOfBaseline(const Rule& rule) {
+    const std::span<const Rule> all = baselineRules();
+    return std::any_of(all.begin(), all.end(), [&](const Rule& each) { return &each == &rule; });
+}
+
+// Whether objects that no earlier run has listed either may have what a finding is about. Whatever was listed
+// before has been completed with what could not be read.
+static bool mayBeUncertain(const Controller& controller, const Finding& finding) {
+    switch (finding.object.kind) {
+    case ObjectKind::drive:
+        return isOfBaseline(*finding.rule) && !hasAllDrives(controller);
+    case ObjectKind::logicalDrive: // its spares as well
+        return !hasAllDrives(controller) || !hasAllLogicalDrives(controller);
+    case ObjectKind::enclosure:
+        return !hasAllEnclosures(controller);
+    default: // its spares
+        return !hasAllDrives(controller);
+    }
+}
+
+// Whether a finding may still apply although the present ones lack it. An operation that works again is known
+// to.
+static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
+    if (isCount(wanted))
+        return mayCountBeHidden(both.after, wanted);
+    const Controller* controller = findController(both.now, wanted.object.controller);
+    if (wanted.rule->severity == Severity::unknown || wanted.object.kind == ObjectKind::host ||
+        controller == nullptr)
+        return false;
+    if (wanted.object.kind == ObjectKind::battery)
+        return batteryState(*controller) > kBatteryReconditioning;
+    return mayBeUncertain(*controller, wanted);
+}
+
 // A difference from the baseline that is also a change since the earlier snapshot has its line already.
 static void addFindingChanges(const Comparison& both, Lines* lines) {
     for (const Finding& finding : both.after)
@@ -121,7 +142,7 @@ static void addFindingChanges(const Comparison& both, Lines* lines) {
             !hasText(*lines, findingLine(finding)))
             lines->push_back({finding.rule->severity, findingLine(finding)});
     for (const Finding& finding : both.before)
-        if (!isArrayChange(finding) && !persists(both.after, finding) && !mayBeHidden(both.after, finding) &&
+        if (!isArrayChange(finding) && !persists(both.after, finding) && !mayBeHidden(both, finding) &&
             !isSuperseded(both, finding))
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }

@@ -69,7 +69,7 @@ Findings carriedCounts(const Findings& earlier, const Snapshot& now, const Findi
     Findings carried;
     for (const Finding& each : earlier) {
         const bool unread =
-            findController(now, each.object.controller) == nullptr || mayBeHidden(findings, each);
+            findController(now, each.object.controller) == nullptr || mayCountBeHidden(findings, each);
         if (unread && !hasSameRule(findings, each))
             carried.push_back(each);
     }

@@ -38,13 +38,13 @@ static void keepDrives(const Controller& earlier, Controller* now) {
 }
 
 static void keepEnclosures(const Controller& earlier, Controller* now) {
-    const bool refused = isRefused(*now, "q5_getEnclosureInfo");
+    const bool complete = hasAllEnclosures(*now);
     for (const Enclosure& before : earlier.enclosures) {
         const auto same = std::find_if(now->enclosures.begin(), now->enclosures.end(),
                                        [&](const Enclosure& each) { return each.id == before.id; });
         if (same != now->enclosures.end())
             keepRecord(before.status, &same->status);
-        else if (refused)
+        else if (!complete)
             now->enclosures.push_back(before);
     }
     std::sort(now->enclosures.begin(), now->enclosures.end(),

@@ -29,6 +29,12 @@ bool hasAllLogicalDrives(const Controller& controller) {
     return !controller.info || controller.info->arrayCount <= controller.logicalDrives.size();
 }
 
+// Each is read by a call of its own.
+bool hasAllEnclosures(const Controller& controller) {
+    return std::none_of(controller.faults.begin(), controller.faults.end(),
+                        [](const Fault& fault) { return fault.operation == "q5_getEnclosureInfo"; });
+}
+
 bool mayBeUnlisted(const Controller& controller, std::uint32_t number) {
     if (hasAllDrives(controller))
         return false;

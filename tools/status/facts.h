@@ -17,6 +17,9 @@ bool isRefused(const Controller& controller, std::string_view operation);
 bool hasAllDrives(const Controller& controller);
 bool hasAllLogicalDrives(const Controller& controller);
 
+// No adapter counts its enclosures.
+bool hasAllEnclosures(const Controller& controller);
+
 // Whether a drive that is not listed may be there. A listing that was refused halfway has all drives up to
 // its last one; one that is short may lack any.
 bool mayBeUnlisted(const Controller& controller, std::uint32_t number);

@@ -235,16 +235,18 @@ static std::string drivesOf(const LogicalDrive& drive) {
     return text;
 }
 
-// Lost members count: only a rebuild or a migration replaces them.
+// Lost members count: only a rebuild or a migration replaces them. An online logical drive has lost none.
+static bool areMembersKnown(const LogicalDrive& drive) {
+    return !drive.members.empty() && (drive.lostMask || arrayState(drive) == ArrayState::online);
+}
+
 void findMovedArrays(Evaluation* evaluation) {
-    forEachArrayPair(*evaluation,
-                     [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
-                         const bool known = earlier.lostMask && now.lostMask && !earlier.members.empty() &&
-                                            !now.members.empty();
-                         if (known && drivesOf(earlier) != drivesOf(now))
-                             addFinding(evaluation, objectOf(pair.now, now),
-                                        "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
-                     });
+    forEachArrayPair(
+        *evaluation, [&](const Pair& pair, const LogicalDrive& earlier, const LogicalDrive& now) {
+            if (areMembersKnown(earlier) && areMembersKnown(now) && drivesOf(earlier) != drivesOf(now))
+                addFinding(evaluation, objectOf(pair.now, now),
+                           "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
+        });
 }
 
 static const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
@@ -257,8 +259,7 @@ static const Enclosure* findEnclosure(const Controller& controller, std::uint32_
 void findMissingEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.earlier.enclosures)
-            if (findEnclosure(pair.now, enclosure.id) == nullptr &&
-                !isRefused(pair.now, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.now, enclosure.id) == nullptr && hasAllEnclosures(pair.now))
                 addFinding(evaluation, objectOf(pair.earlier, enclosure), "is missing");
     });
 }
@@ -266,8 +267,7 @@ void findMissingEnclosures(Evaluation* evaluation) {
 void findNewEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.now.enclosures)
-            if (findEnclosure(pair.earlier, enclosure.id) == nullptr &&
-                !isRefused(pair.earlier, "q5_getEnclosureInfo"))
+            if (findEnclosure(pair.earlier, enclosure.id) == nullptr && hasAllEnclosures(pair.earlier))
                 addFinding(evaluation, objectOf(pair.now, enclosure), "is new");
     });
 }
@@ -349,7 +349,7 @@ static std::vector<std::uint32_t> uncheckedArrays(const Pair& pair) {
 static std::vector<std::uint32_t> uncheckedEnclosures(const Pair& pair) {
     std::vector<std::uint32_t> numbers;
     for (const Enclosure& enclosure : pair.earlier.enclosures)
-        if (findEnclosure(pair.now, enclosure.id) == nullptr && isRefused(pair.now, "q5_getEnclosureInfo"))
+        if (findEnclosure(pair.now, enclosure.id) == nullptr && !hasAllEnclosures(pair.now))
             numbers.push_back(enclosure.id);
     return numbers;
 }

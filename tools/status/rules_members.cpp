@@ -66,9 +66,12 @@ void findLostMembers(Evaluation* evaluation) {
                                lostMemberText(*evaluation, controller, array, member));
 }
 
+// The state shows that a member is lost even if the adapter does not report which one.
 static std::size_t countLost(const LogicalDrive& array) {
-    return static_cast<std::size_t>(std::count_if(array.members.begin(), array.members.end(),
-                                                  [](const Member& member) { return member.lost; }));
+    const auto reported = std::count_if(array.members.begin(), array.members.end(),
+                                        [](const Member& member) { return member.lost; });
+    const std::size_t least = arrayState(array) == ArrayState::online ? 0 : 1;
+    return std::max(static_cast<std::size_t>(reported), least);
 }
 
 static bool isRebuilding(const LogicalDrive& array) {

@@ -117,6 +117,14 @@ static std::string formatLines(const Lines& lines, bool quiet) {
     return text;
 }
 
+static Severity worstLine(const Lines& lines) {
+    Severity worst = Severity::info;
+    for (const Line& line : lines)
+        if (isWorse(line.severity, worst))
+            worst = line.severity;
+    return worst;
+}
+
 // The state to keep for the next run: what this one did not read stays as it was.
 static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
                             const Findings& earlierCounts) {
@@ -133,7 +141,8 @@ static std::string keptText(const Options& options, const Report& report, const 
 
 // Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
 // read at all is reported and not kept.
-static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline) {
+static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
+                                 Severity* worst) {
     Snapshot saved;
     Findings counts;
     bool missing = false;
@@ -145,6 +154,7 @@ static std::string reportChanges(const Options& options, const Report& report, c
     const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits,
                                                baseline, &counts)
                                  : findingLines(report.findings);
+    *worst = worstLine(lines);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
@@ -176,9 +186,12 @@ static int run(const Options& options) {
     const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
     const Findings findings = evaluate(snapshot, limits, compared);
     const Report report = {snapshot, findings, limits};
-    problem =
-        options.changes.empty() ? reportState(options, report) : reportChanges(options, report, compared);
-    return problem.empty() ? exitStatus(worstSeverity(findings)) : printError(options, problem);
+    Severity changed = Severity::info; // what disappeared is no finding of the present state
+    problem = options.changes.empty() ? reportState(options, report)
+                                      : reportChanges(options, report, compared, &changed);
+    const Severity worst = worstSeverity(findings);
+    return problem.empty() ? exitStatus(isWorse(changed, worst) ? changed : worst)
+                           : printError(options, problem);
 }
 
 // Also abbreviated, and with an argument that it does not take.
