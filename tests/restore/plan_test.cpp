@@ -425,6 +425,17 @@ TEST(Plan, ReportsAMapThatNamesOtherDrives) {
     EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, (Texts{"--drives 1=3" + where}));
 }
 
+// A map that puts drive 2 in the place of drive 1 and nothing in its own.
+TEST(Plan, ADriveCannotHoldTwoMembers) {
+    const Controller saved = controllerWithMirror(), now = controllerWith(3, 40960);
+    const Plan plan = makePlan(saved, now, {{1, 2}});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 2 would hold two members of logical drive 0 Mirror"}));
+    for (const std::string& text : textsOf(plan))
+        EXPECT_EQ(text.find("create"), std::string::npos) << text;
+    EXPECT_EQ(makePlan(saved, now, {{1, 2}, {2, 1}}).obstacles, Texts());
+    EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, Texts());
+}
+
 // Its drives are in other places since.
 TEST(Plan, FindsAMovedArrayByTheMap) {
     const Controller saved = controllerWithMirror();

@@ -120,6 +120,18 @@ static bool areWhereSaved(Planning* planning, const MemberPlaces& places) {
     return allThere;
 }
 
+// A map may put a drive in the place of another one, and no drive in its own.
+static bool areOnDifferentDrives(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    std::set<std::uint32_t> drives;
+    for (const MemberPlace& place : places)
+        if (presentDrive(*planning, place.savedDrive) != nullptr && !drives.insert(place.drive).second) {
+            planning->plan.obstacles.push_back(driveName(place.drive) + " would hold two members of " +
+                                               arrayName(saved, saved.info.logDrvId));
+            return false;
+        }
+    return true;
+}
+
 // Checks every drive and every range of sectors, so that all obstacles are reported at once.
 static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     bool allFree = true;
@@ -208,9 +220,9 @@ static void addCreation(Planning* planning, const LogicalDrive& saved, const Mem
 
 static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     LogDrvConfigRecord record = recordOf(*planning, saved);
-    areWhereSaved(planning, places); // even if another obstacle is found first
-    if (!isIdFree(planning, saved) || !arePlacesFree(planning, saved, places) ||
-        !prepareExtents(planning, saved, places, &record))
+    const bool whereSaved = areWhereSaved(planning, places); // even if another obstacle is found first
+    if (!isIdFree(planning, saved) || (whereSaved && !areOnDifferentDrives(planning, saved, places)) ||
+        !arePlacesFree(planning, saved, places) || !prepareExtents(planning, saved, places, &record))
         return;
     if (isCreatable(saved, record))
         addCreation(planning, saved, places, record);
