@@ -597,6 +597,12 @@ TEST(Plan, NamesTheMembersOfADifferentArray) {
                "(8192 sectors from 4096), drive 3 (8192 sectors from 40960); the backup has logical "
                "drive 0 Mirror, RAID1 of 8192 sectors on drive 1 (8192 sectors from 4096), drive 2 "
                "(8192 sectors from 4096)"}));
+    for (const std::string& note : plan.notes) // it may be the saved one, rebuilt onto another drive
+        EXPECT_EQ(note.find("is not in the backup"), std::string::npos) << note;
+    now.logicalDrives.push_back(now.logicalDrives[0]);
+    now.logicalDrives[1].info.logDrvId = 7;
+    EXPECT_EQ(makePlan(mirror, now, {}).notes,
+              (Texts{"logical drive 7 Mirror is not in the backup; it stays as it is"}));
 }
 
 TEST(Plan, NamesWhatElseIsDifferentInAnArray) {

@@ -104,6 +104,7 @@ static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
     for (const LogicalDrive& drive : planning->now.logicalDrives) {
         if (drive.info.logDrvId != saved.info.logDrvId)
             continue;
+        planning->unsettled.insert(drive.info.logDrvId);
         const std::string here = describe(planning->now, drive), there = describe(planning->saved, saved);
         planning->plan.obstacles.push_back("a different array is in place: " + here + "; the backup has " +
                                            (here == there ? "another stripe, sector size or parity" : there));
