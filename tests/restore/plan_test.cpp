@@ -632,6 +632,33 @@ TEST(Plan, NotesTheTargetOfARebuild) {
     EXPECT_EQ(makePlan(saved, saved, {}).notes, Texts());
 }
 
+// Created again, it would use all of its extents. Without rounding, it uses their whole megabytes.
+TEST(Plan, ARoundedJbodPreventsThePlan) {
+    Controller saved = controllerWith(1, 3000000);
+    saved.drives[0].info.extentCount = 0;
+    addExtent(&saved.drives[0], kExtentAssigned, 5, 0, 1953792);
+    addExtent(&saved.drives[0], 0, kNoArray, 1953792, 1046208);
+    saved.logicalDrives = controllerWithMirror().logicalDrives;
+    LogDrvInfo& jbod = saved.logicalDrives[0].info;
+    jbod.raidLevel = kJbod;
+    jbod.diskCount = 1;
+    jbod.sectorCount = 1953125;
+    Controller now = controllerWith(1, 3000000);
+    Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(
+        plan.obstacles,
+        (Texts{"logical drive 0 Mirror, JBOD of 1953125 sectors on drive 1 (1953792 sectors from 0) was "
+               "rounded to whole GB: create it with logdrv -a add and rounding=gbb, then restore the "
+               "rest"}));
+    for (const std::string& text : textsOf(plan))
+        EXPECT_EQ(text.find("create"), std::string::npos) << text;
+    EXPECT_EQ(makePlan(saved, saved, {}).obstacles, Texts());
+    jbod.sectorCount = 1953792;
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles, Texts());
+    jbod.sectorCount = 1951744;
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles, Texts());
+}
+
 TEST(Plan, RefusesANameThatCannotBeTyped) {
     Controller saved = controllerWithMirror();
     std::strcpy(saved.logicalDrives[0].info.name, "A,raid=raid0");
