@@ -1,5 +1,7 @@
 // Which backups cli-backup keeps and removes, and when it removes none: fewer objects, damaged backups, and
 // listings that cannot be read.
+#include <sys/stat.h>
+
 #include "tests/backup/backup_fixture.h"
 
 using Backup = BackupSession;
@@ -90,6 +92,20 @@ TEST_F(Backup, ReportsADamagedBackupAndRemovesNone) {
     EXPECT_EQ(outcome.out.rfind("warning: " + damaged + ".json: ", 0), 0u) << outcome;
     EXPECT_EQ(stems().size(), 2u);
     EXPECT_EQ(content(damaged + ".json"), "{");
+}
+
+// A pipe without a writer would never end.
+TEST_F(Backup, ReadsNothingButFiles) {
+    backup();
+    const std::string damaged = newest();
+    for (const char* suffix : {".json", ".cfg"}) {
+        const std::string path = session.path(damaged + suffix);
+        std::filesystem::remove(path);
+        ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+        const ProcessOutcome outcome = backup();
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out.rfind("warning: cannot read " + damaged + suffix + "\n", 0), 0u) << outcome;
+    }
 }
 
 // An empty .cfg has no objects, but its .json has as many as the intact backup.

@@ -425,6 +425,17 @@ TEST(Plan, ReportsAMapThatNamesOtherDrives) {
     EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, (Texts{"--drives 1=3" + where}));
 }
 
+// A map that puts drive 2 in the place of drive 1 and nothing in its own.
+TEST(Plan, ADriveCannotHoldTwoMembers) {
+    const Controller saved = controllerWithMirror(), now = controllerWith(3, 40960);
+    const Plan plan = makePlan(saved, now, {{1, 2}});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 2 would hold two members of logical drive 0 Mirror"}));
+    for (const std::string& text : textsOf(plan))
+        EXPECT_EQ(text.find("create"), std::string::npos) << text;
+    EXPECT_EQ(makePlan(saved, now, {{1, 2}, {2, 1}}).obstacles, Texts());
+    EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, Texts());
+}
+
 // Its drives are in other places since.
 TEST(Plan, FindsAMovedArrayByTheMap) {
     const Controller saved = controllerWithMirror();
@@ -586,6 +597,12 @@ TEST(Plan, NamesTheMembersOfADifferentArray) {
                "(8192 sectors from 4096), drive 3 (8192 sectors from 40960); the backup has logical "
                "drive 0 Mirror, RAID1 of 8192 sectors on drive 1 (8192 sectors from 4096), drive 2 "
                "(8192 sectors from 4096)"}));
+    for (const std::string& note : plan.notes) // it may be the saved one, rebuilt onto another drive
+        EXPECT_EQ(note.find("is not in the backup"), std::string::npos) << note;
+    now.logicalDrives.push_back(now.logicalDrives[0]);
+    now.logicalDrives[1].info.logDrvId = 7;
+    EXPECT_EQ(makePlan(mirror, now, {}).notes,
+              (Texts{"logical drive 7 Mirror is not in the backup; it stays as it is"}));
 }
 
 TEST(Plan, NamesWhatElseIsDifferentInAnArray) {
@@ -613,6 +630,33 @@ TEST(Plan, NotesTheTargetOfARebuild) {
     EXPECT_EQ(plan.notes,
               (Texts{"logical drive 0 Mirror was being rebuilt onto drive 3; that space stays free"}));
     EXPECT_EQ(makePlan(saved, saved, {}).notes, Texts());
+}
+
+// Created again, it would use all of its extents. Without rounding, it uses their whole megabytes.
+TEST(Plan, ARoundedJbodPreventsThePlan) {
+    Controller saved = controllerWith(1, 3000000);
+    saved.drives[0].info.extentCount = 0;
+    addExtent(&saved.drives[0], kExtentAssigned, 5, 0, 1953792);
+    addExtent(&saved.drives[0], 0, kNoArray, 1953792, 1046208);
+    saved.logicalDrives = controllerWithMirror().logicalDrives;
+    LogDrvInfo& jbod = saved.logicalDrives[0].info;
+    jbod.raidLevel = kJbod;
+    jbod.diskCount = 1;
+    jbod.sectorCount = 1953125;
+    Controller now = controllerWith(1, 3000000);
+    Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(
+        plan.obstacles,
+        (Texts{"logical drive 0 Mirror, JBOD of 1953125 sectors on drive 1 (1953792 sectors from 0) was "
+               "rounded to whole GB: create it with logdrv -a add and rounding=gbb, then restore the "
+               "rest"}));
+    for (const std::string& text : textsOf(plan))
+        EXPECT_EQ(text.find("create"), std::string::npos) << text;
+    EXPECT_EQ(makePlan(saved, saved, {}).obstacles, Texts());
+    jbod.sectorCount = 1953792;
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles, Texts());
+    jbod.sectorCount = 1951744;
+    EXPECT_EQ(makePlan(saved, now, {}).obstacles, Texts());
 }
 
 TEST(Plan, RefusesANameThatCannotBeTyped) {

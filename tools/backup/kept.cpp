@@ -1,6 +1,8 @@
 // Reads kept backups and removes those that newer ones replace.
 #include "tools/backup/kept.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "snapshot/files.h"
@@ -8,10 +10,17 @@
 #include "snapshot/text.h"
 #include "tools/backup/configuration.h"
 
+// Nothing but a file: opening a pipe could wait forever.
+static bool readRegularFile(const std::string& path, std::string* text) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+           readFile(path, text) == ReadResult::done;
+}
+
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
     const std::string path = pathOf(store, stem, ".json");
     std::string text;
-    if (readFile(path, &text) != ReadResult::done)
+    if (!readRegularFile(path, &text))
         return "cannot read " + path;
     std::string problem = snapshotFromText(text, snapshot);
     return problem.empty() ? "" : path + ": " + problem;
@@ -20,7 +29,7 @@ static std::string readSnapshotFile(const Store& store, const std::string& stem,
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup) {
     *backup = {};
     const std::string path = pathOf(store, stem, ".cfg");
-    if (readFile(path, &backup->configuration) != ReadResult::done)
+    if (!readRegularFile(path, &backup->configuration))
         return "cannot read " + path;
     std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
     if (!problem.empty())

@@ -88,7 +88,7 @@ std::optional<std::uint32_t> unknownDrive(const Controller& saved, const DriveMa
 
 static void noteOtherArrays(Planning* planning) {
     for (const LogicalDrive& drive : planning->now.logicalDrives) {
-        bool known = false;
+        bool known = planning->unsettled.count(drive.info.logDrvId) != 0;
         for (const auto& [arrayId, logDrvId] : planning->ids)
             known = known || logDrvId == drive.info.logDrvId;
         if (!known)

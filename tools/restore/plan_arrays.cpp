@@ -1,13 +1,11 @@
 // Plans the creation of logical drives.
 #include <algorithm>
-#include <cstring>
 
-#include "config/import_set.h"
 #include "snapshot/state.h"
 #include "snapshot/text.h"
 #include "snapshot/words.h"
+#include "tools/restore/array_record.h"
 #include "tools/restore/planning.h"
-#include "util/result.h"
 
 using MemberPlaces = std::vector<MemberPlace>;
 
@@ -104,6 +102,7 @@ static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
     for (const LogicalDrive& drive : planning->now.logicalDrives) {
         if (drive.info.logDrvId != saved.info.logDrvId)
             continue;
+        planning->unsettled.insert(drive.info.logDrvId);
         const std::string here = describe(planning->now, drive), there = describe(planning->saved, saved);
         planning->plan.obstacles.push_back("a different array is in place: " + here + "; the backup has " +
                                            (here == there ? "another stripe, sector size or parity" : there));
@@ -118,6 +117,18 @@ static bool areWhereSaved(Planning* planning, const MemberPlaces& places) {
     for (const MemberPlace& place : places)
         allThere = isWhereSaved(planning, place.savedDrive) && allThere;
     return allThere;
+}
+
+// A map may put a drive in the place of another one, and no drive in its own.
+static bool areOnDifferentDrives(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    std::set<std::uint32_t> drives;
+    for (const MemberPlace& place : places)
+        if (presentDrive(*planning, place.savedDrive) != nullptr && !drives.insert(place.drive).second) {
+            planning->plan.obstacles.push_back(driveName(place.drive) + " would hold two members of " +
+                                               arrayName(saved, saved.info.logDrvId));
+            return false;
+        }
+    return true;
 }
 
 // Checks every drive and every range of sectors, so that all obstacles are reported at once.
@@ -140,23 +151,6 @@ static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const M
     return allFree;
 }
 
-static LogDrvConfigRecord recordOf(const Planning& planning, const LogicalDrive& saved) {
-    LogDrvConfigRecord record = {};
-    record.controller = static_cast<int>(planning.now.id);
-    const std::string name(fieldText(saved.info.name));
-    std::memcpy(record.name, name.data(), std::min(name.size(), sizeof record.name - 1));
-    record.sectorCount = saved.info.sectorCount;
-    record.sectorSize = static_cast<int>(saved.info.sectorSize);
-    record.stripeSize = static_cast<int>(saved.info.stripeBlocks);
-    record.raidLevel = saved.info.raidLevel;
-    record.memberCount = boundedMemberCount(saved.info);
-    record.parityCount = saved.info.parityCount;
-    record.symmetric = saved.info.symmetric;
-    record.shift = saved.info.shift;
-    record.subArrayCount = saved.info.subArrayCount;
-    return record;
-}
-
 // Splits where extents must begin and, for a JBOD, which uses whole extents, where they end.
 static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
                            LogDrvConfigRecord* record) {
@@ -171,19 +165,6 @@ static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const 
         record->extents[i] = static_cast<int>(index);
     }
     return true;
-}
-
-// The command must create from the record what was saved.
-static bool isCreatable(const LogicalDrive& saved, const LogDrvConfigRecord& record) {
-    CreateArrayRequest request = {};
-    if (static_cast<std::size_t>(record.memberCount) > kMaxTypedMembers ||
-        PhraseCreateOnExtents(record, &request) != Result::done)
-        return false;
-    const std::string_view name = fieldText(request.name);
-    return name == fieldText(saved.info.name) && request.raidLevel == saved.info.raidLevel &&
-           request.stripeSize == saved.info.stripeBlocks && request.sectorSize == saved.info.sectorSize &&
-           request.memberCount == saved.info.diskCount &&
-           (request.raidLevel == kJbod || request.capacity == saved.info.sectorCount);
 }
 
 static void addCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
@@ -206,10 +187,24 @@ static void addCreation(Planning* planning, const LogicalDrive& saved, const Mem
     noteId(planning, saved, id);
 }
 
+// Adds an obstacle if not.
+static bool hasRepeatableSize(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+    std::uint64_t size = 0;
+    for (const MemberPlace& place : places)
+        size += place.size;
+    if (!isRoundedJbod(saved, size))
+        return true;
+    planning->plan.obstacles.push_back(describe(planning->saved, saved) +
+                                       " was rounded to whole GB: create it with logdrv -a add and "
+                                       "rounding=gbb, then restore the rest");
+    return false;
+}
+
 static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
-    LogDrvConfigRecord record = recordOf(*planning, saved);
-    areWhereSaved(planning, places); // even if another obstacle is found first
-    if (!isIdFree(planning, saved) || !arePlacesFree(planning, saved, places) ||
+    LogDrvConfigRecord record = recordOf(planning->now.id, saved);
+    const bool whereSaved = areWhereSaved(planning, places); // even if another obstacle is found first
+    if (!isIdFree(planning, saved) || (whereSaved && !areOnDifferentDrives(planning, saved, places)) ||
+        !arePlacesFree(planning, saved, places) || !hasRepeatableSize(planning, saved, places) ||
         !prepareExtents(planning, saved, places, &record))
         return;
     if (isCreatable(saved, record))
