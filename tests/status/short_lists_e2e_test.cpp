@@ -13,7 +13,7 @@ struct ShortLists : Changes {
     }
     // The healthy world with a second logical drive, on the free space of drives 1 and 2.
     void addArray() {
-        for (int drive : {0, 1})
+        for (const std::size_t drive : {0u, 1u})
             controller()["drives"][drive]["extents"][1] = {
                 {"use", "array"}, {"array", 1}, {"start", 1024000}, {"size", 1024000}};
         Json second = controller()["logicalDrives"][0];
@@ -207,7 +207,7 @@ TEST_F(ShortLists, AreFollowedByWhatChangedMeanwhile) {
     refuseNothing();
     controller()["drives"].erase(2);
     controller()["logicalDrives"].erase(1);
-    for (int drive : {0, 1})
+    for (const std::size_t drive : {0u, 1u})
         controller()["drives"][drive]["extents"][1] = {
             {"use", "free"}, {"start", 1024000}, {"size", 1024000}};
     expectChanges(2, "critical: logical drive 1 Mail of controller 0: is missing; it was RAID1 of 500 MB\n"
