@@ -1,4 +1,4 @@
-"""What the tests of single modules share: each runs over a world of its own."""
+"""What the tests of single modules share. Each has a world of its own."""
 import itertools
 import sys
 import unittest

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Runs the modules for settings in isolation, each over a simulated world.
 
-Usage: settings_modules_test.py PROGRAMS, the directory of the built programs. Ends
-with 77 without Ansible.
+Usage: settings_modules_test.py PROGRAMS, the directory of the built
+programs. Ends with 77 without Ansible.
 """
+import json
+
 import module_case
 from module_case import new_world, run, script
 
@@ -55,7 +57,7 @@ class ControllerTest(module_case.ModuleTest):
     def test_refused(self):
         world = new_world()
         self.work.q5sim(world, "refuse", "q5_setControllerSettings", "--after",
-                   "1")
+                        "1")
         result = run("controller_settings", world, rebuild_rate=9)
         self.assert_failed(result, "controller 1: the change is not in "
                            "effect: rebuild_rate is 128, not 9")
@@ -66,7 +68,7 @@ class ControllerTest(module_case.ModuleTest):
         for times in "1", "2":
             world = new_world()
             self.work.q5sim(world, "refuse", "q5_getControllerSettings",
-                       "--times", times)
+                            "--times", times)
             result = run("controller_settings", world, rebuild_rate=9)
             self.assert_failed(result, "controller 0: its settings cannot "
                                "be read, so nothing was changed")
@@ -76,7 +78,7 @@ class ControllerTest(module_case.ModuleTest):
     def test_unreadable_afterward(self):
         world = new_world()
         self.work.q5sim(world, "refuse", "q5_getControllerSettings", "--after",
-                   "3")
+                        "3")
         self.assert_failed(
             run("controller_settings", world, rebuild_rate=9),
             "controller 0: ", "its settings can no longer be read")
@@ -176,8 +178,8 @@ class DriveTest(module_case.ModuleTest):
 
     def test_unreadable_settings_are_not_replaced(self):
         world = new_world()
-        self.work.q5sim(world, "refuse", "q5_getPhyDrvSettings", "--after", "5",
-                   "--times", "1")
+        self.work.q5sim(world, "refuse", "q5_getPhyDrvSettings",
+                        "--after", "5", "--times", "1")
         result = run("drive_settings", world, write_cache=False)
         self.assert_failed(result, "drive 6 of controller 0: its settings "
                            "cannot be read")
@@ -285,6 +287,48 @@ class LogicalDriveTest(module_case.ModuleTest):
                  {"current_name": "nobody", "look_ahead": 1})):
             self.assert_refused("logical_drive_settings", world, message,
                                 **arguments)
+
+
+class IncompleteListTest(module_case.ModuleTest):
+    """All objects are wanted, and the adapter does not list all of them."""
+
+    def test_refused_lists(self):
+        for module, operation, what, arguments in (
+                ("drive_settings", "q5_getPhyDrvInfo", "drives",
+                 {"write_cache": False}),
+                ("logical_drive_settings", "q5_getLogDrvInfo",
+                 "logical drives", {"look_ahead": 1})):
+            world = new_world()
+            self.work.q5sim(world, "refuse", operation)
+            self.assert_failed(
+                run(module, world, **arguments),
+                f"not all {what} of controller 0 could be read, so nothing "
+                "was changed")
+
+    def test_unknown_number(self):
+        world = new_world()
+        self.work.q5sim(world, "refuse", "q5_getControllerInfo")
+        result = run("drive_settings", world, write_cache=False)
+        self.assert_failed(result, "not all drives of controller 0")
+        for one in self.work.read_world(world)["controllers"]:
+            self.assertEqual({drive["writeCache"]
+                              for drive in one["drives"]}, {True})
+
+    def test_one_of_an_incomplete_list(self):
+        world = new_world()
+        self.work.q5sim(world, "refuse", "q5_getControllerInfo")
+        result = run("drive_settings", world, controller=0, drive=3,
+                     write_cache=False)
+        self.assertNotIn("failed", result)
+        self.assertTrue(result["changed"])
+
+    def test_missing_controller(self):
+        lists_one = script("printf '%s' '" + json.dumps({
+            "format": 1, "controllerCount": 2, "summary": "",
+            "controllers": [{"id": 0, "settings": None}]}) + "'\n")
+        self.assert_failed(
+            run("controller_settings", new_world(), rebuild_rate=9,
+                status_path=lists_one), "not all controllers could be read")
 
 
 if __name__ == "__main__":

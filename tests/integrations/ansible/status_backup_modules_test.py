@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Runs the modules status_info and backup in isolation, each over a simulated world.
+"""Runs the modules status_info and backup in isolation.
 
-Usage: status_backup_modules_test.py PROGRAMS, the directory of the built programs. Ends
-with 77 without Ansible.
+Usage: status_backup_modules_test.py PROGRAMS, the directory of the built
+programs. Ends with 77 without Ansible.
 """
 import json
 
@@ -17,7 +17,7 @@ class StatusTest(module_case.ModuleTest):
         self.assertEqual((result["changed"], result["status"],
                           result["summary"]), (False, "warning", "1 problem"))
         direct = self.work.run(self.work.programs / "cli-status", "--json",
-                          environment=self.work.simulator(world))
+                               environment=self.work.simulator(world))
         self.assertEqual(result["snapshot"], json.loads(direct.stdout))
 
     def test_baseline_and_limits(self):

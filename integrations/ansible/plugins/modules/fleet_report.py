@@ -23,6 +23,13 @@ options:
         all hosts that have a snapshot.
     type: list
     elements: str
+  unread:
+    description:
+      - Hosts that could not be read now. They are unknown, and what is
+        reported of them is the state in an earlier snapshot, if there is one.
+    type: list
+    elements: str
+    default: []
   page:
     description: HTML page to write.
     type: path
@@ -121,6 +128,7 @@ def main():
         argument_spec={
             "snapshots": {"type": "path", "required": True},
             "hosts": {"type": "list", "elements": "str"},
+            "unread": {"type": "list", "elements": "str", "default": []},
             "page": {"type": "path"},
             "table": {"type": "path"},
             "title": {"type": "str", "default": "SATA RAID adapters"},
@@ -131,7 +139,8 @@ def main():
     programs.require_range(module, "batch_prefix", 1, 23)
     params = module.params
     records = fleet.read_fleet(params["snapshots"], params["hosts"],
-                               time.time(), params["max_age"])
+                               time.time(), params["max_age"],
+                               params["unread"])
     changed = write_outputs(module, {
         "page": fleet_page.page(records, params["title"],
                                 params["batch_prefix"]),
