@@ -22,7 +22,8 @@ class StatusTest(module_case.ModuleTest):
 
     def test_baseline_and_limits(self):
         world = new_world()
-        baseline, limits = self.work.path / "baseline", self.work.path / "limits"
+        baseline = self.work.path / "baseline"
+        limits = self.work.path / "limits"
         baseline.write_text(json.dumps(run("status_info", world)["snapshot"]))
         limits.write_text("battery-hot = 10\n")
         self.work.q5sim(world, "pull-drive", "0", "8")
