@@ -59,29 +59,30 @@ class BackupTest(module_case.ModuleTest):
     """With a fake cli-backup, for what the real one rarely does.
     """
 
-    def backup(self, text, **arguments):
+    def backup(self, text, last='echo "unchanged since $f.cfg"\n',
+               **arguments):
         directory = self.work.path / f"backups{next(module_case.COUNTER)}"
         directory.mkdir()
         pair = ('f=$2/host-20010909T014640Z\n'
                 'echo "{\\"format\\": 1}" >$f.json; echo x >$f.cfg\n')
         return self.work.module("backup", {
             "dest": "/nowhere", "directory": str(directory),
-            "backup_path": script(pair + text), **arguments})
+            "backup_path": script(pair + text + last), **arguments})
 
     def test_saved(self):
-        result = self.backup('echo "saved as $f"\n')
+        result = self.backup("", last='echo "saved as $f.cfg"\n')
         self.assertEqual((result["changed"], result["saved"]), (True, True))
         self.assertEqual([file["name"] for file in result["backups"]],
                          ["host-20010909T014640Z.json",
                           "host-20010909T014640Z.cfg"])
 
     def test_unchanged(self):
-        result = self.backup('echo "unchanged since $f"\n')
+        result = self.backup("")
         self.assertEqual((result["changed"], result["saved"]),
                          (False, False))
 
     def test_warning(self):
-        result = self.backup('echo "warning: less"; echo "saved as $f"\n'
+        result = self.backup('echo "warning: less"; echo "saved as $f.cfg"\n'
                              "exit 1\n")
         self.assertTrue(result["saved"])
         self.assertIn("warning: less", result["warnings"][0])
@@ -93,16 +94,25 @@ class BackupTest(module_case.ModuleTest):
                 f"cli-backup ended with status {status}: no")
 
     def test_newest_and_all(self):
-        more = ('cp $f.json $2/other-20200101T000000Z.json\n'
-                'cp $f.cfg $2/other-20200101T000000Z.cfg\n'
-                'touch $2/half-20300101T000000Z.json $2/notes.cfg\n')
-        for fetch, stems in (("newest", ["other-20200101T000000Z"]),
+        more = ('new=$2/host-20200101T000000Z\n'
+                'cp $f.json $new.json; cp $f.cfg $new.cfg\n'
+                'cp $f.json $2/other-20250101T000000Z.json\n'
+                'cp $f.cfg $2/other-20250101T000000Z.cfg\n'
+                'touch $2/host-20300101T000000Z.json $2/notes.cfg\n'
+                'touch $2/host-20310101T000000Z.cfg\n')
+        for fetch, stems in (("newest", ["host-20200101T000000Z"]),
                              ("all", ["host-20010909T014640Z",
-                                      "other-20200101T000000Z"])):
-            result = self.backup(more, fetch=fetch)
+                                      "host-20200101T000000Z"])):
+            result = self.backup(more, last='echo "saved as $new.cfg"\n',
+                                 fetch=fetch)
+            self.assertNotIn("failed", result)
             self.assertEqual([file["name"] for file in result["backups"]],
                              [stem + end for stem in stems
                               for end in (".json", ".cfg")])
+
+    def test_output_without_a_name(self):
+        self.assert_failed(self.backup("", last="echo hello\n"),
+                           "cli-backup did not name its backup: hello")
 
     def test_damaged(self):
         self.assert_failed(self.backup("echo '{' >$f.json\n"),
