@@ -52,6 +52,12 @@ def rates():
 
 
 class OutageTest(unittest.TestCase):
+    def test_0_wave_of_absent_hosts_is_the_last(self):
+        status, output, _ = play("rollout", "-e",
+                                 '{"sataraid_waves": [1, 2, 2]}')
+        self.assertNotEqual(status, 0, output)
+        self.assertEqual(set(rates().values()), {128})
+
     def test_1_rollout(self):
         status, output, results = play("rollout", "-e",
                                        '{"sataraid_waves": [2, 2, 1]}')
