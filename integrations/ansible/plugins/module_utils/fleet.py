@@ -143,9 +143,9 @@ def outdate(record, now, max_age):
     return record
 
 
-def mark_unread(record):
+def mark_unread(record, since):
     """A host that could not be read now may be in another state since."""
-    if record["time"] is not None:
+    if record["time"] is not None and record["time"] < since:
         worsen(record, "the host could not be read now; this is an earlier "
                        "state")
     return record
@@ -163,9 +163,8 @@ def badness(record):
             + [-number for number in counts(record)] + [record["host"]])
 
 
-def read_fleet(directory, hosts, now, max_age, unread=()):
+def read_fleet(directory, hosts, now, max_age, since=0):
     """The records of all hosts, the worst first."""
-    unread = {printable(host) for host in unread}
     paths = {names.host_name(os.path.basename(path)[:-len(".json")]): path
              for path in glob.glob(os.path.join(glob.escape(directory),
                                                 "*.json"))}
@@ -173,9 +172,8 @@ def read_fleet(directory, hosts, now, max_age, unread=()):
     records = [outdate(read_record(host, paths[host]), now, max_age)
                if host in paths else empty_record(host, "there is no snapshot")
                for host in wanted]
-    records = [mark_unread(record) if record["host"] in unread else record
-               for record in records]
-    return sorted(records, key=badness)
+    return sorted([mark_unread(record, since) for record in records],
+                  key=badness)
 
 
 def version_differences(records):

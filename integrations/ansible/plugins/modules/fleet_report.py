@@ -23,13 +23,13 @@ options:
         all hosts that have a snapshot.
     type: list
     elements: str
-  unread:
+  since:
     description:
-      - Hosts that could not be read now. They are unknown, and what is
-        reported of them is the state in an earlier snapshot, if there is one.
-    type: list
-    elements: str
-    default: []
+      - Time, in seconds since 1970. A host whose snapshot was saved before
+        could not be read now, so that it is unknown; what is reported of it
+        is an earlier state.
+    type: int
+    default: 0
   page:
     description: HTML page to write.
     type: path
@@ -128,7 +128,7 @@ def main():
         argument_spec={
             "snapshots": {"type": "path", "required": True},
             "hosts": {"type": "list", "elements": "str"},
-            "unread": {"type": "list", "elements": "str", "default": []},
+            "since": {"type": "int", "default": 0},
             "page": {"type": "path"},
             "table": {"type": "path"},
             "title": {"type": "str", "default": "SATA RAID adapters"},
@@ -140,7 +140,7 @@ def main():
     params = module.params
     records = fleet.read_fleet(params["snapshots"], params["hosts"],
                                time.time(), params["max_age"],
-                               params["unread"])
+                               params["since"])
     changed = write_outputs(module, {
         "page": fleet_page.page(records, params["title"],
                                 params["batch_prefix"]),
