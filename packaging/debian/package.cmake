@@ -40,10 +40,11 @@ batteries, buzzers, background activities and events of SATA RAID host
 adapters, one command from the shell or many at a prompt, and saves and
 restores configurations. cli-status reports whether everything is healthy, for
 people, scripts and monitoring systems; cli-wait waits until activities such as
-a rebuild have ended; cli-try shows on a copy of the adapters what a command
-would do; cli-backup keeps backups of the configuration, and cli-restore
-restores a controller from one. It needs the adapters' own libraries
-libzvq5plugin.so and libzverrlog.so, which are not part of this package.")
+a rebuild have ended; cli-patrol starts media patrol on all drives; cli-try
+shows on a copy of the adapters what a command would do; cli-backup keeps
+backups of the configuration, and cli-restore restores a controller from one.
+It needs the adapters' own libraries libzvq5plugin.so and libzverrlog.so, which
+are not part of this package.")
 
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_NAME cli-rehearsal)
 set(CPACK_DEBIAN_REHEARSAL_PACKAGE_SECTION admin)

@@ -20,4 +20,4 @@ function quoted(text) {
     print "expect " quoted(substr($0, 3)), name
     next
 }
-file != "" { gsub(/\\e/, "\\"); print > file }
+file != "" { gsub(/\\e/, "\\"); gsub("/tmp/", work "/"); gsub("^/usr/", work "/usr/"); print > file }

@@ -52,6 +52,12 @@ def rates():
 
 
 class OutageTest(unittest.TestCase):
+    def test_0_wave_of_absent_hosts_is_the_last(self):
+        status, output, _ = play("rollout", "-e",
+                                 '{"sataraid_waves": [1, 2, 2]}')
+        self.assertNotEqual(status, 0, output)
+        self.assertEqual(set(rates().values()), {128})
+
     def test_1_rollout(self):
         status, output, results = play("rollout", "-e",
                                        '{"sataraid_waves": [2, 2, 1]}')
@@ -74,6 +80,25 @@ class OutageTest(unittest.TestCase):
             ["HOST", "STATE"], [ABSENT, "unknown"], [LOST, "unknown"],
             [GOOD, "warning"], ["other", "warning"], [LAST, "warning"]])
         self.assertTrue(lines[1].endswith("there is no snapshot"))
+
+    def test_3_state_of_a_host_that_was_read_before(self):
+        directory = WORK.path / "report"
+        (WORK.path / "down" / GOOD).touch()
+        WORK.q5sim("other", "hang", "q5_*")
+        status, output, _ = play(
+            "report", "-e", f"sataraid_report_directory={directory}",
+            "-e", "sataraid_timeout=2")
+        self.assertEqual(status, 0, output)
+        lines = {line.split()[0]: line for line
+                 in (directory / "report.txt").read_text().splitlines()[1:]}
+        self.assertEqual({host: line.split()[1]
+                          for host, line in lines.items()},
+                         {ABSENT: "unknown", LOST: "unknown",
+                          GOOD: "unknown", "other": "unknown",
+                          LAST: "warning"})
+        for host in GOOD, "other":
+            self.assertTrue(lines[host].endswith(
+                "the host could not be read now; this is an earlier state"))
 
 
 def main():

@@ -108,6 +108,20 @@ class ReportTest(unittest.TestCase):
         self.assertEqual(fleet_page.summary(records), "7 hosts: 1 critical, "
                          "3 unknown, 2 warning, 1 ok")
 
+    def test_snapshots_of_earlier_runs(self):
+        self.save("now", snapshot(), 9)
+        self.save("before", snapshot("critical", [finding("critical")]), 11)
+        self.save("well before", snapshot(), 11)
+        records = fleet.read_fleet(str(self.directory), None, NOW, 3600,
+                                   NOW - 10)
+        earlier = ("unknown", "the host could not be read now; this is an "
+                              "earlier state")
+        self.assertEqual(
+            [(one["host"], one["status"], one["problems"])
+             for one in records],
+            [("before", "critical", [("critical", "t"), earlier]),
+             ("well before", "unknown", [earlier]), ("now", "ok", [])])
+
     def test_hosts_with_a_snapshot(self):
         for host in "b", "a/../x", "..":
             self.save(host, snapshot())

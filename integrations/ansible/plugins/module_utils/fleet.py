@@ -126,16 +126,28 @@ def read_record(host, path):
         return empty_record(host, "the snapshot is not that of cli-status")
 
 
+def worsen(record, problem):
+    """Adds a reason why the present state is unknown, as the first of them."""
+    record["problems"].insert(0, ("unknown", problem))
+    record["problems"].sort(key=lambda one: -RANKS[one[0]])
+    if RANKS[record["status"]] < RANKS["unknown"]:
+        record["status"] = "unknown"
+
+
 def outdate(record, now, max_age):
     """An outdated snapshot does not describe the present state."""
     if record["time"] is None or now - record["time"] <= max_age:
         return record
     hours = int(now - record["time"]) // 3600
-    record["problems"].append(
-        ("unknown", f"the snapshot is {hours} hours old"))
-    record["problems"].sort(key=lambda one: -RANKS[one[0]])
-    if RANKS[record["status"]] < RANKS["unknown"]:
-        record["status"] = "unknown"
+    worsen(record, f"the snapshot is {hours} hours old")
+    return record
+
+
+def mark_unread(record, since):
+    """A host that could not be read now may be in another state since."""
+    if record["time"] is not None and record["time"] < since:
+        worsen(record, "the host could not be read now; this is an earlier "
+                       "state")
     return record
 
 
@@ -151,7 +163,7 @@ def badness(record):
             + [-number for number in counts(record)] + [record["host"]])
 
 
-def read_fleet(directory, hosts, now, max_age):
+def read_fleet(directory, hosts, now, max_age, since=0):
     """The records of all hosts, the worst first."""
     paths = {names.host_name(os.path.basename(path)[:-len(".json")]): path
              for path in glob.glob(os.path.join(glob.escape(directory),
@@ -160,7 +172,8 @@ def read_fleet(directory, hosts, now, max_age):
     records = [outdate(read_record(host, paths[host]), now, max_age)
                if host in paths else empty_record(host, "there is no snapshot")
                for host in wanted]
-    return sorted(records, key=badness)
+    return sorted([mark_unread(record, since) for record in records],
+                  key=badness)
 
 
 def version_differences(records):

@@ -42,6 +42,12 @@ KINDS = {  # what the snapshot has as a value, and the value as cli takes it
 }
 
 
+LISTS = {  # the list in the snapshot, and the controller's number of them
+    "drives": ("drives", "diskCount"),
+    "logical drives": ("logicalDrives", "arrayCount"),
+}
+
+
 def values(table, record):
     """All settings of a record, by option."""
     return {option: KINDS[kind][0](record[field])
@@ -70,6 +76,18 @@ def controllers(module, snapshot):
         module.fail_json(msg="no controller could be read: "
                              + snapshot["summary"])
     return found
+
+
+def incomplete_list(module, snapshot, every):
+    """The first list that lacks objects, in words; empty if none does."""
+    if module.params["controller"] is None and (
+            snapshot["controllerCount"] != len(snapshot["controllers"])):
+        return "controllers"
+    key, count = LISTS.get(every, (None, None))
+    for one in controllers(module, snapshot) if key else ():
+        if one["info"] is None or one["info"][count] != len(one[key]):
+            return f"{every} of controller {one['id']}"
+    return ""
 
 
 def plan(module, table, targets):
@@ -133,13 +151,18 @@ def perform(module, table, step, find):
     return problem and f"{problem}; cli said: {said or 'nothing'}"
 
 
-def apply(module, table, find, choose):
+def apply(module, table, find, choose, every=None):
     """The whole run of a settings module.
 
     find(module, snapshot) lists the targets of a snapshot, and
     choose(module, targets) those that are wanted, with their values.
+    If all are wanted, "every" names the list that has to be complete.
     """
     snapshot = programs.read_snapshot(module, module.params["controller"])
+    lacking = every and incomplete_list(module, snapshot, every)
+    if lacking:
+        module.fail_json(msg=f"not all {lacking} could be read, so nothing "
+                             "was changed")
     steps = plan(module, table, choose(module, find(module, snapshot)))
     result = {"changed": bool(steps), "diff": describe(steps),
               "commands": [["cli", *step["select"], "-s",

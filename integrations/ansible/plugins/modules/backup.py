@@ -29,7 +29,8 @@ options:
     default: 30
   fetch:
     description:
-      - Whether to fetch the newest backup, or all backups of the host.
+      - Whether to fetch the newest backup, or all backups of the host. Those
+        of other hosts, in a directory that they share, are not fetched.
     type: str
     choices: [newest, all]
     default: newest
@@ -111,15 +112,27 @@ from ansible_collections.sataraid.cli.plugins.module_utils import programs
 
 SAVED = 0
 WARNING = 1  # saved too; any other exit status means that nothing was
-STEM = re.compile(r"(.+)-(\d{8}T\d{6}Z)\.cfg")
+LAST = re.compile(r"(?:saved as|unchanged since) (?:.*/)?"
+                  r"(.+-)(\d{8}T\d{6}Z)\.cfg")
 
 
-def stems(directory):
-    """The complete backups, oldest first; the .cfg appears last."""
-    found = [STEM.fullmatch(name) for name in os.listdir(directory)]
-    pairs = sorted((match[2], match[0][:-len(".cfg")])
-                   for match in found if match)
-    return [stem for _, stem in pairs]
+def last_backup(module, output):
+    """The host and the time of the newest backup, as cli-backup names it."""
+    for line in output:
+        match = LAST.fullmatch(line)
+        if match:
+            return match[1], match[2]
+    module.fail_json(msg="cli-backup did not name its backup: "
+                         + " ".join(output))
+
+
+def stems(directory, host, last):
+    """The backups of the host, oldest first; a pair is one of them."""
+    name = re.compile(re.escape(host) + r"\d{8}T\d{6}Z")
+    names = set(os.listdir(directory))
+    found = (file[:-len(".cfg")] for file in names if file.endswith(".cfg"))
+    return sorted(stem for stem in found if stem + ".json" in names
+                  and name.fullmatch(stem) and stem <= host + last)
 
 
 def check_pair(module, path):
@@ -134,12 +147,13 @@ def check_pair(module, path):
             for suffix in (".json", ".cfg")]
 
 
-def list_backups(module):
+def list_backups(module, output):
     directory = module.params["directory"]
+    host, last = last_backup(module, output)
     try:
-        wanted = stems(directory)
-        if module.params["fetch"] == "newest":
-            wanted = wanted[-1:]
+        wanted = [host + last]
+        if module.params["fetch"] == "all":
+            wanted = stems(directory, host, last)
         return [file for stem in wanted
                 for file in check_pair(module, os.path.join(directory, stem))]
     except (OSError, ValueError) as error:
@@ -179,7 +193,7 @@ def main():
     output = back_up(module)
     saved = any(line.startswith("saved as ") for line in output)
     module.exit_json(changed=saved, saved=saved, output=output,
-                     backups=list_backups(module))
+                     backups=list_backups(module, output))
 
 
 if __name__ == "__main__":

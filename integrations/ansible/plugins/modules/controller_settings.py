@@ -126,7 +126,7 @@ def main():
     for option, _, _, kind in TABLE:
         if kind == "number":
             programs.require_range(module, option, 1, 255)
-    settings.apply(module, TABLE, find, choose)
+    settings.apply(module, TABLE, find, choose, "controllers")
 
 
 if __name__ == "__main__":

@@ -9,7 +9,8 @@ description:
     with C(cli). Settings without a value are kept.
   - The task fails if a value did not take effect, if another one changed, or
     if the drive was exchanged meanwhile.
-  - Nothing is changed if the settings of any drive concerned cannot be read.
+  - Nothing is changed if the settings of any drive concerned cannot be read,
+    or if a controller lists fewer drives than it has.
 options:
   drive:
     description: Number of the drive, from 1 as in the listings of C(cli).
@@ -157,7 +158,8 @@ def main():
         supports_check_mode=True)
     programs.require_range(module, "controller", 0, 65535)
     programs.require_range(module, "drive", 1, 65536)
-    settings.apply(module, TABLE, find, choose)
+    one = module.params["drive"] is not None or module.params["serial"]
+    settings.apply(module, TABLE, find, choose, None if one else "drives")
 
 
 if __name__ == "__main__":

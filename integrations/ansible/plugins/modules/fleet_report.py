@@ -23,6 +23,13 @@ options:
         all hosts that have a snapshot.
     type: list
     elements: str
+  since:
+    description:
+      - Time, in seconds since 1970. A host whose snapshot was saved before
+        could not be read now, so that it is unknown; what is reported of it
+        is an earlier state.
+    type: int
+    default: 0
   page:
     description: HTML page to write.
     type: path
@@ -121,6 +128,7 @@ def main():
         argument_spec={
             "snapshots": {"type": "path", "required": True},
             "hosts": {"type": "list", "elements": "str"},
+            "since": {"type": "int", "default": 0},
             "page": {"type": "path"},
             "table": {"type": "path"},
             "title": {"type": "str", "default": "SATA RAID adapters"},
@@ -131,7 +139,8 @@ def main():
     programs.require_range(module, "batch_prefix", 1, 23)
     params = module.params
     records = fleet.read_fleet(params["snapshots"], params["hosts"],
-                               time.time(), params["max_age"])
+                               time.time(), params["max_age"],
+                               params["since"])
     changed = write_outputs(module, {
         "page": fleet_page.page(records, params["title"],
                                 params["batch_prefix"]),

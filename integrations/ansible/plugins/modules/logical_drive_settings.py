@@ -9,7 +9,8 @@ description:
     with C(cli). Settings without a value are kept.
   - The task fails if a value did not take effect, or if another one changed.
   - Nothing is changed if the settings of any logical drive concerned cannot
-    be read, or a battery that decides about the write policy.
+    be read, or a battery that decides about the write policy, or if a
+    controller lists fewer logical drives than it has.
 options:
   logical_drive:
     description: ID of the logical drive, from 0.
@@ -196,7 +197,10 @@ def main():
         required_by={"logical_drive": ("controller",)},
         supports_check_mode=True)
     check_arguments(module)
-    settings.apply(module, TABLE, find, choose)
+    one = (module.params["logical_drive"] is not None
+           or module.params["current_name"])
+    settings.apply(module, TABLE, find, choose,
+                   None if one else "logical drives")
 
 
 if __name__ == "__main__":

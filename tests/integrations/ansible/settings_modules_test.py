@@ -1,60 +1,20 @@
 #!/usr/bin/env python3
-"""Runs the modules in isolation, each over a simulated world.
+"""Runs the modules for settings in isolation, each over a simulated world.
 
-Usage: modules_test.py PROGRAMS, the directory of the built programs. Ends
-with 77 without Ansible.
+Usage: settings_modules_test.py PROGRAMS, the directory of the built
+programs. Ends with 77 without Ansible.
 """
-import itertools
 import json
-import sys
-import unittest
 
-import workspace
-
-WORK = None
-COUNTER = itertools.count()
-
-
-def new_world(change=None):
-    name = f"world{next(COUNTER)}"
-    WORK.make_world(name, change)
-    return name
-
-
-def script(text):
-    """A fake program."""
-    path = WORK.path / f"script{next(COUNTER)}"
-    path.write_text("#!/bin/sh\n" + text)
-    path.chmod(0o755)
-    return str(path)
-
-
-def run(module, world, check_mode=False, **arguments):
-    programs = {"cli_path": str(WORK.programs / "cli-rehearse"),
-                "status_path": str(WORK.programs / "cli-status")}
-    if module == "status_info":
-        del programs["cli_path"]
-    return WORK.module(module, {**programs, **arguments}, world, check_mode)
+import module_case
+from module_case import new_world, run, script
 
 
 def settings_texts(result):
     return [command[-1] for command in result["commands"]]
 
 
-class ModuleTest(unittest.TestCase):
-    def assert_failed(self, result, *parts):
-        self.assertTrue(result.get("failed"), result)
-        for part in parts:
-            self.assertIn(part, result["msg"])
-
-    def assert_refused(self, module, world, message, **arguments):
-        """Fails for this reason, and the world does not change."""
-        before = WORK.world(world).read_bytes()
-        self.assert_failed(run(module, world, **arguments), message)
-        self.assertEqual(WORK.world(world).read_bytes(), before)
-
-
-class ControllerTest(ModuleTest):
+class ControllerTest(module_case.ModuleTest):
     def test_all_settings_of_one_controller(self):
         world = new_world()
         wanted = {"rebuild_rate": 1, "sync_rate": 2, "init_rate": 3,
@@ -67,7 +27,7 @@ class ControllerTest(ModuleTest):
             "rebuildrate=1,syncrate=2,initrate=3,migraterate=4,mprate=255,"
             "smartpoll=5,encpoll=6,smart=disable,autorebuild=disable,"
             "rebuildpolicy=enable"])
-        first, second = WORK.read_world(world)["controllers"]
+        first, second = self.work.read_world(world)["controllers"]
         self.assertEqual(first["rates"], {
             "rebuild": 1, "synchronization": 2, "initialization": 3,
             "migration": 4, "mediaPatrol": 255})
@@ -82,8 +42,8 @@ class ControllerTest(ModuleTest):
 
     def test_check_mode(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_set*", "--after", "1000000")
-        before = WORK.world(world).read_bytes()
+        self.work.q5sim(world, "refuse", "q5_set*", "--after", "1000000")
+        before = self.work.world(world).read_bytes()
         result = run("controller_settings", world, check_mode=True,
                      rebuild_rate=9)
         self.assertTrue(result["changed"])
@@ -92,12 +52,12 @@ class ControllerTest(ModuleTest):
                        "controller 1": {"rebuild_rate": 128}},
             "after": {"controller 0": {"rebuild_rate": 9},
                       "controller 1": {"rebuild_rate": 9}}})
-        self.assertEqual(WORK.world(world).read_bytes(), before)
+        self.assertEqual(self.work.world(world).read_bytes(), before)
 
     def test_refused(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_setControllerSettings", "--after",
-                   "1")
+        self.work.q5sim(world, "refuse", "q5_setControllerSettings", "--after",
+                        "1")
         result = run("controller_settings", world, rebuild_rate=9)
         self.assert_failed(result, "controller 1: the change is not in "
                            "effect: rebuild_rate is 128, not 9")
@@ -107,24 +67,24 @@ class ControllerTest(ModuleTest):
     def test_unreadable_settings_are_not_replaced(self):
         for times in "1", "2":
             world = new_world()
-            WORK.q5sim(world, "refuse", "q5_getControllerSettings",
-                       "--times", times)
+            self.work.q5sim(world, "refuse", "q5_getControllerSettings",
+                            "--times", times)
             result = run("controller_settings", world, rebuild_rate=9)
             self.assert_failed(result, "controller 0: its settings cannot "
                                "be read, so nothing was changed")
-            for one in WORK.read_world(world)["controllers"]:
+            for one in self.work.read_world(world)["controllers"]:
                 self.assertEqual(one["rates"]["rebuild"], 128)
 
     def test_unreadable_afterward(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_getControllerSettings", "--after",
-                   "3")
+        self.work.q5sim(world, "refuse", "q5_getControllerSettings", "--after",
+                        "3")
         self.assert_failed(
             run("controller_settings", world, rebuild_rate=9),
             "controller 0: ", "its settings can no longer be read")
 
     def test_another_setting_changed_too(self):
-        cli = WORK.programs / "cli-rehearse"
+        cli = self.work.programs / "cli-rehearse"
         both = script(f'{cli} "$@"; {cli} ctrl -a mod -i 0 -s syncrate=7\n')
         self.assert_failed(
             run("controller_settings", new_world(), controller=0,
@@ -142,7 +102,7 @@ class ControllerTest(ModuleTest):
         self.assert_refused("controller_settings", world,
                             "there is no controller 7", controller=7,
                             rebuild_rate=9)
-        WORK.q5sim(world, "refuse", "q5_initialize")
+        self.work.q5sim(world, "refuse", "q5_initialize")
         self.assert_failed(run("controller_settings", world, rebuild_rate=9),
                            "no controller could be read: 1 problem, unknown")
 
@@ -159,7 +119,7 @@ class ControllerTest(ModuleTest):
                             "Unsupported parameters", rebuildrate=3)
 
 
-class DriveTest(ModuleTest):
+class DriveTest(module_case.ModuleTest):
     def test_one_drive(self):
         world = new_world()
         result = run("drive_settings", world, controller=0, drive=3,
@@ -168,12 +128,12 @@ class DriveTest(ModuleTest):
             "cli", "phydrv", "-a", "mod", "-p", "3", "-i", "0", "-s",
             "writecache=disable,ncq=disable"]])
         caches = [drive["writeCache"] for drive
-                  in WORK.read_world(world)["controllers"][0]["drives"]]
+                  in self.work.read_world(world)["controllers"][0]["drives"]]
         self.assertEqual(caches, [True, True, False] + [True] * 5)
 
     def test_serial_number(self):
         world = new_world()
-        serial = WORK.read_world(world)["controllers"][1]["drives"][2][
+        serial = self.work.read_world(world)["controllers"][1]["drives"][2][
             "serial"]
         result = run("drive_settings", world, serial=serial,
                      write_cache=False)
@@ -194,7 +154,7 @@ class DriveTest(ModuleTest):
         result = run("drive_settings", world, controller=1, drive=20,
                      write_cache=False)
         self.assertNotIn("failed", result)
-        drives = WORK.read_world(world)["controllers"][1]["drives"]
+        drives = self.work.read_world(world)["controllers"][1]["drives"]
         self.assertEqual([drive["id"] for drive in drives
                           if not drive["writeCache"]], [19])
 
@@ -210,7 +170,7 @@ class DriveTest(ModuleTest):
 
     def test_refused(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_setPhyDrvSettings")
+        self.work.q5sim(world, "refuse", "q5_setPhyDrvSettings")
         self.assert_failed(
             run("drive_settings", world, write_cache=False),
             "drive 1 of controller 0: the change is not in effect: "
@@ -218,12 +178,12 @@ class DriveTest(ModuleTest):
 
     def test_unreadable_settings_are_not_replaced(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_getPhyDrvSettings", "--after", "5",
-                   "--times", "1")
+        self.work.q5sim(world, "refuse", "q5_getPhyDrvSettings",
+                        "--after", "5", "--times", "1")
         result = run("drive_settings", world, write_cache=False)
         self.assert_failed(result, "drive 6 of controller 0: its settings "
                            "cannot be read")
-        for one in WORK.read_world(world)["controllers"]:
+        for one in self.work.read_world(world)["controllers"]:
             self.assertEqual({drive["writeCache"]
                               for drive in one["drives"]}, {True})
 
@@ -239,9 +199,9 @@ class DriveTest(ModuleTest):
                                 write_cache=False, **arguments)
 
 
-class LogicalDriveTest(ModuleTest):
+class LogicalDriveTest(module_case.ModuleTest):
     def drive(self, world, controller=0, number=0):
-        return WORK.read_world(world)["controllers"][controller][
+        return self.work.read_world(world)["controllers"][controller][
             "logicalDrives"][number]
 
     def test_all_settings(self):
@@ -274,11 +234,11 @@ class LogicalDriveTest(ModuleTest):
         run("logical_drive_settings", world, **arguments)
         for state, flags in (("failed", 0), ("charging", 1),
                              ("discharging", 0), ("full", 1)):
-            WORK.q5sim(world, "battery", "0", state)
+            self.work.q5sim(world, "battery", "0", state)
             run("logical_drive_settings", world, **arguments)
             self.assertEqual(self.drive(world)["cacheFlags"], flags, state)
             self.assertEqual(self.drive(world, 1)["cacheFlags"], 0)
-        WORK.q5sim(world, "refuse", "q5_getBatteryInfo")
+        self.work.q5sim(world, "refuse", "q5_getBatteryInfo")
         self.assert_failed(
             run("logical_drive_settings", world, **arguments),
             "the battery cannot be read, so nothing was changed")
@@ -310,7 +270,7 @@ class LogicalDriveTest(ModuleTest):
 
     def test_refused(self):
         world = new_world()
-        WORK.q5sim(world, "refuse", "q5_setLogDrvSettings")
+        self.work.q5sim(world, "refuse", "q5_setLogDrvSettings")
         self.assert_failed(
             run("logical_drive_settings", world, look_ahead=1),
             "logical drive 0 of controller 0: the change is not in effect: "
@@ -329,120 +289,47 @@ class LogicalDriveTest(ModuleTest):
                                 **arguments)
 
 
-class StatusTest(ModuleTest):
-    def test_state(self):
-        world = new_world()
-        result = run("status_info", world)
-        self.assertEqual((result["changed"], result["status"],
-                          result["summary"]), (False, "warning", "1 problem"))
-        direct = WORK.run(WORK.programs / "cli-status", "--json",
-                          environment=WORK.simulator(world))
-        self.assertEqual(result["snapshot"], json.loads(direct.stdout))
+class IncompleteListTest(module_case.ModuleTest):
+    """All objects are wanted, and the adapter does not list all of them."""
 
-    def test_baseline_and_limits(self):
-        world = new_world()
-        baseline, limits = WORK.path / "baseline", WORK.path / "limits"
-        baseline.write_text(json.dumps(run("status_info", world)["snapshot"]))
-        limits.write_text("battery-hot = 10\n")
-        WORK.q5sim(world, "pull-drive", "0", "8")
-        result = run("status_info", world, baseline=str(baseline),
-                     limits=str(limits), controller=0)
-        rules = {one["rule"] for one in result["snapshot"]["findings"]}
-        self.assertLessEqual({"drive-missing", "battery-hot"}, rules)
-
-    def test_no_library(self):
-        world = new_world()
-        WORK.q5sim(world, "refuse", "q5_initialize")
-        result = run("status_info", world)
-        self.assertNotIn("failed", result)
-        self.assertEqual(result["status"], "unknown")
-
-    def test_what_is_not_a_snapshot(self):
-        for text, message in (("echo hello", "not JSON"),
-                              ("echo '{\"format\": 2}'", "not of format 1"),
-                              ("echo 7", "not of format 1"),
-                              ("echo wrong >&2; exit 3", "wrong")):
-            self.assert_failed(run("status_info", None,
-                                   status_path=script(text + "\n")), message)
-
-    def test_program_that_hangs_or_is_missing(self):
-        hangs = script("exec sleep 60\n")
-        self.assert_failed(run("status_info", None, status_path=hangs,
-                               timeout=1), "took longer than 1 seconds")
-        self.assert_failed(run("status_info", None, status_path="no-such"),
-                           "no-such")
-
-
-class BackupTest(ModuleTest):
-    """With a fake cli-backup, for what the real one rarely does.
-    """
-
-    def backup(self, text, **arguments):
-        directory = WORK.path / f"backups{next(COUNTER)}"
-        directory.mkdir()
-        pair = ('f=$2/host-20010909T014640Z\n'
-                'echo "{\\"format\\": 1}" >$f.json; echo x >$f.cfg\n')
-        return WORK.module("backup", {
-            "dest": "/nowhere", "directory": str(directory),
-            "backup_path": script(pair + text), **arguments})
-
-    def test_saved(self):
-        result = self.backup('echo "saved as $f"\n')
-        self.assertEqual((result["changed"], result["saved"]), (True, True))
-        self.assertEqual([file["name"] for file in result["backups"]],
-                         ["host-20010909T014640Z.json",
-                          "host-20010909T014640Z.cfg"])
-
-    def test_unchanged(self):
-        result = self.backup('echo "unchanged since $f"\n')
-        self.assertEqual((result["changed"], result["saved"]),
-                         (False, False))
-
-    def test_warning(self):
-        result = self.backup('echo "warning: less"; echo "saved as $f"\n'
-                             "exit 1\n")
-        self.assertTrue(result["saved"])
-        self.assertIn("warning: less", result["warnings"][0])
-
-    def test_failed(self):
-        for status in 2, 3, 127:
+    def test_refused_lists(self):
+        for module, operation, what, arguments in (
+                ("drive_settings", "q5_getPhyDrvInfo", "drives",
+                 {"write_cache": False}),
+                ("logical_drive_settings", "q5_getLogDrvInfo",
+                 "logical drives", {"look_ahead": 1})):
+            world = new_world()
+            self.work.q5sim(world, "refuse", operation)
             self.assert_failed(
-                self.backup(f"echo no >&2; exit {status}\n"),
-                f"cli-backup ended with status {status}: no")
+                run(module, world, **arguments),
+                f"not all {what} of controller 0 could be read, so nothing "
+                "was changed")
 
-    def test_newest_and_all(self):
-        more = ('cp $f.json $2/other-20200101T000000Z.json\n'
-                'cp $f.cfg $2/other-20200101T000000Z.cfg\n'
-                'touch $2/half-20300101T000000Z.json $2/notes.cfg\n')
-        for fetch, stems in (("newest", ["other-20200101T000000Z"]),
-                             ("all", ["host-20010909T014640Z",
-                                      "other-20200101T000000Z"])):
-            result = self.backup(more, fetch=fetch)
-            self.assertEqual([file["name"] for file in result["backups"]],
-                             [stem + end for stem in stems
-                              for end in (".json", ".cfg")])
+    def test_unknown_number(self):
+        world = new_world()
+        self.work.q5sim(world, "refuse", "q5_getControllerInfo")
+        result = run("drive_settings", world, write_cache=False)
+        self.assert_failed(result, "not all drives of controller 0")
+        for one in self.work.read_world(world)["controllers"]:
+            self.assertEqual({drive["writeCache"]
+                              for drive in one["drives"]}, {True})
 
-    def test_damaged(self):
-        self.assert_failed(self.backup("echo '{' >$f.json\n"),
-                           "is damaged: the output is not JSON")
-        self.assert_failed(self.backup(": >$f.cfg\n"),
-                           "is damaged: its .cfg is empty")
+    def test_one_of_an_incomplete_list(self):
+        world = new_world()
+        self.work.q5sim(world, "refuse", "q5_getControllerInfo")
+        result = run("drive_settings", world, controller=0, drive=3,
+                     write_cache=False)
+        self.assertNotIn("failed", result)
+        self.assertTrue(result["changed"])
 
-    def test_arguments(self):
-        self.assert_failed(self.backup("", keep=0), "keep is 0, not 1 to")
-        self.assert_failed(WORK.module("backup", {}),
-                           "missing required arguments: dest")
-
-
-def main():
-    global WORK
-    workspace.skip_without("ansible-playbook")
-    WORK = workspace.Workspace(sys.argv.pop(1))
-    try:
-        unittest.main()
-    finally:
-        WORK.close()
+    def test_missing_controller(self):
+        lists_one = script("printf '%s' '" + json.dumps({
+            "format": 1, "controllerCount": 2, "summary": "",
+            "controllers": [{"id": 0, "settings": None}]}) + "'\n")
+        self.assert_failed(
+            run("controller_settings", new_world(), rebuild_rate=9,
+                status_path=lists_one), "not all controllers could be read")
 
 
 if __name__ == "__main__":
-    main()
+    module_case.main()
