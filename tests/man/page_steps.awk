@@ -3,7 +3,7 @@
 
 function quoted(text) {
     gsub(/\\e/, "\\", text)
-    gsub("/tmp/", work "/", text)
+    gsub("/root/", work "/", text)
     sub(/^timeout 10 /, "timeout 1 ", text) # what does not answer, never does
     gsub(/'/, "'\\''", text)
     return "'" text "'"
@@ -20,4 +20,4 @@ function quoted(text) {
     print "expect " quoted(substr($0, 3)), name
     next
 }
-file != "" { gsub(/\\e/, "\\"); gsub("/tmp/", work "/"); gsub("^/usr/", work "/usr/"); print > file }
+file != "" { gsub(/\\e/, "\\"); gsub("/root/", work "/"); gsub("^/usr/", work "/usr/"); print > file }
