@@ -25,6 +25,10 @@ struct TrySession : Session {
         EXPECT_FALSE(fs::exists(path("CLIEvent.dat"))); // the events of the real adapters stay unread
     }
     std::string calls() const { return path("guarded.calls"); }
+    ProcessOutcome runList(const std::string& commands) {
+        writeFile(path("plan"), commands);
+        return run({"-f", path("plan")});
+    }
 };
 
 static const std::string kFooter = "\nNone of this has been done on the real adapters.\n";
@@ -153,12 +157,11 @@ TEST(Try, ClearingImportLosesWhatItDeletes) {
 
 TEST(Try, ListStopsAtTheFirstRefusedCommand) {
     TrySession session;
-    writeFile(session.path("plan"), "# first the spare\n"
-                                    "\n"
-                                    "extent -a free -p 6 -e 0 -i 0\n"
-                                    "logdrv -a del -l 9 -i 0\n"
-                                    "logdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("# first the spare\n"
+                                                   "\n"
+                                                   "extent -a free -p 6 -e 0 -i 0\n"
+                                                   "logdrv -a del -l 9 -i 0\n"
+                                                   "logdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_NE(outcome.out.find("cli>extent -a free -p 6 -e 0 -i 0\n"), std::string::npos) << outcome.out;
     EXPECT_NE(outcome.out.find("cli>logdrv -a del -l 9 -i 0\n"), std::string::npos);
@@ -185,8 +188,7 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
                    std::to_string(line + 1) +
                    ": q5_freeHBAExtent: freeing: extent 0 of drive 1 is not a spare\n";
     }
-    writeFile(session.path("plan"), plan);
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList(plan);
     EXPECT_EQ(outcome.status, 2) << outcome;
     EXPECT_NE(outcome.out.find("cli>phydrv -a mod -p 7 -i 0 -s writecache=disable\ncli>extent"),
               std::string::npos);
@@ -196,10 +198,9 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
 // cli itself skips these, prints nothing and returns 0.
 TEST(Try, ReportsActivityCommandsThatDoNothing) {
     TrySession session;
-    writeFile(session.path("plan"), "migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
-                                    "INIT -a start -l 1 -i 0\n"
-                                    "init\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
+                                                   "INIT -a start -l 1 -i 0\n"
+                                                   "init\n");
     EXPECT_EQ(outcome.status, 2) << outcome;
     const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n\n";
     EXPECT_NE(outcome.out.find("\nWhat would be refused:\n  line 2: init" + why), std::string::npos)
@@ -212,8 +213,7 @@ TEST(Try, ReportsActivityCommandsThatDoNothing) {
 // A loss after a refusal that the list does not stop at is a loss.
 TEST(Try, ListShowsLossesAfterSilentRefusals) {
     TrySession session;
-    writeFile(session.path("plan"), "rc -a pause -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("rc -a pause -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 1) << outcome;
     EXPECT_NE(outcome.out.find("  line 1: rc: nothing was done"), std::string::npos) << outcome;
 }
@@ -228,8 +228,7 @@ TEST(Try, ListSplitsWordsAsThePromptDoes) {
 
 TEST(Try, LostDataTakesPrecedenceOverARefusal) {
     TrySession session;
-    writeFile(session.path("plan"), "logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
-    EXPECT_EQ(session.run({"-f", session.path("plan")}).status, 1);
+    EXPECT_EQ(session.runList("logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n").status, 1);
 }
 
 TEST(Try, PromptOnTheCopy) {
@@ -282,8 +281,7 @@ TEST(Try, RefusesLinesThatThePromptWouldSplit) {
 
 TEST(Try, ExitEndsTheList) {
     TrySession session;
-    writeFile(session.path("plan"), "ctrl\n \"Exit\"\nlogdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("ctrl\n \"Exit\"\nlogdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_EQ(outcome.out.find("cli>logdrv"), std::string::npos) << outcome;
 }
