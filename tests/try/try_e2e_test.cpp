@@ -200,14 +200,17 @@ TEST(Try, ReportsActivityCommandsThatDoNothing) {
     TrySession session;
     const ProcessOutcome outcome = session.runList("migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
                                                    "INIT -a start -l 1 -i 0\n"
-                                                   "init\n");
+                                                   "init\n"
+                                                   "sync -l 1 -i 0\n");
     EXPECT_EQ(outcome.status, 2) << outcome;
-    const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n\n";
-    EXPECT_NE(outcome.out.find("\nWhat would be refused:\n  line 2: init" + why), std::string::npos)
+    const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n";
+    EXPECT_NE(
+        outcome.out.find("\nWhat would be refused:\n  line 2: init" + why + "  line 4: sync" + why + "\n"),
+        std::string::npos)
         << outcome;
     const ProcessOutcome single = session.run({"rc", "-a", "pause", "-l", "0", "-i", "0"});
     EXPECT_EQ(single.status, 2) << single;
-    EXPECT_NE(single.out.find("\nWhat would be refused:\n  rc" + why), std::string::npos) << single;
+    EXPECT_NE(single.out.find("\nWhat would be refused:\n  rc" + why + "\n"), std::string::npos) << single;
 }
 
 // A loss after a refusal that the list does not stop at is a loss.
