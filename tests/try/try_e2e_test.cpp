@@ -221,6 +221,37 @@ TEST(Try, ListShowsLossesAfterSilentRefusals) {
     EXPECT_NE(outcome.out.find("  line 1: rc: nothing was done"), std::string::npos) << outcome;
 }
 
+// This one prints its complaint until it can no longer write it.
+static const std::string kEndless = "enclosure -a locate -e 0 x y";
+static const std::string kEnded = "Invalid command for \"enclosure\"\n\n"
+                                  "Exit status: none; the command was ended after 1048576 bytes of output\n";
+static const std::string kNotTried =
+    "cli-try: a command was ended after 1048576 bytes of output: what else it would do is unknown\n";
+
+TEST(Try, EndsAnEndlessCommand) {
+    TrySession session;
+    const ProcessOutcome single = session.run({"enclosure", "-a", "locate", "-e", "0", "x", "y"});
+    EXPECT_EQ(single.status, 3) << single.err;
+    EXPECT_EQ(single.err, kNotTried);
+    EXPECT_LT(single.out.size(), 2000u);
+    EXPECT_NE(single.out.find(kEnded), std::string::npos) << single.out.substr(0, 2000);
+    const ProcessOutcome list = session.runList("ctrl\n" + kEndless + "\nlogdrv -a del -l 0 -i 0\n");
+    EXPECT_EQ(list.status, 3) << list.err;
+    EXPECT_EQ(list.err, kNotTried);
+    EXPECT_NE(list.out.find(kEnded), std::string::npos) << list.out.substr(0, 2000);
+    EXPECT_EQ(list.out.find("cli>logdrv"), std::string::npos);
+}
+
+// A loss is certain whatever else the command would do.
+TEST(Try, ReportsTheLossBeforeAnEndlessCommand) {
+    TrySession session;
+    const ProcessOutcome outcome = session.runList("logdrv -a del -l 0 -i 0\n" + kEndless + "\n");
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_NE(outcome.out.find(kEnded), std::string::npos) << outcome.out.substr(0, 2000);
+    EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
+}
+
 TEST(Try, ListSplitsWordsAsThePromptDoes) {
     TrySession session;
     writeFile(session.path("plan"), "logdrv -a mod -l 0 -i 0 -s \"name=two words\"\nlogdrv -v -l 0");
