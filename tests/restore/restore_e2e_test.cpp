@@ -1,4 +1,6 @@
 // cli-restore over simulated worlds: plans, obstacles, and what --apply leaves.
+#include <sys/stat.h>
+
 #include "tests/restore/restore_fixture.h"
 
 TEST_F(Restore, HasNothingToDoWhenNothingChanged) {
@@ -538,7 +540,8 @@ TEST_F(Restore, NeedsTwoMatchingFiles) {
     changed.replace(changed.find("<SyncRate> 102"), 14, "<SyncRate> 103");
     writeFile(session.path("kept/a.json"), content(newest() + ".json"));
     const auto run = [&](const char* file) { return runOther(CLI_RESTORE_REHEARSE, {"-i", "0", file}); };
-    EXPECT_EQ(run("kept/a.json"), (ProcessOutcome{3, "", "cli-restore: cannot read kept/a.cfg\n"}));
+    EXPECT_EQ(run("kept/a.json"),
+              (ProcessOutcome{3, "", "cli-restore: cannot read kept/a.cfg: No such file or directory\n"}));
     writeFile(session.path("kept/a.cfg"), changed);
     EXPECT_EQ(
         run("kept/a.cfg"),
@@ -547,7 +550,26 @@ TEST_F(Restore, NeedsTwoMatchingFiles) {
                         "exported file is \"<SyncRate> 103\"; the adapters report \"<SyncRate> 102\"\n"}));
     writeFile(session.path("kept/a.cfg"), cfg);
     EXPECT_EQ(run("kept/a").status, 0);
-    EXPECT_EQ(run("none"), (ProcessOutcome{3, "", "cli-restore: cannot read none.json\n"}));
+    EXPECT_EQ(run("none"),
+              (ProcessOutcome{3, "", "cli-restore: cannot read none.json: No such file or directory\n"}));
+}
+
+// A pipe without a writer, and a device without an end.
+TEST_F(Restore, ReadsNothingButFiles) {
+    const std::string stem = newest(); // without a regular .cfg, there is no newest one
+    for (const char* suffix : {".json", ".cfg"})
+        for (const char* other : {"pipe", "/dev/zero"}) {
+            const std::string path = stem + suffix, saved = content(path);
+            std::filesystem::remove(session.path(path));
+            if (other[0] == '/')
+                std::filesystem::create_symlink(other, session.path(path));
+            else
+                ASSERT_EQ(mkfifo(session.path(path).c_str(), 0600), 0);
+            const std::string problem = "cli-restore: cannot read " + path + ": it is not a regular file\n";
+            EXPECT_EQ(runOther(CLI_RESTORE_REHEARSE, {"-i", "0", stem}), (ProcessOutcome{3, "", problem}));
+            std::filesystem::remove(session.path(path));
+            writeFile(session.path(path), saved);
+        }
 }
 
 TEST_F(Restore, NeedsTheController) {
