@@ -184,6 +184,31 @@ TEST_F(Backup, ReportsListingsThatContradictTheController) {
         << outcome;
 }
 
+// The settings of the drives can still be read: the export has blocks of drives that the snapshot lacks.
+TEST_F(Backup, KeepsABackupWithoutTheListOfDrives) {
+    for (const char* kind : {"refuse", "zero"})
+        for (const std::string& world : {fixtureWorld("every_level"), fixtureWorld("two_controllers"),
+                                         readFile(STATUS_SOURCES "/healthy.world.json")}) {
+            SCOPED_TRACE(kind);
+            std::filesystem::remove_all(kept);
+            std::filesystem::create_directory(kept);
+            session.useWorld(world);
+            ASSERT_EQ(backup().status, 0);
+            const std::string good = newest();
+            ASSERT_EQ(q5sim({kind, "q5_getPhyDrvInfo"}).status, 0);
+            const ProcessOutcome outcome = backup({"--keep", "1"});
+            EXPECT_EQ(outcome.status, 1) << outcome;
+            EXPECT_NE(outcome.out.find("; the backup is incomplete\n"), std::string::npos) << outcome;
+            EXPECT_NE(outcome.out.find("saved as " + newest()), std::string::npos) << outcome;
+            EXPECT_NE(content(newest() + ".cfg").find("<PhyDrvID> 2\n"), std::string::npos);
+            EXPECT_EQ(stems().size(), 2u);
+            EXPECT_EQ(stems()[0], good);
+            const ProcessOutcome again = backup();
+            EXPECT_EQ(again.status, 1) << again;
+            EXPECT_NE(again.out.find("unchanged since " + newest()), std::string::npos) << again;
+        }
+}
+
 TEST_F(Backup, AnIncompleteBackupReplacesNone) {
     backup();
     const std::string good = newest();
