@@ -4,12 +4,13 @@
 TEST(Plan, SplitsWhereAnExtentHasToBegin) {
     const Plan plan = makePlan(controllerWithMirror(), controllerWith(2, 40960), {});
     EXPECT_EQ(plan.obstacles, Texts());
-    EXPECT_EQ(textsOf(plan),
-              (Texts{"split extent 0 of drive 1 at 2 MB", "split extent 0 of drive 2 at 2 MB",
-                     "create logical drive 0 Mirror: RAID1 of 8192 sectors on drive 1 extent 1 "
-                     "(8192 sectors from 4096), drive 2 extent 1 (8192 sectors from 4096)",
-                     "set logical drive 0: "
-                     "writepolicy=writethru,lookahead=0,consolidation=disable"}));
+    EXPECT_EQ(
+        textsOf(plan),
+        (Texts{"split extent 0 of drive 1 at 2 MB", "split extent 0 of drive 2 at 2 MB",
+               "create logical drive 0 Mirror: RAID1 of 8192 sectors on drive 1 extent 1 "
+               "(8192 sectors from 4096), drive 2 extent 1 (8192 sectors from 4096)",
+               "set logical drive 0: "
+               "writepolicy=writethru,lookahead=0,consolidation=disable (unless it is created with them)"}));
     EXPECT_EQ(plan.steps[2].arrayRecord.extents[1], 1);
     EXPECT_EQ(plan.steps[2].arrayRecord.sectorCount, 8192u);
 }

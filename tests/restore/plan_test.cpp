@@ -30,6 +30,29 @@ TEST(Plan, ListsThatCouldNotBeReadPreventThePlan) {
                      "not all drives can be read: q5_getPhyDrvInfo listed ID 2 twice or out of order"}));
 }
 
+// The adapter reported no error, but lists less than the controller counts.
+TEST(Plan, ShortListsPreventThePlan) {
+    Controller whole = controllerWithMirror();
+    whole.info = ControllerInfo{};
+    whole.info->diskCount = 2;
+    whole.info->arrayCount = 1;
+    EXPECT_EQ(makePlan(whole, whole, {}).obstacles, Texts());
+    Controller broken = whole;
+    broken.logicalDrives.clear();
+    broken.drives.pop_back();
+    const Plan plan = makePlan(broken, whole, {});
+    EXPECT_EQ(plan.obstacles, (Texts{"the backup does not contain all drives: the controller counted 2, but "
+                                     "listed 1",
+                                     "the backup does not contain all logical drives: the controller "
+                                     "counted 1, but listed 0"}));
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, Texts());
+    EXPECT_EQ(makePlan(whole, broken, {}).obstacles,
+              (Texts{"not all drives can be read: the controller counts 2, but lists 1",
+                     "not all logical drives can be read: the controller counts 1, but lists 0"}));
+    EXPECT_EQ(unknownDrive(broken, {{2, 1}}), std::nullopt);
+}
+
 TEST(Plan, RecordsWithImpossibleCountsPreventThePlan) {
     const Controller whole = controllerWithMirror();
     Controller broken = whole;

@@ -14,7 +14,8 @@ static const char kBlankPlan[] =
     "101, auto rebuild enable\n"
     "2. create logical drive 0 Data: RAID1 of 1024000 sectors on drive 1 extent 0 (1024000 sectors from 0), "
     "drive 2 extent 0 (1024000 sectors from 0)\n"
-    "3. set logical drive 0: writepolicy=writeback,lookahead=4,consolidation=enable\n"
+    "3. set logical drive 0: writepolicy=writeback,lookahead=4,consolidation=enable (unless it is created "
+    "with them)\n"
     "4. make extent 0 of drive 3 a global spare\n";
 
 TEST_F(Restore, PlansAndShowsTheOutcomeOnACopy) {
