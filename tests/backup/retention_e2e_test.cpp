@@ -209,6 +209,29 @@ TEST_F(Backup, KeepsABackupWithoutTheListOfDrives) {
         }
 }
 
+// An export queries each member alone; its list of extents lacks those that are refused.
+TEST_F(Backup, KeepsABackupWithADriveThatIsRefusedAlone) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest(), extents = "<LogDrvDiskExtentIndex> ";
+    ASSERT_NE(content(good + ".cfg").find(extents + "(0,0)\n"), std::string::npos);
+    session.preferLibraries(REFUSING);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_EQ(
+        outcome.out.rfind("warning: drive 2 of controller 0: q5_getPhyDrvInfo failed with result 1; the "
+                          "backup is incomplete\n",
+                          0),
+        0u)
+        << outcome;
+    EXPECT_EQ(content(newest() + ".cfg").find(extents + "(0,0)\n"), std::string::npos);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+    const ProcessOutcome again = backup();
+    EXPECT_EQ(again.status, 1) << again;
+    EXPECT_NE(again.out.find("unchanged since " + newest()), std::string::npos) << again;
+}
+
 TEST_F(Backup, AnIncompleteBackupReplacesNone) {
     backup();
     const std::string good = newest();

@@ -66,6 +66,15 @@ TEST(Plan, RecordsWithImpossibleCountsPreventThePlan) {
                      "q5_getLogDrvInfo returned the impossible count 77"}));
 }
 
+// Only the exported file lacks something: see cli-backup.
+TEST(Plan, UsesABackupWithADriveThatWasRefusedAlone) {
+    Controller saved = controllerWithMirror();
+    saved.drives[1].faults = {{"q5_getPhyDrvInfo", FaultKind::refused, 1}};
+    const Plan plan = makePlan(saved, controllerWith(2, 40960), {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.steps.size(), 4u);
+}
+
 TEST(Plan, SparesComeLast) {
     Controller saved = controllerWithMirror();
     Drive third = controllerWith(3, 40960).drives[2];

@@ -11,8 +11,8 @@
 #include "snapshot/text.h"
 #include "tools/common/option_table.h"
 
-// A line of the expected file. extentsUnknown: the line of a logical drive whose members are not all there,
-// for which the extents depend on more than the snapshot holds.
+// A line of the expected file. extentsUnknown: the line of a logical drive of which a member is not there, or
+// was refused alone: the extents depend on more than the snapshot holds.
 struct ExpectedLine {
     std::string text;
     bool extentsUnknown = false;
@@ -146,11 +146,17 @@ std::string furtherDriveBlocks(const Snapshot& snapshot) {
     return text;
 }
 
+static bool wasRefusedAlone(const Drive& drive) {
+    return std::any_of(drive.faults.begin(), drive.faults.end(), [](const Fault& fault) {
+        return fault.operation == "q5_getPhyDrvInfo" && fault.kind == FaultKind::refused;
+    });
+}
+
 // The index of the drive's first extent that belongs to the array.
 static std::optional<std::uint8_t> extentOf(const Controller& controller, std::uint32_t driveId,
                                             std::uint16_t arrayId) {
     const Drive* drive = findDrive(controller, driveId + 1);
-    if (drive == nullptr)
+    if (drive == nullptr || wasRefusedAlone(*drive))
         return std::nullopt;
     for (const ExtentEntry& extent : extents(drive->info))
         if (extent.arrayId == arrayId)

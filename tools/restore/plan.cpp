@@ -92,7 +92,9 @@ static void checkLists(std::vector<std::string>* obstacles, const Controller& co
     addUnread(obstacles, controller.faults, inBackup);
     addShortLists(obstacles, controller, inBackup);
     for (const Drive& drive : controller.drives)
-        addUnread(obstacles, drive.faults, inBackup);
+        for (const Fault& fault : drive.faults)
+            if (fault.kind != FaultKind::refused) // a drive that was refused alone is listed nevertheless
+                addUnread(obstacles, {fault}, inBackup);
     for (const LogicalDrive& drive : controller.logicalDrives)
         addUnread(obstacles, drive.faults, inBackup);
 }
