@@ -218,6 +218,25 @@ TEST_F(Backup, RefusesALinkAsWorkDirectory) {
     EXPECT_EQ(content("precious/file"), "x");
 }
 
+// Another user than the one who made the backups. No other run is to blame.
+TEST_F(Backup, ReportsMissingPermission) {
+    namespace fs = std::filesystem;
+    ASSERT_EQ(backup().status, 0);
+    for (const std::string& file :
+         {std::string(CLI_BACKUP), std::string(PROGRAMS "/../lib/libzvq5plugin.so")})
+        fs::copy_file(file, session.path(fs::path(file).filename().string()));
+    fs::permissions(session.path("cli-backup"), fs::perms(0755));
+    for (const std::string& directory : {session.directory, kept})
+        fs::permissions(directory, fs::perms(0755));
+    fs::permissions(kept + "/.cli-backup", fs::perms::none);
+    session.program = session.path("cli-backup");
+    session.preferLibraries(session.directory);
+    session.unprivileged = true;
+    EXPECT_EQ(session.run({"-d", "kept", "--cli", "cli-backup"}),
+              (ProcessOutcome{3, "", "cli-backup: cannot use kept/.cli-backup: Permission denied\n"}));
+    fs::permissions(kept + "/.cli-backup", fs::perms(0700));
+}
+
 TEST_F(Backup, NeedsControllers) {
     backup();
     const Files before = files();
@@ -261,11 +280,14 @@ TEST_F(Backup, RefusesAnExportThatDiffersFromTheAdapters) {
     const char* const changes[] = {"sed -i s/'<InitRate> .*/<InitRate> 1/' new.cfg", "sed -i 40d new.cfg",
                                    "echo '[CrtlSetIndex] 9' >>new.cfg", "truncate -s -1 new.cfg",
                                    ": >new.cfg"};
-    for (const char* change : changes) {
-        const ProcessOutcome outcome = backupWithScript(session, run + change);
-        EXPECT_EQ(outcome.status, 3) << change;
-        EXPECT_NE(outcome.err.find("the exported file "), std::string::npos) << change << outcome;
-        EXPECT_EQ(files(), Files()) << change;
+    for (const char* world : {"complete", "without the list of drives"}) {
+        for (const char* change : changes) {
+            const ProcessOutcome outcome = backupWithScript(session, run + change);
+            EXPECT_EQ(outcome.status, 3) << change << world;
+            EXPECT_NE(outcome.err.find("the exported file "), std::string::npos) << change << outcome;
+            EXPECT_EQ(files(), Files()) << change << world;
+        }
+        ASSERT_EQ(q5sim({"refuse", "q5_getPhyDrvInfo"}).status, 0);
     }
 }
 

@@ -104,7 +104,9 @@ TEST_F(Backup, ReadsNothingButFiles) {
         ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
         const ProcessOutcome outcome = backup();
         EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(outcome.out.rfind("warning: cannot read " + damaged + suffix + "\n", 0), 0u) << outcome;
+        const std::string warning =
+            "warning: cannot read " + damaged + suffix + ": it is not a regular file\n";
+        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
     }
 }
 
@@ -180,6 +182,54 @@ TEST_F(Backup, ReportsListingsThatContradictTheController) {
                                "the backup is incomplete\n"),
               std::string::npos)
         << outcome;
+}
+
+// The settings of the drives can still be read: the export has blocks of drives that the snapshot lacks.
+TEST_F(Backup, KeepsABackupWithoutTheListOfDrives) {
+    for (const char* kind : {"refuse", "zero"})
+        for (const std::string& world : {fixtureWorld("every_level"), fixtureWorld("two_controllers"),
+                                         readFile(STATUS_SOURCES "/healthy.world.json")}) {
+            SCOPED_TRACE(kind);
+            std::filesystem::remove_all(kept);
+            std::filesystem::create_directory(kept);
+            session.useWorld(world);
+            ASSERT_EQ(backup().status, 0);
+            const std::string good = newest();
+            ASSERT_EQ(q5sim({kind, "q5_getPhyDrvInfo"}).status, 0);
+            const ProcessOutcome outcome = backup({"--keep", "1"});
+            EXPECT_EQ(outcome.status, 1) << outcome;
+            EXPECT_NE(outcome.out.find("; the backup is incomplete\n"), std::string::npos) << outcome;
+            EXPECT_NE(outcome.out.find("saved as " + newest()), std::string::npos) << outcome;
+            EXPECT_NE(content(newest() + ".cfg").find("<PhyDrvID> 2\n"), std::string::npos);
+            EXPECT_EQ(stems().size(), 2u);
+            EXPECT_EQ(stems()[0], good);
+            const ProcessOutcome again = backup();
+            EXPECT_EQ(again.status, 1) << again;
+            EXPECT_NE(again.out.find("unchanged since " + newest()), std::string::npos) << again;
+        }
+}
+
+// An export queries each member alone; its list of extents lacks those that are refused.
+TEST_F(Backup, KeepsABackupWithADriveThatIsRefusedAlone) {
+    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest(), extents = "<LogDrvDiskExtentIndex> ";
+    ASSERT_NE(content(good + ".cfg").find(extents + "(0,0)\n"), std::string::npos);
+    session.preferLibraries(REFUSING);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_EQ(
+        outcome.out.rfind("warning: drive 2 of controller 0: q5_getPhyDrvInfo failed with result 1; the "
+                          "backup is incomplete\n",
+                          0),
+        0u)
+        << outcome;
+    EXPECT_EQ(content(newest() + ".cfg").find(extents + "(0,0)\n"), std::string::npos);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+    const ProcessOutcome again = backup();
+    EXPECT_EQ(again.status, 1) << again;
+    EXPECT_NE(again.out.find("unchanged since " + newest()), std::string::npos) << again;
 }
 
 TEST_F(Backup, AnIncompleteBackupReplacesNone) {

@@ -25,6 +25,10 @@ struct TrySession : Session {
         EXPECT_FALSE(fs::exists(path("CLIEvent.dat"))); // the events of the real adapters stay unread
     }
     std::string calls() const { return path("guarded.calls"); }
+    ProcessOutcome runList(const std::string& commands) {
+        writeFile(path("plan"), commands);
+        return run({"-f", path("plan")});
+    }
 };
 
 static const std::string kFooter = "\nNone of this has been done on the real adapters.\n";
@@ -153,12 +157,11 @@ TEST(Try, ClearingImportLosesWhatItDeletes) {
 
 TEST(Try, ListStopsAtTheFirstRefusedCommand) {
     TrySession session;
-    writeFile(session.path("plan"), "# first the spare\n"
-                                    "\n"
-                                    "extent -a free -p 6 -e 0 -i 0\n"
-                                    "logdrv -a del -l 9 -i 0\n"
-                                    "logdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("# first the spare\n"
+                                                   "\n"
+                                                   "extent -a free -p 6 -e 0 -i 0\n"
+                                                   "logdrv -a del -l 9 -i 0\n"
+                                                   "logdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_NE(outcome.out.find("cli>extent -a free -p 6 -e 0 -i 0\n"), std::string::npos) << outcome.out;
     EXPECT_NE(outcome.out.find("cli>logdrv -a del -l 9 -i 0\n"), std::string::npos);
@@ -185,8 +188,7 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
                    std::to_string(line + 1) +
                    ": q5_freeHBAExtent: freeing: extent 0 of drive 1 is not a spare\n";
     }
-    writeFile(session.path("plan"), plan);
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList(plan);
     EXPECT_EQ(outcome.status, 2) << outcome;
     EXPECT_NE(outcome.out.find("cli>phydrv -a mod -p 7 -i 0 -s writecache=disable\ncli>extent"),
               std::string::npos);
@@ -196,26 +198,58 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
 // cli itself skips these, prints nothing and returns 0.
 TEST(Try, ReportsActivityCommandsThatDoNothing) {
     TrySession session;
-    writeFile(session.path("plan"), "migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
-                                    "INIT -a start -l 1 -i 0\n"
-                                    "init\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("migrate -a start -l 1 -i 0 -p 7 -e 0 -s raid=raid5\n"
+                                                   "INIT -a start -l 1 -i 0\n"
+                                                   "init\n"
+                                                   "sync -l 1 -i 0\n");
     EXPECT_EQ(outcome.status, 2) << outcome;
-    const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n\n";
-    EXPECT_NE(outcome.out.find("\nWhat would be refused:\n  line 2: init" + why), std::string::npos)
+    const std::string why = ": nothing was done: the logical drive is busy, or has no such activity\n";
+    EXPECT_NE(
+        outcome.out.find("\nWhat would be refused:\n  line 2: init" + why + "  line 4: sync" + why + "\n"),
+        std::string::npos)
         << outcome;
     const ProcessOutcome single = session.run({"rc", "-a", "pause", "-l", "0", "-i", "0"});
     EXPECT_EQ(single.status, 2) << single;
-    EXPECT_NE(single.out.find("\nWhat would be refused:\n  rc" + why), std::string::npos) << single;
+    EXPECT_NE(single.out.find("\nWhat would be refused:\n  rc" + why + "\n"), std::string::npos) << single;
 }
 
 // A loss after a refusal that the list does not stop at is a loss.
 TEST(Try, ListShowsLossesAfterSilentRefusals) {
     TrySession session;
-    writeFile(session.path("plan"), "rc -a pause -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("rc -a pause -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 1) << outcome;
     EXPECT_NE(outcome.out.find("  line 1: rc: nothing was done"), std::string::npos) << outcome;
+}
+
+// This one prints its complaint until it can no longer write it.
+static const std::string kEndless = "enclosure -a locate -e 0 x y";
+static const std::string kEnded = "Invalid command for \"enclosure\"\n\n"
+                                  "Exit status: none; the command was ended after 1048576 bytes of output\n";
+static const std::string kNotTried =
+    "cli-try: a command was ended after 1048576 bytes of output: what else it would do is unknown\n";
+
+TEST(Try, EndsAnEndlessCommand) {
+    TrySession session;
+    const ProcessOutcome single = session.run({"enclosure", "-a", "locate", "-e", "0", "x", "y"});
+    EXPECT_EQ(single.status, 3) << single.err;
+    EXPECT_EQ(single.err, kNotTried);
+    EXPECT_LT(single.out.size(), 2000u);
+    EXPECT_NE(single.out.find(kEnded), std::string::npos) << single.out.substr(0, 2000);
+    const ProcessOutcome list = session.runList("ctrl\n" + kEndless + "\nlogdrv -a del -l 0 -i 0\n");
+    EXPECT_EQ(list.status, 3) << list.err;
+    EXPECT_EQ(list.err, kNotTried);
+    EXPECT_NE(list.out.find(kEnded), std::string::npos) << list.out.substr(0, 2000);
+    EXPECT_EQ(list.out.find("cli>logdrv"), std::string::npos);
+}
+
+// A loss is certain whatever else the command would do.
+TEST(Try, ReportsTheLossBeforeAnEndlessCommand) {
+    TrySession session;
+    const ProcessOutcome outcome = session.runList("logdrv -a del -l 0 -i 0\n" + kEndless + "\n");
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_NE(outcome.out.find(kEnded), std::string::npos) << outcome.out.substr(0, 2000);
+    EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
 }
 
 TEST(Try, ListSplitsWordsAsThePromptDoes) {
@@ -228,8 +262,7 @@ TEST(Try, ListSplitsWordsAsThePromptDoes) {
 
 TEST(Try, LostDataTakesPrecedenceOverARefusal) {
     TrySession session;
-    writeFile(session.path("plan"), "logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n");
-    EXPECT_EQ(session.run({"-f", session.path("plan")}).status, 1);
+    EXPECT_EQ(session.runList("logdrv -a del -l 0 -i 0\nlogdrv -a del -l 0 -i 0\n").status, 1);
 }
 
 TEST(Try, PromptOnTheCopy) {
@@ -282,8 +315,7 @@ TEST(Try, RefusesLinesThatThePromptWouldSplit) {
 
 TEST(Try, ExitEndsTheList) {
     TrySession session;
-    writeFile(session.path("plan"), "ctrl\n \"Exit\"\nlogdrv -a del -l 0 -i 0\n");
-    const ProcessOutcome outcome = session.run({"-f", session.path("plan")});
+    const ProcessOutcome outcome = session.runList("ctrl\n \"Exit\"\nlogdrv -a del -l 0 -i 0\n");
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_EQ(outcome.out.find("cli>logdrv"), std::string::npos) << outcome;
 }

@@ -9,9 +9,10 @@
 #include "config/logdrv_block.h"
 #include "config/phydrv_block.h"
 #include "snapshot/text.h"
+#include "tools/common/option_table.h"
 
-// A line of the expected file. extentsUnknown: the line of a logical drive whose members are not all there,
-// for which the extents depend on more than the snapshot holds.
+// A line of the expected file. extentsUnknown: the line of a logical drive of which a member is not there, or
+// was refused alone: the extents depend on more than the snapshot holds.
 struct ExpectedLine {
     std::string text;
     bool extentsUnknown = false;
@@ -73,10 +74,65 @@ static void addDrives(const Controller& controller, std::size_t first, std::size
     }
 }
 
-static void addDrives(const Snapshot& snapshot, Expected* expected) {
+// Whether its list of drives was refused, or is shorter than the controller's own count. Either makes the
+// backup an incomplete one.
+static bool mayLackDrives(const Controller& controller) {
+    const auto isOfList = [](const Fault& fault) { return fault.operation == "q5_getPhyDrvInfo"; };
+    return std::any_of(controller.faults.begin(), controller.faults.end(), isOfList) ||
+           (controller.info && controller.info->diskCount > controller.drives.size());
+}
+
+static std::string keyOf(const std::string& line) {
+    return line.substr(0, line.find(' '));
+}
+
+static std::string valueOf(const std::string& line) {
+    return line.substr(std::min(keyOf(line).size() + 1, line.size()));
+}
+
+// Whether the exported lines from this one on are the block of a drive that the snapshot lacks. blank: a
+// block of this controller, which begins with the IDs of the controller and the drive.
+static bool isUnlistedDrive(const Controller& controller, const Expected& blank,
+                            const std::vector<std::string>& lines, std::size_t first) {
+    if (lines.size() - first < blank.size() || lines[first] != blank[0].text ||
+        lines[first + 1] != blank[1].text)
+        return false;
+    for (std::size_t i = 2; i < blank.size(); ++i)
+        if (keyOf(lines[first + i]) != keyOf(blank[i].text))
+            return false;
+    std::uint64_t number = 0;
+    return readNumber(valueOf(lines[first + 2]).c_str(), UINT16_MAX, &number) &&
+           findDrive(controller, static_cast<std::uint32_t>(number)) == nullptr;
+}
+
+// An export reads the settings of the drives without their list. If that is incomplete, blocks of further
+// drives are expected as they are.
+static void addUnlistedDrives(const Controller& controller, const std::vector<std::string>& lines,
+                              std::size_t* index, Expected* expected) {
+    const PhyDrvSettings settings = {};
+    char text[kBlockTextSize];
+    PDSettingsToBuffer(static_cast<int>(controller.id), &settings, text);
+    while (mayLackDrives(controller) && expected->size() < lines.size()) {
+        Expected blank;
+        addBlock(kPhyDrvMarker, *index, text, false, &blank);
+        const std::size_t first = expected->size();
+        if (!isUnlistedDrive(controller, blank, lines, first))
+            return;
+        for (std::size_t i = 0; i < blank.size(); ++i)
+            expected->push_back({lines[first + i]});
+        ++*index;
+    }
+}
+
+static void addDrives(const Snapshot& snapshot, const std::vector<std::string>& lines, Expected* expected) {
     std::size_t index = 0;
-    for (const Controller& controller : snapshot.controllers)
-        addDrives(controller, 0, exportedDrives(controller), &index, expected);
+    for (const Controller& controller : snapshot.controllers) {
+        for (std::size_t i = 0; i < exportedDrives(controller); ++i) {
+            addUnlistedDrives(controller, lines, &index, expected);
+            addDrives(controller, i, i + 1, &index, expected);
+        }
+        addUnlistedDrives(controller, lines, &index, expected);
+    }
 }
 
 std::string furtherDriveBlocks(const Snapshot& snapshot) {
@@ -90,11 +146,17 @@ std::string furtherDriveBlocks(const Snapshot& snapshot) {
     return text;
 }
 
+static bool wasRefusedAlone(const Drive& drive) {
+    return std::any_of(drive.faults.begin(), drive.faults.end(), [](const Fault& fault) {
+        return fault.operation == "q5_getPhyDrvInfo" && fault.kind == FaultKind::refused;
+    });
+}
+
 // The index of the drive's first extent that belongs to the array.
 static std::optional<std::uint8_t> extentOf(const Controller& controller, std::uint32_t driveId,
                                             std::uint16_t arrayId) {
     const Drive* drive = findDrive(controller, driveId + 1);
-    if (drive == nullptr)
+    if (drive == nullptr || wasRefusedAlone(*drive))
         return std::nullopt;
     for (const ExtentEntry& extent : extents(drive->info))
         if (extent.arrayId == arrayId)
@@ -121,11 +183,11 @@ static void addLogicalDrives(const Snapshot& snapshot, Expected* expected) {
 }
 
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot) {
+    const std::vector<std::string> lines = splitLines(text);
     Expected expected;
     addControllers(snapshot, &expected);
-    addDrives(snapshot, &expected);
+    addDrives(snapshot, lines, &expected);
     addLogicalDrives(snapshot, &expected);
-    const std::vector<std::string> lines = splitLines(text);
     for (std::size_t i = 0; i < std::max(lines.size(), expected.size()); ++i) {
         const bool both = i < lines.size() && i < expected.size();
         if (both && (lines[i] == expected[i].text || expected[i].extentsUnknown))

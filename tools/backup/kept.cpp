@@ -1,37 +1,29 @@
 // Reads kept backups and removes those that newer ones replace.
 #include "tools/backup/kept.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 
-#include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "snapshot/text.h"
 #include "tools/backup/configuration.h"
-
-// Nothing but a file: opening a pipe could wait forever.
-static bool readRegularFile(const std::string& path, std::string* text) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
-           readFile(path, text) == ReadResult::done;
-}
+#include "tools/common/regular_file.h"
 
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
     const std::string path = pathOf(store, stem, ".json");
-    std::string text;
-    if (!readRegularFile(path, &text))
-        return "cannot read " + path;
-    std::string problem = snapshotFromText(text, snapshot);
+    std::string text, problem;
+    if (readRegularFile(path, &text, &problem) != RegularFile::read)
+        return problem;
+    problem = snapshotFromText(text, snapshot);
     return problem.empty() ? "" : path + ": " + problem;
 }
 
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup) {
     *backup = {};
     const std::string path = pathOf(store, stem, ".cfg");
-    if (!readRegularFile(path, &backup->configuration))
-        return "cannot read " + path;
-    std::string problem = readSnapshotFile(store, stem, &backup->snapshot);
+    std::string problem;
+    if (readRegularFile(path, &backup->configuration, &problem) != RegularFile::read)
+        return problem;
+    problem = readSnapshotFile(store, stem, &backup->snapshot);
     if (!problem.empty())
         return problem;
     problem = compareConfiguration(backup->configuration, backup->snapshot);

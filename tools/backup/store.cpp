@@ -163,6 +163,12 @@ static std::string clearWork(const Store& store) {
     return problem;
 }
 
+// Unless it can be read, errno is the reason.
+static bool canRead(const std::string& directory) {
+    const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    return file >= 0 && close(file) == 0;
+}
+
 std::string openStore(Store* store) {
     struct stat info;
     if (stat(store->directory.c_str(), &info) != 0)
@@ -172,6 +178,8 @@ std::string openStore(Store* store) {
         return failure("create", store->work);
     if (lstat(store->work.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) // a link could lead anywhere
         return store->work + " is not a directory";
+    if (!canRead(store->work))
+        return failure("use", store->work);
     store->lock = lockDirectoryOf(workPath(*store, "").c_str(), kLockSeconds);
     if (store->lock < 0)
         return "cannot lock " + store->work +

@@ -2,7 +2,6 @@
 #include "tools/restore/log.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cctype>
@@ -12,7 +11,7 @@
 #include <sstream>
 #include <string_view>
 
-#include "snapshot/files.h"
+#include "tools/common/regular_file.h"
 
 static std::string timeText() {
     const std::time_t now = std::time(nullptr);
@@ -65,14 +64,13 @@ static bool beginsLikeLog(const std::string& text) {
 }
 
 static std::string readLogText(const std::string& path, std::string* text) {
-    struct stat info;
-    if (stat(path.c_str(), &info) != 0)
-        return errno == ENOENT ? "" : "cannot read " + path + ": " + std::strerror(errno);
-    if (!S_ISREG(info.st_mode))
+    std::string problem;
+    const RegularFile result = readRegularFile(path, text, &problem);
+    if (result == RegularFile::failed)
+        return problem;
+    if (result == RegularFile::notRegular || (!text->empty() && !beginsLikeLog(*text)))
         return path + " is not a log of cli-restore";
-    if (readFile(path, text) != ReadResult::done)
-        return "cannot read " + path;
-    return text->empty() || beginsLikeLog(*text) ? "" : path + " is not a log of cli-restore";
+    return "";
 }
 
 std::string readLog(const std::string& path, RestoreState* state) {

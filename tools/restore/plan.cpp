@@ -60,11 +60,41 @@ static void addUnread(std::vector<std::string>* obstacles, const Faults& faults,
                                  printable(faultText(fault)));
 }
 
+static bool hasFault(const Controller& controller, const char* operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(),
+                       [operation](const Fault& fault) { return fault.operation == operation; });
+}
+
+static void addShort(std::vector<std::string>* obstacles, const std::string& things, std::size_t counted,
+                     std::size_t listed, bool inBackup) {
+    const std::string count = std::to_string(counted), list = std::to_string(listed);
+    if (listed < counted && inBackup)
+        obstacles->push_back("the backup does not contain all " + things + ": the controller counted " +
+                             count + ", but listed " + list);
+    else if (listed < counted)
+        obstacles->push_back("not all " + things + " can be read: the controller counts " + count +
+                             ", but lists " + list);
+}
+
+// Lists that are shorter than the controller's own count, although the adapter reported no error.
+static void addShortLists(std::vector<std::string>* obstacles, const Controller& controller, bool inBackup) {
+    if (!controller.info)
+        return;
+    if (!hasFault(controller, "q5_getPhyDrvInfo"))
+        addShort(obstacles, "drives", controller.info->diskCount, controller.drives.size(), inBackup);
+    if (!hasFault(controller, "q5_getLogDrvInfo"))
+        addShort(obstacles, "logical drives", controller.info->arrayCount, controller.logicalDrives.size(),
+                 inBackup);
+}
+
 // An incomplete list would look as if the rest did not exist.
 static void checkLists(std::vector<std::string>* obstacles, const Controller& controller, bool inBackup) {
     addUnread(obstacles, controller.faults, inBackup);
+    addShortLists(obstacles, controller, inBackup);
     for (const Drive& drive : controller.drives)
-        addUnread(obstacles, drive.faults, inBackup);
+        for (const Fault& fault : drive.faults)
+            if (fault.kind != FaultKind::refused) // a drive that was refused alone is listed nevertheless
+                addUnread(obstacles, {fault}, inBackup);
     for (const LogicalDrive& drive : controller.logicalDrives)
         addUnread(obstacles, drive.faults, inBackup);
 }

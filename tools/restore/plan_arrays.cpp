@@ -1,13 +1,10 @@
-// Plans the creation of logical drives.
+// Plans the logical drives: which of them are in place, and which are to be created.
 #include <algorithm>
 
 #include "snapshot/state.h"
 #include "snapshot/text.h"
 #include "snapshot/words.h"
-#include "tools/restore/array_record.h"
 #include "tools/restore/planning.h"
-
-using MemberPlaces = std::vector<MemberPlace>;
 
 // The drive's extent that is a member of the array. Its spares carry the same array ID.
 static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId) {
@@ -68,15 +65,7 @@ static const LogicalDrive* findInPlace(const Planning& planning, const LogicalDr
     return nullptr;
 }
 
-// The adapter gives the lowest ID that is free.
-static std::uint32_t nextId(const Planning& planning) {
-    std::uint32_t id = 0;
-    while (planning.takenIds.count(id) != 0)
-        ++id;
-    return id;
-}
-
-static void noteId(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
+void noteId(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
     planning->ids[saved.info.arrayId] = id;
     if (id != saved.info.logDrvId)
         planning->plan.notes.push_back(arrayName(saved, saved.info.logDrvId) +
@@ -93,129 +82,9 @@ static std::string placesText(const Controller& controller, const LogicalDrive& 
     return text;
 }
 
-static std::string describe(const Controller& controller, const LogicalDrive& drive) {
+std::string describe(const Controller& controller, const LogicalDrive& drive) {
     return arrayName(drive, drive.info.logDrvId) + ", " + raidLevelText(drive.info.raidLevel) + " of " +
            std::to_string(drive.info.sectorCount) + " sectors" + placesText(controller, drive);
-}
-
-static bool isIdFree(Planning* planning, const LogicalDrive& saved) {
-    for (const LogicalDrive& drive : planning->now.logicalDrives) {
-        if (drive.info.logDrvId != saved.info.logDrvId)
-            continue;
-        planning->unsettled.insert(drive.info.logDrvId);
-        const std::string here = describe(planning->now, drive), there = describe(planning->saved, saved);
-        planning->plan.obstacles.push_back("a different array is in place: " + here + "; the backup has " +
-                                           (here == there ? "another stripe, sector size or parity" : there));
-        return false;
-    }
-    return true;
-}
-
-// Adds an obstacle for each drive that is in another slot.
-static bool areWhereSaved(Planning* planning, const MemberPlaces& places) {
-    bool allThere = true;
-    for (const MemberPlace& place : places)
-        allThere = isWhereSaved(planning, place.savedDrive) && allThere;
-    return allThere;
-}
-
-// A map may put a drive in the place of another one, and no drive in its own.
-static bool areOnDifferentDrives(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
-    std::set<std::uint32_t> drives;
-    for (const MemberPlace& place : places)
-        if (presentDrive(*planning, place.savedDrive) != nullptr && !drives.insert(place.drive).second) {
-            planning->plan.obstacles.push_back(driveName(place.drive) + " would hold two members of " +
-                                               arrayName(saved, saved.info.logDrvId));
-            return false;
-        }
-    return true;
-}
-
-// Checks every drive and every range of sectors, so that all obstacles are reported at once.
-static bool arePlacesFree(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
-    bool allFree = true;
-    for (const MemberPlace& place : places) {
-        if (!isUsable(planning, place.savedDrive)) {
-            allFree = false;
-            if (planning->refused.count(place.savedDrive) == 0)
-                planning->plan.obstacles.push_back(driveName(place.savedDrive) + " is left out, but " +
-                                                   arrayName(saved, saved.info.logDrvId) + " needs it");
-            continue;
-        }
-        const std::string obstacle = obstacleInRange(planning->layouts[place.drive], place.start, place.size);
-        if (!obstacle.empty())
-            planning->plan.obstacles.push_back(driveName(place.drive) + " " + printable(obstacle) + "; " +
-                                               arrayName(saved, saved.info.logDrvId) + " was there");
-        allFree = allFree && obstacle.empty();
-    }
-    return allFree;
-}
-
-// Splits where extents must begin and, for a JBOD, which uses whole extents, where they end.
-static bool prepareExtents(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
-                           LogDrvConfigRecord* record) {
-    for (const MemberPlace& place : places)
-        if (!splitAt(planning, place.drive, place.start) ||
-            (saved.info.raidLevel == kJbod && !splitAt(planning, place.drive, place.start + place.size)))
-            return false;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        Layout& layout = planning->layouts[places[i].drive];
-        const std::size_t index = findRegion(layout, places[i].start);
-        record->memberIds[i] = static_cast<int>(places[i].drive);
-        record->extents[i] = static_cast<int>(index);
-    }
-    return true;
-}
-
-static void addCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places,
-                        const LogDrvConfigRecord& record) {
-    Step step;
-    step.kind = StepKind::create;
-    step.arrayRecord = record;
-    const std::uint32_t id = nextId(*planning);
-    step.text = "create " + arrayName(saved, id) + ": " + raidLevelText(saved.info.raidLevel) + " of " +
-                std::to_string(saved.info.sectorCount) + " sectors on";
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const auto index = static_cast<std::size_t>(record.extents[i]);
-        step.text += (i == 0 ? " " : ", ") + driveName(places[i].drive) + " extent " + std::to_string(index) +
-                     " (" + std::to_string(places[i].size) + " sectors from " +
-                     std::to_string(places[i].start) + ")";
-        takeRegion(&planning->layouts[places[i].drive], index, places[i].size, arrayName(saved, id));
-    }
-    planning->plan.steps.push_back(step);
-    planning->takenIds.insert(id);
-    noteId(planning, saved, id);
-}
-
-// Adds an obstacle if not.
-static bool hasRepeatableSize(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
-    std::uint64_t size = 0;
-    for (const MemberPlace& place : places)
-        size += place.size;
-    if (!isRoundedJbod(saved, size))
-        return true;
-    planning->plan.obstacles.push_back(describe(planning->saved, saved) +
-                                       " was rounded to whole GB: create it with logdrv -a add and "
-                                       "rounding=gbb, then restore the rest");
-    return false;
-}
-
-static void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
-    LogDrvConfigRecord record = recordOf(planning->now.id, saved);
-    const bool whereSaved = areWhereSaved(planning, places); // even if another obstacle is found first
-    if (!isIdFree(planning, saved) || (whereSaved && !areOnDifferentDrives(planning, saved, places)) ||
-        !arePlacesFree(planning, saved, places) || !hasRepeatableSize(planning, saved, places) ||
-        !prepareExtents(planning, saved, places, &record))
-        return;
-    if (isCreatable(saved, record))
-        addCreation(planning, saved, places, record);
-    else
-        planning->plan.obstacles.push_back(describe(planning->saved, saved) +
-                                           " cannot be created by a command: its name, its stripe, its "
-                                           "sector size or its number of members");
-    if ((saved.info.functionalStatus & kOnline) == 0 || saved.lostMask.value_or(0) != 0)
-        planning->plan.notes.push_back(arrayName(saved, saved.info.logDrvId) +
-                                       " was not complete when it was saved; it is created complete");
 }
 
 // The drives of the members whose place is not known, if they are to be left out or not.
@@ -229,7 +98,7 @@ static std::string unknownDrives(const Planning& planning, const MemberPlaces& p
 
 // Nothing reports where a lost member was, so that it cannot be created again. Leaving its drive out
 // accepts that.
-static bool arePlacesKnown(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+static bool requireKnownPlaces(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     const std::string name = arrayName(saved, saved.info.logDrvId);
     const std::string unknown = unknownDrives(*planning, places, false);
     const std::string leftOut = unknownDrives(*planning, places, true);
@@ -293,7 +162,7 @@ static void planInPlace(Planning* planning, const LogicalDrive& saved, const Log
     noteId(planning, saved, id);
     const std::vector<std::uint32_t> unexpected = unexpectedDrives(*planning, present, places);
     for (const std::uint32_t drive : unexpected)
-        isExpected(planning, drive);
+        requireExpectedSerial(planning, drive);
     if (!unexpected.empty())
         planning->unsettled.insert(id);
     else
@@ -309,9 +178,9 @@ static MemberPlaces movedPlaces(const Planning& planning, MemberPlaces places) {
 }
 
 // Whether it is in place on drives that are in other slots now. Adds an obstacle for each of them.
-static bool isMoved(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+static bool reportMoved(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     const LogicalDrive* present = findInPlace(*planning, saved, movedPlaces(*planning, places));
-    if (present == nullptr || areWhereSaved(planning, places))
+    if (present == nullptr || requireMembersWhereSaved(planning, places))
         return false;
     planning->ids[saved.info.arrayId] = present->info.logDrvId;
     planning->unsettled.insert(present->info.logDrvId);
@@ -343,7 +212,7 @@ static DriveMap memberMap(const Planning& planning, const MemberPlaces& places) 
 }
 
 // Adds an obstacle if it does.
-static bool isHiddenByMap(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
+static bool reportHiddenByMap(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     const DriveMap map = memberMap(*planning, places);
     const LogicalDrive* present = map.empty() ? nullptr : findWithoutMap(*planning, saved, places);
     if (present == nullptr)
@@ -362,11 +231,11 @@ static void planArray(Planning* planning, const LogicalDrive& saved) {
     mapPlaces(*planning, &places);
     const LogicalDrive* present = findInPlace(*planning, saved, places);
     const bool isExact = present != nullptr && unexpectedDrives(*planning, *present, places).empty();
-    if (!isExact && isMoved(planning, saved, places))
+    if (!isExact && reportMoved(planning, saved, places))
         return;
     if (present != nullptr)
         planInPlace(planning, saved, *present, places);
-    else if (!isHiddenByMap(planning, saved, places) && arePlacesKnown(planning, saved, places))
+    else if (!reportHiddenByMap(planning, saved, places) && requireKnownPlaces(planning, saved, places))
         planCreation(planning, saved, places);
 }
 

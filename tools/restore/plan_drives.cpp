@@ -56,7 +56,8 @@ static std::uint32_t mappedFrom(const Planning& planning, std::uint32_t drive) {
     return 0;
 }
 
-DriveMap mapWithMoved(const Planning& planning) {
+// The drive map, and the drives that are in other slots.
+static DriveMap mapWithMoved(const Planning& planning) {
     DriveMap map = planning.drives;
     for (const Drive& saved : planning.saved.drives) {
         const auto now = movedTo(planning, saved.number);
@@ -115,7 +116,7 @@ static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::stri
     return obstacle.empty();
 }
 
-bool isUsable(Planning* planning, std::uint32_t savedDrive) {
+bool requireUsable(Planning* planning, std::uint32_t savedDrive) {
     return !isLeftOut(*planning, savedDrive) &&
            refuse(planning, savedDrive, obstacleToDrive(*planning, savedDrive));
 }
@@ -124,10 +125,18 @@ bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive) {
     return obstacleToSerial(planning, savedDrive).empty();
 }
 
-bool isExpected(Planning* planning, std::uint32_t savedDrive) {
+bool requireExpectedSerial(Planning* planning, std::uint32_t savedDrive) {
     return refuse(planning, savedDrive, obstacleToSerial(*planning, savedDrive));
 }
 
-bool isWhereSaved(Planning* planning, std::uint32_t savedDrive) {
+bool requireWhereSaved(Planning* planning, std::uint32_t savedDrive) {
     return refuse(planning, savedDrive, movedText(*planning, savedDrive));
+}
+
+// All members, so that all obstacles are reported at once.
+bool requireMembersWhereSaved(Planning* planning, const MemberPlaces& places) {
+    bool allThere = true;
+    for (const MemberPlace& place : places)
+        allThere = requireWhereSaved(planning, place.savedDrive) && allThere;
+    return allThere;
 }

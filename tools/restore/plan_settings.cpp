@@ -264,9 +264,10 @@ void planArraySettings(Planning* planning) {
         std::string text = differentSettings(*saved.settings, now != nullptr ? &*now->settings : nullptr);
         if (now != nullptr)
             addName(planning, saved, *now, &text);
+        const char* condition = now == nullptr ? " (unless it is created with them)" : "";
         if (!text.empty())
             addStep(planning, StepKind::array,
-                    "set logical drive " + number(id->second) + ": " + printable(text),
+                    "set logical drive " + number(id->second) + ": " + printable(text) + condition,
                     {"logdrv", "-a", "mod", "-i", number(planning->now.id), "-l", number(id->second), "-s",
                      text});
     }

@@ -127,7 +127,7 @@ void planSpares(Planning* planning) {
     for (const Drive& saved : planning->saved.drives) {
         const Drive* drive = presentDrive(*planning, saved.number);
         const bool needed = hasSpare(saved);
-        if ((needed && !isUsable(planning, saved.number)) || drive == nullptr)
+        if ((needed && !requireUsable(planning, saved.number)) || drive == nullptr)
             continue;
         for (const ExtentEntry& extent : extents(saved.info))
             if (isSpare(extent))

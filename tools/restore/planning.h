@@ -26,6 +26,7 @@ struct MemberPlace {
     std::uint64_t start = 0, size = 0;
     bool isKnown() const { return size != 0; }
 };
+using MemberPlaces = std::vector<MemberPlace>; // of a logical drive, in the order of its members
 
 // The present drive for a saved one; nullptr: missing or left out.
 const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
@@ -33,31 +34,39 @@ const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
 // Whether the drive map says so.
 bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 
-// Whether the drive can be used: it is present, with its serial unless it is mapped. Adds an obstacle if not,
-// unless the drive is left out.
-bool isUsable(Planning* planning, std::uint32_t savedDrive);
-
-// Whether the present drive has the saved serial, or is mapped. The second one adds an obstacle if not.
-bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive);
-bool isExpected(Planning* planning, std::uint32_t savedDrive);
-
 bool hasSerialOf(const Drive& saved, const Drive& drive);
+
+// Whether the present drive has the saved serial, or is mapped.
+bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive);
 
 // The number that a saved drive has now, if it is another one. Its serial shows it, if no other drive has the
 // same.
 std::optional<std::uint32_t> movedTo(const Planning& planning, std::uint32_t savedDrive);
 
-// The drive map with those drives added.
-DriveMap mapWithMoved(const Planning& planning);
-
 // What to do about such a drive; empty: it is where it was, is mapped already, or is not here.
 std::string movedText(const Planning& planning, std::uint32_t savedDrive);
 
-// Adds that text as an obstacle. Returns whether there was none.
-bool isWhereSaved(Planning* planning, std::uint32_t savedDrive);
+// Functions that begin with "require" return whether the requirement is met, and add an obstacle if not.
+
+// The drive is present, gives access, and has its serial unless it is mapped. No obstacle is added if it is
+// left out.
+bool requireUsable(Planning* planning, std::uint32_t savedDrive);
+
+// It has the saved serial, or is mapped.
+bool requireExpectedSerial(Planning* planning, std::uint32_t savedDrive);
+
+// It is not in another slot.
+bool requireWhereSaved(Planning* planning, std::uint32_t savedDrive);
+bool requireMembersWhereSaved(Planning* planning, const MemberPlaces& places);
 
 std::string driveName(std::uint32_t number);                              // "drive 2"
 std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "logical drive 0 Archive"
+// With its level, size and places.
+std::string describe(const Controller& controller, const LogicalDrive& drive);
+
+// Notes which logical drive here is the saved one.
+void noteId(Planning* planning, const LogicalDrive& saved, std::uint32_t id);
+
 void addStep(Planning* planning, StepKind kind, const std::string& text,
              const std::vector<std::string>& words);
 
@@ -72,6 +81,9 @@ void planArraySettings(Planning* planning);
 
 // plan_arrays.cpp
 void planArrays(Planning* planning);
+
+// plan_creation.cpp
+void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places);
 
 // plan_spares.cpp
 void planSpares(Planning* planning);

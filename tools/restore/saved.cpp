@@ -4,9 +4,9 @@
 #include <cinttypes>
 #include <cstdio>
 
-#include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "tools/backup/configuration.h"
+#include "tools/common/regular_file.h"
 
 static std::string withoutSuffix(const std::string& file) {
     for (const std::string suffix : {".cfg", ".json"})
@@ -28,12 +28,11 @@ static std::string checksum(const std::string& text) {
 
 std::string readSaved(const std::string& file, Saved* saved) {
     saved->stem = withoutSuffix(file);
-    std::string json, configuration;
-    if (readFile(saved->stem + ".json", &json) != ReadResult::done)
-        return "cannot read " + saved->stem + ".json";
-    if (readFile(saved->stem + ".cfg", &configuration) != ReadResult::done)
-        return "cannot read " + saved->stem + ".cfg";
-    std::string problem = snapshotFromText(json, &saved->snapshot);
+    std::string json, configuration, problem;
+    if (readRegularFile(saved->stem + ".json", &json, &problem) != RegularFile::read ||
+        readRegularFile(saved->stem + ".cfg", &configuration, &problem) != RegularFile::read)
+        return problem;
+    problem = snapshotFromText(json, &saved->snapshot);
     if (!problem.empty())
         return saved->stem + ".json: " + problem;
     saved->identity = checksum(json);

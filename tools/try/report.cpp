@@ -41,7 +41,8 @@ static void printLines(const char* title, const TextLines& lines, const char* no
         std::printf("  %s\n", none);
 }
 
-static int takeRefused(const char* path) {
+// They are removed from the world, so that the next command is reported alone.
+static int drainRefusals(const char* path) {
     q5sim::World world;
     if (!readWorld(path, &world))
         return kUnreadable;
@@ -80,7 +81,7 @@ static int report(const q5sim::World& before, const q5sim::World& after, const T
 
 int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "--refused") == 0)
-        return takeRefused(argv[2]);
+        return drainRefusals(argv[2]);
     const bool incomplete = argc == 5 && std::strcmp(argv[1], "--incomplete") == 0;
     char** const files = argv + (incomplete ? 2 : 1);
     q5sim::World before, after;
