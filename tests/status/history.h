@@ -18,6 +18,10 @@ struct History : testing::Test {
     void SetUp() override {
         session.program = CLI_STATUS;
         session.setClock(0);
+        saveBaseline();
+    }
+    // The present world is what later ones are compared with.
+    void saveBaseline() {
         session.useWorld(world.dump());
         writeFile(before, session.run({"--json"}).out);
     }

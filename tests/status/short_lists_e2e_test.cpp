@@ -85,8 +85,7 @@ TEST_F(ShortLists, LeaveDrivesOfTheBaselineUnchecked) {
 
 TEST_F(ShortLists, LeaveLogicalDrivesOfTheBaselineUnchecked) {
     addArray();
-    session.useWorld(world.dump());
-    writeFile(before, session.run({"--json"}).out);
+    saveBaseline();
     shorten("q5_getLogDrvInfo");
     expectFindings(3, "unknown: controller 0: counts 2 logical drives, but lists 1\n"
                       "unknown: controller 0: logical drive 1 of the baseline cannot be checked: not all "
@@ -116,8 +115,7 @@ TEST_F(ShortLists, LeaveTheBaselineUncheckedIfTheyAreRefused) {
 // The count of the library is used even if it reports a failure, but proves nothing then.
 TEST_F(ShortLists, LeaveControllersOfTheBaselineUnchecked) {
     world["controllers"].push_back(controller());
-    session.useWorld(world.dump());
-    writeFile(before, session.run({"--json"}).out);
+    saveBaseline();
     zero("q5_getNumberOfHBA");
     expectFindings(2, "critical: controller 0: is missing\n"
                       "critical: controller 1: is missing\n"
