@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tools/status/changes_counts.h"
+#include "tools/status/changes_match.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
@@ -14,40 +15,6 @@ static bool isArrayChange(const Finding& finding) {
     static constexpr std::string_view ids[] = {"array-offline", "array-critical",  "array-degraded",
                                                "member-lost",   "activity-paused", "activity-running"};
     return std::find(std::begin(ids), std::end(ids), finding.rule->id) != std::end(ids);
-}
-
-// The object may have got another name meanwhile.
-static bool isOfSameRule(const Finding& left, const Finding& right) {
-    return left.rule == right.rule && isSameObject(left.object, right.object);
-}
-
-static bool hasPart(const Finding& finding, const std::string& part) {
-    return std::find(finding.parts.begin(), finding.parts.end(), part) != finding.parts.end();
-}
-
-// Whether the earlier findings have all that this one is about. A text with readings does not count.
-static bool isKnown(const Findings& earlier, const Finding& finding) {
-    return std::any_of(earlier.begin(), earlier.end(), [&](const Finding& each) {
-        if (!isOfSameRule(each, finding))
-            return false;
-        if (finding.parts.empty())
-            return each.text == finding.text;
-        return std::all_of(finding.parts.begin(), finding.parts.end(),
-                           [&](const std::string& part) { return hasPart(each, part); });
-    });
-}
-
-static bool shareParts(const Finding& left, const Finding& right) {
-    return left.parts.empty() || right.parts.empty() ||
-           std::any_of(left.parts.begin(), left.parts.end(),
-                       [&](const std::string& part) { return hasPart(right, part); });
-}
-
-// Of which at most the text changed.
-static bool persists(const Findings& now, const Finding& finding) {
-    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
-        return isOfSameRule(each, finding) && shareParts(each, finding);
-    });
 }
 
 Lines findingLines(const Findings& findings) {
@@ -61,14 +28,6 @@ static Lines problemLines(const Findings& findings) {
     Lines lines = findingLines(findings);
     std::erase_if(lines, [](const Line& line) { return line.severity == Severity::info; });
     return lines;
-}
-
-// The list may lack objects that the controller counts because of what could not be read.
-bool mayCountBeHidden(const Findings& now, const Finding& count) {
-    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
-        return each.rule->severity == Severity::unknown && !isCount(each) &&
-               (each.object.kind == ObjectKind::host || each.object.controller == count.object.controller);
-    });
 }
 
 static bool hasText(const Lines& lines, const std::string& text) {
@@ -86,8 +45,8 @@ struct Comparison {
 // A more severe problem of the same thing is no good news of the other one.
 static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
     return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
-        return isSameObject(each.object, finding.object) && shareParts(each, finding) &&
-               isWorse(each.rule->severity, finding.rule->severity) && !isKnown(both.before, each);
+        return concernSame(each, finding) && isWorse(each.rule->severity, finding.rule->severity) &&
+               !isKnown(both.before, each);
     });
 }
 

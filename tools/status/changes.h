@@ -21,10 +21,6 @@ using Lines = std::vector<Line>;
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline = nullptr, const Findings* earlierCounts = nullptr);
 
-// Whether a finding about a count may still apply although the present findings lack it, because something of
-// its controller cannot be read now.
-bool mayCountBeHidden(const Findings& now, const Finding& count);
-
 // A line for each finding.
 Lines findingLines(const Findings& findings);
 

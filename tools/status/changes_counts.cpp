@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "snapshot/json.h"
+#include "tools/status/changes_match.h"
 #include "tools/status/rules.h"
 
 static bool isCountRule(std::string_view id) {
@@ -59,9 +60,11 @@ Findings savedCounts(const std::string& text) {
     return findings;
 }
 
-static bool hasSameRule(const Findings& findings, const Finding& wanted) {
-    return std::any_of(findings.begin(), findings.end(), [&](const Finding& each) {
-        return each.rule == wanted.rule && isSameObject(each.object, wanted.object);
+// The list may lack objects that the controller counts because of what could not be read.
+bool mayCountBeHidden(const Findings& now, const Finding& count) {
+    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
+        return each.rule->severity == Severity::unknown && !isCount(each) &&
+               (each.object.kind == ObjectKind::host || each.object.controller == count.object.controller);
     });
 }
 
@@ -70,7 +73,7 @@ Findings carriedCounts(const Findings& earlier, const Snapshot& now, const Findi
     for (const Finding& each : earlier) {
         const bool unread =
             findController(now, each.object.controller) == nullptr || mayCountBeHidden(findings, each);
-        if (unread && !hasSameRule(findings, each))
+        if (unread && !persists(findings, each))
             carried.push_back(each);
     }
     return carried;

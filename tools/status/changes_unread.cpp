@@ -66,16 +66,11 @@ static void keepDetails(const LogicalDrive& earlier, LogicalDrive* now) {
             now->activities.push_back(activity);
 }
 
-static bool isListed(const Controller& controller, const LogicalDrive& wanted) {
-    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
-                       [&](const LogicalDrive& each) { return each.info.logDrvId == wanted.info.logDrvId; });
-}
-
 static void addUnlisted(const Controller& earlier, Controller* now) {
     if (hasAllLogicalDrives(*now))
         return;
     for (const LogicalDrive& drive : earlier.logicalDrives)
-        if (!isListed(*now, drive) && now->logicalDrives.size() < kMaxLogDrvs)
+        if (findLogicalDrive(*now, drive.info.logDrvId) == nullptr && now->logicalDrives.size() < kMaxLogDrvs)
             now->logicalDrives.push_back(drive);
     std::stable_sort(now->logicalDrives.begin(), now->logicalDrives.end(),
                      [](const LogicalDrive& left, const LogicalDrive& right) {
@@ -86,9 +81,8 @@ static void addUnlisted(const Controller& earlier, Controller* now) {
 static void keepLogicalDrives(const Controller& earlier, Controller* now) {
     addUnlisted(earlier, now);
     for (LogicalDrive& drive : now->logicalDrives) {
-        for (const LogicalDrive& before : earlier.logicalDrives)
-            if (before.info.logDrvId == drive.info.logDrvId)
-                keepDetails(before, &drive);
+        if (const LogicalDrive* before = findLogicalDrive(earlier, drive.info.logDrvId))
+            keepDetails(*before, &drive);
         resolveMembers(*now, &drive);
     }
 }

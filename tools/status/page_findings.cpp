@@ -39,34 +39,9 @@ std::string anchorOf(const Object& object) {
     }
 }
 
-static bool hasArray(const Controller& controller, std::uint32_t number) {
-    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
-                       [&](const LogicalDrive& drive) { return drive.info.logDrvId == number; });
-}
-
-static bool hasEnclosure(const Controller& controller, std::uint32_t id) {
-    return std::any_of(controller.enclosures.begin(), controller.enclosures.end(),
-                       [&](const Enclosure& enclosure) { return enclosure.id == id; });
-}
-
 // A finding can be about an object that has disappeared, which the page does not show.
 static bool isShown(const Snapshot& snapshot, const Object& object) {
-    const Controller* controller =
-        object.kind == ObjectKind::host ? nullptr : findController(snapshot, object.controller);
-    if (controller == nullptr)
-        return false;
-    switch (object.kind) {
-    case ObjectKind::battery:
-        return hasBattery(*controller);
-    case ObjectKind::enclosure:
-        return hasEnclosure(*controller, object.number);
-    case ObjectKind::drive:
-        return findDrive(*controller, object.number) != nullptr;
-    case ObjectKind::logicalDrive:
-        return hasArray(*controller, object.number);
-    default:
-        return true;
-    }
+    return object.kind != ObjectKind::host && isPresent(snapshot, object);
 }
 
 static std::string objectCell(const Snapshot& snapshot, const Object& object) {

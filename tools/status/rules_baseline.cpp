@@ -20,10 +20,6 @@ static void forEachPair(const Evaluation& evaluation, Apply apply) {
             apply(Pair{earlier, *now});
 }
 
-static std::string placeOf(const Drive& drive) {
-    return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
-}
-
 static std::string_view serialOf(const Drive& drive) {
     return trimmed(fieldText(drive.info.serial));
 }
@@ -71,12 +67,12 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
 
 static std::string changeText(DriveChange change, const Drive& drive, const Place& other) {
     if (change == DriveChange::missing)
-        return "is missing; it was on " + placeOf(drive);
+        return "is missing; it was on " + placeText(drive);
     if (change == DriveChange::replaced)
         return "was replaced; serial " + knownText(serialOf(drive)) + " is now " +
                knownText(serialOf(*other.drive));
     return "has moved to drive " + std::to_string(other.drive->number) + " of controller " +
-           std::to_string(other.controller->id) + "; " + placeOf(*other.drive);
+           std::to_string(other.controller->id) + "; " + placeText(*other.drive);
 }
 
 static void findDriveChanges(Evaluation* evaluation, DriveChange wanted) {
@@ -108,7 +104,7 @@ void findNewDrives(Evaluation* evaluation) {
             if (hasAllDrives(pair.earlier) &&
                 findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
                 findDrive(pair.earlier, drive.number) == nullptr)
-                addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeOf(drive));
+                addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeText(drive));
     });
 }
 
@@ -169,13 +165,6 @@ void findMovedSpares(Evaluation* evaluation) {
                        "has a spare on drive " + std::to_string(after[i]) + "; it was on drive " +
                            std::to_string(before[i]));
     });
-}
-
-static const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint16_t logDrvId) {
-    for (const LogicalDrive& drive : controller.logicalDrives)
-        if (drive.info.logDrvId == logDrvId)
-            return &drive;
-    return nullptr;
 }
 
 static std::string shapeOf(const LogicalDrive& drive) {
@@ -247,13 +236,6 @@ void findMovedArrays(Evaluation* evaluation) {
                 addFinding(evaluation, objectOf(pair.now, now),
                            "is on " + drivesOf(now) + "; it was on " + drivesOf(earlier));
         });
-}
-
-static const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
-    for (const Enclosure& enclosure : controller.enclosures)
-        if (enclosure.id == id)
-            return &enclosure;
-    return nullptr;
 }
 
 void findMissingEnclosures(Evaluation* evaluation) {

@@ -120,8 +120,7 @@ static std::string formatLines(const Lines& lines, bool quiet) {
 static Severity worstLine(const Lines& lines) {
     Severity worst = Severity::info;
     for (const Line& line : lines)
-        if (isWorse(line.severity, worst))
-            worst = line.severity;
+        worst = worseOf(worst, line.severity);
     return worst;
 }
 
@@ -189,8 +188,7 @@ static int run(const Options& options) {
     Severity changed = Severity::info; // what disappeared is no finding of the present state
     problem = options.changes.empty() ? reportState(options, report)
                                       : reportChanges(options, report, compared, &changed);
-    const Severity worst = worstSeverity(findings);
-    return problem.empty() ? exitStatus(isWorse(changed, worst) ? changed : worst)
+    return problem.empty() ? exitStatus(worseOf(changed, worstSeverity(findings)))
                            : printError(options, problem);
 }
 
