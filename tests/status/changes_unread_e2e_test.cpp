@@ -1,5 +1,5 @@
 // cli-status --changes: logical drives that the saved state does not contain, and what cannot be read for a
-// while.
+// while, up to all of it.
 #include <filesystem>
 
 #include "tests/status/history.h"
@@ -162,4 +162,88 @@ TEST_F(Changes, CompareThePagesThatCouldBeListed) {
     expectChanges(1, "warning: drive 20 of controller 0: is missing; it was on channel 2, enclosure 0, "
                      "serial S1119\n"
                      "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
+}
+
+// Nothing can be read.
+
+static const std::string kSmart =
+    "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
+    "enclosure 0, serial S0001\n";
+static const std::string kSpareGone =
+    "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial S0003\n"
+    "warning: controller 0: has 0 spares; it had 1\n";
+
+TEST_F(Changes, ReportOnceThatTheLibraryFails) {
+    for (const std::string operation : {"q5_initialize", "q5_discover", "q5_getNumberOfHBA"})
+        for (const bool first : {true, false}) {
+            SCOPED_TRACE(operation);
+            std::filesystem::remove(kept);
+            controller()["drives"][0]["smartFailure"] = false;
+            refuseNothing();
+            if (!first)
+                expectChanges(0, "");
+            refuse(operation);
+            const std::string fault = "this host: " + operation + " failed with result 1\n";
+            expectChanges(3, "unknown: " + fault);
+            expectChanges(3, "");
+            expect({"-i", "0", "--changes", kept}, 3, "");
+            refuseNothing();
+            controller()["drives"][0]["smartFailure"] = true;
+            expectChanges(1, kSmart + "info: no longer: " + fault);
+            expectChanges(1, "");
+        }
+}
+
+// They are compared with their last state when they are back.
+TEST_F(Changes, ReportOnceThatThereIsNoController) {
+    const Json present = world["controllers"];
+    const std::string none = "this host: no controller is found\n";
+    expectChanges(0, "");
+    world["controllers"] = Json::array();
+    expectChanges(2, "critical: controller 0: is missing\nunknown: " + none);
+    expectChanges(3, "");
+    world["controllers"] = present;
+    controller()["drives"].erase(2);
+    expectChanges(1, kSpareGone +
+                         "info: controller 0: is new\n"
+                         "info: logical drive 0 Data of controller 0: has no spare\n"
+                         "info: no longer: " +
+                         none);
+    expectChanges(0, "");
+}
+
+TEST_F(Changes, ReportTheFirstController) {
+    const Json present = world["controllers"];
+    const std::string none = "this host: no controller is found\n";
+    world["controllers"] = Json::array();
+    expectChanges(3, "unknown: " + none);
+    expectChanges(3, "");
+    world["controllers"] = present;
+    expectChanges(0, "info: controller 0: is new\ninfo: no longer: " + none);
+}
+
+// The library finds no controller, then it fails: that shows no controller.
+TEST_F(Changes, DoNotReportControllersAsNewThatCannotBeRead) {
+    expectChanges(0, "");
+    const Json present = world["controllers"];
+    world["controllers"] = Json::array();
+    expectChanges(2, "critical: controller 0: is missing\nunknown: this host: no controller is found\n");
+    refuse("q5_initialize");
+    expectChanges(3, "unknown: this host: q5_initialize failed with result 1\n"
+                     "info: no longer: this host: no controller is found\n");
+    refuseNothing();
+    world["controllers"] = present;
+    expectChanges(0, "info: controller 0: is new\n"
+                     "info: no longer: this host: q5_initialize failed with result 1\n");
+}
+
+TEST_F(Changes, ReportOnceThatTheChosenControllerIsMissing) {
+    world["controllers"].push_back(controller());
+    saveBaseline();
+    const std::vector<std::string> words = {"-i", "1", "--changes", kept, "--baseline", before};
+    expectChanges(0, "");
+    world["controllers"].erase(1);
+    expect(words, 2, "critical: controller 1: is missing\n");
+    expect(words, 2, "");
+    expectChanges(0, "");
 }

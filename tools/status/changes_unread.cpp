@@ -108,24 +108,34 @@ static void keepController(const Controller& earlier, Controller* now) {
     keepInfo(earlier, now); // last: what the lists lack depends on the count that was read now
 }
 
-static bool isCountUnread(const Snapshot& snapshot) {
-    return std::any_of(snapshot.faults.begin(), snapshot.faults.end(),
-                       [](const Fault& fault) { return fault.operation == "q5_getNumberOfHBA"; });
-}
-
-void keepUnread(const Snapshot& earlier, Snapshot* now) {
-    for (Controller& controller : now->controllers)
-        if (const Controller* before = findController(earlier, controller.id))
-            keepController(*before, &controller);
-    if (isCountUnread(*now))
-        keepOtherControllers(earlier, now);
-}
-
-void keepOtherControllers(const Snapshot& earlier, Snapshot* now) {
+static void keepOtherControllers(const Snapshot& earlier, Snapshot* now) {
     for (const Controller& controller : earlier.controllers)
         if (findController(*now, controller.id) == nullptr)
             now->controllers.push_back(controller);
     std::sort(now->controllers.begin(), now->controllers.end(),
               [](const Controller& left, const Controller& right) { return left.id < right.id; });
     now->controllerCount = earlier.controllerCount;
+}
+
+// A fault of the whole snapshot says that the controllers could not be counted.
+void keepUnread(const Snapshot& earlier, Snapshot* now) {
+    for (Controller& controller : now->controllers)
+        if (const Controller* before = findController(earlier, controller.id))
+            keepController(*before, &controller);
+    if (!now->faults.empty())
+        keepOtherControllers(earlier, now);
+}
+
+Snapshot stateToKeep(const Snapshot& earlier, const Snapshot& now, std::optional<std::uint32_t> chosen) {
+    Snapshot kept = now;
+    keepUnread(earlier, &kept);
+    if (now.controllerCount == 0 && now.faults.empty())
+        kept.controllers = earlier.controllers;
+    else if (chosen) {
+        const bool isMissing = findController(kept, *chosen) == nullptr;
+        keepOtherControllers(earlier, &kept);
+        if (isMissing)
+            std::erase_if(kept.controllers, [&](const Controller& each) { return each.id == *chosen; });
+    }
+    return kept;
 }

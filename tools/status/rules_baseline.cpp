@@ -281,9 +281,15 @@ void findNewBatteries(Evaluation* evaluation) {
     });
 }
 
+// Whether the controllers are those of an earlier time, because the library finds none.
+static bool areGone(const Snapshot& snapshot) {
+    return snapshot.controllerCount == 0 && !snapshot.controllers.empty();
+}
+
 // A snapshot has as many controllers as the library counts, unless the library failed.
 void findMissingControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr || !evaluation->snapshot.faults.empty())
+    const Snapshot* baseline = evaluation->baseline;
+    if (baseline == nullptr || areGone(*baseline) || !evaluation->snapshot.faults.empty())
         return;
     for (const Controller& earlier : evaluation->baseline->controllers)
         if (findController(evaluation->snapshot, earlier.id) == nullptr)
@@ -346,12 +352,18 @@ void findUncheckedObjects(Evaluation* evaluation) {
     });
 }
 
-// One that was counted, but not read, was there before.
+// One that was counted, but not read, was there before; so may any if the library could not count them.
+static bool isNew(const Snapshot& baseline, std::uint32_t controllerId) {
+    if (findController(baseline, controllerId) != nullptr)
+        return areGone(baseline);
+    return controllerId >= baseline.controllerCount &&
+           (baseline.controllerCount > 0 || baseline.faults.empty());
+}
+
 void findNewControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr)
+    if (evaluation->baseline == nullptr || areGone(evaluation->snapshot))
         return;
     for (const Controller& controller : evaluation->snapshot.controllers)
-        if (controller.id >= evaluation->baseline->controllerCount &&
-            findController(*evaluation->baseline, controller.id) == nullptr)
+        if (isNew(*evaluation->baseline, controller.id))
             addFinding(evaluation, objectOf(controller), "is new");
 }

@@ -124,22 +124,17 @@ static Severity worstLine(const Lines& lines) {
     return worst;
 }
 
-// The state to keep for the next run: what this one did not read stays as it was.
 static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
                             const Findings& earlierCounts) {
-    Snapshot kept = report.snapshot;
     Findings findings = report.findings;
     for (const Finding& each : carriedCounts(earlierCounts, report.snapshot, report.findings))
         findings.push_back(each);
-    if (earlier != nullptr)
-        keepUnread(*earlier, &kept);
-    if (earlier != nullptr && options.controller)
-        keepOtherControllers(*earlier, &kept);
+    const Snapshot kept =
+        earlier != nullptr ? stateToKeep(*earlier, report.snapshot, options.controller) : report.snapshot;
     return formatJson({kept, findings, report.limits});
 }
 
-// Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
-// read at all is reported and not kept.
+// Prints what changed since the kept state, then keeps the new one.
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
                                  Severity* worst) {
     Snapshot saved;
@@ -149,15 +144,13 @@ static std::string reportChanges(const Options& options, const Report& report, c
     if (!problem.empty() && !missing)
         return problem;
     const Snapshot earlier = limitedTo(options, saved);
-    const bool readable = !report.snapshot.controllers.empty();
-    const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits,
-                                               baseline, &counts)
-                                 : findingLines(report.findings);
+    const Lines lines =
+        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &counts);
     *worst = worstLine(lines);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
-    if (!problem.empty() || !readable)
+    if (!problem.empty())
         return problem;
     return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, counts));
 }
