@@ -186,3 +186,77 @@ TEST_F(Changes, DoNotReportALostMemberTwice) {
     refuseNothing();
     expectChanges(2, "info: no longer: " + fault);
 }
+
+// Objects that disappeared or moved: their problems are not solved.
+
+TEST_F(Changes, DoNotCallTheProblemsOfADriveThatDisappearedResolved) {
+    controller()["drives"][2]["smartFailure"] = true;
+    controller()["drives"][2]["mediaPatrol"] = {{"state", "stopped"}, {"errors", 7}};
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"--changes", kept}).status, 1);
+    controller()["drives"].erase(2);
+    expectChanges(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+                     "S0003\n"
+                     "warning: controller 0: has 0 spares; it had 1\n"
+                     "info: logical drive 0 Data of controller 0: has no spare\n");
+}
+
+// The problem moves with the drive.
+TEST_F(Changes, DoNotCallTheProblemsOfADriveThatMovedResolved) {
+    Json& drive = controller()["drives"][2];
+    drive["smartFailure"] = true;
+    const std::string smart = "of controller 0: predicts its failure (SMART); channel 2, enclosure 0, serial "
+                              "S0003\n";
+    expectChanges(1, "warning: drive 3 " + smart);
+    drive["id"] = 7;
+    expectChanges(1, "info: drive 3 of controller 0: has moved to drive 8 of controller 0; channel 2, "
+                     "enclosure 0, serial S0003\n"
+                     "warning: drive 8 " +
+                         smart);
+}
+
+// Another drive has taken its place.
+TEST_F(Changes, DoNotCallTheProblemsOfADriveResolvedWhosePlaceIsTaken) {
+    controller()["drives"][2]["smartFailure"] = true;
+    Json unused = controller()["drives"][2];
+    unused["id"] = 7;
+    unused["serial"] = "S0008";
+    unused["extents"][0]["use"] = "free";
+    unused["smartFailure"] = false;
+    controller()["drives"].push_back(unused);
+    expectChanges(1,
+                  "warning: drive 3 of controller 0: predicts its failure (SMART); channel 2, enclosure 0, "
+                  "serial S0003\n");
+    controller()["drives"].erase(2);
+    controller()["drives"][2]["id"] = 2;
+    controller()["drives"][2]["extents"][0]["use"] = "globalSpare";
+    expectChanges(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+                     "S0003\n"
+                     "info: drive 8 of controller 0: has moved to drive 3 of controller 0; channel 2, "
+                     "enclosure 0, serial S0008\n");
+}
+
+TEST_F(Changes, DoNotCallTheProblemsOfABatteryThatDisappearedResolved) {
+    controller()["battery"]["temperatureTenths"] = 600;
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expectChanges(2, "critical: battery of controller 0: is at 60.0 degrees Celsius\n");
+    controller()["battery"] = nullptr;
+    expectChanges(1, "warning: battery of controller 0: is missing\n");
+}
+
+TEST_F(Changes, DoNotCallTheProblemsOfAnEnclosureThatDisappearedResolved) {
+    controller()["enclosures"][0]["sensors"][0]["reading"] = 0;
+    expectChanges(2, "critical: enclosure 0 of controller 0: fan 1 has stopped (0 rpm)\n");
+    controller()["enclosures"] = Json::array();
+    expectChanges(1, "warning: enclosure 0 of controller 0: is missing\n");
+}
+
+TEST_F(Changes, DoNotCallTheProblemsOfALogicalDriveThatDisappearedResolved) {
+    controller()["battery"] = nullptr;
+    expectChanges(1, "warning: logical drive 0 Data of controller 0: set to write back, but the controller "
+                     "has no battery\n");
+    controller()["logicalDrives"] = Json::array();
+    for (const std::size_t drive : {0u, 1u})
+        controller()["drives"][drive]["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
+    expectChanges(2, "critical: logical drive 0 Data of controller 0: is missing; it was RAID1 of 500 MB\n");
+}

@@ -40,6 +40,7 @@ struct Comparison {
     const Snapshot& now;
     const Findings before;
     const Findings after;
+    const Findings differences; // of the objects
 };
 
 // A more severe problem of the same thing is no good news of the other one.
@@ -50,12 +51,22 @@ static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
     });
 }
 
+// An object that disappeared or moved has its own line, and its problem is not solved.
+static bool isGone(const Comparison& both, const Object& object) {
+    static constexpr std::string_view ids[] = {"array-missing", "drive-missing", "enclosure-missing",
+                                               "battery-missing", "drive-moved"};
+    return std::any_of(both.differences.begin(), both.differences.end(), [&](const Finding& each) {
+        return isSameObject(each.object, object) &&
+               std::find(std::begin(ids), std::end(ids), each.rule->id) != std::end(ids);
+    });
+}
+
 // Nor is the state of a logical drive that got worse, or a controller that disappeared.
 static bool isSuperseded(const Comparison& both, const Finding& finding) {
     const Object& object = finding.object;
     if (object.kind != ObjectKind::host && findController(both.now, object.controller) == nullptr)
         return true;
-    return isReplacedByWorse(both, finding) ||
+    return isReplacedByWorse(both, finding) || isGone(both, object) ||
            (object.kind == ObjectKind::logicalDrive &&
             hasWorsened(both.earlier, both.now, object.controller, object.number));
 }
@@ -126,11 +137,12 @@ Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& li
     keepUnread(*earlier, &known);
     Lines lines;
     addArrayChanges(*earlier, known, &lines);
-    for (const Line& line : findingLines(compare(known, *earlier)))
+    const Findings differences = compare(known, *earlier);
+    for (const Line& line : findingLines(differences))
         lines.push_back(line);
     const Findings before = earlierCounts != nullptr ? *earlierCounts : countFindings(*earlier, limits);
     addFindingChanges({*earlier, known, findingsOf(*earlier, limits, baseline, before),
-                       findingsOf(known, limits, baseline, countFindings(now, limits))},
+                       findingsOf(known, limits, baseline, countFindings(now, limits)), differences},
                       &lines);
     return lines;
 }

@@ -71,26 +71,6 @@ std::string placeText(const Drive& drive) {
     return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
 }
 
-bool isPresent(const Snapshot& snapshot, const Object& object) {
-    if (object.kind == ObjectKind::host)
-        return true;
-    const Controller* controller = findController(snapshot, object.controller);
-    if (controller == nullptr)
-        return false;
-    switch (object.kind) {
-    case ObjectKind::battery:
-        return hasBattery(*controller);
-    case ObjectKind::enclosure:
-        return findEnclosure(*controller, object.number) != nullptr;
-    case ObjectKind::drive:
-        return findDrive(*controller, object.number) != nullptr;
-    case ObjectKind::logicalDrive:
-        return findLogicalDrive(*controller, object.number) != nullptr;
-    default:
-        return true;
-    }
-}
-
 std::string versionText(const VersionNumber& version) {
     return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
            std::to_string(version.third) + "." + std::to_string(version.fourth);

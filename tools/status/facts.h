@@ -6,7 +6,6 @@
 #include "snapshot/snapshot.h"
 #include "snapshot/state.h"
 #include "snapshot/words.h"
-#include "tools/status/finding.h"
 
 bool isRedundant(std::uint8_t level);
 
@@ -35,9 +34,6 @@ std::string knownText(std::string_view field);
 // "channel 1, enclosure 0, serial TQ5A0041733"
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);
 std::string placeText(const Drive& drive);
-
-// Whether the snapshot contains the object; a battery also must be installed.
-bool isPresent(const Snapshot& snapshot, const Object& object);
 
 std::string versionText(const VersionNumber& version);
 

@@ -41,7 +41,22 @@ std::string anchorOf(const Object& object) {
 
 // A finding can be about an object that has disappeared, which the page does not show.
 static bool isShown(const Snapshot& snapshot, const Object& object) {
-    return object.kind != ObjectKind::host && isPresent(snapshot, object);
+    const Controller* controller =
+        object.kind == ObjectKind::host ? nullptr : findController(snapshot, object.controller);
+    if (controller == nullptr)
+        return false;
+    switch (object.kind) {
+    case ObjectKind::battery:
+        return hasBattery(*controller);
+    case ObjectKind::enclosure:
+        return findEnclosure(*controller, object.number) != nullptr;
+    case ObjectKind::drive:
+        return findDrive(*controller, object.number) != nullptr;
+    case ObjectKind::logicalDrive:
+        return findLogicalDrive(*controller, object.number) != nullptr;
+    default:
+        return true;
+    }
 }
 
 static std::string objectCell(const Snapshot& snapshot, const Object& object) {
