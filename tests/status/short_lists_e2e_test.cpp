@@ -112,6 +112,30 @@ TEST_F(ShortLists, LeaveTheBaselineUncheckedIfTheyAreRefused) {
     }
 }
 
+// Without the count, nothing shows that a list is complete, and no second page of it is requested.
+TEST_F(ShortLists, LeaveTheBaselineUncheckedWithoutACount) {
+    const Json uncounted = {{"kind", "refuse"}, {"operation", "q5_getControllerInfo"}};
+    const std::string fault =
+        "unknown: controller 0: q5_getControllerInfo failed with result 1, and 1 more fault\n";
+    world["rules"] = {uncounted, {{"kind", "short"}, {"operation", "q5_getPhyDrvInfo"}}};
+    expectFindings(3, fault + "unknown: controller 0: drives 2, 3 of the baseline cannot be checked: not all "
+                              "drives could be read\n");
+    world["rules"] = {uncounted, {{"kind", "zero"}, {"operation", "q5_getLogDrvInfo"}}};
+    expectFindings(3, fault + "unknown: controller 0: logical drive 0 of the baseline cannot be checked: not "
+                              "all logical drives could be read\n");
+    world["rules"] = {uncounted};
+    expectFindings(3, fault);
+    controller()["drives"][1]["failed"] = true;
+    world["rules"] = {uncounted, {{"kind", "zero"}, {"operation", "q5_getPhyDrvInfo"}}};
+    expectFindings(
+        2,
+        "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n" + fault +
+            "unknown: controller 0: drives 1, 2, 3 of the baseline cannot be checked: not all drives could "
+            "be read\n"
+            "warning: drive 2 of controller 0: lost by logical drive 0 Data; it cannot be identified, "
+            "because not all drives could be read, last seen on channel 1, enclosure 0, serial S0002\n");
+}
+
 // The count of the library is used even if it reports a failure, but proves nothing then.
 TEST_F(ShortLists, LeaveControllersOfTheBaselineUnchecked) {
     world["controllers"].push_back(controller());
@@ -165,6 +189,25 @@ TEST_F(ShortLists, ChangeNothingThatTheyDoNotContain) {
     refuseNothing();
     expectChanges(0, "info: no longer: controller 0: counts 3 drives, but lists 0\n");
     expectChanges(0, "");
+}
+
+TEST_F(ShortLists, ChangeNothingWithoutACountEither) {
+    const std::string fault = "controller 0: q5_getControllerInfo failed with result 1, and 1 more fault\n";
+    for (const std::string list : {"q5_getPhyDrvInfo", "q5_getLogDrvInfo"})
+        for (const std::string kind : {"short", "zero"})
+            for (const bool first : {true, false}) {
+                SCOPED_TRACE(kind + " " + list);
+                std::filesystem::remove(kept);
+                refuseNothing();
+                if (!first)
+                    expectChanges(0, "");
+                world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getControllerInfo"}},
+                                  {{"kind", kind}, {"operation", list}}};
+                expectChanges(3, "unknown: " + fault);
+                expectChanges(3, "");
+                refuseNothing();
+                expectChanges(0, "info: no longer: " + fault);
+            }
 }
 
 TEST_F(ShortLists, OfLogicalDrivesChangeNothingEither) {

@@ -16,17 +16,16 @@ bool isRefused(const Controller& controller, std::string_view operation) {
 }
 
 bool hasAllDrives(const Controller& controller) {
-    const bool refused = isRefused(controller, "q5_getPhyDrvInfo");
-    if (controller.drives.empty() && refused)
+    if (controller.drives.empty() && isRefused(controller, "q5_getPhyDrvInfo"))
         return false;
-    return controller.info ? controller.info->diskCount <= controller.drives.size() : !refused;
+    return controller.info && controller.info->diskCount <= controller.drives.size();
 }
 
 // They are listed by one call.
 bool hasAllLogicalDrives(const Controller& controller) {
     if (controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo"))
         return false;
-    return !controller.info || controller.info->arrayCount <= controller.logicalDrives.size();
+    return controller.info && controller.info->arrayCount <= controller.logicalDrives.size();
 }
 
 // Each is read by a call of its own.

@@ -12,8 +12,8 @@ bool isRedundant(std::uint8_t level);
 // Whether an operation on the controller was refused, so that a list may lack objects.
 bool isRefused(const Controller& controller, std::string_view operation);
 
-// Whether a list is complete. One that was refused halfway is if it has as many objects as the controller
-// counts.
+// Whether a list is known to be complete. One that was refused halfway is if it has as many objects as the
+// controller counts; without the count, none is.
 bool hasAllDrives(const Controller& controller);
 bool hasAllLogicalDrives(const Controller& controller);
 
