@@ -4,6 +4,13 @@
 
 #include "tests/status/history.h"
 
+static const std::string kSmart =
+    "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
+    "enclosure 0, serial S0001\n";
+static const std::string kSpareGone =
+    "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial S0003\n"
+    "warning: controller 0: has 0 spares; it had 1\n";
+
 // Logical drives that the saved state does not contain.
 
 static const std::string kOffline =
@@ -164,14 +171,81 @@ TEST_F(Changes, CompareThePagesThatCouldBeListed) {
                      "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
 }
 
-// Nothing can be read.
+// Retained facts are not combined with present ones.
 
-static const std::string kSmart =
-    "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
-    "enclosure 0, serial S0001\n";
-static const std::string kSpareGone =
-    "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial S0003\n"
-    "warning: controller 0: has 0 spares; it had 1\n";
+TEST_F(Changes, DoNotJudgeTheLastKnownLogicalDrivesWithPresentDrives) {
+    const std::string fault = "controller 0: q5_getLogDrvInfo failed with result 1\n";
+    const std::string none = "info: logical drive 0 Data of controller 0: has no spare\n";
+    const Json spare = controller()["drives"][2];
+    expectChanges(0, "");
+    refuse("q5_getLogDrvInfo");
+    controller()["drives"].erase(2);
+    expectChanges(3, kSpareGone + "unknown: " + fault);
+    expectChanges(3, "");
+    refuseNothing();
+    expectChanges(0, none + "info: no longer: " + fault);
+    expectChanges(0, "");
+    refuse("q5_getLogDrvInfo");
+    controller()["drives"].push_back(spare);
+    expectChanges(3, "info: drive 3 of controller 0: is new; channel 2, enclosure 0, serial S0003\n"
+                     "info: controller 0: has 1 spare; it had 0\n"
+                     "unknown: " +
+                         fault);
+    expectChanges(3, "");
+    refuseNothing();
+    expectChanges(0, "info: no longer: " + fault + "info: no longer: " + none.substr(6));
+    expectChanges(0, "");
+}
+
+TEST_F(Changes, DoNotJudgeTheLastKnownBatteryWithPresentLogicalDrives) {
+    controller()["battery"] = nullptr;
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expectChanges(0, "");
+    const std::string fault = "controller 0: q5_getBatteryInfo failed with result 1\n";
+    const std::string unprotected = "logical drive 0 Data of controller 0: set to write back, but the "
+                                    "controller has no battery\n";
+    refuse("q5_getBatteryInfo");
+    controller()["logicalDrives"][0].erase("cacheFlags");
+    expectChanges(3, "unknown: " + fault);
+    expectChanges(3, "");
+    refuseNothing();
+    expectChanges(1, "warning: " + unprotected + "info: no longer: " + fault);
+    expectChanges(1, "");
+}
+
+// It cannot be accessed because it is lost, which shows only later.
+TEST_F(Changes, DoNotCallADriveAccessibleThatIsReportedAsLost) {
+    const std::string fault = "controller 0: q5_getLogDrvInfo failed with result 1\n";
+    expectChanges(0, "");
+    controller()["autoRebuild"] = false;
+    controller()["drives"][1]["failed"] = true;
+    refuse("q5_getLogDrvInfo");
+    expectChanges(
+        3, "unknown: " + fault +
+               "warning: drive 2 of controller 0: cannot be accessed, but belongs to logical drive 0 Data; "
+               "channel 1, enclosure 0, serial S0002\n");
+    refuseNothing();
+    expectChanges(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+                     "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic "
+                     "rebuild is off\n"
+                     "info: no longer: " +
+                         fault);
+}
+
+TEST_F(Changes, DoNotCompareTheLastKnownVersionWithPresentOnes) {
+    world["controllers"].push_back(controller());
+    expectChanges(0, "");
+    for (Json& each : world["controllers"])
+        each["driverVersion"] = {1, 9, 0, 0};
+    world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getDriverInfo"}, {"after", 1}}};
+    const std::string fault = "controller 1: q5_getDriverInfo failed with result 1\n";
+    expectChanges(0, "info: " + fault);
+    expectChanges(0, "");
+    refuseNothing();
+    expectChanges(0, "info: no longer: " + fault);
+}
+
+// Nothing can be read.
 
 TEST_F(Changes, ReportOnceThatTheLibraryFails) {
     for (const std::string operation : {"q5_initialize", "q5_discover", "q5_getNumberOfHBA"})

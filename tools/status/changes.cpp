@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "tools/status/changes_counts.h"
+#include "tools/status/changes_combined.h"
 #include "tools/status/changes_match.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/facts.h"
@@ -61,14 +61,26 @@ static bool isGone(const Comparison& both, const Object& object) {
     });
 }
 
+// The drive's logical drive has lost it since.
+static bool isNewlyLost(const Comparison& both, const Object& object) {
+    return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
+        return std::string_view(each.rule->id) == "member-lost" && isSameObject(each.object, object) &&
+               !persists(both.before, each);
+    });
+}
+
 // Nor is the state of a logical drive that got worse, or a controller that disappeared.
 static bool isSuperseded(const Comparison& both, const Finding& finding) {
     const Object& object = finding.object;
     if (object.kind != ObjectKind::host && findController(both.now, object.controller) == nullptr)
         return true;
-    return isReplacedByWorse(both, finding) || isGone(both, object) ||
+    return isReplacedByWorse(both, finding) || isGone(both, object) || isNewlyLost(both, object) ||
            (object.kind == ObjectKind::logicalDrive &&
             hasWorsened(both.earlier, both.now, object.controller, object.number));
+}
+
+static bool isUncheckedRule(const Finding& finding) {
+    return std::string_view(finding.rule->id) == "baseline-unchecked";
 }
 
 static bool isOfBaseline(const Rule& rule) {
@@ -76,33 +88,28 @@ static bool isOfBaseline(const Rule& rule) {
     return std::any_of(all.begin(), all.end(), [&](const Rule& each) { return &each == &rule; });
 }
 
-// Whether objects that no earlier run has listed either may have what a finding is about. Whatever was listed
-// before has been completed with what could not be read.
-static bool mayBeUncertain(const Controller& controller, const Finding& finding) {
-    switch (finding.object.kind) {
-    case ObjectKind::drive:
-        return isOfBaseline(*finding.rule) && !hasAllDrives(controller);
-    case ObjectKind::logicalDrive: // its spares as well
-        return !hasAllDrives(controller) || !hasAllLogicalDrives(controller);
-    case ObjectKind::enclosure:
-        return !hasAllEnclosures(controller);
-    default: // its spares
-        return !hasAllDrives(controller);
-    }
+// Whether the present run cannot check the object of the baseline.
+static bool isUnchecked(const Comparison& both, const Object& object) {
+    const std::string part = shortObjectText({object.kind, object.controller, object.number, ""});
+    return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
+        return isUncheckedRule(each) && each.object.controller == object.controller &&
+               std::find(each.parts.begin(), each.parts.end(), part) != each.parts.end();
+    });
 }
 
-// Whether a finding may still apply although the present ones lack it. An operation that works again is known
-// to.
+// Whether a finding may still apply although the present ones lack it. Whatever was listed before has been
+// completed with what could not be read; only objects that no earlier run has listed either may hide one.
 static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
-    if (isCount(wanted))
-        return mayCountBeHidden(both.after, wanted);
     const Controller* controller = findController(both.now, wanted.object.controller);
-    if (wanted.rule->severity == Severity::unknown || wanted.object.kind == ObjectKind::host ||
-        controller == nullptr)
+    if (wanted.object.kind == ObjectKind::host || controller == nullptr)
         return false;
     if (wanted.object.kind == ObjectKind::battery)
-        return batteryState(*controller) > kBatteryReconditioning;
-    return mayBeUncertain(*controller, wanted);
+        return wanted.rule->severity != Severity::unknown &&
+               batteryState(*controller) > kBatteryReconditioning;
+    if (!isOfBaseline(*wanted.rule) || isUncheckedRule(wanted))
+        return false;
+    return wanted.object.kind == ObjectKind::controller ? !hasAllDrives(*controller) // its spares
+                                                        : isUnchecked(both, wanted.object);
 }
 
 // A difference from the baseline that is also a change since the earlier snapshot has its line already.
@@ -117,32 +124,63 @@ static void addFindingChanges(const Comparison& both, Lines* lines) {
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }
 
-// The findings of a snapshot that was completed, with the counts of the lists as they were read.
+// The findings of a snapshot that was completed, with the combined ones of what was read.
 static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline,
-                           const Findings& counts) {
+                           const Findings& combined) {
     Findings findings = evaluate(snapshot, limits, baseline);
-    std::erase_if(findings, isCount);
-    const auto first = std::find_if(findings.begin(), findings.end(), [](const Finding& each) {
-        return each.rule->severity != Severity::critical;
-    });
-    findings.insert(first, counts.begin(), counts.end());
+    std::erase_if(findings, isCombined);
+    findings.insert(findings.end(), combined.begin(), combined.end());
+    sortFindings(&findings);
+    return findings;
+}
+
+// What the lists of an earlier state lacked, which was completed: there was more than they had.
+static Snapshot asCounted(Snapshot earlier, const Findings& combined) {
+    for (Controller& controller : earlier.controllers)
+        for (const Finding& each : combined)
+            if (each.object.kind == ObjectKind::controller && each.object.controller == controller.id &&
+                controller.info) {
+                if (std::string_view(each.rule->id) == "drive-count")
+                    controller.info->diskCount = static_cast<std::uint16_t>(controller.drives.size() + 1);
+                else
+                    controller.info->arrayCount =
+                        static_cast<std::uint16_t>(controller.logicalDrives.size() + 1);
+            }
+    return earlier;
+}
+
+// The state that was kept counts lists as complete that were short: what could not be checked then is found
+// without that.
+static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, const Snapshot* baseline,
+                                const Findings& combined) {
+    Findings findings = findingsOf(earlier, limits, baseline, combined);
+    if (baseline == nullptr)
+        return findings;
+    std::erase_if(findings, isUncheckedRule);
+    for (const Finding& each : compare(asCounted(earlier, combined), *baseline))
+        if (isUncheckedRule(each))
+            findings.push_back(each);
+    sortFindings(&findings);
     return findings;
 }
 
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline, const Findings* earlierCounts) {
+                  const Snapshot* baseline, const Findings* earlierCombined) {
     if (earlier == nullptr)
         return problemLines(evaluate(now, limits, baseline));
     Snapshot known = now;
     keepUnread(*earlier, &known);
+    const Findings before =
+        earlierCombined != nullptr ? *earlierCombined : combinedFindings(*earlier, limits);
+    Findings after = combinedFindings(now, limits);
+    const Findings carried = carriedCombined(before, now, after);
+    after.insert(after.end(), carried.begin(), carried.end());
+    const Comparison both = {*earlier, known, earlierFindings(*earlier, limits, baseline, before),
+                             findingsOf(known, limits, baseline, after), compare(known, *earlier)};
     Lines lines;
     addArrayChanges(*earlier, known, &lines);
-    const Findings differences = compare(known, *earlier);
-    for (const Line& line : findingLines(differences))
+    for (const Line& line : findingLines(both.differences))
         lines.push_back(line);
-    const Findings before = earlierCounts != nullptr ? *earlierCounts : countFindings(*earlier, limits);
-    addFindingChanges({*earlier, known, findingsOf(*earlier, limits, baseline, before),
-                       findingsOf(known, limits, baseline, countFindings(now, limits)), differences},
-                      &lines);
+    addFindingChanges(both, &lines);
     return lines;
 }

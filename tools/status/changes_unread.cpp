@@ -87,13 +87,20 @@ static void keepLogicalDrives(const Controller& earlier, Controller* now) {
     }
 }
 
-// The lists may have been read since the controller counted, and were not compared with a count.
+// A list that was complete still has all that was there then: what it lacks now has come since.
+static void keepCompleteness(const Controller& earlier, Controller* now) {
+    if (now->info && hasAllDrives(earlier) && now->info->diskCount > now->drives.size())
+        now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
+    if (now->info && hasAllLogicalDrives(earlier) && now->info->arrayCount > now->logicalDrives.size())
+        now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
+}
+
+// The lists are not compared with a count of another time.
 static void keepInfo(const Controller& earlier, Controller* now) {
-    if (now->info || !earlier.info)
+    if (now->info)
         return;
     now->info = earlier.info;
-    now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
-    now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
+    keepCompleteness(earlier, now);
 }
 
 static void keepController(const Controller& earlier, Controller* now) {
@@ -129,6 +136,9 @@ void keepUnread(const Snapshot& earlier, Snapshot* now) {
 Snapshot stateToKeep(const Snapshot& earlier, const Snapshot& now, std::optional<std::uint32_t> chosen) {
     Snapshot kept = now;
     keepUnread(earlier, &kept);
+    for (Controller& controller : kept.controllers)
+        if (const Controller* before = findController(earlier, controller.id))
+            keepCompleteness(*before, &controller);
     if (now.controllerCount == 0 && now.faults.empty())
         kept.controllers = earlier.controllers;
     else if (chosen) {

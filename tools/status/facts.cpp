@@ -15,6 +15,11 @@ bool isRefused(const Controller& controller, std::string_view operation) {
     });
 }
 
+bool hasFault(const Controller& controller, std::string_view operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(),
+                       [&](const Fault& fault) { return fault.operation == operation; });
+}
+
 bool hasAllDrives(const Controller& controller) {
     if (controller.drives.empty() && isRefused(controller, "q5_getPhyDrvInfo"))
         return false;
@@ -30,8 +35,7 @@ bool hasAllLogicalDrives(const Controller& controller) {
 
 // Each is read by a call of its own.
 bool hasAllEnclosures(const Controller& controller) {
-    return std::none_of(controller.faults.begin(), controller.faults.end(),
-                        [](const Fault& fault) { return fault.operation == "q5_getEnclosureInfo"; });
+    return !hasFault(controller, "q5_getEnclosureInfo");
 }
 
 bool mayBeUnlisted(const Controller& controller, std::uint32_t number) {

@@ -12,6 +12,9 @@ bool isRedundant(std::uint8_t level);
 // Whether an operation on the controller was refused, so that a list may lack objects.
 bool isRefused(const Controller& controller, std::string_view operation);
 
+// Whether a call of an operation on the controller failed in any way.
+bool hasFault(const Controller& controller, std::string_view operation);
+
 // Whether a list is known to be complete. One that was refused halfway is if it has as many objects as the
 // controller counts; without the count, none is.
 bool hasAllDrives(const Controller& controller);

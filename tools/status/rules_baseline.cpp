@@ -301,10 +301,13 @@ static void addUnchecked(Evaluation* evaluation, const Object& object, const std
                          const std::vector<std::uint32_t>& numbers) {
     if (numbers.empty())
         return;
+    std::vector<std::string> parts;
     std::string text = numbers.size() == 1 ? word : word + "s";
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        text += (i == 0 ? " " : ", ") + std::to_string(numbers[i]);
-    addFindingOf(evaluation, object, {word},
+    for (const std::uint32_t number : numbers) {
+        text += (parts.empty() ? " " : ", ") + std::to_string(number);
+        parts.push_back(word + " " + std::to_string(number));
+    }
+    addFindingOf(evaluation, object, parts,
                  text + " of the baseline cannot be checked: not all " + word + "s could be read");
 }
 

@@ -13,7 +13,7 @@
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/status/changes.h"
-#include "tools/status/changes_counts.h"
+#include "tools/status/changes_combined.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
@@ -47,17 +47,17 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot. missing: the file does not exist; counts: see changes_counts.h, may be null.
+// An earlier snapshot. missing: the file does not exist; combined: see changes_combined.h, may be null.
 static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
-                                Findings* counts = nullptr) {
+                                Findings* combined = nullptr) {
     std::string text;
     const ReadResult result = readFile(path, &text);
     *missing = result == ReadResult::missing;
     if (result != ReadResult::done)
         return readProblem(path);
     const std::string problem = snapshotFromText(text, snapshot);
-    if (problem.empty() && counts != nullptr)
-        *counts = savedCounts(text);
+    if (problem.empty() && combined != nullptr)
+        *combined = savedCombined(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
@@ -125,9 +125,9 @@ static Severity worstLine(const Lines& lines) {
 }
 
 static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
-                            const Findings& earlierCounts) {
+                            const Findings& earlierCombined) {
     Findings findings = report.findings;
-    for (const Finding& each : carriedCounts(earlierCounts, report.snapshot, report.findings))
+    for (const Finding& each : carriedCombined(earlierCombined, report.snapshot, report.findings))
         findings.push_back(each);
     const Snapshot kept =
         earlier != nullptr ? stateToKeep(*earlier, report.snapshot, options.controller) : report.snapshot;
@@ -138,21 +138,21 @@ static std::string keptText(const Options& options, const Report& report, const 
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
                                  Severity* worst) {
     Snapshot saved;
-    Findings counts;
+    Findings combined;
     bool missing = false;
-    std::string problem = readSnapshot(options.changes, &saved, &missing, &counts);
+    std::string problem = readSnapshot(options.changes, &saved, &missing, &combined);
     if (!problem.empty() && !missing)
         return problem;
     const Snapshot earlier = limitedTo(options, saved);
     const Lines lines =
-        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &counts);
+        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &combined);
     *worst = worstLine(lines);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     if (!problem.empty())
         return problem;
-    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, counts));
+    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, combined));
 }
 
 static std::string reportState(const Options& options, const Report& report) {
