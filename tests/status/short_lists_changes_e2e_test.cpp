@@ -219,6 +219,41 @@ TEST_F(ShortLists, ResolveDifferencesFromTheBaselineThatTheyShow) {
     EXPECT_NE(rest.find("info: no longer: drive 4 of controller 0: is missing;"), std::string::npos) << rest;
 }
 
+// All drives of the last state are known, so that another one stays missing.
+TEST_F(ShortLists, DoNotHideDrivesThatWereMissingBefore) {
+    const std::vector<std::string> words = {"--changes", kept, "--baseline", before};
+    const Json all = controller()["drives"];
+    Json fourth = all[2];
+    fourth["id"] = 3;
+    fourth["serial"] = "S0004";
+    fourth["extents"][0]["use"] = "free";
+    controller()["drives"].push_back(fourth);
+    saveBaseline();
+    controller()["drives"] = all;
+    const std::string missing =
+        "drive 4 of controller 0: is missing; it was on channel 2, enclosure 0, serial S0004\n";
+    expect(words, 1, "warning: " + missing);
+    shorten("q5_getPhyDrvInfo");
+    expect(words, 3, "unknown: " + kTwoOfThree);
+    expect(words, 3, "");
+    refuseNothing();
+    expect(words, 1, "info: no longer: " + kTwoOfThree);
+    controller()["drives"].push_back(fourth);
+    shorten("q5_getPhyDrvInfo");
+    const std::string count = "controller 0: counts 4 drives, but lists 3\n";
+    const std::string unchecked =
+        "controller 0: drive 4 of the baseline cannot be checked: not all drives could "
+        "be read\n";
+    expect(words, 3, "unknown: " + count + "unknown: " + unchecked);
+    expect(words, 3, "");
+    refuseNothing();
+    expect(words, 0,
+           "info: drive 4 of controller 0: is new; channel 2, enclosure 0, serial S0004\n"
+           "info: no longer: " +
+               count + "info: no longer: " + unchecked + "info: no longer: " + missing);
+    expect(words, 0, "");
+}
+
 // The file is not trusted: what no run has written there has no effect, and no control byte is printed.
 TEST_F(ShortLists, DoNotTrustTheFindingsInTheFile) {
     expectChanges(0, "");

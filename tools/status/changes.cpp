@@ -2,6 +2,7 @@
 #include "tools/status/changes.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "tools/status/changes_combined.h"
 #include "tools/status/changes_match.h"
@@ -134,30 +135,36 @@ static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const
     return findings;
 }
 
-// What the lists of an earlier state lacked, which was completed: there was more than they had.
-static Snapshot asCounted(Snapshot earlier, const Findings& combined) {
+// "counts 3 drives, but lists 2"
+static void applyCount(const Finding& count, Controller* controller) {
+    static constexpr std::string_view start = "counts ";
+    const char* end = count.text.data() + count.text.size();
+    std::uint16_t number = 0;
+    if (count.text.starts_with(start) &&
+        std::from_chars(count.text.data() + start.size(), end, number).ec == std::errc())
+        (std::string_view(count.rule->id) == "drive-count" ? controller->info->diskCount
+                                                           : controller->info->arrayCount) = number;
+}
+
+// The earlier state with the counts as its run has read them.
+static Snapshot withCounts(Snapshot earlier, const Findings& combined) {
     for (Controller& controller : earlier.controllers)
         for (const Finding& each : combined)
             if (each.object.kind == ObjectKind::controller && each.object.controller == controller.id &&
-                controller.info) {
-                if (std::string_view(each.rule->id) == "drive-count")
-                    controller.info->diskCount = static_cast<std::uint16_t>(controller.drives.size() + 1);
-                else
-                    controller.info->arrayCount =
-                        static_cast<std::uint16_t>(controller.logicalDrives.size() + 1);
-            }
+                controller.info && !hasFault(controller, "q5_getControllerInfo"))
+                applyCount(each, &controller);
     return earlier;
 }
 
-// The state that was kept counts lists as complete that were short: what could not be checked then is found
-// without that.
+// A list that was short counts as complete in the state that was kept, but what could not be checked then was
+// not checked.
 static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, const Snapshot* baseline,
                                 const Findings& combined) {
     Findings findings = findingsOf(earlier, limits, baseline, combined);
     if (baseline == nullptr)
         return findings;
     std::erase_if(findings, isUncheckedRule);
-    for (const Finding& each : compare(asCounted(earlier, combined), *baseline))
+    for (const Finding& each : compare(withCounts(earlier, combined), *baseline))
         if (isUncheckedRule(each))
             findings.push_back(each);
     sortFindings(&findings);
