@@ -55,17 +55,12 @@ static LogicalDrive readLogicalDrive(const Controller& controller, const LogDrvI
     return drive;
 }
 
-static bool isListed(const Controller& controller, std::uint16_t logDrvId) {
-    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
-                       [&](const LogicalDrive& drive) { return drive.info.logDrvId == logDrvId; });
-}
-
 void readLogicalDrives(Controller* controller) {
     const LogDrvQuery query = {0, kMaxLogDrvs};
     const auto list = readList<q5_getLogDrvInfo, LogDrvInfo, kMaxLogDrvs>(
         {hbaAddress(controller->id), &controller->faults}, query);
     for (const LogDrvInfo& info : list.value_or(std::vector<LogDrvInfo>()))
-        if (isListed(*controller, info.logDrvId))
+        if (findLogicalDrive(*controller, info.logDrvId) != nullptr)
             addFault<q5_getLogDrvInfo>(&controller->faults, FaultKind::repeated, info.logDrvId);
         else
             controller->logicalDrives.push_back(readLogicalDrive(*controller, info));

@@ -17,10 +17,24 @@ const Drive* findDrive(const Controller& controller, std::uint32_t number) {
     return nullptr;
 }
 
+const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t logDrvId) {
+    for (const LogicalDrive& drive : controller.logicalDrives)
+        if (drive.info.logDrvId == logDrvId)
+            return &drive;
+    return nullptr;
+}
+
 const LogicalDrive* findArray(const Controller& controller, std::uint16_t arrayId) {
     for (const LogicalDrive& drive : controller.logicalDrives)
         if (drive.info.arrayId == arrayId)
             return &drive;
+    return nullptr;
+}
+
+const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
+    for (const Enclosure& enclosure : controller.enclosures)
+        if (enclosure.id == id)
+            return &enclosure;
     return nullptr;
 }
 

@@ -112,7 +112,9 @@ std::string_view fieldText(const char (&field)[size]) {
 // Return nullptr if not found.
 const Controller* findController(const Snapshot& snapshot, std::uint32_t id);
 const Drive* findDrive(const Controller& controller, std::uint32_t number);
+const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t logDrvId);
 const LogicalDrive* findArray(const Controller& controller, std::uint16_t arrayId);
+const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id);
 
 // Whether a drive has extents and all of them are inaccessible.
 bool isInaccessible(const Drive& drive);

@@ -1,6 +1,7 @@
 // Texts from adapters and files, made fit for one line of output.
 #include "snapshot/text.h"
 
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 
@@ -82,6 +83,25 @@ std::string printable(std::string_view text) {
         text.remove_prefix(character.size());
     }
     return line;
+}
+
+// The byte of "\\xNN" at the start of the line; -1 if there is none.
+static int escapedByte(std::string_view line) {
+    unsigned value = 0;
+    if (line.size() < 4 || !line.starts_with("\\x"))
+        return -1;
+    const auto result = std::from_chars(line.data() + 2, line.data() + 4, value, 16);
+    return result.ptr == line.data() + 4 ? static_cast<int>(value) : -1;
+}
+
+std::string fromPrintable(std::string_view line) {
+    std::string text;
+    while (!line.empty()) {
+        const int byte = escapedByte(line);
+        text += byte >= 0 ? static_cast<char>(byte) : line.front();
+        line.remove_prefix(byte >= 0 ? 4 : line.starts_with("\\\\") ? 2 : 1);
+    }
+    return text;
 }
 
 std::string asUtf8(std::string_view text) {

@@ -16,6 +16,9 @@ std::string_view trimmed(std::string_view text);
 // bytes that are not UTF-8 become "\xNN", a backslash is doubled.
 std::string printable(std::string_view text);
 
+// The text that printable() has made a line of. Anything else stays as it is.
+std::string fromPrintable(std::string_view line);
+
 // The text as UTF-8: each byte that belongs to no character becomes U+FFFD.
 std::string asUtf8(std::string_view text);
 

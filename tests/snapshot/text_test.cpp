@@ -14,6 +14,17 @@ TEST(Printable, KeepsTextAndEscapesWhatChangesTheDisplay) {
     EXPECT_EQ(printable(std::string_view("\0", 1)), "\\x00");
 }
 
+TEST(Text, IsReadFromALine) {
+    for (const std::string text :
+         {"", "Archive 1", "a\\b\\\\", "\\x41", "a\nb\x1b", "\u00fc\u202e", "\xff\\"})
+        EXPECT_EQ(fromPrintable(printable(text)), text);
+    EXPECT_EQ(fromPrintable("a\\x41b\\\\x41"), "aAb\\x41");
+    EXPECT_EQ(fromPrintable("\\"), "\\");
+    EXPECT_EQ(fromPrintable("\\x4"), "\\x4");
+    EXPECT_EQ(fromPrintable("\\x4g"), "\\x4g");
+    EXPECT_EQ(fromPrintable("\\q"), "\\q");
+}
+
 TEST(Utf8, RejectsInvalidBytes) {
     for (const char* good :
          {"", "a", "\u0080", "\u07ff", "\u0800", "\ud7ff", "\ue000", "\U00010000", "\U0010ffff"})

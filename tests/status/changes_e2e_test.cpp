@@ -1,349 +1,254 @@
-// cli-status --changes: lists that cannot be read for a while, problems of the same kind, and lines that
-// belong together.
+// cli-status --changes: what begins and what ends, and the file that keeps the state.
 #include <filesystem>
 
 #include "tests/status/history.h"
 
-// Logical drives that the saved state does not contain.
-
-static const std::string kOffline =
-    "critical: drive 1 of controller 0 lost; drive 2 of controller 0 lost; logical drive 0 Data is offline\n";
-
-TEST_F(Changes, ReportALogicalDriveThatWentOfflineAfterARefusedListing) {
-    expectChanges(0, "");
-    refuse("q5_getLogDrvInfo");
-    expectChanges(3, "unknown: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    refuseNothing();
-    controller()["drives"][0]["failed"] = true;
-    controller()["drives"][1]["failed"] = true;
-    expectChanges(2, kOffline + "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    expectChanges(2, "");
-}
-
-TEST_F(Changes, ReportAnOfflineLogicalDriveThatWasNeverListedBefore) {
-    refuse("q5_getLogDrvInfo");
-    expectChanges(3, "unknown: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    refuseNothing();
-    controller()["drives"][0]["failed"] = true;
-    controller()["drives"][1]["failed"] = true;
-    expectChanges(2, kOffline + "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
-}
-
-TEST_F(Changes, ReportTheLogicalDrivesOfAControllerThatWasNotChosenBefore) {
-    world["controllers"].push_back(controller());
-    expect({"-i", "0", "--changes", kept}, 0, "");
-    world["controllers"][1]["drives"][0]["failed"] = true;
-    world["controllers"][1]["drives"][1]["failed"] = true;
-    expectChanges(2, "critical: drive 1 of controller 1 lost; drive 2 of controller 1 lost; logical drive 0 "
-                     "Data is offline\n");
-}
-
-TEST_F(Changes, ReportTheLogicalDrivesOfANewController) {
-    expectChanges(0, "");
-    world["controllers"].push_back(controller());
-    Json& added = world["controllers"][1];
-    added["autoRebuild"] = false;
-    added["drives"][1]["failed"] = true;
-    expectChanges(2, "critical: drive 2 of controller 1 lost; logical drive 0 Data is critical\n"
-                     "info: controller 1: is new\n"
-                     "warning: logical drive 0 Data of controller 1: no replacement is coming: automatic "
-                     "rebuild is off\n");
-}
-
-TEST_F(Changes, ReportAPausedActivityOfANewController) {
-    expectChanges(0, "");
-    world["controllers"].push_back(controller());
-    world["controllers"][1]["logicalDrives"][0]["activity"] = {
-        {"kind", "redundancyCheck"}, {"paused", true}, {"doneMb", 170}, {"totalMb", 500}};
-    expectChanges(1, "warning: redundancy check of logical drive 0 Data of controller 1 paused at 34%\n"
-                     "info: controller 1: is new\n");
-}
-
-// Lists that cannot be read for a while.
-
-TEST_F(Changes, ReportADriveThatWasPulledWhileTheDrivesCouldNotBeListed) {
-    expectChanges(0, "");
-    refuse("q5_getPhyDrvInfo");
-    expectChanges(3, "unknown: controller 0: q5_getPhyDrvInfo failed with result 1\n");
-    expectChanges(3, "");
-    refuseNothing();
-    controller()["drives"].erase(2);
-    expectChanges(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
-                     "S0003\n"
-                     "warning: controller 0: has 0 spares; it had 1\n"
-                     "info: logical drive 0 Data of controller 0: has no spare\n"
-                     "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
-}
-
-// Each list, on the first run or on a later one.
-TEST_F(Changes, ReportNothingAsMissingOrNewThatCouldNotBeListed) {
-    const std::pair<std::string, std::string> lists[] = {
-        {"q5_getPhyDrvInfo", "q5_getPhyDrvInfo failed with result 1"},
-        {"q5_getLogDrvInfo", "q5_getLogDrvInfo failed with result 1"},
-        {"q5_getEnclosureInfo", "q5_getEnclosureInfo failed with result 1, and 15 more faults"},
-        {"q5_getBatteryInfo", "q5_getBatteryInfo failed with result 1"},
-    };
-    for (const bool first : {true, false})
-        for (const auto& [operation, fault] : lists) {
-            SCOPED_TRACE(operation);
-            std::filesystem::remove(kept);
-            refuseNothing();
-            if (!first)
-                expectChanges(0, "");
-            refuse(operation);
-            expectChanges(3, "unknown: controller 0: " + fault + "\n");
-            refuseNothing();
-            expectChanges(0, "info: no longer: controller 0: " + fault + "\n");
-            expectChanges(0, "");
-        }
-}
-
-TEST_F(Changes, ReportWhatDisappearedWhileItCouldNotBeRead) {
-    expectChanges(0, "");
-    refuse("q5_get*Info");
-    session.useWorld(world.dump());
-    EXPECT_EQ(session.run({"--changes", kept}).status, 3);
-    refuseNothing();
-    controller()["logicalDrives"] = Json::array();
-    controller()["enclosures"] = Json::array();
+TEST_F(Changes, StartWithThePresentProblems) {
     controller()["battery"] = nullptr;
-    for (Json& drive : controller()["drives"])
-        drive["extents"] = {{{"use", "free"}, {"start", 0}, {"size", 2048000}}};
-    expect({"-q", "--changes", kept}, 2,
-           "critical: logical drive 0 Data of controller 0: is missing; it was RAID1 of 500 MB\n"
-           "warning: controller 0: has 0 spares; it had 1\n"
-           "warning: enclosure 0 of controller 0: is missing\n"
-           "warning: battery of controller 0: is missing\n");
-}
-
-TEST_F(Changes, KeepTheControllersThatARunDoesNotRead) {
-    world["controllers"].push_back(controller());
-    for (Json& drive : world["controllers"][1]["drives"])
-        drive["serial"] = "T" + drive["serial"].get<std::string>();
-    expectChanges(0, "");
-    expect({"-i", "1", "--changes", kept}, 0, "");
-    controller()["drives"].erase(2);
-    expect({"-i", "1", "--changes", kept}, 0, "");
-    world["controllers"][1]["drives"][2]["smartFailure"] = true;
-    expectChanges(1, "warning: drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
-                     "S0003\n"
-                     "warning: controller 0: has 0 spares; it had 1\n"
-                     "warning: drive 3 of controller 1: predicts its failure (SMART); channel 2, enclosure "
-                     "0, serial TS0003\n"
-                     "info: logical drive 0 Data of controller 0: has no spare\n");
-}
-
-TEST_F(Changes, ReportAControllerThatDisappearedBetweenRunsThatDoNotReadIt) {
-    world["controllers"].push_back(controller());
-    expectChanges(0, "");
-    world["controllers"].erase(1);
-    expect({"-i", "0", "--changes", kept}, 0, "");
-    expectChanges(2, "critical: controller 1: is missing\n");
-    expectChanges(0, "");
-}
-
-// The second page of the list is refused; the first one shows that a drive was pulled.
-TEST_F(Changes, CompareThePagesThatCouldBeListed) {
-    for (int id = 3; id < 20; ++id) {
-        Json drive = controller()["drives"][2];
-        drive["id"] = id;
-        drive["serial"] = "S1" + std::to_string(100 + id);
-        drive["extents"][0]["use"] = "free";
-        controller()["drives"].push_back(drive);
-    }
-    expectChanges(0, "");
-    world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getPhyDrvInfo"}, {"after", 1}}};
-    controller()["drives"].erase(4);
-    expectChanges(3, "warning: drive 5 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
-                     "S1104\n"
-                     "unknown: controller 0: q5_getPhyDrvInfo failed with result 1\n");
-    refuseNothing();
-    controller()["drives"].erase(18);
-    expectChanges(1, "warning: drive 20 of controller 0: is missing; it was on channel 2, enclosure 0, "
-                     "serial S1119\n"
-                     "info: no longer: controller 0: q5_getPhyDrvInfo failed with result 1\n");
-}
-
-// Problems of the same kind.
-
-TEST_F(Changes, ReportEverySensorOnce) {
-    Json& sensors = controller()["enclosures"][0]["sensors"];
-    expectChanges(0, "");
-    sensors[2]["reading"] = 4705;
-    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n");
-    sensors[2]["reading"] = 4715;
+    expectChanges(1, "warning: logical drive 0 Data of controller 0: set to write back, but the controller "
+                     "has no battery\n");
     expectChanges(1, "");
-    sensors[3]["reading"] = 11215;
-    expectChanges(1, "warning: enclosure 0 of controller 0: 12 V rail is at 11.200 V\n");
-    sensors[2]["reading"] = 5000;
-    expectChanges(1, "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.710 V\n");
 }
 
-TEST_F(Changes, ReportEveryFan) {
-    Json& sensors = controller()["enclosures"][0]["sensors"];
-    sensors.push_back(sensors[0]);
+TEST_F(Changes, ReportAFailedDriveUntilItIsRebuilt) {
     expectChanges(0, "");
-    sensors[0]["reading"] = 0;
-    expectChanges(2, "critical: enclosure 0 of controller 0: fan 1 has stopped (0 rpm)\n");
-    sensors[4]["reading"] = 0;
-    expectChanges(2, "critical: enclosure 0 of controller 0: fan 2 has stopped (0 rpm)\n");
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    const auto next = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{status, output, ""}));
+    };
+    next(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+            "info: rebuild of logical drive 0 Data of controller 0 started\n");
+    next(2, "");
+    session.setClock(100000);
+    const std::string unused = "drive 2 of controller 0: cannot be accessed, and no logical drive uses it; "
+                               "channel 1, enclosure 0, serial S0002\n";
+    next(1, "info: logical drive 0 Data of controller 0 is online again\n"
+            "info: rebuild of logical drive 0 Data of controller 0 finished\n"
+            "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
+            "warning: " +
+                unused + "info: logical drive 0 Data of controller 0: has no spare\n");
+    next(1, "");
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{1, "warning: " + unused, ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    Json& failed = rebuilt["controllers"][0]["drives"][1];
+    failed["failed"] = false;
+    failed["serial"] = "S0009";
+    session.useWorld(rebuilt.dump());
+    next(0, "info: drive 2 of controller 0: was replaced; serial S0002 is now S0009\n"
+            "info: no longer: " +
+                unused);
 }
 
-TEST_F(Changes, DoNotCallAReadingThatGotWorseResolved) {
-    Json& voltage = controller()["enclosures"][0]["sensors"][2]["reading"];
-    expectChanges(0, "");
-    voltage = 4705;
-    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n");
-    voltage = 4405;
-    expectChanges(2, "critical: enclosure 0 of controller 0: 5 V rail is at 4.400 V\n");
-    voltage = 4705;
-    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n"
-                     "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.400 V\n");
+// Pulled, not replaced.
+TEST_F(Changes, ReportAFailedDriveThatIsPulledWhenItIsRebuilt) {
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"-q"}).status, 2);
+    session.setClock(100000);
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{1,
+                        "warning: drive 2 of controller 0: cannot be accessed, and no logical drive uses "
+                        "it; channel 1, enclosure 0, serial S0002\n",
+                        ""}));
+    Json rebuilt = Json::parse(session.worldText());
+    rebuilt["controllers"][0]["drives"].erase(1);
+    session.useWorld(rebuilt.dump());
+    EXPECT_EQ(
+        session.run({"--changes", kept}),
+        (ProcessOutcome{1,
+                        "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, "
+                        "serial S0002\n",
+                        ""}));
+    EXPECT_EQ(session.run({"-q"}), (ProcessOutcome{0, "", ""}));
 }
 
-TEST_F(Changes, ReportEveryOperationThatFails) {
-    const Json battery = {{"kind", "refuse"}, {"operation", "q5_getBatteryInfo"}};
-    const Json list = {{"kind", "refuse"}, {"operation", "q5_getLogDrvInfo"}};
+// The drive that failed first is still in its place; the one that is lost now is another one.
+TEST_F(Changes, ReportADriveThatIsPulledAfterARebuildOntoASpare) {
     expectChanges(0, "");
-    world["rules"] = {battery};
+    controller()["drives"][1]["failed"] = true;
+    session.useWorld(world.dump());
+    const auto next = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({"--changes", kept}), (ProcessOutcome{status, output, ""}));
+    };
+    const auto now = [&](int status, const std::string& output) {
+        EXPECT_EQ(session.run({}), (ProcessOutcome{status, output, ""}));
+    };
+    const std::string unused = "warning: drive 2 of controller 0: cannot be accessed, and no logical drive "
+                               "uses it; channel 1, enclosure 0, serial S0002\n";
+    next(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+            "info: rebuild of logical drive 0 Data of controller 0 started\n");
+    now(2, "controller 0: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+           "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 2 of controller 0: lost by logical drive 0 Data; channel 1, enclosure 0, serial "
+           "S0002\n"
+           "info: logical drive 0 Data of controller 0: rebuild running, 0%\n"
+           "2 problems, 1 of them critical\n");
+    session.setClock(100000);
+    next(1, "info: logical drive 0 Data of controller 0 is online again\n"
+            "info: rebuild of logical drive 0 Data of controller 0 finished\n"
+            "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n" +
+                unused + "info: logical drive 0 Data of controller 0: has no spare\n");
+    now(1, "controller 0: 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n" + unused +
+               "info: logical drive 0 Data of controller 0: has no spare\n"
+               "1 problem\n");
+    Json pulled = Json::parse(session.worldText());
+    pulled["controllers"][0]["drives"].erase(0);
+    session.useWorld(pulled.dump());
+    next(2, "critical: drive 1 of controller 0 lost; logical drive 0 Data is critical\n"
+            "warning: drive 1 of controller 0: is missing; it was on channel 0, enclosure 0, serial S0001\n"
+            "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
+            "spare\n");
+    next(2, "");
+    now(2, "controller 0: 2 drives, 1 logical drive, 1 enclosure, battery fully charged\n"
+           "critical: logical drive 0 Data of controller 0: critical: no redundancy is left (RAID1)\n"
+           "warning: drive 1 of controller 0: lost by logical drive 0 Data; it is no longer listed\n"
+           "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no suitable "
+           "spare\n" +
+               unused + "4 problems, 1 of them critical\n");
+}
+
+TEST_F(Changes, ReportPauseAndResumption) {
+    expectChanges(0, "");
+    Json& activity = controller()["logicalDrives"][0]["activity"];
+    activity = {{"kind", "redundancyCheck"}, {"paused", true}, {"doneMb", 170}, {"totalMb", 500}};
+    expectChanges(1, "warning: redundancy check of logical drive 0 Data of controller 0 paused at 34%\n");
+    activity["paused"] = false;
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 resumed at 34%\n");
+    activity = nullptr;
+    expectChanges(0, "info: redundancy check of logical drive 0 Data of controller 0 ended\n");
+}
+
+TEST_F(Changes, ReportWhatIsResolved) {
+    controller()["drives"][0]["smartFailure"] = true;
+    expectChanges(1,
+                  "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
+                  "serial S0001\n");
+    controller()["drives"][0]["smartFailure"] = false;
+    expectChanges(0, "info: no longer: drive 1 of controller 0: predicts its failure (SMART); channel 0, "
+                     "enclosure 0, serial S0001\n");
+}
+
+TEST_F(Changes, ReportEveryNewError) {
+    controller()["drives"][2]["mediaPatrol"] = {{"state", "stopped"}, {"errors", 7}};
+    expectChanges(1, "warning: drive 3 of controller 0: media patrol found 7 errors; channel 2, enclosure 0, "
+                     "serial S0003\n");
+    controller()["drives"][2]["mediaPatrol"]["errors"] = 8;
+    expectChanges(1, "warning: drive 3 of controller 0: media patrol found 8 errors; channel 2, enclosure 0, "
+                     "serial S0003\n");
+}
+
+TEST_F(Changes, DoNotFollowEveryReading) {
+    controller()["battery"]["temperatureTenths"] = 460;
+    expectChanges(1, "warning: battery of controller 0: is at 46.0 degrees Celsius\n");
+    controller()["battery"]["temperatureTenths"] = 470;
+    expectChanges(1, "");
+}
+
+// What cannot be read at the moment may still be there.
+TEST_F(Changes, DoNotReportAsResolvedWhatCannotBeRead) {
+    controller()["battery"] = nullptr;
+    const std::string unprotected = "logical drive 0 Data of controller 0: set to write back, but the "
+                                    "controller has no battery\n";
+    expectChanges(1, "warning: " + unprotected);
+    world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getBatteryInfo"}}};
     expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1\n");
-    world["rules"] = {battery, list};
-    expectChanges(3, "unknown: controller 0: q5_getBatteryInfo failed with result 1, and 1 more fault\n");
-    world["rules"] = {list};
-    expectChanges(3, "");
-    refuseNothing();
-    expectChanges(0, "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
+    world["rules"] = Json::array();
+    controller()["logicalDrives"][0]["cacheFlags"] = 0;
+    expectChanges(0, "info: no longer: controller 0: q5_getBatteryInfo failed with result 1\n"
+                     "info: no longer: " +
+                         unprotected);
 }
 
-TEST_F(Changes, DoNotTakeAnotherNameForAnotherObject) {
-    controller()["drives"].erase(2);
-    expectChanges(0, "");
-    controller()["logicalDrives"][0]["name"] = "Mail";
-    expectChanges(0, "info: logical drive 0 Mail of controller 0: was named Data\n");
-}
-
-// Activities.
-
-TEST_F(Changes, DoNotSayThatAStoppedActivityFinished) {
-    for (const auto& [kind, name] :
-         {std::pair("redundancyCheck", "redundancy check"), std::pair("synchronization", "synchronization"),
-          std::pair("initialization", "initialization")}) {
-        SCOPED_TRACE(kind);
-        std::filesystem::remove(kept);
-        Json& activity = controller()["logicalDrives"][0]["activity"];
-        activity = {{"kind", kind}, {"doneMb", 170}, {"totalMb", 500}};
-        expectChanges(0, "");
-        activity = nullptr;
-        expectChanges(0, std::string("info: ") + name + " of logical drive 0 Data of controller 0 ended\n");
-    }
-}
-
-TEST_F(Changes, SayThatAMigrationFinishedIfItChangedTheLogicalDrive) {
-    Json& array = controller()["logicalDrives"][0];
-    const Json migration = {{"kind", "migration"},
-                            {"doneMb", 170},
-                            {"totalMb", 500},
-                            {"goal", {{"level", "RAID0"}, {"stripe", 128}, {"members", {0, 1}}}}};
-    array["activity"] = migration;
-    expectChanges(0, "");
-    array["activity"] = nullptr;
-    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 ended\n");
-    array["activity"] = migration;
-    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 started\n");
-    array["activity"] = nullptr;
-    array["level"] = "RAID0";
-    array["sectors"] = 2048000;
-    expectChanges(0, "info: migration of logical drive 0 Data of controller 0 finished\n"
-                     "info: logical drive 0 Data of controller 0: is RAID0 of 1000 MB; it was RAID1 of 500 "
-                     "MB\n");
-}
-
-TEST_F(Changes, DoNotSayThatAnActivityStartedWhoseProgressCanBeReadAgain) {
-    controller()["logicalDrives"][0]["activity"] = {
-        {"kind", "redundancyCheck"}, {"doneMb", 170}, {"totalMb", 500}};
-    const std::string fault =
-        "logical drive 0 Data of controller 0: q5_getRedundancyCheckProgress failed with result 1\n";
-    for (const bool first : {false, true}) {
-        std::filesystem::remove(kept);
-        refuseNothing();
-        if (!first)
-            expectChanges(0, "");
-        refuse("q5_getRedundancyCheckProgress");
-        expectChanges(3, "unknown: " + fault);
-        refuseNothing();
-        expectChanges(0, "info: no longer: " + fault);
-    }
-}
-
-// Lines that belong together.
-
-TEST_F(Changes, DoNotCallALogicalDriveResolvedThatGotWorse) {
-    controller()["drives"].erase(2);
-    expectChanges(0, "");
-    controller()["drives"][1]["failed"] = true;
-    expectChanges(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
-                     "warning: logical drive 0 Data of controller 0: no replacement is coming: there is no "
-                     "suitable spare\n");
-    controller()["drives"][0]["failed"] = true;
-    expectChanges(2, "critical: drive 1 of controller 0 lost; logical drive 0 Data is offline\n");
-}
-
-TEST_F(Changes, DoNotCallTheProblemsOfAMissingControllerResolved) {
-    world["controllers"].push_back(controller());
-    expectChanges(0, "");
-    world["controllers"][1]["drives"][0]["smartFailure"] = true;
-    expectChanges(1, "warning: drive 1 of controller 1: predicts its failure (SMART); channel 0, enclosure "
-                     "0, serial S0001\n");
-    world["controllers"].erase(1);
-    expectChanges(2, "critical: controller 1: is missing\n");
-}
-
-TEST_F(Changes, ReportThatNoReplacementComesForAMemberThatCannotBeIdentified) {
-    controller()["drives"].erase(2);
-    expectChanges(0, "");
-    controller()["drives"][1]["failed"] = true;
-    refuse("q5_getAryLostDisk");
-    const std::string array = "logical drive 0 Data of controller 0";
-    expectChanges(2,
-                  "critical: " + array +
-                      " is critical\n"
-                      "unknown: " +
-                      array +
-                      ": q5_getAryLostDisk failed with result 1\n"
-                      "warning: " +
-                      array +
-                      ": no replacement is coming: there is no suitable spare\n"
-                      "warning: drive 2 of controller 0: cannot be accessed, but belongs to logical drive 0 "
-                      "Data; channel 1, enclosure 0, serial S0002\n");
-}
-
-// An online logical drive has no lost members that could not be read.
-TEST_F(Changes, ReportOtherMembersWhileTheLostOnesCannotBeRead) {
-    const std::string fault =
-        "logical drive 0 Data of controller 0: q5_getAryLostDisk failed with result 1\n";
-    expectChanges(0, "");
-    std::swap(controller()["drives"][1]["extents"], controller()["drives"][2]["extents"]);
-    controller()["logicalDrives"][0]["members"] = {0, 2};
-    refuse("q5_getAryLostDisk");
-    expectChanges(3, "info: controller 0: has a spare on drive 2; it was on drive 3\n"
-                     "info: logical drive 0 Data of controller 0: is on drives 1, 3; it was on drives 1, 2\n"
-                     "unknown: " +
-                         fault);
+// What can be read is resolved, whatever else of the controller cannot be read.
+TEST_F(Changes, ReportAsResolvedWhatCanBeReadWhileSomethingElseCannot) {
+    controller()["battery"]["temperatureTenths"] = 600;
+    controller()["drives"][0]["smartFailure"] = true;
+    const std::string hot = "battery of controller 0: is at 60.0 degrees Celsius\n";
+    const std::string smart =
+        "drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
+        "serial S0001\n";
+    const std::string fault = "controller 0: q5_getLogDrvInfo failed with result 1\n";
+    expectChanges(2, "critical: " + hot + "warning: " + smart);
+    refuse("q5_getLogDrvInfo");
+    expectChanges(2, "unknown: " + fault);
+    controller()["battery"]["temperatureTenths"] = 250;
+    controller()["drives"][0]["smartFailure"] = false;
+    expectChanges(3, "info: no longer: " + hot + "info: no longer: " + smart);
     refuseNothing();
     expectChanges(0, "info: no longer: " + fault);
 }
 
-TEST_F(Changes, DoNotReportALostMemberTwice) {
+TEST_F(Changes, AreOnlyProblemsWhenQuiet) {
     expectChanges(0, "");
+    controller()["drives"][0]["smartFailure"] = true;
+    controller()["drives"][2]["serial"] = "S9999";
+    expect({"-q", "--changes", kept}, 1,
+           "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, serial "
+           "S0001\n");
+    controller()["drives"][0]["smartFailure"] = false;
+    expect({"-q", "--changes", kept}, 0, "");
+}
+
+// A difference from the baseline is reported once, until it is resolved.
+TEST_F(Changes, IncludeThoseOfTheBaseline) {
+    const std::vector<std::string> words = {"--changes", kept, "--baseline", before};
+    const Json spare = controller()["drives"][2];
+    controller()["drives"].erase(2);
+    const std::string missing =
+        "drive 3 of controller 0: is missing; it was on channel 2, enclosure 0, serial "
+        "S0003\n";
+    expect(words, 1, "warning: " + missing + "warning: controller 0: has 0 spares; it had 1\n");
+    expect(words, 1, "");
+    controller()["drives"].push_back(spare);
+    expect(words, 0,
+           "info: drive 3 of controller 0: is new; channel 2, enclosure 0, serial S0003\n"
+           "info: controller 0: has 1 spare; it had 0\n"
+           "info: no longer: " +
+               missing +
+               "info: no longer: controller 0: has 0 spares; it had 1\n"
+               "info: no longer: logical drive 0 Data of controller 0: has no spare\n");
+    controller()["drives"].erase(2);
+    expect(words, 1,
+           "warning: " + missing +
+               "warning: controller 0: has 0 spares; it had 1\n"
+               "info: logical drive 0 Data of controller 0: has no spare\n");
+}
+
+TEST_F(Changes, KeepTheStateOfTheLastRunThatCouldRead) {
+    expectChanges(0, "");
+    session.useWorld("{");
+    const std::string fault = "this host: q5_initialize failed with result 1\n";
+    EXPECT_EQ(session.run({"--changes", kept}).out, "unknown: " + fault);
+    controller()["drives"].erase(1);
     controller()["autoRebuild"] = false;
-    controller()["drives"][1]["failed"] = true;
     expectChanges(2, "critical: drive 2 of controller 0 lost; logical drive 0 Data is critical\n"
+                     "warning: drive 2 of controller 0: is missing; it was on channel 1, enclosure 0, serial "
+                     "S0002\n"
                      "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic "
-                     "rebuild is off\n");
-    const std::string fault =
-        "logical drive 0 Data of controller 0: q5_getAryLostDisk failed with result 1\n";
-    refuse("q5_getAryLostDisk");
-    expectChanges(2, "unknown: " + fault);
-    refuseNothing();
-    expectChanges(2, "info: no longer: " + fault);
+                     "rebuild is off\n"
+                     "info: no longer: " +
+                         fault);
+}
+
+TEST_F(Changes, DoNotOverwriteAnotherFile) {
+    writeFile(kept, "precious");
+    EXPECT_EQ(session.run({"--changes", kept}),
+              (ProcessOutcome{3, "", "cli-status: " + kept + ": it is not JSON that --json printed\n"}));
+    EXPECT_EQ(readFile(kept), "precious");
+}
+
+TEST_F(Changes, ReplaceTheFileAtomically) {
+    expectChanges(0, "");
+    EXPECT_EQ(readFile(kept), session.run({"--json"}).out);
+    for (const auto& entry : std::filesystem::directory_iterator(session.directory))
+        EXPECT_NE(entry.path().filename().string().substr(0, 5), ".kept");
+}
+
+TEST_F(Changes, ReportAFileThatCannotBeWritten) {
+    const std::string nowhere = session.path("none/kept");
+    EXPECT_EQ(
+        session.run({"--changes", nowhere}),
+        (ProcessOutcome{3, "", "cli-status: cannot write " + nowhere + ": No such file or directory\n"}));
 }

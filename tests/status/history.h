@@ -18,6 +18,10 @@ struct History : testing::Test {
     void SetUp() override {
         session.program = CLI_STATUS;
         session.setClock(0);
+        saveBaseline();
+    }
+    // The present world is what later ones are compared with.
+    void saveBaseline() {
         session.useWorld(world.dump());
         writeFile(before, session.run({"--json"}).out);
     }
@@ -49,4 +53,25 @@ struct Changes : History {
         world["rules"] = {{{"kind", "short"}, {"operation", operation}}};
     }
     void refuseNothing() { world["rules"] = Json::array(); }
+};
+
+// Lists with fewer objects than the controller counts. A shortened list of three drives has the first two:
+// one of each page.
+inline const std::string kTwoOfThree = "controller 0: counts 3 drives, but lists 2\n";
+inline const std::string kNoneOfOne = "controller 0: counts 1 logical drive, but lists 0\n";
+
+struct ShortLists : Changes {
+    void zero(const std::string& operation) {
+        world["rules"] = {{{"kind", "zero"}, {"operation", operation}}};
+    }
+    // The healthy world with a second logical drive, on the free space of drives 1 and 2.
+    void addArray() {
+        for (const std::size_t drive : {0u, 1u})
+            controller()["drives"][drive]["extents"][1] = {
+                {"use", "array"}, {"array", 1}, {"start", 1024000}, {"size", 1024000}};
+        Json second = controller()["logicalDrives"][0];
+        second["arrayId"] = second["logDrvId"] = 1;
+        second["name"] = "Mail";
+        controller()["logicalDrives"].push_back(second);
+    }
 };

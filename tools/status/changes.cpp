@@ -2,8 +2,10 @@
 #include "tools/status/changes.h"
 
 #include <algorithm>
+#include <charconv>
 
-#include "tools/status/changes_counts.h"
+#include "tools/status/changes_combined.h"
+#include "tools/status/changes_match.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
@@ -14,40 +16,6 @@ static bool isArrayChange(const Finding& finding) {
     static constexpr std::string_view ids[] = {"array-offline", "array-critical",  "array-degraded",
                                                "member-lost",   "activity-paused", "activity-running"};
     return std::find(std::begin(ids), std::end(ids), finding.rule->id) != std::end(ids);
-}
-
-// The object may have got another name meanwhile.
-static bool isOfSameRule(const Finding& left, const Finding& right) {
-    return left.rule == right.rule && isSameObject(left.object, right.object);
-}
-
-static bool hasPart(const Finding& finding, const std::string& part) {
-    return std::find(finding.parts.begin(), finding.parts.end(), part) != finding.parts.end();
-}
-
-// Whether the earlier findings have all that this one is about. A text with readings does not count.
-static bool isKnown(const Findings& earlier, const Finding& finding) {
-    return std::any_of(earlier.begin(), earlier.end(), [&](const Finding& each) {
-        if (!isOfSameRule(each, finding))
-            return false;
-        if (finding.parts.empty())
-            return each.text == finding.text;
-        return std::all_of(finding.parts.begin(), finding.parts.end(),
-                           [&](const std::string& part) { return hasPart(each, part); });
-    });
-}
-
-static bool shareParts(const Finding& left, const Finding& right) {
-    return left.parts.empty() || right.parts.empty() ||
-           std::any_of(left.parts.begin(), left.parts.end(),
-                       [&](const std::string& part) { return hasPart(right, part); });
-}
-
-// Of which at most the text changed.
-static bool persists(const Findings& now, const Finding& finding) {
-    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
-        return isOfSameRule(each, finding) && shareParts(each, finding);
-    });
 }
 
 Lines findingLines(const Findings& findings) {
@@ -63,14 +31,6 @@ static Lines problemLines(const Findings& findings) {
     return lines;
 }
 
-// The list may lack objects that the controller counts because of what could not be read.
-bool mayCountBeHidden(const Findings& now, const Finding& count) {
-    return std::any_of(now.begin(), now.end(), [&](const Finding& each) {
-        return each.rule->severity == Severity::unknown && !isCount(each) &&
-               (each.object.kind == ObjectKind::host || each.object.controller == count.object.controller);
-    });
-}
-
 static bool hasText(const Lines& lines, const std::string& text) {
     return std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return line.text == text; });
 }
@@ -81,13 +41,32 @@ struct Comparison {
     const Snapshot& now;
     const Findings before;
     const Findings after;
+    const Findings differences; // of the objects
 };
 
 // A more severe problem of the same thing is no good news of the other one.
 static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
     return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
-        return isSameObject(each.object, finding.object) && shareParts(each, finding) &&
-               isWorse(each.rule->severity, finding.rule->severity) && !isKnown(both.before, each);
+        return concernSame(each, finding) && isWorse(each.rule->severity, finding.rule->severity) &&
+               !isKnown(both.before, each);
+    });
+}
+
+// An object that disappeared or moved has its own line, and its problem is not solved.
+static bool isGone(const Comparison& both, const Object& object) {
+    static constexpr std::string_view ids[] = {"array-missing", "drive-missing", "enclosure-missing",
+                                               "battery-missing", "drive-moved"};
+    return std::any_of(both.differences.begin(), both.differences.end(), [&](const Finding& each) {
+        return isSameObject(each.object, object) &&
+               std::find(std::begin(ids), std::end(ids), each.rule->id) != std::end(ids);
+    });
+}
+
+// The drive's logical drive has lost it since.
+static bool isNewlyLost(const Comparison& both, const Object& object) {
+    return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
+        return std::string_view(each.rule->id) == "member-lost" && isSameObject(each.object, object) &&
+               !persists(both.before, each);
     });
 }
 
@@ -96,9 +75,13 @@ static bool isSuperseded(const Comparison& both, const Finding& finding) {
     const Object& object = finding.object;
     if (object.kind != ObjectKind::host && findController(both.now, object.controller) == nullptr)
         return true;
-    return isReplacedByWorse(both, finding) ||
+    return isReplacedByWorse(both, finding) || isGone(both, object) || isNewlyLost(both, object) ||
            (object.kind == ObjectKind::logicalDrive &&
             hasWorsened(both.earlier, both.now, object.controller, object.number));
+}
+
+static bool isUncheckedRule(const Finding& finding) {
+    return std::string_view(finding.rule->id) == "baseline-unchecked";
 }
 
 static bool isOfBaseline(const Rule& rule) {
@@ -106,33 +89,28 @@ static bool isOfBaseline(const Rule& rule) {
     return std::any_of(all.begin(), all.end(), [&](const Rule& each) { return &each == &rule; });
 }
 
-// Whether objects that no earlier run has listed either may have what a finding is about. Whatever was listed
-// before has been completed with what could not be read.
-static bool mayBeUncertain(const Controller& controller, const Finding& finding) {
-    switch (finding.object.kind) {
-    case ObjectKind::drive:
-        return isOfBaseline(*finding.rule) && !hasAllDrives(controller);
-    case ObjectKind::logicalDrive: // its spares as well
-        return !hasAllDrives(controller) || !hasAllLogicalDrives(controller);
-    case ObjectKind::enclosure:
-        return !hasAllEnclosures(controller);
-    default: // its spares
-        return !hasAllDrives(controller);
-    }
+// Whether the present run cannot check the object of the baseline.
+static bool isUnchecked(const Comparison& both, const Object& object) {
+    const std::string part = shortObjectText({object.kind, object.controller, object.number, ""});
+    return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
+        return isUncheckedRule(each) && each.object.controller == object.controller &&
+               std::find(each.parts.begin(), each.parts.end(), part) != each.parts.end();
+    });
 }
 
-// Whether a finding may still apply although the present ones lack it. An operation that works again is known
-// to.
+// Whether a finding may still apply although the present ones lack it. Whatever was listed before has been
+// completed with what could not be read; only objects that no earlier run has listed either may hide one.
 static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
-    if (isCount(wanted))
-        return mayCountBeHidden(both.after, wanted);
     const Controller* controller = findController(both.now, wanted.object.controller);
-    if (wanted.rule->severity == Severity::unknown || wanted.object.kind == ObjectKind::host ||
-        controller == nullptr)
+    if (wanted.object.kind == ObjectKind::host || controller == nullptr)
         return false;
     if (wanted.object.kind == ObjectKind::battery)
-        return batteryState(*controller) > kBatteryReconditioning;
-    return mayBeUncertain(*controller, wanted);
+        return wanted.rule->severity != Severity::unknown &&
+               batteryState(*controller) > kBatteryReconditioning;
+    if (!isOfBaseline(*wanted.rule) || isUncheckedRule(wanted))
+        return false;
+    return wanted.object.kind == ObjectKind::controller ? !hasAllDrives(*controller) // its spares
+                                                        : isUnchecked(both, wanted.object);
 }
 
 // A difference from the baseline that is also a change since the earlier snapshot has its line already.
@@ -147,31 +125,69 @@ static void addFindingChanges(const Comparison& both, Lines* lines) {
             lines->push_back({Severity::info, "no longer: " + findingLine(finding)});
 }
 
-// The findings of a snapshot that was completed, with the counts of the lists as they were read.
+// The findings of a snapshot that was completed, with the combined ones of what was read.
 static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline,
-                           const Findings& counts) {
+                           const Findings& combined) {
     Findings findings = evaluate(snapshot, limits, baseline);
-    std::erase_if(findings, isCount);
-    const auto first = std::find_if(findings.begin(), findings.end(), [](const Finding& each) {
-        return each.rule->severity != Severity::critical;
-    });
-    findings.insert(first, counts.begin(), counts.end());
+    std::erase_if(findings, isCombined);
+    findings.insert(findings.end(), combined.begin(), combined.end());
+    sortFindings(&findings);
+    return findings;
+}
+
+// "counts 3 drives, but lists 2"
+static void applyCount(const Finding& count, Controller* controller) {
+    static constexpr std::string_view start = "counts ";
+    const char* end = count.text.data() + count.text.size();
+    std::uint16_t number = 0;
+    if (count.text.starts_with(start) &&
+        std::from_chars(count.text.data() + start.size(), end, number).ec == std::errc())
+        (std::string_view(count.rule->id) == "drive-count" ? controller->info->diskCount
+                                                           : controller->info->arrayCount) = number;
+}
+
+// The earlier state with the counts as its run has read them.
+static Snapshot withCounts(Snapshot earlier, const Findings& combined) {
+    for (Controller& controller : earlier.controllers)
+        for (const Finding& each : combined)
+            if (each.object.kind == ObjectKind::controller && each.object.controller == controller.id &&
+                controller.info && !hasFault(controller, "q5_getControllerInfo"))
+                applyCount(each, &controller);
+    return earlier;
+}
+
+// A list that was short counts as complete in the state that was kept, but what could not be checked then was
+// not checked.
+static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, const Snapshot* baseline,
+                                const Findings& combined) {
+    Findings findings = findingsOf(earlier, limits, baseline, combined);
+    if (baseline == nullptr)
+        return findings;
+    std::erase_if(findings, isUncheckedRule);
+    for (const Finding& each : compare(withCounts(earlier, combined), *baseline))
+        if (isUncheckedRule(each))
+            findings.push_back(each);
+    sortFindings(&findings);
     return findings;
 }
 
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline, const Findings* earlierCounts) {
+                  const Snapshot* baseline, const Findings* earlierCombined) {
     if (earlier == nullptr)
         return problemLines(evaluate(now, limits, baseline));
     Snapshot known = now;
     keepUnread(*earlier, &known);
+    const Findings before =
+        earlierCombined != nullptr ? *earlierCombined : combinedFindings(*earlier, limits);
+    Findings after = combinedFindings(now, limits);
+    const Findings carried = carriedCombined(before, now, after);
+    after.insert(after.end(), carried.begin(), carried.end());
+    const Comparison both = {*earlier, known, earlierFindings(*earlier, limits, baseline, before),
+                             findingsOf(known, limits, baseline, after), compare(known, *earlier)};
     Lines lines;
     addArrayChanges(*earlier, known, &lines);
-    for (const Line& line : findingLines(compare(known, *earlier)))
+    for (const Line& line : findingLines(both.differences))
         lines.push_back(line);
-    const Findings before = earlierCounts != nullptr ? *earlierCounts : countFindings(*earlier, limits);
-    addFindingChanges({*earlier, known, findingsOf(*earlier, limits, baseline, before),
-                       findingsOf(known, limits, baseline, countFindings(now, limits))},
-                      &lines);
+    addFindingChanges(both, &lines);
     return lines;
 }

@@ -16,14 +16,10 @@ using Lines = std::vector<Line>;
 
 // What changed since the earlier snapshot; if it is null, all present problems are new. What cannot be
 // read now has not changed. With a baseline, which may be null, also which differences from it are new or
-// resolved. If the earlier snapshot was completed with what it could not read, its counts (see
-// changes_counts.h) are passed as well; null: they are those that it shows.
+// resolved. If the earlier snapshot was completed with what it could not read, its combined
+// findings (see changes_combined.h) are passed as well; null: they are those that it shows.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline = nullptr, const Findings* earlierCounts = nullptr);
-
-// Whether a finding about a count may still apply although the present findings lack it, because something of
-// its controller cannot be read now.
-bool mayCountBeHidden(const Findings& now, const Finding& count);
+                  const Snapshot* baseline = nullptr, const Findings* earlierCombined = nullptr);
 
 // A line for each finding.
 Lines findingLines(const Findings& findings);

@@ -104,11 +104,8 @@ static void addActivityChanges(const ArrayPair& pair, Lines* lines) {
 
 static const LogicalDrive* findLogicalDrive(const Snapshot& snapshot, std::uint32_t controllerId,
                                             std::uint32_t logDrvId) {
-    if (const Controller* controller = findController(snapshot, controllerId))
-        for (const LogicalDrive& each : controller->logicalDrives)
-            if (each.info.logDrvId == logDrvId)
-                return &each;
-    return nullptr;
+    const Controller* controller = findController(snapshot, controllerId);
+    return controller != nullptr ? findLogicalDrive(*controller, logDrvId) : nullptr;
 }
 
 bool hasWorsened(const Snapshot& earlier, const Snapshot& now, std::uint32_t controller,

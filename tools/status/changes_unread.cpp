@@ -66,16 +66,11 @@ static void keepDetails(const LogicalDrive& earlier, LogicalDrive* now) {
             now->activities.push_back(activity);
 }
 
-static bool isListed(const Controller& controller, const LogicalDrive& wanted) {
-    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
-                       [&](const LogicalDrive& each) { return each.info.logDrvId == wanted.info.logDrvId; });
-}
-
 static void addUnlisted(const Controller& earlier, Controller* now) {
     if (hasAllLogicalDrives(*now))
         return;
     for (const LogicalDrive& drive : earlier.logicalDrives)
-        if (!isListed(*now, drive) && now->logicalDrives.size() < kMaxLogDrvs)
+        if (findLogicalDrive(*now, drive.info.logDrvId) == nullptr && now->logicalDrives.size() < kMaxLogDrvs)
             now->logicalDrives.push_back(drive);
     std::stable_sort(now->logicalDrives.begin(), now->logicalDrives.end(),
                      [](const LogicalDrive& left, const LogicalDrive& right) {
@@ -86,20 +81,26 @@ static void addUnlisted(const Controller& earlier, Controller* now) {
 static void keepLogicalDrives(const Controller& earlier, Controller* now) {
     addUnlisted(earlier, now);
     for (LogicalDrive& drive : now->logicalDrives) {
-        for (const LogicalDrive& before : earlier.logicalDrives)
-            if (before.info.logDrvId == drive.info.logDrvId)
-                keepDetails(before, &drive);
+        if (const LogicalDrive* before = findLogicalDrive(earlier, drive.info.logDrvId))
+            keepDetails(*before, &drive);
         resolveMembers(*now, &drive);
     }
 }
 
-// The lists may have been read since the controller counted, and were not compared with a count.
+// A list that was complete still has all that was there then: what it lacks now has come since.
+static void keepCompleteness(const Controller& earlier, Controller* now) {
+    if (now->info && hasAllDrives(earlier) && now->info->diskCount > now->drives.size())
+        now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
+    if (now->info && hasAllLogicalDrives(earlier) && now->info->arrayCount > now->logicalDrives.size())
+        now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
+}
+
+// The lists are not compared with a count of another time.
 static void keepInfo(const Controller& earlier, Controller* now) {
-    if (now->info || !earlier.info)
+    if (now->info)
         return;
     now->info = earlier.info;
-    now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
-    now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
+    keepCompleteness(earlier, now);
 }
 
 static void keepController(const Controller& earlier, Controller* now) {
@@ -114,24 +115,37 @@ static void keepController(const Controller& earlier, Controller* now) {
     keepInfo(earlier, now); // last: what the lists lack depends on the count that was read now
 }
 
-static bool isCountUnread(const Snapshot& snapshot) {
-    return std::any_of(snapshot.faults.begin(), snapshot.faults.end(),
-                       [](const Fault& fault) { return fault.operation == "q5_getNumberOfHBA"; });
-}
-
-void keepUnread(const Snapshot& earlier, Snapshot* now) {
-    for (Controller& controller : now->controllers)
-        if (const Controller* before = findController(earlier, controller.id))
-            keepController(*before, &controller);
-    if (isCountUnread(*now))
-        keepOtherControllers(earlier, now);
-}
-
-void keepOtherControllers(const Snapshot& earlier, Snapshot* now) {
+static void keepOtherControllers(const Snapshot& earlier, Snapshot* now) {
     for (const Controller& controller : earlier.controllers)
         if (findController(*now, controller.id) == nullptr)
             now->controllers.push_back(controller);
     std::sort(now->controllers.begin(), now->controllers.end(),
               [](const Controller& left, const Controller& right) { return left.id < right.id; });
     now->controllerCount = earlier.controllerCount;
+}
+
+// A fault of the whole snapshot says that the controllers could not be counted.
+void keepUnread(const Snapshot& earlier, Snapshot* now) {
+    for (Controller& controller : now->controllers)
+        if (const Controller* before = findController(earlier, controller.id))
+            keepController(*before, &controller);
+    if (!now->faults.empty())
+        keepOtherControllers(earlier, now);
+}
+
+Snapshot stateToKeep(const Snapshot& earlier, const Snapshot& now, std::optional<std::uint32_t> chosen) {
+    Snapshot kept = now;
+    keepUnread(earlier, &kept);
+    for (Controller& controller : kept.controllers)
+        if (const Controller* before = findController(earlier, controller.id))
+            keepCompleteness(*before, &controller);
+    if (now.controllerCount == 0 && now.faults.empty())
+        kept.controllers = earlier.controllers;
+    else if (chosen) {
+        const bool isMissing = findController(kept, *chosen) == nullptr;
+        keepOtherControllers(earlier, &kept);
+        if (isMissing)
+            std::erase_if(kept.controllers, [&](const Controller& each) { return each.id == *chosen; });
+    }
+    return kept;
 }

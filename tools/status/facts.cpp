@@ -15,24 +15,27 @@ bool isRefused(const Controller& controller, std::string_view operation) {
     });
 }
 
+bool hasFault(const Controller& controller, std::string_view operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(),
+                       [&](const Fault& fault) { return fault.operation == operation; });
+}
+
 bool hasAllDrives(const Controller& controller) {
-    const bool refused = isRefused(controller, "q5_getPhyDrvInfo");
-    if (controller.drives.empty() && refused)
+    if (controller.drives.empty() && isRefused(controller, "q5_getPhyDrvInfo"))
         return false;
-    return controller.info ? controller.info->diskCount <= controller.drives.size() : !refused;
+    return controller.info && controller.info->diskCount <= controller.drives.size();
 }
 
 // They are listed by one call.
 bool hasAllLogicalDrives(const Controller& controller) {
     if (controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo"))
         return false;
-    return !controller.info || controller.info->arrayCount <= controller.logicalDrives.size();
+    return controller.info && controller.info->arrayCount <= controller.logicalDrives.size();
 }
 
 // Each is read by a call of its own.
 bool hasAllEnclosures(const Controller& controller) {
-    return std::none_of(controller.faults.begin(), controller.faults.end(),
-                        [](const Fault& fault) { return fault.operation == "q5_getEnclosureInfo"; });
+    return !hasFault(controller, "q5_getEnclosureInfo");
 }
 
 bool mayBeUnlisted(const Controller& controller, std::uint32_t number) {
@@ -65,6 +68,10 @@ std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::str
     if (enclosureId != kNoEnclosureId)
         text += ", enclosure " + std::to_string(enclosureId);
     return text + ", serial " + knownText(serial);
+}
+
+std::string placeText(const Drive& drive) {
+    return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
 }
 
 std::string versionText(const VersionNumber& version) {

@@ -54,11 +54,14 @@ bool isWorse(Severity left, Severity right) {
     return weight(left) > weight(right);
 }
 
+Severity worseOf(Severity left, Severity right) {
+    return isWorse(left, right) ? left : right;
+}
+
 Severity worstSeverity(const Findings& findings) {
     Severity worst = Severity::info;
     for (const Finding& finding : findings)
-        if (isWorse(finding.rule->severity, worst))
-            worst = finding.rule->severity;
+        worst = worseOf(worst, finding.rule->severity);
     return worst;
 }
 

@@ -49,6 +49,7 @@ bool isSameObject(const Object& left, const Object& right);
 
 // Critical is worse than unknown, which is worse than warning.
 bool isWorse(Severity left, Severity right);
+Severity worseOf(Severity left, Severity right);
 
 // The worst severity of the findings: critical before unknown before warning before info.
 Severity worstSeverity(const Findings& findings);

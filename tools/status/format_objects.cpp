@@ -32,8 +32,7 @@ static std::string enclosureLine(const Enclosure& enclosure) {
 static std::string driveLine(const Drive& drive) {
     std::string line = "  drive " + std::to_string(drive.number) + ": " +
                        knownText(fieldText(drive.info.model)) + ", " + megabytes(drive.info.capacity) + ", " +
-                       placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial)) +
-                       ", firmware " + knownText(fieldText(drive.info.firmware));
+                       placeText(drive) + ", firmware " + knownText(fieldText(drive.info.firmware));
     if (drive.patrol && drive.patrol->state == kPatrolRunning)
         line += ", media patrol " + std::to_string(drive.patrol->progress) + "%";
     if (drive.locate.value_or(0) != 0)

@@ -39,16 +39,6 @@ std::string anchorOf(const Object& object) {
     }
 }
 
-static bool hasArray(const Controller& controller, std::uint32_t number) {
-    return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
-                       [&](const LogicalDrive& drive) { return drive.info.logDrvId == number; });
-}
-
-static bool hasEnclosure(const Controller& controller, std::uint32_t id) {
-    return std::any_of(controller.enclosures.begin(), controller.enclosures.end(),
-                       [&](const Enclosure& enclosure) { return enclosure.id == id; });
-}
-
 // A finding can be about an object that has disappeared, which the page does not show.
 static bool isShown(const Snapshot& snapshot, const Object& object) {
     const Controller* controller =
@@ -59,11 +49,11 @@ static bool isShown(const Snapshot& snapshot, const Object& object) {
     case ObjectKind::battery:
         return hasBattery(*controller);
     case ObjectKind::enclosure:
-        return hasEnclosure(*controller, object.number);
+        return findEnclosure(*controller, object.number) != nullptr;
     case ObjectKind::drive:
         return findDrive(*controller, object.number) != nullptr;
     case ObjectKind::logicalDrive:
-        return hasArray(*controller, object.number);
+        return findLogicalDrive(*controller, object.number) != nullptr;
     default:
         return true;
     }

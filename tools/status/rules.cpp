@@ -107,9 +107,20 @@ static void apply(std::span<const Rule> table, Evaluation* evaluation) {
     }
 }
 
-static void sortBySeverity(Findings* findings) {
-    std::stable_sort(findings->begin(), findings->end(),
-                     [](const Finding& left, const Finding& right) { return rank(left) < rank(right); });
+static std::ptrdiff_t position(const Rule* rule) {
+    const auto isRule = [&](const Rule& each) { return &each == rule; };
+    const std::ptrdiff_t index = std::find_if(std::begin(kRules), std::end(kRules), isRule) - kRules;
+    if (index < std::ssize(kRules))
+        return index;
+    return index +
+           (std::find_if(std::begin(kBaselineRules), std::end(kBaselineRules), isRule) - kBaselineRules);
+}
+
+void sortFindings(Findings* findings) {
+    std::stable_sort(findings->begin(), findings->end(), [](const Finding& left, const Finding& right) {
+        return rank(left) != rank(right) ? rank(left) < rank(right)
+                                         : position(left.rule) < position(right.rule);
+    });
 }
 
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
@@ -117,7 +128,7 @@ Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot
     apply(kRules, &evaluation);
     if (baseline != nullptr)
         apply(kBaselineRules, &evaluation);
-    sortBySeverity(&evaluation.findings);
+    sortFindings(&evaluation.findings);
     return evaluation.findings;
 }
 
@@ -125,7 +136,7 @@ Findings compare(const Snapshot& snapshot, const Snapshot& baseline) {
     const Limits limits;
     Evaluation evaluation = {snapshot, limits, &baseline};
     apply(kBaselineRules, &evaluation);
-    sortBySeverity(&evaluation.findings);
+    sortFindings(&evaluation.findings);
     return evaluation.findings;
 }
 

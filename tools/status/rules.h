@@ -31,6 +31,9 @@ std::span<const Rule> baselineRules(); // which need a baseline
 // order is that of the rules.
 Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
 
+// Puts findings in that order.
+void sortFindings(Findings* findings);
+
 // Applies the baseline rules only.
 Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 

@@ -20,10 +20,6 @@ static void forEachPair(const Evaluation& evaluation, Apply apply) {
             apply(Pair{earlier, *now});
 }
 
-static std::string placeOf(const Drive& drive) {
-    return placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
-}
-
 static std::string_view serialOf(const Drive& drive) {
     return trimmed(fieldText(drive.info.serial));
 }
@@ -71,12 +67,12 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
 
 static std::string changeText(DriveChange change, const Drive& drive, const Place& other) {
     if (change == DriveChange::missing)
-        return "is missing; it was on " + placeOf(drive);
+        return "is missing; it was on " + placeText(drive);
     if (change == DriveChange::replaced)
         return "was replaced; serial " + knownText(serialOf(drive)) + " is now " +
                knownText(serialOf(*other.drive));
     return "has moved to drive " + std::to_string(other.drive->number) + " of controller " +
-           std::to_string(other.controller->id) + "; " + placeOf(*other.drive);
+           std::to_string(other.controller->id) + "; " + placeText(*other.drive);
 }
 
 static void findDriveChanges(Evaluation* evaluation, DriveChange wanted) {
@@ -108,7 +104,7 @@ void findNewDrives(Evaluation* evaluation) {
             if (hasAllDrives(pair.earlier) &&
                 findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
                 findDrive(pair.earlier, drive.number) == nullptr)
-                addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeOf(drive));
+                addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeText(drive));
     });
 }
 
@@ -169,13 +165,6 @@ void findMovedSpares(Evaluation* evaluation) {
                        "has a spare on drive " + std::to_string(after[i]) + "; it was on drive " +
                            std::to_string(before[i]));
     });
-}
-
-static const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint16_t logDrvId) {
-    for (const LogicalDrive& drive : controller.logicalDrives)
-        if (drive.info.logDrvId == logDrvId)
-            return &drive;
-    return nullptr;
 }
 
 static std::string shapeOf(const LogicalDrive& drive) {
@@ -249,13 +238,6 @@ void findMovedArrays(Evaluation* evaluation) {
         });
 }
 
-static const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
-    for (const Enclosure& enclosure : controller.enclosures)
-        if (enclosure.id == id)
-            return &enclosure;
-    return nullptr;
-}
-
 void findMissingEnclosures(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Enclosure& enclosure : pair.earlier.enclosures)
@@ -299,9 +281,15 @@ void findNewBatteries(Evaluation* evaluation) {
     });
 }
 
+// Whether the controllers are those of an earlier time, because the library finds none.
+static bool areGone(const Snapshot& snapshot) {
+    return snapshot.controllerCount == 0 && !snapshot.controllers.empty();
+}
+
 // A snapshot has as many controllers as the library counts, unless the library failed.
 void findMissingControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr || !evaluation->snapshot.faults.empty())
+    const Snapshot* baseline = evaluation->baseline;
+    if (baseline == nullptr || areGone(*baseline) || !evaluation->snapshot.faults.empty())
         return;
     for (const Controller& earlier : evaluation->baseline->controllers)
         if (findController(evaluation->snapshot, earlier.id) == nullptr)
@@ -313,10 +301,13 @@ static void addUnchecked(Evaluation* evaluation, const Object& object, const std
                          const std::vector<std::uint32_t>& numbers) {
     if (numbers.empty())
         return;
+    std::vector<std::string> parts;
     std::string text = numbers.size() == 1 ? word : word + "s";
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        text += (i == 0 ? " " : ", ") + std::to_string(numbers[i]);
-    addFindingOf(evaluation, object, {word},
+    for (const std::uint32_t number : numbers) {
+        text += (parts.empty() ? " " : ", ") + std::to_string(number);
+        parts.push_back(word + " " + std::to_string(number));
+    }
+    addFindingOf(evaluation, object, parts,
                  text + " of the baseline cannot be checked: not all " + word + "s could be read");
 }
 
@@ -364,12 +355,18 @@ void findUncheckedObjects(Evaluation* evaluation) {
     });
 }
 
-// One that was counted, but not read, was there before.
+// One that was counted, but not read, was there before; so may any if the library could not count them.
+static bool isNew(const Snapshot& baseline, std::uint32_t controllerId) {
+    if (findController(baseline, controllerId) != nullptr)
+        return areGone(baseline);
+    return controllerId >= baseline.controllerCount &&
+           (baseline.controllerCount > 0 || baseline.faults.empty());
+}
+
 void findNewControllers(Evaluation* evaluation) {
-    if (evaluation->baseline == nullptr)
+    if (evaluation->baseline == nullptr || areGone(evaluation->snapshot))
         return;
     for (const Controller& controller : evaluation->snapshot.controllers)
-        if (controller.id >= evaluation->baseline->controllerCount &&
-            findController(*evaluation->baseline, controller.id) == nullptr)
+        if (isNew(*evaluation->baseline, controller.id))
             addFinding(evaluation, objectOf(controller), "is new");
 }

@@ -13,7 +13,7 @@ static void forEachDrive(Evaluation* evaluation, Apply apply) {
 }
 
 static std::string placeOf(const Drive& drive) {
-    return "; " + placeText(drive.info.channel, drive.info.enclosureId, fieldText(drive.info.serial));
+    return "; " + placeText(drive);
 }
 
 void findSmartFailures(Evaluation* evaluation) {

@@ -103,9 +103,7 @@ void findDriverDifferences(Evaluation* evaluation) {
 // Compares a count of the controller with its list. If the list has a fault, that is the finding.
 static void compareCount(Evaluation* evaluation, const Controller& controller, std::string_view operation,
                          std::size_t reported, std::size_t listed, const char* word) {
-    const bool faulty = std::any_of(controller.faults.begin(), controller.faults.end(),
-                                    [&](const Fault& fault) { return fault.operation == operation; });
-    if (reported != listed && !faulty)
+    if (reported != listed && !hasFault(controller, operation))
         addFinding(evaluation, objectOf(controller),
                    "counts " + counted(reported, word) + ", but lists " + std::to_string(listed));
 }

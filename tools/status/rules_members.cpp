@@ -32,8 +32,7 @@ static DriveRole roleOf(const Controller& controller, std::uint32_t number, cons
 static std::string lastSeenText(const Drive* earlier) {
     if (earlier == nullptr)
         return "";
-    return ", last seen on " +
-           placeText(earlier->info.channel, earlier->info.enclosureId, fieldText(earlier->info.serial));
+    return ", last seen on " + placeText(*earlier);
 }
 
 // Identifies the lost drive and its place, where its replacement may be now.

@@ -13,7 +13,7 @@
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/status/changes.h"
-#include "tools/status/changes_counts.h"
+#include "tools/status/changes_combined.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
@@ -47,17 +47,17 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot. missing: the file does not exist; counts: see changes_counts.h, may be null.
+// An earlier snapshot. missing: the file does not exist; combined: see changes_combined.h, may be null.
 static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
-                                Findings* counts = nullptr) {
+                                Findings* combined = nullptr) {
     std::string text;
     const ReadResult result = readFile(path, &text);
     *missing = result == ReadResult::missing;
     if (result != ReadResult::done)
         return readProblem(path);
     const std::string problem = snapshotFromText(text, snapshot);
-    if (problem.empty() && counts != nullptr)
-        *counts = savedCounts(text);
+    if (problem.empty() && combined != nullptr)
+        *combined = savedCombined(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
@@ -120,47 +120,39 @@ static std::string formatLines(const Lines& lines, bool quiet) {
 static Severity worstLine(const Lines& lines) {
     Severity worst = Severity::info;
     for (const Line& line : lines)
-        if (isWorse(line.severity, worst))
-            worst = line.severity;
+        worst = worseOf(worst, line.severity);
     return worst;
 }
 
-// The state to keep for the next run: what this one did not read stays as it was.
 static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
-                            const Findings& earlierCounts) {
-    Snapshot kept = report.snapshot;
+                            const Findings& earlierCombined) {
     Findings findings = report.findings;
-    for (const Finding& each : carriedCounts(earlierCounts, report.snapshot, report.findings))
+    for (const Finding& each : carriedCombined(earlierCombined, report.snapshot, report.findings))
         findings.push_back(each);
-    if (earlier != nullptr)
-        keepUnread(*earlier, &kept);
-    if (earlier != nullptr && options.controller)
-        keepOtherControllers(*earlier, &kept);
+    const Snapshot kept =
+        earlier != nullptr ? stateToKeep(*earlier, report.snapshot, options.controller) : report.snapshot;
     return formatJson({kept, findings, report.limits});
 }
 
-// Prints what changed since the kept state, then keeps the new one. A snapshot that could not be
-// read at all is reported and not kept.
+// Prints what changed since the kept state, then keeps the new one.
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
                                  Severity* worst) {
     Snapshot saved;
-    Findings counts;
+    Findings combined;
     bool missing = false;
-    std::string problem = readSnapshot(options.changes, &saved, &missing, &counts);
+    std::string problem = readSnapshot(options.changes, &saved, &missing, &combined);
     if (!problem.empty() && !missing)
         return problem;
     const Snapshot earlier = limitedTo(options, saved);
-    const bool readable = !report.snapshot.controllers.empty();
-    const Lines lines = readable ? changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits,
-                                               baseline, &counts)
-                                 : findingLines(report.findings);
+    const Lines lines =
+        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &combined);
     *worst = worstLine(lines);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
-    if (!problem.empty() || !readable)
+    if (!problem.empty())
         return problem;
-    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, counts));
+    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, combined));
 }
 
 static std::string reportState(const Options& options, const Report& report) {
@@ -189,8 +181,7 @@ static int run(const Options& options) {
     Severity changed = Severity::info; // what disappeared is no finding of the present state
     problem = options.changes.empty() ? reportState(options, report)
                                       : reportChanges(options, report, compared, &changed);
-    const Severity worst = worstSeverity(findings);
-    return problem.empty() ? exitStatus(isWorse(changed, worst) ? changed : worst)
+    return problem.empty() ? exitStatus(worseOf(changed, worstSeverity(findings)))
                            : printError(options, problem);
 }
 
