@@ -1,4 +1,4 @@
-// Whole files: reading, and atomic replacement.
+// Atomic replacement of whole files.
 #include "snapshot/files.h"
 
 #include <cerrno>
@@ -7,21 +7,6 @@
 #include <cstring>
 
 #include "util/atomic_file.h"
-
-ReadResult readFile(const std::string& path, std::string* text) {
-    std::FILE* file = std::fopen(path.c_str(), "r");
-    if (file == nullptr)
-        return errno == ENOENT ? ReadResult::missing : ReadResult::failed;
-    char buffer[8192];
-    for (std::size_t count; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
-        text->append(buffer, count);
-    const bool complete = std::ferror(file) == 0;
-    const int reason = errno;
-    const bool closed = std::fclose(file) == 0;
-    if (!complete)
-        errno = reason;
-    return closed && complete ? ReadResult::done : ReadResult::failed;
-}
 
 static std::string problem(const std::string& path) {
     return "cannot write " + path + ": " + std::strerror(errno);

@@ -232,11 +232,15 @@ TEST_F(StatusOptions, NamesOfFilesStayOnOneLine) {
     }
 }
 
-TEST_F(StatusOptions, FilesThatCannotBeReadHaveTheirReason) {
+// A pipe could be waited for, and a device have no end.
+TEST_F(StatusOptions, OnlyRegularFilesAreRead) {
+    const std::string pipe = session.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (const std::string option : {"--baseline", "--changes", "--limits"})
-        EXPECT_EQ(
-            session.run({option, session.path(".")}),
-            (ProcessOutcome{3, "", "cli-status: cannot read " + session.path(".") + ": Is a directory\n"}));
+        for (const std::string& file : {session.path("."), pipe, std::string("/dev/zero")})
+            EXPECT_EQ(
+                session.run({option, file}),
+                (ProcessOutcome{3, "", "cli-status: cannot read " + file + ": it is not a regular file\n"}));
 }
 
 // Neither the world nor anything else in its directory changes.

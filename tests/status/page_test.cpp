@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
-#include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "tests/status/page_markup.h"
 #include "tests/status/page_samples.h"
+#include "tools/common/regular_file.h"
 #include "tools/status/page_parts.h"
 #include "tools/status/rules.h"
 
@@ -19,8 +19,9 @@ static std::string pageOf(const Snapshot& snapshot, const std::string& host = "s
 }
 
 static std::string source(const std::string& name) {
-    std::string text;
-    EXPECT_EQ(readFile(std::string(STATUS_SOURCES) + "/" + name, &text), ReadResult::done) << name;
+    std::string text, problem;
+    readRegularFile(std::string(STATUS_SOURCES) + "/" + name, &text, &problem);
+    EXPECT_EQ(problem, "");
     return text;
 }
 

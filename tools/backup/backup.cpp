@@ -16,6 +16,7 @@
 #include "tools/backup/kept.h"
 #include "tools/backup/options.h"
 #include "tools/common/programs.h"
+#include "tools/common/regular_file.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
@@ -82,8 +83,8 @@ static std::string exportConfiguration(const Store& store, const std::string& cl
         return cli + " export failed with status " + std::to_string(status) + ": " + lastLine(output);
     std::string problem = synchronize(path);
     text->clear();
-    if (problem.empty() && readFile(path, text) != ReadResult::done)
-        return "cannot read " + path;
+    if (problem.empty())
+        readRegularFile(path, text, &problem);
     return problem;
 }
 
@@ -145,7 +146,9 @@ static std::string writeSnapshot(const Store& store, Content* content) {
         return problem;
     std::string text;
     Snapshot read;
-    if (readFile(path, &text) != ReadResult::done || text != content->json)
+    if (readRegularFile(path, &text, &problem) != RegularFile::read)
+        return problem;
+    if (text != content->json)
         return path + " does not hold what was written";
     const std::string refused = snapshotFromText(text, &read);
     return refused.empty() ? "" : path + ": " + refused;

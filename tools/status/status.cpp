@@ -2,16 +2,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "snapshot/files.h"
 #include "snapshot/json.h"
 #include "snapshot/read.h"
 #include "snapshot/text.h"
+#include "tools/common/regular_file.h"
 #include "tools/status/changes.h"
 #include "tools/status/changes_combined.h"
 #include "tools/status/changes_unread.h"
@@ -32,30 +31,25 @@ static int printError(const Options& options, const std::string& problem) {
     return kUnknown;
 }
 
-// readFile() has failed.
-static std::string readProblem(const std::string& path) {
-    return "cannot read " + printable(path) + ": " + std::strerror(errno);
-}
-
 static std::string readLimits(const std::string& path, Limits* limits) {
-    std::string text;
+    std::string text, problem;
     if (path.empty())
         return "";
-    if (readFile(path, &text) != ReadResult::done)
-        return readProblem(path);
-    const std::string problem = applyLimits(text, limits);
+    if (readRegularFile(path, &text, &problem) != RegularFile::read)
+        return printable(problem);
+    problem = applyLimits(text, limits);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
 // An earlier snapshot. missing: the file does not exist; combined: see changes_combined.h, may be null.
 static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
                                 Findings* combined = nullptr) {
-    std::string text;
-    const ReadResult result = readFile(path, &text);
-    *missing = result == ReadResult::missing;
-    if (result != ReadResult::done)
-        return readProblem(path);
-    const std::string problem = snapshotFromText(text, snapshot);
+    std::string text, problem;
+    const RegularFile result = readRegularFile(path, &text, &problem);
+    *missing = result == RegularFile::missing;
+    if (result != RegularFile::read)
+        return printable(problem);
+    problem = snapshotFromText(text, snapshot);
     if (problem.empty() && combined != nullptr)
         *combined = savedCombined(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
