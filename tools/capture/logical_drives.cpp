@@ -7,10 +7,7 @@
 #include "tools/capture/convert.h"
 
 const LogicalDrive* sourceOf(const Controller& controller, const q5sim::LogicalDrive& drive) {
-    for (const LogicalDrive& from : controller.logicalDrives)
-        if (from.info.logDrvId == drive.logDrvId)
-            return &from;
-    return nullptr;
+    return findLogicalDrive(controller, drive.logDrvId);
 }
 
 static void convertSettings(const LogicalDrive& from, q5sim::LogicalDrive& drive) {

@@ -206,19 +206,12 @@ static std::string differentSettings(const LogDrvSettings& saved, const LogDrvSe
     return text;
 }
 
-static const LogicalDrive* findById(const Controller& controller, std::uint32_t logDrvId) {
-    for (const LogicalDrive& drive : controller.logicalDrives)
-        if (drive.info.logDrvId == logDrvId)
-            return &drive;
-    return nullptr;
-}
-
 static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::uint32_t id) {
     const LogDrvSettings& settings = *saved.settings;
     if (settings.lookahead > kMaxLookahead)
         planning->plan.notes.push_back(arrayName(saved, id) + ": a lookahead of " +
                                        number(settings.lookahead) + " cannot be set");
-    const LogicalDrive* now = findById(planning->now, id);
+    const LogicalDrive* now = findLogicalDrive(planning->now, id);
     const int flags = settings.cacheFlags;
     const bool isPlain = flags == 0 || flags == kWriteBack || flags == kBypass || flags == kAutoMode;
     if (!isPlain && (now == nullptr || !now->settings || now->settings->cacheFlags != flags))
@@ -254,7 +247,7 @@ void planArraySettings(Planning* planning) {
         const auto id = planning->ids.find(saved.info.arrayId);
         if (id == planning->ids.end() || planning->unsettled.count(id->second) != 0)
             continue;
-        const LogicalDrive* now = findById(planning->now, id->second);
+        const LogicalDrive* now = findLogicalDrive(planning->now, id->second);
         if (!saved.settings || (now != nullptr && !now->settings)) {
             planning->plan.notes.push_back("the settings of " + arrayName(saved, id->second) +
                                            " could not be read; they stay");
