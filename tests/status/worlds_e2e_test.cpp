@@ -287,6 +287,24 @@ TEST(StatusOutputs, ReportListsThatLackObjects) {
                          smart + "3 problems, 2 of them unknown\n");
 }
 
+// No count is better than a wrong one.
+TEST(StatusOutputs, NumberOfRefusedObjectsIsUnknown) {
+    expectIncomplete("refuse", "q5_getPhyDrvInfo", 3,
+                     "controller 0: drives unknown, 1 logical drive, 1 enclosure, battery fully charged\n"
+                     "unknown: controller 0: q5_getPhyDrvInfo failed with result 1\n"
+                     "1 problem, unknown\n");
+    const std::string smart = "warning: drive 3 of controller 0: predicts its failure (SMART); channel 2, "
+                              "enclosure 0, serial S0003\n";
+    expectIncomplete("refuse", "q5_getLogDrvInfo", 3,
+                     "controller 0: 3 drives, logical drives unknown, 1 enclosure, battery fully charged\n"
+                     "unknown: controller 0: q5_getLogDrvInfo failed with result 1\n" +
+                         smart + "2 problems, 1 of them unknown\n");
+    expectIncomplete("refuse", "q5_getEnclosureInfo", 3,
+                     "controller 0: 3 drives, 1 logical drive, enclosures unknown, battery fully charged\n"
+                     "unknown: controller 0: q5_getEnclosureInfo failed with result 1, and 15 more faults\n" +
+                         smart + "2 problems, 1 of them unknown\n");
+}
+
 TEST(StatusOutputs, AreValidWhereTheLibraryCannotBeOpened) {
     Session session;
     session.program = CLI_STATUS;

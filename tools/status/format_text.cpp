@@ -27,10 +27,19 @@ static std::string batteryText(const Controller& controller) {
                                   : "no battery";
 }
 
+// A refused list is not an empty one.
+static std::string listedText(const Controller& controller, std::size_t count, const char* object,
+                              const char* operation) {
+    return count == 0 && hasFault(controller, operation) ? std::string(object) + "s unknown"
+                                                         : counted(count, object);
+}
+
 static std::string controllerLine(const Controller& controller) {
-    return "controller " + std::to_string(controller.id) + ": " + counted(controller.drives.size(), "drive") +
-           ", " + counted(controller.logicalDrives.size(), "logical drive") + ", " +
-           counted(controller.enclosures.size(), "enclosure") + ", " + batteryText(controller) + "\n";
+    return "controller " + std::to_string(controller.id) + ": " +
+           listedText(controller, controller.drives.size(), "drive", "q5_getPhyDrvInfo") + ", " +
+           listedText(controller, controller.logicalDrives.size(), "logical drive", "q5_getLogDrvInfo") +
+           ", " + listedText(controller, controller.enclosures.size(), "enclosure", "q5_getEnclosureInfo") +
+           ", " + batteryText(controller) + "\n";
 }
 
 std::string formatText(const Report& report, const TextStyle& style) {
