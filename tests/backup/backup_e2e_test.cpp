@@ -222,8 +222,8 @@ TEST_F(Backup, RefusesALinkAsWorkDirectory) {
 TEST_F(Backup, ReportsMissingPermission) {
     namespace fs = std::filesystem;
     ASSERT_EQ(backup().status, 0);
-    for (const std::string& file :
-         {std::string(CLI_BACKUP), std::string(PROGRAMS "/../lib/libzvq5plugin.so")})
+    for (const std::string& file : {std::string(CLI_BACKUP), std::string(PROGRAMS "/../lib/libzvq5plugin.so"),
+                                    std::string(PROGRAMS "/../lib/libzverrlog.so")})
         fs::copy_file(file, session.path(fs::path(file).filename().string()));
     fs::permissions(session.path("cli-backup"), fs::perms(0755));
     for (const std::string& directory : {session.directory, kept})
