@@ -93,6 +93,49 @@ TEST_F(Baseline, ReportsAMovedAndANewDrive) {
                  "all well: 1 controller, 4 drives, 1 logical drive\n");
 }
 
+// Another drive with the serial is still where it was.
+TEST_F(Baseline, ADriveIsNotAnotherOneWithItsSerial) {
+    Json other = controller()["drives"][2];
+    other["id"] = 5;
+    other["channel"] = 5;
+    other["extents"][0]["use"] = "free";
+    controller()["drives"].push_back(other);
+    expectAll(0, "info: drive 6 of controller 0: is new; channel 5, enclosure 0, serial S0003\n"
+                 "all well: 1 controller, 4 drives, 1 logical drive\n");
+    saveBaseline();
+    controller()["drives"].erase(3);
+    expectAll(1,
+              "warning: drive 6 of controller 0: is missing; it was on channel 5, enclosure 0, serial S0003\n"
+              "1 problem\n");
+}
+
+// What it lacks could be missing without being noticed.
+TEST_F(Baseline, ReportsThatTheBaselineIsIncomplete) {
+    const auto incomplete = [](const char* words) {
+        return std::string("controller 0: the baseline may lack ") + words +
+               ": not all could be read when it was saved\n";
+    };
+    const auto saveRefused = [&](const char* operation) {
+        world["rules"] = {{{"kind", "refuse"}, {"operation", operation}}};
+        saveBaseline();
+        world["rules"] = Json::array();
+    };
+    saveRefused("q5_getPhyDrvInfo");
+    expectFindings(3, "unknown: " + incomplete("drives"));
+    saveRefused("q5_getLogDrvInfo");
+    expectFindings(3, "unknown: " + incomplete("logical drives"));
+    saveRefused("q5_getEnclosureInfo");
+    expectFindings(3, "unknown: " + incomplete("enclosures"));
+    saveRefused("q5_getNumberOfHBA");
+    expectFindings(3, "unknown: this host: the baseline may lack controllers: not all could be read when it "
+                      "was saved\n");
+    world["rules"] = {{{"kind", "zero"}, {"operation", "q5_getNumberOfHBA"}}};
+    saveBaseline();
+    world["rules"] = Json::array();
+    expectFindings(3, "unknown: this host: the baseline may lack controllers: not all could be read when it "
+                      "was saved\n");
+}
+
 TEST_F(Baseline, ReportsALogicalDriveThatIsMissing) {
     controller()["logicalDrives"] = Json::array();
     for (Json& drive : controller()["drives"])

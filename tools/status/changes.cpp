@@ -171,6 +171,13 @@ static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, c
     return findings;
 }
 
+// The state that is kept has been completed: it needs no word about what it lacks.
+static Findings differencesOf(const Snapshot& now, const Snapshot& earlier) {
+    Findings differences = compare(now, earlier);
+    std::erase_if(differences, isUncheckedRule);
+    return differences;
+}
+
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline, const Findings* earlierCombined) {
     if (earlier == nullptr)
@@ -183,7 +190,7 @@ Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& li
     const Findings carried = carriedCombined(before, now, after);
     after.insert(after.end(), carried.begin(), carried.end());
     const Comparison both = {*earlier, known, earlierFindings(*earlier, limits, baseline, before),
-                             findingsOf(known, limits, baseline, after), compare(known, *earlier)};
+                             findingsOf(known, limits, baseline, after), differencesOf(known, *earlier)};
     Lines lines;
     addArrayChanges(*earlier, known, &lines);
     for (const Line& line : findingLines(both.differences))

@@ -30,18 +30,25 @@ struct Place {
     const Drive* drive = nullptr;
 };
 
-static Place findSerial(const Snapshot& snapshot, std::string_view serial) {
-    for (const Controller& controller : snapshot.controllers)
-        for (const Drive& drive : controller.drives)
-            if (!serial.empty() && serialOf(drive) == serial)
-                return {&controller, &drive};
-    return {};
-}
-
-// The same drive, where it was: serials are not always unique.
+// The same drive, where it was.
 static bool isUnchanged(const Drive& earlier, const Drive* now) {
     return now != nullptr && serialOf(*now) == serialOf(earlier) &&
            now->info.channel == earlier.info.channel && now->info.enclosureId == earlier.info.enclosureId;
+}
+
+static bool isInBoth(const Place& place, const Snapshot& other) {
+    const Controller* controller = findController(other, place.controller->id);
+    return controller != nullptr && isUnchanged(*place.drive, findDrive(*controller, place.drive->number));
+}
+
+// A drive with this serial that has another place in the other snapshot, or none: serials are not always
+// unique.
+static Place findSerial(const Snapshot& snapshot, const Snapshot& other, std::string_view serial) {
+    for (const Controller& controller : snapshot.controllers)
+        for (const Drive& drive : controller.drives)
+            if (!serial.empty() && serialOf(drive) == serial && !isInBoth({&controller, &drive}, other))
+                return {&controller, &drive};
+    return {};
 }
 
 enum class DriveChange { none, missing, unchecked, replaced, moved };
@@ -52,7 +59,7 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
     const Drive* same = findDrive(pair.now, drive.number);
     if (isUnchanged(drive, same))
         return DriveChange::none;
-    *other = findSerial(evaluation.snapshot, serialOf(drive));
+    *other = findSerial(evaluation.snapshot, *evaluation.baseline, serialOf(drive));
     if (other->drive != nullptr)
         return DriveChange::moved;
     *other = {&pair.now, same};
@@ -60,7 +67,7 @@ static DriveChange changeOf(const Evaluation& evaluation, const Pair& pair, cons
         return mayBeUnlisted(pair.now, drive.number) ? DriveChange::unchecked : DriveChange::missing;
     if (serialOf(drive) == serialOf(*same))
         return DriveChange::moved;
-    if (findSerial(*evaluation.baseline, serialOf(*same)).drive == nullptr)
+    if (findSerial(*evaluation.baseline, evaluation.snapshot, serialOf(*same)).drive == nullptr)
         return DriveChange::replaced;
     return hasAllDrives(pair.now) ? DriveChange::missing : DriveChange::unchecked;
 }
@@ -102,7 +109,7 @@ void findNewDrives(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const Drive& drive : pair.now.drives)
             if (hasAllDrives(pair.earlier) &&
-                findSerial(*evaluation->baseline, serialOf(drive)).drive == nullptr &&
+                findSerial(*evaluation->baseline, evaluation->snapshot, serialOf(drive)).drive == nullptr &&
                 findDrive(pair.earlier, drive.number) == nullptr)
                 addFinding(evaluation, objectOf(pair.now, drive), "is new; " + placeText(drive));
     });
@@ -345,7 +352,29 @@ static std::vector<std::uint32_t> uncheckedEnclosures(const Pair& pair) {
     return numbers;
 }
 
+// What the baseline lacks is not noticed when it disappears.
+static void addIncomplete(Evaluation* evaluation, const Object& object, const std::string& words) {
+    addFindingOf(evaluation, object, {words + " of the baseline"},
+                 "the baseline may lack " + words + ": not all could be read when it was saved");
+}
+
+static void findIncompleteBaseline(Evaluation* evaluation) {
+    const Snapshot& baseline = *evaluation->baseline;
+    if (!baseline.faults.empty() || baseline.controllers.empty())
+        addIncomplete(evaluation, {}, "controllers");
+    forEachPair(*evaluation, [&](const Pair& pair) {
+        const Object object = objectOf(pair.now);
+        if (!hasAllDrives(pair.earlier))
+            addIncomplete(evaluation, object, "drives");
+        if (!hasAllLogicalDrives(pair.earlier))
+            addIncomplete(evaluation, object, "logical drives");
+        if (!hasAllEnclosures(pair.earlier))
+            addIncomplete(evaluation, object, "enclosures");
+    });
+}
+
 void findUncheckedObjects(Evaluation* evaluation) {
+    findIncompleteBaseline(evaluation);
     findUncheckedControllers(evaluation);
     forEachPair(*evaluation, [&](const Pair& pair) {
         const Object object = objectOf(pair.now);
