@@ -37,13 +37,48 @@ static void keepDrives(const Controller& earlier, Controller* now) {
               [](const Drive& left, const Drive& right) { return left.number < right.number; });
 }
 
+static bool isSensor(const EnclosureSensor& sensor) {
+    return sensorTypeText(sensor.type) != nullptr;
+}
+
+static std::ptrdiff_t countSensors(const EnclosureStatus& status, std::uint8_t type) {
+    return std::count_if(std::begin(status.sensor), std::end(status.sensor),
+                         [&](const EnclosureSensor& each) { return each.type == type; });
+}
+
+// Whether the enclosure lists fewer sensors of this type than before.
+static bool hasFewer(const EnclosureStatus& earlier, const EnclosureStatus& now,
+                     const EnclosureSensor& sensor) {
+    return isSensor(sensor) && countSensors(now, sensor.type) < countSensors(earlier, sensor.type);
+}
+
+// Sensors of a type are numbered by their places. One that is not listed keeps its place; if the others have
+// moved up, the last ones are those that are not listed.
+static void keepSensors(const EnclosureStatus& earlier, EnclosureStatus* now) {
+    for (std::size_t place = 0; place < std::size(earlier.sensor); ++place)
+        if (hasFewer(earlier, *now, earlier.sensor[place]) && !isSensor(now->sensor[place]))
+            now->sensor[place] = earlier.sensor[place];
+    for (auto each = std::rbegin(earlier.sensor); each != std::rend(earlier.sensor); ++each) {
+        const auto place = std::find_if_not(std::rbegin(now->sensor), std::rend(now->sensor), isSensor);
+        if (hasFewer(earlier, *now, *each) && place != std::rend(now->sensor))
+            *place = *each;
+    }
+}
+
+// An enclosure of another type has sensors of its own.
+static void keepDetails(const Enclosure& earlier, Enclosure* now) {
+    if (earlier.status && now->status && earlier.entry.type == now->entry.type)
+        keepSensors(*earlier.status, &*now->status);
+    keepRecord(earlier.status, &now->status);
+}
+
 static void keepEnclosures(const Controller& earlier, Controller* now) {
     const bool complete = hasAllEnclosures(*now);
     for (const Enclosure& before : earlier.enclosures) {
         const auto same = std::find_if(now->enclosures.begin(), now->enclosures.end(),
                                        [&](const Enclosure& each) { return each.id == before.id; });
         if (same != now->enclosures.end())
-            keepRecord(before.status, &same->status);
+            keepDetails(before, &*same);
         else if (!complete)
             now->enclosures.push_back(before);
     }
