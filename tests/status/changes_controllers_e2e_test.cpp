@@ -166,6 +166,18 @@ TEST_F(ChangesOfControllers, AreNotMissingAgainWhenOnlyOneIsBack) {
     expectChanges(0, "");
 }
 
+// None of them shows another version.
+TEST_F(ChangesOfControllers, KeepTheirVersionsWhileNoneIsFound) {
+    both[1]["firmwareVersion"] = {2, 3, 1, 8};
+    restoreAll();
+    expectChanges(0, "");
+    removeAll();
+    expectChanges(2, kMissing0 + kMissing1 + "unknown: " + kNone);
+    restoreAll();
+    expectChanges(0, kNew0 + kNew1 + kNoneAnymore);
+    expectChanges(0, "");
+}
+
 TEST_F(ChangesOfControllers, AreNewOnceIfTheFirstStateHasNone) {
     removeAll();
     expectChanges(3, "unknown: " + kNone);

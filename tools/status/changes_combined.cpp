@@ -149,7 +149,7 @@ static bool isDisproved(const Snapshot& now, const Finding& finding) {
     const Combined& combined = *findCombined(finding.rule->id);
     const Object& object = finding.object;
     if (object.kind == ObjectKind::host)
-        return now.controllers.size() == now.controllerCount &&
+        return now.controllerCount > 0 && now.controllers.size() == now.controllerCount &&
                std::all_of(now.controllers.begin(), now.controllers.end(),
                            [&](const Controller& each) { return combined.isRead(each, object); });
     const Controller* controller = findController(now, object.controller);
