@@ -99,6 +99,35 @@ TEST_F(ShortLists, ShowChangesOfWhatTheyContain) {
                          "rebuild is off\n");
 }
 
+// Why a lost member is not replaced depends on the drives.
+TEST_F(ShortLists, DoNotChangeWhyNoReplacementIsComing) {
+    const std::string refused = "controller 0: q5_getPhyDrvInfo failed with result 1\n";
+    const std::string counted = "controller 0: counts 2 drives, but lists 1\n";
+    controller()["autoRebuild"] = false;
+    controller()["drives"].erase(1);
+    controller()["drives"][1]["extents"][0]["use"] = "free";
+    const std::string lost =
+        "warning: drive 2 of controller 0: lost by logical drive 0 Data; it is no longer listed\n";
+    const std::string none = "warning: logical drive 0 Data of controller 0: no replacement is coming: there "
+                             "is no suitable spare\n";
+    expectChanges(2, "critical: logical drive 0 Data of controller 0: critical: no redundancy is left "
+                     "(RAID1)\n" +
+                         lost + none);
+    shorten("q5_getPhyDrvInfo");
+    expectChanges(2, "unknown: " + counted);
+    expectChanges(2, "");
+    refuse("q5_getPhyDrvInfo");
+    expectChanges(2, "unknown: " + refused);
+    expectChanges(2, "");
+    refuseNothing();
+    expectChanges(2, "info: no longer: " + counted + "info: no longer: " + refused);
+    expectChanges(2, "");
+    controller()["drives"][1]["extents"][0]["use"] = "globalSpare";
+    expectChanges(2, "info: controller 0: has 1 spare; it had 0\n"
+                     "warning: logical drive 0 Data of controller 0: no replacement is coming: automatic "
+                     "rebuild is off\n");
+}
+
 // The first state that is saved lacks an object, which is not new later.
 TEST_F(ShortLists, DoNotMakeObjectsNew) {
     shorten("q5_getPhyDrvInfo");

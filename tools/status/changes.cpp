@@ -6,6 +6,7 @@
 
 #include "tools/status/changes_combined.h"
 #include "tools/status/changes_match.h"
+#include "tools/status/changes_missing.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/facts.h"
 #include "tools/status/format.h"
@@ -107,7 +108,7 @@ static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
     if (wanted.object.kind == ObjectKind::battery)
         return wanted.rule->severity != Severity::unknown &&
                batteryState(*controller) > kBatteryReconditioning;
-    if (!isOfBaseline(*wanted.rule) || isUncheckedRule(wanted))
+    if (!isOfBaseline(*wanted.rule) || isUncheckedRule(wanted) || isMissingController(wanted))
         return false;
     return wanted.object.kind == ObjectKind::controller ? !hasAllDrives(*controller) // its spares
                                                         : isUnchecked(both, wanted.object);
@@ -172,25 +173,41 @@ static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, c
 }
 
 // The state that is kept has been completed: it needs no word about what it lacks.
-static Findings differencesOf(const Snapshot& now, const Snapshot& earlier) {
-    Findings differences = compare(now, earlier);
+static Findings differencesOf(const Snapshot& earlier, const Findings& saved, const Snapshot& now,
+                              const Snapshot& known) {
+    Findings differences = compareWithKept(earlier, saved, now, known);
     std::erase_if(differences, isUncheckedRule);
     return differences;
 }
 
+// The missing controllers were reported before, and stay missing while the controllers cannot be counted.
+static Findings withMissing(Findings findings, const Findings& missing) {
+    for (const Finding& each : missing)
+        if (!persists(findings, each))
+            findings.push_back(each);
+    sortFindings(&findings);
+    return findings;
+}
+
+static Findings combinedOf(Findings findings) {
+    std::erase_if(findings, [](const Finding& finding) { return !isCombined(finding); });
+    return findings;
+}
+
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline, const Findings* earlierCombined) {
+                  const Snapshot* baseline, const Findings* saved) {
     if (earlier == nullptr)
         return problemLines(evaluate(now, limits, baseline));
     Snapshot known = now;
     keepUnread(*earlier, &known);
-    const Findings before =
-        earlierCombined != nullptr ? *earlierCombined : combinedFindings(*earlier, limits);
+    const Findings kept = saved != nullptr ? *saved : combinedFindings(*earlier, limits);
+    const Findings missing = missingOf(kept, baseline);
     Findings after = combinedFindings(now, limits);
-    const Findings carried = carriedCombined(before, now, after);
-    after.insert(after.end(), carried.begin(), carried.end());
-    const Comparison both = {*earlier, known, earlierFindings(*earlier, limits, baseline, before),
-                             findingsOf(known, limits, baseline, after), differencesOf(known, *earlier)};
+    carryCombined(kept, now, &after);
+    const Comparison both = {
+        *earlier, known, withMissing(earlierFindings(*earlier, limits, baseline, combinedOf(kept)), missing),
+        withMissing(findingsOf(known, limits, baseline, after), now.faults.empty() ? Findings{} : missing),
+        differencesOf(*earlier, kept, now, known)};
     Lines lines;
     addArrayChanges(*earlier, known, &lines);
     for (const Line& line : findingLines(both.differences))

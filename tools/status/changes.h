@@ -16,10 +16,10 @@ using Lines = std::vector<Line>;
 
 // What changed since the earlier snapshot; if it is null, all present problems are new. What cannot be
 // read now has not changed. With a baseline, which may be null, also which differences from it are new or
-// resolved. If the earlier snapshot was completed with what it could not read, its combined
-// findings (see changes_combined.h) are passed as well; null: they are those that it shows.
+// resolved. If the earlier snapshot was completed with what it could not read, the findings that its
+// file keeps (see changes_combined.h) are passed as well; null: they are those that it shows.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline = nullptr, const Findings* earlierCombined = nullptr);
+                  const Snapshot* baseline = nullptr, const Findings* saved = nullptr);
 
 // A line for each finding.
 Lines findingLines(const Findings& findings);

@@ -73,9 +73,10 @@ Findings combinedFindings(const Snapshot& snapshot, const Limits& limits) {
 }
 
 static const Rule* findRule(std::string_view id) {
-    for (const Rule& rule : rules())
-        if (id == rule.id)
-            return &rule;
+    for (const std::span<const Rule> table : {rules(), baselineRules()})
+        for (const Rule& rule : table)
+            if (id == rule.id)
+                return &rule;
     return nullptr;
 }
 
@@ -116,18 +117,29 @@ static bool splitLine(const std::string& line, Object* object, std::string* text
     return true;
 }
 
-Findings savedCombined(const std::string& text) {
+// What the findings of a rule are about. Others are not read from a file.
+static std::optional<ObjectKind> savedKind(const Rule* rule) {
+    if (rule == nullptr)
+        return std::nullopt;
+    if (std::string_view(rule->id) == "controller-missing")
+        return ObjectKind::controller;
+    const Combined* combined = findCombined(rule->id);
+    return combined != nullptr ? std::optional(combined->kind) : std::nullopt;
+}
+
+Findings savedFindings(const std::string& text) {
     Findings findings;
     const Json json = Json::parse(text, nullptr, false);
     const auto list = json.find("findings");
     if (list == json.end() || !list->is_array())
         return findings;
     for (const Json& each : *list) {
-        const Combined* combined = findCombined(textOf(each, "rule"));
-        std::optional<Object> object = combined != nullptr ? objectFrom(each, combined->kind) : std::nullopt;
+        const Rule* rule = findRule(textOf(each, "rule"));
+        const std::optional<ObjectKind> kind = savedKind(rule);
+        std::optional<Object> object = kind ? objectFrom(each, *kind) : std::nullopt;
         std::string problem;
         if (object && splitLine(fromPrintable(textOf(each, "text")), &*object, &problem))
-            findings.push_back({findRule(combined->id), *object, problem, std::nullopt});
+            findings.push_back({rule, *object, problem, std::nullopt});
     }
     return findings;
 }
@@ -137,7 +149,7 @@ static bool isDisproved(const Snapshot& now, const Finding& finding) {
     const Combined& combined = *findCombined(finding.rule->id);
     const Object& object = finding.object;
     if (object.kind == ObjectKind::host)
-        return now.controllers.size() == now.controllerCount &&
+        return now.controllerCount > 0 && now.controllers.size() == now.controllerCount &&
                std::all_of(now.controllers.begin(), now.controllers.end(),
                            [&](const Controller& each) { return combined.isRead(each, object); });
     const Controller* controller = findController(now, object.controller);
@@ -146,10 +158,10 @@ static bool isDisproved(const Snapshot& now, const Finding& finding) {
     return combined.isRead(*controller, object);
 }
 
-Findings carriedCombined(const Findings& earlier, const Snapshot& now, const Findings& findings) {
-    Findings carried;
+void carryCombined(const Findings& earlier, const Snapshot& now, Findings* findings) {
     for (const Finding& each : earlier)
-        if (!persists(findings, each) && !isDisproved(now, each))
-            carried.push_back(each);
-    return carried;
+        if (isCombined(each) && !isDisproved(now, each)) {
+            std::erase_if(*findings, [&](const Finding& present) { return isSameProblem(present, each); });
+            findings->push_back(each);
+        }
 }

@@ -14,9 +14,10 @@ bool isCombined(const Finding& finding);
 // Those of a snapshot as it was read.
 Findings combinedFindings(const Snapshot& snapshot, const Limits& limits);
 
-// Those in the text of an earlier run's file, which is untrusted: what is none is left out.
-Findings savedCombined(const std::string& text);
+// Those in the text of an earlier run's file, and the missing controllers (see changes_missing.h). The file
+// is untrusted: what is neither is left out.
+Findings savedFindings(const std::string& text);
 
-// The earlier ones that the present run does not show, but does not disprove either: it did not read all that
-// they combine. now and findings are those of the present run as it was read.
-Findings carriedCombined(const Findings& earlier, const Snapshot& now, const Findings& findings);
+// Adds to the present findings the earlier ones that the present run does not disprove: it did not read all
+// that they combine. They replace what it shows of the same problems. now is the present run as it was read.
+void carryCombined(const Findings& earlier, const Snapshot& now, Findings* findings);

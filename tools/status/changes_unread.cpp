@@ -179,6 +179,8 @@ Snapshot stateToKeep(const Snapshot& earlier, const Snapshot& now, std::optional
     else if (chosen) {
         const bool isMissing = findController(kept, *chosen) == nullptr;
         keepOtherControllers(earlier, &kept);
+        if (earlier.controllerCount == 0 && now.faults.empty())
+            kept.controllerCount = now.controllerCount; // there are some again
         if (isMissing)
             std::erase_if(kept.controllers, [&](const Controller& each) { return each.id == *chosen; });
     }

@@ -13,6 +13,7 @@
 #include "tools/common/regular_file.h"
 #include "tools/status/changes.h"
 #include "tools/status/changes_combined.h"
+#include "tools/status/changes_missing.h"
 #include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
@@ -41,17 +42,17 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot. missing: the file does not exist; combined: see changes_combined.h, may be null.
+// An earlier snapshot. missing: the file does not exist; kept: see changes_combined.h, may be null.
 static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
-                                Findings* combined = nullptr) {
+                                Findings* kept = nullptr) {
     std::string text, problem;
     const RegularFile result = readRegularFile(path, &text, &problem);
     *missing = result == RegularFile::missing;
     if (result != RegularFile::read)
         return printable(problem);
     problem = snapshotFromText(text, snapshot);
-    if (problem.empty() && combined != nullptr)
-        *combined = savedCombined(text);
+    if (problem.empty() && kept != nullptr)
+        *kept = savedFindings(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
@@ -119,10 +120,11 @@ static Severity worstLine(const Lines& lines) {
 }
 
 static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
-                            const Findings& earlierCombined) {
+                            const Findings& earlierFindings) {
     Findings findings = report.findings;
-    for (const Finding& each : carriedCombined(earlierCombined, report.snapshot, report.findings))
-        findings.push_back(each);
+    carryCombined(earlierFindings, report.snapshot, &findings);
+    if (earlier != nullptr)
+        keepMissing(*earlier, earlierFindings, report.snapshot, options.controller, &findings);
     const Snapshot kept =
         earlier != nullptr ? stateToKeep(*earlier, report.snapshot, options.controller) : report.snapshot;
     return formatJson({kept, findings, report.limits});
@@ -132,21 +134,21 @@ static std::string keptText(const Options& options, const Report& report, const 
 static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
                                  Severity* worst) {
     Snapshot saved;
-    Findings combined;
+    Findings findings; // of the earlier run
     bool missing = false;
-    std::string problem = readSnapshot(options.changes, &saved, &missing, &combined);
+    std::string problem = readSnapshot(options.changes, &saved, &missing, &findings);
     if (!problem.empty() && !missing)
         return problem;
     const Snapshot earlier = limitedTo(options, saved);
     const Lines lines =
-        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &combined);
+        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &findings);
     *worst = worstLine(lines);
     problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     if (!problem.empty())
         return problem;
-    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, combined));
+    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, findings));
 }
 
 static std::string reportState(const Options& options, const Report& report) {
