@@ -150,8 +150,23 @@ TEST_F(Restore, ReportsMovedDrivesBesideADifferentArray) {
         << outcome;
 }
 
+// The logical drive would have its members exchanged.
+TEST_F(Restore, AMapAgainstTheSerialsPreventsThePlan) {
+    blank(&controller());
+    controller()["drives"][0]["serial"].swap(controller()["drives"][1]["serial"]);
+    const std::string reasons =
+        "prevented: drive 1 of the backup is now drive 2, which --drives puts in the place of drive 2\n"
+        "prevented: drive 2 of the backup is now drive 1, which --drives puts in the place of drive 1\n";
+    const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=1,2=2"});
+    EXPECT_EQ(outcome.status, 4) << outcome;
+    EXPECT_NE(outcome.out.find(reasons), std::string::npos) << outcome;
+    EXPECT_EQ(restore({"--apply", "--drives", "1=2,2=1"}).status, 0);
+}
+
 TEST_F(Restore, UsesAnotherDrive) {
     blank(&controller());
+    for (const std::size_t index : {0u, 2u})
+        replaceSerial(index);
     const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=3,3=1"});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_NE(outcome.out.find("on drive 3 extent 0 (1024000 sectors from 0), drive 2 extent 0"),

@@ -43,8 +43,10 @@ TEST(Plan, NotesWhatNoCommandSets) {
 // Drive 2 takes the place of drive 1: it cannot have the settings of both.
 TEST(Plan, GivesADriveTheSettingsOfOneOnly) {
     Controller saved = controllerWith(2, 40960);
+    Controller now = saved;
     saved.drives[0].settings->writeCache = 1;
-    const Plan plan = makePlan(saved, controllerWith(2, 40960), {{1, 2}});
+    now.drives[1].info.serial[0] = 'X';
+    const Plan plan = makePlan(saved, now, {{1, 2}});
     EXPECT_EQ(textsOf(plan), (Texts{"set drive 2: write cache enable"}));
     EXPECT_EQ(plan.notes,
               (Texts{"drive 2 takes the place of another one; its own settings are not restored"}));
