@@ -245,6 +245,19 @@ TEST_F(Restore, HasNothingToDoWhenTheMemberIsStillLost) {
     EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
 }
 
+// Its members that were lost cannot be read: its state shows it.
+TEST_F(Restore, NotesACriticalArrayWithoutItsLostMembers) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0); // no spare
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getAryLostDisk"}).status, 0);
+    EXPECT_EQ(restore({}),
+              (ProcessOutcome{0,
+                              "note: logical drive 0 Data is critical; it was online when it was saved\n"
+                              "There is nothing to do.\n",
+                              ""}));
+}
+
 // A migration that was started since the backup, and the backup of a running one. The level and the size are
 // still those of before.
 TEST_F(Restore, NotesARunningMigration) {

@@ -128,7 +128,8 @@ static std::string lostDrives(const LogicalDrive& drive) {
     return text;
 }
 
-// What a restore does not change: members that were lost since, and data that is not accessible.
+// What a restore does not change: members that were lost since, and data that is not accessible. Which
+// members are lost may not be known.
 static void reportState(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present) {
     const std::string name = arrayName(present, present.info.logDrvId);
     Plan& plan = planning->plan;
@@ -139,6 +140,9 @@ static void reportState(Planning* planning, const LogicalDrive& saved, const Log
                                  ": a rebuild cannot complete it");
     else if (hasLostMember(present) && !hasLostMember(saved))
         plan.notes.push_back(name + " has lost a member since; a rebuild makes it complete");
+    else if (arrayState(present) > arrayState(saved))
+        plan.notes.push_back(name + " is " + arrayStateText(arrayState(present)) + "; it was " +
+                             arrayStateText(arrayState(saved)) + " when it was saved");
     if ((present.info.activityStatus & kMigrating) != 0)
         plan.notes.push_back(name + " is being migrated; it will be different");
 }
