@@ -111,6 +111,16 @@ TEST_F(Restore, NotesSettingsThatCouldNotBeSaved) {
                                "There is nothing to do.\n");
 }
 
+TEST_F(Restore, NotesAnExtraSpare) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(cli({"extent", "-a", "spare", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    const std::string note =
+        "note: the spare on extent 0 of drive 3 is not in the backup; it stays as it is\n";
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, note + "There is nothing to do.\n", ""}));
+    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, note + "Controller 0 is as it was saved.\n", ""}));
+}
+
 // Of a later version, for example. Nothing is done with it, and cli-backup keeps it.
 TEST_F(Restore, RefusesABackupOfAnotherFormat) {
     const std::string saved = newest();
