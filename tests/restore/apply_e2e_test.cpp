@@ -67,6 +67,8 @@ TEST_F(Restore, ContinuesWhereItStopped) {
 
 TEST_F(Restore, ContinuesWithTheSameCommand) {
     blank(&controller());
+    for (const std::size_t index : {0u, 2u})
+        replaceSerial(index);
     session.useWorld(world.dump());
     ASSERT_EQ(q5sim({"refuse", "q5_spareHBAExtent"}).status, 0);
     ASSERT_EQ(restore({"--apply", "--drives", "1=3,3=1"}).status, 5);

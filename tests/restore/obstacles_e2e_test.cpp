@@ -150,8 +150,23 @@ TEST_F(Restore, ReportsMovedDrivesBesideADifferentArray) {
         << outcome;
 }
 
+// The logical drive would have its members exchanged.
+TEST_F(Restore, AMapAgainstTheSerialsPreventsThePlan) {
+    blank(&controller());
+    controller()["drives"][0]["serial"].swap(controller()["drives"][1]["serial"]);
+    const std::string reasons =
+        "prevented: drive 1 of the backup is now drive 2, which --drives puts in the place of drive 2\n"
+        "prevented: drive 2 of the backup is now drive 1, which --drives puts in the place of drive 1\n";
+    const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=1,2=2"});
+    EXPECT_EQ(outcome.status, 4) << outcome;
+    EXPECT_NE(outcome.out.find(reasons), std::string::npos) << outcome;
+    EXPECT_EQ(restore({"--apply", "--drives", "1=2,2=1"}).status, 0);
+}
+
 TEST_F(Restore, UsesAnotherDrive) {
     blank(&controller());
+    for (const std::size_t index : {0u, 2u})
+        replaceSerial(index);
     const ProcessOutcome outcome = restoreIn(world, {"--apply", "--drives", "1=3,3=1"});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_NE(outcome.out.find("on drive 3 extent 0 (1024000 sectors from 0), drive 2 extent 0"),
@@ -228,6 +243,19 @@ TEST_F(Restore, HasNothingToDoWhenTheMemberIsStillLost) {
     ASSERT_EQ(q5sim({"pull-drive", "0", "2"}).status, 0);
     backup();
     EXPECT_EQ(restore({}), (ProcessOutcome{0, "There is nothing to do.\n", ""}));
+}
+
+// Its members that were lost cannot be read: its state shows it.
+TEST_F(Restore, NotesACriticalArrayWithoutItsLostMembers) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0); // no spare
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getAryLostDisk"}).status, 0);
+    EXPECT_EQ(restore({}),
+              (ProcessOutcome{0,
+                              "note: logical drive 0 Data is critical; it was online when it was saved\n"
+                              "There is nothing to do.\n",
+                              ""}));
 }
 
 // A migration that was started since the backup, and the backup of a running one. The level and the size are

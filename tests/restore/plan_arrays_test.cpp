@@ -52,6 +52,32 @@ TEST(Plan, NotesAMemberThatWasLostSince) {
                      "logical drive 0 Mirror has lost a member since; a rebuild makes it complete"}));
 }
 
+// Which member was lost is not known, or it reports none.
+TEST(Plan, NotesAWorseStateWithoutALostMember) {
+    const Controller saved = controllerWithMirror();
+    Controller now = saved;
+    now.logicalDrives[0].info.functionalStatus = kCritical;
+    const Texts critical = {"logical drive 0 Mirror is critical; it was online when it was saved"};
+    EXPECT_EQ(makePlan(saved, now, {}).notes, critical);
+    now.logicalDrives[0].lostMask = 0;
+    EXPECT_EQ(makePlan(saved, now, {}).notes, critical);
+    EXPECT_EQ(makePlan(now, now, {}).notes, Texts());
+    EXPECT_EQ(makePlan(now, saved, {}).notes, Texts());
+    now.logicalDrives[0].info.functionalStatus = kDegraded;
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.notes, (Texts{"logical drive 0 Mirror is degraded; it was online when it was saved"}));
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), Texts());
+}
+
+// It has lost another member: it had one to spare.
+TEST(Plan, NotesThatADegradedArrayIsCritical) {
+    Controller saved = controllerWithHalfAMirror();
+    saved.logicalDrives[0].info.functionalStatus = kDegraded;
+    EXPECT_EQ(makePlan(saved, controllerWithHalfAMirror(), {}).notes,
+              (Texts{"logical drive 0 Mirror is critical; it was degraded when it was saved"}));
+}
+
 // The new drive is not a member yet: only the others have to be the saved ones.
 TEST(Plan, FindsAnArrayWhoseLostMemberWasReplaced) {
     const Controller saved = controllerWithMirror();

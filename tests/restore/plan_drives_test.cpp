@@ -45,13 +45,85 @@ TEST(Plan, ReportsAMapThatNamesOtherDrives) {
 
 // A map that puts drive 2 in the place of drive 1 and nothing in its own.
 TEST(Plan, ADriveCannotHoldTwoMembers) {
-    const Controller saved = controllerWithMirror(), now = controllerWith(3, 40960);
+    const Controller saved = controllerWithMirror();
+    Controller now = controllerWith(3, 40960);
+    now.drives[0].info.serial[0] = 'X';
+    now.drives[1].info.serial[0] = 'Y';
     const Plan plan = makePlan(saved, now, {{1, 2}});
     EXPECT_EQ(plan.obstacles, (Texts{"drive 2 would hold two members of logical drive 0 Mirror"}));
     for (const std::string& text : textsOf(plan))
         EXPECT_EQ(text.find("create"), std::string::npos) << text;
     EXPECT_EQ(makePlan(saved, now, {{1, 2}, {2, 1}}).obstacles, Texts());
+    EXPECT_EQ(makePlan(saved, now, {{1, 3}, {2, 2}}).obstacles, Texts());
+}
+
+// The serials of the new controller's drives are exchanged. Both entries are wrong, or one of them.
+TEST(Plan, RefusesAMapThatContradictsTheSerials) {
+    Controller now = controllerWith(2, 40960);
+    std::swap(now.drives[0].info.serial, now.drives[1].info.serial);
+    const Plan plan = makePlan(controllerWithMirror(), now, {{1, 1}, {2, 2}});
+    EXPECT_EQ(plan.obstacles,
+              (Texts{"drive 1 of the backup is now drive 2, which --drives puts in the place of drive 2",
+                     "drive 2 of the backup is now drive 1, which --drives puts in the place of drive 1"}));
+    for (const std::string& text : textsOf(plan))
+        EXPECT_EQ(text.find("create"), std::string::npos) << text;
+    EXPECT_EQ(plan.notes, Texts());
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 1}}).obstacles,
+              (Texts{"drive 1 of the backup is now drive 2; use --drives 1=2,2=1",
+                     "drive 2 of the backup is now drive 1, which --drives puts in the place of drive 1"}));
+}
+
+// The drives are where they were.
+TEST(Plan, RefusesAMapThatExchangesDrivesOfTheBackup) {
+    const Controller now = controllerWith(3, 40960);
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 2}, {2, 1}}).obstacles,
+              (Texts{"drive 2 of the backup is still drive 2, which --drives puts in the place of drive 1",
+                     "drive 1 of the backup is still drive 1, which --drives puts in the place of drive 2"}));
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 2}}).obstacles,
+              (Texts{"drive 2 of the backup is still drive 2, which --drives puts in the place of drive 1"}));
+    EXPECT_EQ(makePlan(controllerWith(3, 40960), now, {{1, 2}, {2, 3}, {3, 1}}).obstacles,
+              (Texts{"drive 2 of the backup is still drive 2, which --drives puts in the place of drive 1",
+                     "drive 3 of the backup is still drive 3, which --drives puts in the place of drive 2",
+                     "drive 1 of the backup is still drive 1, which --drives puts in the place of drive 3"}));
+    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 3}}).obstacles, Texts()); // drive 3 is new
+}
+
+// Drive 1 is in slot 3, and the map puts a new drive in its place.
+TEST(Plan, RefusesAReplacementForADriveThatIsHere) {
+    Controller saved = controllerWithMirror(), now = controllerWith(3, 40960);
+    saved.drives.push_back(controllerWith(3, 40960).drives[2]);
+    now.drives[0].info.serial[0] = 'X';
+    now.drives[2].info.serial[0] = 'B';
+    const Texts moved = {"drive 1 of the backup is now drive 3; use --drives 1=3"};
+    EXPECT_EQ(makePlan(saved, now, {{1, 1}}).obstacles, moved);
     EXPECT_EQ(makePlan(saved, now, {{1, 3}}).obstacles, Texts());
+}
+
+// A spare took the place of drive 2: by now, or only in the map. Drive 3 must not stay a spare as well.
+TEST(Plan, AcceptsASpareInThePlaceOfAMember) {
+    Controller saved = controllerWithMirror();
+    Drive spare = controllerWith(3, 40960).drives[2];
+    spare.info.extentCount = 0;
+    addExtent(&spare, kExtentGlobalSpare, kNoArray, 0, 40960);
+    saved.drives.push_back(spare);
+    Controller now = saved;
+    now.drives[2].info.extentCount = 0;
+    addExtent(&now.drives[2], 0, kNoArray, 0, 4096);
+    addExtent(&now.drives[2], kExtentAssigned, 5, 4096, 8192);
+    addExtent(&now.drives[2], 0, kNoArray, 12288, 28672);
+    now.logicalDrives[0].info.memberIds[1] = 2;
+    now.drives[1] = controllerWith(2, 40960).drives[1];
+    const DriveMap exchanged = {{2, 3}, {3, 2}}, leftOut = {{2, 3}, {3, std::nullopt}};
+    for (const char serial : {'X', 'C'}) { // a new drive 2, or the old one
+        now.drives[1].info.serial[0] = serial;
+        EXPECT_EQ(makePlan(saved, now, exchanged).obstacles, Texts());
+        EXPECT_EQ(makePlan(saved, now, leftOut).obstacles, Texts());
+    }
+    Controller erased = controllerWith(3, 40960);
+    erased.drives[1].info.serial[0] = 'X';
+    EXPECT_EQ(makePlan(saved, erased, leftOut).obstacles, Texts());
+    EXPECT_EQ(makePlan(saved, erased, exchanged).obstacles,
+              (Texts{"drive 3 of the backup is still drive 3, which --drives puts in the place of drive 2"}));
 }
 
 // Its drives are in other places since.
@@ -115,7 +187,11 @@ TEST(Plan, AcceptsExchangedMembersOnlyAsReplacements) {
     EXPECT_EQ(makePlan(controllerWithMirror(), now, {}).obstacles,
               (Texts{"drive 1 has another serial: C instead of B; that is drive 2 of the backup",
                      "drive 2 has another serial: B instead of C; that is drive 1 of the backup"}));
-    EXPECT_EQ(makePlan(controllerWithMirror(), now, {{1, 1}, {2, 2}}).obstacles, Texts());
+    const Plan plan = makePlan(controllerWithMirror(), now, {{1, 1}, {2, 2}});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(plan.notes,
+              (Texts{"drive 1 of the backup is now drive 2, which --drives puts in the place of drive 2",
+                     "drive 2 of the backup is now drive 1, which --drives puts in the place of drive 1"}));
 }
 
 TEST(Plan, KeepsADriveInThePlaceThatTheMapGivesIt) {

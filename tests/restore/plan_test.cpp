@@ -92,3 +92,42 @@ TEST(Plan, SparesComeLast) {
     EXPECT_EQ(plan.steps[5].words,
               (Texts{"extent", "-a", "spare", "-p", "3", "-i", "0", "-e", "0", "-l", "0"}));
 }
+
+// A drive with a spare on its second extent.
+static Drive driveWithSpare(std::uint32_t number) {
+    Drive drive = controllerWith(number, 40960).drives.back();
+    drive.info.extentCount = 0;
+    addExtent(&drive, 0, kNoArray, 0, 8192);
+    addExtent(&drive, kExtentGlobalSpare, kNoArray, 8192, 32768);
+    return drive;
+}
+
+static const Texts kExtraSpare = {"the spare on extent 1 of drive 3 is not in the backup; it stays as it is"};
+
+TEST(Plan, NotesAnExtraSpare) {
+    const Controller saved = controllerWith(3, 40960);
+    Controller now = saved;
+    now.drives[2] = driveWithSpare(3);
+    Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.obstacles, Texts());
+    EXPECT_EQ(textsOf(plan), Texts());
+    EXPECT_EQ(plan.notes, kExtraSpare);
+    EXPECT_EQ(makePlan(now, now, {}).notes, Texts());
+    now.drives[2].info.extent[1].assignment = kExtentDedicatedSpare;
+    EXPECT_EQ(makePlan(saved, now, {}).notes, kExtraSpare);
+    EXPECT_EQ(makePlan(controllerWith(2, 40960), now, {}).notes, kExtraSpare); // on a drive that was not here
+}
+
+// The same spare, on a drive in another slot, or on one that is left out.
+TEST(Plan, KnowsASpareOfADriveThatIsNotInItsPlace) {
+    Controller saved = controllerWith(2, 40960), now = saved;
+    saved.drives.push_back(driveWithSpare(3));
+    now.drives.push_back(driveWithSpare(3));
+    EXPECT_EQ(makePlan(saved, now, {{3, std::nullopt}}).notes, (Texts{"drive 3 is left out"}));
+    now.drives[2].number = 7;
+    now.drives[2].info.driveId = 6;
+    const Plan plan = makePlan(saved, now, {});
+    EXPECT_EQ(plan.obstacles, (Texts{"drive 3 of the backup is now drive 7; use --drives 3=7"}));
+    EXPECT_EQ(plan.notes, Texts());
+    EXPECT_EQ(makePlan(saved, now, {{3, 7}}).notes, Texts());
+}

@@ -86,6 +86,41 @@ TEST_F(Restore, RestoresSettingsAlone) {
     EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
 }
 
+TEST_F(Restore, NotesSettingsThatCannotBeReadNow) {
+    ASSERT_EQ(cli({"buzz", "-a", "disable", "-i", "0"}).status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getBuzzerStatus"}).status, 0);
+    const std::string note = "note: the settings of the buzzer could not be read; they stay\n";
+    EXPECT_EQ(restore({}).out, note + "There is nothing to do.\n");
+    EXPECT_EQ(restore({"--apply"}).out, note + "Controller 0 is as it was saved.\n");
+    ASSERT_EQ(q5sim({"refuse", "q5_getDataTransferSpeed"}).status, 0);
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(outcome.out.rfind(note + "note: the settings of the 3 Gb/s option of drives like drive 1 could "
+                                       "not be read; they stay\n",
+                                0),
+              0u)
+        << outcome;
+}
+
+TEST_F(Restore, NotesSettingsThatCouldNotBeSaved) {
+    ASSERT_EQ(q5sim({"refuse", "q5_getBuzzerStatus"}).status, 0);
+    ASSERT_LE(backup().status, 1);
+    ASSERT_EQ(stems().size(), 2u);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    EXPECT_EQ(restore({}).out, "note: the settings of the buzzer could not be read; they stay\n"
+                               "There is nothing to do.\n");
+}
+
+TEST_F(Restore, NotesAnExtraSpare) {
+    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(cli({"extent", "-a", "spare", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    const std::string note =
+        "note: the spare on extent 0 of drive 3 is not in the backup; it stays as it is\n";
+    EXPECT_EQ(restore({}), (ProcessOutcome{0, note + "There is nothing to do.\n", ""}));
+    EXPECT_EQ(restore({"--apply"}), (ProcessOutcome{0, note + "Controller 0 is as it was saved.\n", ""}));
+}
+
 // Of a later version, for example. Nothing is done with it, and cli-backup keeps it.
 TEST_F(Restore, RefusesABackupOfAnotherFormat) {
     const std::string saved = newest();

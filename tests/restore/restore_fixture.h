@@ -40,6 +40,10 @@ struct Restore : BackupSession {
         ASSERT_LE(backup().status, 1);
     }
     Json& controller() { return world["controllers"][0]; }
+    // As after the replacement of the drive.
+    void replaceSerial(std::size_t index) {
+        controller()["drives"][index]["serial"] = "N" + std::to_string(index);
+    }
     // On the program with the simulated adapters.
     ProcessOutcome restore(const Words& more, const std::string& controllerId = "0") {
         Words words = {"-i", controllerId, newest() + ".cfg"};

@@ -135,18 +135,20 @@ static void removeRepeatedNotes(Plan* plan) {
 }
 
 Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& drives) {
-    Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}, {}};
+    Planning planning = {saved, now, drives, presentLayouts(now), {}, {}, {}, {}, {}, {}};
     checkLists(&planning.plan.obstacles, saved, true);
     checkLists(&planning.plan.obstacles, now, false);
     if (!planning.plan.obstacles.empty())
         return planning.plan;
     for (const LogicalDrive& drive : now.logicalDrives)
         planning.takenIds.insert(drive.info.logDrvId);
+    findMembersInPlace(&planning);
     planController(&planning);
     planDrives(&planning);
     planArrays(&planning);
     planArraySettings(&planning);
     planSpares(&planning);
+    requireMapWhereSaved(&planning);
     noteOtherArrays(&planning);
     removeRepeatedNotes(&planning.plan);
     return planning.plan;

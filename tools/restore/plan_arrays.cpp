@@ -128,7 +128,8 @@ static std::string lostDrives(const LogicalDrive& drive) {
     return text;
 }
 
-// What a restore does not change: members that were lost since, and data that is not accessible.
+// What a restore does not change: members that were lost since, and data that is not accessible. Which
+// members are lost may not be known.
 static void reportState(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present) {
     const std::string name = arrayName(present, present.info.logDrvId);
     Plan& plan = planning->plan;
@@ -139,6 +140,9 @@ static void reportState(Planning* planning, const LogicalDrive& saved, const Log
                                  ": a rebuild cannot complete it");
     else if (hasLostMember(present) && !hasLostMember(saved))
         plan.notes.push_back(name + " has lost a member since; a rebuild makes it complete");
+    else if (arrayState(present) > arrayState(saved))
+        plan.notes.push_back(name + " is " + arrayStateText(arrayState(present)) + "; it was " +
+                             arrayStateText(arrayState(saved)) + " when it was saved");
     if ((present.info.activityStatus & kMigrating) != 0)
         plan.notes.push_back(name + " is being migrated; it will be different");
 }
@@ -156,6 +160,15 @@ static std::vector<std::uint32_t> unexpectedDrives(const Planning& planning, con
     return unexpected;
 }
 
+// The controller has them in another order than the backup, or one of them has become the spare.
+static void noteMisplaced(Planning* planning, const MemberPlaces& places) {
+    for (const MemberPlace& place : places) {
+        const std::string text = misplacedText(*planning, place.savedDrive);
+        if (!text.empty())
+            planning->plan.notes.push_back(text);
+    }
+}
+
 static void planInPlace(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present,
                         const MemberPlaces& places) {
     const std::uint32_t id = present.info.logDrvId;
@@ -163,10 +176,12 @@ static void planInPlace(Planning* planning, const LogicalDrive& saved, const Log
     const std::vector<std::uint32_t> unexpected = unexpectedDrives(*planning, present, places);
     for (const std::uint32_t drive : unexpected)
         requireExpectedSerial(planning, drive);
-    if (!unexpected.empty())
+    if (!unexpected.empty()) {
         planning->unsettled.insert(id);
-    else
-        reportState(planning, saved, present);
+        return;
+    }
+    reportState(planning, saved, present);
+    noteMisplaced(planning, places);
 }
 
 // The places on drives that may be in other slots now.
@@ -175,6 +190,20 @@ static MemberPlaces movedPlaces(const Planning& planning, MemberPlaces places) {
         if (planning.drives.count(place.savedDrive) == 0)
             place.drive = movedTo(planning, place.savedDrive).value_or(place.savedDrive);
     return places;
+}
+
+// The members that the drive map, or their serials, put where the logical drive is.
+void findMembersInPlace(Planning* planning) {
+    for (const LogicalDrive& saved : planning->saved.logicalDrives) {
+        MemberPlaces places = placesOf(planning->saved, saved);
+        mapPlaces(*planning, &places);
+        places = movedPlaces(*planning, places);
+        const LogicalDrive* present = findInPlace(*planning, saved, places);
+        const MemberPlaces found = present != nullptr ? placesOf(planning->now, *present) : MemberPlaces();
+        for (std::size_t i = 0; i < found.size(); ++i)
+            if (found[i].isKnown() && places[i].isKnown())
+                planning->inPlace.insert(places[i].savedDrive);
+    }
 }
 
 // Whether it is in place on drives that are in other slots now. Adds an obstacle for each of them.
@@ -223,6 +252,9 @@ static bool reportHiddenByMap(Planning* planning, const LogicalDrive& saved, con
                                        describe(planning->now, *present));
     planning->ids[saved.info.arrayId] = id;
     planning->unsettled.insert(id);
+    for (const auto& [from, to] : map)
+        if (to)
+            planning->refused.insert(from);
     return true;
 }
 

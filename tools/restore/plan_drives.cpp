@@ -1,4 +1,6 @@
 // Which present drive takes the place of a saved one, and why it cannot be used.
+#include <algorithm>
+
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
@@ -56,25 +58,70 @@ static std::uint32_t mappedFrom(const Planning& planning, std::uint32_t drive) {
     return 0;
 }
 
-// The drive map, and the drives that are in other slots.
+// The other drive of the backup that the map puts in this one's place; nullptr: none. A drive that is left
+// out, or whose own place another one has taken by now, is free for that.
+static const Drive* misplacedDrive(const Planning& planning, std::uint32_t savedDrive) {
+    const Drive* now = presentDrive(planning, savedDrive);
+    const Drive* other = now != nullptr ? sameDrive(planning.now, *now, planning.saved) : nullptr;
+    const bool isFree = other == nullptr || other->number == savedDrive ||
+                        isLeftOut(planning, other->number) || planning.inPlace.count(other->number) != 0;
+    return isFree ? nullptr : other;
+}
+
+// Whether the serials show that the map is wrong about a drive. A logical drive that is in place on the
+// drives of the map shows that it is right.
+static bool isContradicted(const Planning& planning, std::uint32_t savedDrive) {
+    const auto found = planning.drives.find(savedDrive);
+    if (found == planning.drives.end() || !found->second || planning.inPlace.count(savedDrive) != 0)
+        return false;
+    const auto now = movedTo(planning, savedDrive);
+    return (now && now != found->second) || misplacedDrive(planning, savedDrive) != nullptr;
+}
+
+// What is right of the drive map, and the drives that are in other slots.
 static DriveMap mapWithMoved(const Planning& planning) {
-    DriveMap map = planning.drives;
+    DriveMap map;
+    std::set<std::uint32_t> targets;
+    for (const auto& [from, to] : planning.drives)
+        if (!isContradicted(planning, from)) {
+            map.emplace(from, to);
+            targets.insert(to.value_or(0));
+        }
     for (const Drive& saved : planning.saved.drives) {
         const auto now = movedTo(planning, saved.number);
-        if (now && mappedFrom(planning, *now) == 0)
+        if (now && targets.count(*now) == 0)
             map.emplace(saved.number, now);
     }
     return map;
 }
 
-std::string movedText(const Planning& planning, std::uint32_t savedDrive) {
+static std::string movedToText(std::uint32_t savedDrive, std::uint32_t now) {
+    return driveName(savedDrive) + " of the backup is " + (now == savedDrive ? "still " : "now ") +
+           driveName(now);
+}
+
+std::string misplacedText(const Planning& planning, std::uint32_t savedDrive) {
     const auto now = movedTo(planning, savedDrive);
-    if (!now || planning.drives.count(savedDrive) != 0)
+    const std::uint32_t other = now ? mappedFrom(planning, *now) : 0;
+    if (other == 0 || other == savedDrive)
         return "";
-    const std::string text = driveName(savedDrive) + " of the backup is now " + driveName(*now);
-    if (const std::uint32_t other = mappedFrom(planning, *now); other != 0)
-        return text + ", which --drives puts in the place of " + driveName(other);
-    return text + "; use --drives " + driveMapText(mapWithMoved(planning));
+    return movedToText(savedDrive, *now) + ", which --drives puts in the place of " + driveName(other);
+}
+
+std::string movedText(const Planning& planning, std::uint32_t savedDrive) {
+    const bool mapped = planning.drives.count(savedDrive) != 0;
+    if (mapped && !isContradicted(planning, savedDrive))
+        return "";
+    std::string misplaced = misplacedText(planning, savedDrive);
+    if (!misplaced.empty())
+        return misplaced;
+    if (const auto now = movedTo(planning, savedDrive))
+        return movedToText(savedDrive, *now) + "; use --drives " + driveMapText(mapWithMoved(planning));
+    const Drive* other = mapped ? misplacedDrive(planning, savedDrive) : nullptr;
+    if (other == nullptr)
+        return "";
+    return movedToText(other->number, presentDrive(planning, savedDrive)->number) +
+           ", which --drives puts in the place of " + driveName(savedDrive);
 }
 
 // Why the present drive is not the expected one; empty: it is. The drive map accepts any.
@@ -109,10 +156,12 @@ static std::string obstacleToDrive(const Planning& planning, std::uint32_t saved
     return isInaccessible(*now) ? driveName(*number) + " gives no access" : "";
 }
 
-// Returns whether there is no obstacle.
+// Returns whether there is no obstacle. Two drives can have the same one.
 static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::string& obstacle) {
-    if (!obstacle.empty() && planning->refused.insert(savedDrive).second)
-        planning->plan.obstacles.push_back(obstacle);
+    std::vector<std::string>& obstacles = planning->plan.obstacles;
+    if (!obstacle.empty() && planning->refused.insert(savedDrive).second &&
+        std::find(obstacles.begin(), obstacles.end(), obstacle) == obstacles.end())
+        obstacles.push_back(obstacle);
     return obstacle.empty();
 }
 
@@ -139,4 +188,9 @@ bool requireMembersWhereSaved(Planning* planning, const MemberPlaces& places) {
     for (const MemberPlace& place : places)
         allThere = requireWhereSaved(planning, place.savedDrive) && allThere;
     return allThere;
+}
+
+void requireMapWhereSaved(Planning* planning) {
+    for (const auto& [from, to] : planning->drives)
+        requireWhereSaved(planning, from);
 }

@@ -1,5 +1,6 @@
 // The settings of the controller, its drives and its logical drives.
 #include <algorithm>
+#include <map>
 
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
@@ -75,18 +76,29 @@ static void planSettings(Planning* planning) {
         planning->plan.steps.push_back(step);
 }
 
+static void noteUnread(Planning* planning, const std::string& object) {
+    planning->plan.notes.push_back("the settings of " + object + " could not be read; they stay");
+}
+
+// An adapter without a buzzer reports no state, in the backup and now.
+static void planBuzzer(Planning* planning) {
+    const std::optional<std::uint8_t> saved = planning->saved.buzzer, now = planning->now.buzzer;
+    const std::string id = number(planning->now.id);
+    if (saved.has_value() != now.has_value())
+        noteUnread(planning, "the buzzer");
+    if (saved && now && (*saved != 0) != (*now != 0)) {
+        const char* word = switchWord(*saved != 0);
+        addStep(planning, StepKind::buzzer, "set the buzzer of controller " + id + ": " + word,
+                {"buzz", "-a", word, "-i", id});
+    }
+}
+
 void planController(Planning* planning) {
-    const Controller& saved = planning->saved;
-    const Controller& now = planning->now;
-    if (saved.settings && now.settings)
+    if (planning->saved.settings && planning->now.settings)
         planSettings(planning);
     else
-        planning->plan.notes.push_back("the settings of the controller could not be read; they stay");
-    if (saved.buzzer && now.buzzer && (*saved.buzzer != 0) != (*now.buzzer != 0)) {
-        const char* word = switchWord(*saved.buzzer != 0);
-        addStep(planning, StepKind::buzzer, "set the buzzer of controller " + number(now.id) + ": " + word,
-                {"buzz", "-a", word, "-i", number(now.id)});
-    }
+        noteUnread(planning, "the controller");
+    planBuzzer(planning);
 }
 
 // A queuing mode that the present drive does not have cannot be set.
@@ -123,12 +135,21 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
                                        "d");
 }
 
-// The option applies to all drives with this model and firmware: the first of them decides.
-static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive,
-                      std::set<std::string>* models) {
-    const std::string model =
-        std::string(fieldText(drive.info.model)) + '\n' + std::string(fieldText(drive.info.firmware));
-    if (!saved.speed3Gb || !drive.speed3Gb || !models->insert(model).second ||
+// The option applies to all drives with this model and firmware: the first of them decides whose option is
+// known.
+struct Models {
+    std::set<std::string> decided;
+    std::map<std::string, std::uint32_t> unread; // with its first drive
+};
+
+static std::string modelOf(const Drive& drive) {
+    return std::string(fieldText(drive.info.model)) + '\n' + std::string(fieldText(drive.info.firmware));
+}
+
+static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive, Models* models) {
+    if (saved.speed3Gb.has_value() != drive.speed3Gb.has_value())
+        models->unread.emplace(modelOf(drive), drive.number);
+    if (!saved.speed3Gb || !drive.speed3Gb || !models->decided.insert(modelOf(drive)).second ||
         *saved.speed3Gb == *drive.speed3Gb)
         return;
     const std::string setting = std::to_string(*saved.speed3Gb);
@@ -136,6 +157,15 @@ static void planSpeed(Planning* planning, const Drive& saved, const Drive& drive
         planning, StepKind::speed,
         "set the 3 Gb/s option of drives like " + driveName(drive.number) + ": " + setting,
         {"phydrv", "-a", "set3G", "-p", number(drive.number), "-i", number(planning->now.id), "-e", setting});
+}
+
+static void noteUnreadSpeeds(Planning* planning, const Models& models) {
+    std::set<std::uint32_t> drives; // in their order
+    for (const auto& [model, drive] : models.unread)
+        if (models.decided.count(model) == 0)
+            drives.insert(drive);
+    for (const std::uint32_t drive : drives)
+        noteUnread(planning, "the 3 Gb/s option of drives like " + driveName(drive));
 }
 
 // Whether the map gives the drive the place of another one, but no other one its own.
@@ -166,7 +196,7 @@ static std::string reasonToLeave(const Planning& planning, const Drive& saved) {
 }
 
 void planDrives(Planning* planning) {
-    std::set<std::string> models;
+    Models models;
     for (const Drive& saved : planning->saved.drives) {
         const std::string reason = reasonToLeave(*planning, saved);
         if (!reason.empty()) {
@@ -177,6 +207,7 @@ void planDrives(Planning* planning) {
         planDriveSettings(planning, *saved.settings, drive);
         planSpeed(planning, saved, drive, &models);
     }
+    noteUnreadSpeeds(planning, models);
 }
 
 // The automatic mode takes precedence, as in the command.
@@ -249,8 +280,7 @@ void planArraySettings(Planning* planning) {
             continue;
         const LogicalDrive* now = findLogicalDrive(planning->now, id->second);
         if (!saved.settings || (now != nullptr && !now->settings)) {
-            planning->plan.notes.push_back("the settings of " + arrayName(saved, id->second) +
-                                           " could not be read; they stay");
+            noteUnread(planning, arrayName(saved, id->second));
             continue;
         }
         noteUnsettable(planning, saved, id->second);

@@ -122,6 +122,34 @@ static bool isSameDrive(const Planning& planning, const Drive& saved, const Driv
     return planning.drives.count(saved.number) != 0 || hasSerialOf(saved, drive);
 }
 
+// Whether the present drive is the saved one, even if it is in another slot or left out.
+static bool isOrWas(const Planning& planning, const Drive& drive, const Drive& saved) {
+    return presentDrive(planning, saved.number) == &drive ||
+           movedTo(planning, saved.number) == drive.number ||
+           (isLeftOut(planning, saved.number) && saved.number == drive.number);
+}
+
+// A spare of another logical drive counts: what is to be done about it is reported already.
+static bool wasSpare(const Planning& planning, const Drive& drive, const ExtentEntry& spare) {
+    for (const Drive& saved : planning.saved.drives)
+        if (isOrWas(planning, drive, saved))
+            for (const ExtentEntry& extent : extents(saved.info))
+                if (isSpare(extent) && extent.start == spare.start && extent.size == spare.size)
+                    return true;
+    return false;
+}
+
+static void noteOtherSpares(Planning* planning, const Drive& drive) {
+    std::size_t index = 0;
+    for (const ExtentEntry& extent : extents(drive.info)) {
+        if (isSpare(extent) && !wasSpare(*planning, drive, extent))
+            planning->plan.notes.push_back("the spare on extent " + std::to_string(index) + " of " +
+                                           driveName(drive.number) +
+                                           " is not in the backup; it stays as it is");
+        ++index;
+    }
+}
+
 void planSpares(Planning* planning) {
     std::vector<Step> spares;
     for (const Drive& saved : planning->saved.drives) {
@@ -137,6 +165,8 @@ void planSpares(Planning* planning) {
             else if (extentUser(planning->saved, extent).empty() && isSameDrive(*planning, saved, *drive))
                 divideFreeSpace(planning, *drive, extent);
     }
+    for (const Drive& drive : planning->now.drives)
+        noteOtherSpares(planning, drive);
     for (const Step& step : spares)
         planning->plan.steps.push_back(step);
 }

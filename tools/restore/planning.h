@@ -17,6 +17,7 @@ struct Planning {
     std::set<std::uint32_t> takenIds;           // of logical drives here, those to be created included
     std::set<std::uint32_t> unsettled;          // those here that an obstacle is about; their settings stay
     std::set<std::uint32_t> refused;            // saved drives that cannot be used; reported once
+    std::set<std::uint32_t> inPlace; // saved drives whose logical drives are on the drives of the map
     Plan plan;
 };
 
@@ -43,8 +44,12 @@ bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive);
 // same.
 std::optional<std::uint32_t> movedTo(const Planning& planning, std::uint32_t savedDrive);
 
-// What to do about such a drive; empty: it is where it was, is mapped already, or is not here.
+// What to do about such a drive, or about a map that the serials contradict; empty: it is where it was, is
+// mapped already, or is not here.
 std::string movedText(const Planning& planning, std::uint32_t savedDrive);
+
+// That the map puts such a drive in the place of another one; empty: it does not.
+std::string misplacedText(const Planning& planning, std::uint32_t savedDrive);
 
 // Functions that begin with "require" return whether the requirement is met, and add an obstacle if not.
 
@@ -58,6 +63,7 @@ bool requireExpectedSerial(Planning* planning, std::uint32_t savedDrive);
 // It is not in another slot.
 bool requireWhereSaved(Planning* planning, std::uint32_t savedDrive);
 bool requireMembersWhereSaved(Planning* planning, const MemberPlaces& places);
+void requireMapWhereSaved(Planning* planning);
 
 std::string driveName(std::uint32_t number);                              // "drive 2"
 std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "logical drive 0 Archive"
@@ -80,6 +86,7 @@ void planDrives(Planning* planning);
 void planArraySettings(Planning* planning);
 
 // plan_arrays.cpp
+void findMembersInPlace(Planning* planning);
 void planArrays(Planning* planning);
 
 // plan_creation.cpp
