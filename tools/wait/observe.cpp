@@ -49,30 +49,57 @@ void addController(const Options& options, const Controller& controller, View* v
             addPatrol(drive, {controller.id, true, drive.number, "", 0}, view);
 }
 
-// Only after a refused listing is it unknown what is active.
-static const Fault* findProblem(const Controller& controller) {
+static const Fault* findRefusal(const Controller& controller) {
+    static constexpr std::string_view needed[] = {"q5_getControllerInfo", "q5_getLogDrvInfo",
+                                                  "q5_getPhyDrvInfo"};
     const auto refused = [](const Fault& fault) {
         return fault.kind == FaultKind::refused &&
-               (fault.operation == "q5_getLogDrvInfo" || fault.operation == "q5_getPhyDrvInfo");
+               std::find(std::begin(needed), std::end(needed), fault.operation) != std::end(needed);
     };
     const auto found = std::find_if(controller.faults.begin(), controller.faults.end(), refused);
     return found != controller.faults.end() ? &*found : nullptr;
 }
 
-// The general record says how many drives to expect.
-static Controller readSelected(const Options& options, std::uint32_t id) {
+static std::string shortListText(std::size_t count, std::size_t listed, const char* word) {
+    return listed < count ? "counts " + counted(count, word) + ", but lists " + counted(listed, word) : "";
+}
+
+// What is missing of the selected lists, by the controller's own counts.
+static std::string shortListsText(const Options& options, const Controller& controller) {
+    std::string text;
+    if (controller.info && (options.kinds & kMediaPatrol) != 0)
+        text = shortListText(controller.info->diskCount, controller.drives.size(), "drive");
+    if (controller.info && (options.kinds & kAnyActivity) != 0 && text.empty())
+        text = shortListText(controller.info->arrayCount, controller.logicalDrives.size(), "logical drive");
+    return text;
+}
+
+// Why it is unknown what is active: a refused call, or a list that is short; empty: it is known.
+static std::string findProblem(const Options& options, const Controller& controller) {
+    const Fault* refusal = findRefusal(controller);
+    const std::string text = refusal != nullptr ? faultText(*refusal) : shortListsText(options, controller);
+    return text.empty() ? "" : "controller " + std::to_string(controller.id) + ": " + text;
+}
+
+// The general record says how many drives and logical drives to expect.
+static Controller readOnce(const Options& options, std::uint32_t id) {
     Controller controller;
     controller.id = id;
-    if ((options.kinds & kMediaPatrol) != 0) {
-        Faults ignored;
-        const ControllerQuery general = {id, 1, kGeneralInfo, {}};
-        controller.info =
-            readReply<q5_getControllerInfo, ControllerInfo>({hbaAddress(id), &ignored}, general);
+    const ControllerQuery general = {id, 1, kGeneralInfo, {}};
+    controller.info =
+        readReply<q5_getControllerInfo, ControllerInfo>({hbaAddress(id), &controller.faults}, general);
+    if ((options.kinds & kMediaPatrol) != 0)
         readDrives(&controller);
-    }
     if ((options.kinds & kAnyActivity) != 0)
         readLogicalDrives(&controller);
     return controller;
+}
+
+// An object may be deleted between the count and the list: a short list is read again.
+static Controller readSelected(const Options& options, std::uint32_t id) {
+    Controller controller = readOnce(options, id);
+    const bool isShort = findRefusal(controller) == nullptr && !shortListsText(options, controller).empty();
+    return isShort ? readOnce(options, id) : controller;
 }
 
 View observe(const Options& options, std::uint32_t controllerCount) {
@@ -83,9 +110,8 @@ View observe(const Options& options, std::uint32_t controllerCount) {
             continue;
         const Controller controller = readSelected(options, id);
         addController(options, controller, &view);
-        const Fault* problem = findProblem(controller);
-        if (problem != nullptr && view.problem.empty())
-            view.problem = "controller " + std::to_string(id) + ": " + faultText(*problem);
+        if (view.problem.empty())
+            view.problem = findProblem(options, controller);
     }
     return view;
 }

@@ -44,7 +44,7 @@ struct View {
     std::vector<SeenActivity> activities;
     std::vector<SeenArray> arrays;
     std::vector<SeenDrive> drives;
-    std::string problem; // why it could not be read; empty: it was
+    std::string problem; // why it could not be read completely; empty: it was
 };
 
 // The adapters must be open. Reads the logical drives, and the drives if media patrol is selected.
