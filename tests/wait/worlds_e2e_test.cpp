@@ -187,6 +187,20 @@ TEST_F(WaitWorlds, GivesUpWithoutTheCounts) {
         expect(words, "", 5, "", "cli-wait: controller 0: q5_getControllerInfo failed with result 1\n");
 }
 
+// Any of the drives may be patrolled.
+TEST_F(WaitWorlds, GivesUpOnRefusedMediaPatrols) {
+    EXPECT_EQ(script("cli mp -a start -p 7 -i 0").status, 0);
+    EXPECT_EQ(failed("refuse q5_getHBAMediaPatrolProgress"), "");
+    const std::string refused =
+        "cli-wait: drive 1 of controller 0: q5_getHBAMediaPatrolProgress failed with result 1";
+    expect("--for mp", "", 5, "", refused + "\n");
+    expect("", "", 5, "", refused + "\n");
+    expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n");
+    EXPECT_EQ(failed("clear-rules"), "");
+    expect("--for mp", "await ': 0%'; q5sim refuse q5_getHBAMediaPatrolProgress >/dev/null", 5,
+           "media patrol of drive 7 of controller 0: 0%\n", refused + "; trying again\n" + refused + "\n");
+}
+
 TEST_F(WaitWorlds, WaitsWithoutReadableProgress) {
     EXPECT_EQ(failed("fail-drive 0 2; q5sim refuse q5_getRebuildProgress"), "");
     expect("-l 0 --timeout 0", "", 3, "", "cli-wait: timed out after 0 seconds\n");

@@ -36,7 +36,7 @@ struct SeenArray {
 
 struct SeenDrive {
     Target target;
-    std::optional<std::uint16_t> patrol; // MediaPatrolState; empty: could not be read
+    std::uint16_t patrol = 0; // MediaPatrolState
 };
 
 // Everything selected, whether active or not.
