@@ -180,6 +180,15 @@ TEST_F(WaitWorlds, AShortListEndsNoMediaPatrol) {
            "media patrol of drive 8 of controller 0: 0%\n", counts + "; trying again\n" + counts + "\n");
 }
 
+// As if a logical drive were deleted between the count and the list.
+TEST_F(WaitWorlds, ReadsAShortListAgain) {
+    EXPECT_EQ(failed("short q5_getLogDrvInfo"), "");
+    const std::string once =
+        "sed -i 's/\"times\": 0/\"times\": 1/' world.json; grep -c '\"times\": 1' world.json";
+    EXPECT_EQ(script(once).out, "1\n");
+    expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n");
+}
+
 // Without the count, no list is known to be complete.
 TEST_F(WaitWorlds, GivesUpWithoutTheCounts) {
     EXPECT_EQ(failed("refuse q5_getControllerInfo"), "");
@@ -203,7 +212,8 @@ TEST_F(WaitWorlds, GivesUpOnRefusedMediaPatrols) {
 
 TEST_F(WaitWorlds, WaitsWithoutReadableProgress) {
     EXPECT_EQ(failed("fail-drive 0 2; q5sim refuse q5_getRebuildProgress"), "");
-    expect("-l 0 --timeout 0", "", 3, "", "cli-wait: timed out after 0 seconds\n");
+    expect("-l 0 --timeout 0", "", 3, "rebuild of " + kArchive + ": ?%\n",
+           "cli-wait: timed out after 0 seconds\n");
 }
 
 TEST_F(WaitWorlds, ReportsAdaptersThatCannotBeOpened) {
