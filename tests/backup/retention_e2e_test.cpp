@@ -153,6 +153,33 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     EXPECT_EQ(stems().size(), 2u);
 }
 
+// The buzzer and the 3 Gb/s setting have operations of their own. An export writes "Off" for an unknown
+// buzzer.
+TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
+    for (const auto& [operation, object] : {std::pair{"q5_getBuzzerStatus", "controller 0"},
+                                            {"q5_getDataTransferSpeed", "drive 1 of controller 0"}}) {
+        SCOPED_TRACE(operation);
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        session.useWorld(fixtureWorld("every_level"));
+        ASSERT_EQ(backup().status, 0);
+        const std::string good = newest();
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 1);
+        const std::string warning = std::string("warning: ") + object + ": its settings could not be read\n";
+        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
+        EXPECT_NE(outcome.out.find("\nsaved as " + newest() + ".cfg\nwarning: no older backup was removed\n"),
+                  std::string::npos)
+            << outcome;
+        ASSERT_EQ(stems().size(), 2u);
+        EXPECT_EQ(stems()[0], good);
+        ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+        EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+        EXPECT_EQ(stems().size(), 1u);
+    }
+}
+
 // An export of a listing that was refused looks like one of a controller that has nothing.
 TEST_F(Backup, ReportsListingsThatCannotBeReadEachTime) {
     for (const char* operation : {"q5_getLogDrvInfo", "q5_getControllerInfo"}) {

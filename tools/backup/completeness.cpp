@@ -10,10 +10,10 @@ static void warn(const std::string& text, Lines* lines) {
 
 static void addMissingSettings(const Controller& controller, const std::string& where, Lines* lines) {
     static const std::string missing = ": its settings could not be read";
-    if (!controller.settings)
+    if (!controller.settings || !controller.buzzer)
         warn(where + missing, lines);
     for (const Drive& drive : controller.drives)
-        if (!drive.settings)
+        if (!drive.settings || !drive.speed3Gb)
             warn("drive " + std::to_string(drive.number) + " of " + where + missing, lines);
     for (const LogicalDrive& drive : controller.logicalDrives)
         if (!drive.settings)
