@@ -1,5 +1,5 @@
-// Which backups cli-backup keeps and removes, and when it removes none: fewer objects, damaged backups, and
-// listings that cannot be read.
+// Which backups cli-backup keeps and removes, and when it removes none: fewer objects, other logical drives,
+// damaged backups, and listings that cannot be read.
 #include <sys/stat.h>
 
 #include "tests/backup/backup_fixture.h"
@@ -67,6 +67,55 @@ TEST_F(Backup, FewerControllersAreReported) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.out.find("warning: this host has 1 controller; it had 2\n"), std::string::npos)
         << outcome;
+}
+
+static const Words kAddSmall = {
+    "logdrv", "-a", "add", "-i", "0", "-p", "7", "-z", "name=tmp,raid=raid0,capacity=100"};
+
+// There are as many logical drives as before: one that is gone is kept in the only backup of it.
+TEST_F(Backup, AnotherLogicalDriveUnderItsIdReplacesNone) {
+    ASSERT_EQ(q5sim({"reset"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest();
+    ASSERT_EQ(cli({"logdrv", "-a", "del", "-i", "0", "-l", "0"}).status, 0);
+    ASSERT_EQ(cli(kAddSmall).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(
+        outcome.out.find("warning: logical drive 0 Archive of controller 0 is RAID0 of 100 MB; it was RAID5 "
+                         "of 400000 MB\nsaved as " +
+                         newest() + ".cfg\nwarning: no older backup was removed\n"),
+        std::string::npos)
+        << outcome;
+    changeRate(8);
+    ASSERT_EQ(backup({"--keep", "1"}).status, 0);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+}
+
+TEST_F(Backup, AMissingLogicalDriveRotatesNothing) {
+    ASSERT_EQ(q5sim({"reset"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest();
+    ASSERT_EQ(cli(kAddSmall).status, 0);
+    ASSERT_EQ(cli({"logdrv", "-a", "del", "-i", "0", "-l", "0"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("warning: logical drive 0 Archive of controller 0 is missing; it was RAID5 of "
+                               "400000 MB\nsaved as " +
+                               newest() + ".cfg\nwarning: no older backup was removed\n"),
+              std::string::npos)
+        << outcome;
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+}
+
+TEST_F(Backup, ANewLogicalDriveRotates) {
+    ASSERT_EQ(q5sim({"reset"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(cli(kAddSmall).status, 0);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
 }
 
 TEST_F(Backup, RemovesWhatAnInterruptedRunLeft) {
@@ -151,6 +200,33 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
     EXPECT_EQ(outcome.status, 1) << outcome;
     EXPECT_EQ(outcome.out.rfind("warning: controller 0: its settings could not be read\n", 0), 0u) << outcome;
     EXPECT_EQ(stems().size(), 2u);
+}
+
+// The buzzer and the 3 Gb/s setting have operations of their own. An export writes "Off" for an unknown
+// buzzer.
+TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
+    for (const auto& [operation, object] : {std::pair{"q5_getBuzzerStatus", "controller 0"},
+                                            {"q5_getDataTransferSpeed", "drive 1 of controller 0"}}) {
+        SCOPED_TRACE(operation);
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        session.useWorld(fixtureWorld("every_level"));
+        ASSERT_EQ(backup().status, 0);
+        const std::string good = newest();
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 1);
+        const std::string warning = std::string("warning: ") + object + ": its settings could not be read\n";
+        EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
+        EXPECT_NE(outcome.out.find("\nsaved as " + newest() + ".cfg\nwarning: no older backup was removed\n"),
+                  std::string::npos)
+            << outcome;
+        ASSERT_EQ(stems().size(), 2u);
+        EXPECT_EQ(stems()[0], good);
+        ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+        EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+        EXPECT_EQ(stems().size(), 1u);
+    }
 }
 
 // An export of a listing that was refused looks like one of a controller that has nothing.

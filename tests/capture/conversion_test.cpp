@@ -65,6 +65,7 @@ static Snapshot mirrored() {
     Snapshot snapshot;
     snapshot.controllerCount = 1;
     Controller controller;
+    controller.buzzer = 1;
     for (const std::uint16_t id : std::initializer_list<std::uint16_t>{0, 1})
         controller.drives.push_back(driveOf(id, {extentOf(kExtentAssigned, 0, 0, kDriveSectors)}));
     controller.logicalDrives.push_back(mirrorOf(0, 0, 1));

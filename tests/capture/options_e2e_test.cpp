@@ -54,6 +54,19 @@ TEST(Capture, MissingPartsAreAssumedAndMakeItIncomplete) {
     EXPECT_NE(readFile(session.path("copy.json")).find("\"sectors\": 4096"), std::string::npos);
 }
 
+TEST(Capture, AnUnknownBuzzerMakesItIncomplete) {
+    CaptureSession session;
+    session.useWorld(R"({"rules": [{"kind": "refuse", "operation": "q5_getBuzzerStatus"}],
+                         "controllers": [{}]})");
+    const ProcessOutcome outcome = session.run({"-o", session.path("copy.json")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find(
+                  "cli-capture: assumed: controllers[0].buzzer: the adapter does not know; taken as on\n"),
+              std::string::npos)
+        << outcome.err;
+    EXPECT_NE(readFile(session.path("copy.json")).find("\"buzzer\": true"), std::string::npos);
+}
+
 TEST(Capture, FailsWhenTheAdaptersCannotBeOpened) {
     CaptureSession session;
     session.useWorld(R"({"rules": [{"kind": "refuse", "operation": "q5_initialize"}], "controllers": []})");

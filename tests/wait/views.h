@@ -28,11 +28,11 @@ inline View activeView(unsigned kind, std::optional<unsigned> percent, bool paus
 }
 
 // A drive with this state of its media patrol.
-inline View patrolView(std::optional<std::uint16_t> state, unsigned percent = 0) {
+inline View patrolView(std::uint16_t state, unsigned percent = 0) {
     View view;
     view.drives.push_back({driveTarget(3), state});
-    if (state && (*state == kPatrolRunning || *state == kPatrolPaused))
-        view.activities.push_back({kMediaPatrol, driveTarget(3), percent, *state == kPatrolPaused});
+    if (state == kPatrolRunning || state == kPatrolPaused)
+        view.activities.push_back({kMediaPatrol, driveTarget(3), percent, state == kPatrolPaused});
     return view;
 }
 

@@ -151,9 +151,69 @@ TEST_F(WaitWorlds, ToleratesAShortFailure) {
            "cli-wait: controller 0: q5_getLogDrvInfo failed with result 1; trying again\n");
 }
 
+// A list that is shorter than the controller's count may lack what is active.
+TEST_F(WaitWorlds, GivesUpOnListsThatAreShort) {
+    EXPECT_EQ(failed("short q5_getLogDrvInfo; cli rc -a start -l 1 -i 0"), "");
+    const std::string counts = "cli-wait: controller 0: counts 2 logical drives, but lists ";
+    expect("-i 0", "", 5, "", counts + "1 logical drive\n");
+    expect("-l 1", "", 5, "", counts + "1 logical drive\n");
+    EXPECT_EQ(failed("clear-rules; q5sim zero q5_getLogDrvInfo"), "");
+    expect("-l 0 --for rb", "", 5, "", counts + "0 logical drives\n");
+    EXPECT_EQ(failed("clear-rules; q5sim zero q5_getPhyDrvInfo"), "");
+    expect("--for mp", "", 5, "", "cli-wait: controller 0: counts 8 drives, but lists 0 drives\n");
+    expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n"); // drives do not matter
+}
+
+TEST_F(WaitWorlds, AShortListEndsNoActivity) {
+    const std::string system = "logical drive 1 System of controller 0";
+    EXPECT_EQ(script("cli rc -a start -l 1 -i 0").status, 0);
+    const std::string counts = "cli-wait: controller 0: counts 2 logical drives, but lists 1 logical drive";
+    expect("-i 0", "await ': 0%'; q5sim short q5_getLogDrvInfo >/dev/null", 5,
+           "redundancy check of " + system + ": 0%\n", counts + "; trying again\n" + counts + "\n");
+}
+
+// The last drive is the one that the shortened pages lack.
+TEST_F(WaitWorlds, AShortListEndsNoMediaPatrol) {
+    EXPECT_EQ(script("cli mp -a start -p 8 -i 0").status, 0);
+    const std::string counts = "cli-wait: controller 0: counts 8 drives, but lists 7 drives";
+    expect("--for mp", "await ': 0%'; q5sim short q5_getPhyDrvInfo >/dev/null", 5,
+           "media patrol of drive 8 of controller 0: 0%\n", counts + "; trying again\n" + counts + "\n");
+}
+
+// As if a logical drive were deleted between the count and the list.
+TEST_F(WaitWorlds, ReadsAShortListAgain) {
+    EXPECT_EQ(failed("short q5_getLogDrvInfo"), "");
+    const std::string once =
+        "sed -i 's/\"times\": 0/\"times\": 1/' world.json; grep -c '\"times\": 1' world.json";
+    EXPECT_EQ(script(once).out, "1\n");
+    expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n");
+}
+
+// Without the count, no list is known to be complete.
+TEST_F(WaitWorlds, GivesUpWithoutTheCounts) {
+    EXPECT_EQ(failed("refuse q5_getControllerInfo"), "");
+    for (const char* words : {"-l 0", "--for mp"})
+        expect(words, "", 5, "", "cli-wait: controller 0: q5_getControllerInfo failed with result 1\n");
+}
+
+// Any of the drives may be patrolled.
+TEST_F(WaitWorlds, GivesUpOnRefusedMediaPatrols) {
+    EXPECT_EQ(script("cli mp -a start -p 7 -i 0").status, 0);
+    EXPECT_EQ(failed("refuse q5_getHBAMediaPatrolProgress"), "");
+    const std::string refused =
+        "cli-wait: drive 1 of controller 0: q5_getHBAMediaPatrolProgress failed with result 1";
+    expect("--for mp", "", 5, "", refused + "\n");
+    expect("", "", 5, "", refused + "\n");
+    expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n");
+    EXPECT_EQ(failed("clear-rules"), "");
+    expect("--for mp", "await ': 0%'; q5sim refuse q5_getHBAMediaPatrolProgress >/dev/null", 5,
+           "media patrol of drive 7 of controller 0: 0%\n", refused + "; trying again\n" + refused + "\n");
+}
+
 TEST_F(WaitWorlds, WaitsWithoutReadableProgress) {
     EXPECT_EQ(failed("fail-drive 0 2; q5sim refuse q5_getRebuildProgress"), "");
-    expect("-l 0 --timeout 0", "", 3, "", "cli-wait: timed out after 0 seconds\n");
+    expect("-l 0 --timeout 0", "", 3, "rebuild of " + kArchive + ": ?%\n",
+           "cli-wait: timed out after 0 seconds\n");
 }
 
 TEST_F(WaitWorlds, ReportsAdaptersThatCannotBeOpened) {

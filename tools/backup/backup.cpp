@@ -166,10 +166,10 @@ static int save(const BackupOptions& options, Store* store, const Backup& comple
     if (!problem.empty())
         return printError(problem);
     store->stems.push_back(stem);
-    const Lines fewer = complete.stem.empty() ? Lines() : fewerLines(content->snapshot, complete.snapshot);
-    print(fewer);
+    const Lines losses = complete.stem.empty() ? Lines() : lossLines(content->snapshot, complete.snapshot);
+    print(losses);
     std::printf("saved as %s\n", printable(pathOf(*store, stem, ".cfg")).c_str());
-    if (!fewer.empty() || !warnings.empty()) {
+    if (!losses.empty() || !warnings.empty()) {
         std::puts("warning: no older backup was removed");
         return kWarning;
     }

@@ -8,16 +8,19 @@ static void warn(const std::string& text, Lines* lines) {
     lines->push_back({Severity::warning, printable(text)});
 }
 
+static void warnOfSettings(const std::string& object, Lines* lines) {
+    warn(object + ": its settings could not be read", lines);
+}
+
 static void addMissingSettings(const Controller& controller, const std::string& where, Lines* lines) {
-    static const std::string missing = ": its settings could not be read";
-    if (!controller.settings)
-        warn(where + missing, lines);
+    if (!controller.settings || !controller.buzzer)
+        warnOfSettings(where, lines);
     for (const Drive& drive : controller.drives)
-        if (!drive.settings)
-            warn("drive " + std::to_string(drive.number) + " of " + where + missing, lines);
+        if (!drive.settings || !drive.speed3Gb)
+            warnOfSettings("drive " + std::to_string(drive.number) + " of " + where, lines);
     for (const LogicalDrive& drive : controller.logicalDrives)
         if (!drive.settings)
-            warn("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where + missing, lines);
+            warnOfSettings("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where, lines);
 }
 
 // A refusal of settings has its line already. Sensors, batteries and progress are no part of the

@@ -5,8 +5,10 @@
 
 #include "snapshot/json.h"
 #include "snapshot/text.h"
+#include "snapshot/words.h"
 #include "tools/backup/configuration.h"
 #include "tools/common/regular_file.h"
+#include "tools/status/rules.h"
 
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
     const std::string path = pathOf(store, stem, ".json");
@@ -52,31 +54,50 @@ Kept readKept(const Store& store, Lines* warnings) {
     return kept;
 }
 
-static std::string fewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word) {
-    return object + " has " + counted(now, word) + "; it had " + std::to_string(earlier);
+static void addFewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word,
+                     Lines* lines) {
+    if (now < earlier)
+        lines->push_back({Severity::warning,
+                          object + " has " + counted(now, word) + "; it had " + std::to_string(earlier)});
 }
 
-Lines fewerLines(const Snapshot& now, const Snapshot& earlier) {
+static std::string shapeOf(const LogicalDrive& drive) {
+    static constexpr std::uint64_t sectorsPerMb = 2048;
+    return std::string(raidLevelText(drive.info.raidLevel)) + " of " +
+           std::to_string(drive.info.sectorCount / sectorsPerMb) + " MB";
+}
+
+// Another level or size: it may be another one that was created under the ID.
+static void addLostArrays(const Controller& now, const Controller& earlier, Lines* lines) {
+    for (const LogicalDrive& before : earlier.logicalDrives) {
+        const LogicalDrive* drive = findLogicalDrive(now, before.info.logDrvId);
+        if (drive != nullptr && drive->info.raidLevel == before.info.raidLevel &&
+            drive->info.sectorCount == before.info.sectorCount)
+            continue;
+        const std::string present = drive != nullptr ? shapeOf(*drive) : "missing";
+        lines->push_back({Severity::warning, printable(objectText(objectOf(earlier, before)) + " is " +
+                                                       present + "; it was " + shapeOf(before))});
+    }
+}
+
+Lines lossLines(const Snapshot& now, const Snapshot& earlier) {
     Lines lines;
-    const auto check = [&](const std::string& object, std::size_t present, std::size_t before,
-                           const char* word) {
-        if (present < before)
-            lines.push_back({Severity::warning, fewer(object, present, before, word)});
-    };
-    check("this host", now.controllers.size(), earlier.controllers.size(), "controller");
+    addFewer("this host", now.controllers.size(), earlier.controllers.size(), "controller", &lines);
     for (const Controller& before : earlier.controllers)
         if (const Controller* controller = findController(now, before.id)) {
             const std::string object = "controller " + std::to_string(before.id);
-            check(object, controller->drives.size(), before.drives.size(), "drive");
-            check(object, controller->logicalDrives.size(), before.logicalDrives.size(), "logical drive");
+            addFewer(object, controller->drives.size(), before.drives.size(), "drive", &lines);
+            addFewer(object, controller->logicalDrives.size(), before.logicalDrives.size(), "logical drive",
+                     &lines);
+            addLostArrays(*controller, before, &lines);
         }
     return lines;
 }
 
-// Whether one of the newer snapshots has at least as many objects.
+// Whether one of the newer snapshots lacks nothing.
 static bool isReplaced(const Snapshot& old, const std::vector<Snapshot>& newer) {
     return std::any_of(newer.begin(), newer.end(),
-                       [&](const Snapshot& each) { return fewerLines(each, old).empty(); });
+                       [&](const Snapshot& each) { return lossLines(each, old).empty(); });
 }
 
 // A damaged backup replaces no other and is kept; an incomplete one replaces no other.

@@ -22,11 +22,10 @@ struct Kept {
 // Adds a warning for each damaged backup, newer or older.
 Kept readKept(const Store& store, Lines* warnings);
 
-// A line for each kind of object of which there are fewer than before: controllers, or drives or logical
-// drives of one of them.
-Lines fewerLines(const Snapshot& now, const Snapshot& earlier);
+// A line for each kind of object of which there are fewer than before, controllers, or drives or logical
+// drives of one of them, and for each logical drive that is missing or has another level or size.
+Lines lossLines(const Snapshot& now, const Snapshot& earlier);
 
-// Removes old backups until only the given number is left. One that has more objects than every newer
-// one that is intact and complete is kept, and so is a damaged one. Returns an error message, empty on
-// success.
+// Removes old backups until only the given number is left. One that has something that every newer one that
+// is intact and complete lacks is kept, and so is a damaged one. Returns an error message, empty on success.
 std::string rotate(const Store& store, std::size_t keep);

@@ -128,7 +128,7 @@ q5sim::Controller convertController(const Controller& controller, const Place& p
     convertSettings(conversion);
     convertBusLocation(conversion);
     if (!controller.buzzer)
-        noteAssumption(below(place, "buzzer"), "the adapter does not know; taken as on");
+        noteMissing(below(place, "buzzer"), "the adapter does not know; taken as on");
     converted.buzzer = controller.buzzer.value_or(1) != 0;
     convertBattery(conversion);
     convertEnclosures(conversion);

@@ -23,11 +23,8 @@ static WaitStatus checkDrive(Watch* watch, const View& view, const Target& targe
     const std::string patrol = "media patrol of " + targetText(target);
     for (const SeenDrive& drive : view.drives)
         if (drive.target == target) {
-            const bool broken =
-                !drive.patrol || *drive.patrol == kPatrolAborted || *drive.patrol == kPatrolStopped;
-            const char* how = !drive.patrol                     ? " can no longer be read"
-                              : *drive.patrol == kPatrolAborted ? " was aborted"
-                                                                : " was stopped";
+            const bool broken = drive.patrol == kPatrolAborted || drive.patrol == kPatrolStopped;
+            const char* how = drive.patrol == kPatrolAborted ? " was aborted" : " was stopped";
             if (broken)
                 watch->messages.push_back({false, patrol + how});
             return broken ? WaitStatus::notOnline : WaitStatus::finished;

@@ -28,11 +28,11 @@ static void addActivities(const Options& options, const LogicalDrive& drive, con
         }
 }
 
-static void addPatrol(const Drive& drive, const Target& target, View* view) {
-    view->drives.push_back({target, drive.patrol ? std::optional(drive.patrol->state) : std::nullopt});
-    if (drive.patrol && (drive.patrol->state == kPatrolRunning || drive.patrol->state == kPatrolPaused))
+static void addPatrol(const MediaPatrolProgress& patrol, const Target& target, View* view) {
+    view->drives.push_back({target, patrol.state});
+    if (patrol.state == kPatrolRunning || patrol.state == kPatrolPaused)
         view->activities.push_back(
-            {kMediaPatrol, target, unsigned{drive.patrol->progress}, drive.patrol->state == kPatrolPaused});
+            {kMediaPatrol, target, unsigned{patrol.progress}, patrol.state == kPatrolPaused});
 }
 
 void addController(const Options& options, const Controller& controller, View* view) {
@@ -46,33 +46,75 @@ void addController(const Options& options, const Controller& controller, View* v
     }
     if ((options.kinds & kMediaPatrol) != 0)
         for (const Drive& drive : controller.drives)
-            addPatrol(drive, {controller.id, true, drive.number, "", 0}, view);
+            if (drive.patrol)
+                addPatrol(*drive.patrol, {controller.id, true, drive.number, "", 0}, view);
 }
 
-// Only after a refused listing is it unknown what is active.
-static const Fault* findProblem(const Controller& controller) {
-    const auto refused = [](const Fault& fault) {
-        return fault.kind == FaultKind::refused &&
-               (fault.operation == "q5_getLogDrvInfo" || fault.operation == "q5_getPhyDrvInfo");
-    };
-    const auto found = std::find_if(controller.faults.begin(), controller.faults.end(), refused);
-    return found != controller.faults.end() ? &*found : nullptr;
+static const Fault* findRefusal(const Faults& faults, std::initializer_list<std::string_view> operations) {
+    for (const Fault& fault : faults)
+        if (fault.kind == FaultKind::refused &&
+            std::find(operations.begin(), operations.end(), fault.operation) != operations.end())
+            return &fault;
+    return nullptr;
 }
 
-// The general record says how many drives to expect.
-static Controller readSelected(const Options& options, std::uint32_t id) {
+static const Fault* findRefusedListing(const Controller& controller) {
+    return findRefusal(controller.faults, {"q5_getControllerInfo", "q5_getLogDrvInfo", "q5_getPhyDrvInfo"});
+}
+
+static std::string shortListText(std::size_t count, std::size_t listed, const char* word) {
+    return listed < count ? "counts " + counted(count, word) + ", but lists " + counted(listed, word) : "";
+}
+
+// What is missing of the selected lists, by the controller's own counts.
+static std::string shortListsText(const Options& options, const Controller& controller) {
+    std::string text;
+    if (controller.info && (options.kinds & kMediaPatrol) != 0)
+        text = shortListText(controller.info->diskCount, controller.drives.size(), "drive");
+    if (controller.info && (options.kinds & kAnyActivity) != 0 && text.empty())
+        text = shortListText(controller.info->arrayCount, controller.logicalDrives.size(), "logical drive");
+    return text;
+}
+
+// The state of a media patrol is in its progress: unlike for a logical drive, nothing else shows whether it
+// runs.
+static std::string refusedPatrolText(const Options& options, const Controller& controller) {
+    if ((options.kinds & kMediaPatrol) != 0)
+        for (const Drive& drive : controller.drives)
+            if (const Fault* refusal = findRefusal(drive.faults, {"q5_getHBAMediaPatrolProgress"}))
+                return "drive " + std::to_string(drive.number) + " of controller " +
+                       std::to_string(controller.id) + ": " + faultText(*refusal);
+    return "";
+}
+
+// Why it is unknown what is active: a refused call, or a list that is short; empty: it is known.
+static std::string findProblem(const Options& options, const Controller& controller) {
+    const Fault* refusal = findRefusedListing(controller);
+    const std::string text = refusal != nullptr ? faultText(*refusal) : shortListsText(options, controller);
+    return text.empty() ? refusedPatrolText(options, controller)
+                        : "controller " + std::to_string(controller.id) + ": " + text;
+}
+
+// The general record says how many drives and logical drives to expect.
+static Controller readOnce(const Options& options, std::uint32_t id) {
     Controller controller;
     controller.id = id;
-    if ((options.kinds & kMediaPatrol) != 0) {
-        Faults ignored;
-        const ControllerQuery general = {id, 1, kGeneralInfo, {}};
-        controller.info =
-            readReply<q5_getControllerInfo, ControllerInfo>({hbaAddress(id), &ignored}, general);
+    const ControllerQuery general = {id, 1, kGeneralInfo, {}};
+    controller.info =
+        readReply<q5_getControllerInfo, ControllerInfo>({hbaAddress(id), &controller.faults}, general);
+    if ((options.kinds & kMediaPatrol) != 0)
         readDrives(&controller);
-    }
     if ((options.kinds & kAnyActivity) != 0)
         readLogicalDrives(&controller);
     return controller;
+}
+
+// An object may be deleted between the count and the list: a short list is read again.
+static Controller readSelected(const Options& options, std::uint32_t id) {
+    Controller controller = readOnce(options, id);
+    const bool isShort =
+        findRefusedListing(controller) == nullptr && !shortListsText(options, controller).empty();
+    return isShort ? readOnce(options, id) : controller;
 }
 
 View observe(const Options& options, std::uint32_t controllerCount) {
@@ -83,9 +125,8 @@ View observe(const Options& options, std::uint32_t controllerCount) {
             continue;
         const Controller controller = readSelected(options, id);
         addController(options, controller, &view);
-        const Fault* problem = findProblem(controller);
-        if (problem != nullptr && view.problem.empty())
-            view.problem = "controller " + std::to_string(id) + ": " + faultText(*problem);
+        if (view.problem.empty())
+            view.problem = findProblem(options, controller);
     }
     return view;
 }

@@ -36,7 +36,7 @@ struct SeenArray {
 
 struct SeenDrive {
     Target target;
-    std::optional<std::uint16_t> patrol; // MediaPatrolState; empty: could not be read
+    std::uint16_t patrol = 0; // MediaPatrolState
 };
 
 // Everything selected, whether active or not.
@@ -44,7 +44,7 @@ struct View {
     std::vector<SeenActivity> activities;
     std::vector<SeenArray> arrays;
     std::vector<SeenDrive> drives;
-    std::string problem; // why it could not be read; empty: it was
+    std::string problem; // why it could not be read completely; empty: it was
 };
 
 // The adapters must be open. Reads the logical drives, and the drives if media patrol is selected.

@@ -99,9 +99,10 @@ WaitStatus handleView(Watch* watch, const View& view, std::int64_t now) {
     return decide(watch, view, now);
 }
 
+// The first report names the activity, even if its percentage is unknown.
 static bool isDue(const Track& track, std::int64_t now) {
-    return !track.paused && track.progress.percent != track.reportedPercent &&
-           (!track.reported || now - *track.reported >= kReportPeriod);
+    const bool changed = track.progress.percent != track.reportedPercent;
+    return !track.paused && (!track.reported || (changed && now - *track.reported >= kReportPeriod));
 }
 
 static std::string progressLine(const Track& track, std::int64_t now, std::time_t clock) {

@@ -47,6 +47,6 @@ struct Watch {
 // Handles a reading made at this time of a monotonic clock, in milliseconds.
 WaitStatus handleView(Watch* watch, const View& view, std::int64_t now);
 
-// The lines of percentages that are due: one for each changed percentage, at most one a minute for each
-// activity.
+// The lines of percentages that are due: the first one of each activity, then one for each changed
+// percentage, at most one a minute for each activity.
 void reportPercentages(Watch* watch, std::int64_t now, std::time_t clock);
