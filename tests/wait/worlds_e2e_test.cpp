@@ -176,7 +176,7 @@ TEST_F(WaitWorlds, AShortListEndsNoActivity) {
 TEST_F(WaitWorlds, AShortListEndsNoMediaPatrol) {
     EXPECT_EQ(script("cli mp -a start -p 8 -i 0").status, 0);
     const std::string counts = "cli-wait: controller 0: counts 8 drives, but lists 7 drives";
-    expect("--for mp", "await ': 0%'; q5sim short q5_getPhyDrvInfo >/dev/null", 5,
+    expect("-i 0 --for mp", "await ': 0%'; q5sim short q5_getPhyDrvInfo >/dev/null", 5,
            "media patrol of drive 8 of controller 0: 0%\n", counts + "; trying again\n" + counts + "\n");
 }
 
@@ -205,9 +205,10 @@ TEST_F(WaitWorlds, GivesUpOnRefusedMediaPatrols) {
     expect("--for mp", "", 5, "", refused + "\n");
     expect("", "", 5, "", refused + "\n");
     expect("-l 0", "", 0, "no activity is running\n" + kArchive + " is online\n");
-    EXPECT_EQ(failed("clear-rules"), "");
-    expect("--for mp", "await ': 0%'; q5sim refuse q5_getHBAMediaPatrolProgress >/dev/null", 5,
-           "media patrol of drive 7 of controller 0: 0%\n", refused + "; trying again\n" + refused + "\n");
+    // After one call for each drive.
+    EXPECT_EQ(failed("clear-rules; q5sim refuse q5_getHBAMediaPatrolProgress --after 8"), "");
+    expect("-i 0 --for mp", "", 5, "media patrol of drive 7 of controller 0: 0%\n",
+           refused + "; trying again\n" + refused + "\n");
 }
 
 TEST_F(WaitWorlds, WaitsWithoutReadableProgress) {
