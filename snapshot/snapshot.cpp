@@ -38,6 +38,11 @@ const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id) {
     return nullptr;
 }
 
+bool hasFault(const Controller& controller, std::string_view operation) {
+    return std::any_of(controller.faults.begin(), controller.faults.end(),
+                       [&](const Fault& fault) { return fault.operation == operation; });
+}
+
 bool isInaccessible(const Drive& drive) {
     const auto all = extents(drive.info);
     return !all.empty() && std::none_of(all.begin(), all.end(), [](const ExtentEntry& extent) {

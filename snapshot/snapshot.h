@@ -116,6 +116,9 @@ const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t
 const LogicalDrive* findArray(const Controller& controller, std::uint16_t arrayId);
 const Enclosure* findEnclosure(const Controller& controller, std::uint32_t id);
 
+// Whether a call of an operation on the controller failed in any way.
+bool hasFault(const Controller& controller, std::string_view operation);
+
 // Whether a drive has extents and all of them are inaccessible.
 bool isInaccessible(const Drive& drive);
 

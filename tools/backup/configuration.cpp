@@ -77,8 +77,7 @@ static void addDrives(const Controller& controller, std::size_t first, std::size
 // Whether its list of drives was refused, or is shorter than the controller's own count. Either makes the
 // backup an incomplete one.
 static bool mayLackDrives(const Controller& controller) {
-    const auto isOfList = [](const Fault& fault) { return fault.operation == "q5_getPhyDrvInfo"; };
-    return std::any_of(controller.faults.begin(), controller.faults.end(), isOfList) ||
+    return hasFault(controller, "q5_getPhyDrvInfo") ||
            (controller.info && controller.info->diskCount > controller.drives.size());
 }
 

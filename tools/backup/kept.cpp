@@ -5,9 +5,9 @@
 
 #include "snapshot/json.h"
 #include "snapshot/text.h"
-#include "snapshot/words.h"
 #include "tools/backup/configuration.h"
 #include "tools/common/regular_file.h"
+#include "tools/status/facts.h"
 #include "tools/status/rules.h"
 
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
@@ -59,12 +59,6 @@ static void addFewer(const std::string& object, std::size_t now, std::size_t ear
     if (now < earlier)
         lines->push_back({Severity::warning,
                           object + " has " + counted(now, word) + "; it had " + std::to_string(earlier)});
-}
-
-static std::string shapeOf(const LogicalDrive& drive) {
-    static constexpr std::uint64_t sectorsPerMb = 2048;
-    return std::string(raidLevelText(drive.info.raidLevel)) + " of " +
-           std::to_string(drive.info.sectorCount / sectorsPerMb) + " MB";
 }
 
 // Another level or size: it may be another one that was created under the ID.

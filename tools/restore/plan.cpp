@@ -60,11 +60,6 @@ static void addUnread(std::vector<std::string>* obstacles, const Faults& faults,
                                  printable(faultText(fault)));
 }
 
-static bool hasFault(const Controller& controller, const char* operation) {
-    return std::any_of(controller.faults.begin(), controller.faults.end(),
-                       [operation](const Fault& fault) { return fault.operation == operation; });
-}
-
 static void addShort(std::vector<std::string>* obstacles, const std::string& things, std::size_t counted,
                      std::size_t listed, bool inBackup) {
     const std::string count = std::to_string(counted), list = std::to_string(listed);

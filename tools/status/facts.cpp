@@ -15,9 +15,10 @@ bool isRefused(const Controller& controller, std::string_view operation) {
     });
 }
 
-bool hasFault(const Controller& controller, std::string_view operation) {
-    return std::any_of(controller.faults.begin(), controller.faults.end(),
-                       [&](const Fault& fault) { return fault.operation == operation; });
+std::string shapeOf(const LogicalDrive& drive) {
+    static constexpr std::uint64_t sectorsPerMb = 2048;
+    return std::string(raidLevelText(drive.info.raidLevel)) + " of " +
+           std::to_string(drive.info.sectorCount / sectorsPerMb) + " MB";
 }
 
 bool hasAllDrives(const Controller& controller) {

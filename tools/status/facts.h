@@ -12,9 +12,6 @@ bool isRedundant(std::uint8_t level);
 // Whether an operation on the controller was refused, so that a list may lack objects.
 bool isRefused(const Controller& controller, std::string_view operation);
 
-// Whether a call of an operation on the controller failed in any way.
-bool hasFault(const Controller& controller, std::string_view operation);
-
 // Whether a list is known to be complete. One that was refused halfway is if it has as many objects as the
 // controller counts; without the count, none is.
 bool hasAllDrives(const Controller& controller);
@@ -37,6 +34,9 @@ std::string knownText(std::string_view field);
 // "channel 1, enclosure 0, serial TQ5A0041733"
 std::string placeText(std::uint16_t channel, std::uint16_t enclosureId, std::string_view serial);
 std::string placeText(const Drive& drive);
+
+// "RAID5 of 400000 MB"
+std::string shapeOf(const LogicalDrive& drive);
 
 std::string versionText(const VersionNumber& version);
 

@@ -174,12 +174,6 @@ void findMovedSpares(Evaluation* evaluation) {
     });
 }
 
-static std::string shapeOf(const LogicalDrive& drive) {
-    static constexpr std::uint64_t sectorsPerMb = 2048;
-    return std::string(raidLevelText(drive.info.raidLevel)) + " of " +
-           std::to_string(drive.info.sectorCount / sectorsPerMb) + " MB";
-}
-
 void findMissingArrays(Evaluation* evaluation) {
     forEachPair(*evaluation, [&](const Pair& pair) {
         for (const LogicalDrive& drive : pair.earlier.logicalDrives)
