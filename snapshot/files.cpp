@@ -1,6 +1,10 @@
 // Atomic replacement of whole files.
 #include "snapshot/files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -12,8 +16,40 @@ static std::string problem(const std::string& path) {
     return "cannot write " + path + ": " + std::strerror(errno);
 }
 
+static bool isPipe(const std::string& path) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISFIFO(info.st_mode);
+}
+
+// Writes the text and closes the file. False, with errno set, if that failed.
+static bool writeAndClose(int file, const std::string& text, bool durable) {
+    std::FILE* stream = fdopen(file, "w");
+    if (stream == nullptr) {
+        close(file);
+        return false;
+    }
+    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
+                         std::fflush(stream) == 0 && (!durable || fsync(file) == 0);
+    const int reason = errno;
+    const bool closed = std::fclose(stream) == 0;
+    if (!written)
+        errno = reason;
+    return written && closed;
+}
+
+// Opening a pipe would wait until another program opens it for reading.
+static std::string putIntoPipe(const std::string& path, const std::string& text) {
+    const int file = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0)
+        return errno == ENXIO ? "cannot write " + path + ": no program reads this pipe" : problem(path);
+    fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
+    return writeAndClose(file, text, false) ? "" : problem(path);
+}
+
 static std::string putText(const std::string& path, const std::string& text) {
     FileReplacement file;
+    if (isPipe(path))
+        return putIntoPipe(path, text);
     if (!openReplacement(&file, path.c_str()))
         return problem(path);
     std::fwrite(text.data(), 1, text.size(), file.stream); // the stream keeps a failure for the commit
@@ -27,5 +63,16 @@ std::string replaceFile(const std::string& path, const std::string& text) {
     sigaction(SIGPIPE, &ignore, &former);
     std::string failure = putText(path, text);
     sigaction(SIGPIPE, &former, nullptr);
+    return failure;
+}
+
+std::string createFile(const std::string& path, const std::string& text) {
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (file < 0)
+        return problem(path);
+    if (writeAndClose(file, text, true))
+        return "";
+    std::string failure = problem(path);
+    unlink(path.c_str());
     return failure;
 }

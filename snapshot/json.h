@@ -23,3 +23,6 @@ std::string snapshotFromText(const std::string& text, Snapshot* snapshot);
 
 // Puts a text of the adapters into an object: key, and keyBytes where it is not UTF-8.
 void addText(Json* object, const std::string& key, std::string_view text);
+
+// The text that addText() has put there, all its bytes. Empty if there is none.
+std::optional<std::string> textFrom(const Json& object, const std::string& key);

@@ -57,19 +57,20 @@ static std::optional<std::string> bytesOf(const std::string& hex) {
     return hex.size() % 2 == 0 ? std::optional(bytes) : std::nullopt;
 }
 
-static std::string readText(Reader* reader, const Json& object, const std::string& key) {
-    const Json* text = find(reader, object, key);
-    if (text == nullptr)
-        return "";
-    const auto hex = object.find(key + "Bytes");
-    std::optional<std::string> bytes;
+std::optional<std::string> textFrom(const Json& object, const std::string& key) {
+    const auto hex = object.find(key + "Bytes"), text = object.find(key);
     if (hex != object.end())
-        bytes = hex->is_string() ? bytesOf(hex->get<std::string>()) : std::nullopt;
-    else if (text->is_string())
-        bytes = text->get<std::string>();
-    if (!bytes)
+        return hex->is_string() ? bytesOf(hex->get<std::string>()) : std::nullopt;
+    return text != object.end() && text->is_string() ? std::optional(text->get<std::string>()) : std::nullopt;
+}
+
+static std::string readText(Reader* reader, const Json& object, const std::string& key) {
+    if (find(reader, object, key) == nullptr)
+        return "";
+    const std::optional<std::string> text = textFrom(object, key);
+    if (!text)
         refuse(reader, key, "is not a text");
-    return bytes.value_or("");
+    return text.value_or("");
 }
 
 static void readRecord(Reader* reader, const Json& json, const RecordType& type, void* record);

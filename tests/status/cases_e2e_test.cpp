@@ -156,6 +156,14 @@ TEST_P(StatusCase, Json) {
 }
 
 // Since the healthy world. What disappeared counts in the exit status.
+// The file says which sensors or operations a finding with readings is about.
+static std::string withoutParts(const std::string& text) {
+    Json state = Json::parse(text);
+    for (Json& finding : state["findings"])
+        finding.erase("parts");
+    return state.dump(2) + "\n";
+}
+
 TEST_P(StatusCase, Changes) {
     StatusSession session(world);
     const std::string kept = session.path("kept");
@@ -168,7 +176,7 @@ TEST_P(StatusCase, Changes) {
     for (const char* key : {"place", "battery"})
         if (saved["controllers"][0][key].is_null())
             saved["controllers"][0][key] = healthy["controllers"][0][key];
-    EXPECT_EQ(readFile(kept), saved.dump(2) + "\n");
+    EXPECT_EQ(withoutParts(readFile(kept)), saved.dump(2) + "\n");
 }
 
 TEST_P(StatusCase, VerboseTextIsThatDerivedFromTheJson) {

@@ -283,22 +283,35 @@ TEST_F(ShortLists, DoNotHideDrivesThatWereMissingBefore) {
     expect(words, 0, "");
 }
 
-// The file is not trusted: what no run has written there has no effect, and no control byte is printed.
+// The file is not trusted: what no run can have written has no effect, and no control byte is printed.
 TEST_F(ShortLists, DoNotTrustTheFindingsInTheFile) {
     expectChanges(0, "");
     const Json object = {{"kind", "controller"}, {"controller", 0}, {"number", 0}};
     Json saved = Json::parse(readFile(kept));
-    saved["findings"] = {5,
-                         "text",
-                         Json::array(),
-                         {{"rule", 5}, {"object", object}, {"text", 5}},
-                         {{"rule", "drive-count"}, {"object", 5}, {"text", "controller 0: a"}},
-                         {{"rule", "drive-count"}, {"object", {{"number", -1}}}, {"text", "controller 0: b"}},
-                         {{"rule", "battery-hot"}, {"object", object}, {"text", "controller 0: c"}},
-                         {{"rule", "drive-count"}, {"object", object}, {"text", "controller 1: d"}},
-                         {{"rule", "array-count"}, {"object", object}, {"text", "controller 0: e\x1b"}}};
+    saved["findings"] = {
+        5,
+        "text",
+        Json::array(),
+        {{"rule", 5}, {"object", object}, {"text", 5}},
+        {{"rule", "drive-count"}, {"object", 5}, {"text", "controller 0: a"}},
+        {{"rule", "drive-count"}, {"object", {{"number", -1}}}, {"text", "controller 0: b"}},
+        {{"rule", "nonsense"}, {"object", object}, {"text", "controller 0: c"}},
+        {{"rule", "drive-count"}, {"object", object}, {"text", "controller 1: d"}},
+        {{"rule", "unreadable"}, {"object", {{"kind", "host"}}}, {"text", "controller 0: f"}},
+        {{"rule", "unreadable"}, {"object", {{"kind", 5}}}, {"text", "this host: g"}},
+        {{"rule", "array-count"}, {"object", object}, {"text", "controller 0: e\x1b"}},
+        {{"rule", "fan-stopped"},
+         {"object", {{"kind", "enclosure"}, {"controller", 0}, {"number", 7}}},
+         {"text", "enclosure 7 of controller 0: h"},
+         {"parts", {5, "fan 1"}}},
+        {{"rule", "fan-stopped"},
+         {"object", {{"kind", "enclosure"}, {"controller", 0}, {"number", 8}}},
+         {"text", "enclosure 8 of controller 0: i"},
+         {"parts", "fan"}}};
     writeFile(kept, saved.dump());
-    expectChanges(0, "info: no longer: controller 0: e\\x1b\n");
+    expectChanges(0, "info: no longer: enclosure 7 of controller 0: h\n"
+                     "info: no longer: enclosure 8 of controller 0: i\n"
+                     "info: no longer: controller 0: e\\x1b\n");
     saved["findings"] = 5;
     writeFile(kept, saved.dump());
     expectChanges(0, "");

@@ -2,7 +2,6 @@
 #include "tools/status/changes.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "tools/status/changes_combined.h"
 #include "tools/status/changes_match.h"
@@ -114,10 +113,34 @@ static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
                                                         : isUnchecked(both, wanted.object);
 }
 
+static bool isNewController(const Comparison& both, std::uint32_t id) {
+    return std::any_of(both.differences.begin(), both.differences.end(), [&](const Finding& each) {
+        return std::string_view(each.rule->id) == "controller-new" && each.object.controller == id;
+    });
+}
+
+// Whether an earlier run has read what the finding is about, or it was not there.
+static bool wasRead(const Comparison& both, const Controller& controller, const Finding& finding) {
+    const Controller* earlier = findController(both.earlier, controller.id);
+    if (earlier == nullptr)
+        return isNewController(both, controller.id);
+    return finding.object.kind == ObjectKind::host || isCombinedRead(*earlier, finding);
+}
+
+// What no earlier run has read is reported as in a first run: only its problems are.
+static bool isReported(const Comparison& both, const Finding& finding) {
+    const auto& all = both.now.controllers;
+    return finding.rule->severity != Severity::info ||
+           std::all_of(all.begin(), all.end(), [&](const Controller& each) {
+               return (finding.object.kind != ObjectKind::host && finding.object.controller != each.id) ||
+                      wasRead(both, each, finding);
+           });
+}
+
 // A difference from the baseline that is also a change since the earlier snapshot has its line already.
 static void addFindingChanges(const Comparison& both, Lines* lines) {
     for (const Finding& finding : both.after)
-        if (!isArrayChange(finding) && !isKnown(both.before, finding) &&
+        if (!isArrayChange(finding) && isReported(both, finding) && !isKnown(both.before, finding) &&
             !hasText(*lines, findingLine(finding)))
             lines->push_back({finding.rule->severity, findingLine(finding)});
     for (const Finding& finding : both.before)
@@ -136,39 +159,15 @@ static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const
     return findings;
 }
 
-// "counts 3 drives, but lists 2"
-static void applyCount(const Finding& count, Controller* controller) {
-    static constexpr std::string_view start = "counts ";
-    const char* end = count.text.data() + count.text.size();
-    std::uint16_t number = 0;
-    if (count.text.starts_with(start) &&
-        std::from_chars(count.text.data() + start.size(), end, number).ec == std::errc())
-        (std::string_view(count.rule->id) == "drive-count" ? controller->info->diskCount
-                                                           : controller->info->arrayCount) = number;
-}
-
-// The earlier state with the counts as its run has read them.
-static Snapshot withCounts(Snapshot earlier, const Findings& combined) {
-    for (Controller& controller : earlier.controllers)
-        for (const Finding& each : combined)
-            if (each.object.kind == ObjectKind::controller && each.object.controller == controller.id &&
-                controller.info && !hasFault(controller, "q5_getControllerInfo"))
-                applyCount(each, &controller);
-    return earlier;
-}
-
-// A list that was short counts as complete in the state that was kept, but what could not be checked then was
-// not checked.
+// What was reported before. A run without a baseline says nothing about the differences from one.
 static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, const Snapshot* baseline,
-                                const Findings& combined) {
-    Findings findings = findingsOf(earlier, limits, baseline, combined);
-    if (baseline == nullptr)
-        return findings;
-    std::erase_if(findings, isUncheckedRule);
-    for (const Finding& each : compare(withCounts(earlier, combined), *baseline))
-        if (isUncheckedRule(each))
-            findings.push_back(each);
-    sortFindings(&findings);
+                                const Findings* saved) {
+    if (saved == nullptr)
+        return evaluate(earlier, limits, baseline);
+    Findings findings = *saved;
+    std::erase_if(findings, [&](const Finding& each) {
+        return isMissingController(each) || (baseline == nullptr && isOfBaseline(*each.rule));
+    });
     return findings;
 }
 
@@ -189,29 +188,48 @@ static Findings withMissing(Findings findings, const Findings& missing) {
     return findings;
 }
 
-static Findings combinedOf(Findings findings) {
-    std::erase_if(findings, [](const Finding& finding) { return !isCombined(finding); });
+// All that a later run must not report as new: also what is hidden, and without a baseline, the differences
+// that the earlier runs found.
+static Findings knownFindings(const Comparison& both, const Findings& saved, const Snapshot* baseline) {
+    Findings findings = both.after;
+    for (const Finding& each : both.before)
+        if (!persists(both.after, each) && mayBeHidden(both, each))
+            findings.push_back(each);
+    for (const Finding& each : saved)
+        if (baseline == nullptr && isOfBaseline(*each.rule) && !isMissingController(each))
+            findings.push_back(each);
     return findings;
 }
 
-Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline, const Findings* saved) {
-    if (earlier == nullptr)
-        return problemLines(evaluate(now, limits, baseline));
-    Snapshot known = now;
-    keepUnread(*earlier, &known);
-    const Findings kept = saved != nullptr ? *saved : combinedFindings(*earlier, limits);
-    const Findings missing = missingOf(kept, baseline);
-    Findings after = combinedFindings(now, limits);
-    carryCombined(kept, now, &after);
-    const Comparison both = {
-        *earlier, known, withMissing(earlierFindings(*earlier, limits, baseline, combinedOf(kept)), missing),
-        withMissing(findingsOf(known, limits, baseline, after), now.faults.empty() ? Findings{} : missing),
-        differencesOf(*earlier, kept, now, known)};
+static Lines linesOf(const Comparison& both) {
     Lines lines;
-    addArrayChanges(*earlier, known, &lines);
+    addArrayChanges(both.earlier, both.now, &lines);
     for (const Line& line : findingLines(both.differences))
         lines.push_back(line);
     addFindingChanges(both, &lines);
     return lines;
+}
+
+Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
+                    const Snapshot* baseline, const Findings* saved) {
+    if (earlier == nullptr) {
+        const Findings findings = evaluate(now, limits, baseline);
+        return {problemLines(findings), findings};
+    }
+    Snapshot known = now;
+    keepUnread(*earlier, &known);
+    const Findings kept = saved != nullptr ? *saved : combinedFindings(*earlier, limits);
+    const Findings missing = missingOf(kept, baseline);
+    Findings combined = combinedFindings(now, limits);
+    carryCombined(kept, now, &combined);
+    const Comparison both = {
+        *earlier, known, withMissing(earlierFindings(*earlier, limits, baseline, saved), missing),
+        withMissing(findingsOf(known, limits, baseline, combined), now.faults.empty() ? Findings{} : missing),
+        differencesOf(*earlier, kept, now, known)};
+    return {linesOf(both), knownFindings(both, kept, baseline)};
+}
+
+Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
+                  const Snapshot* baseline) {
+    return findChanges(earlier, now, limits, baseline, nullptr).lines;
 }

@@ -16,10 +16,21 @@ using Lines = std::vector<Line>;
 
 // What changed since the earlier snapshot; if it is null, all present problems are new. What cannot be
 // read now has not changed. With a baseline, which may be null, also which differences from it are new or
-// resolved. If the earlier snapshot was completed with what it could not read, the findings that its
-// file keeps (see changes_combined.h) are passed as well; null: they are those that it shows.
+// resolved.
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
-                  const Snapshot* baseline = nullptr, const Findings* saved = nullptr);
+                  const Snapshot* baseline = nullptr);
+
+// The same from one run to the next.
+struct Changes {
+    Lines lines;
+    Findings findings; // that are known now, to be passed to the next run
+};
+
+// saved: the findings that the earlier run has left (see state_file.h), possibly with other limits or
+// another baseline; null: those that the earlier snapshot shows. It was completed with what could not be
+// read.
+Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
+                    const Snapshot* baseline, const Findings* saved);
 
 // A line for each finding.
 Lines findingLines(const Findings& findings);

@@ -3,20 +3,17 @@
 // several runs, so that its file keeps these findings themselves.
 #pragma once
 
-#include <string>
-
 #include "snapshot/snapshot.h"
 #include "tools/status/finding.h"
 #include "tools/status/limits.h"
 
 bool isCombined(const Finding& finding);
 
+// Whether all that the finding combines was read of a controller; also true of any other finding.
+bool isCombinedRead(const Controller& controller, const Finding& finding);
+
 // Those of a snapshot as it was read.
 Findings combinedFindings(const Snapshot& snapshot, const Limits& limits);
-
-// Those in the text of an earlier run's file, and the missing controllers (see changes_missing.h). The file
-// is untrusted: what is neither is left out.
-Findings savedFindings(const std::string& text);
 
 // Adds to the present findings the earlier ones that the present run does not disprove: it did not read all
 // that they combine. They replace what it shows of the same problems. now is the present run as it was read.

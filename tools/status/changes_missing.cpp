@@ -70,10 +70,11 @@ Findings compareWithKept(const Snapshot& earlier, const Findings& saved, const S
     return differences;
 }
 
-// The library found none, so that those of the earlier state were reported as missing.
-static void addMissing(const Snapshot& earlier, std::optional<std::uint32_t> chosen, Findings* findings) {
+// Those of the earlier state that this run has reported as missing.
+static void addMissing(const Snapshot& earlier, const Snapshot& now, std::optional<std::uint32_t> chosen,
+                       Findings* findings) {
     for (const Controller& each : earlier.controllers)
-        if (!chosen || each.id == *chosen)
+        if ((!chosen || each.id == *chosen) && findController(now, each.id) == nullptr)
             addOnce(missingController(each.id), findings);
 }
 
@@ -84,17 +85,18 @@ static void addUnseen(const Snapshot& earlier, const Snapshot& now, Findings* fi
             addOnce(missingController(id), findings);
 }
 
-// A run that reads all controllers keeps no others, unless it finds none.
 void keepMissing(const Snapshot& earlier, const Findings& saved, const Snapshot& now,
                  std::optional<std::uint32_t> chosen, Findings* findings) {
-    const bool counted = now.faults.empty();
-    if (counted && now.controllerCount > 0 && !chosen)
-        return;
     for (const Finding& each : saved)
         if (isMissingController(each) && findController(now, each.object.controller) == nullptr)
             addOnce(each, findings);
-    if (counted && now.controllerCount == 0)
-        addMissing(earlier, chosen, findings);
-    else if (counted && earlier.controllerCount == 0 && earlier.faults.empty())
+    if (!now.faults.empty())
+        return;
+    addMissing(earlier, now, chosen, findings);
+    if (earlier.controllerCount == 0 && earlier.faults.empty())
         addUnseen(earlier, now, findings);
+}
+
+bool isKnownController(const Snapshot& earlier, const Findings& saved, std::uint32_t id) {
+    return findController(earlier, id) != nullptr || persists(saved, missingController(id));
 }

@@ -21,3 +21,6 @@ Findings compareWithKept(const Snapshot& earlier, const Findings& saved, const S
 // Adds to the findings to keep which controllers are missing, or were not read since the library found any.
 void keepMissing(const Snapshot& earlier, const Findings& saved, const Snapshot& now,
                  std::optional<std::uint32_t> chosen, Findings* findings);
+
+// Whether a run has read the controller, or reported it as missing.
+bool isKnownController(const Snapshot& earlier, const Findings& saved, std::uint32_t id);

@@ -16,6 +16,12 @@ const char* statusText(Severity worst) {
     return worst == Severity::info ? "ok" : severityText(worst);
 }
 
+const char* objectKindText(ObjectKind kind) {
+    static constexpr const char* words[] = {"host",      "controller", "battery",
+                                            "enclosure", "drive",      "logicalDrive"};
+    return words[static_cast<std::size_t>(kind)];
+}
+
 std::string shortObjectText(const Object& object) {
     const std::string number = std::to_string(object.number);
     switch (object.kind) {

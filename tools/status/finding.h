@@ -38,6 +38,9 @@ const char* severityText(Severity severity);
 // "ok", "warning", "critical", "unknown": the state that a worst severity means
 const char* statusText(Severity worst);
 
+// "logicalDrive"
+const char* objectKindText(ObjectKind kind);
+
 // "drive 2 of controller 0"
 std::string objectText(const Object& object);
 

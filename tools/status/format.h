@@ -21,6 +21,7 @@ struct TextStyle {
 
 std::string formatText(const Report& report, const TextStyle& style);
 std::string formatJson(const Report& report);
+std::string formatState(const Report& report); // the same with the parts of the findings, for a later run
 std::string formatPlugin(const Report& report);
 std::string pluginProblem(const std::string& problem); // the line printed when there is no report
 std::string formatMetrics(const Report& report);

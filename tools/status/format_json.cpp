@@ -4,12 +4,6 @@
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
-static const char* objectKindText(ObjectKind kind) {
-    static constexpr const char* words[] = {"host",      "controller", "battery",
-                                            "enclosure", "drive",      "logicalDrive"};
-    return words[static_cast<std::size_t>(kind)];
-}
-
 static Json objectToJson(const Object& object) {
     Json json = {{"kind", objectKindText(object.kind)}};
     json["controller"] = object.kind == ObjectKind::host ? Json() : Json(object.controller);
@@ -27,7 +21,7 @@ static Json findingToJson(const Finding& finding) {
             {"action", finding.rule->action}};
 }
 
-std::string formatJson(const Report& report) {
+static Json reportToJson(const Report& report) {
     const Severity worst = worstSeverity(report.findings);
     Json json = {{"format", kJsonFormat},
                  {"status", statusText(worst)},
@@ -37,5 +31,21 @@ std::string formatJson(const Report& report) {
     for (const Finding& finding : report.findings)
         json["findings"].push_back(findingToJson(finding));
     json.update(snapshotToJson(report.snapshot));
+    return json;
+}
+
+static std::string documentOf(const Json& json) {
     return json.dump(2) + "\n";
+}
+
+std::string formatJson(const Report& report) {
+    return documentOf(reportToJson(report));
+}
+
+std::string formatState(const Report& report) {
+    Json json = reportToJson(report);
+    for (std::size_t i = 0; i < report.findings.size(); ++i)
+        if (!report.findings[i].parts.empty())
+            json["findings"][i]["parts"] = report.findings[i].parts;
+    return documentOf(json);
 }

@@ -12,14 +12,13 @@
 #include "snapshot/text.h"
 #include "tools/common/regular_file.h"
 #include "tools/status/changes.h"
-#include "tools/status/changes_combined.h"
 #include "tools/status/changes_missing.h"
-#include "tools/status/changes_unread.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
 #include "tools/status/options.h"
 #include "tools/status/page.h"
 #include "tools/status/rules.h"
+#include "tools/status/state_file.h"
 
 static constexpr int kUnknown = 3; // also of usage errors
 
@@ -42,17 +41,13 @@ static std::string readLimits(const std::string& path, Limits* limits) {
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
-// An earlier snapshot. missing: the file does not exist; kept: see changes_combined.h, may be null.
-static std::string readSnapshot(const std::string& path, Snapshot* snapshot, bool* missing,
-                                Findings* kept = nullptr) {
+static std::string readBaseline(const std::string& path, Snapshot* snapshot) {
     std::string text, problem;
-    const RegularFile result = readRegularFile(path, &text, &problem);
-    *missing = result == RegularFile::missing;
-    if (result != RegularFile::read)
+    if (path.empty())
+        return "";
+    if (readRegularFile(path, &text, &problem) != RegularFile::read)
         return printable(problem);
     problem = snapshotFromText(text, snapshot);
-    if (problem.empty() && kept != nullptr)
-        *kept = savedFindings(text);
     return problem.empty() ? "" : printable(path) + ": " + problem;
 }
 
@@ -119,36 +114,21 @@ static Severity worstLine(const Lines& lines) {
     return worst;
 }
 
-static std::string keptText(const Options& options, const Report& report, const Snapshot* earlier,
-                            const Findings& earlierFindings) {
-    Findings findings = report.findings;
-    carryCombined(earlierFindings, report.snapshot, &findings);
-    if (earlier != nullptr)
-        keepMissing(*earlier, earlierFindings, report.snapshot, options.controller, &findings);
-    const Snapshot kept =
-        earlier != nullptr ? stateToKeep(*earlier, report.snapshot, options.controller) : report.snapshot;
-    return formatJson({kept, findings, report.limits});
-}
-
-// Prints what changed since the kept state, then keeps the new one.
-static std::string reportChanges(const Options& options, const Report& report, const Snapshot* baseline,
-                                 Severity* worst) {
-    Snapshot saved;
-    Findings findings; // of the earlier run
-    bool missing = false;
-    std::string problem = readSnapshot(options.changes, &saved, &missing, &findings);
-    if (!problem.empty() && !missing)
-        return problem;
-    const Snapshot earlier = limitedTo(options, saved);
-    const Lines lines =
-        changeLines(missing ? nullptr : &earlier, report.snapshot, report.limits, baseline, &findings);
-    *worst = worstLine(lines);
-    problem = writeOutput(options, formatLines(lines, options.quiet));
+// Prints what changed since the kept state, then keeps the new one. changed: the worst change.
+static std::string reportChanges(const Options& options, const SavedState& saved, const Report& report,
+                                 const Snapshot* baseline, Severity* changed) {
+    const Snapshot earlier = limitedTo(options, saved.snapshot);
+    const bool first = saved.result != StateResult::read;
+    const Changes changes =
+        findChanges(first ? nullptr : &earlier, report.snapshot, report.limits, baseline, &saved.findings);
+    *changed = worstLine(changes.lines);
+    const std::string problem = writeOutput(options, formatLines(changes.lines, options.quiet));
     if (options.syslog)
-        sendToSyslog(lines);
+        sendToSyslog(changes.lines);
     if (!problem.empty())
         return problem;
-    return replaceFile(options.changes, keptText(options, report, missing ? nullptr : &saved, findings));
+    return keepState(options.changes, saved,
+                     {report.snapshot, changes.findings, options.controller, report.limits});
 }
 
 static std::string reportState(const Options& options, const Report& report) {
@@ -157,28 +137,53 @@ static std::string reportState(const Options& options, const Report& report) {
     return writeOutput(options, format(options, report));
 }
 
+// Whether the chosen controller is neither there nor in the baseline. If the library failed, that is reported
+// instead.
+static bool isAbsent(const Options& options, const Snapshot& snapshot, const Snapshot& baseline) {
+    return options.controller && snapshot.controllers.empty() && snapshot.faults.empty() &&
+           baseline.controllers.empty();
+}
+
+static int refuseAbsent(const Options& options) {
+    return printError(options, "there is no controller " + std::to_string(*options.controller));
+}
+
+// A chosen controller that was there once is reported as missing once.
+static int runChanges(const Options& options, const Report& report, const Snapshot* baseline, bool absent) {
+    const SavedState saved = readSavedState(options.changes);
+    if (absent && !isKnownController(saved.snapshot, saved.findings, *options.controller))
+        return refuseAbsent(options);
+    Severity changed = Severity::info; // what disappeared is no finding of the present state
+    const std::string problem = reportChanges(options, saved, report, baseline, &changed);
+    if (!problem.empty())
+        printError(options, problem);
+    const Severity doubt = problem.empty() && !absent ? Severity::info : Severity::unknown;
+    return exitStatus(worseOf(worseOf(changed, doubt), worstSeverity(report.findings)));
+}
+
+static int runState(const Options& options, const Report& report) {
+    const std::string problem = reportState(options, report);
+    return problem.empty() ? exitStatus(worstSeverity(report.findings)) : printError(options, problem);
+}
+
 static int run(const Options& options) {
     Limits limits;
     Snapshot baseline, snapshot;
-    bool missing = false;
     std::string problem = readLimits(options.limits, &limits);
-    if (problem.empty() && !options.baseline.empty())
-        problem = readSnapshot(options.baseline, &baseline, &missing);
-    baseline = limitedTo(options, std::move(baseline));
+    if (problem.empty())
+        problem = readBaseline(options.baseline, &baseline);
     if (!problem.empty())
         return printError(options, problem);
+    baseline = limitedTo(options, std::move(baseline));
     takeSnapshot(options, &snapshot);
-    if (options.controller && snapshot.controllers.empty() && snapshot.faults.empty() &&
-        baseline.controllers.empty())
-        return printError(options, "there is no controller " + std::to_string(*options.controller));
+    const bool absent = isAbsent(options, snapshot, baseline);
+    if (absent && options.changes.empty())
+        return refuseAbsent(options);
     const Snapshot* compared = options.baseline.empty() ? nullptr : &baseline;
     const Findings findings = evaluate(snapshot, limits, compared);
     const Report report = {snapshot, findings, limits};
-    Severity changed = Severity::info; // what disappeared is no finding of the present state
-    problem = options.changes.empty() ? reportState(options, report)
-                                      : reportChanges(options, report, compared, &changed);
-    return problem.empty() ? exitStatus(worseOf(changed, worstSeverity(findings)))
-                           : printError(options, problem);
+    return options.changes.empty() ? runState(options, report)
+                                   : runChanges(options, report, compared, absent);
 }
 
 // Also abbreviated, and with an argument that it does not take.

@@ -1,0 +1,40 @@
+// The file of --changes: the last known state, completed with what later runs could not read, and the
+// findings that were reported with it. Other limits, another baseline or other controllers make other
+// findings, so that they are kept, not derived again.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "snapshot/snapshot.h"
+#include "tools/status/finding.h"
+#include "tools/status/limits.h"
+
+enum class StateResult {
+    read,
+    missing,
+    damaged,  // it was written by this program
+    unusable, // it may be another file
+};
+
+// The findings of an untrusted file are left out if none can be like that.
+struct SavedState {
+    StateResult result = StateResult::missing;
+    Snapshot snapshot;
+    Findings findings;
+    std::string problem; // unless it was read or is missing
+};
+
+SavedState readSavedState(const std::string& path);
+
+// What a run leaves for the next one.
+struct RunResult {
+    const Snapshot& snapshot;
+    const Findings& known;               // see changes.h
+    std::optional<std::uint32_t> chosen; // the controller that was read, if not all were
+    const Limits& limits;
+};
+
+// Replaces the file atomically. An unusable one stays, and the content of a damaged one is kept in
+// PATH.damaged, which must not exist. Returns the problem with either state, empty if there is none.
+std::string keepState(const std::string& path, const SavedState& earlier, const RunResult& run);
