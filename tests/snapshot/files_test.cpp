@@ -122,6 +122,11 @@ TEST_F(Pipes, AreWrittenInPlace) {
     EXPECT_TRUE(fs::is_symlink(path));
 }
 
+TEST_F(Pipes, ThatNothingReadsAreRefused) {
+    EXPECT_EQ(replaceFile(pipe, "new"), "cannot write " + pipe + ": no program reads this pipe");
+    EXPECT_TRUE(isPipe());
+}
+
 // The reader closes the full pipe, so that writing the rest fails.
 TEST_F(Pipes, WithoutAReaderAreAFailure) {
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
@@ -150,6 +155,28 @@ TEST_F(Files, KeepTheOldTextWhenTheNewOneDoesNotFit) {
     EXPECT_EQ(failure, "cannot write " + path + ": File too large");
     EXPECT_EQ(text(), "old");
     EXPECT_EQ(countFiles(), 1u);
+}
+
+TEST_F(Files, AreCreatedForTheirOwner) {
+    EXPECT_EQ(createFile(path, "first"), "");
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0600));
+    EXPECT_EQ(createFile(path, "second"), "cannot write " + path + ": File exists");
+    EXPECT_EQ(text(), "first");
+    EXPECT_EQ(createFile(directory + "/none/file", "new"),
+              "cannot write " + directory + "/none/file: No such file or directory");
+}
+
+TEST_F(Files, AreNotCreatedWithPartOfTheText) {
+    struct rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const struct rlimit small = {4096, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string failure = createFile(path, std::string(100000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure, "cannot write " + path + ": File too large");
+    EXPECT_EQ(countFiles(), 0u);
 }
 
 TEST_F(Files, HaveNamesOfBoundedLength) {

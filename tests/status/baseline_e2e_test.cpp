@@ -170,6 +170,29 @@ TEST_F(Baseline, ReportsAnEnclosureOfAnotherType) {
                  "all well: 1 controller, 3 drives, 1 logical drive\n");
 }
 
+TEST_F(Baseline, ReportsSensorsThatDisappeared) {
+    const std::string fewer = "warning: enclosure 0 of controller 0: reports fewer sensors: ";
+    Json& sensors = controller()["enclosures"][0]["sensors"];
+    sensors.push_back(sensors[0]); // two fans
+    saveBaseline();
+    sensors.push_back(sensors[0]);
+    expectFindings(0, "");
+    sensors = {sensors[0], sensors[1], sensors[3]};
+    expectFindings(1, fewer + "fan (1 of 2), 5 V rail (0 of 1)\n");
+    sensors = Json::array();
+    expectFindings(1, fewer + "fan (0 of 2), 5 V rail (0 of 1), 12 V rail (0 of 1), temperature (0 of 1)\n");
+}
+
+// Another enclosure has sensors of its own; those that cannot be read are not missing.
+TEST_F(Baseline, ComparesTheSensorsOfTheSameEnclosureOnly) {
+    world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getEnclosureStatus"}}};
+    expectFindings(3, "unknown: enclosure 0 of controller 0: q5_getEnclosureStatus failed with result 1\n");
+    world["rules"] = Json::array();
+    controller()["enclosures"][0]["type"] = "OEM-A";
+    controller()["enclosures"][0]["sensors"].erase(0);
+    expectFindings(0, "");
+}
+
 TEST_F(Baseline, ReportsMissingEnclosureAndBattery) {
     controller()["enclosures"] = Json::array();
     controller()["battery"] = nullptr;

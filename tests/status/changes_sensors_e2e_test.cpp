@@ -99,6 +99,27 @@ TEST_F(SensorChanges, KeepTheLastOfTheFansThatMoveUp) {
     expectChanges(2, "info: no longer: " + others[1]);
 }
 
+// Only a baseline shows that a sensor is not unlisted for a while.
+TEST_F(SensorChanges, ReportOnceThatTheBaselineHasMoreSensors) {
+    const std::string fewer = of + "reports fewer sensors: fan (0 of 1)\n";
+    const std::string fault = of + "q5_getEnclosureStatus failed with result 1\n";
+    const std::vector<std::string> words = {"--changes", kept, "--baseline", before};
+    const Json all = enclosure()["sensors"];
+    expect(words, 0, "");
+    enclosure()["sensors"].erase(0);
+    expect(words, 1, "warning: " + fewer);
+    expect(words, 1, "");
+    expectNothing(0);
+    refuse("q5_getEnclosureStatus");
+    expectChanges(3, "unknown: " + fault);
+    expect(words, 3, "");
+    refuseNothing();
+    expect(words, 1, "info: no longer: " + fault);
+    enclosure()["sensors"] = all;
+    expect(words, 0, "info: no longer: " + fewer);
+    expect(words, 0, "");
+}
+
 // Another enclosure has sensors of its own.
 TEST_F(SensorChanges, DoNotKeepTheSensorsOfAnEnclosureThatWasReplaced) {
     sensor(0)["reading"] = 0;

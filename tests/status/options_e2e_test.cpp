@@ -174,6 +174,21 @@ TEST_F(StatusOptions, PipesAreWrittenInPlace) {
     EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
+TEST_F(StatusOptions, PipesWithoutAReaderAreRefused) {
+    const std::string pipe = session.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string option : {"--metrics=", "--page="})
+        EXPECT_EQ(
+            session.run({option + pipe}),
+            (ProcessOutcome{3, "", "cli-status: cannot write " + pipe + ": no program reads this pipe\n"}));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+TEST_F(StatusOptions, StandardOutputCanBeNamed) {
+    EXPECT_EQ(session.run({"--metrics=/dev/stdout"}),
+              (ProcessOutcome{0, readFile(STATUS_SOURCES "/healthy.expected.prom"), ""}));
+}
+
 TEST_F(StatusOptions, ColorIsForTerminalsWithoutNoColor) {
     world["controllers"][0]["drives"][0]["smartFailure"] = true;
     session.useWorld(world.dump());

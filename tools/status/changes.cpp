@@ -84,9 +84,9 @@ static bool isUncheckedRule(const Finding& finding) {
     return std::string_view(finding.rule->id) == "baseline-unchecked";
 }
 
-static bool isOfBaseline(const Rule& rule) {
+static bool isOfBaseline(const Finding& finding) {
     const std::span<const Rule> all = baselineRules();
-    return std::any_of(all.begin(), all.end(), [&](const Rule& each) { return &each == &rule; });
+    return std::any_of(all.begin(), all.end(), [&](const Rule& each) { return &each == finding.rule; });
 }
 
 // Whether the present run cannot check the object of the baseline.
@@ -107,7 +107,7 @@ static bool mayBeHidden(const Comparison& both, const Finding& wanted) {
     if (wanted.object.kind == ObjectKind::battery)
         return wanted.rule->severity != Severity::unknown &&
                batteryState(*controller) > kBatteryReconditioning;
-    if (!isOfBaseline(*wanted.rule) || isUncheckedRule(wanted) || isMissingController(wanted))
+    if (!isOfBaseline(wanted) || isUncheckedRule(wanted) || isMissingController(wanted))
         return false;
     return wanted.object.kind == ObjectKind::controller ? !hasAllDrives(*controller) // its spares
                                                         : isUnchecked(both, wanted.object);
@@ -166,7 +166,7 @@ static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, c
         return evaluate(earlier, limits, baseline);
     Findings findings = *saved;
     std::erase_if(findings, [&](const Finding& each) {
-        return isMissingController(each) || (baseline == nullptr && isOfBaseline(*each.rule));
+        return isMissingController(each) || (baseline == nullptr && isOfBaseline(each));
     });
     return findings;
 }
@@ -196,7 +196,7 @@ static Findings knownFindings(const Comparison& both, const Findings& saved, con
         if (!persists(both.after, each) && mayBeHidden(both, each))
             findings.push_back(each);
     for (const Finding& each : saved)
-        if (baseline == nullptr && isOfBaseline(*each.rule) && !isMissingController(each))
+        if (baseline == nullptr && isOfBaseline(each) && !isMissingController(each))
             findings.push_back(each);
     return findings;
 }
@@ -218,10 +218,12 @@ Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& 
     }
     Snapshot known = now;
     keepUnread(*earlier, &known);
-    const Findings kept = saved != nullptr ? *saved : combinedFindings(*earlier, limits);
+    const Findings kept = saved != nullptr ? *saved : combinedFindings(*earlier, limits, baseline);
     const Findings missing = missingOf(kept, baseline);
-    Findings combined = combinedFindings(now, limits);
+    Findings combined = combinedFindings(now, limits, baseline);
     carryCombined(kept, now, &combined);
+    if (baseline == nullptr)
+        std::erase_if(combined, isOfBaseline);
     const Comparison both = {
         *earlier, known, withMissing(earlierFindings(*earlier, limits, baseline, saved), missing),
         withMissing(findingsOf(known, limits, baseline, combined), now.faults.empty() ? Findings{} : missing),

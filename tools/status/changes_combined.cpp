@@ -7,11 +7,10 @@
 #include "tools/status/facts.h"
 #include "tools/status/rules.h"
 
-// A rule, what its findings are about, and whether all that it combines was read.
+// A rule, and whether all that it combines was read; the object of a host is that of each controller.
 struct Combined {
     std::string_view id;
-    ObjectKind kind;
-    bool (*isRead)(const Controller& controller, const Object& object); // of a host: of each controller
+    bool (*isRead)(const Controller& controller, const Object& object);
 };
 
 static bool areDrivesCounted(const Controller& controller, const Object&) {
@@ -35,6 +34,11 @@ static bool isCacheRead(const Controller& controller, const Object& object) {
     return controller.battery && isArrayRead(controller, object) && (drive == nullptr || drive->settings);
 }
 
+static bool areSensorsRead(const Controller& controller, const Object& object) {
+    const Enclosure* enclosure = findEnclosure(controller, object.number);
+    return enclosure != nullptr ? enclosure->status.has_value() : hasAllEnclosures(controller);
+}
+
 static bool isFirmwareRead(const Controller& controller, const Object&) {
     return controller.version.has_value();
 }
@@ -44,13 +48,14 @@ static bool isDriverRead(const Controller& controller, const Object&) {
 }
 
 static constexpr Combined kCombined[] = {
-    {"drive-count", ObjectKind::controller, areDrivesCounted},
-    {"array-count", ObjectKind::controller, areArraysCounted},
-    {"no-spare", ObjectKind::logicalDrive, areSparesRead},
-    {"no-replacement", ObjectKind::logicalDrive, areSparesRead},
-    {"write-back-unprotected", ObjectKind::logicalDrive, isCacheRead},
-    {"firmware-differs", ObjectKind::host, isFirmwareRead},
-    {"driver-differs", ObjectKind::host, isDriverRead},
+    {"drive-count", areDrivesCounted},
+    {"array-count", areArraysCounted},
+    {"no-spare", areSparesRead},
+    {"no-replacement", areSparesRead},
+    {"write-back-unprotected", isCacheRead},
+    {"sensor-missing", areSensorsRead},
+    {"firmware-differs", isFirmwareRead},
+    {"driver-differs", isDriverRead},
 };
 
 static const Combined* findCombined(std::string_view id) {
@@ -69,8 +74,8 @@ bool isCombinedRead(const Controller& controller, const Finding& finding) {
     return combined == nullptr || combined->isRead(controller, finding.object);
 }
 
-Findings combinedFindings(const Snapshot& snapshot, const Limits& limits) {
-    Findings findings = evaluate(snapshot, limits, nullptr);
+Findings combinedFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
+    Findings findings = evaluate(snapshot, limits, baseline);
     std::erase_if(findings, [](const Finding& finding) { return !isCombined(finding); });
     return findings;
 }

@@ -1,6 +1,7 @@
-// Findings that combine what several operations report: a count with its list, spares with logical drives.
-// They are judged only by what one run has read. The state that is kept for the next run mixes the facts of
-// several runs, so that its file keeps these findings themselves.
+// Findings that combine what several operations report: a count with its list, spares with logical drives;
+// and sensors with a baseline, since those that are no longer listed are completed. They are judged only by
+// what one run has read. The state that is kept for the next run mixes the facts of several runs, so that its
+// file keeps these findings themselves.
 #pragma once
 
 #include "snapshot/snapshot.h"
@@ -13,7 +14,7 @@ bool isCombined(const Finding& finding);
 bool isCombinedRead(const Controller& controller, const Finding& finding);
 
 // Those of a snapshot as it was read.
-Findings combinedFindings(const Snapshot& snapshot, const Limits& limits);
+Findings combinedFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
 
 // Adds to the present findings the earlier ones that the present run does not disprove: it did not read all
 // that they combine. They replace what it shows of the same problems. now is the present run as it was read.

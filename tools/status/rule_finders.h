@@ -47,13 +47,6 @@ void findArrayCountDifferences(Evaluation* evaluation);
 // rules_baseline.cpp
 void findMissingControllers(Evaluation* evaluation);
 void findNewControllers(Evaluation* evaluation);
-void findMissingDrives(Evaluation* evaluation);
-void findNewDrives(Evaluation* evaluation);
-void findReplacedDrives(Evaluation* evaluation);
-void findMovedDrives(Evaluation* evaluation);
-void findMissingSpares(Evaluation* evaluation);
-void findNewSpares(Evaluation* evaluation);
-void findMovedSpares(Evaluation* evaluation);
 void findMissingArrays(Evaluation* evaluation);
 void findNewArrays(Evaluation* evaluation);
 void findChangedArrays(Evaluation* evaluation);
@@ -61,6 +54,18 @@ void findMovedArrays(Evaluation* evaluation);
 void findMissingEnclosures(Evaluation* evaluation);
 void findNewEnclosures(Evaluation* evaluation);
 void findReplacedEnclosures(Evaluation* evaluation);
+void findMissingSensors(Evaluation* evaluation);
 void findMissingBatteries(Evaluation* evaluation);
-void findUncheckedObjects(Evaluation* evaluation);
 void findNewBatteries(Evaluation* evaluation);
+
+// rules_baseline_drives.cpp
+void findMissingDrives(Evaluation* evaluation);
+void findNewDrives(Evaluation* evaluation);
+void findReplacedDrives(Evaluation* evaluation);
+void findMovedDrives(Evaluation* evaluation);
+void findMissingSpares(Evaluation* evaluation);
+void findNewSpares(Evaluation* evaluation);
+void findMovedSpares(Evaluation* evaluation);
+
+// rules_baseline_unchecked.cpp
+void findUncheckedObjects(Evaluation* evaluation);

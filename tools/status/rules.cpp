@@ -68,6 +68,8 @@ static constexpr Rule kBaselineRules[] = {
     {"drive-missing", Severity::warning, "a drive is missing", "Baseline", findMissingDrives},
     {"spare-missing", Severity::warning, "a controller has fewer spares", "Baseline", findMissingSpares},
     {"enclosure-missing", Severity::warning, "an enclosure is missing", "Baseline", findMissingEnclosures},
+    {"sensor-missing", Severity::warning, "an enclosure reports fewer sensors", "Baseline",
+     findMissingSensors},
     {"battery-missing", Severity::warning, "a battery is missing", "Baseline", findMissingBatteries},
     {"baseline-unchecked", Severity::unknown, "objects of the baseline may be in a part that cannot be read",
      "Unreadable", findUncheckedObjects},
