@@ -40,7 +40,7 @@ static const WorldCase worldCases[] = {
      "all well: 1 controller, 8 drives, 0 logical drives\n",
      "SATARAID OK: all well: 1 controller, 8 drives, 0 logical drives | critical=0;;;0 warning=0;;;0 "
      "unknown=0;;;0 controllers=1;;;0 drives=8;;;0 logical_drives=0;;;0 lost_members=0;;;0 "
-     "c0_e0_temperature=35;50;60 c0_e1_temperature=28;50;60"},
+     "c0_e0_temperature=35;@50:;@60: c0_e1_temperature=28;@50:;@60:"},
     {"simulator/worlds/degraded.json", 2,
      "controller 0: 10 drives, 3 logical drives, 0 enclosures, no battery\n"
      "critical: logical drive 2 offline of controller 0: offline: its data cannot be reached (RAID0)\n"
@@ -76,7 +76,7 @@ static const WorldCase worldCases[] = {
      "all well: 1 controller, 3 drives, 1 logical drive\n",
      "SATARAID OK: all well: 1 controller, 3 drives, 1 logical drive | critical=0;;;0 warning=0;;;0 "
      "unknown=0;;;0 controllers=1;;;0 drives=3;;;0 logical_drives=1;;;0 lost_members=0;;;0 "
-     "c0_battery_temperature=-0.5;45;60"},
+     "c0_battery_temperature=-0.5;@45:;@60:"},
     {"simulator/worlds/empty.json", 3,
      "unknown: this host: no controller is found\n"
      "1 problem, unknown\n",
@@ -90,7 +90,7 @@ static const WorldCase worldCases[] = {
      "all well: 2 controllers, 4 drives, 1 logical drive\n",
      "SATARAID OK: all well: 2 controllers, 4 drives, 1 logical drive | critical=0;;;0 warning=0;;;0 "
      "unknown=0;;;0 controllers=2;;;0 drives=4;;;0 logical_drives=1;;;0 lost_members=0;;;0 "
-     "c0_battery_temperature=30.0;45;60"},
+     "c0_battery_temperature=30.0;@45:;@60:"},
     {"e2e/worlds/drives_and_boxes.json", 2,
      "controller 0: 5 drives, 2 logical drives, 6 enclosures, battery discharging\n"
      "controller 1: 1 drive, 0 logical drives, 0 enclosures, no battery\n"
@@ -107,7 +107,7 @@ static const WorldCase worldCases[] = {
      "7 problems, 1 of them critical\n",
      "SATARAID CRITICAL: 7 problems, 1 of them critical | critical=1;;;0 warning=6;;;0 unknown=0;;;0 "
      "controllers=2;;;0 drives=6;;;0 logical_drives=2;;;0 lost_members=1;;;0 "
-     "c0_battery_temperature=40.1;45;60 c0_e0_temperature=36;50;60 c0_e1_temperature=40;50;60"},
+     "c0_battery_temperature=40.1;@45:;@60: c0_e0_temperature=36;@50:;@60: c0_e1_temperature=40;@50:;@60:"},
     {"e2e/worlds/eight_drives.json", 0,
      "controller 0: 8 drives, 0 logical drives, 0 enclosures, no battery\n"
      "all well: 1 controller, 8 drives, 0 logical drives\n",

@@ -68,8 +68,9 @@ static std::string totals(const Report& report) {
            count("logical_drives", logicalDrives) + count("lost_members", lost);
 }
 
-static std::string between(int warning, int critical) {
-    return joined({";", std::to_string(warning), ";", std::to_string(critical)});
+// Ranges that alert from the limit on, like the rules: "45" would alert below 0, and not at 45 itself.
+static std::string alertsFrom(int warning, int critical) {
+    return joined({";@", std::to_string(warning), ":;@", std::to_string(critical), ":"});
 }
 
 // The hottest sensor of an enclosure.
@@ -83,7 +84,7 @@ static std::string enclosureItem(const Report& report, const Controller& control
     if (!hottest)
         return "";
     return item(prefix(controller, "e", enclosure.id) + "temperature", std::to_string(*hottest),
-                between(report.limits.enclosureWarmCelsius, report.limits.enclosureHotCelsius));
+                alertsFrom(report.limits.enclosureWarmCelsius, report.limits.enclosureHotCelsius));
 }
 
 static std::string activityItems(const Controller& controller, const LogicalDrive& drive) {
@@ -102,7 +103,7 @@ static std::string controllerItems(const Report& report, const Controller& contr
     if (hasBattery(controller) && controller.battery->temperature != 0)
         items += item(prefix(controller) + "battery_temperature",
                       decimal(batteryTenthsCelsius(*controller.battery), 1),
-                      between(report.limits.batteryWarmCelsius, report.limits.batteryHotCelsius));
+                      alertsFrom(report.limits.batteryWarmCelsius, report.limits.batteryHotCelsius));
     for (const Enclosure& enclosure : controller.enclosures)
         items += enclosureItem(report, controller, enclosure);
     for (const LogicalDrive& drive : controller.logicalDrives)
