@@ -16,24 +16,27 @@ static const std::string kSpareGone =
 static const std::string kOffline =
     "critical: drive 1 of controller 0 lost; drive 2 of controller 0 lost; logical drive 0 Data is offline\n";
 
-TEST_F(Changes, ReportALogicalDriveThatWentOfflineAfterARefusedListing) {
+// It goes offline while the logical drives cannot be listed.
+struct RefusedListing : Changes {
+    void expectOfflineAfterwards() {
+        const std::string fault = "controller 0: q5_getLogDrvInfo failed with result 1\n";
+        refuse("q5_getLogDrvInfo");
+        expectChanges(3, "unknown: " + fault);
+        refuseNothing();
+        controller()["drives"][0]["failed"] = true;
+        controller()["drives"][1]["failed"] = true;
+        expectChanges(2, kOffline + "info: no longer: " + fault);
+        expectChanges(2, "");
+    }
+};
+
+TEST_F(RefusedListing, DoesNotHideThatALogicalDriveWentOffline) {
     expectChanges(0, "");
-    refuse("q5_getLogDrvInfo");
-    expectChanges(3, "unknown: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    refuseNothing();
-    controller()["drives"][0]["failed"] = true;
-    controller()["drives"][1]["failed"] = true;
-    expectChanges(2, kOffline + "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    expectChanges(2, "");
+    expectOfflineAfterwards();
 }
 
-TEST_F(Changes, ReportAnOfflineLogicalDriveThatWasNeverListedBefore) {
-    refuse("q5_getLogDrvInfo");
-    expectChanges(3, "unknown: controller 0: q5_getLogDrvInfo failed with result 1\n");
-    refuseNothing();
-    controller()["drives"][0]["failed"] = true;
-    controller()["drives"][1]["failed"] = true;
-    expectChanges(2, kOffline + "info: no longer: controller 0: q5_getLogDrvInfo failed with result 1\n");
+TEST_F(RefusedListing, DoesNotHideAnOfflineLogicalDriveThatWasNeverListed) {
+    expectOfflineAfterwards();
 }
 
 TEST_F(Changes, ReportTheLogicalDrivesOfAControllerThatWasNotChosenBefore) {
