@@ -40,6 +40,65 @@ TEST_F(Changes, DoNotCallAReadingThatGotWorseResolved) {
                      "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.400 V\n");
 }
 
+// A reading is back when it has left its limit by more than a margin.
+
+TEST_F(Changes, DoNotFollowATemperatureAroundItsLimit) {
+    Json& temperature = controller()["battery"]["temperatureTenths"];
+    temperature = 460;
+    expectChanges(1, "warning: battery of controller 0: is at 46.0 degrees Celsius\n");
+    temperature = 445;
+    expectChanges(0, "");
+    temperature = 451;
+    expectChanges(1, "");
+    temperature = 430;
+    expectChanges(0, "");
+    expectChanges(0, "");
+    temperature = 429;
+    expectChanges(0, "info: no longer: battery of controller 0: is at 45.1 degrees Celsius\n");
+    temperature = 450;
+    expectChanges(1, "warning: battery of controller 0: is at 45.0 degrees Celsius\n");
+}
+
+TEST_F(Changes, DoNotFollowATemperatureAroundItsHigherLimit) {
+    Json& temperature = controller()["battery"]["temperatureTenths"];
+    temperature = 600;
+    expectChanges(2, "critical: battery of controller 0: is at 60.0 degrees Celsius\n");
+    temperature = 590;
+    expectChanges(1, "");
+    temperature = 601;
+    expectChanges(2, "");
+    temperature = 580;
+    expectChanges(1, "");
+    temperature = 579;
+    expectChanges(1, "warning: battery of controller 0: is at 57.9 degrees Celsius\n"
+                     "info: no longer: battery of controller 0: is at 60.1 degrees Celsius\n");
+}
+
+TEST_F(Changes, DoNotFollowAVoltageAroundItsLimit) {
+    Json& voltage = controller()["enclosures"][0]["sensors"][2]["reading"];
+    voltage = 4705;
+    expectChanges(1, "warning: enclosure 0 of controller 0: 5 V rail is at 4.700 V\n");
+    voltage = 4805; // 4.800 V: 4 percent
+    expectChanges(0, "");
+    voltage = 4755;
+    expectChanges(1, "");
+    voltage = 4806;
+    expectChanges(0, "info: no longer: enclosure 0 of controller 0: 5 V rail is at 4.750 V\n");
+}
+
+TEST_F(Changes, DoNotFollowAFanAroundItsLimit) {
+    const std::string limits = session.path("limits");
+    writeFile(limits, "fan-stopped = 1000\n");
+    const std::vector<std::string> words = {"--changes", kept, "--limits", limits};
+    Json& speed = controller()["enclosures"][0]["sensors"][0]["reading"];
+    speed = 1040;
+    expect(words, 2, "critical: enclosure 0 of controller 0: fan 1 has stopped (1000 rpm)\n");
+    speed = 1140;
+    expect(words, 0, "");
+    speed = 1141;
+    expect(words, 0, "info: no longer: enclosure 0 of controller 0: fan 1 has stopped (1000 rpm)\n");
+}
+
 TEST_F(Changes, ReportEveryOperationThatFails) {
     const Json battery = {{"kind", "refuse"}, {"operation", "q5_getBatteryInfo"}};
     const Json list = {{"kind", "refuse"}, {"operation", "q5_getLogDrvInfo"}};

@@ -159,6 +159,22 @@ static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const
     return findings;
 }
 
+// A reading near its limit is the problem that it was before, not a lesser one.
+static Findings withLingering(Findings after, const Findings& before, const Findings& near) {
+    Findings lingering;
+    for (const Finding& each : before)
+        if (!each.parts.empty() && !persists(after, each) && persists(near, each))
+            lingering.push_back(each);
+    std::erase_if(after, [&](const Finding& lesser) {
+        return std::any_of(lingering.begin(), lingering.end(), [&](const Finding& each) {
+            return concernSame(each, lesser) && isWorse(each.rule->severity, lesser.rule->severity);
+        });
+    });
+    after.insert(after.end(), lingering.begin(), lingering.end());
+    sortFindings(&after);
+    return after;
+}
+
 // What was reported before. A run without a baseline says nothing about the differences from one.
 static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, const Snapshot* baseline,
                                 const Findings* saved) {
@@ -224,10 +240,12 @@ Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& 
     carryCombined(kept, now, &combined);
     if (baseline == nullptr)
         std::erase_if(combined, isOfBaseline);
-    const Comparison both = {
-        *earlier, known, withMissing(earlierFindings(*earlier, limits, baseline, saved), missing),
-        withMissing(findingsOf(known, limits, baseline, combined), now.faults.empty() ? Findings{} : missing),
-        differencesOf(*earlier, kept, now, known)};
+    const Findings before = withMissing(earlierFindings(*earlier, limits, baseline, saved), missing);
+    const Findings after =
+        withMissing(findingsOf(known, limits, baseline, combined), now.faults.empty() ? Findings{} : missing);
+    const Findings near = evaluate(known, withMargins(limits), nullptr);
+    const Comparison both = {*earlier, known, before, withLingering(after, before, near),
+                             differencesOf(*earlier, kept, now, known)};
     return {linesOf(both), knownFindings(both, kept, baseline)};
 }
 

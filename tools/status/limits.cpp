@@ -1,6 +1,7 @@
 // Reading the limits file.
 #include "tools/status/limits.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "snapshot/text.h"
@@ -41,6 +42,12 @@ static std::string applyLine(std::string_view line, Limits* limits) {
     if (equals == std::string_view::npos)
         return std::string(row->key) + " lacks \"= NUMBER\"";
     return applyValue(*row, withoutBlanks(line.substr(equals + 1)), limits);
+}
+
+Limits withMargins(Limits limits) {
+    for (const LimitRow& row : kLimitRows)
+        limits.*row.value = std::clamp(limits.*row.value + row.margin, row.min, row.max);
+    return limits;
 }
 
 std::string applyLimits(std::string_view text, Limits* limits) {

@@ -15,24 +15,29 @@ struct Limits {
     int fanStoppedRpm = 0; // a fan at this speed or below has stopped
 };
 
-// One threshold: its key in the file, where it is kept, its unit and what may be set.
+// One threshold: its key in the file, where it is kept, its unit and what may be set. margin: added to it for
+// a reading that was a problem before, so that one that swings around it is not reported each time.
 struct LimitRow {
     const char* key;
     int Limits::*value;
     const char* unit;
     int min, max;
+    int margin;
 };
 
 inline constexpr LimitRow kLimitRows[] = {
-    {"patrol-errors", &Limits::patrolErrors, "errors", 0, 65535},
-    {"battery-warm", &Limits::batteryWarmCelsius, "degrees Celsius", -40, 200},
-    {"battery-hot", &Limits::batteryHotCelsius, "degrees Celsius", -40, 200},
-    {"enclosure-warm", &Limits::enclosureWarmCelsius, "degrees Celsius", -40, 200},
-    {"enclosure-hot", &Limits::enclosureHotCelsius, "degrees Celsius", -40, 200},
-    {"voltage-warning", &Limits::voltageWarningPercent, "percent", 1, 100},
-    {"voltage-critical", &Limits::voltageCriticalPercent, "percent", 1, 100},
-    {"fan-stopped", &Limits::fanStoppedRpm, "revolutions per minute", 0, 100000},
+    {"patrol-errors", &Limits::patrolErrors, "errors", 0, 65535, 0},
+    {"battery-warm", &Limits::batteryWarmCelsius, "degrees Celsius", -40, 200, -2},
+    {"battery-hot", &Limits::batteryHotCelsius, "degrees Celsius", -40, 200, -2},
+    {"enclosure-warm", &Limits::enclosureWarmCelsius, "degrees Celsius", -40, 200, -2},
+    {"enclosure-hot", &Limits::enclosureHotCelsius, "degrees Celsius", -40, 200, -2},
+    {"voltage-warning", &Limits::voltageWarningPercent, "percent", 1, 100, -1},
+    {"voltage-critical", &Limits::voltageCriticalPercent, "percent", 1, 100, -1},
+    {"fan-stopped", &Limits::fanStoppedRpm, "revolutions per minute", 0, 100000, 100},
 };
+
+// The limits with their margins, as far as they can be set.
+Limits withMargins(Limits limits);
 
 // Applies the text of a limits file: lines "key = number", blank lines, and comments from "#" on.
 // Returns an error message with the line number, empty on success.
