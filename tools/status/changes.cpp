@@ -249,7 +249,35 @@ Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& 
     return {linesOf(both), knownFindings(both, kept, baseline)};
 }
 
+static bool isAboutNumbers(const Finding& finding) {
+    const std::string_view id = finding.rule->id;
+    return id == "former-controller-missing" || id == "controller-renumbered";
+}
+
+Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved) {
+    const std::optional<Renumbering> renumbering = findRenumbering(*earlier, now);
+    if (!renumbering)
+        return {};
+    Findings differences = compare(now, *earlier);
+    std::erase_if(differences, [](const Finding& each) { return !isAboutNumbers(each); });
+    *saved = inPresentNumbers(*renumbering, *saved);
+    *earlier = renumbering->earlier;
+    return findingLines(differences);
+}
+
+void addLines(const Lines& added, Lines* lines) {
+    for (const Line& line : added)
+        if (!hasText(*lines, line.text))
+            lines->push_back(line);
+}
+
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline) {
-    return findChanges(earlier, now, limits, baseline, nullptr).lines;
+    if (earlier == nullptr)
+        return findChanges(nullptr, now, limits, baseline, nullptr).lines;
+    Snapshot followed = *earlier;
+    Findings none;
+    Lines lines = followNumbers(now, &followed, &none);
+    addLines(findChanges(&followed, now, limits, baseline, nullptr).lines, &lines);
+    return lines;
 }

@@ -32,6 +32,13 @@ struct Changes {
 Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                     const Snapshot* baseline, const Findings* saved);
 
+// Gives the earlier state and its findings the present numbers of the controllers. Returns which have
+// changed.
+Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved);
+
+// Adds the lines that are not there yet.
+void addLines(const Lines& added, Lines* lines);
+
 // A line for each finding.
 Lines findingLines(const Findings& findings);
 

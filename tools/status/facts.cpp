@@ -59,6 +59,10 @@ std::int32_t batteryTenthsCelsius(const BatteryInfo& battery) {
     return battery.temperature - zeroCelsius;
 }
 
+std::string_view serialOf(const Drive& drive) {
+    return trimmed(fieldText(drive.info.serial));
+}
+
 std::string knownText(std::string_view field) {
     const std::string_view text = trimmed(field);
     return text.empty() ? "unknown" : std::string(text);
@@ -88,15 +92,19 @@ static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
     });
 }
 
+static bool isMember(const LogicalDrive& array, const Drive& drive) {
+    return std::any_of(array.members.begin(), array.members.end(),
+                       [&](const Member& member) { return member.number == drive.number; });
+}
+
+// Most extents are no spares: what takes a search comes last.
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
                      std::uint64_t neededSectors) {
     const bool dedicated =
         (extent.assignment & kExtentDedicatedSpare) != 0 && extent.arrayId == array.info.arrayId;
     const bool global = (extent.assignment & kExtentGlobalSpare) != 0;
-    const bool isMember = std::any_of(array.members.begin(), array.members.end(),
-                                      [&](const Member& member) { return member.number == drive.number; });
-    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors && !isMember &&
-           !holdsPartOf(array, drive);
+    return (dedicated || global) && isAccessible(extent) && extent.size >= neededSectors &&
+           !isMember(array, drive) && !holdsPartOf(array, drive);
 }
 
 // The size of each member: the smallest extent of the array in the drives' lists; 0 if there is none.

@@ -47,6 +47,8 @@ void findArrayCountDifferences(Evaluation* evaluation);
 // rules_baseline.cpp
 void findMissingControllers(Evaluation* evaluation);
 void findNewControllers(Evaluation* evaluation);
+void findMissingFormerControllers(Evaluation* evaluation);
+void findRenumberedControllers(Evaluation* evaluation);
 void findMissingArrays(Evaluation* evaluation);
 void findNewArrays(Evaluation* evaluation);
 void findChangedArrays(Evaluation* evaluation);

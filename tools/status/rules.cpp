@@ -64,6 +64,8 @@ static constexpr Rule kRules[] = {
 // These compare with a baseline.
 static constexpr Rule kBaselineRules[] = {
     {"controller-missing", Severity::critical, "a controller is missing", "Baseline", findMissingControllers},
+    {"former-controller-missing", Severity::critical,
+     "a controller is missing, and another one has its number now", "Baseline", findMissingFormerControllers},
     {"array-missing", Severity::critical, "a logical drive is missing", "Baseline", findMissingArrays},
     {"drive-missing", Severity::warning, "a drive is missing", "Baseline", findMissingDrives},
     {"spare-missing", Severity::warning, "a controller has fewer spares", "Baseline", findMissingSpares},
@@ -86,6 +88,8 @@ static constexpr Rule kBaselineRules[] = {
      findReplacedEnclosures},
     {"enclosure-new", Severity::info, "an enclosure is new", "Baseline", findNewEnclosures},
     {"battery-new", Severity::info, "a battery is new", "Baseline", findNewBatteries},
+    {"controller-renumbered", Severity::info, "a controller has another number", "Baseline",
+     findRenumberedControllers},
     {"controller-new", Severity::info, "a controller is new", "Baseline", findNewControllers},
 };
 
@@ -125,21 +129,29 @@ void sortFindings(Findings* findings) {
     });
 }
 
-Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
-    Evaluation evaluation = {snapshot, limits, baseline};
-    apply(kRules, &evaluation);
-    if (baseline != nullptr)
-        apply(kBaselineRules, &evaluation);
+static Findings applyAll(std::initializer_list<std::span<const Rule>> tables, Evaluation evaluation) {
+    std::optional<Renumbering> renumbering;
+    if (evaluation.baseline != nullptr)
+        renumbering = findRenumbering(*evaluation.baseline, evaluation.snapshot);
+    if (renumbering) {
+        evaluation.baseline = &renumbering->earlier;
+        evaluation.renumbering = &*renumbering;
+    }
+    for (const std::span<const Rule> table : tables)
+        apply(table, &evaluation);
     sortFindings(&evaluation.findings);
     return evaluation.findings;
 }
 
+Findings evaluate(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline) {
+    if (baseline == nullptr)
+        return applyAll({kRules}, {snapshot, limits, nullptr});
+    return applyAll({kRules, kBaselineRules}, {snapshot, limits, baseline});
+}
+
 Findings compare(const Snapshot& snapshot, const Snapshot& baseline) {
     const Limits limits;
-    Evaluation evaluation = {snapshot, limits, &baseline};
-    apply(kBaselineRules, &evaluation);
-    sortFindings(&evaluation.findings);
-    return evaluation.findings;
+    return applyAll({kBaselineRules}, {snapshot, limits, &baseline});
 }
 
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,

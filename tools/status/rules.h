@@ -6,12 +6,14 @@
 #include "snapshot/snapshot.h"
 #include "tools/status/finding.h"
 #include "tools/status/limits.h"
+#include "tools/status/renumbered.h"
 
 // What the rules look at, and where their findings go.
 struct Evaluation {
     const Snapshot& snapshot;
     const Limits& limits;
-    const Snapshot* baseline; // an earlier snapshot; nullptr: none
+    const Snapshot* baseline;                 // an earlier snapshot, in the present numbers; nullptr: none
+    const Renumbering* renumbering = nullptr; // if the baseline has other numbers
     const Rule* rule = nullptr;
     Findings findings = {};
 };

@@ -169,7 +169,8 @@ void findMissingControllers(Evaluation* evaluation) {
 static bool isNew(const Snapshot& baseline, std::uint32_t controllerId) {
     if (findController(baseline, controllerId) != nullptr)
         return areGone(baseline);
-    return controllerId >= baseline.controllerCount &&
+    return (controllerId >= baseline.controllerCount ||
+            baseline.controllers.size() == baseline.controllerCount) &&
            (baseline.controllerCount > 0 || baseline.faults.empty());
 }
 
@@ -179,4 +180,25 @@ void findNewControllers(Evaluation* evaluation) {
     for (const Controller& controller : evaluation->snapshot.controllers)
         if (isNew(*evaluation->baseline, controller.id))
             addFinding(evaluation, objectOf(controller), "is new");
+}
+
+// Its logical drives are missing with it; their numbers may belong to others now.
+void findMissingFormerControllers(Evaluation* evaluation) {
+    if (evaluation->renumbering == nullptr)
+        return;
+    for (const Controller& controller : evaluation->renumbering->missing) {
+        const std::string name = "former controller " + std::to_string(controller.id);
+        std::string text = "the " + name + " is missing, with " + counted(controller.drives.size(), "drive");
+        for (const LogicalDrive& drive : controller.logicalDrives)
+            text += ", " + shortObjectText(objectOf(controller, drive));
+        addFindingOf(evaluation, {}, {name}, text);
+    }
+}
+
+void findRenumberedControllers(Evaluation* evaluation) {
+    if (evaluation->renumbering == nullptr)
+        return;
+    for (const NumberChange& change : evaluation->renumbering->changes)
+        addFinding(evaluation, {ObjectKind::controller, change.now, change.now, ""},
+                   "has another number; it was controller " + std::to_string(change.former));
 }

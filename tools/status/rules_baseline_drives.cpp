@@ -6,10 +6,6 @@
 #include "tools/status/rule_finders.h"
 #include "tools/status/rules_baseline.h"
 
-static std::string_view serialOf(const Drive& drive) {
-    return trimmed(fieldText(drive.info.serial));
-}
-
 // Where a drive is. Drives without a serial are identified by their place only.
 struct Place {
     const Controller* controller = nullptr;

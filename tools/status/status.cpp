@@ -115,16 +115,18 @@ static Severity worstLine(const Lines& lines) {
 }
 
 // Prints what changed since the kept state, then keeps the new one. changed: the worst change.
-static std::string reportChanges(const Options& options, const SavedState& saved, const Report& report,
+static std::string reportChanges(const Options& options, SavedState saved, const Report& report,
                                  const Snapshot* baseline, Severity* changed) {
+    Lines lines = followNumbers(report.snapshot, &saved.snapshot, &saved.findings);
     const Snapshot earlier = limitedTo(options, saved.snapshot);
     const bool first = saved.result != StateResult::read;
     const Changes changes =
         findChanges(first ? nullptr : &earlier, report.snapshot, report.limits, baseline, &saved.findings);
-    *changed = worstLine(changes.lines);
-    const std::string problem = writeOutput(options, formatLines(changes.lines, options.quiet));
+    addLines(changes.lines, &lines);
+    *changed = worstLine(lines);
+    const std::string problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
-        sendToSyslog(changes.lines);
+        sendToSyslog(lines);
     if (!problem.empty())
         return problem;
     return keepState(options.changes, saved,

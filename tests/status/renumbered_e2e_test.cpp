@@ -1,0 +1,138 @@
+// cli-status: controllers that have another number than before, because one before them is gone or is new.
+#include "tests/status/history.h"
+
+static std::string isMissing(int number, const std::string& name) {
+    return "critical: this host: the former controller " + std::to_string(number) +
+           " is missing, with 3 drives, logical drive 0 " + name + "\n";
+}
+static std::string wasNumber(int now, int former) {
+    const std::string text = ": has another number; it was controller " + std::to_string(former) + "\n";
+    return "info: controller " + std::to_string(now) + text;
+}
+static const std::string kOneProblem = "1 problem, critical\n";
+
+// Three controllers, each with drives of its own.
+struct Renumbered : Changes {
+    Json three;
+
+    void SetUp() override {
+        Changes::SetUp();
+        add("T", "Second");
+        add("U", "Third");
+        three = world["controllers"];
+        saveBaseline();
+        expectChanges(0, "");
+    }
+    void add(const std::string& serials, const std::string& name) {
+        Json added = controller();
+        int number = 0;
+        for (Json& drive : added["drives"])
+            drive["serial"] = serials + std::to_string(++number);
+        added["logicalDrives"][0]["name"] = name;
+        world["controllers"].push_back(added);
+    }
+    // Without the lines of the controllers.
+    void expectReport(int status, const std::string& output) {
+        session.useWorld(world.dump());
+        const ProcessOutcome outcome = session.run({"--baseline", before});
+        const std::string line = ": 3 drives, 1 logical drive, 1 enclosure, battery fully charged\n";
+        std::string expected;
+        for (std::size_t i = 0; i < world["controllers"].size(); ++i)
+            expected += "controller " + std::to_string(i) + line;
+        EXPECT_EQ(outcome.status, status);
+        EXPECT_EQ(outcome.out, expected + output);
+    }
+    void remove(std::size_t number) { world["controllers"].erase(number); }
+    void restore() { world["controllers"] = three; }
+};
+
+TEST_F(Renumbered, FirstControllerIsMissing) {
+    remove(0);
+    expectFindings(2, isMissing(0, "Data"));
+    expectReport(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2) + kOneProblem);
+    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2));
+    expectChanges(0, "");
+}
+
+TEST_F(Renumbered, MiddleControllerIsMissing) {
+    remove(1);
+    expectReport(2, isMissing(1, "Second") + wasNumber(1, 2) + kOneProblem);
+    expectChanges(2, isMissing(1, "Second") + wasNumber(1, 2));
+    expectChanges(0, "");
+}
+
+// No other has its number.
+TEST_F(Renumbered, LastControllerIsMissing) {
+    remove(2);
+    expectReport(2, "critical: controller 2: is missing\n" + kOneProblem);
+    expectChanges(2, "critical: controller 2: is missing\n");
+    expectChanges(0, "");
+}
+
+// A problem of a controller that has another number is neither new nor resolved.
+TEST_F(Renumbered, FindingsFollow) {
+    world["controllers"][2]["drives"][2]["smartFailure"] = true;
+    three = world["controllers"];
+    expectChanges(1, "warning: drive 3 of controller 2: predicts its failure (SMART); channel 2, enclosure "
+                     "0, serial U3\n");
+    remove(0);
+    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2));
+    restore();
+    expectChanges(1, wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n");
+}
+
+TEST_F(Renumbered, ControllerIsBack) {
+    remove(0);
+    expect({"--changes", kept, "--baseline", before}, 2,
+           isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2));
+    expect({"--changes", kept, "--baseline", before}, 2, "");
+    restore();
+    expect({"--changes", kept, "--baseline", before}, 0,
+           wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n" +
+               "info: no longer: this host: the former controller 0 is missing, with 3 drives, logical "
+               "drive 0 Data\n" +
+               "info: no longer: controller 0: has another number; it was controller 1\n" +
+               "info: no longer: controller 1: has another number; it was controller 2\n");
+    expect({"--changes", kept, "--baseline", before}, 0, "");
+}
+
+TEST_F(Renumbered, NewControllerIsFirst) {
+    Json all = world["controllers"];
+    add("V", "Fourth");
+    Json added = world["controllers"][3];
+    world["controllers"] = all;
+    world["controllers"].insert(world["controllers"].begin(), added);
+    expectReport(0, wasNumber(1, 0) + wasNumber(2, 1) + wasNumber(3, 2) + "info: controller 0: is new\n" +
+                        "all well: 4 controllers, 12 drives, 4 logical drives\n");
+}
+
+// A replaced drive, or one that was moved, does not hide which controller it is.
+TEST_F(Renumbered, MostDrivesDecide) {
+    remove(0);
+    world["controllers"][0]["drives"][0]["serial"] = "X1";
+    expectReport(2, isMissing(0, "Data") +
+                        "info: drive 1 of controller 0: was replaced; serial T1 is now X1\n" +
+                        wasNumber(0, 1) + wasNumber(1, 2) + kOneProblem);
+}
+
+// Drives without a serial, or a list that is short, identify nothing.
+TEST_F(Renumbered, UnknownDrivesAreNotFollowed) {
+    for (Json& each : three)
+        for (Json& drive : each["drives"])
+            drive["serial"] = "";
+    restore();
+    saveBaseline();
+    remove(0);
+    expectFindings(2, "critical: controller 2: is missing\n");
+}
+
+// As many controllers as before: drives may have been moved between them.
+TEST_F(Renumbered, SwappedControllersHaveMovedDrives) {
+    remove(2);
+    saveBaseline();
+    std::swap(world["controllers"][0], world["controllers"][1]);
+    session.useWorld(world.dump());
+    const std::string out = session.run({"--baseline", before}).out;
+    EXPECT_EQ(out.find("another number"), std::string::npos);
+    EXPECT_NE(out.find("drive 1 of controller 0: has moved to drive 1 of controller 1"), std::string::npos);
+}

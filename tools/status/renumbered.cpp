@@ -1,0 +1,118 @@
+// Controllers that have another number than in an earlier snapshot.
+#include "tools/status/renumbered.h"
+
+#include <algorithm>
+
+#include "tools/status/facts.h"
+#include "tools/status/rules.h"
+
+static bool hasSerial(const Controller& controller, std::string_view serial) {
+    return std::any_of(controller.drives.begin(), controller.drives.end(),
+                       [&](const Drive& drive) { return serialOf(drive) == serial; });
+}
+
+static std::ptrdiff_t countShared(const Controller& one, const Controller& other) {
+    return std::count_if(one.drives.begin(), one.drives.end(), [&](const Drive& drive) {
+        return !serialOf(drive).empty() && hasSerial(other, serialOf(drive));
+    });
+}
+
+// The controller that has most of the drives; nullptr if none has any.
+static const Controller* findByDrives(const Snapshot& snapshot, const Controller& wanted) {
+    const Controller* best = nullptr;
+    std::ptrdiff_t most = 0;
+    for (const Controller& each : snapshot.controllers) {
+        const std::ptrdiff_t shared = countShared(wanted, each);
+        if (shared > most || (shared > 0 && shared == most && each.id == wanted.id)) {
+            best = &each;
+            most = shared;
+        }
+    }
+    return best;
+}
+
+// Each has most of the drives of the other.
+static const Controller* findSame(const Snapshot& earlier, const Snapshot& now, const Controller& wanted) {
+    const Controller* found = findByDrives(now, wanted);
+    return found != nullptr && findByDrives(earlier, *found) == &wanted ? found : nullptr;
+}
+
+static bool isComplete(const Snapshot& snapshot) {
+    return snapshot.faults.empty() && snapshot.controllers.size() == snapshot.controllerCount &&
+           std::all_of(snapshot.controllers.begin(), snapshot.controllers.end(), hasAllDrives);
+}
+
+static bool isNowAnother(const Renumbering& renumbering, std::uint32_t id) {
+    return std::any_of(renumbering.changes.begin(), renumbering.changes.end(),
+                       [&](const NumberChange& change) { return change.now == id; });
+}
+
+static bool isMissing(const Renumbering& renumbering, std::uint32_t id) {
+    return std::any_of(renumbering.missing.begin(), renumbering.missing.end(),
+                       [&](const Controller& each) { return each.id == id; });
+}
+
+// The number itself if the controller has kept it.
+static std::uint32_t presentNumber(const Renumbering& renumbering, std::uint32_t former) {
+    for (const NumberChange& change : renumbering.changes)
+        if (change.former == former)
+            return change.now;
+    return former;
+}
+
+static bool hasMoved(const Renumbering& renumbering, std::uint32_t former) {
+    return presentNumber(renumbering, former) != former;
+}
+
+static Snapshot inPresentNumbers(const Renumbering& renumbering, Snapshot snapshot) {
+    std::erase_if(snapshot.controllers,
+                  [&](const Controller& each) { return isMissing(renumbering, each.id); });
+    for (Controller& each : snapshot.controllers)
+        each.id = presentNumber(renumbering, each.id);
+    std::sort(snapshot.controllers.begin(), snapshot.controllers.end(),
+              [](const Controller& left, const Controller& right) { return left.id < right.id; });
+    snapshot.controllerCount = static_cast<std::uint32_t>(snapshot.controllers.size());
+    return snapshot;
+}
+
+std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapshot& now) {
+    if (!isComplete(earlier) || !isComplete(now) || earlier.controllerCount == now.controllerCount)
+        return std::nullopt;
+    Renumbering renumbering;
+    for (const Controller& each : earlier.controllers)
+        if (const Controller* same = findSame(earlier, now, each); same != nullptr && same->id != each.id)
+            renumbering.changes.push_back({each.id, same->id});
+    if (renumbering.changes.empty())
+        return std::nullopt;
+    for (const Controller& each : earlier.controllers)
+        if (!hasMoved(renumbering, each.id) && isNowAnother(renumbering, each.id))
+            renumbering.missing.push_back(each);
+    renumbering.earlier = inPresentNumbers(renumbering, earlier);
+    return renumbering;
+}
+
+// Another number than that of a baseline is a fact about this number.
+static bool isAboutNumber(const Finding& finding) {
+    return finding.object.kind == ObjectKind::host ||
+           std::string_view(finding.rule->id) == "controller-renumbered";
+}
+
+static Object inPresentNumbers(const Renumbering& renumbering, Object object) {
+    object.controller = presentNumber(renumbering, object.controller);
+    if (object.kind == ObjectKind::controller || object.kind == ObjectKind::battery)
+        object.number = object.controller;
+    return object;
+}
+
+Findings inPresentNumbers(const Renumbering& renumbering, const Findings& findings) {
+    Findings present;
+    for (const Finding& each : findings) {
+        if (isAboutNumber(each))
+            present.push_back(each);
+        else if (!isMissing(renumbering, each.object.controller)) {
+            present.push_back(each);
+            present.back().object = inPresentNumbers(renumbering, each.object);
+        }
+    }
+    return present;
+}
