@@ -122,7 +122,7 @@ static std::string reportChanges(const Options& options, const SavedState& saved
     const Changes changes =
         findChanges(first ? nullptr : &earlier, report.snapshot, report.limits, baseline, &saved.findings);
     *changed = worstLine(changes.lines);
-    const std::string problem = writeOutput(options, formatLines(changes.lines, options.quiet));
+    std::string problem = writeOutput(options, formatLines(changes.lines, options.quiet));
     if (options.syslog)
         sendToSyslog(changes.lines);
     if (!problem.empty())
