@@ -18,6 +18,7 @@
 #include "tools/backup/options.h"
 #include "tools/common/programs.h"
 #include "tools/common/regular_file.h"
+#include "tools/common/standard_streams.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
@@ -236,6 +237,7 @@ static int run(const BackupOptions& options, const char* argument0) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     BackupOptions options;
     const OptionsResult result = readBackupOptions(argc, argv, &options);
     if (result != OptionsResult::run)
