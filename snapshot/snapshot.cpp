@@ -50,6 +50,13 @@ bool isInaccessible(const Drive& drive) {
     });
 }
 
+const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId) {
+    for (const ExtentEntry& extent : extents(drive.info))
+        if (extent.arrayId == arrayId && (extent.assignment & kExtentAssigned) != 0)
+            return &extent;
+    return nullptr;
+}
+
 static Member makeMember(const Controller& controller, std::uint32_t number, bool lost, bool named) {
     Member member;
     member.number = number;

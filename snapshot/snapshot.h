@@ -122,6 +122,9 @@ bool hasFault(const Controller& controller, std::string_view operation);
 // Whether a drive has extents and all of them are inaccessible.
 bool isInaccessible(const Drive& drive);
 
+// The drive's extent that is a member of the array; nullptr: none. Its spares carry the same array ID.
+const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId);
+
 // Fills in the members of a logical drive from its record, its lost mask and the controller's drives.
 void resolveMembers(const Controller& controller, LogicalDrive* drive);
 

@@ -39,7 +39,14 @@ void addRefusal(World& world, const char* operation, const std::string& reason, 
     if (!refusals.empty() && refusals.front().operation == operation && refusals.front().reason == reason)
         return;
     refusals.insert(refusals.begin(), {now, operation, reason});
-    refusals.resize(std::min(refusals.size(), kMaxRefusals));
+    for (; refusals.size() > kMaxRefusals; refusals.pop_back())
+        if (!isQuery(refusals.back()) && world.olderRefusals < UINT32_MAX)
+            world.olderRefusals++;
+}
+
+// Their names begin so.
+bool isQuery(const Refusal& refusal) {
+    return refusal.operation.starts_with("q5_get");
 }
 
 } // namespace q5sim

@@ -16,7 +16,11 @@ bool hasRuleFor(const World& world, const char* operation);
 inline constexpr std::size_t kNoRule = SIZE_MAX;
 std::size_t countCall(World& world, const char* operation);
 
-// Puts a refusal first in the list, unless it repeats the newest one.
+// Whether the operation changes nothing.
+bool isQuery(const Refusal& refusal);
+
+// Puts a refusal first in the list, unless it repeats the newest one. Counts those of changing operations
+// that the list cannot hold.
 void addRefusal(World& world, const char* operation, const std::string& reason, std::int64_t now);
 
 } // namespace q5sim

@@ -30,6 +30,7 @@ public:
         if (const ParsedJson* found = find(key))
             value = static_cast<Number>(wholeNumber(*found, at(key), low, high));
     }
+    void count(const char* key, std::uint32_t& value, std::int64_t high) { number(key, value, 0, high); }
     void flag(const char* key, bool& value) {
         const ParsedJson* found = find(key);
         if (found != nullptr && !found->is_boolean())

@@ -28,6 +28,11 @@ public:
     void number(const char* key, const Number& value, std::int64_t, std::int64_t) {
         json[key] = value;
     }
+    // Left out unless there are any.
+    void count(const char* key, const std::uint32_t& value, std::int64_t) {
+        if (value != 0)
+            json[key] = value;
+    }
     void flag(const char* key, const bool& value) { json[key] = value; }
     // Left out unless it is set.
     void mark(const char* key, const bool& value) {

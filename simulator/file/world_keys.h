@@ -126,6 +126,7 @@ void describe(Io& io, World& world) {
     io.number("speedSince", world.speedSince, 0, kMaxSeconds);
     io.list("rules", world.rules, kMaxRules);
     io.list("refusals", world.refusals, kMaxRefusals);
+    io.count("olderRefusals", world.olderRefusals, kMaxUnsigned32);
     io.notes("assumed", world.assumed, kMaxAssumed, kMaxAssumedLength);
     require(io, "controllers");
     io.list("controllers", world.controllers, kMaxControllers);

@@ -147,6 +147,7 @@ struct World {
     std::int64_t speedSince = 0;  // real time from which speed applies
     std::vector<Rule> rules;
     std::vector<Refusal> refusals;    // newest first
+    std::uint32_t olderRefusals = 0;  // changing operations that were refused before those
     std::vector<std::string> assumed; // what a captured world assumes; informational
     std::vector<Controller> controllers;
     bool operator==(const World&) const = default;

@@ -330,12 +330,17 @@ TEST_F(Backup, FindsCliInItsDirectory) {
     EXPECT_EQ(stems().size(), 1u);
 }
 
-TEST_F(Backup, ReportsAFullStandardOutput) {
-    session.program = "/bin/sh";
-    const ProcessOutcome outcome = session.run(
-        {"-c", "exec \"$0\" \"$@\" >/dev/full", CLI_BACKUP, "-d", "kept", "--cli", E2E_REHEARSAL});
-    EXPECT_EQ(outcome, (ProcessOutcome{1, "", "cli-backup: cannot write to standard output\n"}));
-    EXPECT_EQ(files().size(), 2u);
+TEST_F(Backup, ReportsAFullOrClosedStandardOutput) {
+    for (const char* redirection : {">/dev/full", ">&-"}) {
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        const std::string command = "exec \"$0\" \"$@\" " + std::string(redirection);
+        const ProcessOutcome outcome =
+            runOther("/bin/sh", {"-c", command, CLI_BACKUP, "-d", "kept", "--cli", E2E_REHEARSAL});
+        EXPECT_EQ(outcome, (ProcessOutcome{1, "", "cli-backup: cannot write to standard output\n"}));
+        EXPECT_EQ(files().size(), 2u);
+        EXPECT_EQ(backup(), (ProcessOutcome{0, "unchanged since " + newest() + ".cfg\n", ""}));
+    }
 }
 
 TEST_F(Backup, RefusesWrongCommandLines) {

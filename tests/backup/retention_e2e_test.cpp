@@ -205,8 +205,9 @@ TEST_F(Backup, ReportsSettingsThatCannotBeRead) {
 // The buzzer and the 3 Gb/s setting have operations of their own. An export writes "Off" for an unknown
 // buzzer.
 TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
-    for (const auto& [operation, object] : {std::pair{"q5_getBuzzerStatus", "controller 0"},
-                                            {"q5_getDataTransferSpeed", "drive 1 of controller 0"}}) {
+    for (const auto& [operation, setting] :
+         {std::pair{"q5_getBuzzerStatus", "controller 0: its buzzer setting"},
+          {"q5_getDataTransferSpeed", "drive 1 of controller 0: its 3 Gb/s setting"}}) {
         SCOPED_TRACE(operation);
         std::filesystem::remove_all(kept);
         std::filesystem::create_directory(kept);
@@ -216,7 +217,7 @@ TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
         ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
         const ProcessOutcome outcome = backup({"--keep", "1"});
         EXPECT_EQ(outcome.status, 1);
-        const std::string warning = std::string("warning: ") + object + ": its settings could not be read\n";
+        const std::string warning = std::string("warning: ") + setting + " could not be read\n";
         EXPECT_EQ(outcome.out.rfind(warning, 0), 0u) << outcome;
         EXPECT_NE(outcome.out.find("\nsaved as " + newest() + ".cfg\nwarning: no older backup was removed\n"),
                   std::string::npos)

@@ -86,6 +86,27 @@ TEST(Capture, ReportsAFileThatCannotBeWritten) {
         << outcome.err;
 }
 
+TEST(Capture, ReportsAFullOrClosedStandardOutput) {
+    CaptureSession session;
+    const std::string tool = session.program;
+    session.program = "/bin/sh";
+    for (const char* redirection : {" >/dev/full", " >&-"}) {
+        const ProcessOutcome outcome = session.run({"-c", tool + redirection});
+        EXPECT_EQ(outcome.status, 3) << redirection;
+        EXPECT_TRUE(outcome.err.ends_with("\ncli-capture: cannot write to standard output\n")) << outcome.err;
+    }
+}
+
+// What is assumed must not be written to the world or any other file.
+TEST(Capture, WritesAFileWithoutStandardStreams) {
+    CaptureSession session;
+    const std::string tool = session.program, file = session.path("copy.json");
+    session.program = "/bin/sh";
+    session.setClock(0);
+    EXPECT_EQ(session.run({"-c", tool + " -o " + file + " <&- >&- 2>&-"}).status, 0);
+    EXPECT_EQ(readFile(file), session.run({"-c", tool}).out);
+}
+
 TEST(Capture, RefusesUnknownOptions) {
     CaptureSession session;
     EXPECT_EQ(session.run({"now"}),

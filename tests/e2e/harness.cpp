@@ -94,7 +94,8 @@ std::string Session::worldText() const {
 
 std::string Session::worldWithoutRefusals() const {
     nlohmann::json world = nlohmann::json::parse(worldText());
-    world.erase("refusals");
+    for (const char* key : {"refusals", "olderRefusals"})
+        world.erase(key);
     return world.dump(2);
 }
 

@@ -102,6 +102,48 @@ TEST_F(Restore, NotesSettingsThatCannotBeReadNow) {
         << outcome;
 }
 
+// They are no step on the copy either, whatever the copy assumes.
+TEST_F(Restore, LeavesSettingsThatCannotBeReadNowOnTheCopy) {
+    ASSERT_EQ(cli({"buzz", "-a", "disable", "-i", "0"}).status, 0);
+    ASSERT_EQ(cli({"phydrv", "-a", "mod", "-p", "2", "-i", "0", "-s", "writecache=disable"}).status, 0);
+    ASSERT_EQ(cli({"phydrv", "-a", "set3G", "-p", "1", "-i", "0", "-e", "1"}).status, 0);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=9"}).status, 0);
+    for (const char* operation :
+         {"q5_getBuzzerStatus", "q5_getPhyDrvSettings", "q5_getDataTransferSpeed", "q5_getLogDrvSettings"})
+        ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
+    const ProcessOutcome outcome = restore({});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_TRUE(outcome.out.starts_with("1. set controller 0: sync rate 102\nnote: ")) << outcome;
+    EXPECT_TRUE(outcome.out.ends_with("On a copy of these adapters:\n"
+                                      "1. set controller 0: sync rate 102\n"
+                                      "Controller 0 is as it was saved.\n"))
+        << outcome;
+}
+
+// The exit status of a plan that was not delivered is not that of a plan.
+TEST_F(Restore, ReportsAFullOrClosedStandardOutput) {
+    changeRate(9);
+    for (const char* redirection : {">/dev/full", ">&-"})
+        EXPECT_EQ(
+            runOther("/bin/sh", {"-c", CLI_RESTORE_REHEARSE " -i 0 " + newest() + ".cfg " + redirection}),
+            (ProcessOutcome{3, "", "cli-restore: cannot write to standard output\n"}))
+            << redirection;
+}
+
+// The log, or any other file, would be taken for it.
+TEST_F(Restore, AppliesWithoutStandardStreams) {
+    changeRate(9);
+    EXPECT_EQ(runOther("/bin/sh", {"-c", CLI_RESTORE_REHEARSE " -i 0 --apply --log log " + newest() +
+                                             ".cfg <&- >&- 2>&-"})
+                  .status,
+              3);
+    const std::string log = content("log");
+    EXPECT_EQ(log.find("1. set controller"), std::string::npos) << log;
+    EXPECT_NE(log.find(" step set controller 0: sync rate 102\n"), std::string::npos) << log;
+    EXPECT_EQ(restore({}).out, "There is nothing to do.\n");
+}
+
 TEST_F(Restore, NotesSettingsThatCouldNotBeSaved) {
     ASSERT_EQ(q5sim({"refuse", "q5_getBuzzerStatus"}).status, 0);
     ASSERT_LE(backup().status, 1);

@@ -124,6 +124,7 @@ TEST_F(Rules, KeepsSixteenReasons) {
     for (std::uint16_t id = 0; id < 20; id++)
         EXPECT_NE(q5_locatePhyDrv(hbaAddress(0), 0, static_cast<std::uint16_t>(100 + id), 5), 0);
     EXPECT_EQ(q5sim::currentWorld()->refusals.size(), 16u);
+    EXPECT_EQ(q5sim::currentWorld()->olderRefusals, 4u);
     EXPECT_EQ(newestReason(),
               "q5_locatePhyDrv: locating drive 120: there is no such drive, or no time is given");
 }

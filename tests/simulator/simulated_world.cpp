@@ -40,6 +40,7 @@ std::string SimulatedWorld::stateText() const {
     q5sim::ValidationError error;
     EXPECT_TRUE(q5sim::worldFromJson(fileText(), world, error)) << error.reason;
     world.refusals.clear();
+    world.olderRefusals = 0;
     for (q5sim::Controller& controller : world.controllers)
         controller.knownDrives.clear();
     return q5sim::worldToJson(world);

@@ -232,8 +232,13 @@ static std::vector<std::string> writeOutputs(Session* session, const std::string
 
 TEST(StatusOutputs, SatisfyTheSchemaOverEveryWorld) {
     Session session;
-    const std::vector<std::string> files = writeOutputs(&session, "--json");
+    std::vector<std::string> files = writeOutputs(&session, "--json");
     EXPECT_GT(files.size(), 40u);
+    for (const std::string& world : allWorlds()) { // the file of --changes as well
+        session.useWorld(world);
+        files.push_back(session.path("state" + std::to_string(files.size())));
+        session.run({"--changes", files.back()});
+    }
     std::string command =
         "/usr/bin/python3 " + root + "/status/check_json " + root + "/../docs/cli-status.schema.json";
     for (const std::string& file : files)

@@ -138,4 +138,6 @@ TEST(TryReport, RefusedOperationsInTheirOrder) {
     EXPECT_EQ(refusedOperations(world),
               (TextLines{"q5_delDiskArray: deletion: there is no such logical drive",
                          "q5_addHBAArray: creation: there is no name"}));
+    world.olderRefusals = 1;
+    EXPECT_EQ(refusedOperations(world).front(), "1 operation before these");
 }

@@ -195,6 +195,28 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
     EXPECT_NE(outcome.out.find(refused + "\n"), std::string::npos) << outcome;
 }
 
+// A world holds 16 refusals. What was refused before them is counted.
+TEST(Try, PromptCountsRefusalsThatAreNotKept) {
+    TrySession session;
+    Session plain;
+    plain.program = programs + "/q5sim";
+    ASSERT_EQ(plain.run({"fail-drive", "0", "7"}).status, 0);
+    session.useWorld(plain.worldText());
+    std::string typed, refused = "\nWhat would be refused:\n  4 operations before these\n";
+    for (int pair = 0; pair < 10; ++pair)
+        typed += "phydrv -a mod -p 7 -i 0 -s writecache=disable\nextent -a free -p 1 -e 0 -i 0\n";
+    for (int pair = 0; pair < 8; ++pair)
+        refused +=
+            "  q5_setPhyDrvSettings: settings of drive 7: it is missing, failed, or does not support them\n"
+            "  q5_freeHBAExtent: freeing: extent 0 of drive 1 is not a spare\n";
+    writeFile(session.path("typed"), typed + "exit\n");
+    session.program = "/bin/sh";
+    const ProcessOutcome outcome =
+        session.run({"-c", programs + "/cli-try --shell <" + session.path("typed")});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.out.find(refused + "\n"), std::string::npos) << outcome;
+}
+
 // cli itself skips these, prints nothing and returns 0.
 TEST(Try, ReportsActivityCommandsThatDoNothing) {
     TrySession session;
@@ -284,6 +306,21 @@ TEST(Try, EndsWhenItsReaderExits) {
     session.run({"-c", "{ until [ -e closed ]; do sleep 0.1; done; " + programs +
                            "/cli-try logdrv; echo $? >status; } | { exec <&-; : >closed; }"});
     EXPECT_EQ(readFile(session.path("status")), "3\n");
+}
+
+// A report that was not delivered is no answer, except that a loss is certain.
+TEST(Try, ReportsAFullOrClosedStandardOutput) {
+    TrySession session;
+    session.program = "/bin/sh";
+    writeFile(session.path("plan"), "ctrl\nctrl -a mod -i 0 -s smartpoll=33\n");
+    const std::string tool = programs + "/cli-try ", problem = "cli-try: cannot write to standard output\n";
+    const ProcessOutcome notTried = {3, "", problem};
+    EXPECT_EQ(session.run({"-c", tool + "ctrl -a mod -i 0 -s smartpoll=33 >/dev/full"}), notTried);
+    EXPECT_EQ(session.run({"-c", tool + "-f " + session.path("plan") + " >/dev/full"}), notTried);
+    EXPECT_EQ(session.run({"-c", tool + "logdrv -a del -l 9 -i 0 >/dev/full"}), notTried);
+    EXPECT_EQ(session.run({"-c", tool + "logdrv -a del -l 0 -i 0 >/dev/full"}),
+              (ProcessOutcome{1, "", problem}));
+    EXPECT_EQ(session.run({"-c", tool + "logdrv -a del -l 0 -i 0 >&-"}), notTried);
 }
 
 TEST(Try, ExportWritesNoFile) {

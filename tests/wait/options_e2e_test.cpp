@@ -28,9 +28,13 @@ TEST_F(WaitOptions, RefusesInvalidNumbers) {
     expectRefused({"-i", "65536"}, "--controller: \"65536\" is not a number from 0 to 65535");
     expectRefused({"-l", "-1"}, "--logical-drive: \"-1\" is not a number from 0 to 65535");
     expectRefused({"-l", ""}, "--logical-drive: \"\" is not a number from 0 to 65535");
-    expectRefused({"--timeout", "1.5"}, "--timeout: \"1.5\" is not a number of seconds from 0 to 1000000000");
-    expectRefused({"--timeout", "18446744073709551616"},
-                  "--timeout: \"18446744073709551616\" is not a number of seconds from 0 to 1000000000");
+    expectRefused({"--timeout", "1.5"},
+                  "--timeout: \"1.5\" is not a whole number of seconds from 0 to 1000000000");
+    expectRefused({"--timeout", "1000000001"},
+                  "--timeout: \"1000000001\" is not a whole number of seconds from 0 to 1000000000");
+    expectRefused(
+        {"--timeout", "18446744073709551616"},
+        "--timeout: \"18446744073709551616\" is not a whole number of seconds from 0 to 1000000000");
     for (const char* every :
          {"0", "0.09", "0.0", "86400.001", "86401", "1.", ".5", "1.2345", "1s", "1e3", "-1"})
         expectRefused({"--every", every},
@@ -49,6 +53,15 @@ TEST_F(WaitOptions, RefusesUnknownKindsAndWords) {
     expectRefused({"rb"}, "unexpected word \"rb\"");
     EXPECT_EQ(session.run({"--for"}).status, 2);
     EXPECT_EQ(session.run({"-z"}).status, 2);
+}
+
+// The exit status is that of the wait.
+TEST_F(WaitOptions, ReportsAFullOrClosedStandardOutput) {
+    session.program = "/bin/sh";
+    for (const char* redirection : {">/dev/full", ">&-"})
+        EXPECT_EQ(session.run({"-c", CLI_WAIT " --every 0.1 " + std::string(redirection)}),
+                  (ProcessOutcome{0, "", "cli-wait: cannot write to standard output\n"}))
+            << redirection;
 }
 
 TEST_F(WaitOptions, RefusesObjectsThatDoNotExist) {

@@ -14,9 +14,11 @@
 #include "snapshot/text.h"
 #include "tools/backup/configuration.h"
 #include "tools/backup/kept.h"
+#include "tools/backup/losses.h"
 #include "tools/backup/options.h"
 #include "tools/common/programs.h"
 #include "tools/common/regular_file.h"
+#include "tools/common/standard_streams.h"
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
@@ -121,18 +123,30 @@ static std::string readAdapters(const Store& store, const std::string& cli, Cont
     return problem;
 }
 
-static Lines changesSince(const Backup& previous, const Content& now) {
+static void append(Lines* lines, const Lines& more) {
+    lines->insert(lines->end(), more.begin(), more.end());
+}
+
+// What is in the exported files, and in no other line.
+static Lines settingChanges(const Backup& previous, const Content& now) {
+    std::vector<Settings> unread = settingsOf(now.snapshot);
+    const std::vector<Settings> before = settingsOf(previous.snapshot);
+    unread.insert(unread.end(), before.begin(), before.end());
+    std::erase_if(unread, [](const Settings& each) { return each.state != SettingsState::unread; });
+    return configurationChanges(previous.configuration + furtherDriveBlocks(previous.snapshot),
+                                now.configuration + furtherDriveBlocks(now.snapshot), unread);
+}
+
+// unread: settings that the previous backup has, and the new one has not.
+static Lines changesSince(const Backup& previous, const Content& now, const Lines& unread) {
     const bool first = previous.stem.empty();
     Lines lines = changeLines(first ? nullptr : &previous.snapshot, now.snapshot, Limits());
     if (first)
         return lines;
-    for (const Line& line :
-         configurationChanges(previous.configuration + furtherDriveBlocks(previous.snapshot),
-                              now.configuration + furtherDriveBlocks(now.snapshot)))
-        lines.push_back(line);
-    for (const Line& line : layoutChanges(previous.snapshot, now.snapshot))
-        lines.push_back(line);
-    return lines.empty() ? stateChanges(previous.snapshot, now.snapshot) : lines;
+    append(&lines, readAgainLines(now.snapshot, previous.snapshot));
+    append(&lines, settingChanges(previous, now));
+    append(&lines, layoutChanges(previous.snapshot, now.snapshot));
+    return lines.empty() && unread.empty() ? stateChanges(previous.snapshot, now.snapshot) : lines;
 }
 
 // Reads the file back: it must contain the snapshot, in the form that cli-status accepts.
@@ -187,12 +201,14 @@ static int saveChanges(const BackupOptions& options, Store* store, const std::st
     std::string problem = readAdapters(*store, cli, &content);
     if (!problem.empty())
         return printError(problem);
-    for (const Line& line : unreadableLines(content.snapshot))
-        warnings.push_back(line);
+    append(&warnings, incompleteLines(content.snapshot));
+    append(&warnings, unreadLines(content.snapshot, kept.complete.snapshot));
     print(warnings);
-    const Lines changes = changesSince(previous, content);
+    const Lines unread = unreadLines(content.snapshot, previous.snapshot);
+    const Lines changes = changesSince(previous, content, unread);
     print(changes);
-    if (previous.stem.empty() || !changes.empty() || content.configuration != previous.configuration)
+    if (previous.stem.empty() || !changes.empty() || !unread.empty() ||
+        content.configuration != previous.configuration)
         return save(options, store, kept.complete, warnings, &content);
     std::printf("unchanged since %s\n", printable(pathOf(*store, previous.stem, ".cfg")).c_str());
     return warnings.empty() ? kSaved : kWarning;
@@ -221,6 +237,7 @@ static int run(const BackupOptions& options, const char* argument0) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     BackupOptions options;
     const OptionsResult result = readBackupOptions(argc, argv, &options);
     if (result != OptionsResult::run)

@@ -1,4 +1,4 @@
-// What a snapshot lacks of the objects and settings that a backup is for.
+// What a snapshot lacks of the objects that a backup is for.
 #include <algorithm>
 
 #include "snapshot/text.h"
@@ -8,22 +8,7 @@ static void warn(const std::string& text, Lines* lines) {
     lines->push_back({Severity::warning, printable(text)});
 }
 
-static void warnOfSettings(const std::string& object, Lines* lines) {
-    warn(object + ": its settings could not be read", lines);
-}
-
-static void addMissingSettings(const Controller& controller, const std::string& where, Lines* lines) {
-    if (!controller.settings || !controller.buzzer)
-        warnOfSettings(where, lines);
-    for (const Drive& drive : controller.drives)
-        if (!drive.settings || !drive.speed3Gb)
-            warnOfSettings("drive " + std::to_string(drive.number) + " of " + where, lines);
-    for (const LogicalDrive& drive : controller.logicalDrives)
-        if (!drive.settings)
-            warnOfSettings("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where, lines);
-}
-
-// A refusal of settings has its line already. Sensors, batteries and progress are no part of the
+// Settings that were refused leave out no object. Sensors, batteries and progress are no part of the
 // configuration.
 static bool concernsBackup(const Fault& fault) {
     static constexpr std::string_view listings[] = {"q5_getNumberOfHBA", "q5_getControllerInfo",
@@ -56,7 +41,6 @@ static void addWrongCount(const std::string& where, std::size_t reported, std::s
 
 static void addController(const Controller& controller, Lines* lines) {
     const std::string where = "controller " + std::to_string(controller.id);
-    addMissingSettings(controller, where, lines);
     addFaults(where, controller.faults, lines);
     if (controller.info) {
         addWrongCount(where, controller.info->diskCount, controller.drives.size(), "drive", lines);
@@ -70,7 +54,7 @@ static void addController(const Controller& controller, Lines* lines) {
                   lines);
 }
 
-Lines unreadableLines(const Snapshot& snapshot) {
+Lines incompleteLines(const Snapshot& snapshot) {
     Lines lines;
     addFaults("this host", snapshot.faults, &lines);
     for (const Controller& controller : snapshot.controllers)

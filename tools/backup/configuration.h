@@ -4,20 +4,22 @@
 #include <string>
 
 #include "snapshot/snapshot.h"
-#include "tools/status/changes.h"
+#include "tools/backup/settings.h"
 
 // Compares the text of an exported file with a snapshot: every block, their number and their order. Returns
 // the first difference; empty if there is none.
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot);
 
-// A warning for each listing and each object's settings that could not be read, and for each listing that
-// contradicts the controller. An export writes zeros instead, or leaves the objects out.
-Lines unreadableLines(const Snapshot& snapshot);
+// A warning for each listing that could not be read, or contradicts the controller: the backup lacks objects.
+Lines incompleteLines(const Snapshot& snapshot);
 
-// A line for each setting that differs between the blocks of the same object in two files.
-Lines configurationChanges(const std::string& earlier, const std::string& now);
+// A line for each setting that differs between the blocks of the same object in two files. unread: those that
+// could not be read for one of the files, which has zeros in their place, or no block.
+Lines configurationChanges(const std::string& earlier, const std::string& now,
+                           const std::vector<Settings>& unread);
 
-// A line for each drive whose extents or speed differ, which are not in the files.
+// A line for each drive whose extents or speed differ, which are not in the files. A speed that could not be
+// read does not differ.
 Lines layoutChanges(const Snapshot& earlier, const Snapshot& now);
 
 // The blocks of the drives that an export leaves out because a listing does not reach them.

@@ -72,29 +72,53 @@ static const ConfigurationBlock* findBlock(const std::vector<ConfigurationBlock>
     return nullptr;
 }
 
-static void addBlockChanges(const ConfigurationBlock& earlier, const ConfigurationBlock& now, Lines* lines) {
+// The settings that a key shows; nullptr: it shows something else.
+static const char* settingsOfKey(std::string_view key) {
+    if (key == "<BuzzerEnable>")
+        return kBuzzerSetting;
+    const bool isOfArray = key.starts_with("<Log");
+    const bool isSetting = isOfArray ? key == "<LogDrvLookAheadValue>" || key == "<LogDrvConsolidation>"
+                                     : key != "<GlobalSpare>";
+    return isSetting ? kAllSettings : nullptr;
+}
+
+static bool isUnreadKey(const std::vector<Settings>& unread, const std::string& object,
+                        const std::string& key) {
+    const char* settings = settingsOfKey(key);
+    return settings != nullptr && isUnread(unread, object, settings);
+}
+
+static void addBlockChanges(const ConfigurationBlock& earlier, const ConfigurationBlock& now,
+                            const std::vector<Settings>& unread, Lines* lines) {
     for (const auto& [key, value] : now.settings) {
         const std::string before = settingOf(earlier, key);
         std::string text = now.object;
         text.append(": ").append(keyName(key)).append(" was ").append(before);
         text.append("; it is ").append(value);
-        if (before != value)
+        if (before != value && !isUnreadKey(unread, now.object, key))
             lines->push_back({Severity::info, printable(text)});
     }
 }
 
-Lines configurationChanges(const std::string& earlier, const std::string& now) {
+// A drive whose settings could not be read has no block.
+static void addPresence(const std::string& object, const char* text, const std::vector<Settings>& unread,
+                        Lines* lines) {
+    if (!isUnread(unread, object, kAllSettings))
+        lines->push_back({Severity::info, printable(object + text)});
+}
+
+Lines configurationChanges(const std::string& earlier, const std::string& now,
+                           const std::vector<Settings>& unread) {
     Lines lines;
     const std::vector<ConfigurationBlock> before = parseBlocks(earlier), after = parseBlocks(now);
     for (const ConfigurationBlock& block : after)
         if (const ConfigurationBlock* same = findBlock(before, block.object))
-            addBlockChanges(*same, block, &lines);
+            addBlockChanges(*same, block, unread, &lines);
         else
-            lines.push_back({Severity::info, printable(block.object + ": is new in the configuration")});
+            addPresence(block.object, ": is new in the configuration", unread, &lines);
     for (const ConfigurationBlock& block : before)
         if (findBlock(after, block.object) == nullptr)
-            lines.push_back(
-                {Severity::info, printable(block.object + ": is no longer in the configuration")});
+            addPresence(block.object, ": is no longer in the configuration", unread, &lines);
     return lines;
 }
 
@@ -121,7 +145,7 @@ Lines layoutChanges(const Snapshot& earlier, const Snapshot& now) {
                 "drive " + std::to_string(drive.number) + " of controller " + std::to_string(controller.id);
             if (!haveSameExtents(*same, drive))
                 lines.push_back({Severity::info, object + ": its extents have changed"});
-            if (same->speed3Gb != drive.speed3Gb)
+            if (same->speed3Gb && drive.speed3Gb && *same->speed3Gb != *drive.speed3Gb)
                 lines.push_back({Severity::info, object + ": its 3 Gb/s setting has changed"});
         }
     }

@@ -6,9 +6,8 @@
 #include "snapshot/json.h"
 #include "snapshot/text.h"
 #include "tools/backup/configuration.h"
+#include "tools/backup/losses.h"
 #include "tools/common/regular_file.h"
-#include "tools/status/facts.h"
-#include "tools/status/rules.h"
 
 static std::string readSnapshotFile(const Store& store, const std::string& stem, Snapshot* snapshot) {
     const std::string path = pathOf(store, stem, ".json");
@@ -44,7 +43,7 @@ Kept readKept(const Store& store, Lines* warnings) {
             warnings->push_back({Severity::warning, printable(problem)});
             continue;
         }
-        if (kept.complete.stem.empty() && unreadableLines(backup.snapshot).empty())
+        if (kept.complete.stem.empty() && incompleteLines(backup.snapshot).empty())
             kept.complete = backup;
         if (kept.newest.stem.empty())
             kept.newest = std::move(backup);
@@ -54,44 +53,11 @@ Kept readKept(const Store& store, Lines* warnings) {
     return kept;
 }
 
-static void addFewer(const std::string& object, std::size_t now, std::size_t earlier, const char* word,
-                     Lines* lines) {
-    if (now < earlier)
-        lines->push_back({Severity::warning,
-                          object + " has " + counted(now, word) + "; it had " + std::to_string(earlier)});
-}
-
-// Another level or size: it may be another one that was created under the ID.
-static void addLostArrays(const Controller& now, const Controller& earlier, Lines* lines) {
-    for (const LogicalDrive& before : earlier.logicalDrives) {
-        const LogicalDrive* drive = findLogicalDrive(now, before.info.logDrvId);
-        if (drive != nullptr && drive->info.raidLevel == before.info.raidLevel &&
-            drive->info.sectorCount == before.info.sectorCount)
-            continue;
-        const std::string present = drive != nullptr ? shapeOf(*drive) : "missing";
-        lines->push_back({Severity::warning, printable(objectText(objectOf(earlier, before)) + " is " +
-                                                       present + "; it was " + shapeOf(before))});
-    }
-}
-
-Lines lossLines(const Snapshot& now, const Snapshot& earlier) {
-    Lines lines;
-    addFewer("this host", now.controllers.size(), earlier.controllers.size(), "controller", &lines);
-    for (const Controller& before : earlier.controllers)
-        if (const Controller* controller = findController(now, before.id)) {
-            const std::string object = "controller " + std::to_string(before.id);
-            addFewer(object, controller->drives.size(), before.drives.size(), "drive", &lines);
-            addFewer(object, controller->logicalDrives.size(), before.logicalDrives.size(), "logical drive",
-                     &lines);
-            addLostArrays(*controller, before, &lines);
-        }
-    return lines;
-}
-
 // Whether one of the newer snapshots lacks nothing.
 static bool isReplaced(const Snapshot& old, const std::vector<Snapshot>& newer) {
-    return std::any_of(newer.begin(), newer.end(),
-                       [&](const Snapshot& each) { return lossLines(each, old).empty(); });
+    return std::any_of(newer.begin(), newer.end(), [&](const Snapshot& each) {
+        return lossLines(each, old).empty() && !lacksSettings(each, old);
+    });
 }
 
 // A damaged backup replaces no other and is kept; an incomplete one replaces no other.
@@ -108,7 +74,7 @@ std::string rotate(const Store& store, std::size_t keep) {
             if (!problem.empty())
                 return problem;
         }
-        if (unreadableLines(backup.snapshot).empty())
+        if (incompleteLines(backup.snapshot).empty())
             newer.push_back(std::move(backup.snapshot));
     }
     return "";

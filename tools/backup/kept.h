@@ -16,15 +16,11 @@ std::string readBackup(const Store& store, const std::string& stem, Backup* back
 
 struct Kept {
     Backup newest;   // intact one
-    Backup complete; // the newest that is also complete; if there is none, the newest
+    Backup complete; // the newest that also has all objects; if there is none, the newest
 };
 
 // Adds a warning for each damaged backup, newer or older.
 Kept readKept(const Store& store, Lines* warnings);
-
-// A line for each kind of object of which there are fewer than before, controllers, or drives or logical
-// drives of one of them, and for each logical drive that is missing or has another level or size.
-Lines lossLines(const Snapshot& now, const Snapshot& earlier);
 
 // Removes old backups until only the given number is left. One that has something that every newer one that
 // is intact and complete lacks is kept, and so is a damaged one. Returns an error message, empty on success.

@@ -5,6 +5,7 @@
 #include "snapshot/read.h"
 #include "tools/capture/capture.h"
 #include "tools/capture/options.h"
+#include "tools/common/standard_streams.h"
 
 enum ExitStatus { kCaptured = 0, kIncomplete = 1, kUsage = 2, kNotCaptured = 3 };
 
@@ -44,6 +45,7 @@ static int run(const CaptureOptions& options) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     CaptureOptions options;
     const OptionsResult result = readCaptureOptions(argc, argv, &options);
     if (result != OptionsResult::run)

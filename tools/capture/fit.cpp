@@ -19,6 +19,7 @@ public:
         noteMissing(below(place, key), std::to_string(value) + " is outside the limits of a world");
         value = static_cast<Number>(above ? high : low);
     }
+    void count(const char*, std::uint32_t&, std::int64_t) {}
     void flag(const char*, bool&) {}
     void mark(const char*, bool&) {}
     void text(const char* key, std::string& value, std::size_t maxLength) {

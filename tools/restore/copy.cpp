@@ -52,6 +52,37 @@ static int applyIn(const CopyRun& run, const std::string& world, std::int64_t ti
     return status;
 }
 
+template <typename Record>
+static void assume(const std::optional<Record>& saved, std::optional<Record>* now) {
+    if (!*now)
+        *now = saved;
+}
+
+static void assumeDrives(const Controller& saved, const DriveMap& drives, Controller* now) {
+    for (const Drive& drive : saved.drives) {
+        const auto mapped = drives.find(drive.number);
+        const auto number = mapped != drives.end() ? mapped->second : drive.number;
+        for (Drive& present : now->drives)
+            if (present.number == number) {
+                assume(drive.settings, &present.settings);
+                assume(drive.speed3Gb, &present.speed3Gb);
+            }
+    }
+}
+
+void assumeSavedSettings(const Controller& saved, const DriveMap& drives, Snapshot* now) {
+    for (Controller& controller : now->controllers) {
+        if (controller.id != saved.id)
+            continue;
+        assume(saved.settings, &controller.settings);
+        assume(saved.buzzer, &controller.buzzer);
+        assumeDrives(saved, drives, &controller);
+        for (LogicalDrive& present : controller.logicalDrives)
+            if (const LogicalDrive* drive = findLogicalDrive(saved, present.info.logDrvId))
+                assume(drive->settings, &present.settings);
+    }
+}
+
 // A signal ends it after the copy has been removed.
 int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output) {
     const std::int64_t time = captureTime();

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "snapshot/snapshot.h"
+#include "tools/restore/drive_map.h"
 
 struct CopyRun {
     std::string program;    // cli-restore-rehearse
@@ -11,6 +12,10 @@ struct CopyRun {
     std::string controller; // its ID
     std::string drives;     // the drive map; may be empty
 };
+
+// Fills in the settings of the controller that could not be read now, and thus stay, with the saved ones: a
+// copy has all settings, and has nothing left to do about these.
+void assumeSavedSettings(const Controller& saved, const DriveMap& drives, Snapshot* now);
 
 // Applies the backup to a copy of the present state. Returns the exit status and the output; -1 with
 // an error message if it could not be tried.

@@ -6,14 +6,6 @@
 #include "snapshot/words.h"
 #include "tools/restore/planning.h"
 
-// The drive's extent that is a member of the array. Its spares carry the same array ID.
-static const ExtentEntry* memberExtent(const Drive& drive, std::uint16_t arrayId) {
-    for (const ExtentEntry& extent : extents(drive.info))
-        if (extent.arrayId == arrayId && (extent.assignment & kExtentAssigned) != 0)
-            return &extent;
-    return nullptr;
-}
-
 static MemberPlace placeOf(const Controller& controller, std::uint32_t number, std::uint16_t arrayId) {
     const Drive* drive = findDrive(controller, number);
     const ExtentEntry* extent = drive != nullptr ? memberExtent(*drive, arrayId) : nullptr;

@@ -7,6 +7,7 @@
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/common/programs.h"
+#include "tools/common/standard_streams.h"
 #include "tools/restore/apply.h"
 #include "tools/restore/copy.h"
 #include "tools/restore/options.h"
@@ -40,9 +41,11 @@ static int showOutcome(const Saved& saved, const Restore& restore, const Snapsho
         return kCanApply;
     }
     std::string output;
+    Snapshot copied = now;
+    assumeSavedSettings(restore.saved, restore.drives, &copied);
     const int status =
         applyToCopy({program, saved.stem, std::to_string(restore.controller), driveMapText(restore.drives)},
-                    now, &output);
+                    copied, &output);
     std::printf("On a copy of these adapters:\n%s", output.c_str());
     if (output.empty() || output.back() != '\n')
         std::puts("");
@@ -207,6 +210,7 @@ static int run(const RestoreOptions& options, const char* argument0) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     RestoreOptions options;
     const OptionsResult result = readRestoreOptions(argc, argv, &options);
     if (result != OptionsResult::run)

@@ -124,7 +124,7 @@ static std::string reportChanges(const Options& options, SavedState saved, const
         findChanges(first ? nullptr : &earlier, report.snapshot, report.limits, baseline, &saved.findings);
     addLines(changes.lines, &lines);
     *changed = worstLine(lines);
-    const std::string problem = writeOutput(options, formatLines(lines, options.quiet));
+    std::string problem = writeOutput(options, formatLines(lines, options.quiet));
     if (options.syslog)
         sendToSyslog(lines);
     if (!problem.empty())

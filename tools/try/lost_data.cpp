@@ -1,6 +1,7 @@
 // Data that commands have destroyed on a copy, and protection that it has lost.
 #include <algorithm>
 
+#include "simulator/engine/rules.h"
 #include "simulator/world/array_rules.h"
 #include "snapshot/text.h"
 #include "tools/try/effects.h"
@@ -167,7 +168,9 @@ TextLines loggedEvents(const q5sim::World& before, const q5sim::World& after) {
 TextLines refusedOperations(const q5sim::World& world) {
     TextLines lines;
     for (const q5sim::Refusal& refusal : world.refusals)
-        if (!refusal.operation.starts_with("q5_get"))
+        if (!q5sim::isQuery(refusal))
             lines.insert(lines.begin(), printable(refusal.operation + ": " + refusal.reason));
+    if (world.olderRefusals > 0)
+        lines.insert(lines.begin(), counted(world.olderRefusals, "operation") + " before these");
     return lines;
 }

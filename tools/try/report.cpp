@@ -51,6 +51,7 @@ static int drainRefusals(const char* path) {
     if (world.refusals.empty())
         return kNothingLost;
     world.refusals.clear();
+    world.olderRefusals = 0;
     return q5sim::replaceFile(path, q5sim::worldToJson(world)) ? kNothingLost : kUnreadable;
 }
 

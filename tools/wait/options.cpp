@@ -73,7 +73,7 @@ static bool readMilliseconds(const std::string& text, std::int64_t* milliseconds
 static OptionsResult readTimeout(const OptionRow& row, const char* text, Options* options) {
     std::uint64_t seconds = 0;
     if (!readNumber(text, kMaxTimeout, &seconds))
-        return refuseValue(row, text, "a number of seconds from 0 to 1000000000");
+        return refuseValue(row, text, "a whole number of seconds from 0 to 1000000000");
     options->timeout = static_cast<std::int64_t>(seconds * 1000);
     return OptionsResult::run;
 }

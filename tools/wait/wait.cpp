@@ -5,6 +5,7 @@
 
 #include "snapshot/read.h"
 #include "snapshot/text.h"
+#include "tools/common/standard_streams.h"
 #include "tools/wait/bars.h"
 #include "tools/wait/screen.h"
 
@@ -129,6 +130,7 @@ static WaitStatus run(const Options& options) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     Options options;
     const OptionsResult result = readOptions(argc, argv, &options);
     if (result != OptionsResult::run)

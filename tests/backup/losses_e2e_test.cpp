@@ -1,0 +1,228 @@
+// cli-backup when a backup holds less than an earlier one although it has as many objects: a logical drive
+// that is not online or lost the place of a member, settings that are all zero, and settings that cannot be
+// read.
+#include "tests/backup/backup_fixture.h"
+
+struct Losses : BackupSession {
+    void SetUp() override {
+        BackupSession::SetUp();
+        session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    }
+    // Its mirror then has no spare.
+    void removeSpare() {
+        ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    }
+    std::string savedText() const { return "saved as " + newest() + ".cfg\n"; }
+};
+
+static constexpr char kNotRemoved[] = "warning: no older backup was removed\n";
+
+// A host that has been degraded for weeks still has its last healthy backup.
+TEST_F(Losses, KeepsTheLastHealthyBackup) {
+    removeSpare();
+    ASSERT_EQ(backup().status, 0);
+    const std::string healthy = newest();
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_NE(outcome.out.find("warning: logical drive 0 Data of controller 0 is critical; it was online\n" +
+                               savedText() + kNotRemoved),
+              std::string::npos)
+        << outcome;
+    for (int rate = 1; rate <= 3; ++rate) {
+        changeRate(rate);
+        EXPECT_EQ(backup({"--keep", "2"}).status, 0);
+    }
+    ASSERT_EQ(stems().size(), 3u);
+    EXPECT_EQ(stems()[0], healthy);
+}
+
+TEST_F(Losses, AHealthyBackupReplacesAllAgain) {
+    removeSpare();
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(backup().status, 1);
+    ASSERT_EQ(q5sim({"replace-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(cli({"rb", "-a", "start", "-i", "0", "-l", "0", "-p", "2", "-e", "0"}).status, 0);
+    ASSERT_EQ(q5sim({"advance", "--until-idle"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+// Nothing reports where a lost member was, so that a restore needs an older backup.
+TEST_F(Losses, KeepsABackupWithThePlacesOfAllMembers) {
+    removeSpare();
+    ASSERT_EQ(backup().status, 0);
+    const std::string healthy = newest();
+    ASSERT_EQ(q5sim({"pull-drive", "0", "2"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(
+        outcome.out.find(
+            "warning: controller 0 has 2 drives; it had 3\n"
+            "warning: logical drive 0 Data of controller 0 is critical; it was online\n"
+            "warning: logical drive 0 Data of controller 0 cannot be restored from this backup: where its "
+            "member on drive 2 was is not known\n" +
+            savedText() + kNotRemoved),
+        std::string::npos)
+        << outcome;
+    EXPECT_EQ(stems()[0], healthy);
+}
+
+// The drive is back and listed, but holds nothing of the logical drive.
+TEST_F(Losses, ABlankDriveIsNoMember) {
+    removeSpare();
+    ASSERT_EQ(backup().status, 0);
+    const std::string healthy = newest();
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(q5sim({"replace-drive", "0", "2"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("cannot be restored from this backup: where its member on drive 2 was is not "
+                               "known\n" +
+                               savedText() + kNotRemoved),
+              std::string::npos)
+        << outcome;
+    changeRate(8);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], healthy);
+}
+
+// An adapter can report success and return a cleared record.
+TEST_F(Losses, KeepsABackupWithSettingsThatAreZeroNow) {
+    for (const auto& [operation, line] :
+         {std::pair{"q5_getControllerSettings", "controller 0: only zeros were read for its settings"},
+          {"q5_getLogDrvSettings", "logical drive 0 of controller 0: only zeros were read for its settings"},
+          {"q5_getControllerInfo", "controller 0: only zeros were read for its firmware version"}}) {
+        SCOPED_TRACE(operation);
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
+        session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+        ASSERT_EQ(backup().status, 0);
+        const std::string good = newest();
+        ASSERT_EQ(q5sim({"zero", operation}).status, 0);
+        const ProcessOutcome outcome = backup({"--keep", "1"});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.out.find("\nwarning: " + std::string(line) + "\n"), std::string::npos) << outcome;
+        EXPECT_NE(outcome.out.find("\n" + savedText() + kNotRemoved), std::string::npos) << outcome;
+        ASSERT_EQ(stems().size(), 2u);
+        EXPECT_EQ(stems()[0], good);
+    }
+}
+
+// A drive whose settings are all switched off is not distinguishable from a cleared record. It is no loss if
+// it was the same before.
+TEST_F(Losses, ZerosAreReportedOnce) {
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest();
+    ASSERT_EQ(q5sim({"zero", "q5_getControllerSettings"}).status, 0);
+    ASSERT_EQ(backup().status, 1);
+    EXPECT_EQ(backup(), (ProcessOutcome{0, "unchanged since " + newest() + ".cfg\n", ""}));
+    ASSERT_EQ(q5sim({"smart-fail", "0", "3"}).status, 0);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+}
+
+struct UnreadSetting {
+    const char *operation, *object, *setting;
+};
+static constexpr UnreadSetting kUnreadSettings[] = {
+    {"q5_getBuzzerStatus", "controller 0", "its buzzer setting"},
+    {"q5_getDataTransferSpeed", "drive 1 of controller 0", "its 3 Gb/s setting"},
+    {"q5_getControllerSettings", "controller 0", "its settings"},
+    {"q5_getPhyDrvSettings", "drive 1 of controller 0", "its settings"},
+    {"q5_getLogDrvSettings", "logical drive 0 of controller 0", "its settings"},
+};
+
+static std::string unreadLine(const UnreadSetting& row) {
+    return std::string("warning: ") + row.object + ": " + row.setting + " could not be read\n";
+}
+
+// The test's name contains the operation.
+static void PrintTo(const UnreadSetting& row, std::ostream* stream) {
+    *stream << row.operation;
+}
+
+struct UnreadSettings : Losses, testing::WithParamInterface<UnreadSetting> {};
+
+// A nightly job raises no alarm for what no backup ever had, and removes old backups as usual.
+TEST_P(UnreadSettings, AreReportedOnce) {
+    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    const ProcessOutcome first = backup();
+    EXPECT_EQ(first.status, 1);
+    EXPECT_EQ(first.out.rfind(unreadLine(GetParam()), 0), 0u) << first;
+    EXPECT_EQ(backup(), (ProcessOutcome{0, "unchanged since " + newest() + ".cfg\n", ""}));
+    ASSERT_EQ(q5sim({"smart-fail", "0", "3"}).status, 0);
+    const ProcessOutcome later = backup({"--keep", "1"});
+    EXPECT_EQ(later.status, 0);
+    EXPECT_EQ(later.out.find("could not be read"), std::string::npos) << later;
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+// The backup that has them stays, and none of them is reported as changed.
+TEST_P(UnreadSettings, AreNotLost) {
+    ASSERT_EQ(backup().status, 0);
+    const std::string good = newest();
+    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    const ProcessOutcome lost = backup({"--keep", "1"});
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_EQ(lost.out.rfind(unreadLine(GetParam()), 0), 0u) << lost;
+    for (const char* other : {"; it is ", "configuration", "changed"})
+        EXPECT_EQ(lost.out.find(other), std::string::npos) << lost;
+    EXPECT_NE(lost.out.find("\n" + savedText() + kNotRemoved), std::string::npos) << lost;
+    EXPECT_EQ(backup(), (ProcessOutcome{0, "unchanged since " + newest() + ".cfg\n", ""}));
+    ASSERT_EQ(q5sim({"smart-fail", "0", "3"}).status, 0);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], good);
+}
+
+TEST_P(UnreadSettings, CanBeReadAgain) {
+    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    ASSERT_EQ(backup().status, 1);
+    ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
+    const ProcessOutcome outcome = backup({"--keep", "1"});
+    EXPECT_EQ(outcome.status, 0);
+    const std::string line =
+        std::string("info: ") + GetParam().object + ": " + GetParam().setting + " can be read again\n";
+    EXPECT_NE(outcome.out.find(line), std::string::npos) << outcome;
+    for (const char* other : {"; it is ", "configuration", "changed"})
+        EXPECT_EQ(outcome.out.find(other), std::string::npos) << outcome;
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, UnreadSettings, testing::ValuesIn(kUnreadSettings),
+                         [](const auto& each) { return std::string(each.param.operation); });
+
+// Both are true: the controller's settings changed, and its buzzer cannot be read.
+TEST_F(Losses, OtherSettingsAreReportedAsChanged) {
+    changeRate(50);
+    ASSERT_EQ(backup().status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getBuzzerStatus"}).status, 0);
+    changeRate(51);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome, (ProcessOutcome{1,
+                                       "warning: controller 0: its buzzer setting could not be read\n"
+                                       "info: controller 0: SyncRate was 50; it is 51\n" +
+                                           savedText() + kNotRemoved,
+                                       ""}));
+}
+
+// A drive that has been added is not part of what an older backup has.
+TEST_F(Losses, ANewDriveThatRefusesItsSettingIsReported) {
+    ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getDataTransferSpeed"}).status, 0);
+    ASSERT_EQ(backup().status, 1);
+    ASSERT_EQ(q5sim({"insert-drive", "0", "3"}).status, 0);
+    const ProcessOutcome outcome = backup();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(
+        outcome.out.rfind("warning: drive 3 of controller 0: its 3 Gb/s setting could not be read\n", 0), 0u)
+        << outcome;
+    changeRate(8);
+    EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
+}
