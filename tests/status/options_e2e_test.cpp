@@ -160,6 +160,15 @@ TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3) {
     }
 }
 
+TEST_F(StatusOptions, FilesThatCannotBeWrittenDoNotHideWhatIsCritical) {
+    world["controllers"][0]["battery"]["state"] = "failed";
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"--metrics=" + session.path("none/file")}),
+              (ProcessOutcome{2, "",
+                              "cli-status: cannot write " + session.path("none/file") +
+                                  ": No such file or directory\n"}));
+}
+
 TEST_F(StatusOptions, PipesAreWrittenInPlace) {
     const std::string pipe = session.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);

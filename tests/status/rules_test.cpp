@@ -314,6 +314,23 @@ TEST(Rules, CountTheDrivesOfARunningRebuild) {
                     "no suitable spare"});
 }
 
+// The rebuild follows the migration, as long as there is a spare.
+TEST(Rules, WaitForAMigration) {
+    Controller controller = rebuildingForOneOfTwo();
+    controller.drives.resize(2);
+    controller.logicalDrives[0].info.activityStatus = 0;
+    controller.drives.push_back(driveWith(6, globalSpare(100)));
+    controller.drives.push_back(driveWith(7, globalSpare(100)));
+    const std::string start =
+        "no-replacement logical drive 0 Data of controller 0: no replacement is coming: ";
+    EXPECT_EQ(missingReplacements(controller),
+              Texts{start + "no rebuild runs, though there is a suitable spare"});
+    controller.logicalDrives[0].info.activityStatus = kMigrating;
+    EXPECT_EQ(missingReplacements(controller), Texts{});
+    controller.drives.resize(2);
+    EXPECT_EQ(missingReplacements(controller), Texts{start + "there is no suitable spare"});
+}
+
 // Drives 1 and 3 are listed of 17, then the list was refused: drive 2 is gone, drive 20 may be there.
 TEST(Rules, DistinguishALostMemberThatIsGoneFromOneThatCannotBeRead) {
     Controller controller;

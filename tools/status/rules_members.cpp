@@ -85,8 +85,13 @@ static std::size_t countRebuildTargets(const Controller& controller, const Logic
     return isRebuilding(array) ? std::max<std::size_t>(count, 1) : 0;
 }
 
-// Why no rebuild of these lost members will start automatically. Empty if a running rebuild may be followed
-// by theirs, or if that is unknown, because not all drives could be listed.
+// An activity that a rebuild waits for.
+static bool isBusy(const LogicalDrive& array) {
+    return (array.info.activityStatus & (kRebuilding | kMigrating)) != 0;
+}
+
+// Why no rebuild of these lost members will start automatically. Empty if theirs may follow a running rebuild
+// or migration, or if that is unknown, because not all drives could be listed.
 static std::string replacementProblem(const Controller& controller, const LogicalDrive& array,
                                       std::size_t waiting) {
     const std::size_t spares = countSuitableSpares(controller, array);
@@ -99,7 +104,7 @@ static std::string replacementProblem(const Controller& controller, const Logica
         return certain
                    ? counted(spares, "suitable spare") + " for " + std::to_string(waiting) + " lost members"
                    : "";
-    return isRebuilding(array) ? "" : "no rebuild runs, though there is a suitable spare";
+    return isBusy(array) ? "" : "no rebuild runs, though there is a suitable spare";
 }
 
 static void findMissingReplacement(Evaluation* evaluation, const Controller& controller,

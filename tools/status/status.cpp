@@ -165,7 +165,10 @@ static int runChanges(const Options& options, const Report& report, const Snapsh
 
 static int runState(const Options& options, const Report& report) {
     const std::string problem = reportState(options, report);
-    return problem.empty() ? exitStatus(worstSeverity(report.findings)) : printError(options, problem);
+    if (!problem.empty())
+        printError(options, problem);
+    const Severity doubt = problem.empty() ? Severity::info : Severity::unknown;
+    return exitStatus(worseOf(doubt, worstSeverity(report.findings)));
 }
 
 static int run(const Options& options) {
