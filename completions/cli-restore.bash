@@ -4,12 +4,12 @@ _cli_restore() {
     [ "$current" != = ] || current=
     [ "$previous" != = ] || previous=${COMP_WORDS[COMP_CWORD - 2]}
     case $previous in
-    -i | --controller | --drives) COMPREPLY=() ;;
+    -i | --controller | --from | --drives) COMPREPLY=() ;;
     --log) mapfile -t COMPREPLY < <(compgen -f -- "$current") ;;
     *)
         case $current in
         -*)
-            mapfile -t COMPREPLY < <(compgen -W "-i -h -V --controller --drives --apply --log --help --version" \
+            mapfile -t COMPREPLY < <(compgen -W "-i -h -V --controller --from --drives --apply --log --help --version" \
                 -- "$current")
             ;;
         *) mapfile -t COMPREPLY < <(compgen -f -X '!*.cfg' -- "$current" && compgen -d -- "$current") ;;

@@ -25,6 +25,26 @@ TEST_F(RestoreLog, FindsAnUnfinishedRestore) {
     EXPECT_FALSE(state.finished);
     EXPECT_EQ(state.header, kHeader);
     EXPECT_EQ(state.steps, 1);
+    EXPECT_TRUE(state.isInStep);
+}
+
+// Continued twice, then with other drives.
+TEST_F(RestoreLog, CountsTheStepsOfAllAttempts) {
+    RestoreState state;
+    const std::string begin = "2026-11-22T02:15:00Z begin backup=1 controller=0 drives=";
+    const std::string attempt = begin + "\nT step one\nT done\nT step two\n";
+    write("log", attempt + begin + "\nT step two\nT done\n");
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_EQ(state.steps, 2);
+    EXPECT_FALSE(state.isInStep);
+    write("log", attempt + begin + "1=1\n");
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_EQ(state.steps, 0);
+    EXPECT_FALSE(state.isInStep);
+    write("log", attempt + "T finished\n" + begin + "\nT step one\n");
+    EXPECT_EQ(readLog(path("log"), &state), "");
+    EXPECT_EQ(state.steps, 0);
+    EXPECT_TRUE(state.isInStep);
 }
 
 TEST_F(RestoreLog, FindsAFinishedRestore) {

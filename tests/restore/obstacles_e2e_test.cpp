@@ -254,7 +254,7 @@ TEST_F(Restore, NotesACriticalArrayWithoutItsLostMembers) {
     EXPECT_EQ(restore({}),
               (ProcessOutcome{0,
                               "note: logical drive 0 Data is critical; it was online when it was saved\n"
-                              "There is nothing to do.\n",
+                              "There is nothing to do, but logical drive 0 Data is critical.\n",
                               ""}));
 }
 

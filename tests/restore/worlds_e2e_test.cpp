@@ -47,7 +47,7 @@ static const std::map<std::string, Names> kPreventedByFailedDrives = {
     {"rebuild-off 0", {"drive 2 gives no access"}},
     {"rebuilding 0", {"drive 2 gives no access"}},
     {"removed 0", {"logical drive 0 Data had lost drive 2" + kNowhere}},
-    {"spare-inaccessible 0", {"drive 3 gives no access"}},
+    {"spare-inaccessible 0", {"drive 3 gives no access; to give up the spare on it, use --drives 1=1,3=-"}},
 };
 
 static void forget(Json* json, const Names& keys) {

@@ -1,6 +1,7 @@
 // Executes the steps and reads the controller after each one.
 #include "tools/restore/apply.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "snapshot/read.h"
@@ -39,6 +40,12 @@ static std::string differenceInPlan(const Plan& wanted, const Plan& plan) {
     return next < wanted.steps.size() ? "no longer to do: " + wanted.steps[next].text : "";
 }
 
+static void printNewRebuilds(const Plan& before, const Plan& after) {
+    for (const std::string& rebuild : after.rebuilds)
+        if (std::find(before.rebuilds.begin(), before.rebuilds.end(), rebuild) == before.rebuilds.end())
+            std::printf("A rebuild of %s was started.\n", rebuild.c_str());
+}
+
 static void printError(const std::string& problem) {
     std::fprintf(stderr, "cli-restore: %s\n", problem.c_str());
 }
@@ -46,13 +53,14 @@ static void printError(const std::string& problem) {
 // Logs, executes and checks the first step; the plan then contains the remaining ones.
 static ApplyResult doFirstStep(const Restore& restore, const Log& log, Plan* plan) {
     const std::string text = plan->steps[0].text;
-    std::string problem = addToLog(log, "step " + text);
+    std::string problem = addToLog(log, std::string(kStep) + " " + text);
     if (!problem.empty()) {
         printError(problem);
         return ApplyResult::failed;
     }
     runStep(plan->steps[0]);
     const Plan left = makePlan(restore.saved, readController(restore.controller), restore.drives);
+    printNewRebuilds(*plan, left);
     const std::string difference = differenceInPlan(*plan, left);
     *plan = left;
     if (!difference.empty()) {

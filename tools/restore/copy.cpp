@@ -27,7 +27,7 @@ static std::string absolutePath(const std::string& path) {
 static int runIn(const std::string& directory, const CopyRun& run, std::int64_t time, std::string* output) {
     ProgramRun program;
     program.program = run.program;
-    program.words = {"--apply", "-i", run.controller, "--log", directory + "/log"};
+    program.words = {"--apply", "-i", run.controller, "--from", run.from, "--log", directory + "/log"};
     if (!run.drives.empty())
         program.words.insert(program.words.end(), {"--drives", run.drives});
     program.words.insert(program.words.end(), {"--", absolutePath(run.file)});

@@ -10,6 +10,7 @@ struct CopyRun {
     std::string program;    // cli-restore-rehearse
     std::string file;       // the backup
     std::string controller; // its ID
+    std::string from;       // its ID in the backup
     std::string drives;     // the drive map; may be empty
 };
 

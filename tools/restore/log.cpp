@@ -36,17 +36,25 @@ static std::string valueOf(const std::string& line, const std::string& key) {
     return line.substr(value, line.find(' ', value) - value);
 }
 
+// An unfinished restore with the same header is continued.
+static void beginRestore(const LogHeader& header, RestoreState* state) {
+    const bool continued = state->begun && !state->finished && state->header == header;
+    if (!continued)
+        *state = {true, false, header, 0, false};
+}
+
 static void readLine(const std::string& line, RestoreState* state) {
     std::istringstream words(line);
     std::string time, word;
     words >> time >> word;
     if (word == "begin")
-        *state = {
-            true, false, {valueOf(line, "backup"), valueOf(line, "controller"), valueOf(line, "drives")}, 0};
+        beginRestore({valueOf(line, "backup"), valueOf(line, "controller"), valueOf(line, "drives")}, state);
     else if (word == kStepDone)
         ++state->steps;
     else if (word == kFinished)
         state->finished = true;
+    if (word == kStep || word == kStepDone)
+        state->isInStep = word == kStep;
 }
 
 // Whether the text begins like the first line of a log. A power failure may have cut that line after its
@@ -74,6 +82,7 @@ static std::string readLogText(const std::string& path, std::string* text) {
 }
 
 std::string readLog(const std::string& path, RestoreState* state) {
+    *state = {};
     std::string text;
     std::string problem = readLogText(path, &text);
     if (!problem.empty())

@@ -5,9 +5,9 @@
 
 // Identifies a restore. An unfinished one with the same header is continued.
 struct LogHeader {
-    std::string identity; // of the backup
-    std::string controller;
-    std::string drives; // the drive map
+    std::string identity;   // of the backup
+    std::string controller; // "0"; "1->0": that was 1 in the backup
+    std::string drives;     // the drive map
     bool operator==(const LogHeader&) const = default;
 };
 
@@ -16,7 +16,8 @@ struct RestoreState {
     bool begun = false;
     bool finished = false;
     LogHeader header;
-    int steps = 0; // that were done
+    int steps = 0;         // that were done
+    bool isInStep = false; // another one was begun, and may have had an effect
 };
 
 // Reads a log, which need not exist and may be empty. An incomplete last line is ignored. Returns an error
@@ -32,5 +33,6 @@ std::string addToLog(const Log& log, const std::string& line);
 void closeLog(Log* log);
 
 std::string beginLine(const LogHeader& header);
+inline constexpr char kStep[] = "step";
 inline constexpr char kStepDone[] = "done";
 inline constexpr char kFinished[] = "finished";

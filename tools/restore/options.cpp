@@ -5,6 +5,7 @@
 
 static constexpr OptionRow kOptionRows[] = {
     {'i', "controller", "ID", "restore this controller"},
+    {'\0', "from", "ID", "restore it from this controller of the backup"},
     {'\0', "drives", "MAP", "use other drives: 2=5,3=6 puts 5 in the place of 2, 7=- leaves 7 out"},
     {'\0', "apply", nullptr, "change the controller; without it the plan is only printed"},
     {'\0', "log", "FILE", "log what --apply does in FILE, not next to the backup"},
@@ -14,21 +15,28 @@ static constexpr OptionRow kOptionRows[] = {
 
 static constexpr OptionTable kTable = {
     "cli-restore", TOOL_VERSION,
-    "Usage: cli-restore -i ID [--drives MAP] [--apply] FILE\n"
+    "Usage: cli-restore -i ID [--from ID] [--drives MAP] [--apply] FILE\n"
     "Plans the restore of a controller from a backup of cli-backup, or applies the plan.\n",
     kOptionRows,
     "Exit status: 0 nothing left to do, 1 the plan can be applied, 2 usage, 3 cannot read or log,\n"
     "4 something prevents the plan, 5 stopped at a step.\n"
     "The manual is cli-restore(8).\n"};
 
+static OptionsResult readId(const char* text, std::optional<std::uint32_t>* id) {
+    std::uint64_t number = 0;
+    if (!readNumber(text, UINT16_MAX, &number))
+        return refuseOptions(kTable, std::string("\"") + text + "\" is not a controller ID");
+    *id = static_cast<std::uint32_t>(number);
+    return OptionsResult::run;
+}
+
 static OptionsResult apply(const OptionRow& row, const char* argument, RestoreOptions* options) {
     const std::string_view name = row.name;
-    if (name == "controller") {
-        std::uint64_t id = 0;
-        if (!readNumber(argument, UINT16_MAX, &id))
-            return refuseOptions(kTable, std::string("\"") + argument + "\" is not a controller ID");
-        options->controller = static_cast<std::uint32_t>(id);
-    } else if (name == "drives") {
+    if (name == "controller")
+        return readId(argument, &options->controller);
+    if (name == "from")
+        return readId(argument, &options->from);
+    if (name == "drives") {
         options->drives.clear();
         std::string problem = readDriveMap(argument, &options->drives);
         if (!problem.empty())

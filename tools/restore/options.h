@@ -8,6 +8,7 @@
 
 struct RestoreOptions {
     std::optional<std::uint32_t> controller;
+    std::optional<std::uint32_t> from; // of the backup; that with the same ID if it is not given
     std::string file;
     DriveMap drives;
     bool drivesGiven = false;

@@ -143,6 +143,9 @@ Plan makePlan(const Controller& saved, const Controller& now, const DriveMap& dr
     planArrays(&planning);
     planArraySettings(&planning);
     planSpares(&planning);
+    if (planning.lastStep)
+        planning.plan.steps.push_back(*planning.lastStep);
+    listRebuilds(&planning);
     requireMapWhereSaved(&planning);
     noteOtherArrays(&planning);
     removeRepeatedNotes(&planning.plan);

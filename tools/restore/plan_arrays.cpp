@@ -120,11 +120,25 @@ static std::string lostDrives(const LogicalDrive& drive) {
     return text;
 }
 
+// A member that was lost since, or another worse state than when it was saved.
+static void noteImpaired(Planning* planning, const LogicalDrive& present) {
+    std::string text =
+        arrayName(present, present.info.logDrvId) + " is " + arrayStateText(arrayState(present));
+    const char* link = " and is being rebuilt onto ";
+    for (const std::uint32_t drive : rebuildTargets(planning->now, present)) {
+        text += link + driveName(drive);
+        link = " and ";
+    }
+    planning->plan.impaired.push_back(text);
+}
+
 // What a restore does not change: members that were lost since, and data that is not accessible. Which
 // members are lost may not be known.
 static void reportState(Planning* planning, const LogicalDrive& saved, const LogicalDrive& present) {
     const std::string name = arrayName(present, present.info.logDrvId);
     Plan& plan = planning->plan;
+    if (arrayState(present) > arrayState(saved))
+        noteImpaired(planning, present);
     if (isOffline(present) && isOffline(saved))
         plan.notes.push_back(name + " is offline, as it was when it was saved");
     else if (isOffline(present))

@@ -59,21 +59,46 @@ static void planNumbers(Planning* planning, CtrlConfigRecord* record, std::strin
     }
 }
 
-static void planSettings(Planning* planning) {
+// Disabling it is not deferred: it prevents a rebuild onto a spare that is restored later.
+static bool isDeferred(const Planning& planning, const SwitchSetting& row) {
+    return row.field == &ControllerSettings::autoRebuild && *planning.saved.settings.*row.field != 0 &&
+           *planning.now.settings.*row.field == 0;
+}
+
+static void planSwitches(Planning* planning, CtrlConfigRecord* record, std::string* changes) {
+    for (const SwitchSetting& row : kSwitches) {
+        const bool wanted = (*planning->saved.settings.*row.field) != 0 && !isDeferred(*planning, row);
+        record->*row.record = wanted ? 1 : 0;
+        if (wanted != ((*planning->now.settings.*row.field) != 0))
+            addChange(changes, std::string(row.name) + " " + switchWord(wanted));
+    }
+}
+
+static Step controllerStep(const Planning& planning, const CtrlConfigRecord& record,
+                           const std::string& changes) {
     Step step;
     step.kind = StepKind::controller;
-    step.controllerRecord.setIndex = static_cast<int>(planning->now.id);
+    step.controllerRecord = record;
+    step.text = "set controller " + number(planning.now.id) + ": " + changes;
+    return step;
+}
+
+// The step that enables the automatic rebuild comes last: it may start one, which the other steps must not
+// meet.
+static void planSettings(Planning* planning) {
+    CtrlConfigRecord record = {};
+    record.setIndex = static_cast<int>(planning->now.id);
     std::string changes;
-    planNumbers(planning, &step.controllerRecord, &changes);
-    for (const SwitchSetting& row : kSwitches) {
-        const bool saved = (*planning->saved.settings.*row.field) != 0;
-        step.controllerRecord.*row.record = saved ? 1 : 0;
-        if (saved != ((*planning->now.settings.*row.field) != 0))
-            addChange(&changes, std::string(row.name) + " " + switchWord(saved));
-    }
-    step.text = "set controller " + number(planning->now.id) + ": " + changes;
+    planNumbers(planning, &record, &changes);
+    planSwitches(planning, &record, &changes);
     if (!changes.empty())
-        planning->plan.steps.push_back(step);
+        planning->plan.steps.push_back(controllerStep(*planning, record, changes));
+    for (const SwitchSetting& row : kSwitches)
+        if (isDeferred(*planning, row)) {
+            record.*row.record = 1;
+            planning->lastStep =
+                controllerStep(*planning, record, std::string(row.name) + " " + switchWord(true));
+        }
 }
 
 static void noteUnread(Planning* planning, const std::string& object) {

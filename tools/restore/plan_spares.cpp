@@ -1,5 +1,5 @@
-// Spares, and how free space is divided. Spares come last: a spare that exists while arrays are still
-// being created could be used for a rebuild.
+// Spares, and how free space is divided. Spares come after all that uses free space: one that exists while
+// arrays are still being created could be used for a rebuild.
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
@@ -30,6 +30,28 @@ static bool isInPlace(const Planning& planning, const Drive& drive, const Extent
             return true;
     }
     return false;
+}
+
+// The logical drive that is being rebuilt onto the place of the spare, as it may be; nullptr: none.
+static const LogicalDrive* spareUser(const Planning& planning, const Drive& drive, const ExtentEntry& wanted,
+                                     std::uint32_t owner) {
+    for (const ExtentEntry& extent : extents(drive.info)) {
+        const LogicalDrive* array = rebuiltArray(planning.now, drive, extent);
+        if (array != nullptr && (array->info.activityStatus & kRebuilding) != 0 &&
+            extent.start >= wanted.start && extent.start < wanted.start + wanted.size &&
+            (owner == kNoArray || owner == array->info.logDrvId))
+            return array;
+    }
+    return nullptr;
+}
+
+static bool noteSpareUser(Planning* planning, const Drive& drive, const ExtentEntry& wanted,
+                          std::uint32_t owner) {
+    const LogicalDrive* array = spareUser(*planning, drive, wanted, owner);
+    if (array != nullptr)
+        planning->plan.notes.push_back("the spare on " + driveName(drive.number) + " is in use: " +
+                                       arrayName(*array, array->info.logDrvId) + " is being rebuilt onto it");
+    return array != nullptr;
 }
 
 static Step spareStep(const Planning& planning, std::uint32_t drive, std::size_t extent,
@@ -64,7 +86,7 @@ static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry&
                                        " is left out: its logical drive is not here");
         return;
     }
-    if (isInPlace(*planning, drive, saved, *owner))
+    if (isInPlace(*planning, drive, saved, *owner) || noteSpareUser(planning, drive, saved, *owner))
         return;
     Layout& layout = planning->layouts[drive.number];
     const std::string obstacle = obstacleInRange(layout, saved.start, saved.size);
@@ -89,18 +111,6 @@ static void divideFreeSpace(Planning* planning, const Drive& drive, const Extent
         splitAt(planning, drive.number, saved.start);
 }
 
-// The target of a rebuild belongs to the logical drive before it is one of its members.
-static const LogicalDrive* rebuiltArray(const Controller& controller, const Drive& drive,
-                                        const ExtentEntry& extent) {
-    const LogicalDrive* array = findArray(controller, extent.arrayId);
-    if (array == nullptr || (extent.assignment & kExtentAssigned) == 0)
-        return nullptr;
-    for (int i = 0; i < boundedMemberCount(array->info); ++i)
-        if (array->info.memberIds[i] + 1u == drive.number)
-            return nullptr;
-    return array;
-}
-
 // The logical drive is created complete: it needs no target. One that it still has is in use.
 static void noteRebuildTarget(Planning* planning, const Drive& saved, const Drive& drive,
                               const ExtentEntry& extent) {
@@ -118,6 +128,35 @@ static bool hasSpare(const Drive& drive) {
     return false;
 }
 
+static bool isMember(const Controller& saved, std::uint32_t number) {
+    for (const LogicalDrive& array : saved.logicalDrives)
+        for (int i = 0; i < boundedMemberCount(array.info); ++i)
+            if (array.info.memberIds[i] + 1u == number)
+                return true;
+    return false;
+}
+
+// A drive that is not needed otherwise may be left out.
+static std::string leaveOutText(const Planning& planning, const Drive& saved) {
+    const Drive* now = presentDrive(planning, saved.number);
+    const bool isLost = now == nullptr ? movedText(planning, saved.number).empty() : isInaccessible(*now);
+    if (!isLost || isMember(planning.saved, saved.number))
+        return "";
+    DriveMap map = planning.drives;
+    map[saved.number] = std::nullopt;
+    return "; to give up the spare on it, use --drives " + driveMapText(map);
+}
+
+static bool requireUsableSpare(Planning* planning, const Drive& saved) {
+    std::vector<std::string>& obstacles = planning->plan.obstacles;
+    const std::size_t count = obstacles.size();
+    if (requireUsable(planning, saved.number))
+        return true;
+    if (obstacles.size() > count)
+        obstacles.back() += leaveOutText(*planning, saved);
+    return false;
+}
+
 static bool isSameDrive(const Planning& planning, const Drive& saved, const Drive& drive) {
     return planning.drives.count(saved.number) != 0 || hasSerialOf(saved, drive);
 }
@@ -129,12 +168,14 @@ static bool isOrWas(const Planning& planning, const Drive& drive, const Drive& s
            (isLeftOut(planning, saved.number) && saved.number == drive.number);
 }
 
-// A spare of another logical drive counts: what is to be done about it is reported already.
+// A spare of another logical drive counts: what is to be done about it is reported already. So does a part of
+// a spare: a rebuild may use the rest.
 static bool wasSpare(const Planning& planning, const Drive& drive, const ExtentEntry& spare) {
     for (const Drive& saved : planning.saved.drives)
         if (isOrWas(planning, drive, saved))
             for (const ExtentEntry& extent : extents(saved.info))
-                if (isSpare(extent) && extent.start == spare.start && extent.size == spare.size)
+                if (isSpare(extent) && extent.start <= spare.start &&
+                    spare.start + spare.size <= extent.start + extent.size)
                     return true;
     return false;
 }
@@ -154,8 +195,7 @@ void planSpares(Planning* planning) {
     std::vector<Step> spares;
     for (const Drive& saved : planning->saved.drives) {
         const Drive* drive = presentDrive(*planning, saved.number);
-        const bool needed = hasSpare(saved);
-        if ((needed && !requireUsable(planning, saved.number)) || drive == nullptr)
+        if ((hasSpare(saved) && !requireUsableSpare(planning, saved)) || drive == nullptr)
             continue;
         for (const ExtentEntry& extent : extents(saved.info))
             if (isSpare(extent))

@@ -19,6 +19,7 @@ struct Planning {
     std::set<std::uint32_t> refused;            // saved drives that cannot be used; reported once
     std::set<std::uint32_t> inPlace; // saved drives whose logical drives are on the drives of the map
     Plan plan;
+    std::optional<Step> lastStep = std::nullopt; // enables the automatic rebuild
 };
 
 // A place on a saved drive, and the present drive for it. The place of a lost member may not be known.
@@ -91,6 +92,12 @@ void planArrays(Planning* planning);
 
 // plan_creation.cpp
 void planCreation(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places);
+
+// plan_rebuilds.cpp
+// The logical drive that is being rebuilt onto the extent; nullptr: none.
+const LogicalDrive* rebuiltArray(const Controller& controller, const Drive& drive, const ExtentEntry& extent);
+std::vector<std::uint32_t> rebuildTargets(const Controller& controller, const LogicalDrive& array);
+void listRebuilds(Planning* planning);
 
 // plan_spares.cpp
 void planSpares(Planning* planning);

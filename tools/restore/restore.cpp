@@ -11,6 +11,7 @@
 #include "tools/restore/apply.h"
 #include "tools/restore/copy.h"
 #include "tools/restore/options.h"
+#include "tools/restore/origin.h"
 #include "tools/restore/saved.h"
 
 enum ExitStatus { kNothingLeft = 0, kCanApply = 1, kUsage = 2, kFailed = 3, kPrevented = 4, kStopped = 5 };
@@ -30,6 +31,14 @@ static void print(const Plan& plan) {
         std::printf("note: %s\n", note.c_str());
 }
 
+// The logical drives that a restore leaves in a worse state; empty: none.
+static std::string impairedText(const Plan& plan) {
+    std::string text;
+    for (const std::string& each : plan.impaired)
+        text += (text.empty() ? "" : "; ") + each;
+    return text;
+}
+
 // The same plan on simulated adapters.
 static int showOutcome(const Saved& saved, const Restore& restore, const Snapshot& now,
                        const char* argument0) {
@@ -43,9 +52,9 @@ static int showOutcome(const Saved& saved, const Restore& restore, const Snapsho
     std::string output;
     Snapshot copied = now;
     assumeSavedSettings(restore.saved, restore.drives, &copied);
-    const int status =
-        applyToCopy({program, saved.stem, std::to_string(restore.controller), driveMapText(restore.drives)},
-                    copied, &output);
+    const int status = applyToCopy({program, saved.stem, std::to_string(restore.controller),
+                                    std::to_string(restore.saved.id), driveMapText(restore.drives)},
+                                   copied, &output);
     std::printf("On a copy of these adapters:\n%s", output.c_str());
     if (output.empty() || output.back() != '\n')
         std::puts("");
@@ -63,14 +72,18 @@ static int showPlan(const Saved& saved, const Restore& restore, const Snapshot& 
         return kPrevented;
     if (!plan.steps.empty())
         return showOutcome(saved, restore, now, argument0);
-    std::puts("There is nothing to do.");
+    const std::string impaired = impairedText(plan);
+    std::printf("There is nothing to do%s%s.\n", impaired.empty() ? "" : ", but ", impaired.c_str());
     return kNothingLeft;
 }
 
-static void printLeft(const Restore& restore) {
-    for (const std::string& note :
-         makePlan(restore.saved, readController(restore.controller), restore.drives).notes)
+static void printEnd(const Restore& restore) {
+    const Plan left = makePlan(restore.saved, readController(restore.controller), restore.drives);
+    for (const std::string& note : left.notes)
         std::printf("note: %s\n", note.c_str());
+    const std::string impaired = impairedText(left);
+    std::printf("Controller %u is %sas it was saved%s%s.\n", restore.controller,
+                impaired.empty() ? "" : "not ", impaired.empty() ? "" : ": ", impaired.c_str());
 }
 
 static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader& header,
@@ -85,8 +98,7 @@ static int applyLogged(const Restore& restore, const Plan& plan, const LogHeader
         return printError(problem);
     if (result != ApplyResult::done)
         return result == ApplyResult::stopped ? kStopped : kFailed;
-    printLeft(restore);
-    std::printf("Controller %u is as it was saved.\n", restore.controller);
+    printEnd(restore);
     return kNothingLeft;
 }
 
@@ -110,7 +122,8 @@ static std::string continueFrom(const RestoreOptions& options, const std::string
         return path + ": " + invalid;
     header->drives = earlier.drives;
     const std::string with = drives->empty() ? "" : " with --drives " + driveMapText(*drives);
-    std::printf("Continues an unfinished restore%s: %d of the steps were done.\n", with.c_str(), state.steps);
+    std::printf("Continues an unfinished restore%s: %d of the steps were done%s.\n", with.c_str(),
+                state.steps, state.isInStep ? ", and another one was begun" : "");
     return "";
 }
 
@@ -129,8 +142,13 @@ static bool isInBackup(const std::string& path, const Saved& saved) {
     return false;
 }
 
+static std::uint32_t savedId(const RestoreOptions& options) {
+    return options.from.value_or(*options.controller);
+}
+
 static LogHeader headerOf(const RestoreOptions& options, const Saved& saved) {
-    return {saved.identity, std::to_string(*options.controller), driveMapText(options.drives)};
+    const std::string id = std::to_string(*options.controller), from = std::to_string(savedId(options));
+    return {saved.identity, from == id ? id : from + "->" + id, driveMapText(options.drives)};
 }
 
 // The lock excludes commands of other sessions while the plan is made and applied.
@@ -152,7 +170,6 @@ static int applyLocked(const RestoreOptions& options, const Saved& saved, const 
 // The log is read as --apply reads it, so that both do the same.
 static int preview(const RestoreOptions& options, const Saved& saved, const Controller& controller,
                    Snapshot* now, const char* argument0) {
-    readControllers(now);
     const Controller* present = findController(*now, *options.controller);
     if (present == nullptr)
         return printError("there is no controller " + std::to_string(*options.controller));
@@ -167,9 +184,15 @@ static int preview(const RestoreOptions& options, const Saved& saved, const Cont
 static int restoreOpened(const RestoreOptions& options, const Saved& saved, Snapshot* now,
                          const char* argument0) {
     const std::uint32_t id = *options.controller;
-    const Controller* controller = findController(saved.snapshot, id);
+    readControllers(now);
+    const std::string doubt = options.from ? "" : doubtAboutOrigin(saved.snapshot, *now, id);
+    if (!doubt.empty()) {
+        std::printf("prevented: %s\n", doubt.c_str());
+        return kPrevented;
+    }
+    const Controller* controller = findController(saved.snapshot, savedId(options));
     if (controller == nullptr)
-        return printError("the backup has no controller " + std::to_string(id));
+        return printError("the backup has no controller " + std::to_string(savedId(options)));
     if (id >= now->controllerCount)
         return printError("there is no controller " + std::to_string(id));
     if (const auto unknown = unknownDrive(*controller, options.drives)) {
