@@ -112,6 +112,16 @@ TEST_F(WaitTerminal, IsRestoredByOtherSignals) {
     }
 }
 
+// As when the timer expires.
+TEST_F(WaitTerminal, IsRestoredIfTheAdaptersDoNotAnswer) {
+    after(" 0%", [](int, pid_t program) { kill(program, SIGALRM); });
+    const ProcessOutcome outcome = run("-l 0 --timeout 1000000000");
+    EXPECT_EQ(outcome.status, 3);
+    const std::string end = kShow + "\r\ncli-wait: timed out: the adapters do not answer\r\n";
+    ASSERT_GE(outcome.out.size(), end.size());
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - end.size()), end);
+}
+
 // As under nohup.
 TEST_F(WaitTerminal, KeepsIgnoringAnIgnoredSignal) {
     before = "trap '' HUP";

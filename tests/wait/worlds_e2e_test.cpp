@@ -114,6 +114,19 @@ TEST_F(WaitWorlds, LeavesPausedActivities) {
                " has ended\n" + kArchive + " is online\n");
 }
 
+// They have ten seconds, even if the wait is shorter. The message is an error of the adapters.
+static const std::string kNoAnswer = "cli-wait: timed out: the adapters do not answer\n";
+
+TEST_F(WaitWorlds, TimesOutIfTheAdaptersDoNotAnswer) {
+    EXPECT_EQ(failed("hang q5_getLogDrvInfo"), "");
+    expect("--timeout 3", "", 3, "", kNoAnswer);
+}
+
+TEST_F(WaitWorlds, TimesOutIfTheAdaptersCannotBeOpened) {
+    EXPECT_EQ(failed("hang q5_initialize"), "");
+    expect("-q --timeout 0", "", 3, "", kNoAnswer);
+}
+
 TEST_F(WaitWorlds, TimesOut) {
     EXPECT_EQ(failed("fail-drive 0 2"), "");
     expect("-l 0 --timeout 0", "", 3, "rebuild of " + kArchive + ": 0%\n",

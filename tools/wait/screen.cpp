@@ -42,7 +42,7 @@ static void showCursor() {
 }
 
 // The next output begins on a new line, also after an echoed "^C".
-static void endDisplayLine() {
+void leaveDisplay() {
     if (cursorHidden == 0)
         return;
     showCursor();
@@ -52,7 +52,7 @@ static void endDisplayLine() {
 extern "C" {
 // The default action of the signal follows when it is unblocked, as the handler returns.
 static void endOnSignal(int signal) {
-    endDisplayLine();
+    leaveDisplay();
     struct sigaction action = {};
     action.sa_handler = SIG_DFL;
     sigaction(signal, &action, nullptr);
@@ -61,7 +61,7 @@ static void endOnSignal(int signal) {
 
 static void stopOnSignal(int) {
     const int error = errno;
-    endDisplayLine();
+    leaveDisplay();
     wasStopped = 1;
     raise(SIGSTOP);
     errno = error;

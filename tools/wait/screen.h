@@ -18,6 +18,9 @@ struct Screen {
 void openScreen(Screen* screen);
 void closeScreen(Screen* screen);
 
+// For the handlers of signals that end the program: shows the cursor, below the display.
+void leaveDisplay();
+
 ScreenSize screenSize();
 
 // Replaces the display with these lines, which stay, and a new display below them. Returns whether it could

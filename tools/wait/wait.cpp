@@ -8,6 +8,7 @@
 #include "tools/common/standard_streams.h"
 #include "tools/wait/bars.h"
 #include "tools/wait/screen.h"
+#include "tools/wait/time_limit.h"
 
 static constexpr std::int64_t kSecond = 1000;
 
@@ -80,6 +81,23 @@ static std::int64_t nextReading(const Session& session) {
     return watch.options.timeout ? std::min(next, watch.start + *watch.options.timeout) : next;
 }
 
+// Adapters that answer slowly have at least this time, even if less is left.
+static constexpr std::int64_t kLeastLimit = 10 * kSecond;
+
+static void limitTime(const std::optional<std::int64_t>& left) {
+    if (left)
+        startTimeLimit(std::max(*left, kLeastLimit));
+}
+
+static View observeInTime(const Session& session) {
+    const Watch& watch = session.watch;
+    if (watch.options.timeout)
+        limitTime(watch.start + *watch.options.timeout - monotonicTime());
+    const View view = observe(watch.options, session.controllers);
+    stopTimeLimit();
+    return view;
+}
+
 // A selected object that does not exist is a usage error.
 static bool isMissing(const Options& options, const View& view) {
     return options.logicalDrive && view.problem.empty() && view.arrays.empty();
@@ -92,7 +110,7 @@ static WaitStatus waitOpened(Session* session) {
                              "there is no controller " + std::to_string(*options.controller));
     session->watch.start = monotonicTime();
     for (;;) {
-        const View view = observe(options, session->controllers);
+        const View view = observeInTime(*session);
         session->now = monotonicTime();
         if (!session->watch.started && isMissing(options, view))
             return reportProblem(WaitStatus::usage,
@@ -108,7 +126,9 @@ static WaitStatus waitOpened(Session* session) {
 
 static WaitStatus run(const Options& options) {
     Snapshot snapshot;
+    limitTime(options.timeout);
     const OpenResult opened = openAdapters(&snapshot);
+    stopTimeLimit();
     if (opened == OpenResult::failed)
         return reportProblem(WaitStatus::unreadable, faultText(snapshot.faults.front()));
     Session session;
