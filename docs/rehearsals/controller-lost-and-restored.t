@@ -37,12 +37,12 @@ What has to be done? The serial number of the new drive is not that of the old o
 It is the replacement. The plan is then also tried on a copy; nothing has been changed yet:
 
   $ cli-restore-rehearse -i 0 --drives 5=5 $backup
-  1. set controller 0: auto rebuild enable
-  2. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
-  3. set logical drive 1: writepolicy=writeback,lookahead=4,consolidation=enable (unless it is created with them)
+  1. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
+  2. set logical drive 1: writepolicy=writeback,lookahead=4,consolidation=enable (unless it is created with them)
+  3. set controller 0: auto rebuild enable
   On a copy of these adapters:
-  1. set controller 0: auto rebuild enable
-  2. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
+  1. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
+  2. set controller 0: auto rebuild enable
   Controller 0 is as it was saved.
   [1]
   $ cli logdrv -i 0 | grep -c System
@@ -50,11 +50,11 @@ It is the replacement. The plan is then also tried on a copy; nothing has been c
   [1]
 
 Creating a logical drive may make the data on its members unreadable. What drive 4 still held has been copied
-first. Apply the plan; the third step is not necessary, as on the copy:
+first. Apply the plan; the second step is not necessary, as on the copy:
 
   $ cli-restore-rehearse -i 0 --drives 5=5 --apply $backup
-  1. set controller 0: auto rebuild enable
-  2. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
+  1. create logical drive 1 System: RAID1 of 122880000 sectors on drive 4 extent 0 (122880000 sectors from 0), drive 5 extent 0 (122880000 sectors from 0)
+  2. set controller 0: auto rebuild enable
   Controller 0 is as it was saved.
   $ cli logdrv -i 0
   ID    RAID Disks Sectors   Size(MB)          DiskID Name

@@ -160,6 +160,24 @@ TEST(Conversion, LostMemberOnAWorkingDriveIsStale) {
     EXPECT_EQ(worldOf(capture).controllers[0].logicalDrives[0].staleMembers, std::vector<std::uint16_t>{1});
 }
 
+// Its array has the same ID, but another share of each drive.
+TEST(Conversion, ExtentOfAnotherSizeInTheSlotOfALostMemberIsForeign) {
+    Snapshot snapshot = mirrored();
+    Controller& controller = snapshot.controllers[0];
+    controller.logicalDrives[0].info.functionalStatus = kCritical;
+    controller.logicalDrives[0].lostMask = 2;
+    controller.drives[1].info.extent[0].size = kDriveSectors / 2;
+    controller.drives[1].info.extent[0].state = 0;
+    const Capture capture = captureWorld(snapshot, kNow);
+    EXPECT_TRUE(capture.complete) << ::testing::PrintToString(capture.assumed);
+    const q5sim::World world = worldOf(capture);
+    const q5sim::Extent& extent = world.controllers[0].drives[1].extents[0];
+    EXPECT_EQ(extent.use, q5sim::kUseForeign);
+    EXPECT_EQ(extent.array, 0);
+    EXPECT_EQ(world.controllers[0].logicalDrives[0].staleMembers, std::vector<std::uint16_t>{});
+    EXPECT_EQ(world.controllers[0].logicalDrives[0].memberSectors, kDriveSectors);
+}
+
 TEST(Conversion, OfflineWithAllMembersIsInactive) {
     Snapshot snapshot = mirrored();
     snapshot.controllers[0].logicalDrives[0].info.functionalStatus = 0;

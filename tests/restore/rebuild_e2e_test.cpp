@@ -40,12 +40,25 @@ TEST_F(Restore, EnablesTheAutomaticRebuildLast) {
                               "1. set controller 0: sync rate 102, init rate 104, media patrol rate 103, "
                               "migrate rate 105, rebuild rate 101\n"
                               "2. set drive 3: write cache enable\n"
-                              "3. split extent 0 of drive 2 at 500 MB\n"
-                              "4. make extent 0 of drive 3 a global spare\n"
-                              "5. set controller 0: auto rebuild enable\n" +
+                              "3. make extent 0 of drive 3 a global spare\n"
+                              "4. set controller 0: auto rebuild enable\n" +
                                   kStarted + kLostNote + kUsedNote +
                                   "Controller 0 is not as it was saved: " + kRebuilding,
                               ""}));
+}
+
+// The drive in the slot of the lost member becomes the spare. Until then, its space stays whole.
+TEST_F(Restore, ExchangesTheSpareAndTheMember) {
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    ASSERT_EQ(q5sim({"replace-drive", "0", "2"}).status, 0);
+    EXPECT_EQ(restore({"--apply", "--drives", "2=2"}),
+              (ProcessOutcome{
+                  0, kLostNote + kUsedNote + "Controller 0 is not as it was saved: " + kRebuilding, ""}));
+    ASSERT_EQ(q5sim({"advance", "--until-idle"}).status, 0);
+    const ProcessOutcome outcome = restore({"--apply", "--drives", "2=3,3=2"});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    EXPECT_NE(outcome.out.find("1. make extent 0 of drive 2 a global spare\n"), std::string::npos) << outcome;
+    EXPECT_NE(outcome.out.find("Controller 0 is as it was saved.\n"), std::string::npos) << outcome;
 }
 
 // Another spare than that of the backup. The rebuild needs the first 500 MB of it.
@@ -88,11 +101,10 @@ TEST_F(Restore, SaysThatALogicalDriveIsNotAsItWasSaved) {
     ASSERT_EQ(backup().status, 0);
     ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
     ASSERT_EQ(q5sim({"replace-drive", "0", "2"}).status, 0);
-    EXPECT_EQ(restore({"--apply", "--drives", "2=2"}),
-              (ProcessOutcome{0,
-                              "1. split extent 0 of drive 2 at 500 MB\n" + kLostNote +
-                                  "Controller 0 is not as it was saved: logical drive 0 Data is critical.\n",
-                              ""}));
+    EXPECT_EQ(
+        restore({"--apply", "--drives", "2=2"}),
+        (ProcessOutcome{
+            0, kLostNote + "Controller 0 is not as it was saved: logical drive 0 Data is critical.\n", ""}));
     EXPECT_EQ(restore({"--drives", "2=2"}),
               (ProcessOutcome{
                   0, kLostNote + "There is nothing to do, but logical drive 0 Data is critical.\n", ""}));

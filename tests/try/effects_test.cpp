@@ -91,6 +91,24 @@ TEST(TryReport, ExcludesJobsThatWereRunning) {
     EXPECT_EQ(effects.started, TextLines{});
 }
 
+TEST(TryReport, RenamedLogicalDriveKeepsItsJob) {
+    q5sim::World before = captured();
+    q5sim::startSynchronization(before.controllers[0], archive(before), kNow);
+    q5sim::World after = before;
+    archive(after).name = "X";
+    EXPECT_EQ(followEffects(before, after, kNow).started, TextLines{});
+}
+
+// Deleted and created again, with the same ID and name.
+TEST(TryReport, NewLogicalDriveHasAJobOfItsOwn) {
+    q5sim::World before = captured();
+    q5sim::startSynchronization(before.controllers[0], archive(before), kNow);
+    q5sim::World after = before;
+    archive(after).captured = false;
+    EXPECT_EQ(followEffects(before, after, kNow).started,
+              TextLines{"controller 0: logical drive 0 Archive: synchronization, 3 minutes 16 seconds"});
+}
+
 TEST(TryReport, ResumedJobIsStarted) {
     q5sim::World before = captured(), after;
     q5sim::startSynchronization(before.controllers[0], archive(before), kNow);
@@ -115,6 +133,20 @@ TEST(TryReport, ReleasedForeignExtent) {
         lostData(followEffects(before, after, kNow)),
         TextLines{"controller 0: drive 7, extent 0, 2 MB of another controller's array, would be given up"});
     EXPECT_EQ(lostData(followEffects(before, before, kNow)), TextLines{});
+}
+
+// A drive that returned, as it seems: no loss, but a risk.
+TEST(TryReport, ReleasedOutdatedMember) {
+    q5sim::World before = captured();
+    before.controllers[0].autoRebuild = false;
+    archive(before).staleMembers = {2};
+    q5sim::World after = before;
+    after.controllers[0].drives[2].extents[0] = {q5sim::kUseFree, kNoArray, 0, 409600000};
+    const Effects effects = followEffects(before, after, kNow);
+    EXPECT_EQ(lostData(effects), TextLines{});
+    EXPECT_EQ(riskedData(effects), TextLines{"controller 0: drive 3, extent 0, 200,000 MB that count as an "
+                                             "outdated member of logical drive 0, would be given up"});
+    EXPECT_EQ(riskedData(followEffects(before, before, kNow)), TextLines{});
 }
 
 TEST(TryReport, SpareAndRedundancyAtRisk) {

@@ -59,6 +59,16 @@ static std::string worldWithRule(const std::string& kind, const std::string& ope
     return plain.worldText();
 }
 
+// The built-in world after commands of these programs.
+static std::string worldAfter(const std::vector<std::vector<std::string>>& commands) {
+    Session plain;
+    for (const std::vector<std::string>& words : commands) {
+        plain.program = programs + "/" + words[0];
+        EXPECT_EQ(plain.run({words.begin() + 1, words.end()}).status, 0) << words[1];
+    }
+    return plain.worldText();
+}
+
 TEST(Try, DeletionLosesData) {
     TrySession session;
     EXPECT_EQ(session.run({"logdrv", "-a", "del", "-l", "0", "-i", "0"}), (ProcessOutcome{1, kDeletion, ""}));
@@ -130,6 +140,36 @@ TEST(Try, StartedJobHasItsTime) {
     EXPECT_EQ(outcome.status, 0) << outcome.out;
     EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n"
                                "  controller 0: logical drive 1 System: migration, 59 seconds\n"),
+              std::string::npos)
+        << outcome.out;
+}
+
+TEST(Try, RunningJobIsNotStartedByARename) {
+    TrySession session;
+    session.useWorld(worldAfter({{"q5sim", "fail-drive", "0", "2"}}));
+    const ProcessOutcome outcome = session.run({"logdrv", "-a", "mod", "-l", "0", "-i", "0", "-s", "name=X"});
+    EXPECT_EQ(outcome.status, 0) << outcome.out;
+    EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n  nothing\n"),
+              std::string::npos)
+        << outcome.out;
+}
+
+// In the slot of a lost member. Its array there has the same ID as the one here.
+TEST(Try, WipingADriveOfAnotherSystemLosesData) {
+    std::string world =
+        worldAfter({{"cli-rehearse", "ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=disable"},
+                    {"q5sim", "pull-drive", "0", "2"},
+                    {"q5sim", "insert-drive", "0", "2", "--foreign"}});
+    const std::string foreign = "\"foreign\", \"array\": ";
+    const std::size_t at = world.find(foreign + "2");
+    ASSERT_NE(at, std::string::npos);
+    world[at + foreign.size()] = '0';
+    TrySession session;
+    session.useWorld(world);
+    const ProcessOutcome outcome = session.run({"phydrv", "-a", "wipe", "-p", "2", "-i", "0"});
+    EXPECT_EQ(outcome.status, 1) << outcome.out;
+    EXPECT_NE(outcome.out.find("\nData that would be lost:\n  controller 0: drive 2, extent 0, 238,470 MB of "
+                               "another controller's array, would be given up\n"),
               std::string::npos)
         << outcome.out;
 }

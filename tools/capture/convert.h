@@ -36,5 +36,7 @@ void noteFaults(const Place& place, const Faults& faults);
 
 bool contains(const std::vector<std::uint16_t>& ids, std::uint32_t id);
 
+bool isReportedLost(const LogicalDrive& from, std::uint16_t id);
+
 // The fewest megabytes at which a job of this size shows this percentage.
 std::uint64_t megabytesAt(std::uint64_t percent, std::uint64_t total);

@@ -105,13 +105,37 @@ static bool takesPart(const q5sim::LogicalDrive& drive, std::uint16_t id) {
                        [&](const q5sim::RebuildTarget& target) { return target.drive == id; });
 }
 
+// Whether a member that is not lost has an extent of this size, or none can be compared.
+static bool hasShare(const Conversion& conversion, const LogicalDrive& from, std::uint64_t size) {
+    bool compared = false;
+    for (const q5sim::Drive& drive : conversion.to.drives) {
+        const auto reported = extents(sourceOf(conversion.from, drive)->info);
+        const ExtentEntry* extent =
+            isReportedLost(from, drive.id) ? nullptr : memberExtentOf(reported, from.info.arrayId);
+        if (extent != nullptr && extent->size == size)
+            return true;
+        compared = compared || extent != nullptr;
+    }
+    return !compared;
+}
+
+// In the place of a lost member, an array of another system may have the same ID. Where members have equal
+// shares, its size shows that the extent is not that of the lost member.
+static bool isOfAnotherSystem(const Conversion& conversion, const q5sim::LogicalDrive& array,
+                              std::uint16_t id, const ExtentEntry& extent) {
+    const LogicalDrive& from = *sourceOf(conversion.from, array);
+    return array.level != kJbod && isReportedLost(from, id) && extent.state == 0 &&
+           !hasShare(conversion, from, extent.size);
+}
+
 static q5sim::Extent convertExtent(const Conversion& conversion, const q5sim::Drive& drive,
                                    std::span<const ExtentEntry> all, const ExtentEntry& from) {
     q5sim::Extent extent = {q5sim::kUseFree, kNoArray, from.start, from.size};
     const q5sim::LogicalDrive* array = q5sim::findArray(conversion.to, from.arrayId);
     if ((from.assignment & kExtentAssigned) != 0) {
-        const bool member =
-            array != nullptr && takesPart(*array, drive.id) && memberExtentOf(all, from.arrayId) == &from;
+        const bool member = array != nullptr && takesPart(*array, drive.id) &&
+                            memberExtentOf(all, from.arrayId) == &from &&
+                            !isOfAnotherSystem(conversion, *array, drive.id, from);
         extent.use = member ? q5sim::kUseArray : q5sim::kUseForeign;
         extent.array = std::min(from.arrayId, kNoArray);
     } else if ((from.assignment & kExtentGlobalSpare) != 0) {

@@ -121,7 +121,7 @@ void convertShares(Conversion& conversion) {
         convertShare(conversion, drives[i], below(conversion.place, "logicalDrives", i));
 }
 
-static bool isReportedLost(const LogicalDrive& from, std::uint16_t id) {
+bool isReportedLost(const LogicalDrive& from, std::uint16_t id) {
     return (from.lostMask.value_or(0) >> id & 1) != 0;
 }
 

@@ -102,6 +102,22 @@ static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry&
     spares->push_back(spareStep(*planning, drive.number, index, *owner));
 }
 
+static bool wasMember(const Controller& saved, const Drive& drive, const ExtentEntry& extent) {
+    return (extent.assignment & kExtentAssigned) != 0 && findArray(saved, extent.arrayId) != nullptr &&
+           rebuiltArray(saved, drive, extent) == nullptr;
+}
+
+// Whether a member was on the drive that is not there, nor created. Its space may be needed for a rebuild, or
+// together with the rest for a spare.
+static bool lacksMember(const Planning& planning, const Drive& saved, const Layout& layout) {
+    for (const ExtentEntry& extent : extents(saved.info)) {
+        const std::size_t index = findRegion(layout, extent.start);
+        if (wasMember(planning.saved, saved, extent) && index < layout.size() && layout[index].isFree())
+            return true;
+    }
+    return false;
+}
+
 // Splits adjacent free extents as saved. Space that is used or cannot be split is left unchanged.
 static void divideFreeSpace(Planning* planning, const Drive& drive, const ExtentEntry& saved) {
     const Layout& layout = planning->layouts[drive.number];
@@ -202,7 +218,8 @@ void planSpares(Planning* planning) {
                 planSpare(planning, *drive, extent, &spares);
             else if (rebuiltArray(planning->saved, saved, extent) != nullptr)
                 noteRebuildTarget(planning, saved, *drive, extent);
-            else if (extentUser(planning->saved, extent).empty() && isSameDrive(*planning, saved, *drive))
+            else if (extentUser(planning->saved, extent).empty() && isSameDrive(*planning, saved, *drive) &&
+                     !lacksMember(*planning, saved, planning->layouts[drive->number]))
                 divideFreeSpace(planning, *drive, extent);
     }
     for (const Drive& drive : planning->now.drives)

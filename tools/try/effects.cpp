@@ -20,9 +20,20 @@ std::string durationText(std::int64_t seconds) {
     return part(seconds, "second");
 }
 
+// Identifies a job. A logical drive may be renamed while it runs; one that was created by a command is
+// another one, whatever its ID.
+struct JobKey {
+    std::size_t controller;
+    std::uint8_t kind;     // one ActivityBit; 0: media patrol
+    std::uint16_t id;      // of the logical drive or the drive
+    bool captured = false; // of the logical drive
+    bool operator==(const JobKey&) const = default;
+};
+
 // A job that runs on a logical drive, or a media patrol of a drive.
 struct Job {
-    std::string name; // also identifies the job
+    JobKey key;
+    std::string name;
     std::int64_t due = q5sim::kNoDeadline;
     bool paused = false;
 };
@@ -30,13 +41,17 @@ struct Job {
 static void addJobs(const q5sim::Controller& controller, std::size_t id, std::vector<Job>* jobs) {
     for (const q5sim::LogicalDrive& drive : controller.logicalDrives)
         if (drive.activity.kind != 0)
-            jobs->push_back({nameOf(id, drive) + ": " + q5sim::activityName(drive.activity.kind),
-                             q5sim::dueTime(controller, drive.activity), drive.activity.paused});
+            jobs->push_back({{id, drive.activity.kind, drive.logDrvId, drive.captured},
+                             nameOf(id, drive) + ": " + q5sim::activityName(drive.activity.kind),
+                             q5sim::dueTime(controller, drive.activity),
+                             drive.activity.paused});
     for (const q5sim::Drive& drive : controller.drives)
         if (drive.patrol.state == kPatrolRunning)
-            jobs->push_back({"controller " + std::to_string(id) + ": drive " + std::to_string(drive.id + 1) +
+            jobs->push_back({{id, 0, drive.id},
+                             "controller " + std::to_string(id) + ": drive " + std::to_string(drive.id + 1) +
                                  ": media patrol",
-                             q5sim::patrolDueTime(controller, drive), false});
+                             q5sim::patrolDueTime(controller, drive),
+                             false});
 }
 
 static std::vector<Job> jobsOf(const q5sim::World& world) {
@@ -48,7 +63,7 @@ static std::vector<Job> jobsOf(const q5sim::World& world) {
 
 static const Job* findJob(const std::vector<Job>& jobs, const Job& wanted) {
     const auto found =
-        std::find_if(jobs.begin(), jobs.end(), [&](const Job& job) { return job.name == wanted.name; });
+        std::find_if(jobs.begin(), jobs.end(), [&](const Job& job) { return job.key == wanted.key; });
     return found == jobs.end() ? nullptr : &*found;
 }
 

@@ -143,6 +143,20 @@ static void addLostProtection(const q5sim::Controller& expected, std::size_t id,
     }
 }
 
+// The adapters do not show whether such an extent is that of the lost member, or of another system.
+static void addLostStale(const q5sim::Controller& expected, std::size_t id, const q5sim::Controller& after,
+                         TextLines* lines) {
+    for (const q5sim::LogicalDrive& array : expected.logicalDrives)
+        for (const q5sim::Drive& drive : expected.drives)
+            for (std::size_t i = 0; i < drive.extents.size(); i++)
+                if (const q5sim::Extent& extent = drive.extents[i];
+                    extent.use == q5sim::kUseArray && extent.array == array.arrayId &&
+                    q5sim::isStaleMember(array, drive.id) && !isKept(after, drive.id, extent))
+                    lines->push_back(extentName(id, drive, i) + ", " + sizeText(extent.size) +
+                                     " that count as an outdated member of logical drive " +
+                                     std::to_string(array.logDrvId) + ", would be given up");
+}
+
 TextLines riskedData(const Effects& effects) {
     TextLines lines;
     for (std::size_t id = 0; id < effects.expected.controllers.size(); id++) {
@@ -151,6 +165,7 @@ TextLines riskedData(const Effects& effects) {
             continue;
         addLostProtection(effects.expected.controllers[id], id, *after, &lines);
         addLostSpares(effects.expected.controllers[id], id, *after, &lines);
+        addLostStale(effects.expected.controllers[id], id, *after, &lines);
     }
     return lines;
 }
