@@ -102,17 +102,14 @@ static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry&
     spares->push_back(spareStep(*planning, drive.number, index, *owner));
 }
 
-static bool wasMember(const Controller& saved, const Drive& drive, const ExtentEntry& extent) {
-    return (extent.assignment & kExtentAssigned) != 0 && findArray(saved, extent.arrayId) != nullptr &&
-           rebuiltArray(saved, drive, extent) == nullptr;
-}
-
-// Whether a member was on the drive that is not there, nor created. Its space may be needed for a rebuild, or
-// together with the rest for a spare.
+// Whether a logical drive that is here has lost the member that was on the drive. The member's space may be
+// needed for a rebuild, or together with the rest for a spare.
 static bool lacksMember(const Planning& planning, const Drive& saved, const Layout& layout) {
     for (const ExtentEntry& extent : extents(saved.info)) {
         const std::size_t index = findRegion(layout, extent.start);
-        if (wasMember(planning.saved, saved, extent) && index < layout.size() && layout[index].isFree())
+        if ((extent.assignment & kExtentAssigned) != 0 && planning.ids.count(extent.arrayId) != 0 &&
+            rebuiltArray(planning.saved, saved, extent) == nullptr && index < layout.size() &&
+            layout[index].isFree())
             return true;
     }
     return false;
