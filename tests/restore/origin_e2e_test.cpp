@@ -53,6 +53,22 @@ TEST_F(RestoreRenumbered, RestoresTheControllerThatIsNamed) {
     EXPECT_EQ(restore({"--from", "0"}, "1").out, "There is nothing to do.\n");
 }
 
+// Settings that cannot be read now are no step on the copy either.
+TEST_F(RestoreRenumbered, CopiesTheControllerWithItsPresentID) {
+    ASSERT_EQ(cli({"buzz", "-a", "disable", "-i", "0"}).status, 0);
+    ASSERT_LE(backup().status, 1);
+    world = Json::parse(session.worldText());
+    renumber();
+    ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "1", "-s", "syncrate=9"}).status, 0);
+    ASSERT_EQ(q5sim({"refuse", "q5_getBuzzerStatus"}).status, 0);
+    const ProcessOutcome outcome = restore({"--from", "0"}, "1");
+    EXPECT_EQ(outcome.status, 1) << outcome;
+    EXPECT_TRUE(outcome.out.ends_with("On a copy of these adapters:\n"
+                                      "1. set controller 1: sync rate 102\n"
+                                      "Controller 1 is as it was saved.\n"))
+        << outcome;
+}
+
 // The drives of the other controller are not touched, but its settings are.
 TEST_F(RestoreRenumbered, DoesNotDoubtTheControllerThatIsNamed) {
     renumber();

@@ -70,9 +70,9 @@ static void assumeDrives(const Controller& saved, const DriveMap& drives, Contro
     }
 }
 
-void assumeSavedSettings(const Controller& saved, const DriveMap& drives, Snapshot* now) {
+void assumeSavedSettings(const Controller& saved, std::uint32_t id, const DriveMap& drives, Snapshot* now) {
     for (Controller& controller : now->controllers) {
-        if (controller.id != saved.id)
+        if (controller.id != id)
             continue;
         assume(saved.settings, &controller.settings);
         assume(saved.buzzer, &controller.buzzer);

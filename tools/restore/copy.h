@@ -16,7 +16,7 @@ struct CopyRun {
 
 // Fills in the settings of the controller that could not be read now, and thus stay, with the saved ones: a
 // copy has all settings, and has nothing left to do about these.
-void assumeSavedSettings(const Controller& saved, const DriveMap& drives, Snapshot* now);
+void assumeSavedSettings(const Controller& saved, std::uint32_t id, const DriveMap& drives, Snapshot* now);
 
 // Applies the backup to a copy of the present state. Returns the exit status and the output; -1 with
 // an error message if it could not be tried.

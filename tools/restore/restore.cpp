@@ -51,7 +51,7 @@ static int showOutcome(const Saved& saved, const Restore& restore, const Snapsho
     }
     std::string output;
     Snapshot copied = now;
-    assumeSavedSettings(restore.saved, restore.drives, &copied);
+    assumeSavedSettings(restore.saved, restore.controller, restore.drives, &copied);
     const int status = applyToCopy({program, saved.stem, std::to_string(restore.controller),
                                     std::to_string(restore.saved.id), driveMapText(restore.drives)},
                                    copied, &output);
