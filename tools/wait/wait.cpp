@@ -93,7 +93,7 @@ static View observeInTime(const Session& session) {
     const Watch& watch = session.watch;
     if (watch.options.timeout)
         limitTime(watch.start + *watch.options.timeout - monotonicTime());
-    const View view = observe(watch.options, session.controllers);
+    View view = observe(watch.options, session.controllers);
     stopTimeLimit();
     return view;
 }
