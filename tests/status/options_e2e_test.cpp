@@ -160,11 +160,12 @@ TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3) {
     }
 }
 
-TEST_F(StatusOptions, FilesThatCannotBeWrittenDoNotHideWhatIsCritical) {
+// Whoever reads the file does not get what is critical: the service that writes it has failed.
+TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3AlsoIfSomethingIsCritical) {
     world["controllers"][0]["battery"]["state"] = "failed";
     session.useWorld(world.dump());
     EXPECT_EQ(session.run({"--metrics=" + session.path("none/file")}),
-              (ProcessOutcome{2, "",
+              (ProcessOutcome{3, "",
                               "cli-status: cannot write " + session.path("none/file") +
                                   ": No such file or directory\n"}));
 }

@@ -163,12 +163,10 @@ static int runChanges(const Options& options, const Report& report, const Snapsh
     return exitStatus(worseOf(worseOf(changed, doubt), worstSeverity(report.findings)));
 }
 
+// The status of what could not be written would not reach whoever reads it.
 static int runState(const Options& options, const Report& report) {
     const std::string problem = reportState(options, report);
-    if (!problem.empty())
-        printError(options, problem);
-    const Severity doubt = problem.empty() ? Severity::info : Severity::unknown;
-    return exitStatus(worseOf(doubt, worstSeverity(report.findings)));
+    return problem.empty() ? exitStatus(worstSeverity(report.findings)) : printError(options, problem);
 }
 
 static int run(const Options& options) {
