@@ -170,6 +170,22 @@ TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3AlsoIfSomethingIsCritical)
                                   ": No such file or directory\n"}));
 }
 
+TEST_F(StatusOptions, AStandardOutputThatIsFullOrClosedEndsWith3) {
+    session.program = "/bin/sh";
+    for (const char* redirection : {" >/dev/full", " >&-"})
+        EXPECT_EQ(session.run({"-c", CLI_STATUS + std::string(redirection)}),
+                  (ProcessOutcome{3, "", "cli-status: cannot write to standard output\n"}))
+            << redirection;
+}
+
+// No file or device gets what is printed.
+TEST_F(StatusOptions, FilesAreWrittenWithoutStandardStreams) {
+    const std::string metrics = session.run({"--metrics"}).out, name = session.path("metrics");
+    session.program = "/bin/sh";
+    EXPECT_EQ(session.run({"-c", CLI_STATUS " --metrics=" + name + " <&- >&- 2>&-"}).status, 0);
+    EXPECT_EQ(readFile(name), metrics);
+}
+
 TEST_F(StatusOptions, PipesAreWrittenInPlace) {
     const std::string pipe = session.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);

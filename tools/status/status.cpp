@@ -11,6 +11,7 @@
 #include "snapshot/read.h"
 #include "snapshot/text.h"
 #include "tools/common/regular_file.h"
+#include "tools/common/standard_streams.h"
 #include "tools/status/changes.h"
 #include "tools/status/changes_missing.h"
 #include "tools/status/format.h"
@@ -203,6 +204,7 @@ static bool requestsPlugin(int argc, char** argv) {
 }
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     Options options;
     const OptionsResult result = readOptions(argc, argv, &options);
     if (result == OptionsResult::run)
