@@ -1,21 +1,10 @@
 // Compares the serials of the drives of all controllers.
 #include "tools/restore/origin.h"
 
-#include <algorithm>
-
-#include "snapshot/text.h"
-
-static bool hasSerial(const Controller& controller, std::string_view serial) {
-    return std::any_of(controller.drives.begin(), controller.drives.end(), [serial](const Drive& drive) {
-        return trimmed(fieldText(drive.info.serial)) == serial;
-    });
-}
+#include "snapshot/serials.h"
 
 static bool sharesDrive(const Controller& a, const Controller& b) {
-    return std::any_of(a.drives.begin(), a.drives.end(), [&b](const Drive& drive) {
-        const auto serial = trimmed(fieldText(drive.info.serial));
-        return !serial.empty() && hasSerial(b, serial);
-    });
+    return countSharedDrives(a, b) > 0;
 }
 
 static const Controller* findSharing(const Snapshot& snapshot, const Controller& controller) {

@@ -59,10 +59,6 @@ std::int32_t batteryTenthsCelsius(const BatteryInfo& battery) {
     return battery.temperature - zeroCelsius;
 }
 
-std::string_view serialOf(const Drive& drive) {
-    return trimmed(fieldText(drive.info.serial));
-}
-
 std::string knownText(std::string_view field) {
     const std::string_view text = trimmed(field);
     return text.empty() ? "unknown" : std::string(text);

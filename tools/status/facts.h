@@ -28,9 +28,6 @@ bool hasBattery(const Controller& controller); // as far as it could be read
 std::uint8_t batteryState(const Controller& controller);
 std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
 
-// Without the blanks that pad it; valid as long as the drive is.
-std::string_view serialOf(const Drive& drive);
-
 // A drive's text without the blanks that pad it; "unknown" if nothing is left.
 std::string knownText(std::string_view field);
 

@@ -1,6 +1,7 @@
 // Metrics of drives.
 #include <algorithm>
 
+#include "snapshot/serials.h"
 #include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/metrics.h"
@@ -29,7 +30,7 @@ static void addDriveInfo(const Report& report, Series* series) {
                                                  ? ""
                                                  : std::to_string(drive.info.enclosureId));
             labels.emplace_back("model", trimmed(fieldText(drive.info.model)));
-            labels.emplace_back("serial", trimmed(fieldText(drive.info.serial)));
+            labels.emplace_back("serial", serialOf(drive));
             labels.emplace_back("firmware", trimmed(fieldText(drive.info.firmware)));
             addSeries(series, labels, "1");
         }

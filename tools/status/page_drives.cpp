@@ -1,4 +1,5 @@
 // The drives of the HTML page: a card each.
+#include "snapshot/serials.h"
 #include "snapshot/text.h"
 #include "snapshot/words.h"
 #include "tools/status/facts.h"
@@ -23,7 +24,7 @@ static std::string patrolText(const Drive& drive) {
 static void addDriveFacts(const Drive& drive, std::string* page) {
     *page += "<dl>\n";
     addFact(page, "Model", isolatedText(trimmed(fieldText(drive.info.model))));
-    addFact(page, "Serial number", isolatedText(trimmed(fieldText(drive.info.serial))));
+    addFact(page, "Serial number", isolatedText(serialOf(drive)));
     addFact(page, "Firmware", isolatedText(trimmed(fieldText(drive.info.firmware))));
     addFact(page, "Size", megabytesText(drive.info.capacity));
     addFact(page, "Place", placeOf(drive.info));

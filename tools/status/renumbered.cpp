@@ -3,26 +3,16 @@
 
 #include <algorithm>
 
+#include "snapshot/serials.h"
 #include "tools/status/facts.h"
 #include "tools/status/rules.h"
-
-static bool hasSerial(const Controller& controller, std::string_view serial) {
-    return std::any_of(controller.drives.begin(), controller.drives.end(),
-                       [&](const Drive& drive) { return serialOf(drive) == serial; });
-}
-
-static std::ptrdiff_t countShared(const Controller& one, const Controller& other) {
-    return std::count_if(one.drives.begin(), one.drives.end(), [&](const Drive& drive) {
-        return !serialOf(drive).empty() && hasSerial(other, serialOf(drive));
-    });
-}
 
 // The controller that has most of the drives; nullptr if none has any.
 static const Controller* findByDrives(const Snapshot& snapshot, const Controller& wanted) {
     const Controller* best = nullptr;
-    std::ptrdiff_t most = 0;
+    std::size_t most = 0;
     for (const Controller& each : snapshot.controllers) {
-        const std::ptrdiff_t shared = countShared(wanted, each);
+        const std::size_t shared = countSharedDrives(wanted, each);
         if (shared > most || (shared > 0 && shared == most && each.id == wanted.id)) {
             best = &each;
             most = shared;

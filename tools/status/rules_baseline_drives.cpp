@@ -1,6 +1,7 @@
 // Rules that compare drives and spares with an earlier snapshot.
 #include <algorithm>
 
+#include "snapshot/serials.h"
 #include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
