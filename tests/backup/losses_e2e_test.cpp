@@ -1,6 +1,8 @@
 // cli-backup when a backup holds less than an earlier one although it has as many objects: a logical drive
 // that is not online or lost the place of a member, settings that are all zero, and settings that cannot be
 // read.
+#include <nlohmann/json.hpp>
+
 #include "tests/backup/backup_fixture.h"
 
 struct Losses : BackupSession {
@@ -224,5 +226,35 @@ TEST_F(Losses, ANewDriveThatRefusesItsSettingIsReported) {
         << outcome;
     changeRate(8);
     EXPECT_EQ(backup({"--keep", "1"}).status, 0);
+    EXPECT_EQ(stems().size(), 1u);
+}
+
+// The library numbers the controllers that it finds: what they report belongs to others than before.
+TEST_F(Losses, FollowsAControllerThatHasAnotherNumber) {
+    auto both = nlohmann::json::parse(readFile(STATUS_SOURCES "/healthy.world.json"));
+    both["controllers"].push_back(both["controllers"][0]);
+    for (auto& drive : both["controllers"][1]["drives"])
+        drive["serial"] = "T" + drive["serial"].get<std::string>();
+    both["controllers"][1]["logicalDrives"][0]["name"] = "Second";
+    session.useWorld(both.dump());
+    ASSERT_EQ(backup().status, 0);
+    auto second = both;
+    second["controllers"].erase(0);
+    session.useWorld(second.dump());
+    const ProcessOutcome gone = backup({"--keep", "1"});
+    EXPECT_EQ(gone, (ProcessOutcome{1,
+                                    "critical: this host: the former controller 0 is missing, with 3 drives, "
+                                    "logical drive 0 Data\n"
+                                    "info: controller 0: has another number; it was controller 1\n"
+                                    "warning: this host has 1 controller; it had 2\nsaved as " +
+                                        newest() + ".cfg\n" + kNotRemoved,
+                                    ""}));
+    session.useWorld(both.dump());
+    const ProcessOutcome back = backup({"--keep", "1"});
+    EXPECT_EQ(back, (ProcessOutcome{0,
+                                    "info: controller 1: has another number; it was controller 0\n"
+                                    "info: controller 0: is new\nsaved as " +
+                                        newest() + ".cfg\n",
+                                    ""}));
     EXPECT_EQ(stems().size(), 1u);
 }

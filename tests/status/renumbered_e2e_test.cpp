@@ -126,6 +126,53 @@ TEST_F(Renumbered, UnknownDrivesAreNotFollowed) {
     expectFindings(2, "critical: controller 2: is missing\n");
 }
 
+// The library fails, or finds no controller, while one of them does.
+TEST_F(Renumbered, LibraryFailedMeanwhile) {
+    refuse("q5_initialize");
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"--changes", kept}).status, 3);
+    refuseNothing();
+    remove(0);
+    session.useWorld(world.dump());
+    const std::string out = session.run({"--changes", kept}).out;
+    EXPECT_EQ(out.substr(0, out.find("info: no longer")),
+              isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2));
+    expectChanges(0, "");
+}
+
+TEST_F(Renumbered, NoControllerWasFoundMeanwhile) {
+    world["controllers"] = Json::array();
+    session.useWorld(world.dump());
+    EXPECT_EQ(session.run({"--changes", kept}).status, 2);
+    restore();
+    remove(0);
+    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2) +
+                         "info: controller 0: is new\ninfo: controller 1: is new\n" +
+                         "info: no longer: this host: no controller is found\n");
+    expectChanges(0, "");
+    restore();
+    expectChanges(0, wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n");
+    expectChanges(0, "");
+}
+
+// The drive of that number on another controller, which is healthy, is not the lost one.
+TEST_F(Renumbered, LostMembersAreNotIdentifiedByAnotherController) {
+    remove(2);
+    saveBaseline();
+    std::swap(world["controllers"][0], world["controllers"][1]);
+    world["controllers"][0]["drives"].erase(1);
+    const std::string lost = "warning: drive 2 of controller 0: lost by logical drive 0 Second; it is no "
+                             "longer listed\n";
+    session.useWorld(world.dump());
+    for (const std::string chosen : {"", "0"}) {
+        std::vector<std::string> words = {"-q", "--baseline", before};
+        if (!chosen.empty())
+            words.insert(words.end(), {"-i", chosen});
+        const std::string out = session.run(words).out;
+        EXPECT_NE(out.find(lost), std::string::npos) << out;
+    }
+}
+
 // As many controllers as before: drives may have been moved between them.
 TEST_F(Renumbered, SwappedControllersHaveMovedDrives) {
     remove(2);

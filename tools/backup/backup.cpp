@@ -143,6 +143,8 @@ static Lines changesSince(const Backup& previous, const Content& now, const Line
     Lines lines = changeLines(first ? nullptr : &previous.snapshot, now.snapshot, Limits());
     if (first)
         return lines;
+    if (findRenumbering(previous.snapshot, now.snapshot))
+        return lines; // blocks and drives of the same number belong to different controllers
     append(&lines, readAgainLines(now.snapshot, previous.snapshot));
     append(&lines, settingChanges(previous, now));
     append(&lines, layoutChanges(previous.snapshot, now.snapshot));

@@ -57,9 +57,11 @@ static void addLostArrays(const Controller& now, const Controller& earlier, Line
     }
 }
 
-Lines lossLines(const Snapshot& now, const Snapshot& earlier) {
+Lines lossLines(const Snapshot& now, const Snapshot& saved) {
     Lines lines;
-    addFewer("this host", now.controllers.size(), earlier.controllers.size(), "controller", &lines);
+    addFewer("this host", now.controllers.size(), saved.controllers.size(), "controller", &lines);
+    const std::optional<Renumbering> renumbering = findRenumbering(saved, now);
+    const Snapshot& earlier = renumbering ? renumbering->earlier : saved;
     for (const Controller& before : earlier.controllers)
         if (const Controller* controller = findController(now, before.id)) {
             const std::string object = "controller " + std::to_string(before.id);

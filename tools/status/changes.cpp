@@ -254,11 +254,20 @@ static bool isAboutNumbers(const Finding& finding) {
     return id == "former-controller-missing" || id == "controller-renumbered";
 }
 
+// A run that found no controller, or could not count them, has kept those that were there before.
+static Snapshot withAllCounted(Snapshot earlier) {
+    if (earlier.controllerCount == 0 || !earlier.faults.empty())
+        earlier.controllerCount = static_cast<std::uint32_t>(earlier.controllers.size());
+    earlier.faults.clear();
+    return earlier;
+}
+
 Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved) {
-    const std::optional<Renumbering> renumbering = findRenumbering(*earlier, now);
+    const Snapshot counted = withAllCounted(*earlier);
+    const std::optional<Renumbering> renumbering = findRenumbering(counted, now);
     if (!renumbering)
         return {};
-    Findings differences = compare(now, *earlier);
+    Findings differences = compare(now, counted);
     std::erase_if(differences, [](const Finding& each) { return !isAboutNumbers(each); });
     *saved = inPresentNumbers(*renumbering, *saved);
     *earlier = renumbering->earlier;

@@ -1,16 +1,26 @@
 // Rules about lost members and what replaces them.
 #include <algorithm>
 
+#include "snapshot/serials.h"
 #include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// The drive of this number in the baseline, which may still have what the controller no longer reports.
-static const Drive* earlierDrive(const Evaluation& evaluation, std::uint32_t controllerId,
+// Whether it is the controller of the baseline, as far as it can be told.
+static bool isOfBaseline(const Evaluation& evaluation, const Controller& earlier, const Controller& now) {
+    return countSharedDrives(earlier, now) > 0 ||
+           (now.drives.empty() &&
+            evaluation.baseline->controllerCount == evaluation.snapshot.controllerCount);
+}
+
+// The drive of this number in the baseline, which may still have what the controller no longer reports. That
+// of another controller is none: it would be pulled, and may be healthy.
+static const Drive* earlierDrive(const Evaluation& evaluation, const Controller& controller,
                                  std::uint32_t number) {
     const Controller* earlier =
-        evaluation.baseline != nullptr ? findController(*evaluation.baseline, controllerId) : nullptr;
-    return earlier != nullptr ? findDrive(*earlier, number) : nullptr;
+        evaluation.baseline != nullptr ? findController(*evaluation.baseline, controller.id) : nullptr;
+    return earlier != nullptr && isOfBaseline(evaluation, *earlier, controller) ? findDrive(*earlier, number)
+                                                                                : nullptr;
 }
 
 enum class DriveRole { nothing, member, rebuildTarget };
@@ -38,7 +48,7 @@ static std::string lastSeenText(const Drive* earlier) {
 // Identifies the lost drive and its place, where its replacement may be now.
 static std::string lostMemberText(const Evaluation& evaluation, const Controller& controller,
                                   const LogicalDrive& array, const Member& member) {
-    const Drive* earlier = earlierDrive(evaluation, controller.id, member.number);
+    const Drive* earlier = earlierDrive(evaluation, controller, member.number);
     const std::string text = "lost by " + shortObjectText(objectOf(controller, array));
     const std::string place = placeText(member.channel, member.enclosureId, member.serial);
     if (!member.listed)
