@@ -2,7 +2,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,6 +11,7 @@
 #include "simulator/file/world_json.h"
 #include "simulator/file/world_path.h"
 #include "simulator/store/world_store.h"
+#include "tests/file_size_limit.h"
 #include "tests/simulator/coarse_time_stamps.h"
 #include "tests/simulator/simulated_world.h"
 
@@ -286,14 +286,11 @@ TEST_F(WorldFile, LinksAreNotFollowedByLockAndTemporaryFile) {
 
 // What a change prints that must fail on a full disk, simulated by a limit on file sizes.
 static std::string errorsOnFullDisk() {
-    rlimit old = {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit small = {100, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
     testing::internal::CaptureStderr();
-    EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
-    setrlimit(RLIMIT_FSIZE, &old);
+    {
+        const FileSizeLimit limit(100);
+        EXPECT_NE(q5_turnOffBuzzer(hbaAddress(0), 0, 0), 0);
+    }
     return testing::internal::GetCapturedStderr();
 }
 

@@ -3,15 +3,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <thread>
+
+#include "tests/file_size_limit.h"
 
 namespace fs = std::filesystem;
 
@@ -144,15 +144,8 @@ TEST_F(Pipes, WithoutAReaderAreAFailure) {
 
 TEST_F(Files, KeepTheOldTextWhenTheNewOneDoesNotFit) {
     EXPECT_EQ(replaceFile(path, "old"), "");
-    struct rlimit before = {};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const struct rlimit small = {4096, before.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const std::string failure = replaceFile(path, std::string(100000, 'x'));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(failure, "cannot write " + path + ": File too large");
+    const FileSizeLimit limit(4096);
+    EXPECT_EQ(replaceFile(path, std::string(100000, 'x')), "cannot write " + path + ": File too large");
     EXPECT_EQ(text(), "old");
     EXPECT_EQ(countFiles(), 1u);
 }
@@ -167,15 +160,8 @@ TEST_F(Files, AreCreatedForTheirOwner) {
 }
 
 TEST_F(Files, AreNotCreatedWithPartOfTheText) {
-    struct rlimit before = {};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const struct rlimit small = {4096, before.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const std::string failure = createFile(path, std::string(100000, 'x'));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(failure, "cannot write " + path + ": File too large");
+    const FileSizeLimit limit(4096);
+    EXPECT_EQ(createFile(path, std::string(100000, 'x')), "cannot write " + path + ": File too large");
     EXPECT_EQ(countFiles(), 0u);
 }
 

@@ -1,36 +1,17 @@
 // The command line of cli-status: options, limits, refusals, files and terminals.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "tests/e2e/harness.h"
+#include "tests/file_size_limit.h"
 
 using Json = nlohmann::ordered_json;
-
-// While it exists, programs cannot write larger files.
-struct LargestFile {
-    explicit LargestFile(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &before);
-        const struct rlimit small = {size, before.rlim_max};
-        handler = std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~LargestFile() {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    }
-    LargestFile(const LargestFile&) = delete;
-    LargestFile& operator=(const LargestFile&) = delete;
-    struct rlimit before = {};
-    void (*handler)(int) = SIG_DFL;
-};
 
 struct StatusOptions : testing::Test {
     Session session;
@@ -154,7 +135,7 @@ TEST_F(StatusOptions, FilesThatCannotBeWrittenEndWith3) {
         if (option != "--changes=") // which reads it first
             expectFailure(".", "Is a directory");
         writeFile(session.path("file"), kept);
-        const LargestFile largest(1024); // like a full file system
+        const FileSizeLimit limit(1024);
         expectFailure("file", "File too large");
         EXPECT_EQ(readFile(session.path("file")), kept);
     }

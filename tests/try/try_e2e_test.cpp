@@ -215,10 +215,7 @@ TEST(Try, ListStopsAtTheFirstRefusedCommand) {
 // report has all refusals, although a world holds 16 only.
 TEST(Try, ListReportsWhatCommandsDoNot) {
     TrySession session;
-    Session plain;
-    plain.program = programs + "/q5sim";
-    ASSERT_EQ(plain.run({"fail-drive", "0", "7"}).status, 0);
-    session.useWorld(plain.worldText());
+    session.useWorld(worldAfter({{"q5sim", "fail-drive", "0", "7"}}));
     std::string plan = "# settings\n", refused = "\nWhat would be refused:\n";
     for (int line = 2; line < 20; line += 2) {
         plan += "phydrv -a mod -p 7 -i 0 -s writecache=disable\nextent -a free -p 1 -e 0 -i 0\n";
@@ -238,10 +235,7 @@ TEST(Try, ListReportsWhatCommandsDoNot) {
 // A world holds 16 refusals. What was refused before them is counted.
 TEST(Try, PromptCountsRefusalsThatAreNotKept) {
     TrySession session;
-    Session plain;
-    plain.program = programs + "/q5sim";
-    ASSERT_EQ(plain.run({"fail-drive", "0", "7"}).status, 0);
-    session.useWorld(plain.worldText());
+    session.useWorld(worldAfter({{"q5sim", "fail-drive", "0", "7"}}));
     std::string typed, refused = "\nWhat would be refused:\n  4 operations before these\n";
     for (int pair = 0; pair < 10; ++pair)
         typed += "phydrv -a mod -p 7 -i 0 -s writecache=disable\nextent -a free -p 1 -e 0 -i 0\n";

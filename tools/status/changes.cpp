@@ -263,11 +263,11 @@ static Snapshot withAllCounted(Snapshot earlier) {
 }
 
 Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved) {
-    const Snapshot counted = withAllCounted(*earlier);
-    const std::optional<Renumbering> renumbering = findRenumbering(counted, now);
+    const Snapshot complete = withAllCounted(*earlier);
+    const std::optional<Renumbering> renumbering = findRenumbering(complete, now);
     if (!renumbering)
         return {};
-    Findings differences = compare(now, counted);
+    Findings differences = compare(now, complete);
     std::erase_if(differences, [](const Finding& each) { return !isAboutNumbers(each); });
     *saved = inPresentNumbers(*renumbering, *saved);
     *earlier = renumbering->earlier;

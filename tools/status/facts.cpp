@@ -82,10 +82,7 @@ std::string versionText(const VersionNumber& version) {
 
 // As a member, or as one that is being rebuilt.
 static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
-    const auto all = extents(drive.info);
-    return std::any_of(all.begin(), all.end(), [&](const ExtentEntry& extent) {
-        return (extent.assignment & kExtentAssigned) != 0 && extent.arrayId == array.info.arrayId;
-    });
+    return memberExtent(drive, array.info.arrayId) != nullptr;
 }
 
 static bool isMember(const LogicalDrive& array, const Drive& drive) {

@@ -20,8 +20,8 @@ struct Renumbering {
     Snapshot earlier;                  // in the present numbers, without the missing ones
 };
 
-// Empty if no controller has another number, or if it cannot be told: one of the snapshots is incomplete, or
-// they have as many controllers, so that drives may have been moved between them.
+// Returns nothing if every controller has kept its number, or if that is uncertain: one of the snapshots is
+// incomplete, or both have the same number of controllers, so that drives may have been moved between them.
 std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapshot& now);
 
 // The findings of the earlier snapshot, in the present numbers, without those of the missing controllers.

@@ -6,8 +6,8 @@
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// Whether it is the controller of the baseline, as far as it can be told.
-static bool isOfBaseline(const Evaluation& evaluation, const Controller& earlier, const Controller& now) {
+// Whether both are the same controller. If no drive is listed now, only the number of controllers can tell.
+static bool isSameController(const Evaluation& evaluation, const Controller& earlier, const Controller& now) {
     return countSharedDrives(earlier, now) > 0 ||
            (now.drives.empty() &&
             evaluation.baseline->controllerCount == evaluation.snapshot.controllerCount);
@@ -19,8 +19,9 @@ static const Drive* earlierDrive(const Evaluation& evaluation, const Controller&
                                  std::uint32_t number) {
     const Controller* earlier =
         evaluation.baseline != nullptr ? findController(*evaluation.baseline, controller.id) : nullptr;
-    return earlier != nullptr && isOfBaseline(evaluation, *earlier, controller) ? findDrive(*earlier, number)
-                                                                                : nullptr;
+    return earlier != nullptr && isSameController(evaluation, *earlier, controller)
+               ? findDrive(*earlier, number)
+               : nullptr;
 }
 
 enum class DriveRole { nothing, member, rebuildTarget };
