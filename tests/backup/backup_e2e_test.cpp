@@ -1,5 +1,5 @@
 // cli-backup over simulated worlds: its files, output and errors. What it keeps and removes is tested in
-// retention_e2e_test.cpp.
+// retention_e2e_test.cpp, the export that it runs in export_e2e_test.cpp.
 #include "tests/backup/backup_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -246,61 +246,6 @@ TEST_F(Backup, NeedsControllers) {
     EXPECT_EQ(files(), before);
 }
 
-TEST_F(Backup, NeedsAProgramThatExports) {
-    EXPECT_EQ(session.run({"-d", "kept", "--cli", "none"}),
-              (ProcessOutcome{3, "", "cli-backup: cannot find none\n"}));
-    EXPECT_EQ(files(), Files());
-}
-
-TEST_F(Backup, FindsAProgramInItsDirectory) {
-    EXPECT_EQ(session.run({"-d", "kept", "--cli", "cli-rehearse"}).status, 0);
-    EXPECT_EQ(session.run({"-d", "kept", "--cli", "bin/cli-rehearse"}),
-              (ProcessOutcome{3, "", "cli-backup: cannot find bin/cli-rehearse\n"}));
-}
-
-// Runs cli-backup with a shell script as cli.
-static ProcessOutcome backupWithScript(Session& session, const std::string& script) {
-    const std::string path = session.path("script");
-    writeFile(path, "#!/bin/sh\n" + script + "\n");
-    std::filesystem::permissions(path, std::filesystem::perms(0755));
-    return session.run({"-d", "kept", "--cli", "script"});
-}
-
-TEST_F(Backup, ReportsAFailedExport) {
-    EXPECT_EQ(backupWithScript(session, "echo first; echo No controller is existed; exit 4"),
-              (ProcessOutcome{3, "",
-                              "cli-backup: " + session.path("script") +
-                                  " export failed with status 4: No controller is existed\n"}));
-    EXPECT_EQ(files(), Files());
-}
-
-// One line of the file is another, one is missing, one is added, the last one is cut.
-TEST_F(Backup, RefusesAnExportThatDiffersFromTheAdapters) {
-    const std::string run = "\"" E2E_REHEARSAL "\" \"$@\" && ";
-    const char* const changes[] = {"sed -i s/'<InitRate> .*/<InitRate> 1/' new.cfg", "sed -i 40d new.cfg",
-                                   "echo '[CrtlSetIndex] 9' >>new.cfg", "truncate -s -1 new.cfg",
-                                   ": >new.cfg"};
-    for (const char* world : {"complete", "without the list of drives"}) {
-        for (const char* change : changes) {
-            const ProcessOutcome outcome = backupWithScript(session, run + change);
-            EXPECT_EQ(outcome.status, 3) << change << world;
-            EXPECT_NE(outcome.err.find("the exported file "), std::string::npos) << change << outcome;
-            EXPECT_EQ(files(), Files()) << change << world;
-        }
-        ASSERT_EQ(q5sim({"refuse", "q5_getPhyDrvInfo"}).status, 0);
-    }
-}
-
-// What changes between the two readings is read again.
-TEST_F(Backup, TriesAgainWhenTheAdaptersChangeMeanwhile) {
-    const std::string cli = "\"" E2E_REHEARSAL "\" ";
-    const ProcessOutcome outcome =
-        backupWithScript(session, "[ -e ../../once ] || { : >../../once; " + cli +
-                                      "ctrl -a mod -i 0 -s syncrate=99; }\n" + cli + "\"$@\"");
-    EXPECT_EQ(outcome.status, 0) << outcome;
-    EXPECT_NE(content(newest() + ".cfg").find("<SyncRate> 99\n"), std::string::npos);
-}
-
 // The size of logical drives is in both files; that of a drive is in the snapshot alone.
 TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
     const char* const changes[] = {"s/\"sectorCount\": [0-9]*/\"sectorCount\": 12345/",
@@ -315,19 +260,6 @@ TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
         EXPECT_EQ(outcome.out.find("unchanged"), std::string::npos) << change << outcome;
         EXPECT_EQ(stems().size(), 2u) << change;
     }
-}
-
-TEST_F(Backup, FindsCliInItsDirectory) {
-    const std::string bin = session.path("bin");
-    std::filesystem::create_directory(bin);
-    std::filesystem::create_symlink(CLI_BACKUP, bin + "/cli-backup");
-    std::filesystem::create_symlink(E2E_REHEARSAL, bin + "/cli");
-    session.program = bin + "/cli-backup";
-    EXPECT_EQ(session.run({"-d", "kept"}).status, 0);
-    session.program = "/usr/bin/env";
-    session.setVariable("PATH", bin + ":/usr/bin:/bin");
-    EXPECT_EQ(session.run({"cli-backup", "--directory=kept"}).status, 0);
-    EXPECT_EQ(stems().size(), 1u);
 }
 
 TEST_F(Backup, ReportsAFullOrClosedStandardOutput) {

@@ -128,31 +128,39 @@ TEST_F(Losses, ZerosAreReportedOnce) {
     EXPECT_EQ(stems()[0], good);
 }
 
+// The rule of the simulated adapters after which settings cannot be read. Cleared settings of drives are left
+// out of an export.
 struct UnreadSetting {
-    const char *operation, *object, *setting;
+    const char *rule, *operation, *object, *setting;
 };
 static constexpr UnreadSetting kUnreadSettings[] = {
-    {"q5_getBuzzerStatus", "controller 0", "its buzzer setting"},
-    {"q5_getDataTransferSpeed", "drive 1 of controller 0", "its 3 Gb/s setting"},
-    {"q5_getControllerSettings", "controller 0", "its settings"},
-    {"q5_getPhyDrvSettings", "drive 1 of controller 0", "its settings"},
-    {"q5_getLogDrvSettings", "logical drive 0 of controller 0", "its settings"},
+    {"refuse", "q5_getBuzzerStatus", "controller 0", "its buzzer setting"},
+    {"refuse", "q5_getDataTransferSpeed", "drive 1 of controller 0", "its 3 Gb/s setting"},
+    {"refuse", "q5_getControllerSettings", "controller 0", "its settings"},
+    {"refuse", "q5_getPhyDrvSettings", "drive 1 of controller 0", "its settings"},
+    {"refuse", "q5_getLogDrvSettings", "logical drive 0 of controller 0", "its settings"},
+    {"refuse", "q5_getAryLostDisk", "logical drive 0 of controller 0", "its lost members"},
+    {"zero", "q5_getPhyDrvSettings", "drive 1 of controller 0", "its settings"},
 };
 
 static std::string unreadLine(const UnreadSetting& row) {
     return std::string("warning: ") + row.object + ": " + row.setting + " could not be read\n";
 }
 
-// The test's name contains the operation.
+// The test's name contains the rule and the operation.
+static std::string nameOf(const UnreadSetting& row) {
+    return std::string(row.rule) + "_" + row.operation;
+}
+
 static void PrintTo(const UnreadSetting& row, std::ostream* stream) {
-    *stream << row.operation;
+    *stream << nameOf(row);
 }
 
 struct UnreadSettings : Losses, testing::WithParamInterface<UnreadSetting> {};
 
 // A nightly job raises no alarm for what no backup ever had, and removes old backups as usual.
 TEST_P(UnreadSettings, AreReportedOnce) {
-    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    ASSERT_EQ(q5sim({GetParam().rule, GetParam().operation}).status, 0);
     const ProcessOutcome first = backup();
     EXPECT_EQ(first.status, 1);
     EXPECT_EQ(first.out.rfind(unreadLine(GetParam()), 0), 0u) << first;
@@ -168,7 +176,7 @@ TEST_P(UnreadSettings, AreReportedOnce) {
 TEST_P(UnreadSettings, AreNotLost) {
     ASSERT_EQ(backup().status, 0);
     const std::string good = newest();
-    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    ASSERT_EQ(q5sim({GetParam().rule, GetParam().operation}).status, 0);
     const ProcessOutcome lost = backup({"--keep", "1"});
     EXPECT_EQ(lost.status, 1);
     EXPECT_EQ(lost.out.rfind(unreadLine(GetParam()), 0), 0u) << lost;
@@ -183,7 +191,7 @@ TEST_P(UnreadSettings, AreNotLost) {
 }
 
 TEST_P(UnreadSettings, CanBeReadAgain) {
-    ASSERT_EQ(q5sim({"refuse", GetParam().operation}).status, 0);
+    ASSERT_EQ(q5sim({GetParam().rule, GetParam().operation}).status, 0);
     ASSERT_EQ(backup().status, 1);
     ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
     const ProcessOutcome outcome = backup({"--keep", "1"});
@@ -197,7 +205,29 @@ TEST_P(UnreadSettings, CanBeReadAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, UnreadSettings, testing::ValuesIn(kUnreadSettings),
-                         [](const auto& each) { return std::string(each.param.operation); });
+                         [](const auto& each) { return nameOf(each.param); });
+
+// A logical drive that is online has lost no member. Once it is not, which ones it has lost matters.
+TEST_F(Losses, AMemberThatMayBeLostIsReportedEachTime) {
+    removeSpare();
+    ASSERT_EQ(q5sim({"refuse", "q5_getAryLostDisk"}).status, 0);
+    ASSERT_EQ(backup().status, 1);
+    const std::string healthy = newest();
+    ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
+    const std::string incomplete = "warning: logical drive 0 of controller 0: q5_getAryLostDisk failed with "
+                                   "result 1; the backup is incomplete\n";
+    const ProcessOutcome lost = backup({"--keep", "1"});
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_EQ(lost.out.rfind(incomplete, 0), 0u) << lost;
+    EXPECT_EQ(lost.out.find("its lost members"), std::string::npos) << lost;
+    EXPECT_NE(lost.out.find("\nwarning: logical drive 0 Data of controller 0 is critical; it was online\n" +
+                            savedText() + kNotRemoved),
+              std::string::npos)
+        << lost;
+    EXPECT_EQ(backup(), (ProcessOutcome{1, incomplete + "unchanged since " + newest() + ".cfg\n", ""}));
+    ASSERT_EQ(stems().size(), 2u);
+    EXPECT_EQ(stems()[0], healthy);
+}
 
 // Both are true: the controller's settings changed, and its buzzer cannot be read.
 TEST_F(Losses, OtherSettingsAreReportedAsChanged) {

@@ -115,6 +115,7 @@ static std::string readAdapters(const Store& store, const std::string& cli, Cont
         problem = compareConfiguration(content->configuration, content->snapshot);
         if (!problem.empty()) {
             noteRefusedDrives(&content->snapshot);
+            removeClearedSettings(content->configuration, &content->snapshot);
             problem = compareConfiguration(content->configuration, content->snapshot);
         }
         if (problem.empty())

@@ -145,6 +145,26 @@ std::string furtherDriveBlocks(const Snapshot& snapshot) {
     return text;
 }
 
+static bool hasDriveBlocks(const std::vector<std::string>& lines, const Controller& controller) {
+    const std::string line = "<PhyDrvCtrlID> " + std::to_string(controller.id);
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+// A cleared record is one of the first drive. The others have none: they refuse it, as it has another ID.
+static bool hasOnlyClearedSettings(const Controller& controller) {
+    return std::all_of(controller.drives.begin(), controller.drives.end(), [](const Drive& drive) {
+        return !drive.settings || (drive.info.driveId == 0 && isZero(*drive.settings));
+    });
+}
+
+void removeClearedSettings(const std::string& text, Snapshot* snapshot) {
+    const std::vector<std::string> lines = splitLines(text);
+    for (Controller& controller : snapshot->controllers)
+        if (hasOnlyClearedSettings(controller) && !hasDriveBlocks(lines, controller))
+            for (Drive& drive : controller.drives)
+                drive.settings.reset();
+}
+
 static bool wasRefusedAlone(const Drive& drive) {
     return std::any_of(drive.faults.begin(), drive.faults.end(), [](const Fault& fault) {
         return fault.operation == "q5_getPhyDrvInfo" && fault.kind == FaultKind::refused;

@@ -10,6 +10,10 @@
 // the first difference; empty if there is none.
 std::string compareConfiguration(const std::string& text, const Snapshot& snapshot);
 
+// Removes the settings of drives that are no answer: all zero, and the exported file has no block of any
+// drive of the controller.
+void removeClearedSettings(const std::string& text, Snapshot* snapshot);
+
 // A warning for each listing that could not be read, or contradicts the controller: the backup lacks objects.
 Lines incompleteLines(const Snapshot& snapshot);
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "snapshot/state.h"
 #include "snapshot/text.h"
 
 using SettingsList = std::vector<Settings>;
@@ -13,7 +14,7 @@ static bool isZero(const ControllerSettings& settings) {
             settings.migrateRate | settings.smartPollInterval | settings.encPollInterval) == 0;
 }
 
-static bool isZero(const PhyDrvSettings& settings) {
+bool isZero(const PhyDrvSettings& settings) {
     return (settings.writeCache | settings.smartCheck | settings.tcqSupported | settings.ncqSupported |
             settings.tcqEnabled | settings.ncqEnabled) == 0;
 }
@@ -23,7 +24,7 @@ static bool isZero(const LogDrvSettings& settings) {
            fieldText(settings.name).empty();
 }
 
-// Zero switches a buzzer or an option off.
+// Zero switches a buzzer or an option off, and means that no member is lost.
 static bool isZero(std::int64_t) {
     return false;
 }
@@ -44,6 +45,15 @@ static void addFirmware(const Controller& controller, const std::string& where, 
     list->push_back({where, "its firmware version", isSet ? SettingsState::set : SettingsState::zero});
 }
 
+// Lost members that could not be read of a logical drive that is not online make the backup an incomplete
+// one.
+static void addLogicalDrive(const LogicalDrive& drive, const std::string& where, SettingsList* list) {
+    const std::string object = "logical drive " + std::to_string(drive.info.logDrvId) + " of " + where;
+    add(object, kAllSettings, drive.settings, list);
+    if (drive.lostMask || arrayState(drive) == ArrayState::online)
+        add(object, "its lost members", drive.lostMask, list);
+}
+
 static void addController(const Controller& controller, SettingsList* list) {
     const std::string where = "controller " + std::to_string(controller.id);
     addFirmware(controller, where, list);
@@ -55,8 +65,7 @@ static void addController(const Controller& controller, SettingsList* list) {
         add(object, "its 3 Gb/s setting", drive.speed3Gb, list);
     }
     for (const LogicalDrive& drive : controller.logicalDrives)
-        add("logical drive " + std::to_string(drive.info.logDrvId) + " of " + where, kAllSettings,
-            drive.settings, list);
+        addLogicalDrive(drive, where, list);
 }
 
 SettingsList settingsOf(const Snapshot& snapshot) {

@@ -1,4 +1,5 @@
-// Which settings a snapshot has. A backup may lack some, or hold zeros in their place.
+// Which settings a snapshot has, and of which logical drives the lost members. A backup may lack some, or
+// hold zeros in the place of settings.
 #pragma once
 
 #include <string>
@@ -18,6 +19,8 @@ inline constexpr char kAllSettings[] = "its settings", kBuzzerSetting[] = "its b
 
 // Those of all objects that are listed.
 std::vector<Settings> settingsOf(const Snapshot& snapshot);
+
+bool isZero(const PhyDrvSettings& settings);
 
 bool isUnread(const std::vector<Settings>& list, const std::string& object, const std::string& what);
 
