@@ -12,6 +12,10 @@ TEST_F(Restore, StopsAtTheFirstDifference) {
         << outcome;
     EXPECT_NE(outcome.out.find("Failed to create an array specified\n"), std::string::npos) << outcome;
     EXPECT_EQ(outcome.out.find("3. "), std::string::npos) << outcome;
+    EXPECT_EQ(
+        restore({}).out.rfind(
+            "Continues an unfinished restore; steps done: 1; another one was begun.\n1. create logical ", 0),
+        0u);
 }
 
 // Each kind of step, refused by the adapter. The same command, given again, does it and the rest.
@@ -55,8 +59,7 @@ TEST_F(Restore, ContinuesWhereItStopped) {
     ASSERT_EQ(restore({"--apply", "--drives", "2=2"}).status, 5);
     ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
     const std::string map =
-        "Continues an unfinished restore with --drives 2=2: 2 of the steps were done, and "
-        "another one was begun.\n";
+        "Continues an unfinished restore with --drives 2=2; steps done: 2; another one was begun.\n";
     const std::string left =
         "1. make extent 0 of drive 3 a global spare\n2. set controller 0: auto rebuild enable\n";
     const ProcessOutcome before = restore({});
@@ -78,8 +81,8 @@ TEST_F(Restore, ContinuesWithTheSameCommand) {
     ASSERT_EQ(q5sim({"clear-rules"}).status, 0);
     const ProcessOutcome outcome = restore({"--apply", "--drives", "1=3,3=1"});
     EXPECT_EQ(outcome.status, 0) << outcome;
-    EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore with --drives 1=3,3=1: 2 of the steps were "
-                                "done, and another one was begun.\n",
+    EXPECT_EQ(outcome.out.rfind("Continues an unfinished restore with --drives 1=3,3=1; steps done: 2; "
+                                "another one was begun.\n",
                                 0),
               0u)
         << outcome;

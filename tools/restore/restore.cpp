@@ -122,8 +122,8 @@ static std::string continueFrom(const RestoreOptions& options, const std::string
         return path + ": " + invalid;
     header->drives = earlier.drives;
     const std::string with = drives->empty() ? "" : " with --drives " + driveMapText(*drives);
-    std::printf("Continues an unfinished restore%s: %d of the steps were done%s.\n", with.c_str(),
-                state.steps, state.isInStep ? ", and another one was begun" : "");
+    std::printf("Continues an unfinished restore%s; steps done: %d%s.\n", with.c_str(), state.steps,
+                state.isInStep ? "; another one was begun" : "");
     return "";
 }
 
