@@ -47,6 +47,20 @@ TEST(Observe, ReadsTheActivitiesOfTheStatusByte) {
     EXPECT_FALSE(view.activities[1].paused);
 }
 
+TEST(Observe, ReadsLevelSizeAndMigration) {
+    Controller controller;
+    controller.logicalDrives = {logicalDrive(0, "A", kMigrating), logicalDrive(1, "B", kRebuilding)};
+    controller.logicalDrives[0].info.raidLevel = kRaid5;
+    controller.logicalDrives[0].info.sectorCount = 6144;
+    Options options;
+    options.kinds = kRebuilding;
+    const View view = viewOf(options, controller);
+    ASSERT_EQ(view.arrays.size(), 2u);
+    EXPECT_EQ(view.arrays[0].target.shape, (ArrayShape{kRaid5, 6144}));
+    EXPECT_TRUE(view.arrays[0].isMigrating);
+    EXPECT_FALSE(view.arrays[1].isMigrating);
+}
+
 TEST(Observe, LeavesOutWhatIsNotSelected) {
     Controller controller;
     controller.logicalDrives = {logicalDrive(0, "A", kRebuilding), logicalDrive(1, "B", kSynchronizing)};

@@ -102,6 +102,46 @@ TEST_F(Watching, AnotherNameMayBeAnotherLogicalDrive) {
                    " is now named \"New\"; it may be another one\n");
 }
 
+TEST_F(Watching, AnotherLevelOrSizeMayBeAnotherLogicalDrive) {
+    for (const ArrayShape& shape : {ArrayShape{kRaid5, 4096}, ArrayShape{kRaid1, 4097}}) {
+        watch = Watch{};
+        View view = activeView(kRebuilding, 45);
+        view.activities[0].target.shape = {kRaid1, 4096};
+        take(view);
+        view = quietView(ArrayState::online);
+        view.arrays[0].target.shape = shape;
+        take(view);
+        EXPECT_EQ(take(view), WaitStatus::notOnline);
+        expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" +
+                       kArchive + " has another level or size; it may be another one\n");
+    }
+}
+
+TEST_F(Watching, AnOfflineLogicalDriveMayReportNoSize) {
+    View view = activeView(kRebuilding, 45);
+    view.activities[0].target.shape = {kRaid1, 4096};
+    take(view);
+    view = quietView(ArrayState::offline);
+    view.arrays[0].target.shape = {kRaid1, 0};
+    take(view);
+    EXPECT_EQ(take(view), WaitStatus::notOnline);
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " is offline\n");
+}
+
+// Whether or not it is waited for.
+TEST_F(Watching, AMigrationChangesLevelAndSize) {
+    View view = activeView(kRebuilding, 45);
+    view.arrays[0].isMigrating = true;
+    take(view);
+    view = quietView(ArrayState::online);
+    view.arrays[0].target.shape = {kRaid5, 8192};
+    take(view);
+    EXPECT_EQ(take(view), WaitStatus::finished);
+    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+                   " is online\n");
+}
+
 TEST_F(Watching, ReportsADeletedLogicalDrive) {
     take(activeView(kRebuilding, 45));
     take(View{});

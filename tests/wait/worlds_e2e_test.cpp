@@ -87,6 +87,19 @@ TEST_F(WaitWorlds, ReportsALogicalDriveDeletedMeanwhile) {
                " no longer exists\n");
 }
 
+// Under the same number, array ID and name. No reading shows the time in between.
+TEST_F(WaitWorlds, ReportsALogicalDriveCreatedAgainMeanwhile) {
+    EXPECT_EQ(failed("fail-drive 0 2"), "");
+    expect("-l 0 --for rb",
+           "await ': 0%'; cp world.json other.json; Q5SIM_WORLD=$PWD/other.json; export Q5SIM_WORLD; "
+           "cli logdrv -a del -l 0 -i 0 >/dev/null; "
+           "cli logdrv -a add -i 0 -p 7 -z name=Archive,raid=raid0,capacity=100 >/dev/null; "
+           "mv other.json world.json",
+           1,
+           "rebuild of " + kArchive + ": 0%\nrebuild of " + kArchive + " has ended\n" + kArchive +
+               " has another level or size; it may be another one\n");
+}
+
 // A new logical drive is initialized and then synchronized.
 TEST_F(WaitWorlds, WaitsForTheActivityThatFollows) {
     const std::string name = "logical drive 2 New of controller 0";

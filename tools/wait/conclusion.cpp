@@ -1,19 +1,34 @@
 // The outcome of activities that have ended.
 #include "tools/wait/conclusion.h"
 
+#include <algorithm>
+
 #include "tools/wait/texts.h"
 
-// A new array may get number and array ID of a deleted one; its name is the last thing that differs.
+// A new array may get number and array ID of a deleted one. What else shows that it is another one; empty:
+// nothing does. One that is not online may report no size.
+static std::string differenceText(const Watch& watch, const Target& before, const SeenArray& now) {
+    if (now.target.name != before.name)
+        return " is now named \"" + now.target.name + "\"";
+    const bool migrated =
+        std::find(watch.migrated.begin(), watch.migrated.end(), before) != watch.migrated.end();
+    const bool isSame = now.target.shape == before.shape || migrated || now.state != ArrayState::online;
+    return isSame ? "" : " has another level or size";
+}
+
+static WaitStatus checkSeen(Watch* watch, const SeenArray& array, const Target& target) {
+    const std::string difference = differenceText(*watch, target, array);
+    const std::string text = difference.empty() ? std::string(" is ") + arrayStateText(array.state)
+                                                : difference + "; it may be another one";
+    watch->messages.push_back({false, targetText(target) + text});
+    const bool isOnline = difference.empty() && array.state == ArrayState::online;
+    return isOnline ? WaitStatus::finished : WaitStatus::notOnline;
+}
+
 static WaitStatus checkArray(Watch* watch, const View& view, const Target& target) {
     for (const SeenArray& array : view.arrays)
-        if (array.target == target && array.target.name != target.name) {
-            watch->messages.push_back({false, targetText(target) + " is now named \"" + array.target.name +
-                                                  "\"; it may be another one"});
-            return WaitStatus::notOnline;
-        } else if (array.target == target) {
-            watch->messages.push_back({false, targetText(target) + " is " + arrayStateText(array.state)});
-            return array.state == ArrayState::online ? WaitStatus::finished : WaitStatus::notOnline;
-        }
+        if (array.target == target)
+            return checkSeen(watch, array, target);
     watch->messages.push_back({false, targetText(target) + " no longer exists"});
     return WaitStatus::notOnline;
 }

@@ -39,9 +39,11 @@ void addController(const Options& options, const Controller& controller, View* v
     for (const LogicalDrive& drive : controller.logicalDrives) {
         if (options.logicalDrive && drive.info.logDrvId != *options.logicalDrive)
             continue;
-        const Target target = {controller.id, false, drive.info.logDrvId,
-                               printable(fieldText(drive.info.name)), drive.info.arrayId};
-        view->arrays.push_back({target, arrayState(drive)});
+        const Target target = {controller.id,       false,
+                               drive.info.logDrvId, printable(fieldText(drive.info.name)),
+                               drive.info.arrayId,  {drive.info.raidLevel, drive.info.sectorCount}};
+        const bool isMigrating = (drive.info.activityStatus & kMigrating) != 0;
+        view->arrays.push_back({target, arrayState(drive), isMigrating});
         addActivities(options, drive, target, view);
     }
     if ((options.kinds & kMediaPatrol) != 0)

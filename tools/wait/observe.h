@@ -7,6 +7,13 @@
 #include "snapshot/state.h"
 #include "tools/wait/options.h"
 
+// What only a migration changes of a logical drive.
+struct ArrayShape {
+    std::uint8_t level = kUnknownRaid;
+    std::uint64_t sectors = 0;
+    bool operator==(const ArrayShape&) const = default;
+};
+
 // A logical drive, or a drive for media patrol.
 struct Target {
     std::uint32_t controller = 0;
@@ -14,9 +21,10 @@ struct Target {
     std::uint32_t number = 0; // as cli shows it: drives from 1
     std::string name;         // of a logical drive, printable
     std::uint16_t array = 0;  // the array of a logical drive; another one that takes its number has another
+    ArrayShape shape = {};    // of a logical drive
 };
 
-// A name can be changed while its object stays the same; its activities go on.
+// Name and shape can be changed while the object stays the same; its activities go on.
 inline bool operator==(const Target& left, const Target& right) {
     return left.controller == right.controller && left.isDrive == right.isDrive &&
            left.number == right.number && left.array == right.array;
@@ -32,6 +40,7 @@ struct SeenActivity {
 struct SeenArray {
     Target target;
     ArrayState state = ArrayState::offline;
+    bool isMigrating = false;
 };
 
 struct SeenDrive {

@@ -56,10 +56,20 @@ static void updateTrack(Watch* watch, Track* track, const SeenActivity& seen, st
     track->paused = seen.paused;
 }
 
+static void addOnce(const Target& target, std::vector<Target>* targets) {
+    if (std::find(targets->begin(), targets->end(), target) == targets->end())
+        targets->push_back(target);
+}
+
 static void endTrack(Watch* watch, const Track& track) {
     addMessage(watch, activityText(track) + " has ended");
-    if (std::find(watch->ended.begin(), watch->ended.end(), track.target) == watch->ended.end())
-        watch->ended.push_back(track.target);
+    addOnce(track.target, &watch->ended);
+}
+
+static void noteMigrations(Watch* watch, const View& view) {
+    for (const SeenArray& array : view.arrays)
+        if (array.isMigrating)
+            addOnce(array.target, &watch->migrated);
 }
 
 static void updateTracks(Watch* watch, const View& view, std::int64_t now) {
@@ -95,6 +105,7 @@ WaitStatus handleView(Watch* watch, const View& view, std::int64_t now) {
         return handleProblem(watch, view.problem);
     watch->failures = 0;
     watch->started = true;
+    noteMigrations(watch, view);
     updateTracks(watch, view, now);
     return decide(watch, view, now);
 }

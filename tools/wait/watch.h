@@ -41,6 +41,7 @@ struct Watch {
     unsigned failures = 0;   // of readings, in a row
     std::vector<Track> tracks;
     std::vector<Target> ended;     // objects whose activity has ended
+    std::vector<Target> migrated;  // logical drives that were migrating, whether or not that is waited for
     std::vector<Message> messages; // of the last step
 };
 
