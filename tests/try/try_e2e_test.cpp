@@ -333,15 +333,6 @@ TEST(Try, PromptOnTheCopy) {
     EXPECT_NE(outcome.out.find("Archive, 400,000 MB, would be deleted\n"), std::string::npos);
 }
 
-// As with a pager that exits early. TrySession checks that no copy stays.
-TEST(Try, EndsWhenItsReaderExits) {
-    TrySession session;
-    session.program = "/bin/sh";
-    session.run({"-c", "{ until [ -e closed ]; do sleep 0.1; done; " + programs +
-                           "/cli-try logdrv; echo $? >status; } | { exec <&-; : >closed; }"});
-    EXPECT_EQ(readFile(session.path("status")), "3\n");
-}
-
 // A report that was not delivered is no answer, except that a loss is certain.
 TEST(Try, ReportsAFullOrClosedStandardOutput) {
     TrySession session;
@@ -355,6 +346,26 @@ TEST(Try, ReportsAFullOrClosedStandardOutput) {
     EXPECT_EQ(session.run({"-c", tool + "logdrv -a del -l 0 -i 0 >/dev/full"}),
               (ProcessOutcome{1, "", problem}));
     EXPECT_EQ(session.run({"-c", tool + "logdrv -a del -l 0 -i 0 >&-"}), notTried);
+}
+
+// As with "| true", or a pager that exits early. The program begins when the reader has closed the pipe.
+// TrySession checks that no copy stays.
+TEST(Try, AReportThatNobodyReadsIsNoAnswer) {
+    TrySession session;
+    session.program = "/bin/sh";
+    const auto run = [&](const std::string& words) {
+        return session.run({"-c", "cd '" + session.directory +
+                                      "'; rm -f closed; { until [ -e closed ]; do sleep 0.1; done; " +
+                                      programs + "/cli-try " + words +
+                                      "; echo $? >status; } | { exec <&-; : >closed; }\n" +
+                                      "exit \"$(cat status)\""});
+    };
+    const std::string problem = "cli-try: cannot write to standard output\n";
+    EXPECT_EQ(run("logdrv"), (ProcessOutcome{3, "", problem}));
+    EXPECT_EQ(run("ctrl -a mod -i 0 -s smartpoll=33"), (ProcessOutcome{3, "", problem}));
+    EXPECT_EQ(run("logdrv -a del -l 0 -i 0"), (ProcessOutcome{1, "", problem}));
+    EXPECT_EQ(run("logdrv -a del -l 0 -i 0 2>&1"), (ProcessOutcome{1, "", ""}));
+    EXPECT_EQ(run("logdrv -a del -l 9 -i 0 2>&1"), (ProcessOutcome{3, "", ""}));
 }
 
 TEST(Try, ExportWritesNoFile) {
