@@ -4,10 +4,10 @@ _cli_patrol() {
     [ "$current" != = ] || current=
     [ "$previous" != = ] || previous=${COMP_WORDS[COMP_CWORD - 2]}
     case $previous in
-    -i | --controller | -n | --at-once | --every) COMPREPLY=() ;;
+    -i | --controller | -n | --at-once | --every | --limit) COMPREPLY=() ;;
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-i -n -w -q -h -V --controller --at-once --every --wait --quiet
-            --rehearse --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "-i -n -w -q -h -V --controller --at-once --every --limit --wait
+            --quiet --rehearse --help --version" -- "$current")
         ;;
     esac
 }

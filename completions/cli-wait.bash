@@ -4,11 +4,11 @@ _cli_wait() {
     [ "$current" != = ] || current=
     [ "$previous" != = ] || previous=${COMP_WORDS[COMP_CWORD - 2]}
     case $previous in
-    -i | --controller | -l | --logical-drive | --timeout | --every) COMPREPLY=() ;;
+    -i | --controller | -l | --logical-drive | --timeout | --limit | --every) COMPREPLY=() ;;
     --for) mapfile -t COMPREPLY < <(compgen -W "init sync rc migrate rb mp any" -- "$current") ;;
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-i -l -q -h -V --controller --logical-drive --for --timeout --every
-            --quiet --paused-too --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "-i -l -q -h -V --controller --logical-drive --for --timeout --limit
+            --every --quiet --paused-too --help --version" -- "$current")
         ;;
     esac
 }

@@ -35,6 +35,9 @@ TEST_F(WaitOptions, RefusesInvalidNumbers) {
     expectRefused(
         {"--timeout", "18446744073709551616"},
         "--timeout: \"18446744073709551616\" is not a whole number of seconds from 0 to 1000000000");
+    for (const char* limit : {"0", "86401", "1.5", "", "-1"})
+        expectRefused({"--limit", limit}, "--limit: \"" + std::string(limit) +
+                                              "\" is not a whole number of seconds from 1 to 86400");
     for (const char* every :
          {"0", "0.09", "0.0", "86400.001", "86401", "1.", ".5", "1.2345", "1s", "1e3", "-1"})
         expectRefused({"--every", every},
@@ -45,6 +48,7 @@ TEST_F(WaitOptions, AcceptsNumbersAtTheirLimits) {
     for (const char* every : {"0.1", "86400", "86400.000", "2.25"})
         EXPECT_EQ(session.run({"-q", "--every", every, "--timeout", "1000000000"}),
                   (ProcessOutcome{0, "", ""}));
+    EXPECT_EQ(session.run({"-q", "--limit", "86400"}), (ProcessOutcome{0, "", ""}));
 }
 
 TEST_F(WaitOptions, RefusesUnknownKindsAndWords) {

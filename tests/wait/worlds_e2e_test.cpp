@@ -140,6 +140,15 @@ TEST_F(WaitWorlds, TimesOutIfTheAdaptersCannotBeOpened) {
     expect("-q --timeout 0", "", 3, "", kNoAnswer);
 }
 
+TEST_F(WaitWorlds, LimitsEachReading) {
+    EXPECT_EQ(failed("fail-drive 0 2"), "");
+    expect("-l 0 --limit 5", "await ': 0%'; q5sim hang q5_getLogDrvInfo >/dev/null", 3,
+           "rebuild of " + kArchive + ": 0%\n", kNoAnswer);
+    expect("-l 0 --limit 1 --timeout 1000", "", 3, "", kNoAnswer);
+    EXPECT_EQ(failed("clear-rules; q5sim hang q5_initialize"), "");
+    expect("-q --limit 1", "", 3, "", kNoAnswer);
+}
+
 TEST_F(WaitWorlds, TimesOut) {
     EXPECT_EQ(failed("fail-drive 0 2"), "");
     expect("-l 0 --timeout 0", "", 3, "rebuild of " + kArchive + ": 0%\n",

@@ -8,6 +8,7 @@ static constexpr OptionRow kOptionRows[] = {
     {'l', "logical-drive", "ID", "wait for this logical drive only; of controller 0 without -i"},
     {'\0', "for", "KIND", "wait for init, sync, rc, migrate, rb or mp only; default: any"},
     {'\0', "timeout", "SECONDS", "give up after this time"},
+    {'\0', "limit", "SECONDS", "give up if one reading of the adapters takes longer"},
     {'\0', "every", "SECONDS", "read the adapters this often; default: 5"},
     {'q', "quiet", nullptr, "print errors only"},
     {'\0', "paused-too", nullptr, "wait for paused activities as well"},
@@ -25,6 +26,7 @@ static constexpr OptionTable kTable = {
     "The manual is cli-wait(8).\n"};
 
 static constexpr std::uint64_t kMaxTimeout = 1'000'000'000;
+static constexpr std::uint64_t kMaxLimit = 86'400;
 static constexpr std::uint64_t kMaxEvery = 86'400;
 static constexpr std::int64_t kMinEvery = 100; // milliseconds
 
@@ -78,6 +80,14 @@ static OptionsResult readTimeout(const OptionRow& row, const char* text, Options
     return OptionsResult::run;
 }
 
+static OptionsResult readLimit(const OptionRow& row, const char* text, Options* options) {
+    std::uint64_t seconds = 0;
+    if (!readNumber(text, kMaxLimit, &seconds) || seconds == 0)
+        return refuseValue(row, text, "a whole number of seconds from 1 to 86400");
+    options->limit = static_cast<std::int64_t>(seconds * 1000);
+    return OptionsResult::run;
+}
+
 static OptionsResult applyOption(const OptionRow& row, const char* argument, Options* options) {
     const std::string_view name = row.name;
     if (name == "controller")
@@ -88,6 +98,8 @@ static OptionsResult applyOption(const OptionRow& row, const char* argument, Opt
         return readKind(row, argument, &options->kinds);
     if (name == "timeout")
         return readTimeout(row, argument, options);
+    if (name == "limit")
+        return readLimit(row, argument, options);
     if (name == "every")
         return readMilliseconds(argument, &options->every)
                    ? OptionsResult::run

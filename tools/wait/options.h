@@ -11,6 +11,7 @@ struct Options {
     std::optional<std::uint32_t> logicalDrive; // of controller 0 unless another one is given
     unsigned kinds = kAllKinds;                // bits of what to wait for
     std::optional<std::int64_t> timeout;       // milliseconds
+    std::optional<std::int64_t> limit;         // of one reading, in milliseconds
     std::int64_t every = 5000;                 // milliseconds between readings
     bool quiet = false;
     bool pausedToo = false;

@@ -84,15 +84,20 @@ static std::int64_t nextReading(const Session& session) {
 // Adapters that answer slowly have at least this time, even if less is left.
 static constexpr std::int64_t kLeastLimit = 10 * kSecond;
 
-static void limitTime(const std::optional<std::int64_t>& left) {
-    if (left)
-        startTimeLimit(std::max(*left, kLeastLimit));
+// elapsed: since the wait began.
+static void limitTime(const Options& options, std::int64_t elapsed) {
+    std::optional<std::int64_t> limit = options.limit;
+    if (options.timeout) {
+        const std::int64_t left = std::max(*options.timeout - elapsed, kLeastLimit);
+        limit = std::min(limit.value_or(left), left);
+    }
+    if (limit)
+        startTimeLimit(*limit);
 }
 
 static View observeInTime(const Session& session) {
     const Watch& watch = session.watch;
-    if (watch.options.timeout)
-        limitTime(watch.start + *watch.options.timeout - monotonicTime());
+    limitTime(watch.options, monotonicTime() - watch.start);
     View view = observe(watch.options, session.controllers);
     stopTimeLimit();
     return view;
@@ -126,7 +131,7 @@ static WaitStatus waitOpened(Session* session) {
 
 static WaitStatus run(const Options& options) {
     Snapshot snapshot;
-    limitTime(options.timeout);
+    limitTime(options, 0);
     const OpenResult opened = openAdapters(&snapshot);
     stopTimeLimit();
     if (opened == OpenResult::failed)
