@@ -37,8 +37,7 @@ struct BackupCrash : BackupSession {
         ASSERT_EQ(before.size(), 4u);
     }
     void putBack() const {
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         for (const auto& [name, content] : before)
             writeFile(kept + "/" + name, content);
     }

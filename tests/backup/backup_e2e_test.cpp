@@ -59,9 +59,9 @@ TEST_F(Backup, PrintsChangedSettings) {
 
 // An export does not hold extents.
 TEST_F(Backup, PrintsChangedExtents) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     backup();
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     const ProcessOutcome outcome = backup();
     EXPECT_NE(outcome.out.find("info: drive 3 of controller 0: its extents have changed\n"),
               std::string::npos)
@@ -104,7 +104,7 @@ TEST_F(Backup, PrintsOtherChangedValues) {
 }
 
 TEST_F(Backup, IgnoresChangesOfProgressAndReadings) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     ASSERT_EQ(cli({"mp", "-a", "start", "-p", "1", "-i", "0"}).status, 0);
     backup();
     for (const char* change :
@@ -252,8 +252,7 @@ TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
                                    "s/\"capacity\": [0-9]*/\"capacity\": 12345/",
                                    "s/\"syncRate\": [0-9]*/\"syncRate\": 1/"};
     for (const char* change : changes) {
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         backup();
         ASSERT_EQ(runOther("/bin/sed", {"-i", change, newest() + ".json"}).status, 0);
         const ProcessOutcome outcome = backup();
@@ -264,8 +263,7 @@ TEST_F(Backup, AChangedValueIsNoLongerWhatWasSaved) {
 
 TEST_F(Backup, ReportsAFullOrClosedStandardOutput) {
     for (const char* redirection : {">/dev/full", ">&-"}) {
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         const std::string command = "exec \"$0\" \"$@\" " + std::string(redirection);
         const ProcessOutcome outcome =
             runOther("/bin/sh", {"-c", command, CLI_BACKUP, "-d", "kept", "--cli", E2E_REHEARSAL});
@@ -308,8 +306,7 @@ TEST_F(Backup, SavesEveryWorld) {
                 continue;
             SCOPED_TRACE(name);
             session.useWorld(worldOf(entry.path()));
-            std::filesystem::remove_all(kept);
-            std::filesystem::create_directory(kept);
+            removeBackups();
             const ProcessOutcome first = backup();
             EXPECT_EQ(first.status, 0) << first;
             EXPECT_EQ(files().size(), 2u);

@@ -34,8 +34,17 @@ struct BackupSession : testing::Test {
         session.program = CLI_BACKUP;
         return outcome;
     }
+    void useHealthyWorld() { session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json")); }
+    // That of the healthy world.
+    void removeSpare() {
+        ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    }
     void changeRate(int rate) {
         ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "syncrate=" + std::to_string(rate)}).status, 0);
+    }
+    void removeBackups() const {
+        std::filesystem::remove_all(kept);
+        std::filesystem::create_directory(kept);
     }
     // All files but those in the work directory.
     Files files() const {

@@ -63,7 +63,7 @@ TEST_F(Backup, RefusesAnExportThatDiffersFromTheAdapters) {
 
 // Only settings that are all zero may be missing.
 TEST_F(Backup, RefusesAnExportWithoutTheSettingsOfDrives) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     EXPECT_EQ(backupWithScript(session, "\"" E2E_REHEARSAL
                                         "\" \"$@\" && sed -i '/^.PhyDrvSetIndex/,/^.End/d' new.cfg"),
               (ProcessOutcome{3, "",

@@ -8,11 +8,7 @@
 struct Losses : BackupSession {
     void SetUp() override {
         BackupSession::SetUp();
-        session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
-    }
-    // Its mirror then has no spare.
-    void removeSpare() {
-        ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+        useHealthyWorld();
     }
     std::string savedText() const { return "saved as " + newest() + ".cfg\n"; }
 };
@@ -99,9 +95,8 @@ TEST_F(Losses, KeepsABackupWithSettingsThatAreZeroNow) {
           {"q5_getLogDrvSettings", "logical drive 0 of controller 0: only zeros were read for its settings"},
           {"q5_getControllerInfo", "controller 0: only zeros were read for its firmware version"}}) {
         SCOPED_TRACE(operation);
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
-        session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+        removeBackups();
+        useHealthyWorld();
         ASSERT_EQ(backup().status, 0);
         const std::string good = newest();
         ASSERT_EQ(q5sim({"zero", operation}).status, 0);

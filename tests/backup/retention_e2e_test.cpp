@@ -19,7 +19,7 @@ TEST_F(Backup, RemovesTheOldest) {
 }
 
 TEST_F(Backup, FewerDrivesRotateNothing) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     backup();
     changeRate(7);
     backup();
@@ -38,7 +38,7 @@ TEST_F(Backup, FewerDrivesRotateNothing) {
 
 // However many follow, the last one that still had everything is kept.
 TEST_F(Backup, KeepsTheLastBackupWithMore) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     backup();
     changeRate(7);
     backup();
@@ -62,7 +62,7 @@ TEST_F(Backup, FewerLogicalDrivesAreReported) {
 
 TEST_F(Backup, FewerControllersAreReported) {
     backup();
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     const ProcessOutcome outcome = backup();
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.out.find("warning: this host has 1 controller; it had 2\n"), std::string::npos)
@@ -209,8 +209,7 @@ TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
          {std::pair{"q5_getBuzzerStatus", "controller 0: its buzzer setting"},
           {"q5_getDataTransferSpeed", "drive 1 of controller 0: its 3 Gb/s setting"}}) {
         SCOPED_TRACE(operation);
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         session.useWorld(fixtureWorld("every_level"));
         ASSERT_EQ(backup().status, 0);
         const std::string good = newest();
@@ -234,8 +233,7 @@ TEST_F(Backup, ReportsABuzzerAndSpeedsThatCannotBeRead) {
 TEST_F(Backup, ReportsListingsThatCannotBeReadEachTime) {
     for (const char* operation : {"q5_getLogDrvInfo", "q5_getControllerInfo"}) {
         SCOPED_TRACE(operation);
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         ASSERT_EQ(q5sim({"reset"}).status, 0);
         ASSERT_EQ(q5sim({"refuse", operation}).status, 0);
         const std::string warning = std::string("warning: controller 0: ") + operation +
@@ -267,8 +265,7 @@ TEST_F(Backup, KeepsABackupWithoutTheListOfDrives) {
         for (const std::string& world : {fixtureWorld("every_level"), fixtureWorld("two_controllers"),
                                          readFile(STATUS_SOURCES "/healthy.world.json")}) {
             SCOPED_TRACE(kind);
-            std::filesystem::remove_all(kept);
-            std::filesystem::create_directory(kept);
+            removeBackups();
             session.useWorld(world);
             ASSERT_EQ(backup().status, 0);
             const std::string good = newest();
@@ -288,7 +285,7 @@ TEST_F(Backup, KeepsABackupWithoutTheListOfDrives) {
 
 // An export queries each member alone; its list of extents lacks those that are refused.
 TEST_F(Backup, KeepsABackupWithADriveThatIsRefusedAlone) {
-    session.useWorld(readFile(STATUS_SOURCES "/healthy.world.json"));
+    useHealthyWorld();
     ASSERT_EQ(backup().status, 0);
     const std::string good = newest(), extents = "<LogDrvDiskExtentIndex> ";
     ASSERT_NE(content(good + ".cfg").find(extents + "(0,0)\n"), std::string::npos);

@@ -12,7 +12,7 @@ static const std::string kRebuilding =
 
 // The automatic rebuild uses the spare at once.
 TEST_F(Restore, AcceptsARebuildThatASpareStarts) {
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
     const std::string end = kLostNote + kUsedNote + "Controller 0 is not as it was saved: " + kRebuilding;
     EXPECT_EQ(restore({}), (ProcessOutcome{1,
@@ -34,7 +34,7 @@ TEST_F(Restore, EnablesTheAutomaticRebuildLast) {
         cli({"phydrv", "-a", "mod", "-p", "3", "-i", "0", "-s", "writecache=disable,ncq=disable,tcq=disable"})
             .status,
         0);
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     EXPECT_EQ(restore({"--apply", "--drives", "2=2"}),
               (ProcessOutcome{0,
                               "1. set controller 0: sync rate 102, init rate 104, media patrol rate 103, "
@@ -63,11 +63,10 @@ TEST_F(Restore, ExchangesTheSpareAndTheMember) {
 
 // Another spare than that of the backup. The rebuild needs the first 500 MB of it.
 TEST_F(Restore, ReportsARebuildOntoAnySpare) {
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     ASSERT_EQ(backup().status, 0);
-    for (const Words& words : {Words{"ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=disable"},
-                               Words{"extent", "-a", "spare", "-p", "3", "-e", "0", "-i", "0"}})
-        ASSERT_EQ(cli(words).status, 0);
+    setAutoRebuild("disable");
+    makeSpare();
     ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
     EXPECT_EQ(restore({"--apply"}),
               (ProcessOutcome{0,
@@ -80,11 +79,10 @@ TEST_F(Restore, ReportsARebuildOntoAnySpare) {
 
 // It would otherwise use a spare that is restored before.
 TEST_F(Restore, DisablesTheAutomaticRebuildFirst) {
-    ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=disable"}).status, 0);
+    setAutoRebuild("disable");
     ASSERT_EQ(backup().status, 0);
-    for (const Words& words : {Words{"ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=enable"},
-                               Words{"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}})
-        ASSERT_EQ(cli(words).status, 0);
+    setAutoRebuild("enable");
+    removeSpare();
     ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
     EXPECT_EQ(restore({"--apply"}),
               (ProcessOutcome{0,
@@ -97,7 +95,7 @@ TEST_F(Restore, DisablesTheAutomaticRebuildFirst) {
 
 // A rebuild, not a restore, completes it.
 TEST_F(Restore, SaysThatALogicalDriveIsNotAsItWasSaved) {
-    ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=disable"}).status, 0);
+    setAutoRebuild("disable");
     ASSERT_EQ(backup().status, 0);
     ASSERT_EQ(q5sim({"fail-drive", "0", "2"}).status, 0);
     ASSERT_EQ(q5sim({"replace-drive", "0", "2"}).status, 0);
@@ -124,7 +122,7 @@ TEST_F(Restore, ProposesToLeaveOutALostSpare) {
                               ""}));
     EXPECT_EQ(restore({"--apply", "--drives", "1=1,3=-"}).status, 0);
     ASSERT_EQ(q5sim({"pull-drive", "0", "3"}).status, 0);
-    EXPECT_NE(restore({}).out.find("prevented: drive 3 is missing; drive 3 had the serial S0003; to give up "
-                                   "the spare on it, use --drives 3=-\n"),
-              std::string::npos);
+    expectPrevented(restore({}),
+                    "drive 3 is missing; drive 3 had the serial S0003; to give up the spare on it, "
+                    "use --drives 3=-\n");
 }

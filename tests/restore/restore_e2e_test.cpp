@@ -76,7 +76,7 @@ TEST_F(Restore, RestoresSettingsAlone) {
             .status,
         0);
     ASSERT_EQ(cli({"logdrv", "-a", "mod", "-i", "0", "-l", "0", "-s", "name=Other,lookahead=1"}).status, 0);
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     const std::string steps = "1. set controller 0: sync rate 102, SMART check enable\n"
                               "2. set the buzzer of controller 0: enable\n"
                               "3. set drive 2: write cache enable\n"
@@ -155,9 +155,9 @@ TEST_F(Restore, NotesSettingsThatCouldNotBeSaved) {
 }
 
 TEST_F(Restore, NotesAnExtraSpare) {
-    ASSERT_EQ(cli({"extent", "-a", "free", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    removeSpare();
     ASSERT_EQ(backup().status, 0);
-    ASSERT_EQ(cli({"extent", "-a", "spare", "-p", "3", "-e", "0", "-i", "0"}).status, 0);
+    makeSpare();
     const std::string note =
         "note: the spare on extent 0 of drive 3 is not in the backup; it stays as it is\n";
     EXPECT_EQ(restore({}), (ProcessOutcome{0, note + "There is nothing to do.\n", ""}));

@@ -44,6 +44,10 @@ struct Restore : BackupSession {
     void replaceSerial(std::size_t index) {
         controller()["drives"][index]["serial"] = "N" + std::to_string(index);
     }
+    void setAutoRebuild(const std::string& mode) {
+        ASSERT_EQ(cli({"ctrl", "-a", "mod", "-i", "0", "-s", "autorebuild=" + mode}).status, 0);
+    }
+    void makeSpare() { ASSERT_EQ(cli({"extent", "-a", "spare", "-p", "3", "-e", "0", "-i", "0"}).status, 0); }
     // On the program with the simulated adapters.
     ProcessOutcome restore(const Words& more, const std::string& controllerId = "0") {
         Words words = {"-i", controllerId, newest() + ".cfg"};
@@ -53,6 +57,11 @@ struct Restore : BackupSession {
     ProcessOutcome restoreIn(const Json& changed, const Words& more = {}) {
         session.useWorld(changed.dump());
         return restore(more);
+    }
+    // With this reason; what else it prints is left to the test.
+    static void expectPrevented(const ProcessOutcome& outcome, const std::string& reason) {
+        EXPECT_EQ(outcome.status, 4) << outcome;
+        EXPECT_NE(outcome.out.find("prevented: " + reason), std::string::npos) << outcome;
     }
     std::string status() { return runOther(CLI_STATUS, {"--json"}).out; }
 };

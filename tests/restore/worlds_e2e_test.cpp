@@ -99,8 +99,7 @@ struct RestoreWorlds : Restore {
 
     void saveWorld(const std::string& text) {
         session.useWorld(text);
-        std::filesystem::remove_all(kept);
-        std::filesystem::create_directory(kept);
+        removeBackups();
         ASSERT_LE(backup().status, 1);
     }
     // A copy does not refuse what the adapters refused.

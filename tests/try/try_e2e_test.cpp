@@ -25,6 +25,12 @@ struct TrySession : Session {
         EXPECT_FALSE(fs::exists(path("CLIEvent.dat"))); // the events of the real adapters stay unread
     }
     std::string calls() const { return path("guarded.calls"); }
+    // With this status and a report that contains this text.
+    void expectReport(const std::vector<std::string>& words, int status, const std::string& text) {
+        const ProcessOutcome outcome = run(words);
+        EXPECT_EQ(outcome.status, status) << outcome.out;
+        EXPECT_NE(outcome.out.find(text), std::string::npos) << outcome.out;
+    }
     ProcessOutcome runList(const std::string& commands) {
         writeFile(path("plan"), commands);
         return run({"-f", path("plan")});
@@ -127,31 +133,24 @@ TEST(Try, PrintsWhatTheCommandPrints) {
 
 TEST(Try, RefusedCommand) {
     TrySession session;
-    const ProcessOutcome outcome = session.run({"logdrv", "-a", "del", "-l", "7", "-i", "0"});
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_NE(outcome.out.find("\nData that would be lost:\n  none\n"), std::string::npos) << outcome.out;
+    session.expectReport({"logdrv", "-a", "del", "-l", "7", "-i", "0"}, 2,
+                         "\nData that would be lost:\n  none\n");
 }
 
 // RAID1 of two members becomes RAID5 of three: 60,000 MB of each at 1024 MB a second.
 TEST(Try, StartedJobHasItsTime) {
     TrySession session;
-    const ProcessOutcome outcome = session.run(
-        {"migrate", "-a", "start", "-l", "1", "-i", "0", "-p", "7", "-e", "0", "-s", "raid=raid5"});
-    EXPECT_EQ(outcome.status, 0) << outcome.out;
-    EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n"
-                               "  controller 0: logical drive 1 System: migration, 59 seconds\n"),
-              std::string::npos)
-        << outcome.out;
+    session.expectReport(
+        {"migrate", "-a", "start", "-l", "1", "-i", "0", "-p", "7", "-e", "0", "-s", "raid=raid5"}, 0,
+        "\nWhat would be started, and its time in the model:\n"
+        "  controller 0: logical drive 1 System: migration, 59 seconds\n");
 }
 
 TEST(Try, RunningJobIsNotStartedByARename) {
     TrySession session;
     session.useWorld(worldAfter({{"q5sim", "fail-drive", "0", "2"}}));
-    const ProcessOutcome outcome = session.run({"logdrv", "-a", "mod", "-l", "0", "-i", "0", "-s", "name=X"});
-    EXPECT_EQ(outcome.status, 0) << outcome.out;
-    EXPECT_NE(outcome.out.find("\nWhat would be started, and its time in the model:\n  nothing\n"),
-              std::string::npos)
-        << outcome.out;
+    session.expectReport({"logdrv", "-a", "mod", "-l", "0", "-i", "0", "-s", "name=X"}, 0,
+                         "\nWhat would be started, and its time in the model:\n  nothing\n");
 }
 
 // In the slot of a lost member. Its array there has the same ID as the one here.
@@ -166,21 +165,15 @@ TEST(Try, WipingADriveOfAnotherSystemLosesData) {
     world[at + foreign.size()] = '0';
     TrySession session;
     session.useWorld(world);
-    const ProcessOutcome outcome = session.run({"phydrv", "-a", "wipe", "-p", "2", "-i", "0"});
-    EXPECT_EQ(outcome.status, 1) << outcome.out;
-    EXPECT_NE(outcome.out.find("\nData that would be lost:\n  controller 0: drive 2, extent 0, 238,470 MB of "
-                               "another controller's array, would be given up\n"),
-              std::string::npos)
-        << outcome.out;
+    session.expectReport({"phydrv", "-a", "wipe", "-p", "2", "-i", "0"}, 1,
+                         "\nData that would be lost:\n  controller 0: drive 2, extent 0, 238,470 MB of "
+                         "another controller's array, would be given up\n");
 }
 
 TEST(Try, ReportsQuickInitialization) {
     TrySession session;
-    const ProcessOutcome outcome = session.run({"init", "-a", "start", "-l", "1", "-i", "0"});
-    EXPECT_EQ(outcome.status, 1) << outcome.out;
-    EXPECT_NE(outcome.out.find("  controller 0: logical drive 1 System, 60,000 MB, would be overwritten\n"),
-              std::string::npos)
-        << outcome.out;
+    session.expectReport({"init", "-a", "start", "-l", "1", "-i", "0"}, 1,
+                         "  controller 0: logical drive 1 System, 60,000 MB, would be overwritten\n");
 }
 
 TEST(Try, ClearingImportLosesWhatItDeletes) {

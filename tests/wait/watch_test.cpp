@@ -5,6 +5,8 @@
 
 static constexpr std::int64_t kMinute = 60'000;
 static const std::string kArchive = "logical drive 0 Archive of controller 0";
+static const std::string kEndedRebuild =
+    "rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n";
 
 // Feeds views at given times, and collects the messages: errors begin with "! ".
 struct Watching : testing::Test {
@@ -18,6 +20,12 @@ struct Watching : testing::Test {
             messages += (message.isError ? "! " : "") + message.text + "\n";
         watch.messages.clear();
         return status;
+    }
+    // An activity that has ended at the second reading, which the third one confirms.
+    WaitStatus takeEnd(const View& active, const View& after) {
+        take(active);
+        take(after);
+        return take(after);
     }
     void expectMessages(const std::string& expected) {
         EXPECT_EQ(messages, expected);
@@ -53,11 +61,8 @@ TEST_F(Watching, WaitsForTheEndOfAnActivity) {
 }
 
 TEST_F(Watching, ReportsAnAbortedActivity) {
-    take(activeView(kRebuilding, 45));
-    take(quietView(ArrayState::critical));
-    EXPECT_EQ(take(quietView(ArrayState::critical)), WaitStatus::notOnline);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " is critical\n");
+    EXPECT_EQ(takeEnd(activeView(kRebuilding, 45), quietView(ArrayState::critical)), WaitStatus::notOnline);
+    expectMessages(kEndedRebuild + kArchive + " is critical\n");
 }
 
 TEST_F(Watching, FollowsAChainOfActivities) {
@@ -83,71 +88,50 @@ TEST_F(Watching, ChecksOnlyAwaitedLogicalDrives) {
 }
 
 TEST_F(Watching, AnotherArrayWithTheSameNumberIsNotTheOneWaitedFor) {
-    take(activeView(kRebuilding, 45));
     View view = quietView(ArrayState::online);
     view.arrays[0].target.array = 7;
-    take(view);
-    EXPECT_EQ(take(view), WaitStatus::notOnline);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " no longer exists\n");
+    EXPECT_EQ(takeEnd(activeView(kRebuilding, 45), view), WaitStatus::notOnline);
+    expectMessages(kEndedRebuild + kArchive + " no longer exists\n");
 }
 
 TEST_F(Watching, AnotherNameMayBeAnotherLogicalDrive) {
-    take(activeView(kRebuilding, 45));
     View view = quietView(ArrayState::online);
     view.arrays[0].target.name = "New";
-    take(view);
-    EXPECT_EQ(take(view), WaitStatus::notOnline);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " is now named \"New\"; it may be another one\n");
+    EXPECT_EQ(takeEnd(activeView(kRebuilding, 45), view), WaitStatus::notOnline);
+    expectMessages(kEndedRebuild + kArchive + " is now named \"New\"; it may be another one\n");
 }
 
 TEST_F(Watching, AnotherLevelOrSizeMayBeAnotherLogicalDrive) {
     for (const ArrayShape& shape : {ArrayShape{kRaid5, 4096}, ArrayShape{kRaid1, 4097}}) {
         watch = Watch{};
-        View view = activeView(kRebuilding, 45);
-        view.activities[0].target.shape = {kRaid1, 4096};
-        take(view);
-        view = quietView(ArrayState::online);
-        view.arrays[0].target.shape = shape;
-        take(view);
-        EXPECT_EQ(take(view), WaitStatus::notOnline);
-        expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" +
-                       kArchive + " has another level or size; it may be another one\n");
+        View active = activeView(kRebuilding, 45), after = quietView(ArrayState::online);
+        active.activities[0].target.shape = {kRaid1, 4096};
+        after.arrays[0].target.shape = shape;
+        EXPECT_EQ(takeEnd(active, after), WaitStatus::notOnline);
+        expectMessages(kEndedRebuild + kArchive + " has another level or size; it may be another one\n");
     }
 }
 
 TEST_F(Watching, AnOfflineLogicalDriveMayReportNoSize) {
-    View view = activeView(kRebuilding, 45);
-    view.activities[0].target.shape = {kRaid1, 4096};
-    take(view);
-    view = quietView(ArrayState::offline);
-    view.arrays[0].target.shape = {kRaid1, 0};
-    take(view);
-    EXPECT_EQ(take(view), WaitStatus::notOnline);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " is offline\n");
+    View active = activeView(kRebuilding, 45), after = quietView(ArrayState::offline);
+    active.activities[0].target.shape = {kRaid1, 4096};
+    after.arrays[0].target.shape = {kRaid1, 0};
+    EXPECT_EQ(takeEnd(active, after), WaitStatus::notOnline);
+    expectMessages(kEndedRebuild + kArchive + " is offline\n");
 }
 
 // Whether or not it is waited for.
 TEST_F(Watching, AMigrationChangesLevelAndSize) {
-    View view = activeView(kRebuilding, 45);
-    view.arrays[0].isMigrating = true;
-    take(view);
-    view = quietView(ArrayState::online);
-    view.arrays[0].target.shape = {kRaid5, 8192};
-    take(view);
-    EXPECT_EQ(take(view), WaitStatus::finished);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " is online\n");
+    View active = activeView(kRebuilding, 45), after = quietView(ArrayState::online);
+    active.arrays[0].isMigrating = true;
+    after.arrays[0].target.shape = {kRaid5, 8192};
+    EXPECT_EQ(takeEnd(active, after), WaitStatus::finished);
+    expectMessages(kEndedRebuild + kArchive + " is online\n");
 }
 
 TEST_F(Watching, ReportsADeletedLogicalDrive) {
-    take(activeView(kRebuilding, 45));
-    take(View{});
-    EXPECT_EQ(take(View{}), WaitStatus::notOnline);
-    expectMessages("rebuild of " + kArchive + ": 45%\nrebuild of " + kArchive + " has ended\n" + kArchive +
-                   " no longer exists\n");
+    EXPECT_EQ(takeEnd(activeView(kRebuilding, 45), View{}), WaitStatus::notOnline);
+    expectMessages(kEndedRebuild + kArchive + " no longer exists\n");
 }
 
 TEST_F(Watching, EndsWhenOnlyPausedActivitiesAreLeft) {
