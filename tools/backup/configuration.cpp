@@ -150,7 +150,7 @@ static bool hasDriveBlocks(const std::vector<std::string>& lines, const Controll
     return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
 
-// A cleared record is one of the first drive. The others have none: they refuse it, as it has another ID.
+// A cleared record has the ID of the first drive. For any other drive it is a foreign one, which is not used.
 static bool hasOnlyClearedSettings(const Controller& controller) {
     return std::all_of(controller.drives.begin(), controller.drives.end(), [](const Drive& drive) {
         return !drive.settings || (drive.info.driveId == 0 && isZero(*drive.settings));
