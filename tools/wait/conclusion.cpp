@@ -3,7 +3,7 @@
 
 #include "tools/wait/texts.h"
 
-// A new array may get number and array ID of a deleted one; its name is the last thing that differs.
+// A new array may get the number and the array ID of a deleted one: then only its name differs.
 static WaitStatus checkArray(Watch* watch, const View& view, const Target& target) {
     for (const SeenArray& array : view.arrays)
         if (array.target == target && array.target.name != target.name) {

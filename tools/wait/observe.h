@@ -16,7 +16,7 @@ struct Target {
     std::uint16_t array = 0;  // the array of a logical drive; another one that takes its number has another
 };
 
-// A name can be changed while its object stays the same; its activities go on.
+// Names are not compared: a logical drive can be renamed while its activities continue.
 inline bool operator==(const Target& left, const Target& right) {
     return left.controller == right.controller && left.isDrive == right.isDrive &&
            left.number == right.number && left.array == right.array;
@@ -50,5 +50,5 @@ struct View {
 // The adapters must be open. Reads the logical drives, and the drives if media patrol is selected.
 View observe(const Options& options, std::uint32_t controllerCount);
 
-// The part of it that concerns one controller.
+// Adds the selected objects and activities of one controller.
 void addController(const Options& options, const Controller& controller, View* view);
