@@ -50,7 +50,7 @@ struct SyncProgress {
     ReplyHeader header;
     std::uint8_t reserved64[6];
     std::uint8_t state;
-    std::uint8_t percent;
+    std::uint8_t percent; // 0..100
 };
 ASSERT_SIZE(SyncProgress, 72);
 ASSERT_OFFSET(SyncProgress, state, 70);
@@ -59,7 +59,7 @@ ASSERT_OFFSET(SyncProgress, percent, 71);
 struct MigrationProgress {
     ReplyHeader header;
     std::uint8_t reserved64[4];
-    std::uint16_t percent;
+    std::uint16_t percent; // 0..100
     std::uint8_t state;
     std::uint8_t reserved71[137];
 };
@@ -71,7 +71,7 @@ struct RebuildProgress {
     ReplyHeader header;
     std::uint8_t state;
     std::uint8_t reserved65;
-    std::uint8_t percent;
+    std::uint8_t percent; // 0..100
     std::uint8_t reserved67[21];
 };
 ASSERT_SIZE(RebuildProgress, 88);
@@ -99,7 +99,7 @@ struct MigrateRequest {
     std::uint16_t logDrvId;
     std::uint16_t memberCount;
     std::uint16_t raidLevel;
-    std::uint16_t stripeSize;
+    std::uint16_t stripeSize;   // in the unit of LogDrvInfo's stripeBlocks, whose value is the default
     std::uint8_t subArrayCount; // target RAID50 only
     std::uint8_t parityCount;   // target RAIDMF only
     std::uint8_t reserved10[6];

@@ -32,7 +32,7 @@ struct ControllerInfo {
     ReplyHeader header;
     std::uint8_t reserved64[236];
     VersionNumber biosVersion;
-    std::uint8_t rebuildRate;
+    std::uint8_t rebuildRate; // all rates 1..255, as in ControllerSettings
     std::uint8_t syncRate;
     std::uint8_t mpRate;
     std::uint8_t reserved319;
@@ -41,9 +41,9 @@ struct ControllerInfo {
     std::uint8_t autoRebuild; // non-zero: enabled
     std::uint8_t reserved323;
     std::uint8_t smartCheck;        // non-zero: enabled; ControllerSettings has this and
-    std::uint8_t smartPollInterval; // the next field in reverse order
+    std::uint8_t smartPollInterval; // the next field, in minutes, in reverse order
     std::uint8_t reserved326;
-    std::uint8_t encPollInterval;
+    std::uint8_t encPollInterval; // minutes
     std::uint8_t reserved328;
     std::uint8_t memoryType; // 1: ECC, any other value: non-ECC
     std::uint8_t reserved330[2];

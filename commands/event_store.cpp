@@ -109,7 +109,7 @@ static void writeBuffer(const char* path, bool locked) {
     restoreSignals(&before);
 }
 
-// The lock may be missing: it is not waited for without end.
+// Without the lock, after waiting for it in vain, the events are saved all the same.
 static void saveUnderLock(const char* path, EventImage* current, bool locked) {
     readImage(path, current);
     if (current->state == ImageState::unreadable)

@@ -2,7 +2,6 @@
 // shows, pauses and resumes the migration.
 #include "commands/migrate.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "commands/activity.h"

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <span>
 
 #include "cli/command_words.h"
 #include "completions/interpose.h"

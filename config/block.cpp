@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstdarg>
 
+#include "util/utils.h"
+
 void append(BlockText* block, const char* format, ...) {
     const std::size_t available = kBlockTextSize - block->length;
     std::va_list arguments;

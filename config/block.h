@@ -8,8 +8,6 @@
 #include <cstring>
 #include <span>
 
-#include "util/utils.h"
-
 inline constexpr char kEndMarker[] = "[End]";
 
 // The text of one block, truncated to its buffer.

@@ -10,6 +10,7 @@
 #include "config/import_file.h"
 #include "config/import_set.h"
 #include "util/idlist.h"
+#include "util/utils.h"
 
 namespace {
 enum class BlockKind { ctrl, phyDrv, logDrv, end, badKeyword, unreadable };

@@ -12,7 +12,7 @@ int DisplayImportFile(const char* fileName);
 
 // Reads the file, selects all blocks or those whose set indexes are listed, checks them against the
 // adapters present and applies them. clear: delete the logical drives of the controllers and create
-// them again from the file.
+// them again from the file. Result::done, noFile, badKeyword, emptyFile, notFound or tooManyDrives.
 int SetDataFromConfigFile(const char* fileName, bool all, bool clear, int ctrlCount,
                           const std::uint32_t* ctrlList, int pdCount, const std::uint32_t* pdList,
                           int ldCount, const std::uint32_t* ldList);

@@ -6,6 +6,7 @@
 #include "config/block.h"
 #include "config/display.h"
 #include "util/idlist.h"
+#include "util/utils.h"
 
 namespace {
 struct LogDrvSource {

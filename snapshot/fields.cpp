@@ -2,6 +2,7 @@
 #include "snapshot/fields.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include "snapshot/snapshot.h"
 

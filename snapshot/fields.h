@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
-#include <type_traits>
 
 #include "snapshot/snapshot.h"
 
@@ -15,7 +14,7 @@ enum class FieldKind : std::uint8_t {
     text,     // a char array; it ends at its NUL or with the field
     record,   // another record
     header,   // the ReplyHeader: about the reply, not about the object
-    reserved, // the library's own bytes
+    reserved, // bytes without a known meaning
 };
 
 struct RecordType;
@@ -73,15 +72,18 @@ const RecordType& recordType<LogDrvInfo>();
 template <>
 const RecordType& recordType<LogDrvSettings>();
 
-// A number field's element. A 64-bit unsigned number is returned as the signed one with the same bits.
+// One element of a number field; index is below the field's count. A 64-bit unsigned number is returned as
+// the signed one with the same bits. setNumberAt() stores the low bytes that the field holds.
 std::int64_t numberAt(const void* record, const Field& field, std::size_t index);
 void setNumberAt(void* record, const Field& field, std::size_t index, std::int64_t value);
 
-// A text that does not fit is cut at the field's end.
+// textAt() is valid as long as the record. setTextAt() truncates a text that does not fit, and clears the
+// rest.
 std::string_view textAt(const void* record, const Field& field);
 void setTextAt(void* record, const Field& field, std::string_view text);
 
+// nullptr: the record has no such field.
 const Field* findField(const RecordType& type, std::string_view name);
 
-// How many elements of a field are used: never more than it has.
+// How many elements of a field are used, by the record's own counter: never more than the field has.
 std::size_t usedCount(const RecordType& type, const void* record, const Field& field);

@@ -1,4 +1,4 @@
-// Atomic replacement of whole files.
+// Writing whole files: replaced atomically, or newly created.
 #include "snapshot/files.h"
 
 #include <fcntl.h>
@@ -12,7 +12,7 @@
 
 #include "util/atomic_file.h"
 
-static std::string problem(const std::string& path) {
+static std::string writeProblem(const std::string& path) {
     return "cannot write " + path + ": " + std::strerror(errno);
 }
 
@@ -37,23 +37,23 @@ static bool writeAndClose(int file, const std::string& text, bool durable) {
     return written && closed;
 }
 
-// Opening a pipe would wait until another program opens it for reading.
-static std::string putIntoPipe(const std::string& path, const std::string& text) {
+// Opened without waiting: a plain open() of a pipe blocks until another program opens it for reading.
+static std::string writeToPipe(const std::string& path, const std::string& text) {
     const int file = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
-        return errno == ENXIO ? "cannot write " + path + ": no program reads this pipe" : problem(path);
+        return errno == ENXIO ? "cannot write " + path + ": no program reads this pipe" : writeProblem(path);
     fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
-    return writeAndClose(file, text, false) ? "" : problem(path);
+    return writeAndClose(file, text, false) ? "" : writeProblem(path);
 }
 
-static std::string putText(const std::string& path, const std::string& text) {
+static std::string writeText(const std::string& path, const std::string& text) {
     FileReplacement file;
     if (isPipe(path))
-        return putIntoPipe(path, text);
+        return writeToPipe(path, text);
     if (!openReplacement(&file, path.c_str()))
-        return problem(path);
+        return writeProblem(path);
     std::fwrite(text.data(), 1, text.size(), file.stream); // the stream keeps a failure for the commit
-    return commitReplacement(&file) ? "" : problem(path);
+    return commitReplacement(&file) ? "" : writeProblem(path);
 }
 
 // A pipe without a reader must be reported as a failure, not end the program by a signal.
@@ -61,7 +61,7 @@ std::string replaceFile(const std::string& path, const std::string& text) {
     struct sigaction ignore = {}, former;
     ignore.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &ignore, &former);
-    std::string failure = putText(path, text);
+    std::string failure = writeText(path, text);
     sigaction(SIGPIPE, &former, nullptr);
     return failure;
 }
@@ -69,10 +69,10 @@ std::string replaceFile(const std::string& path, const std::string& text) {
 std::string createFile(const std::string& path, const std::string& text) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (file < 0)
-        return problem(path);
+        return writeProblem(path);
     if (writeAndClose(file, text, true))
         return "";
-    std::string failure = problem(path);
+    std::string failure = writeProblem(path);
     unlink(path.c_str());
     return failure;
 }

@@ -1,4 +1,4 @@
-// Atomic replacement of whole files.
+// Writing whole files: replaced atomically, or newly created.
 #pragma once
 
 #include <string>
@@ -8,5 +8,6 @@
 // empty on success.
 std::string replaceFile(const std::string& path, const std::string& text);
 
-// Writes a file that must not exist, for its owner only. Returns an error message, empty on success.
+// Creates a file, which must not exist yet, with mode 0600, and synchronizes it with the disk. Returns an
+// error message, empty on success.
 std::string createFile(const std::string& path, const std::string& text);

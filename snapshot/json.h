@@ -18,11 +18,11 @@ Json snapshotToJson(const Snapshot& snapshot);
 // error message, empty on success. Words and members are derived again.
 std::string snapshotFromJson(const Json& json, Snapshot* snapshot);
 
-// Reads and checks the text of such a file, "format" included.
+// Parses and checks the text of such a file, "format" included. Returns an error message, empty on success.
 std::string snapshotFromText(const std::string& text, Snapshot* snapshot);
 
-// Puts a text of the adapters into an object: key, and keyBytes where it is not UTF-8.
+// Adds a text of the adapters to an object: key, and keyBytes if it is not UTF-8.
 void addText(Json* object, const std::string& key, std::string_view text);
 
-// The text that addText() has put there, all its bytes. Empty if there is none.
+// The bytes of a text that addText() has stored; nullopt if there is none, or it is malformed.
 std::optional<std::string> textFrom(const Json& object, const std::string& key);

@@ -2,9 +2,8 @@
 #include "snapshot/fields.h"
 #include "snapshot/json.h"
 
-// The position in the document, and the first error.
 struct Reader {
-    std::string problem;
+    std::string problem; // the first one; empty: none
     bool failed() const { return !problem.empty(); }
 };
 
@@ -21,7 +20,7 @@ static const Json* find(Reader* reader, const Json& object, const std::string& k
     return nullptr;
 }
 
-static std::uint64_t mostOf(const Field& field) {
+static std::uint64_t maxOf(const Field& field) {
     const std::size_t bits = 8 * field.size - (field.kind == FieldKind::signedNumber ? 1 : 0);
     return bits == 64 ? UINT64_MAX : (std::uint64_t{1} << bits) - 1;
 }
@@ -29,9 +28,9 @@ static std::uint64_t mostOf(const Field& field) {
 // Whether a JSON number is whole and fits a number field.
 static bool fits(const Json& value, const Field& field) {
     if (value.is_number_unsigned())
-        return value.get<std::uint64_t>() <= mostOf(field);
+        return value.get<std::uint64_t>() <= maxOf(field);
     return value.is_number_integer() && field.kind == FieldKind::signedNumber &&
-           value.get<std::int64_t>() >= -static_cast<std::int64_t>(mostOf(field)) - 1;
+           value.get<std::int64_t>() >= -static_cast<std::int64_t>(maxOf(field)) - 1;
 }
 
 static std::int64_t numberOf(const Json& value) {

@@ -1,5 +1,5 @@
-// The operations of the adapters' library that a snapshot may call: all of them only read. Requesting
-// events is not among them, since that might consume them.
+// The operations of the adapters' library that a snapshot may call: those that only read. The one that
+// fetches events is not among them, since it might consume them.
 #pragma once
 
 #include "adapter/activity.h"

@@ -5,11 +5,12 @@
 
 enum class OpenResult { opened, failed, noController };
 
-// Opens the library and counts the controllers. Once opened, closeAdapters() must follow.
+// Opens the library and counts the controllers. If it is opened, closeAdapters() must follow.
 OpenResult openAdapters(Snapshot* snapshot);
 void closeAdapters();
 
-// Reads one controller, or all that openAdapters() counted, in one pass.
+// Reads one controller, or the first kMaxSnapshotControllers of those that openAdapters() counted, in one
+// pass. What could not be read is empty in the result, and a fault says why.
 Controller readController(std::uint32_t id);
 void readControllers(Snapshot* snapshot);
 

@@ -36,8 +36,8 @@ void addFault(Faults* faults, FaultKind kind, std::int64_t value) {
     faults->push_back({ReadOnlyOperation<operation>::name, kind, value});
 }
 
-// Calls an operation that fills one record: call(record) returns its result. Returns whether it
-// succeeded. A record received with an overrun is used up to that size.
+// Calls an operation that fills one record: call(record) returns its result. Returns whether it succeeded. If
+// it wrote beyond the record, that is a fault, and the record itself is used.
 template <auto operation, typename Record, typename Call>
 bool readRecord(Faults* faults, Guarded<Record>* reply, Call call) {
     const int result = call(&reply->record);
@@ -60,7 +60,7 @@ std::optional<Record> readReply(const Reading& reading, Query query) {
     return done ? std::optional<Record>(reply->record) : std::nullopt;
 }
 
-// The records of a list reply. A byte count beyond the buffer is a fault; what the buffer holds counts.
+// The records of a list reply. A byte count beyond the buffer is a fault; the records in the buffer are used.
 template <auto operation, typename Record, std::size_t capacity, typename Query>
 std::optional<std::vector<Record>> readList(const Reading& reading, Query query) {
     using List = Reply<Record, capacity>;

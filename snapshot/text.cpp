@@ -1,4 +1,4 @@
-// Texts from adapters and files, made fit for one line of output.
+// Texts from adapters and files, prepared for one line of output.
 #include "snapshot/text.h"
 
 #include <charconv>

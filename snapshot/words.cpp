@@ -1,8 +1,6 @@
 // Words for the adapters' codes.
 #include "snapshot/words.h"
 
-#include <algorithm>
-
 // A code and its word.
 struct CodeWord {
     int code;

@@ -1,4 +1,5 @@
-// Words for the adapters' codes.
+// Words for the adapters' codes. A function takes any value that the adapter may send; after the semicolon,
+// what it returns for an unknown one.
 #pragma once
 
 #include <string>
@@ -10,7 +11,7 @@ struct Field;
 struct RecordType;
 
 const char* raidLevelText(std::uint8_t level);    // "RAID5"; "unknown RAID level"
-const char* activityText(ActivityBit kind);       // "rebuild"
+const char* activityText(ActivityBit kind);       // "rebuild"; "unknown activity"
 const char* batteryStateText(std::uint8_t state); // of BatteryState; "in an unknown state"
 const char* enclosureTypeText(std::uint8_t type); // "Traybox 400"; "unknown type"
 const char* sensorTypeText(std::uint8_t type);    // "fan"; nullptr: no sensor
@@ -29,4 +30,6 @@ struct FieldWords {
 
 // nullptr: the field is a plain number.
 const FieldWords* wordsOf(const RecordType& type, const Field& field);
+
+// The number of fields that have words.
 std::size_t fieldWordsCount();

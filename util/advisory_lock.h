@@ -6,6 +6,6 @@
 inline constexpr int kLockSeconds = 30;
 
 // Locks the directory that contains path. Waits for its holder at most the given number of seconds. Returns
-// the argument for unlockDirectory(), or -1 if there is no lock; the caller then continues without it.
+// the argument for unlockDirectory(), or -1 if the directory could not be locked.
 int lockDirectoryOf(const char* path, int seconds);
 void unlockDirectory(int lock);

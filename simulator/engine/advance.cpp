@@ -16,7 +16,7 @@
 namespace q5sim {
 
 // Whether a drive that the activity adds to the array is no longer usable.
-static bool targetLost(const Controller& controller, const LogicalDrive& array) {
+static bool hasLostTarget(const Controller& controller, const LogicalDrive& array) {
     const auto gone = [&](std::uint16_t id) {
         const Drive* drive = findDrive(controller, id);
         return drive == nullptr || drive->failed || !holdsExtentOf(*drive, array.arrayId);
@@ -37,7 +37,7 @@ static bool mustAbort(const Controller& controller, const LogicalDrive& array) {
     if (kind == 0)
         return false;
     const bool survivesLoss = kind == kRebuilding || kind == kMigrating;
-    return functionalStatus(controller, array) == 0 || targetLost(controller, array) ||
+    return functionalStatus(controller, array) == 0 || hasLostTarget(controller, array) ||
            (!survivesLoss && !lostMembers(controller, array).empty());
 }
 
@@ -60,8 +60,8 @@ static void reportStatus(Controller& controller, LogicalDrive& array, std::int64
     array.autoRebuildInhibited = false;
 }
 
-// Brings the array in line with its drives: aborts what cannot continue, logs a new state, rebuilds onto
-// a spare.
+// Applies the state of the drives to their array: aborts an activity that cannot continue, logs a new status,
+// starts a rebuild onto a spare.
 static void updateArray(Controller& controller, LogicalDrive& array, std::int64_t now) {
     if (mustAbort(controller, array))
         abortActivity(controller, array, "aborted", now);
@@ -97,7 +97,7 @@ struct Transition {
     std::int64_t time = kNoDeadline;
     LogicalDrive* array = nullptr;
     Drive* patrolled = nullptr;
-    bool atBadSector = false; // the activity of array does not end yet
+    bool atBadSector = false; // the array's activity reaches one, and does not end yet
 };
 
 static Transition nextTransition(Controller& controller) {
@@ -140,7 +140,7 @@ static bool completeNextDue(Controller& controller, std::int64_t now) {
     return true;
 }
 
-// Failures are reported last: what was due before has completed by then.
+// Failures are reported after everything that is due has completed.
 static void advanceController(Controller& controller, std::int64_t now) {
     while (completeNextDue(controller, now)) {
     }

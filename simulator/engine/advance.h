@@ -1,5 +1,5 @@
-// Automatic behavior: activities and patrols complete, failures are reported, automatic rebuilds
-// start.
+// Automatic behavior: activities and patrols complete, failures are reported, automatic rebuilds start. Times
+// are seconds of the world's clock.
 #pragma once
 
 #include "simulator/world/world.h"

@@ -5,6 +5,11 @@
 
 namespace q5sim {
 
+// How long the states of a battery last.
+static constexpr std::int64_t kChargeSeconds = 4 * 3600;
+static constexpr std::int64_t kDischargeSeconds = 2 * 3600;
+static constexpr std::int64_t kReconditionSeconds = 6 * 3600;
+
 const char* batteryStateName(std::uint8_t state) {
     switch (state) {
     case kBatteryCharging:

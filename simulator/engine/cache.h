@@ -5,14 +5,13 @@
 
 namespace q5sim {
 
-inline constexpr std::int64_t kChargeSeconds = 4 * 3600;
-inline constexpr std::int64_t kDischargeSeconds = 2 * 3600;
-inline constexpr std::int64_t kReconditionSeconds = 6 * 3600;
-
+// "is charging". state: BatteryState; "is missing" for any other value.
 const char* batteryStateName(std::uint8_t state);
 
 // When the battery changes its state; kNoDeadline: never.
 std::int64_t batteryDueTime(const Controller& controller);
+
+// Changes the state that ends at a time, and reports the next one.
 void completeBatteryState(Controller& controller, std::int64_t at);
 
 // Logs a new state of the battery and of the caches that depend on it.

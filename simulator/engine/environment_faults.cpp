@@ -10,7 +10,7 @@
 namespace q5sim {
 
 static constexpr std::uint64_t kCheckpointMb = 1024; // progress that a power cut can lose
-static constexpr std::uint32_t kStripesInCache = 8;  // of each array; an arbitrary example
+static constexpr std::uint32_t kStripesInCache = 8;  // of each array; chosen arbitrarily
 
 Reason setBattery(Controller& controller, std::uint8_t state, std::int64_t now) {
     Battery& battery = controller.battery;
@@ -83,7 +83,7 @@ Reason insertEnclosure(Controller& controller, std::uint32_t enclosureId, std::i
     return "";
 }
 
-// Jobs continue from their last checkpoint; a redundancy check does not.
+// An interrupted activity continues from its last checkpoint; a redundancy check is aborted.
 static void interruptActivity(Controller& controller, LogicalDrive& array, std::int64_t now) {
     Activity& activity = array.activity;
     if (activity.kind == kRedundancyChecking)

@@ -34,7 +34,7 @@ static bool hasSerial(const Controller& controller, const std::string& serial) {
            std::any_of(controller.pulledDrives.begin(), controller.pulledDrives.end(), same);
 }
 
-// A serial number that no drive of the controller has or had in this slot.
+// A serial number that no present or pulled drive of the controller has.
 static std::string newSerial(const Controller& controller, const Drive& drive, std::int64_t now) {
     for (std::int64_t number = now;; number++) {
         std::string serial = drive.serial.substr(0, 14) + "R" + std::to_string(number % 100000000);
@@ -117,20 +117,13 @@ static void matchConfiguration(const Controller& controller, Drive& drive) {
     }
 }
 
-static std::uint16_t unusedArrayId(const Controller& controller) {
-    std::uint16_t id = 0;
-    while (findArray(controller, id) != nullptr || findLogicalDrive(controller, id) != nullptr)
-        id++;
-    return id;
-}
-
 // Half of the drive belongs to an array of another controller.
 static void makeForeign(const Controller& controller, Drive& drive) {
     const std::uint64_t half = drive.sectors / 2 / kSectorsPerMb * kSectorsPerMb;
     if (half == 0)
-        drive.extents = {{kUseForeign, unusedArrayId(controller), 0, drive.sectors}};
+        drive.extents = {{kUseForeign, lowestFreeId(controller), 0, drive.sectors}};
     else
-        drive.extents = {{kUseForeign, unusedArrayId(controller), 0, half},
+        drive.extents = {{kUseForeign, lowestFreeId(controller), 0, half},
                          {kUseFree, kNoArray, half, drive.sectors - half}};
 }
 
@@ -183,7 +176,7 @@ Reason insertDrive(Controller& controller, std::uint32_t driveId, NewDrive kind,
     return "";
 }
 
-// What a running job has already read can no longer fail.
+// Bad sectors that are added where a running activity has already read do not affect it.
 static void markScanned(Controller& controller, std::int64_t now) {
     for (LogicalDrive& array : controller.logicalDrives)
         if (array.activity.kind != 0)
@@ -191,7 +184,7 @@ static void markScanned(Controller& controller, std::int64_t now) {
                 std::max(array.activity.scannedMb, completedMb(controller, array.activity, now));
 }
 
-// The first of the bad sectors: the last one is on the drive.
+// The first bad sector: at the percentage of the drive, or earlier if the last one would be beyond the end.
 static std::uint64_t startOf(const Drive& drive, std::uint64_t count, int percent) {
     const std::uint64_t wanted = drive.sectors / 100 * static_cast<std::uint64_t>(percent);
     return std::min(wanted, drive.sectors - std::min(count, drive.sectors));

@@ -20,7 +20,8 @@ struct CheckedSectors {
     std::uint64_t found = 0;
     std::uint64_t repaired = 0;
 };
-// The bad sectors in all members of the array; repairs them on request.
+
+// Counts the bad sectors in all members of the array, and repairs those that can be reconstructed on request.
 CheckedSectors checkMembers(Controller& controller, const LogicalDrive& array, bool repair);
 
 } // namespace q5sim

@@ -5,7 +5,12 @@
 
 namespace q5sim {
 
-std::uint8_t rateOf(const Controller& controller, std::uint8_t activityKind) {
+// At rate r a job processes r * kMbPerRate megabytes per second: faster than real drives, so that a
+// rebuild of hours takes minutes.
+static constexpr std::uint64_t kMbPerRate = 8;
+
+// The controller's rate for an activity, one ActivityBit.
+static std::uint8_t rateOf(const Controller& controller, std::uint8_t activityKind) {
     switch (activityKind) {
     case kRebuilding:
         return controller.rates.rebuild;
@@ -64,11 +69,11 @@ static std::uint64_t patrolSpeed(const Controller& controller) {
     return std::max<std::uint64_t>(1, controller.rates.patrol) * kMbPerRate;
 }
 
-std::uint64_t patrolTotalMb(const Drive& drive) {
+static std::uint64_t patrolTotalMb(const Drive& drive) {
     return std::max<std::uint64_t>(1, drive.sectors / kSectorsPerMb);
 }
 
-std::uint64_t patrolDoneMb(const Controller& controller, const Drive& drive, std::int64_t now) {
+static std::uint64_t patrolDoneMb(const Controller& controller, const Drive& drive, std::int64_t now) {
     const std::uint64_t total = patrolTotalMb(drive);
     const Patrol& patrol = drive.patrol;
     if (patrol.state != kPatrolRunning)

@@ -6,25 +6,20 @@
 
 namespace q5sim {
 
-// At rate r a job processes r * kMbPerRate megabytes per second: faster than real drives, so that a
-// rebuild of hours takes minutes.
-inline constexpr std::uint64_t kMbPerRate = 8;
 inline constexpr std::uint64_t kQuickInitMb = 16;
 inline constexpr std::int64_t kNoDeadline = INT64_MAX;
 
-std::uint8_t rateOf(const Controller& controller, std::uint8_t activityKind);
-
-// Megabytes done at the time now, at most totalMb.
+// Megabytes done at the time now, at most totalMb, and the same in percent.
 std::uint64_t completedMb(const Controller& controller, const Activity& activity, std::int64_t now);
 std::uint8_t percentDone(const Controller& controller, const Activity& activity, std::int64_t now);
+
 // When a running activity completes; kNoDeadline: it is paused.
 std::int64_t dueTime(const Controller& controller, const Activity& activity);
 
-// When a running activity reaches an offset, but not before it was last checkpointed.
+// When a running activity reaches an offset in megabytes, but not before it was last checkpointed.
 std::int64_t reachTime(const Controller& controller, const Activity& activity, std::uint64_t mb);
 
-std::uint64_t patrolTotalMb(const Drive& drive);
-std::uint64_t patrolDoneMb(const Controller& controller, const Drive& drive, std::int64_t now);
+// The same for the media patrol of a drive, which reads all of it.
 std::uint16_t patrolPercent(const Controller& controller, const Drive& drive, std::int64_t now);
 std::int64_t patrolDueTime(const Controller& controller, const Drive& drive);
 

@@ -38,7 +38,7 @@ static bool isEligibleTarget(const Controller& controller, const LogicalDrive& a
            !isOnWorkingMember(controller, array, choice.drive);
 }
 
-// A drive that replaced a lost member takes its position, any other drive the first vacant one.
+// A drive that replaced a lost member takes its position, any other drive the first open one.
 static std::size_t slotFor(const LogicalDrive& array, const std::vector<std::size_t>& open,
                            std::uint32_t drive) {
     for (std::size_t position : open)

@@ -5,7 +5,7 @@
 
 namespace q5sim {
 
-// An extent to rebuild onto.
+// An extent to rebuild onto: the IDs of the drive and the extent, from 0.
 struct RebuildChoice {
     std::uint32_t drive = 0;
     std::uint32_t extent = 0;
@@ -23,7 +23,9 @@ bool startRebuild(Controller& controller, LogicalDrive& array, const std::vector
 // The spares that would replace the array's lost members; dedicated spares come first.
 std::vector<RebuildChoice> usableSpares(const Controller& controller, const LogicalDrive& array);
 
+// Makes the drives of a finished rebuild members.
 void finishRebuild(Controller& controller, LogicalDrive& array);
+
 // Frees the extents of an unfinished rebuild.
 void abortRebuild(Controller& controller, LogicalDrive& array);
 

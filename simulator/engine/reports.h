@@ -1,4 +1,4 @@
-// Events about the hardware: drives, spares, SMART and sensors.
+// Events about the hardware: drives, spares, SMART and sensors. now: the time of the events.
 #pragma once
 
 #include "simulator/world/world.h"
@@ -8,11 +8,13 @@ namespace q5sim {
 // Logs a new state of the drive: failed, back, or a SMART warning.
 void reportDrive(Controller& controller, Drive& drive, std::int64_t now);
 
-// Logs drives that were removed or added in the world file. Needs the list of known drives.
+// Logs drives that were removed or added in the world file, by the list of known drives.
 void reportKnownDrives(Controller& controller, std::int64_t now);
+
+// Updates the list of known drives of every controller.
 void recordKnownDrives(World& world);
 
-// The spares that are lost with the drive, and the members on it that are stale.
+// Log the spares that are lost with the drive, or the arrays whose members on it are stale.
 void reportLostSpares(Controller& controller, const Drive& drive, std::int64_t now);
 void reportStaleMembers(Controller& controller, const Drive& drive, std::int64_t now);
 

@@ -44,9 +44,8 @@ void addRefusal(World& world, const char* operation, const std::string& reason, 
             world.olderRefusals++;
 }
 
-// Their names begin so.
 bool isQuery(const Refusal& refusal) {
-    return refusal.operation.starts_with("q5_get");
+    return refusal.operation.starts_with("q5_get"); // true of all of them, and of no other
 }
 
 } // namespace q5sim

@@ -7,6 +7,7 @@
 
 namespace q5sim {
 
+// "refuse". kind: RuleKind; "unknown" for any other value.
 const char* ruleName(std::uint8_t kind);
 
 // Whether a rule is about this operation, even if its counts are used up.
@@ -16,7 +17,7 @@ bool hasRuleFor(const World& world, const char* operation);
 inline constexpr std::size_t kNoRule = SIZE_MAX;
 std::size_t countCall(World& world, const char* operation);
 
-// Whether the operation changes nothing.
+// Whether the refused operation only reads.
 bool isQuery(const Refusal& refusal);
 
 // Puts a refusal first in the list, unless it repeats the newest one. Counts those of changing operations

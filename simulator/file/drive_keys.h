@@ -6,10 +6,11 @@
 
 namespace q5sim {
 
-inline constexpr std::int64_t kMaxSectors = std::int64_t{1} << 48;
+// The limits of the numbers in a world file.
+inline constexpr auto kMaxSectors = static_cast<std::int64_t>(kMaxDriveSectors);
 inline constexpr std::int64_t kMaxArraySectors = kMaxSectors * std::int64_t{kMaxArrayMembers};
 inline constexpr std::int64_t kMaxSeconds = std::int64_t{1} << 50; // far beyond any clock
-inline constexpr std::int64_t kMaxOffset = std::int64_t{1} << 40;
+inline constexpr std::int64_t kMaxOffset = std::int64_t{1} << 40;  // seconds
 inline constexpr std::int64_t kMaxMb = std::int64_t{1} << 40;
 inline constexpr std::int64_t kMaxSigned32 = 0x7FFFFFFF;
 inline constexpr std::int64_t kMaxUnsigned32 = 0xFFFFFFFF;
@@ -67,7 +68,7 @@ inline constexpr Word kRuleWords[] = {{"refuse", kRefuseCall},
                                       {"zero", kZeroReply},
                                       {"short", kShortReply}};
 
-// A reader insists on these keys; a writer always writes all of them.
+// Keys that a file must have: only a reader checks them, since a writer writes all keys.
 inline void require(Writer&, const char*) {}
 inline void require(Reader& io, const char* key) {
     io.require(key);

@@ -1,6 +1,5 @@
 // The event file of cli-rehearse: next to the world file, so that the machine's real event file is
 // never touched, not even by root.
-#include <cstdio>
 #include <cstring>
 
 #include "commands/event_path.h"

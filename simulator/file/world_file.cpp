@@ -47,7 +47,7 @@ static bool readAll(int file, std::size_t limit, std::string& text) {
     }
 }
 
-// Closes a file without losing the error of a call before.
+// Closes a file without losing the error of an earlier call.
 static int closeKeepingErrno(int file) {
     const int cause = errno;
     const int result = ::close(file);

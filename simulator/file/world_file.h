@@ -9,8 +9,8 @@ namespace q5sim {
 // Whether the path exists, or cannot be looked up and so may exist. Links are followed.
 bool fileExists(const std::string& path);
 
-// Resolves the symbolic links of a path, so that a link survives replacement of the file it leads to. A
-// path without a file stays as it is. Returns false, with errno set, for a link that leads to no file.
+// Resolves the symbolic links of a path, so that replacing a file does not replace a link to it. A path
+// without a file stays as it is. Returns false, with errno set, for a link that leads to no file.
 bool resolveLinks(const std::string& path, std::string& real);
 
 // Reads the whole file. Returns false, with errno set, when it cannot be read, is not a regular file or

@@ -96,7 +96,8 @@ static constexpr int kMaxNesting = 32;
 // drives of 16 extents and 128 logical drives each, has about 300,000.
 static constexpr std::size_t kMaxValues = 1000000;
 
-// What the parser would accept, or take too much memory for. Returns false with error filled.
+// Rejects what the parser would accept although it is invalid, or would need too much memory for. Returns
+// false with error filled.
 static bool checkText(const std::string& text, ValidationError& error) {
     // The parser would take a NUL for the end of the text.
     if (const std::size_t nul = text.find('\0'); nul != std::string::npos)

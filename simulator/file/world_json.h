@@ -13,6 +13,9 @@ struct ValidationError {
     std::string reason;
 };
 
+// The largest world file that is read, in bytes.
+inline constexpr std::size_t kMaxWorldSize = 16 * 1024 * 1024;
+
 std::string worldToJson(const World& world);
 
 // Reads and checks a whole world. Returns false, with world unchanged and error filled, when the text

@@ -45,7 +45,7 @@ static void sleepMilliseconds(long milliseconds) {
     ::nanosleep(&time, nullptr);
 }
 
-static bool isStillThere(const Rule& hanging) {
+static bool isStillSet(const Rule& hanging) {
     const World* world = currentWorld();
     return world != nullptr && std::any_of(world->rules.begin(), world->rules.end(), [&](const Rule& rule) {
                return rule.kind == kHangCall && rule.operation == hanging.operation;
@@ -58,7 +58,7 @@ static Effect effectOf(const Rule& rule, std::size_t number) {
         sleepMilliseconds(static_cast<long>(rule.seconds) * 1000);
         return {};
     case kHangCall:
-        while (isStillThere(rule))
+        while (isStillSet(rule))
             sleepMilliseconds(100);
         return {};
     case kZeroReply:

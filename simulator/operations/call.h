@@ -30,9 +30,10 @@ Effect applyRules(const char* operation);
 // Sets the reason of a refusal and returns kRefused.
 [[gnu::format(printf, 1, 2)]] int refuse(const char* format, ...);
 
-// Around the body of an operation: forgets the reason and the reports of the one before, and records the
-// reason after a refusal.
+// Before the body of an operation: clears the reason and the reports of the previous call.
 void beginCall();
+
+// After a refusal: records its reason in the world.
 void recordReason(const char* operation);
 
 // Drops the second half of a reply's records.

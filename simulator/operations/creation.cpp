@@ -9,8 +9,8 @@
 
 using namespace q5sim;
 
-static constexpr std::uint64_t kSectorsPerGb = 1953125; // of 10^9 bytes
-static constexpr std::uint64_t kMaxSectors = std::uint64_t{1} << 47;
+static constexpr std::uint64_t kSectorsPerGb = 1953125;                // of 10^9 bytes
+static constexpr std::uint64_t kMaxRequested = std::uint64_t{1} << 47; // sectors
 static constexpr std::uint8_t kRoundToGb = 1;
 static constexpr std::uint8_t kRoundToTenGb = 2;
 
@@ -68,7 +68,7 @@ static const char* creationRefusal(const Controller& controller, const CreateArr
 // The requested size of the whole array; 0: out of range.
 static std::uint64_t wantedSectors(const CreateArrayRequest& request) {
     const std::uint64_t unit = request.origin == kOriginTyped ? kSectorsPerMb : 1;
-    return request.capacity > kMaxSectors / unit ? 0 : request.capacity * unit;
+    return request.capacity > kMaxRequested / unit ? 0 : request.capacity * unit;
 }
 
 static std::uint64_t rounded(std::uint64_t sectors, std::uint8_t scheme) {
@@ -80,7 +80,7 @@ static std::uint64_t rounded(std::uint64_t sectors, std::uint8_t scheme) {
 
 // The smallest given extent, in whole MB; 0 when one of them is not free.
 static std::uint64_t commonSize(const Controller& controller, const CreateArrayRequest& request) {
-    std::uint64_t smallest = kMaxSectors;
+    std::uint64_t smallest = kMaxRequested;
     for (std::size_t i = 0; i < request.memberCount; i++) {
         const Drive& drive = *findDrive(controller, request.member[i].driveId);
         const std::uint32_t index = request.member[i].extent;
@@ -122,14 +122,6 @@ static bool allocateMembers(Controller& controller, const CreateArrayRequest& re
     return true;
 }
 
-// The lowest ID that no array and no logical drive has.
-static std::uint16_t freeId(const Controller& controller) {
-    std::uint16_t id = 0;
-    while (findArray(controller, id) != nullptr || findLogicalDrive(controller, id) != nullptr)
-        id++;
-    return id;
-}
-
 static LogicalDrive newArray(const CreateArrayRequest& request, std::uint16_t id, const Sizes& sizes) {
     const ArrayGeometry geometry = geometryOf(request);
     LogicalDrive array;
@@ -168,7 +160,7 @@ int q5_addHBAArray(HbaAddress address, std::uint32_t reserved, const CreateArray
         if (const char* reason = creationRefusal(controller, *request))
             return refuse("creation: %s", reason);
         const Sizes sizes = sizesFor(controller, *request);
-        const std::uint16_t id = freeId(controller);
+        const std::uint16_t id = lowestFreeId(controller);
         if (sizes.array == 0)
             return refuse("creation: the capacity is 0 or too large, or a given extent is not free");
         if (!allocateMembers(controller, *request, id, sizes.member))

@@ -1,5 +1,5 @@
-// Common to all operations: they check the address and the buffer, use the newest world, and let no
-// exception escape.
+// What all operations share: they check the address and the buffer, use the newest world, and catch all
+// exceptions.
 #pragma once
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 
 namespace q5sim {
 
+// Returns the result of the body, or kRefused if it throws.
 template <typename Body>
 int catchAll(Body body) noexcept {
     try {
@@ -44,7 +45,8 @@ int runCall(const Caller& caller, Body body) noexcept {
     });
 }
 
-// body(const Controller&, now) -> result
+// Runs body(const Controller&, now), which returns the result, unless a rule ends the call. effect: what the
+// rules do to the call.
 template <typename Body>
 int readController(const Caller& caller, std::uint32_t reserved, Effect& effect, Body body) noexcept {
     return runCall(caller, [&] {
@@ -63,13 +65,14 @@ int readController(const Caller& caller, std::uint32_t reserved, Effect& effect,
     });
 }
 
+// The same, where no rule affects a reply.
 template <typename Body>
 int withController(const Caller& caller, std::uint32_t reserved, Body body) noexcept {
     Effect effect;
     return readController(caller, reserved, effect, body);
 }
 
-// body(Controller&, now) -> result; its changes are kept only when it returns 0.
+// Runs body(Controller&, now), which returns the result; its changes are kept only if that is 0.
 template <typename Body>
 int updateController(const Caller& caller, std::uint32_t reserved, Body body) noexcept {
     return runCall(caller, [&] {

@@ -28,7 +28,7 @@ int q5_initialize(const ApiInitRecord* record) {
 }
 
 int q5_discover(int always1) {
-    if (always1 != 1 || !worldIsOpen())
+    if (always1 != 1 || !isWorldOpen())
         return kRefused;
     return catchAll([] { return ruledResult("q5_discover"); });
 }
@@ -49,7 +49,7 @@ int q5_getNumberOfHBA(std::uint32_t* count) {
 }
 
 int q5_finalize() {
-    if (!worldIsOpen())
+    if (!isWorldOpen())
         return kRefused;
     return runCall(Caller({}, "q5_finalize"), [] {
         const Effect effect = applyRules("q5_finalize");

@@ -13,10 +13,12 @@ namespace q5sim {
 inline constexpr int kRefusedStatus = 1;
 inline constexpr int kUsageStatus = 2;
 
-// Options of all commands; a command accepts only its own.
+inline constexpr std::int64_t kMaxAdvance = std::int64_t{1} << 40; // seconds
+
+// The options of all commands; a command accepts only its own.
 struct Options {
     NewDrive newDrive = NewDrive::same;
-    int atPercent = -1;
+    int atPercent = -1; // -1: not given
     bool hasCelsius = false;
     std::int32_t celsius = 0;
     bool untilIdle = false;
@@ -32,11 +34,12 @@ struct Arguments {
     Options options;
 };
 
-// Print one line on standard error; return the exit status of a refusal or of a usage error.
+// Print the reason on standard error; return the exit status of a refusal or of a usage error.
 int refused(const std::string& reason);
 int usageError(const std::string& reason);
 
-// Decimal digits up to a limit, and numbers with a sign; false: the word is not such a number.
+// Parse decimal digits from 0 to limit, or a number from -limit to limit; false: the word is not such a
+// number.
 bool readNumber(const char* text, std::int64_t limit, std::int64_t& number);
 bool readSigned(const char* text, std::int64_t limit, std::int64_t& number);
 

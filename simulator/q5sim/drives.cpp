@@ -1,4 +1,4 @@
-// Commands about drives.
+// The commands for drives.
 #include "simulator/q5sim/command.h"
 
 namespace q5sim {

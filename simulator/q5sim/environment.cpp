@@ -1,4 +1,4 @@
-// Commands about batteries, sensors, enclosures, controllers and power.
+// The commands for batteries, sensors, enclosures, controllers and power.
 #include <cstring>
 
 #include "simulator/q5sim/command.h"

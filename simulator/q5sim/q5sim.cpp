@@ -119,7 +119,7 @@ static bool storeValue(int option, const char* value, Options& options) {
         options.hasCelsius = true;
         return store(readSigned, value, 100, options.celsius);
     case kLimit:
-        return readNumber(value, std::int64_t{1} << 40, options.limit);
+        return readNumber(value, kMaxAdvance, options.limit);
     case kTimes:
         return store(readNumber, value, INT32_MAX, options.times);
     case kAfter:

@@ -1,4 +1,4 @@
-// Reading of arguments, and reports of what happened and what followed.
+// Parsing of arguments, and reports of a fault and its consequences.
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -49,7 +49,7 @@ static std::string clause(const Controller& controller, const std::string& event
     return "logical drive " + std::to_string(id) + " " + array->name + end;
 }
 
-// Drops the name of a logical drive that the clause before was about.
+// Drops the name of a logical drive that the previous clause was about.
 static std::string shortened(const std::string& text, const std::string& previous) {
     const std::size_t colon = text.find(": ");
     const bool repeats = text.starts_with("logical drive ") && colon != std::string::npos &&

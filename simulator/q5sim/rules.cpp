@@ -1,4 +1,4 @@
-// Commands about rules.
+// The commands for rules.
 #include "simulator/engine/rules.h"
 
 #include <algorithm>

@@ -1,5 +1,4 @@
 // The command that shows the world.
-#include <algorithm>
 #include <cstdio>
 
 #include "simulator/engine/activities.h"

@@ -1,4 +1,4 @@
-// Commands about the world as a whole: save and load, the clock, refusals.
+// The commands for the world as a whole: saving and loading it, its clock, refusals.
 #include <algorithm>
 #include <cstdio>
 
@@ -10,8 +10,7 @@
 
 namespace q5sim {
 
-static constexpr std::int64_t kMaxAdvance = std::int64_t{1} << 40;
-static constexpr std::int64_t kDefaultLimit = 365 * 86400;
+static constexpr std::int64_t kDefaultLimit = 365 * 86400; // seconds
 
 int whyCommand(const Arguments&) {
     const World* world = openWorld() ? currentWorld() : nullptr;

@@ -1,4 +1,4 @@
-// Saved worlds.
+// Copies of the world in files of the user's choice.
 #include "simulator/store/world_copy.h"
 
 #include <cerrno>
@@ -11,15 +11,13 @@
 
 namespace q5sim {
 
-static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024;
-
 static std::string failure(const std::string& path) {
     return path + ": " + std::strerror(errno);
 }
 
 std::string readWorldCopy(const std::string& path, World& world) {
     std::string text;
-    if (!readFile(path, kMaxFileSize, text))
+    if (!readFile(path, kMaxWorldSize, text))
         return failure(path);
     ValidationError problem;
     if (worldFromJson(text, world, problem))
@@ -27,7 +25,7 @@ std::string readWorldCopy(const std::string& path, World& world) {
     return path + ":" + std::to_string(problem.line) + ": " + problem.reason;
 }
 
-// The copy has no lock file: its directory is locked.
+// A copy has no lock file; its directory is locked instead.
 std::string writeWorldCopy(const std::string& path, const World& world) {
     std::string file;
     if (!resolveLinks(path, file))

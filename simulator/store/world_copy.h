@@ -7,7 +7,7 @@
 
 namespace q5sim {
 
-// Both return an empty text, or why the file cannot be used.
+// Both return an error message, empty on success.
 std::string readWorldCopy(const std::string& path, World& world);
 std::string writeWorldCopy(const std::string& path, const World& world);
 

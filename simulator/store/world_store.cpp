@@ -1,12 +1,9 @@
 // The session's world: loads it, detects changes by other programs, and changes it under the lock.
 #include "simulator/store/world_store.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <optional>
 
 #include "simulator/engine/advance.h"
@@ -19,7 +16,6 @@
 namespace q5sim {
 
 static constexpr std::size_t kPathSize = 4096;
-static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024;
 
 struct Session {
     bool open = false;
@@ -27,24 +23,15 @@ struct Session {
     std::optional<std::string> text; // of the file when it was last read or written
     int readError = 0;               // errno of the last attempt to read it
     bool readable = false;
-    std::string reported; // the last line about the file; one operation prints it once
+    std::string reported; // the last line about the file, which an operation does not repeat
     World world;
 };
 
 // The only session: the adapters' interface has no handles.
 static Session session;
 
-static constexpr std::int64_t kLatestNow = std::int64_t{1} << 40; // leaves room for additions
-
-static std::int64_t clockTime() {
-    const char* fixed = std::getenv("Q5SIM_NOW");
-    if (fixed == nullptr || fixed[0] == '\0')
-        return static_cast<std::int64_t>(std::time(nullptr));
-    return std::clamp<std::int64_t>(std::strtoll(fixed, nullptr, 10), 0, kLatestNow);
-}
-
 std::int64_t worldTime(const World& world) {
-    return scaledTime(world, clockTime());
+    return scaledTime(world, currentRealTime());
 }
 
 // Prints why the file cannot be used, with the reason of the system call that failed.
@@ -74,7 +61,7 @@ static bool failToRead() {
 // within the resolution of the time stamps. The same text is neither parsed nor reported again.
 static bool reload() {
     std::string text;
-    if (!readFile(session.path, kMaxFileSize, text))
+    if (!readFile(session.path, kMaxWorldSize, text))
         return failToRead();
     session.readError = 0;
     if (text == session.text)
@@ -100,7 +87,7 @@ static bool store(const World& world) {
 static bool createIfMissing() {
     if (fileExists(session.path))
         return true;
-    return store(builtinWorld(clockTime()));
+    return store(builtinWorld(currentRealTime()));
 }
 
 // The lock is held from construction to destruction. A failure is reported.
@@ -149,7 +136,7 @@ void closeWorld() {
     session = {};
 }
 
-bool worldIsOpen() {
+bool isWorldOpen() {
     return session.open;
 }
 
@@ -166,11 +153,11 @@ bool replaceWorld(const World& world) {
 }
 
 bool resetWorld() {
-    return replaceWorld(builtinWorld(clockTime()));
+    return replaceWorld(builtinWorld(currentRealTime()));
 }
 
 void setClockSpeed(World& world, std::int64_t speed) {
-    changeSpeed(world, clockTime(), speed);
+    changeSpeed(world, currentRealTime(), speed);
 }
 
 int changeWorld(const Change& change) {

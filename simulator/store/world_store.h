@@ -12,7 +12,7 @@ namespace q5sim {
 // false, prints one line on standard error and leaves the file unchanged.
 bool openWorld();
 void closeWorld();
-bool worldIsOpen();
+bool isWorldOpen();
 
 // Whether this path, without links, is that of the open world.
 bool isWorldFile(const std::string& path);
@@ -30,17 +30,17 @@ const World* storedWorld();
 using Change = std::function<int(World& world, std::int64_t now)>;
 int changeWorld(const Change& change);
 
-// The beginning of an operation: what it does with the file can take several steps, but the same failure is
-// reported once.
+// Called at the beginning of an operation: however often it uses the file, it reports the same failure once.
 void beginReports();
 
 // The world's time: $Q5SIM_NOW, else the real time, plus the world's offset.
 std::int64_t worldTime(const World& world);
 
-// Lets the world's clock run speed times as fast from now on.
+// Lets the world's clock run speed times as fast as the real one from now on.
 void setClockSpeed(World& world, std::int64_t speed);
 
-// Replaces the file by another world or the built-in one, even if its content is invalid. For q5sim.
+// Replace the file by another world or the built-in one, even if its content is invalid. Return false, after
+// a line on standard error, on failure. For q5sim.
 bool replaceWorld(const World& world);
 bool resetWorld();
 

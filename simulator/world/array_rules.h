@@ -14,6 +14,7 @@ struct ArrayGeometry {
 };
 ArrayGeometry geometryOf(const LogicalDrive& drive);
 
+// "RAID5"; "unknown RAID level"
 const char* levelName(std::uint8_t level);
 
 // Whether the level allows these members, parity and subarrays.
@@ -22,9 +23,10 @@ bool isValidGeometry(const ArrayGeometry& geometry);
 // How many members' worth of space holds data; 0: the geometry is invalid.
 std::size_t dataMembers(const ArrayGeometry& geometry);
 
+// Whether the level survives the loss of a member.
 bool isRedundant(std::uint8_t level);
 
-// Stripe sizes that the adapters accept, in KB.
+// Whether the adapters accept a stripe size, in KB.
 bool isValidStripe(std::uint32_t stripe);
 
 // Whether the member at this position contributes to the array: its drive works and holds an extent of
@@ -46,9 +48,11 @@ std::vector<std::size_t> lostMembers(const Controller& controller, const Logical
 // The FunctionalBit that follows from the array's drives; 0: offline. Degraded while some redundancy
 // is left, critical when none is.
 std::uint8_t functionalStatus(const Controller& controller, const LogicalDrive& drive);
+
+// "online". status: as functionalStatus() returns it.
 const char* statusName(std::uint8_t status);
 
-// Bits of the extent's record that follow from its drive and its array.
+// The adapters' record of an extent, with the bits that follow from its drive and its array.
 ExtentEntry extentEntry(const Controller& controller, const Drive& drive, std::size_t index);
 
 } // namespace q5sim

@@ -5,7 +5,7 @@
 
 namespace q5sim {
 
-static constexpr std::uint64_t kMaxSpreadPlaces = 64;
+static constexpr std::uint64_t kMaxSpreadPlaces = 64; // ranges of bad sectors
 
 // The part of a list from one sector to another.
 static std::vector<BadSectors> cut(const std::vector<BadSectors>& all, std::uint64_t from, std::uint64_t to) {

@@ -11,7 +11,7 @@ std::uint64_t addBadSectors(Drive& drive, std::uint64_t start, std::uint64_t cou
 // Adds count bad sectors in places spread evenly over the drive.
 void spreadBadSectors(Drive& drive, std::uint64_t count);
 
-// Bad sectors from start to start + size.
+// Counts the bad sectors from start to start + size, or all of them.
 std::uint64_t countBadSectors(const Drive& drive, std::uint64_t start, std::uint64_t size);
 std::uint64_t countBadSectors(const Drive& drive);
 

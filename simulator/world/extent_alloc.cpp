@@ -1,8 +1,6 @@
 // Allocation and release of extents.
 #include "simulator/world/extent_alloc.h"
 
-#include <algorithm>
-
 namespace q5sim {
 
 std::size_t bestFitFreeExtent(const Drive& drive, std::uint64_t sectors) {

@@ -8,7 +8,7 @@
 
 namespace q5sim {
 
-// One line for each violation; the world has been advanced to its time.
+// One line for each violation. The world must have been advanced to its time.
 std::vector<std::string> findViolations(const World& world);
 
 // Violations in the step from one world to a later one: changes of state without a new event.

@@ -1,4 +1,4 @@
-// Lookup by ID, and the event list.
+// Lookup by ID, free IDs, and the event list.
 #include "simulator/world/world.h"
 
 #include <algorithm>
@@ -41,6 +41,13 @@ LogicalDrive* findArray(Controller& controller, std::uint32_t arrayId) {
 
 const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayId) {
     return findBy(controller.logicalDrives, &LogicalDrive::arrayId, arrayId);
+}
+
+std::uint16_t lowestFreeId(const Controller& controller) {
+    std::uint16_t id = 0;
+    while (findArray(controller, id) != nullptr || findLogicalDrive(controller, id) != nullptr)
+        id++;
+    return id;
 }
 
 void addEvent(Controller& controller, std::int64_t time, const char* format, ...) {

@@ -41,7 +41,8 @@ struct Enclosure {
     bool operator==(const Enclosure&) const = default;
 };
 
-// A controller that has lost its battery; one that never had a battery has none in its record.
+// Battery states besides those of the adapters. Missing: the controller had a battery and has lost it; one
+// that never had one has no battery in its record.
 inline constexpr std::uint8_t kBatteryMissing = 5;
 inline constexpr std::uint8_t kBatteryUnreported = 255;
 
@@ -50,7 +51,7 @@ struct Battery {
     std::int32_t voltage = -1;      // millivolts; -1: no reading
     std::uint8_t state = 0;         // BatteryState or kBatteryMissing
     std::uint8_t reportedState = kBatteryUnreported;
-    std::int64_t since = 0; // start of the state; 0: it lasts
+    std::int64_t since = 0; // start of the state; 0: it does not change by itself
     bool operator==(const Battery&) const = default;
 };
 
@@ -164,6 +165,9 @@ LogicalDrive* findLogicalDrive(Controller& controller, std::uint32_t logDrvId);
 const LogicalDrive* findLogicalDrive(const Controller& controller, std::uint32_t logDrvId);
 LogicalDrive* findArray(Controller& controller, std::uint32_t arrayId);
 const LogicalDrive* findArray(const Controller& controller, std::uint32_t arrayId);
+
+// The lowest ID that neither an array nor a logical drive of the controller has.
+std::uint16_t lowestFreeId(const Controller& controller);
 
 // Appends an event with the next ID. Keeps the newest kMaxEventsKept.
 [[gnu::format(printf, 3, 4)]] void addEvent(Controller& controller, std::int64_t time, const char* format,

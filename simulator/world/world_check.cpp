@@ -164,7 +164,7 @@ static void checkArray(const LogicalDrive& array, const FieldPath& path) {
     checkActivity(array, path);
 }
 
-// After the last possible ID they start again.
+// IDs ascend; after the last possible one they start again at 1.
 static void checkEvents(const std::vector<Event>& events, const FieldPath& path) {
     for (std::size_t i = 1; i < events.size(); i++)
         if (events[i].id <= events[i - 1].id && events[i].id != 1)

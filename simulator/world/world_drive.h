@@ -11,6 +11,8 @@
 
 namespace q5sim {
 
+inline constexpr std::uint64_t kMaxDriveSectors = std::uint64_t{1} << 48;
+
 // kUseForeign: a member of an array that this controller does not know.
 enum ExtentUse : std::uint8_t { kUseFree, kUseArray, kUseGlobalSpare, kUseDedicatedSpare, kUseForeign };
 

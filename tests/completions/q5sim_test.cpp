@@ -161,7 +161,7 @@ static bool shows(const std::string& screen, const std::string& text) {
     return screen.find(text) != std::string::npos;
 }
 
-// Each command is typed but for its last letter; a longer command is completed from "-".
+// Each command is typed except for its last letter; a longer command is completed from "-".
 TEST_F(Q5simZsh, CompletesEachCommandAndOption) {
     std::vector<std::string> typed, expected;
     for (const std::string& usage : usages()) {

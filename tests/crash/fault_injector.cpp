@@ -8,7 +8,6 @@
 // Calls count from 1, starting at the program's first instruction. With @NUMBER after the first word, only
 // calls of that number count. The exit status is that of the program, 77 if processes cannot be traced here,
 // or 78 if the call was not reached.
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>

@@ -1,8 +1,6 @@
 // Lost members and rebuilds: the state of each level after each loss, and a rebuild from start to end.
 #include "tests/e2e/array_session.h"
 
-using Rebuild = Arrays;
-
 static const std::string kNoRebuild = "0: No activity for rebuild!\n";
 static const std::string kStarted = "0: Rebuild is started on Array 0.\n";
 static const std::string kStartFailed = "8: Rebuild is failed to start on Array 0.\n";
@@ -20,7 +18,27 @@ struct Loss {
     std::vector<const char*> lostIds; // lost members listed after each
     std::vector<const char*> functional;
 };
+
+struct Rebuild : Arrays {
+    // Creates the logical drive in a new world, and checks its state after each failure.
+    void expectStates(const Loss& loss);
+};
 } // namespace
+
+void Rebuild::expectStates(const Loss& loss) {
+    s.useWorld(fixtureWorld("eight_drives"));
+    advanceClockTo(0);
+    EXPECT_EQ(add(loss.drives, loss.text), "0: ");
+    advanceClockTo(100);
+    EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
+    for (std::size_t i = 0; i < loss.failing.size(); ++i) {
+        failDrive(loss.failing[i]);
+        const std::string expected = loss.lostIds[i][0] == '\0'
+                                         ? kIdleLine + kOnlineLine
+                                         : lost(loss.lostIds[i], kIdleLine, loss.functional[i]);
+        EXPECT_EQ(state(0), expected) << loss.text << " after drive " << loss.failing[i];
+    }
+}
 
 TEST_F(Rebuild, ShowsEachLossInState) {
     const Loss losses[] = {
@@ -44,20 +62,8 @@ TEST_F(Rebuild, ShowsEachLossInState) {
          {"", "4", "4,3", "4,3,2"},
          {"Online", "Degrade", "Critical", "Offline"}},
     };
-    for (const Loss& loss : losses) {
-        s.useWorld(fixtureWorld("eight_drives"));
-        advanceClockTo(0);
-        EXPECT_EQ(add(loss.drives, loss.text), "0: ");
-        advanceClockTo(100);
-        EXPECT_EQ(state(0), kIdleLine + kOnlineLine);
-        for (std::size_t i = 0; i < loss.failing.size(); ++i) {
-            failDrive(loss.failing[i]);
-            const std::string expected = loss.lostIds[i][0] == '\0'
-                                             ? kIdleLine + kOnlineLine
-                                             : lost(loss.lostIds[i], kIdleLine, loss.functional[i]);
-            EXPECT_EQ(state(0), expected) << loss.text << " after drive " << loss.failing[i];
-        }
-    }
+    for (const Loss& loss : losses)
+        expectStates(loss);
 }
 
 // A RAID5 on drives 1 to 3 that has lost drive 2, at second 200.

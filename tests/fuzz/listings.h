@@ -1,8 +1,6 @@
 // The commands that use replies: every listing, and commands that look something up first.
 #pragma once
 
-#include <iterator>
-
 inline const char* const listings[] = {
     "ctrl",
     "ctrl -v",

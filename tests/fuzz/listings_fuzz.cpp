@@ -1,5 +1,7 @@
 // Fuzzes the handling of replies: runs one command, chosen by the first byte, with an adapter whose replies,
 // byte counts, member counts, texts and result codes are the other bytes.
+#include <iterator>
+
 #include "tests/fuzz/fuzzed_reply_stub.h"
 #include "tests/fuzz/listings.h"
 #include "tests/fuzz/scratch_file.h"

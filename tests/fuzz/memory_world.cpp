@@ -16,7 +16,7 @@ bool openWorld() {
 
 void closeWorld() {}
 
-bool worldIsOpen() {
+bool isWorldOpen() {
     return true;
 }
 

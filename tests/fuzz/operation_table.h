@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdlib>
-#include <string>
 #include <tuple>
 #include <type_traits>
 #include <vector>

@@ -70,7 +70,7 @@ TEST_F(RestoreCrash, ContinuesAfterAKill) {
     RecordProperty("kills", interrupted);
 }
 
-// A signal is held back until the step is done, checked and logged.
+// A signal is blocked until the step is done, checked and logged.
 TEST_F(RestoreCrash, ContinuesAfterASignal) {
     if (!interruptEverywhere("signal:" + std::to_string(SIGINT), 128 + SIGINT, 40))
         GTEST_SKIP() << "programs cannot be traced here";

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
-#include <set>
 
 #include "simulator/file/world_json.h"
 #include "tests/fuzz/memory_world.h"

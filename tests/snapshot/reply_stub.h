@@ -1,7 +1,6 @@
 // An adapter whose replies a test provides. The names of the operations called are recorded.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>

@@ -23,7 +23,7 @@
 #include "tools/status/rules.h"
 
 static constexpr int kSaved = 0, kWarning = 1, kUsage = 2, kFailed = 3;
-static constexpr int kAttempts = 3; // to catch the adapters between two changes
+static constexpr int kAttempts = 3; // at two readings between which the adapters do not change
 
 // A new backup, not yet written.
 struct Content {
@@ -128,7 +128,7 @@ static void append(Lines* lines, const Lines& more) {
     lines->insert(lines->end(), more.begin(), more.end());
 }
 
-// What is in the exported files, and in no other line.
+// Differences between the exported files, except in settings that were not read for one of them.
 static Lines settingChanges(const Backup& previous, const Content& now) {
     std::vector<Settings> unread = settingsOf(now.snapshot);
     const std::vector<Settings> before = settingsOf(previous.snapshot);
@@ -138,7 +138,7 @@ static Lines settingChanges(const Backup& previous, const Content& now) {
                                 now.configuration + furtherDriveBlocks(now.snapshot), unread);
 }
 
-// unread: settings that the previous backup has, and the new one has not.
+// unread: the settings that the previous backup has and the new one lacks.
 static Lines changesSince(const Backup& previous, const Content& now, const Lines& unread) {
     const bool first = previous.stem.empty();
     Lines lines = changeLines(first ? nullptr : &previous.snapshot, now.snapshot, Limits());

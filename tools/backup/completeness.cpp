@@ -11,8 +11,8 @@ static void warn(const std::string& text, Lines* lines) {
     lines->push_back({Severity::warning, printable(text)});
 }
 
-// Settings that were refused leave out no object. Sensors, batteries and progress are no part of the
-// configuration.
+// Whether the fault means that the backup lacks objects. Refused settings do not; sensors, batteries and
+// progress are not part of the configuration.
 static bool concernsBackup(const Fault& fault) {
     static constexpr std::string_view listings[] = {"q5_getNumberOfHBA", "q5_getControllerInfo",
                                                     "q5_getPhyDrvInfo", "q5_getLogDrvInfo"};

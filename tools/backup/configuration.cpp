@@ -11,8 +11,8 @@
 #include "snapshot/text.h"
 #include "tools/common/option_table.h"
 
-// A line of the expected file. extentsUnknown: the line of a logical drive of which a member is not there, or
-// was refused alone: the extents depend on more than the snapshot holds.
+// A line of the expected file. extentsUnknown: it lists the extents of a logical drive with a member that is
+// missing or was refused alone, so that they depend on more than the snapshot contains.
 struct ExpectedLine {
     std::string text;
     bool extentsUnknown = false;
@@ -36,12 +36,12 @@ static void addBlock(const char* marker, std::size_t index, const char* block, b
         expected->push_back({line, extentsUnknown && line.rfind("<LogDrvDiskExtentIndex>", 0) == 0});
 }
 
-// The drives that one listing holds. Further ones are in the snapshot alone.
+// The number of drives in one listing, which is all that an export contains. The snapshot may have more.
 static std::size_t exportedDrives(const Controller& controller) {
     return std::min<std::size_t>(controller.drives.size(), kMaxDrives);
 }
 
-// As an export counts them: the spares of the first drive, times the number of drives.
+// The global spares as an export counts them: those of the first drive, times the number of drives.
 static int exportedSpares(const Controller& controller) {
     if (controller.drives.empty())
         return 0;
@@ -74,8 +74,8 @@ static void addDrives(const Controller& controller, std::size_t first, std::size
     }
 }
 
-// Whether its list of drives was refused, or is shorter than the controller's own count. Either makes the
-// backup an incomplete one.
+// Whether the list of drives was refused, or is shorter than the controller's own count. Either makes the
+// backup incomplete.
 static bool mayLackDrives(const Controller& controller) {
     return hasFault(controller, "q5_getPhyDrvInfo") ||
            (controller.info && controller.info->diskCount > controller.drives.size());
@@ -104,8 +104,8 @@ static bool isUnlistedDrive(const Controller& controller, const Expected& blank,
            findDrive(controller, static_cast<std::uint32_t>(number)) == nullptr;
 }
 
-// An export reads the settings of the drives without their list. If that is incomplete, blocks of further
-// drives are expected as they are.
+// An export reads the settings of the drives without listing the drives. If the list in the snapshot is
+// incomplete, the blocks of other drives are accepted as they are.
 static void addUnlistedDrives(const Controller& controller, const std::vector<std::string>& lines,
                               std::size_t* index, Expected* expected) {
     const PhyDrvSettings settings = {};

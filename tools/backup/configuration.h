@@ -14,7 +14,8 @@ std::string compareConfiguration(const std::string& text, const Snapshot& snapsh
 // drive of the controller.
 void removeClearedSettings(const std::string& text, Snapshot* snapshot);
 
-// A warning for each listing that could not be read, or contradicts the controller: the backup lacks objects.
+// A warning for each listing that could not be read, or contradicts the controller's count: the backup lacks
+// objects.
 Lines incompleteLines(const Snapshot& snapshot);
 
 // A line for each setting that differs between the blocks of the same object in two files. unread: those that
@@ -26,7 +27,7 @@ Lines configurationChanges(const std::string& earlier, const std::string& now,
 // read does not differ.
 Lines layoutChanges(const Snapshot& earlier, const Snapshot& now);
 
-// The blocks of the drives that an export leaves out because a listing does not reach them.
+// The blocks of the drives beyond the first listing, which an export leaves out.
 std::string furtherDriveBlocks(const Snapshot& snapshot);
 
 // A line for each value of a snapshot that differs, apart from sensor readings and progress.

@@ -24,7 +24,7 @@ static std::string settingOf(const ConfigurationBlock& block, const std::string&
     return "?";
 }
 
-// The index of a drive's or logical drive's block counts over all controllers: its keys say what it is.
+// A drive or logical drive is identified by the keys of its block: the index counts over all controllers.
 static std::string objectOfBlock(const std::string& marker, const std::string& index,
                                  const ConfigurationBlock& block) {
     if (marker == kPhyDrvMarker)
@@ -72,7 +72,7 @@ static const ConfigurationBlock* findBlock(const std::vector<ConfigurationBlock>
     return nullptr;
 }
 
-// The settings that a key shows; nullptr: it shows something else.
+// The group of settings that a key belongs to; nullptr: it is not a setting.
 static const char* settingsOfKey(std::string_view key) {
     if (key == "<BuzzerEnable>")
         return kBuzzerSetting;
@@ -100,7 +100,7 @@ static void addBlockChanges(const ConfigurationBlock& earlier, const Configurati
     }
 }
 
-// A drive whose settings could not be read has no block.
+// An object whose settings could not be read for one of the files has no block in it, but is not new or gone.
 static void addPresence(const std::string& object, const char* text, const std::vector<Settings>& unread,
                         Lines* lines) {
     if (!isUnread(unread, object, kAllSettings))
@@ -122,7 +122,7 @@ Lines configurationChanges(const std::string& earlier, const std::string& now,
     return lines;
 }
 
-// What an extent is used for, without transient states.
+// Compares place and use, but not transient states.
 static bool isSameExtent(const ExtentEntry& a, const ExtentEntry& b) {
     return a.index == b.index && a.assignment == b.assignment && a.arrayId == b.arrayId &&
            a.start == b.start && a.size == b.size;

@@ -15,13 +15,14 @@ struct Backup {
 std::string readBackup(const Store& store, const std::string& stem, Backup* backup);
 
 struct Kept {
-    Backup newest;   // intact one
-    Backup complete; // the newest that also has all objects; if there is none, the newest
+    Backup newest;   // the newest intact backup
+    Backup complete; // the newest intact backup with all objects; if there is none, the same as newest
 };
 
-// Adds a warning for each damaged backup, newer or older.
+// Reads all backups. Adds a warning for each damaged one.
 Kept readKept(const Store& store, Lines* warnings);
 
-// Removes old backups until only the given number is left. One that has something that every newer one that
-// is intact and complete lacks is kept, and so is a damaged one. Returns an error message, empty on success.
+// Removes all backups but the newest ones. keep: how many of those stay. An older one stays as well if it is
+// damaged, or has something that every newer intact and complete backup lacks. Returns an error message,
+// empty on success.
 std::string rotate(const Store& store, std::size_t keep);

@@ -28,7 +28,8 @@ static bool isPlaceKnown(const Controller& controller, const LogicalDrive& drive
     return place != nullptr && memberExtent(*place, drive.info.arrayId) != nullptr;
 }
 
-// The last state in which it was complete is what a restore needs: nothing reports where a lost member was.
+// A restore needs the last state in which the logical drive was complete: no adapter reports where a lost
+// member was.
 static void addLostParts(const Controller& now, const LogicalDrive& drive, const Controller& earlier,
                          const LogicalDrive& before, Lines* lines) {
     const std::string name = nameOf(earlier, before);
@@ -43,7 +44,7 @@ static void addLostParts(const Controller& now, const LogicalDrive& drive, const
                  lines);
 }
 
-// Another level or size: it may be another one that was created under the ID.
+// A logical drive with another level or size may be a different one that was created with the same ID.
 static void addLostArrays(const Controller& now, const Controller& earlier, Lines* lines) {
     for (const LogicalDrive& before : earlier.logicalDrives) {
         const LogicalDrive* drive = findLogicalDrive(now, before.info.logDrvId);

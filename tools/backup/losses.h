@@ -4,7 +4,7 @@
 #include "snapshot/snapshot.h"
 #include "tools/status/changes.h"
 
-// A line for each kind of object of which there are fewer than before, controllers, or drives or logical
-// drives of one of them; for each logical drive that is missing, has another level or size, is in a worse
-// state, or of which the place of a member is no longer known; and for all settings that are zero now.
+// A line for each loss: fewer controllers; fewer drives or logical drives of a controller; a logical drive
+// that is missing, has another level or size, is in a worse state, or has a member whose place is no longer
+// known; settings that are zero now.
 Lines lossLines(const Snapshot& now, const Snapshot& saved);

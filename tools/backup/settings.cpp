@@ -1,4 +1,4 @@
-// Which settings a snapshot has, and which of them an earlier one had.
+// Which settings a snapshot has, and which ones an earlier snapshot had.
 #include "tools/backup/settings.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 
 using SettingsList = std::vector<Settings>;
 
-// No rate or interval can be set to 0.
+// All zero can only be a failed reading: no rate or interval can be set to 0.
 static bool isZero(const ControllerSettings& settings) {
     return (settings.rebuildRate | settings.syncRate | settings.mpRate | settings.initRate |
             settings.migrateRate | settings.smartPollInterval | settings.encPollInterval) == 0;
@@ -24,7 +24,7 @@ static bool isZero(const LogDrvSettings& settings) {
            fieldText(settings.name).empty();
 }
 
-// Zero switches a buzzer or an option off, and means that no member is lost.
+// For a buzzer or an option, zero is a setting: off. For lost members, it means that there are none.
 static bool isZero(std::int64_t) {
     return false;
 }
@@ -36,7 +36,7 @@ static void add(const std::string& object, const char* what, const std::optional
     list->push_back({object, what, record ? present : SettingsState::unread});
 }
 
-// A version record that was refused makes the backup an incomplete one.
+// A refused version record makes the backup incomplete and is not listed here.
 static void addFirmware(const Controller& controller, const std::string& where, SettingsList* list) {
     if (!controller.version)
         return;

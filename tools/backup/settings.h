@@ -9,6 +9,7 @@
 
 enum class SettingsState { unread, zero, set };
 
+// A group of settings of one object.
 struct Settings {
     std::string object; // "drive 2 of controller 0"
     std::string what;   // "its settings"
@@ -17,20 +18,20 @@ struct Settings {
 
 inline constexpr char kAllSettings[] = "its settings", kBuzzerSetting[] = "its buzzer setting";
 
-// Those of all objects that are listed.
+// The settings of all objects in the snapshot.
 std::vector<Settings> settingsOf(const Snapshot& snapshot);
 
 bool isZero(const PhyDrvSettings& settings);
 
 bool isUnread(const std::vector<Settings>& list, const std::string& object, const std::string& what);
 
-// A warning for all settings that could not be read, except for those that could not be read earlier either.
+// A warning for each group of settings that could not be read, unless it could not be read earlier either.
 Lines unreadLines(const Snapshot& now, const Snapshot& earlier);
 
-// A line for all settings that could not be read earlier, but can be read now.
+// A line for each group of settings that could not be read earlier, but can be read now.
 Lines readAgainLines(const Snapshot& now, const Snapshot& earlier);
 
-// A warning for all settings that are zero now, but were not.
+// A warning for each group of settings that is all zero now, but was not.
 Lines zeroLines(const Snapshot& now, const Snapshot& earlier);
 
 // Whether settings could be read earlier, but not now.

@@ -5,8 +5,7 @@
 #include "snapshot/text.h"
 #include "tools/backup/configuration.h"
 
-// Sensor readings and progress, by their keys and those of the objects that contain them. A word repeats its
-// code. An empty parent is any.
+// Sensor readings and progress: a key, and that of the object or list that contains it.
 struct VaryingKey {
     std::string_view parent, key;
 };
@@ -15,6 +14,7 @@ static constexpr VaryingKey kVarying[] = {
     {"patrol", "progress"},     {"patrol", "loopCount"}, {"activities", "percent"},
 };
 
+// A key that ends in "Text" has the word of a code, which only repeats it.
 static bool varies(std::string_view parent, std::string_view key) {
     return key.ends_with("Text") ||
            std::any_of(std::begin(kVarying), std::end(kVarying),

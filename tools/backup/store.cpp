@@ -68,8 +68,8 @@ static std::time_t timeOf(const std::string& text) {
     return timegm(&parts);
 }
 
-// Whether the text is the stamp of a time, and others can follow it: names of the year 9999 cannot be
-// continued, and further years have more digits.
+// Whether the text is the stamp of a time that later ones can follow: after the year 9999 a stamp would have
+// more digits.
 static bool isStamp(const std::string& text) {
     return hasFormOfStamp(text) && text >= "1970" && text < "9999" && stamp(timeOf(text)) == text;
 }
@@ -121,13 +121,13 @@ std::string workPath(const Store& store, const char* name) {
     return store.work + "/" + name;
 }
 
-// What cannot be looked at is not missing.
+// A path that cannot be examined is not known to be missing.
 static bool isMissing(const std::string& path) {
     struct stat info;
     return lstat(path.c_str(), &info) != 0 && errno == ENOENT;
 }
 
-// A .json without its .cfg is left from an interrupted publication or removal.
+// Removes a .json without its .cfg, which an interrupted publication or removal has left.
 static std::string removeIncomplete(const Store& store, const std::string& stem) {
     if (!isMissing(pathOf(store, stem, ".cfg")))
         return failure("read", pathOf(store, stem, ".cfg"));
@@ -163,7 +163,7 @@ static std::string clearWork(const Store& store) {
     return problem;
 }
 
-// Unless it can be read, errno is the reason.
+// If it cannot be read, errno is the reason.
 static bool canRead(const std::string& directory) {
     const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     return file >= 0 && close(file) == 0;
@@ -209,7 +209,7 @@ std::string synchronize(const std::string& path) {
     return problem;
 }
 
-// Nothing is replaced.
+// An existing file is never replaced.
 static std::string refuseExisting(const std::string& path) {
     struct stat info;
     if (lstat(path.c_str(), &info) == 0)
@@ -224,7 +224,8 @@ static std::string moveFile(const Store& store, const char* name, const std::str
     return problem;
 }
 
-// A .json beside a .cfg of somebody else would count as a backup: it goes if its own .cfg does not follow.
+// If the .cfg cannot follow, the .json is removed again: next to a .cfg that is not its own, it would count
+// as a backup.
 std::string publish(const Store& store, const std::string& stem) {
     const std::string json = pathOf(store, stem, ".json"), cfg = pathOf(store, stem, ".cfg");
     std::string problem = refuseExisting(cfg);

@@ -1,4 +1,4 @@
-// Replaces the serials and names of a snapshot. Equal texts get equal replacements.
+// Pseudonyms for the serials and names of a snapshot. Equal texts get equal ones.
 #include <algorithm>
 #include <cstring>
 #include <map>

@@ -1,4 +1,4 @@
-// Converts a whole snapshot.
+// Converts a whole snapshot, and checks that the simulated adapters can read the result.
 #include "tools/capture/capture.h"
 
 #include "simulator/engine/reports.h"

@@ -1,6 +1,7 @@
 // cli-capture: reads everything from the adapters and writes it as a world for the simulated ones.
 #include <cstdio>
 
+#include "simulator/engine/clock.h"
 #include "snapshot/files.h"
 #include "snapshot/read.h"
 #include "tools/capture/capture.h"
@@ -14,7 +15,7 @@ static int printError(const std::string& problem) {
     return kNotCaptured;
 }
 
-// To the file, or to standard output. Returns an error message, empty on success.
+// Writes to the file, or to standard output if it has no name. Returns an error message, empty on success.
 static std::string writeOutput(const std::string& output, const std::string& text) {
     if (!output.empty())
         return replaceFile(output, text);
@@ -33,7 +34,7 @@ static int run(const CaptureOptions& options) {
     }
     if (options.anonymous)
         makeAnonymous(&snapshot);
-    const Capture capture = captureWorld(snapshot, captureTime());
+    const Capture capture = captureWorld(snapshot, q5sim::currentRealTime());
     if (!capture.problem.empty())
         return printError("this cannot be a world: " + capture.problem);
     for (const std::string& line : capture.assumed)

@@ -58,7 +58,7 @@ static void convertBusLocation(Conversion& conversion) {
                                      place->baseAddressSdram};
 }
 
-// A controller without its battery still shows that it once had one: its caches do not write back as set.
+// Whether a controller without a battery once had one: its caches are set to write back, but do not.
 static bool hasLostBattery(const Controller& controller) {
     return std::any_of(controller.logicalDrives.begin(), controller.logicalDrives.end(),
                        [](const LogicalDrive& drive) {

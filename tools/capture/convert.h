@@ -31,12 +31,14 @@ void compareWithModel(Conversion& conversion);
 const Drive* sourceOf(const Controller& controller, const q5sim::Drive& drive);
 const LogicalDrive* sourceOf(const Controller& controller, const q5sim::LogicalDrive& drive);
 
-// What the fault of an object was, for each of them.
+// Notes the faults of an object.
 void noteFaults(const Place& place, const Faults& faults);
 
 bool contains(const std::vector<std::uint16_t>& ids, std::uint32_t id);
 
+// Whether the adapter reports the member with this drive ID, from 0 to 31, as lost.
 bool isReportedLost(const LogicalDrive& from, std::uint16_t id);
 
-// The fewest megabytes at which a job of this size shows this percentage.
+// The fewest megabytes at which a job of this size, in megabytes, shows this percentage. More than 100
+// percent counts as 100.
 std::uint64_t megabytesAt(std::uint64_t percent, std::uint64_t total);

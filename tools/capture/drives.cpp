@@ -35,7 +35,7 @@ static void convertPatrol(const Drive& from, q5sim::Drive& drive, std::int64_t n
     patrol.state = from.patrol->state <= kPatrolStopped ? from.patrol->state : std::uint16_t{0};
     patrol.loops = from.patrol->loopCount;
     patrol.errors = from.patrol->errorCount;
-    const std::uint64_t total = std::min(drive.sectors, std::uint64_t{1} << 48) / q5sim::kSectorsPerMb;
+    const std::uint64_t total = std::min(drive.sectors, q5sim::kMaxDriveSectors) / q5sim::kSectorsPerMb;
     patrol.completedMb = megabytesAt(from.patrol->progress, std::max<std::uint64_t>(1, total));
     if (patrol.state == kPatrolRunning)
         patrol.since = now;

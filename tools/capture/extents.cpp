@@ -5,7 +5,7 @@
 #include "simulator/world/array_rules.h"
 #include "tools/capture/convert.h"
 
-// A drive that holds an assigned extent of the array, as its record says.
+// The drives whose records have an assigned extent of the array that matches.
 template <typename Matches>
 static std::vector<std::uint16_t> drivesWithExtent(const Conversion& conversion, std::uint16_t arrayId,
                                                    Matches matches) {
@@ -29,7 +29,7 @@ static std::vector<std::uint8_t> openPositions(const LogicalDrive& from, const q
     return open;
 }
 
-// A member that returned takes its own position, any other drive the first vacant one.
+// A member that returned takes its own position, any other drive the first open one.
 static void addTargets(q5sim::LogicalDrive& drive, std::vector<std::uint8_t> open,
                        const std::vector<std::uint16_t>& ids) {
     for (const bool own : {true, false})
@@ -88,7 +88,7 @@ static void findGoal(Conversion& conversion, q5sim::LogicalDrive& drive, const P
     noteAssumption(below(place, "activity.goal"), "level, stripe, and the order of the added drives");
 }
 
-// The drive's extent in an array: one in use, rather than one that only names it.
+// The drive's extent in an array: preferably one in use, otherwise the first one assigned to it.
 static const ExtentEntry* memberExtentOf(std::span<const ExtentEntry> all, std::uint16_t arrayId) {
     const ExtentEntry* found = nullptr;
     for (const ExtentEntry& extent : all)
@@ -147,8 +147,6 @@ static q5sim::Extent convertExtent(const Conversion& conversion, const q5sim::Dr
     return extent;
 }
 
-static constexpr std::uint64_t kMaxDrive = std::uint64_t{1} << 48;
-
 static void convertDriveExtents(const Conversion& conversion, q5sim::Drive& drive, const Place& place) {
     const auto reported = extents(sourceOf(conversion.from, drive)->info);
     std::vector<const ExtentEntry*> all;
@@ -156,7 +154,7 @@ static void convertDriveExtents(const Conversion& conversion, q5sim::Drive& driv
         all.push_back(&extent);
     std::ranges::stable_sort(all, {}, &ExtentEntry::start);
     std::uint64_t end = 0;
-    const std::uint64_t limit = std::min(drive.sectors, kMaxDrive);
+    const std::uint64_t limit = std::min(drive.sectors, q5sim::kMaxDriveSectors);
     for (const ExtentEntry* extent : all)
         if (extent->size == 0 || extent->start < end || extent->start > limit ||
             extent->size > limit - extent->start) {

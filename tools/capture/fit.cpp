@@ -1,4 +1,4 @@
-// A counterpart of the world file's reader and writer: the same keys and limits, applied in place.
+// Limits the values of a world by the description of the world file that its reader and writer use.
 #include "tools/capture/fit.h"
 
 #include "simulator/file/world_keys.h"

@@ -100,12 +100,11 @@ static std::uint64_t evenShare(std::uint64_t sectors, std::uint64_t members) {
            q5sim::kSectorsPerMb;
 }
 
-static constexpr std::uint64_t kMaxShare = std::uint64_t{1} << 48;
-
 static void convertShare(Conversion& conversion, q5sim::LogicalDrive& drive, const Place& place) {
     const std::uint64_t data = q5sim::dataMembers(q5sim::geometryOf(drive));
     const std::uint64_t smallest = smallestExtent(conversion.to, drive.arrayId);
-    drive.memberSectors = std::clamp<std::uint64_t>(evenShare(drive.sectors, data), 1, kMaxShare);
+    drive.memberSectors =
+        std::clamp<std::uint64_t>(evenShare(drive.sectors, data), 1, q5sim::kMaxDriveSectors);
     if (smallest != 0)
         drive.memberSectors = std::min(drive.memberSectors, smallest);
     if (drive.sectors > drive.memberSectors * data) {
@@ -138,7 +137,7 @@ static void inferStale(Conversion& conversion, const LogicalDrive& from, q5sim::
     }
 }
 
-// An array that is offline although its members are there is not active.
+// An array that is offline although its members are present is inactive.
 static void inferActive(Conversion& conversion, const LogicalDrive& from, q5sim::LogicalDrive& drive,
                         const Place& place) {
     if (from.info.functionalStatus == 0 && q5sim::functionalStatus(conversion.to, drive) != 0) {

@@ -1,4 +1,4 @@
-// Collects the assumptions of a capture.
+// Collects what a capture assumes, and what it lacks.
 #include "tools/capture/notes.h"
 
 #include "simulator/world/world.h"

@@ -67,7 +67,7 @@ OptionsResult refuseOptions(const OptionTable& table, const std::string& problem
     return suggestHelp(table);
 }
 
-static OptionsResult answer(const OptionTable& table, const OptionRow& row) {
+static OptionsResult printHelpOrVersion(const OptionTable& table, const OptionRow& row) {
     if (row.shortName == 'h')
         printHelp(table);
     else
@@ -84,7 +84,7 @@ OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, c
         if (row == nullptr) // getopt has printed a message
             return suggestHelp(table);
         if (row->shortName == 'h' || row->shortName == 'V')
-            return answer(table, *row);
+            return printHelpOrVersion(table, *row);
         const OptionsResult result = apply(*row, optarg);
         if (result != OptionsResult::run)
             return result;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// One row of a table. The manual pages are checked against these tables.
+// One option. The manual pages are checked against these tables. -h and -V must have rows.
 struct OptionRow {
     char shortName; // '\0': only the long form
     const char* name;
@@ -23,7 +23,11 @@ struct OptionTable {
     const char* notes; // and after them
 };
 
-enum class OptionsResult { run, done, usage };
+enum class OptionsResult {
+    run,   // the program may run
+    done,  // --help or --version was answered
+    usage, // the command line was refused with a message
+};
 
 // Parses the command line. Words other than options are appended to words, or refused if it is null. -h and
 // -V are handled here. apply() gets each other option with its argument, which may be null.
@@ -31,8 +35,8 @@ using ApplyOption = std::function<OptionsResult(const OptionRow& row, const char
 OptionsResult readOptionTable(const OptionTable& table, int argc, char** argv, const ApplyOption& apply,
                               std::vector<std::string>* words = nullptr);
 
-// Prints the problem and a reference to --help.
+// Prints the problem and a reference to --help. Returns usage.
 OptionsResult refuseOptions(const OptionTable& table, const std::string& problem);
 
-// Parses decimal digits; false for anything else, or a number above max.
+// Parses decimal digits; false for anything else, or a number above max. The number is valid only if true.
 bool readNumber(const char* text, std::uint64_t max, std::uint64_t* number);

@@ -1,4 +1,4 @@
-// Finding and running other programs.
+// Finding and running other programs of the same installation.
 #include "tools/common/programs.h"
 
 #include <fcntl.h>
@@ -55,16 +55,16 @@ std::string siblingProgram(const char* argument0, const char* name) {
     return isProgram(target) ? target : "";
 }
 
-static bool readNothing() {
+static bool redirectStandardInput() {
     const int file = open("/dev/null", O_RDONLY);
-    const bool replaced = file >= 0 && dup2(file, STDIN_FILENO) >= 0;
+    const bool redirected = file >= 0 && dup2(file, STDIN_FILENO) >= 0;
     if (file > STDERR_FILENO)
         close(file);
-    return replaced;
+    return redirected;
 }
 
 [[noreturn]] static void execProgram(const ProgramRun& run, char* const* words, int output) {
-    const bool ready = readNothing() && dup2(output, STDOUT_FILENO) >= 0 &&
+    const bool ready = redirectStandardInput() && dup2(output, STDOUT_FILENO) >= 0 &&
                        dup2(output, STDERR_FILENO) >= 0 && chdir(run.directory.c_str()) == 0 &&
                        (run.inherited < 0 || fcntl(run.inherited, F_SETFD, 0) == 0);
     for (const auto& [name, value] : run.variables)
@@ -95,7 +95,7 @@ static int waitFor(pid_t child) {
     return WEXITSTATUS(status) == 127 ? -1 : WEXITSTATUS(status);
 }
 
-// Closed in the program that is run: its streams are copies.
+// Both ends are closed in the program that is run, whose output streams are copies of one.
 static bool openPipe(int (&ends)[2]) {
     return pipe(ends) == 0 && fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 &&
            fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;

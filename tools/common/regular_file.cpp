@@ -1,4 +1,4 @@
-// Reading regular files that are named by the user, or lie where others can write.
+// Reading regular files that the user names, or that are in directories where others can write.
 #include "tools/common/regular_file.h"
 
 #include <fcntl.h>
@@ -8,9 +8,9 @@
 #include <cerrno>
 #include <cstring>
 
-static constexpr std::size_t kMaxSize = 64 * 1024 * 1024;
+static constexpr std::size_t kMaxSize = 64 * 1024 * 1024; // bytes
 
-// Unless it succeeds, errno is the reason.
+// On failure, errno is the reason.
 static bool readAll(int file, std::string* text) {
     char buffer[8192];
     for (;;) {

@@ -1,6 +1,6 @@
 // The standard streams of a program.
 #pragma once
 
-// Opens each one that is closed, so that no other file gets its number: what is printed would be written to
-// that file. Writing to such a stream fails.
+// Opens each stream that is closed, so that no file opened later gets its descriptor and receives what is
+// printed. Reading from such a stream, or writing to it, fails.
 void openStandardStreams();

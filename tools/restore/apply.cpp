@@ -8,14 +8,14 @@
 #include "tools/restore/steps.h"
 #include "util/signals.h"
 
-// Whether a step may be missing from the plan without having been done: the settings that a new logical drive
-// has are not known before it exists.
+// Whether a step may disappear from the plan without having been done: the settings of a new logical drive
+// are unknown until it exists, and may need no change.
 static bool mayBeMissing(const Step& step) {
     return step.kind == StepKind::array;
 }
 
-// For the same reason, what such a step sets may be less than planned. Its text begins with the logical
-// drive.
+// For the same reason, such a step may set less than planned: only the start of its text, which names the
+// logical drive, is compared.
 static bool isSameStep(const Step& a, const Step& b) {
     return a.kind == b.kind && (a.kind == StepKind::array
                                     ? a.text.substr(0, a.text.find(':')) == b.text.substr(0, b.text.find(':'))

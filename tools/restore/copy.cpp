@@ -7,6 +7,7 @@
 #include <climits>
 #include <filesystem>
 
+#include "simulator/engine/clock.h"
 #include "snapshot/files.h"
 #include "tools/capture/capture.h"
 #include "tools/common/programs.h"
@@ -83,9 +84,9 @@ void assumeSavedSettings(const Controller& saved, std::uint32_t id, const DriveM
     }
 }
 
-// A signal ends it after the copy has been removed.
+// Signals are deferred until the copy has been removed.
 int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output) {
-    const std::int64_t time = captureTime();
+    const std::int64_t time = q5sim::currentRealTime();
     const Capture capture = captureWorld(now, time);
     if (capture.text.empty()) {
         *output = "the adapters cannot be copied: " + capture.problem;

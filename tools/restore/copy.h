@@ -14,10 +14,10 @@ struct CopyRun {
     std::string drives;     // the drive map; may be empty
 };
 
-// Fills in the settings of the controller that could not be read now, and thus stay, with the saved ones: a
-// copy has all settings, and has nothing left to do about these.
+// Fills in the settings of the controller that could not be read now with the saved ones. They stay as they
+// are: with the saved ones in the copy, the plan has no steps for them there either.
 void assumeSavedSettings(const Controller& saved, std::uint32_t id, const DriveMap& drives, Snapshot* now);
 
-// Applies the backup to a copy of the present state. Returns the exit status and the output; -1 with
-// an error message if it could not be tried.
+// Applies the backup to a copy of the present state. Returns the exit status, with the output of the program,
+// or -1, with an error message in its place, if the program could not be run.
 int applyToCopy(const CopyRun& run, const Snapshot& now, std::string* output);

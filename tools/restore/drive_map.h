@@ -13,5 +13,5 @@ using DriveMap = std::map<std::uint32_t, std::optional<std::uint32_t>>;
 // Reads "2=5,3=6,7=-". Returns an error message, empty on success.
 std::string readDriveMap(const std::string& text, DriveMap* drives);
 
-// The same text back, in order of the drives.
+// The map as such a text, in order of the saved drives.
 std::string driveMapText(const DriveMap& drives);

@@ -1,4 +1,4 @@
-// Extents at each point of a plan.
+// The extents of the drives at each point of a plan.
 #include "tools/restore/layout.h"
 
 #include "snapshot/words.h"

@@ -27,7 +27,7 @@ std::string beginLine(const LogHeader& header) {
            " drives=" + header.drives;
 }
 
-// The value of "key=" in a line of blanks and words.
+// The value of "key=" in a line of words.
 static std::string valueOf(const std::string& line, const std::string& key) {
     const std::size_t start = line.find(" " + key + "=");
     if (start == std::string::npos)

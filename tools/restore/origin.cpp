@@ -1,4 +1,4 @@
-// Compares the serials of the drives of all controllers.
+// Identifies controllers by the serials of their drives.
 #include "tools/restore/origin.h"
 
 #include "snapshot/serials.h"

@@ -5,7 +5,7 @@
 
 #include "snapshot/snapshot.h"
 
-// Why the present controller is probably not the saved one with its ID: IDs follow the order in which
-// adapters are found, which an added or removed one changes. The serials of the drives show it. Empty: there
-// is no doubt, or nothing to go by.
+// Why the present controller is probably not the saved one with the same ID. IDs follow the order in which
+// the adapters are found, which changes when one is added or removed; the serials of the drives show it.
+// Empty: there is no doubt, or no drive in common.
 std::string doubtAboutOrigin(const Snapshot& saved, const Snapshot& now, std::uint32_t id);

@@ -44,7 +44,7 @@ bool splitAt(Planning* planning, std::uint32_t drive, std::uint64_t sector) {
     return true;
 }
 
-// What the operation lists; nullptr: nothing that is restored.
+// What the operation of the fault lists; nullptr: nothing that is restored.
 static const char* listedBy(const Fault& fault) {
     if (fault.operation == "q5_getLogDrvInfo")
         return "logical drives";
@@ -82,7 +82,7 @@ static void addShortLists(std::vector<std::string>* obstacles, const Controller&
                  inBackup);
 }
 
-// An incomplete list would look as if the rest did not exist.
+// Refuses incomplete lists: objects that are not listed would look as if they did not exist.
 static void checkLists(std::vector<std::string>* obstacles, const Controller& controller, bool inBackup) {
     addUnread(obstacles, controller.faults, inBackup);
     addShortLists(obstacles, controller, inBackup);
@@ -122,7 +122,7 @@ static void noteOtherArrays(Planning* planning) {
     }
 }
 
-// What prevents the plan is not noted as well.
+// Removes the notes that repeat an obstacle.
 static void removeRepeatedNotes(Plan* plan) {
     std::erase_if(plan->notes, [plan](const std::string& note) {
         return std::find(plan->obstacles.begin(), plan->obstacles.end(), note) != plan->obstacles.end();

@@ -26,7 +26,7 @@ struct Plan {
     std::vector<Step> steps;
     std::vector<std::string> obstacles; // any of these prevents the whole plan
     std::vector<std::string> notes;     // what will stay different
-    std::vector<std::string> rebuilds;  // that are running: "logical drive 0 Archive onto drive 6"
+    std::vector<std::string> rebuilds;  // running ones: "logical drive 0 Archive onto drive 6"
     std::vector<std::string> impaired;  // "logical drive 0 Archive is critical", if it was not when saved
 };
 

@@ -79,7 +79,7 @@ std::string describe(const Controller& controller, const LogicalDrive& drive) {
            std::to_string(drive.info.sectorCount) + " sectors" + placesText(controller, drive);
 }
 
-// The drives of the members whose place is not known, if they are to be left out or not.
+// Lists the drives of the members whose place is unknown: those that are left out, or all others.
 static std::string unknownDrives(const Planning& planning, const MemberPlaces& places, bool leftOut) {
     std::string text;
     for (const MemberPlace& place : places)
@@ -120,7 +120,7 @@ static std::string lostDrives(const LogicalDrive& drive) {
     return text;
 }
 
-// A member that was lost since, or another worse state than when it was saved.
+// Notes that the logical drive is in a worse state than when it was saved, and whether a rebuild is running.
 static void noteImpaired(Planning* planning, const LogicalDrive& present) {
     std::string text =
         arrayName(present, present.info.logDrvId) + " is " + arrayStateText(arrayState(present));
@@ -166,7 +166,7 @@ static std::vector<std::uint32_t> unexpectedDrives(const Planning& planning, con
     return unexpected;
 }
 
-// The controller has them in another order than the backup, or one of them has become the spare.
+// Notes members that have moved: their order differs from the backup, or one of them has become the spare.
 static void noteMisplaced(Planning* planning, const MemberPlaces& places) {
     for (const MemberPlace& place : places) {
         const std::string text = misplacedText(*planning, place.savedDrive);
@@ -198,7 +198,7 @@ static MemberPlaces movedPlaces(const Planning& planning, MemberPlaces places) {
     return places;
 }
 
-// The members that the drive map, or their serials, put where the logical drive is.
+// Finds the members that the drive map, or their serials, identify with those of an existing logical drive.
 void findMembersInPlace(Planning* planning) {
     for (const LogicalDrive& saved : planning->saved.logicalDrives) {
         MemberPlaces places = placesOf(planning->saved, saved);
@@ -246,7 +246,7 @@ static DriveMap memberMap(const Planning& planning, const MemberPlaces& places) 
     return map;
 }
 
-// Adds an obstacle if it does.
+// Whether the map hides a logical drive that is in place. Adds an obstacle if so.
 static bool reportHiddenByMap(Planning* planning, const LogicalDrive& saved, const MemberPlaces& places) {
     const DriveMap map = memberMap(*planning, places);
     const LogicalDrive* present = map.empty() ? nullptr : findWithoutMap(*planning, saved, places);

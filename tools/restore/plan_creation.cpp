@@ -6,7 +6,7 @@
 #include "tools/restore/array_record.h"
 #include "tools/restore/planning.h"
 
-// The adapter gives the lowest ID that is free.
+// The adapter assigns the lowest free ID.
 static std::uint32_t nextId(const Planning& planning) {
     std::uint32_t id = 0;
     while (planning.takenIds.count(id) != 0)
@@ -27,7 +27,7 @@ static bool requireFreeId(Planning* planning, const LogicalDrive& saved) {
     return true;
 }
 
-// A map may put a drive in the place of another one, and no drive in its own.
+// A map can put a drive in the place of another one although it also keeps its own place.
 static bool requireDifferentDrives(Planning* planning, const LogicalDrive& saved,
                                    const MemberPlaces& places) {
     std::set<std::uint32_t> drives;

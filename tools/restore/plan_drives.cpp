@@ -18,19 +18,19 @@ bool isLeftOut(const Planning& planning, std::uint32_t savedDrive) {
     return !mappedDrive(planning, savedDrive);
 }
 
-static std::string serialOf(const Drive& drive) {
+static std::string serialText(const Drive& drive) {
     return printable(trimmed(fieldText(drive.info.serial)));
 }
 
 bool hasSerialOf(const Drive& saved, const Drive& drive) {
-    return serialOf(saved) == serialOf(drive);
+    return serialText(saved) == serialText(drive);
 }
 
 // nullptr: none has it, or several have it.
 static const Drive* driveWithSerial(const Controller& controller, const std::string& serial) {
     const Drive* found = nullptr;
     for (const Drive& drive : controller.drives)
-        if (serialOf(drive) == serial) {
+        if (serialText(drive) == serial) {
             if (found != nullptr)
                 return nullptr;
             found = &drive;
@@ -38,9 +38,9 @@ static const Drive* driveWithSerial(const Controller& controller, const std::str
     return found;
 }
 
-// The drive of the other controller state with the same serial; nullptr: none, or it is not certain.
+// The drive with the same serial in the other state of the controller; nullptr: none, or it is not certain.
 static const Drive* sameDrive(const Controller& from, const Drive& drive, const Controller& to) {
-    const std::string serial = serialOf(drive);
+    const std::string serial = serialText(drive);
     return serial.empty() || driveWithSerial(from, serial) == nullptr ? nullptr : driveWithSerial(to, serial);
 }
 
@@ -78,7 +78,7 @@ static bool isContradicted(const Planning& planning, std::uint32_t savedDrive) {
     return (now && now != found->second) || misplacedDrive(planning, savedDrive) != nullptr;
 }
 
-// What is right of the drive map, and the drives that are in other slots.
+// The entries of the drive map that the serials do not contradict, and the drives that have moved.
 static DriveMap mapWithMoved(const Planning& planning) {
     DriveMap map;
     std::set<std::uint32_t> targets;
@@ -131,8 +131,8 @@ static std::string obstacleToSerial(const Planning& planning, std::uint32_t save
     if (planning.drives.count(savedDrive) != 0 || saved == nullptr || now == nullptr ||
         hasSerialOf(*saved, *now))
         return "";
-    const std::string text =
-        driveName(savedDrive) + " has another serial: " + serialOf(*now) + " instead of " + serialOf(*saved);
+    const std::string text = driveName(savedDrive) + " has another serial: " + serialText(*now) +
+                             " instead of " + serialText(*saved);
     if (const Drive* other = sameDrive(planning.now, *now, planning.saved))
         return text + "; that is " + driveName(other->number) + " of the backup";
     const std::string number = std::to_string(savedDrive);
@@ -149,14 +149,15 @@ static std::string obstacleToDrive(const Planning& planning, std::uint32_t saved
     const Drive* now = presentDrive(planning, savedDrive);
     if (now == nullptr)
         return driveName(*number) + " is missing; " + driveName(savedDrive) + " had the serial " +
-               (saved != nullptr ? serialOf(*saved) : "unknown");
+               (saved != nullptr ? serialText(*saved) : "unknown");
     std::string otherSerial = obstacleToSerial(planning, savedDrive);
     if (!otherSerial.empty())
         return otherSerial;
     return isInaccessible(*now) ? driveName(*number) + " gives no access" : "";
 }
 
-// Returns whether there is no obstacle. Two drives can have the same one.
+// Adds the obstacle, if it is not empty, once for the drive; two drives can have the same one. Returns
+// whether there is none.
 static bool refuse(Planning* planning, std::uint32_t savedDrive, const std::string& obstacle) {
     std::vector<std::string>& obstacles = planning->plan.obstacles;
     if (!obstacle.empty() && planning->refused.insert(savedDrive).second &&

@@ -59,7 +59,8 @@ static void planNumbers(Planning* planning, CtrlConfigRecord* record, std::strin
     }
 }
 
-// Disabling it is not deferred: it prevents a rebuild onto a spare that is restored later.
+// Whether the switch enables the automatic rebuild. Disabling it is not deferred: that prevents a rebuild
+// onto a spare that is restored later.
 static bool isDeferred(const Planning& planning, const SwitchSetting& row) {
     return row.field == &ControllerSettings::autoRebuild && *planning.saved.settings.*row.field != 0 &&
            *planning.now.settings.*row.field == 0;
@@ -83,8 +84,8 @@ static Step controllerStep(const Planning& planning, const CtrlConfigRecord& rec
     return step;
 }
 
-// The step that enables the automatic rebuild comes last: it may start one, which the other steps must not
-// meet.
+// The step that enables the automatic rebuild comes last: it may start a rebuild, which could interfere with
+// the other steps.
 static void planSettings(Planning* planning) {
     CtrlConfigRecord record = {};
     record.setIndex = static_cast<int>(planning->now.id);
@@ -126,7 +127,7 @@ void planController(Planning* planning) {
     planBuzzer(planning);
 }
 
-// A queuing mode that the present drive does not have cannot be set.
+// The queuing mode to set; a note says so if the present drive does not support it.
 static bool wantedQueuing(Planning* planning, const Drive& drive, const char* name, bool saved,
                           bool supported) {
     if (saved && !supported)
@@ -160,11 +161,11 @@ static void planDriveSettings(Planning* planning, const PhyDrvSettings& saved, c
                                        "d");
 }
 
-// The option applies to all drives with this model and firmware: the first of them decides whose option is
-// known.
+// The 3 Gb/s option applies to all drives of a model and firmware: the first drive whose option could be read
+// decides.
 struct Models {
     std::set<std::string> decided;
-    std::map<std::string, std::uint32_t> unread; // with its first drive
+    std::map<std::string, std::uint32_t> unread; // and the first drive of each
 };
 
 static std::string modelOf(const Drive& drive) {
@@ -193,15 +194,15 @@ static void noteUnreadSpeeds(Planning* planning, const Models& models) {
         noteUnread(planning, "the 3 Gb/s option of drives like " + driveName(drive));
 }
 
-// Whether the map gives the drive the place of another one, but no other one its own.
+// Whether the map puts the drive in the place of another one, and no drive in its own place.
 static bool takesAnotherPlace(const Planning& planning, std::uint32_t number) {
     return planning.drives.count(number) == 0 &&
            std::any_of(planning.drives.begin(), planning.drives.end(),
                        [number](const auto& pair) { return pair.second == number; });
 }
 
-// Why the settings of a drive are not restored; empty: they are. A drive that nothing else needs is only
-// noted when it is missing or another one.
+// Why the settings of a drive are not restored; empty: they are. That a drive is missing or has been replaced
+// is only noted here: it is an obstacle where a logical drive or a spare needs the drive.
 static std::string reasonToLeave(const Planning& planning, const Drive& saved) {
     const Drive* drive = presentDrive(planning, saved.number);
     if (isLeftOut(planning, saved.number))
@@ -275,7 +276,7 @@ static void noteUnsettable(Planning* planning, const LogicalDrive& saved, std::u
                                        number(settings.cacheFlags) + ", which no command sets");
 }
 
-// A name with a comma, or with one of the other keys, cannot be typed.
+// Whether the command can set the name: not one with a comma, or that contains another key of the settings.
 static bool isTypableName(const std::string& name) {
     std::string lower = name;
     std::transform(lower.begin(), lower.end(), lower.begin(),

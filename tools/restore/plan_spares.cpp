@@ -1,5 +1,5 @@
-// Spares, and how free space is divided. Spares come after all that uses free space: one that exists while
-// arrays are still being created could be used for a rebuild.
+// Spares, and how free space is divided. Spares come after all other steps that use free space: a spare that
+// exists while logical drives are still being created could be used for a rebuild.
 #include "snapshot/text.h"
 #include "tools/restore/planning.h"
 
@@ -32,7 +32,7 @@ static bool isInPlace(const Planning& planning, const Drive& drive, const Extent
     return false;
 }
 
-// The logical drive that is being rebuilt onto the place of the spare, as it may be; nullptr: none.
+// The logical drive that is being rebuilt in the place of the spare, which may be used for it; nullptr: none.
 static const LogicalDrive* spareUser(const Planning& planning, const Drive& drive, const ExtentEntry& wanted,
                                      std::uint32_t owner) {
     for (const ExtentEntry& extent : extents(drive.info)) {
@@ -77,7 +77,7 @@ static Step spareStep(const Planning& planning, std::uint32_t drive, std::size_t
     return step;
 }
 
-// Adds the splits, and appends the spare to those that come last.
+// Adds the splits to the plan, and the step that makes the spare to those that come last.
 static void planSpare(Planning* planning, const Drive& drive, const ExtentEntry& saved,
                       std::vector<Step>* spares) {
     const auto owner = ownerOf(*planning, saved);
@@ -124,7 +124,8 @@ static void divideFreeSpace(Planning* planning, const Drive& drive, const Extent
         splitAt(planning, drive.number, saved.start);
 }
 
-// The logical drive is created complete: it needs no target. One that it still has is in use.
+// Notes a rebuild that was running when the backup was made: the logical drive is created complete and needs
+// no target. A target that it still has is in use.
 static void noteRebuildTarget(Planning* planning, const Drive& saved, const Drive& drive,
                               const ExtentEntry& extent) {
     const LogicalDrive* array = rebuiltArray(planning->saved, saved, extent);
@@ -149,7 +150,7 @@ static bool isMember(const Controller& saved, std::uint32_t number) {
     return false;
 }
 
-// A drive that is not needed otherwise may be left out.
+// How to leave out a drive that only holds a spare; empty: it is needed, or it can be used.
 static std::string leaveOutText(const Planning& planning, const Drive& saved) {
     const Drive* now = presentDrive(planning, saved.number);
     const bool isLost = now == nullptr ? movedText(planning, saved.number).empty() : isInaccessible(*now);
@@ -181,8 +182,8 @@ static bool isOrWas(const Planning& planning, const Drive& drive, const Drive& s
            (isLeftOut(planning, saved.number) && saved.number == drive.number);
 }
 
-// A spare of another logical drive counts: what is to be done about it is reported already. So does a part of
-// a spare: a rebuild may use the rest.
+// Whether the spare was one when the backup was made. It may have belonged to another logical drive, which is
+// reported elsewhere, or be a part of the saved one, of which a rebuild uses the rest.
 static bool wasSpare(const Planning& planning, const Drive& drive, const ExtentEntry& spare) {
     for (const Drive& saved : planning.saved.drives)
         if (isOrWas(planning, drive, saved))

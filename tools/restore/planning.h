@@ -6,7 +6,7 @@
 #include "tools/restore/layout.h"
 #include "tools/restore/plan.h"
 
-inline constexpr std::uint64_t kSectorsPerMb = 2048; // in which extents are split
+inline constexpr std::uint64_t kSectorsPerMb = 2048; // extents are split at whole megabytes
 
 struct Planning {
     const Controller& saved;
@@ -33,23 +33,24 @@ using MemberPlaces = std::vector<MemberPlace>; // of a logical drive, in the ord
 // The present drive for a saved one; nullptr: missing or left out.
 const Drive* presentDrive(const Planning& planning, std::uint32_t savedDrive);
 
-// Whether the drive map says so.
+// Whether the drive map leaves the drive out.
 bool isLeftOut(const Planning& planning, std::uint32_t savedDrive);
 
+// Whether both drives have the same serial.
 bool hasSerialOf(const Drive& saved, const Drive& drive);
 
 // Whether the present drive has the saved serial, or is mapped.
 bool hasExpectedSerial(const Planning& planning, std::uint32_t savedDrive);
 
-// The number that a saved drive has now, if it is another one. Its serial shows it, if no other drive has the
-// same.
+// The number that a saved drive has now, if it has changed. Its serial shows it, unless another drive has the
+// same one.
 std::optional<std::uint32_t> movedTo(const Planning& planning, std::uint32_t savedDrive);
 
 // What to do about such a drive, or about a map that the serials contradict; empty: it is where it was, is
 // mapped already, or is not here.
 std::string movedText(const Planning& planning, std::uint32_t savedDrive);
 
-// That the map puts such a drive in the place of another one; empty: it does not.
+// Says that the map puts such a drive in the place of another one; empty: it does not.
 std::string misplacedText(const Planning& planning, std::uint32_t savedDrive);
 
 // Functions that begin with "require" return whether the requirement is met, and add an obstacle if not.
@@ -68,7 +69,7 @@ void requireMapWhereSaved(Planning* planning);
 
 std::string driveName(std::uint32_t number);                              // "drive 2"
 std::string arrayName(const LogicalDrive& drive, std::uint32_t logDrvId); // "logical drive 0 Archive"
-// With its level, size and places.
+// The same with its level, size and places.
 std::string describe(const Controller& controller, const LogicalDrive& drive);
 
 // Notes which logical drive here is the saved one.

@@ -39,7 +39,7 @@ static std::string impairedText(const Plan& plan) {
     return text;
 }
 
-// The same plan on simulated adapters.
+// Prints the outcome of the plan on a copy of the adapters.
 static int showOutcome(const Saved& saved, const Restore& restore, const Snapshot& now,
                        const char* argument0) {
     std::string program = siblingProgram(argument0, "cli-restore-rehearse");
@@ -132,7 +132,7 @@ static std::string logPath(const RestoreOptions& options, const Saved& saved) {
                                 : saved.stem + ".restore-" + std::to_string(*options.controller) + ".log";
 }
 
-// The log would damage the backup.
+// Whether the path is a file of the backup, which a log would damage.
 static bool isInBackup(const std::string& path, const Saved& saved) {
     struct stat log = {}, file = {};
     for (const char* suffix : {".cfg", ".json"})
@@ -151,7 +151,7 @@ static LogHeader headerOf(const RestoreOptions& options, const Saved& saved) {
     return {saved.identity, from == id ? id : from + "->" + id, driveMapText(options.drives)};
 }
 
-// The lock excludes commands of other sessions while the plan is made and applied.
+// Makes and applies the plan. The caller holds the lock, which excludes commands of other sessions.
 static int applyLocked(const RestoreOptions& options, const Saved& saved, const Controller& controller) {
     const std::string path = logPath(options, saved);
     Restore restore = {controller, *options.controller, options.drives};
@@ -167,7 +167,7 @@ static int applyLocked(const RestoreOptions& options, const Saved& saved, const 
     return applyLogged(restore, plan, header, path);
 }
 
-// The log is read as --apply reads it, so that both do the same.
+// Prints the plan. Reads the log as --apply does, so that both make the same plan.
 static int preview(const RestoreOptions& options, const Saved& saved, const Controller& controller,
                    Snapshot* now, const char* argument0) {
     const Controller* present = findController(*now, *options.controller);

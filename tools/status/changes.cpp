@@ -11,7 +11,7 @@
 #include "tools/status/format.h"
 #include "tools/status/rules.h"
 
-// Changes of logical drives have lines of their own.
+// Whether addArrayChanges() reports what the finding is about.
 static bool isArrayChange(const Finding& finding) {
     static constexpr std::string_view ids[] = {"array-offline", "array-critical",  "array-degraded",
                                                "member-lost",   "activity-paused", "activity-running"};
@@ -44,7 +44,8 @@ struct Comparison {
     const Findings differences; // of the objects
 };
 
-// A more severe problem of the same thing is no good news of the other one.
+// Whether a new, more severe problem of the same object replaces the finding. That the lesser problem is gone
+// is then not reported.
 static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
     return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
         return concernSame(each, finding) && isWorse(each.rule->severity, finding.rule->severity) &&
@@ -52,7 +53,7 @@ static bool isReplacedByWorse(const Comparison& both, const Finding& finding) {
     });
 }
 
-// An object that disappeared or moved has its own line, and its problem is not solved.
+// Whether the object disappeared or moved. That is reported separately, and its problem is not resolved.
 static bool isGone(const Comparison& both, const Object& object) {
     static constexpr std::string_view ids[] = {"array-missing", "drive-missing", "enclosure-missing",
                                                "battery-missing", "drive-moved"};
@@ -62,7 +63,7 @@ static bool isGone(const Comparison& both, const Object& object) {
     });
 }
 
-// The drive's logical drive has lost it since.
+// Whether a logical drive has lost the drive since.
 static bool isNewlyLost(const Comparison& both, const Object& object) {
     return std::any_of(both.after.begin(), both.after.end(), [&](const Finding& each) {
         return std::string_view(each.rule->id) == "member-lost" && isSameObject(each.object, object) &&
@@ -70,7 +71,7 @@ static bool isNewlyLost(const Comparison& both, const Object& object) {
     });
 }
 
-// Nor is the state of a logical drive that got worse, or a controller that disappeared.
+// Whether the finding is gone only because something worse has happened, so that it is not resolved.
 static bool isSuperseded(const Comparison& both, const Finding& finding) {
     const Object& object = finding.object;
     if (object.kind != ObjectKind::host && findController(both.now, object.controller) == nullptr)
@@ -127,7 +128,8 @@ static bool wasRead(const Comparison& both, const Controller& controller, const 
     return finding.object.kind == ObjectKind::host || isCombinedRead(*earlier, finding);
 }
 
-// What no earlier run has read is reported as in a first run: only its problems are.
+// Whether a new finding is reported. As in a first run, an informational one is not if no earlier run has
+// read what it is about.
 static bool isReported(const Comparison& both, const Finding& finding) {
     const auto& all = both.now.controllers;
     return finding.rule->severity != Severity::info ||
@@ -137,7 +139,8 @@ static bool isReported(const Comparison& both, const Finding& finding) {
            });
 }
 
-// A difference from the baseline that is also a change since the earlier snapshot has its line already.
+// Adds the new and the resolved findings. A difference from the baseline that is also a change since the
+// earlier snapshot has its line already.
 static void addFindingChanges(const Comparison& both, Lines* lines) {
     for (const Finding& finding : both.after)
         if (!isArrayChange(finding) && isReported(both, finding) && !isKnown(both.before, finding) &&
@@ -159,7 +162,8 @@ static Findings findingsOf(const Snapshot& snapshot, const Limits& limits, const
     return findings;
 }
 
-// A reading near its limit is the problem that it was before, not a lesser one.
+// Keeps an earlier finding while the reading is near its limit, so that a reading that swings around the
+// limit is not reported each time.
 static Findings withLingering(Findings after, const Findings& before, const Findings& near) {
     Findings lingering;
     for (const Finding& each : before)
@@ -187,7 +191,8 @@ static Findings earlierFindings(const Snapshot& earlier, const Limits& limits, c
     return findings;
 }
 
-// The state that is kept has been completed: it needs no word about what it lacks.
+// The differences of the objects. The kept state has been completed, so that what could not be compared is
+// not reported.
 static Findings differencesOf(const Snapshot& earlier, const Findings& saved, const Snapshot& now,
                               const Snapshot& known) {
     Findings differences = compareWithKept(earlier, saved, now, known);
@@ -204,8 +209,8 @@ static Findings withMissing(Findings findings, const Findings& missing) {
     return findings;
 }
 
-// All that a later run must not report as new: also what is hidden, and without a baseline, the differences
-// that the earlier runs found.
+// All findings that a later run must not report as new: the present ones, those that may be hidden and, if
+// this run has no baseline, the differences from one that the earlier runs found.
 static Findings knownFindings(const Comparison& both, const Findings& saved, const Snapshot* baseline) {
     Findings findings = both.after;
     for (const Finding& each : both.before)
@@ -254,7 +259,7 @@ static bool isAboutNumbers(const Finding& finding) {
     return id == "former-controller-missing" || id == "controller-renumbered";
 }
 
-// A run that found no controller, or could not count them, has kept those that were there before.
+// Counts the controllers that a run has kept although it found none, or could not count them.
 static Snapshot withAllCounted(Snapshot earlier) {
     if (earlier.controllerCount == 0 || !earlier.faults.empty())
         earlier.controllerCount = static_cast<std::uint32_t>(earlier.controllers.size());

@@ -20,7 +20,7 @@ using Lines = std::vector<Line>;
 Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& limits,
                   const Snapshot* baseline = nullptr);
 
-// The same from one run to the next.
+// What changed from one run to the next.
 struct Changes {
     Lines lines;
     Findings findings; // that are known now, to be passed to the next run

@@ -80,7 +80,7 @@ Findings combinedFindings(const Snapshot& snapshot, const Limits& limits, const 
     return findings;
 }
 
-// A controller that the library no longer counts is missing.
+// Whether the run has read all that an earlier finding combines, or the controller is missing.
 static bool isDisproved(const Snapshot& now, const Finding& finding) {
     const Combined& combined = *findCombined(finding.rule->id);
     const Object& object = finding.object;

@@ -16,6 +16,7 @@ bool isCombinedRead(const Controller& controller, const Finding& finding);
 // Those of a snapshot as it was read.
 Findings combinedFindings(const Snapshot& snapshot, const Limits& limits, const Snapshot* baseline);
 
-// Adds to the present findings the earlier ones that the present run does not disprove: it did not read all
-// that they combine. They replace what it shows of the same problems. now is the present run as it was read.
+// Adds to the present findings the earlier ones that the present run cannot disprove, because it did not read
+// all that they combine. They replace present findings about the same problems. now: the present run as it
+// was read.
 void carryCombined(const Findings& earlier, const Snapshot& now, Findings* findings);

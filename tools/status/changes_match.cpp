@@ -13,7 +13,7 @@ static bool shareParts(const Finding& left, const Finding& right) {
                        [&](const std::string& part) { return hasPart(right, part); });
 }
 
-// The object may have got another name meanwhile.
+// Names are not compared: the object may have been renamed.
 bool concernSame(const Finding& left, const Finding& right) {
     return isSameObject(left.object, right.object) && shareParts(left, right);
 }

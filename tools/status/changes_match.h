@@ -9,8 +9,9 @@ bool isSameProblem(const Finding& left, const Finding& right);
 // Whether one of the findings is the same problem.
 bool persists(const Findings& findings, const Finding& wanted);
 
-// Whether the findings have all that this one is about. A text with readings does not count.
+// Whether the findings contain all parts of this one or, if it has none, its text. The text of a finding with
+// parts has readings and is not compared.
 bool isKnown(const Findings& findings, const Finding& wanted);
 
-// Whether the same object, or the same part of it, has a problem.
+// Whether both findings are about the same object and, if both have parts, share one.
 bool concernSame(const Finding& left, const Finding& right);

@@ -70,7 +70,7 @@ Findings compareWithKept(const Snapshot& earlier, const Findings& saved, const S
     return differences;
 }
 
-// Those of the earlier state that this run has reported as missing.
+// The controllers of the earlier state that this run has reported as missing.
 static void addMissing(const Snapshot& earlier, const Snapshot& now, std::optional<std::uint32_t> chosen,
                        Findings* findings) {
     for (const Controller& each : earlier.controllers)
@@ -78,7 +78,8 @@ static void addMissing(const Snapshot& earlier, const Snapshot& now, std::option
             addOnce(missingController(each.id), findings);
 }
 
-// The library had found none and finds some again, of which one was read. The others are new when they are.
+// The library had found no controller and finds some again, of which only one was read. The others are new
+// when they are read.
 static void addUnseen(const Snapshot& earlier, const Snapshot& now, Findings* findings) {
     for (std::uint32_t id = 0; id < std::min(now.controllerCount, kMaxSnapshotControllers); ++id)
         if (findController(earlier, id) == nullptr && findController(now, id) == nullptr)

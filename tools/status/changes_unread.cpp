@@ -122,7 +122,7 @@ static void keepLogicalDrives(const Controller& earlier, Controller* now) {
     }
 }
 
-// A list that was complete still has all that was there then: what it lacks now has come since.
+// A list that was complete before contains all objects of that time: what it lacks now was added since.
 static void keepCompleteness(const Controller& earlier, Controller* now) {
     if (now->info && hasAllDrives(earlier) && now->info->diskCount > now->drives.size())
         now->info->diskCount = static_cast<std::uint16_t>(now->drives.size());
@@ -130,7 +130,7 @@ static void keepCompleteness(const Controller& earlier, Controller* now) {
         now->info->arrayCount = static_cast<std::uint16_t>(now->logicalDrives.size());
 }
 
-// The lists are not compared with a count of another time.
+// Keeps the record without its counts: lists are not compared with counts of an earlier time.
 static void keepInfo(const Controller& earlier, Controller* now) {
     if (now->info)
         return;

@@ -27,7 +27,7 @@ bool hasAllDrives(const Controller& controller) {
     return controller.info && controller.info->diskCount <= controller.drives.size();
 }
 
-// They are listed by one call.
+// One call lists them all.
 bool hasAllLogicalDrives(const Controller& controller) {
     if (controller.logicalDrives.empty() && isRefused(controller, "q5_getLogDrvInfo"))
         return false;
@@ -80,7 +80,7 @@ std::string versionText(const VersionNumber& version) {
            std::to_string(version.third) + "." + std::to_string(version.fourth);
 }
 
-// As a member, or as one that is being rebuilt.
+// Whether the drive is a member of the array, or is being rebuilt as one.
 static bool holdsPartOf(const LogicalDrive& array, const Drive& drive) {
     return memberExtent(drive, array.info.arrayId) != nullptr;
 }
@@ -90,7 +90,7 @@ static bool isMember(const LogicalDrive& array, const Drive& drive) {
                        [&](const Member& member) { return member.number == drive.number; });
 }
 
-// Most extents are no spares: what takes a search comes last.
+// Most extents are not spares, so the checks that need a search come last.
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
                      std::uint64_t neededSectors) {
     const bool dedicated =

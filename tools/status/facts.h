@@ -7,6 +7,7 @@
 #include "snapshot/state.h"
 #include "snapshot/words.h"
 
+// Whether a RAID level survives the loss of a member. level: RaidLevel.
 bool isRedundant(std::uint8_t level);
 
 // Whether an operation on the controller was refused, so that a list may lack objects.
@@ -17,16 +18,16 @@ bool isRefused(const Controller& controller, std::string_view operation);
 bool hasAllDrives(const Controller& controller);
 bool hasAllLogicalDrives(const Controller& controller);
 
-// No adapter counts its enclosures.
+// Enclosures are not counted: their list is complete if no call for one failed.
 bool hasAllEnclosures(const Controller& controller);
 
 // Whether a drive that is not listed may be there. A listing that was refused halfway has all drives up to
 // its last one; one that is short may lack any.
 bool mayBeUnlisted(const Controller& controller, std::uint32_t number);
 
-bool hasBattery(const Controller& controller); // as far as it could be read
-std::uint8_t batteryState(const Controller& controller);
-std::int32_t batteryTenthsCelsius(const BatteryInfo& battery);
+bool hasBattery(const Controller& controller);                 // as far as it could be read
+std::uint8_t batteryState(const Controller& controller);       // BatteryState; 0 if it could not be read
+std::int32_t batteryTenthsCelsius(const BatteryInfo& battery); // tenths of a degree Celsius
 
 // A drive's text without the blanks that pad it; "unknown" if nothing is left.
 std::string knownText(std::string_view field);
@@ -38,10 +39,12 @@ std::string placeText(const Drive& drive);
 // "RAID5 of 400000 MB"
 std::string shapeOf(const LogicalDrive& drive);
 
+// "2.3.1.7"
 std::string versionText(const VersionNumber& version);
 
-// An accessible spare extent that can replace a member of the logical drive: a global or dedicated one,
-// large enough, on a drive that is not one of its members and is not being rebuilt as one.
+// Whether an extent is an accessible spare that can replace a member of the logical drive: a global one or
+// one dedicated to it, with enough sectors, on a drive that is neither one of its members nor being rebuilt
+// as one. The other function counts the drives with such extents.
 bool isSuitableSpare(const LogicalDrive& array, const Drive& drive, const ExtentEntry& extent,
                      std::uint64_t neededSectors);
 std::size_t countSuitableSpares(const Controller& controller, const LogicalDrive& array);

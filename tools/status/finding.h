@@ -57,6 +57,7 @@ Severity worseOf(Severity left, Severity right);
 // The worst severity of the findings: critical before unknown before warning before info.
 Severity worstSeverity(const Findings& findings);
 
+// The number of findings with exactly this severity.
 std::size_t countSeverity(const Findings& findings, Severity severity);
 
 // Exit status: 0, also for info, 1, 2 or 3.

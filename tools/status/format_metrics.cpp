@@ -1,4 +1,4 @@
-// Metrics in Prometheus' text format, and those of the whole host.
+// The Prometheus text format, and the metrics of the whole host.
 #include "snapshot/text.h"
 #include "tools/status/metrics.h"
 #include "tools/status/rules.h"

@@ -15,8 +15,8 @@ struct Limits {
     int fanStoppedRpm = 0; // a fan at this speed or below has stopped
 };
 
-// One threshold: its key in the file, where it is kept, its unit and what may be set. margin: added to it for
-// a reading that was a problem before, so that one that swings around it is not reported each time.
+// One threshold: its key in the file, its field, its unit and its range. margin: added to it for a reading
+// that was a problem before, so that one that swings around the threshold is not reported each time.
 struct LimitRow {
     const char* key;
     int Limits::*value;
@@ -36,7 +36,7 @@ inline constexpr LimitRow kLimitRows[] = {
     {"fan-stopped", &Limits::fanStoppedRpm, "revolutions per minute", 0, 100000, 100},
 };
 
-// The limits with their margins, as far as they can be set.
+// The limits with their margins added, within their ranges.
 Limits withMargins(Limits limits);
 
 // Applies the text of a limits file: lines "key = number", blank lines, and comments from "#" on.

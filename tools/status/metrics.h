@@ -1,4 +1,4 @@
-// Prometheus' text format: the families of metrics, one row each, and how a series is written.
+// The Prometheus text format: the families of metrics, one row each, and how a series is written.
 #pragma once
 
 #include <span>
@@ -10,11 +10,13 @@
 
 using Labels = std::vector<std::pair<const char*, std::string>>;
 
-// The series of one family, as they are written.
+// The output for the series of one family.
 struct Series {
     const char* family;
     std::string* text;
 };
+
+// Appends a line. The labels are escaped; the value is a number.
 void addSeries(Series* series, const Labels& labels, const std::string& value);
 
 struct MetricFamily {
@@ -30,5 +32,5 @@ std::span<const MetricFamily> driveMetrics();        // metrics_drives.cpp
 std::span<const MetricFamily> logicalDriveMetrics(); // metrics_arrays.cpp
 
 Labels controllerLabels(const Controller& controller);
-std::string yesNo(bool value); // "1" or "0"
-std::string ratio(std::uint32_t percent);
+std::string yesNo(bool value);            // "1" or "0"
+std::string ratio(std::uint32_t percent); // "0.42" for 42

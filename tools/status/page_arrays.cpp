@@ -87,7 +87,7 @@ static bool isMember(const LogicalDrive& drive, std::uint32_t number) {
                        [&](const Member& member) { return member.number == number; });
 }
 
-// A drive that is about to become a member.
+// A drive that is being rebuilt as a member, but is not listed as one yet.
 static Member newMember(const Drive& drive) {
     return {drive.number,
             false,

@@ -1,18 +1,10 @@
 // A controller on the HTML page: its own facts and battery; the other parts follow.
-#include <algorithm>
-
 #include "snapshot/text.h"
 #include "tools/status/facts.h"
 #include "tools/status/page_parts.h"
 #include "tools/status/rules.h"
 
 static constexpr char kUnread[] = "could not be read";
-
-bool wasRefused(const Controller& controller, std::string_view operation) {
-    return std::any_of(controller.faults.begin(), controller.faults.end(), [&](const Fault& fault) {
-        return fault.kind == FaultKind::refused && fault.operation == operation;
-    });
-}
 
 static std::string enabledText(bool enabled) {
     return enabled ? "enabled" : "disabled";

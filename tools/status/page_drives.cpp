@@ -42,9 +42,9 @@ void addDrives(const Report& report, const Controller& controller, std::string* 
         return;
     }
     *page +=
-        "<p>The strips show the space of each drive. A number is that of the logical drive it belongs to; GS "
-        "is "
-        "a global and DS a dedicated spare, F is free, X cannot be accessed.</p>\n<div class=\"cards\">\n";
+        "<p>The strips show the space of each drive. A number is that of the logical drive it belongs to; "
+        "GS is a global and DS a dedicated spare, F is free, X cannot be accessed.</p>\n"
+        "<div class=\"cards\">\n";
     for (const Drive& drive : controller.drives) {
         openCard(report, objectOf(controller, drive), "Drive " + std::to_string(drive.number), page);
         addDriveFacts(drive, page);

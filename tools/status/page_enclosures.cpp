@@ -37,7 +37,7 @@ static void addSlot(const Report& report, const Controller& controller, const Dr
     *page += "</li>\n";
 }
 
-// A drive that an incomplete list lacks may be there.
+// The slot may not be empty if the list of drives is incomplete.
 static void addEmptySlot(const Controller& controller, std::uint32_t channel, std::string* page) {
     *page += "<li class=\"slot empty\"><span class=\"where\">Channel " + std::to_string(channel) +
              "</span> " + (hasAllDrives(controller) ? "empty" : "no drive listed") + "</li>\n";
@@ -209,8 +209,8 @@ void addEnclosures(const Report& report, const Controller& controller, std::stri
         addOtherPlace(report, controller, id, page);
     const std::size_t places = controller.enclosures.size() + others.size();
     if (places == 0)
-        *page += wasRefused(controller, "q5_getEnclosureInfo") ? "<p>The enclosures could not be read.</p>\n"
-                                                               : "<p>There are no enclosures.</p>\n";
+        *page += isRefused(controller, "q5_getEnclosureInfo") ? "<p>The enclosures could not be read.</p>\n"
+                                                              : "<p>There are no enclosures.</p>\n";
     if (places != 1)
         addEmptyChannels(controller, page);
 }

@@ -25,7 +25,6 @@ void openCard(const Report& report, const Object& object, const std::string& htm
 void closeCard(std::string* page);
 
 // page_controller.cpp
-bool wasRefused(const Controller& controller, std::string_view operation);
 void addController(const Report& report, const Controller& controller, std::string* page);
 
 // page_arrays.cpp

@@ -1,4 +1,4 @@
-// The style sheet of the HTML page. After a change, update the digest, which the test prints.
+// The style sheet of the HTML page. Its digest must be updated with it; the test prints the new one.
 #include "tools/status/page.h"
 
 const char kPageStyle[] = R"css(

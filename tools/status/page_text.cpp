@@ -5,7 +5,7 @@
 #include "snapshot/text.h"
 #include "tools/status/page_parts.h"
 
-// Two at the end of each plane, and U+FDD0 to U+FDEF: HTML does not allow them.
+// Whether HTML forbids the character: the last two of each plane, and U+FDD0 to U+FDEF.
 static bool isNoncharacter(std::string_view character) {
     const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(character[at]); };
     if (character.size() == 3 && byte(0) == 0xEF && byte(1) == 0xB7)

@@ -21,7 +21,8 @@ static const Controller* findByDrives(const Snapshot& snapshot, const Controller
     return best;
 }
 
-// Each has most of the drives of the other.
+// The present controller that is the wanted one: each has more drives of the other than of any other
+// controller.
 static const Controller* findSame(const Snapshot& earlier, const Snapshot& now, const Controller& wanted) {
     const Controller* found = findByDrives(now, wanted);
     return found != nullptr && findByDrives(earlier, *found) == &wanted ? found : nullptr;
@@ -81,7 +82,7 @@ std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapsh
     return renumbering;
 }
 
-// Another number than that of a baseline is a fact about this number.
+// Whether the finding is about a number, not about the controller that has it: it stays with the number.
 static bool isAboutNumber(const Finding& finding) {
     return finding.object.kind == ObjectKind::host ||
            std::string_view(finding.rule->id) == "controller-renumbered";

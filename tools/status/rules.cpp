@@ -101,11 +101,6 @@ std::span<const Rule> baselineRules() {
     return kBaselineRules;
 }
 
-static int rank(const Finding& finding) {
-    static constexpr int ranks[] = {3, 2, 0, 1};
-    return ranks[static_cast<std::size_t>(finding.rule->severity)];
-}
-
 static void apply(std::span<const Rule> table, Evaluation* evaluation) {
     for (const Rule& rule : table) {
         evaluation->rule = &rule;
@@ -124,8 +119,8 @@ static std::ptrdiff_t position(const Rule* rule) {
 
 void sortFindings(Findings* findings) {
     std::stable_sort(findings->begin(), findings->end(), [](const Finding& left, const Finding& right) {
-        return rank(left) != rank(right) ? rank(left) < rank(right)
-                                         : position(left.rule) < position(right.rule);
+        const Severity one = left.rule->severity, other = right.rule->severity;
+        return one != other ? isWorse(one, other) : position(left.rule) < position(right.rule);
     });
 }
 

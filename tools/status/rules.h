@@ -39,7 +39,7 @@ void sortFindings(Findings* findings);
 // Applies the baseline rules only.
 Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 
-// Used by the rules' own sources.
+// For the sources of the rules. Adds a finding of the current rule. parts: see Finding.
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
                 std::optional<std::uint32_t> percent = std::nullopt);
 void addFindingOf(Evaluation* evaluation, const Object& object, std::vector<std::string> parts,

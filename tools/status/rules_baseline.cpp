@@ -165,7 +165,8 @@ void findMissingControllers(Evaluation* evaluation) {
             addFinding(evaluation, objectOf(earlier), "is missing");
 }
 
-// One that was counted, but not read, was there before; so may any if the library could not count them.
+// A controller that was counted but not read is not new. If the library could not count them, any may have
+// been there.
 static bool isNew(const Snapshot& baseline, std::uint32_t controllerId) {
     if (findController(baseline, controllerId) != nullptr)
         return areGone(baseline);

@@ -13,7 +13,7 @@ struct Place {
     const Drive* drive = nullptr;
 };
 
-// The same drive, where it was.
+// Whether it is the same drive in the same place.
 static bool isUnchanged(const Drive& earlier, const Drive* now) {
     return now != nullptr && serialOf(*now) == serialOf(earlier) &&
            now->info.channel == earlier.info.channel && now->info.enclosureId == earlier.info.enclosureId;
@@ -130,8 +130,8 @@ static bool hasSpare(const Drive& drive) {
     return std::any_of(all.begin(), all.end(), isSpare);
 }
 
-// The drives of one that have a spare and neither the number nor the serial of such a drive of the other: a
-// spare's drive that was replaced or moved is a change of that drive.
+// The drives with a spare of one controller state without a counterpart in the other, which has the same
+// number or serial: if a drive with a spare was replaced or moved, that is a change of the drive.
 static std::vector<std::uint32_t> otherSpares(const Controller& one, const Controller& other) {
     std::vector<std::uint32_t> numbers;
     for (const Drive& drive : one.drives)

@@ -51,7 +51,7 @@ static std::vector<std::uint32_t> uncheckedEnclosures(const Pair& pair) {
     return numbers;
 }
 
-// What the baseline lacks is not noticed when it disappears.
+// An object that the baseline lacks is not reported when it disappears.
 static void addIncomplete(Evaluation* evaluation, const Object& object, const std::string& words) {
     addFindingOf(evaluation, object, {words + " of the baseline"},
                  "the baseline may lack " + words + ": not all could be read when it was saved");

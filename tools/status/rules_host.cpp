@@ -15,7 +15,7 @@ static bool isDetail(const Fault& fault) {
            std::find(std::begin(details), std::end(details), fault.operation) != std::end(details);
 }
 
-// The operations that failed, and how; one that failed several times is counted.
+// A part of the finding for each fault: its operation and kind, numbered to tell repeated ones apart.
 static std::vector<std::string> operationsOf(const Faults& faults) {
     std::vector<std::string> operations;
     std::map<std::string, int> counts;
@@ -70,9 +70,9 @@ void findUnreadableDetails(Evaluation* evaluation) {
     findFaults(evaluation, true);
 }
 
-// "1.8.0.4 on controller 0, 1.8.0.5 on controller 1"
-using Versions = std::vector<std::pair<std::uint32_t, std::string>>; // by controller
+using Versions = std::vector<std::pair<std::uint32_t, std::string>>; // of each controller
 
+// "firmware versions differ: 1.8.0.4 on controller 0, 1.8.0.5 on controller 1"
 static void compareVersions(Evaluation* evaluation, const Versions& versions, const char* what) {
     std::string text;
     bool differ = false;

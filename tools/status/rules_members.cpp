@@ -6,15 +6,16 @@
 #include "tools/status/facts.h"
 #include "tools/status/rule_finders.h"
 
-// Whether both are the same controller. If no drive is listed now, only the number of controllers can tell.
+// Whether both are the same controller. If no drive is listed now, an unchanged number of controllers shows
+// it.
 static bool isSameController(const Evaluation& evaluation, const Controller& earlier, const Controller& now) {
     return countSharedDrives(earlier, now) > 0 ||
            (now.drives.empty() &&
             evaluation.baseline->controllerCount == evaluation.snapshot.controllerCount);
 }
 
-// The drive of this number in the baseline, which may still have what the controller no longer reports. That
-// of another controller is none: it would be pulled, and may be healthy.
+// The drive with this number in the baseline, which may still have what the controller no longer reports;
+// nullptr: none. A drive of another controller would be misleading: it may be healthy, and would be pulled.
 static const Drive* earlierDrive(const Evaluation& evaluation, const Controller& controller,
                                  std::uint32_t number) {
     const Controller* earlier =
@@ -26,7 +27,7 @@ static const Drive* earlierDrive(const Evaluation& evaluation, const Controller&
 
 enum class DriveRole { nothing, member, rebuildTarget };
 
-// The drive's extent in the logical drive.
+// What the drive is to the logical drive, by its extents.
 static DriveRole roleOf(const Controller& controller, std::uint32_t number, const LogicalDrive& array) {
     const Drive* drive = findDrive(controller, number);
     bool isMember = false;

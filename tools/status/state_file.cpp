@@ -84,7 +84,7 @@ static Findings findingsFrom(const std::string& text) {
     return findings;
 }
 
-// What formatState() starts with; a file that was cut off may have nothing left.
+// Whether the text starts like that of formatState(), however early it was cut off.
 static bool isOwn(const std::string& text) {
     static constexpr std::string_view start = "{\n  \"format\": ";
     return text.starts_with(start.substr(0, text.size()));
@@ -114,7 +114,7 @@ static std::string setAside(const std::string& path) {
     return printable(problem);
 }
 
-// Of a controller that this run has not read: the state keeps it.
+// Whether the finding is about a controller that this run has not read, and that stays in the kept state.
 static bool isUnread(const Finding& finding, const Snapshot& now, const Snapshot& kept) {
     const std::uint32_t id = finding.object.controller;
     return finding.object.kind != ObjectKind::host && !isMissingController(finding) &&

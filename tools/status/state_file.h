@@ -1,6 +1,6 @@
-// The file of --changes: the last known state, completed with what later runs could not read, and the
-// findings that were reported with it. Other limits, another baseline or other controllers make other
-// findings, so that they are kept, not derived again.
+// The file of --changes: the last known state, in which what a run could not read is kept from earlier ones,
+// and the findings that were reported with it. The findings are kept, not derived again: they depend on the
+// limits, the baseline and the controller that were chosen.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ enum class StateResult {
     unusable, // it may be another file
 };
 
-// The findings of an untrusted file are left out if none can be like that.
+// Findings of an untrusted file that no run can have written are left out.
 struct SavedState {
     StateResult result = StateResult::missing;
     Snapshot snapshot;

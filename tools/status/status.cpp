@@ -91,8 +91,8 @@ static std::string format(const Options& options, const Report& report) {
     }
 }
 
-// To the file of the format's option, or to standard output. Returns an error message,
-// empty on success.
+// Writes to the file of the format's option, or to standard output. Returns an error message, empty on
+// success.
 static std::string writeOutput(const Options& options, const std::string& text) {
     if (!options.output.empty())
         return replaceFile(options.output, text);
@@ -151,12 +151,12 @@ static int refuseAbsent(const Options& options) {
     return printError(options, "there is no controller " + std::to_string(*options.controller));
 }
 
-// A chosen controller that was there once is reported as missing once.
+// An absent controller is reported as missing, once, if an earlier run has read it.
 static int runChanges(const Options& options, const Report& report, const Snapshot* baseline, bool absent) {
     const SavedState saved = readSavedState(options.changes);
     if (absent && !isKnownController(saved.snapshot, saved.findings, *options.controller))
         return refuseAbsent(options);
-    Severity changed = Severity::info; // what disappeared is no finding of the present state
+    Severity changed = Severity::info; // the findings of the present state do not contain what disappeared
     const std::string problem = reportChanges(options, saved, report, baseline, &changed);
     if (!problem.empty())
         printError(options, problem);
@@ -164,7 +164,7 @@ static int runChanges(const Options& options, const Report& report, const Snapsh
     return exitStatus(worseOf(worseOf(changed, doubt), worstSeverity(report.findings)));
 }
 
-// The status of what could not be written would not reach whoever reads it.
+// A failure to write is unknown: the reader of the output does not get the status.
 static int runState(const Options& options, const Report& report) {
     const std::string problem = reportState(options, report);
     return problem.empty() ? exitStatus(worstSeverity(report.findings)) : printError(options, problem);
@@ -190,14 +190,14 @@ static int run(const Options& options) {
                                    : runChanges(options, report, compared, absent);
 }
 
-// Also abbreviated, and with an argument that it does not take.
+// Whether the word is --plugin, also abbreviated, or with an argument, which it does not take.
 static bool isPluginOption(std::string_view word) {
     static constexpr std::string_view name = "--plugin", shortest = "--pl";
     word = word.substr(0, word.find('='));
     return word.size() >= shortest.size() && name.starts_with(word);
 }
 
-// The options were refused, so that the format may not be known.
+// Searches the words themselves: the options were refused, so that the format may be unknown.
 static bool requestsPlugin(int argc, char** argv) {
     char** end = std::find_if(argv, argv + argc, [](std::string_view word) { return word == "--"; });
     return std::any_of(argv, end, isPluginOption);

@@ -20,8 +20,8 @@ std::string durationText(std::int64_t seconds) {
     return part(seconds, "second");
 }
 
-// Identifies a job. A logical drive may be renamed while it runs; one that was created by a command is
-// another one, whatever its ID.
+// Identifies a job, even if its logical drive is renamed while it runs. A logical drive that a command
+// created is not the captured one with the same ID.
 struct JobKey {
     std::size_t controller;
     std::uint8_t kind;     // one ActivityBit; 0: media patrol

@@ -9,12 +9,11 @@
 
 using TextLines = std::vector<std::string>;
 
-// A copy as captured, and when all jobs have ended, without and with the commands.
 struct Effects {
-    q5sim::World before;
-    q5sim::World expected;
-    q5sim::World end;
-    TextLines started; // jobs that the commands started or that follow from them
+    q5sim::World before;   // the copy as captured
+    q5sim::World expected; // when all its jobs have ended, without the commands
+    q5sim::World end;      // the same with the commands
+    TextLines started;     // jobs that the commands started or that follow from them
 };
 
 // after: the copy after the commands, at the time now.

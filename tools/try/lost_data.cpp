@@ -52,8 +52,8 @@ static std::string lossText(const q5sim::Controller& expected, const q5sim::Logi
     return "";
 }
 
-// The extents of a drive that may contain data but are not in use: of an unknown array, or of one that is
-// offline.
+// Whether the extent may contain data although it is not in use: it belongs to an unknown array, or to one
+// that is offline.
 static bool holdsOnlyCopy(const q5sim::Controller& controller, const q5sim::Extent& extent) {
     if (extent.use == q5sim::kUseForeign)
         return true;
@@ -75,7 +75,7 @@ static std::string extentName(std::size_t controller, const q5sim::Drive& drive,
            ", extent " + std::to_string(index);
 }
 
-// Extents of arrays that are still listed, or that this controller never listed.
+// The loss of a deleted array is reported as a whole, not by its extents.
 static void addLostExtents(const q5sim::World& before, std::size_t id, const q5sim::Controller& after,
                            TextLines* lines) {
     const q5sim::Controller& controller = before.controllers[id];
@@ -143,7 +143,8 @@ static void addLostProtection(const q5sim::Controller& expected, std::size_t id,
     }
 }
 
-// The adapters do not show whether such an extent is that of the lost member, or of another system.
+// Extents of members that count as lost. The adapters do not show whether such an extent is really that of
+// the lost member, or belongs to another system.
 static void addLostStale(const q5sim::Controller& expected, std::size_t id, const q5sim::Controller& after,
                          TextLines* lines) {
     for (const q5sim::LogicalDrive& array : expected.logicalDrives)

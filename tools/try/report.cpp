@@ -3,11 +3,11 @@
 //     cli-try-report [--incomplete] BEFORE AFTER REFUSED
 //     cli-try-report --refused WORLD
 //
-// REFUSED has a line for everything that was refused.
+// REFUSED has a line for each refused operation.
 // --incomplete: the copy lacks something, so that a loss may not be seen.
-// --refused: prints the operations that were refused, and removes them from the world: it holds few.
-// Exit status: 0 no data is lost, 1 data is lost, 2 none is lost but an operation was refused, 3 the files
-// cannot be read.
+// --refused: prints the operations that were refused, and removes them from the world, which has room for
+// few. Exit status: 0 no data is lost, 1 data is lost, 2 none is lost but an operation was refused, 3 the
+// files cannot be read.
 #include <cstdio>
 #include <cstring>
 #include <sstream>
@@ -15,17 +15,14 @@
 #include "simulator/engine/clock.h"
 #include "simulator/file/world_file.h"
 #include "simulator/file/world_json.h"
-#include "tools/capture/capture.h"
 #include "tools/try/effects.h"
 
 enum ExitStatus { kNothingLost = 0, kLost = 1, kRefused = 2, kUnreadable = 3 };
 
-static constexpr std::size_t kMaxFileSize = 16 * 1024 * 1024; // as of the simulated adapters
-
 static bool readWorld(const char* path, q5sim::World* world) {
     std::string text;
     q5sim::ValidationError error;
-    if (q5sim::readFile(path, kMaxFileSize, text) && q5sim::worldFromJson(text, *world, error))
+    if (q5sim::readFile(path, q5sim::kMaxWorldSize, text) && q5sim::worldFromJson(text, *world, error))
         return true;
     std::fprintf(stderr, "cli-try-report: cannot read %s\n", path);
     return false;
@@ -41,7 +38,7 @@ static void printLines(const char* title, const TextLines& lines, const char* no
         std::printf("  %s\n", none);
 }
 
-// They are removed from the world, so that the next command is reported alone.
+// Removes the refusals, so that those of the next command are reported separately.
 static int drainRefusals(const char* path) {
     q5sim::World world;
     if (!readWorld(path, &world))
@@ -57,7 +54,7 @@ static int drainRefusals(const char* path) {
 
 static bool readLines(const char* path, TextLines* lines) {
     std::string text;
-    if (!q5sim::readFile(path, kMaxFileSize, text))
+    if (!q5sim::readFile(path, q5sim::kMaxWorldSize, text))
         return false;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);)
@@ -67,7 +64,7 @@ static bool readLines(const char* path, TextLines* lines) {
 
 static int report(const q5sim::World& before, const q5sim::World& after, const TextLines& refused,
                   bool incomplete) {
-    const Effects effects = followEffects(before, after, q5sim::scaledTime(after, captureTime()));
+    const Effects effects = followEffects(before, after, q5sim::scaledTime(after, q5sim::currentRealTime()));
     const TextLines lost = lostData(effects);
     printLines("What the adapters would log", loggedEvents(before, after), nullptr);
     printLines("What would be refused", refused, nullptr);

@@ -16,7 +16,7 @@ struct BarLine {
     std::size_t filled;                                     // percent
 };
 
-// The three-byte characters from U+1100 on are where the wide ones begin.
+// Wide characters begin at U+1100, whose UTF-8 has three bytes.
 std::size_t columnsOf(std::string_view text) {
     std::size_t columns = 0;
     while (!text.empty()) {

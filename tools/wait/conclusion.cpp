@@ -5,8 +5,8 @@
 
 #include "tools/wait/texts.h"
 
-// A new array may get number and array ID of a deleted one. What else shows that it is another one; empty:
-// nothing does. One that is not online may report no size.
+// A new array may get the number and the array ID of a deleted one. What else shows that it is another one;
+// empty: nothing does. One that is not online may report no size.
 static std::string differenceText(const Watch& watch, const Target& before, const SeenArray& now) {
     if (now.target.name != before.name)
         return " is now named \"" + now.target.name + "\"";

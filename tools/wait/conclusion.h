@@ -3,5 +3,6 @@
 
 #include "tools/wait/watch.h"
 
-// Appends the messages. If no activity has ended, all selected logical drives are checked.
+// Checks the objects whose activities have ended or, if there are none, all selected logical drives. Appends
+// messages about them. Returns finished or notOnline.
 WaitStatus conclude(Watch* watch, const View& view);

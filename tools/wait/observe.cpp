@@ -13,7 +13,7 @@ static const Activity* findActivity(const LogicalDrive& drive, unsigned kind) {
     return nullptr;
 }
 
-// The status byte decides which activities there are. The progress of one may be unreadable.
+// The status byte shows which activities there are. Their progress may be unreadable.
 static void addActivities(const Options& options, const LogicalDrive& drive, const Target& target,
                           View* view) {
     for (unsigned kind = 1; kind < kMediaPatrol; kind <<= 1)
@@ -68,7 +68,7 @@ static std::string shortListText(std::size_t count, std::size_t listed, const ch
     return listed < count ? "counts " + counted(count, word) + ", but lists " + counted(listed, word) : "";
 }
 
-// What is missing of the selected lists, by the controller's own counts.
+// Which of the selected lists is shorter than the controller's own count; empty: none.
 static std::string shortListsText(const Options& options, const Controller& controller) {
     std::string text;
     if (controller.info && (options.kinds & kMediaPatrol) != 0)

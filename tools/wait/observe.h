@@ -24,7 +24,7 @@ struct Target {
     ArrayShape shape = {};    // of a logical drive
 };
 
-// Name and shape can be changed while the object stays the same; its activities go on.
+// Name and shape are not compared: a logical drive can be renamed or migrated while its activities continue.
 inline bool operator==(const Target& left, const Target& right) {
     return left.controller == right.controller && left.isDrive == right.isDrive &&
            left.number == right.number && left.array == right.array;
@@ -59,5 +59,5 @@ struct View {
 // The adapters must be open. Reads the logical drives, and the drives if media patrol is selected.
 View observe(const Options& options, std::uint32_t controllerCount);
 
-// The part of it that concerns one controller.
+// Adds the selected objects and activities of one controller.
 void addController(const Options& options, const Controller& controller, View* view);

@@ -57,7 +57,7 @@ static OptionsResult readKind(const OptionRow& row, const char* text, unsigned* 
     return refuseValue(row, text, "init, sync, rc, migrate, rb, mp or any");
 }
 
-// Whole seconds, with up to three decimals.
+// Parses seconds with up to three decimals, from 0.1 to 86400.
 static bool readMilliseconds(const std::string& text, std::int64_t* milliseconds) {
     const std::size_t point = text.find('.');
     std::string decimals = point == std::string::npos ? "" : text.substr(point + 1);

@@ -17,4 +17,5 @@ struct Options {
     bool pausedToo = false;
 };
 
+// Reads the command line. done: --help or --version was answered; usage: it was refused with a message.
 OptionsResult readOptions(int argc, char** argv, Options* options);

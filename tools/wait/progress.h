@@ -18,12 +18,12 @@ struct Progress {
     std::deque<ProgressStep> steps;  // the latest ones
 };
 
-// A percentage was read; empty if the adapter reported none. A lower one than before, or a pause, starts the
-// observation over.
+// Adds a reading; empty: the adapter reported no percentage. One that is lower than before, or a pause,
+// starts the observation over.
 void observeProgress(Progress* progress, std::optional<unsigned> percent, bool paused, std::int64_t now);
 
 // Percent per millisecond; empty until two steps were seen.
 std::optional<double> progressRate(const Progress& progress, std::int64_t now);
 
-// Milliseconds until the end at this rate.
+// Milliseconds until the end at this rate; empty if the rate is unknown, or the end is more than a year away.
 std::optional<std::int64_t> timeLeft(const Progress& progress, std::int64_t now);

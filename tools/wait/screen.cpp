@@ -18,9 +18,9 @@
 static constexpr char kHideCursor[] = "\x1b[?25l";
 static constexpr char kShowCursor[] = "\x1b[?25h";
 
-// Of the terminal; shared with the handlers of signals.
+// The state of the terminal, shared with the signal handlers.
 static volatile std::sig_atomic_t cursorHidden = 0;
-static volatile std::sig_atomic_t wasStopped = 0; // others may have printed since
+static volatile std::sig_atomic_t wasStopped = 0; // other programs may have printed since
 
 static bool writeAll(const char* text, std::size_t size) {
     while (size > 0) {
@@ -80,7 +80,7 @@ static void handle(int signal, void (*handler)(int)) {
         sigaction(signal, &action, nullptr);
 }
 
-// The terminal's type counts too: a dumb terminal cannot move its cursor.
+// Whether standard output is a terminal that can move its cursor.
 static bool isCapable() {
     const char* type = std::getenv("TERM");
     return isatty(STDOUT_FILENO) != 0 && type != nullptr && *type != '\0' && std::strcmp(type, "dumb") != 0;

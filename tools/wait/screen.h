@@ -18,9 +18,10 @@ struct Screen {
 void openScreen(Screen* screen);
 void closeScreen(Screen* screen);
 
-// For the handlers of signals that end the program: shows the cursor, below the display.
+// For handlers of signals that end the program: shows the cursor below the display. Async-signal-safe.
 void leaveDisplay();
 
+// 80 columns and 24 rows if the terminal does not report its size.
 ScreenSize screenSize();
 
 // Replaces the display with these lines, which stay, and a new display below them. Returns whether it could

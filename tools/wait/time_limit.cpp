@@ -21,7 +21,7 @@ static void setTimer(std::int64_t milliseconds) {
 }
 
 extern "C" {
-// It interrupts a call of the adapter library, so that nothing may be used that is not safe in a handler.
+// Only async-signal-safe functions: the signal may interrupt a call of the adapter library.
 static void endOnLimit(int) {
     leaveDisplay();
     const ssize_t written = write(STDERR_FILENO, kMessage, sizeof kMessage - 1);

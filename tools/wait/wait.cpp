@@ -81,7 +81,7 @@ static std::int64_t nextReading(const Session& session) {
     return watch.options.timeout ? std::min(next, watch.start + *watch.options.timeout) : next;
 }
 
-// Adapters that answer slowly have at least this time, even if less is left.
+// Slow adapters get at least this time to answer, even if less is left.
 static constexpr std::int64_t kLeastLimit = 10 * kSecond;
 
 // elapsed: since the wait began.
@@ -103,7 +103,7 @@ static View observeInTime(const Session& session) {
     return view;
 }
 
-// A selected object that does not exist is a usage error.
+// Whether the selected logical drive does not exist, which is a usage error.
 static bool isMissing(const Options& options, const View& view) {
     return options.logicalDrive && view.problem.empty() && view.arrays.empty();
 }

@@ -7,7 +7,7 @@
 #include "tools/wait/texts.h"
 
 static constexpr unsigned kMaxFailures = 3;
-static constexpr std::int64_t kReportPeriod = 60'000;
+static constexpr std::int64_t kReportPeriod = 60'000; // milliseconds
 
 static void addMessage(Watch* watch, const std::string& text) {
     watch->messages.push_back({false, text});

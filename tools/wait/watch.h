@@ -6,7 +6,7 @@
 #include "tools/wait/observe.h"
 #include "tools/wait/progress.h"
 
-// The exit statuses of the program; a wait that is not over has none.
+// The exit statuses of the program, and waiting for a wait that is not over.
 enum class WaitStatus {
     finished = 0,
     notOnline = 1,
@@ -38,14 +38,14 @@ struct Watch {
     std::int64_t start = 0;  // of the wait
     bool started = false;    // a reading has succeeded
     bool confirming = false; // the last reading showed no activity
-    unsigned failures = 0;   // of readings, in a row
+    unsigned failures = 0;   // consecutive failed readings
     std::vector<Track> tracks;
     std::vector<Target> ended;     // objects whose activity has ended
     std::vector<Target> migrated;  // logical drives that were migrating, whether or not that is waited for
     std::vector<Message> messages; // of the last step
 };
 
-// Handles a reading made at this time of a monotonic clock, in milliseconds.
+// Handles a reading made at the time now, in milliseconds of a monotonic clock. Replaces the messages.
 WaitStatus handleView(Watch* watch, const View& view, std::int64_t now);
 
 // The lines of percentages that are due: the first one of each activity, then one for each changed

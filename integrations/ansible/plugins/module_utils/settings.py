@@ -15,7 +15,7 @@ A target is one object whose settings can be changed, as a dictionary:
   controller  ID of its controller
   select      words of cli that select it, "-a mod" included
   record      its settings in the snapshot; None if they could not be read
-  wanted      desired values by option, those without a wish left out
+  wanted      desired values by option; the other options keep their values
 """
 from ansible_collections.sataraid.cli.plugins.module_utils import programs
 
@@ -88,6 +88,15 @@ def incomplete_list(module, snapshot, every):
         if one["info"] is None or one["info"][count] != len(one[key]):
             return f"{every} of controller {one['id']}"
     return ""
+
+
+def require_one(module, kind, wanted, found):
+    """Fails unless exactly one target was found."""
+    if not found:
+        module.fail_json(msg=f"there is no {kind} {wanted}")
+    if len(found) > 1:
+        module.fail_json(msg=f"this is not one {kind}, but "
+                             + ", ".join(one["name"] for one in found))
 
 
 def plan(module, table, targets):

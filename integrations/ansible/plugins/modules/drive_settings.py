@@ -117,12 +117,7 @@ def selected(module, targets):
         return targets
     found = [target for target in targets
              if target["number"] == number or target["identity"] == serial]
-    if not found:
-        module.fail_json(msg="there is no drive "
-                             + (serial or str(number)))
-    if len(found) > 1:
-        module.fail_json(msg="this is not one drive, but "
-                             + ", ".join(one["name"] for one in found))
+    settings.require_one(module, "drive", serial or number, found)
     return found
 
 

@@ -11,7 +11,7 @@ description:
   - The page also shows where firmware and driver versions differ, and which
     drives are of one batch, since these tend to fail together.
   - Runs on the control node. No string of a host is trusted; what HTML or a
-    terminal could take for its own is escaped.
+    terminal would interpret is escaped.
 options:
   snapshots:
     description: Directory with the snapshots, C(HOST.json) for each host.

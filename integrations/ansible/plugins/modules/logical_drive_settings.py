@@ -139,12 +139,8 @@ def selected(module, targets):
     found = [target for target in targets
              if target["number"] == number
              or name is not None and has_name(target, name)]
-    if not found:
-        module.fail_json(msg="there is no logical drive "
-                             + (str(number) if name is None else name))
-    if len(found) > 1:
-        module.fail_json(msg="this is not one logical drive, but "
-                             + ", ".join(one["name"] for one in found))
+    settings.require_one(module, "logical drive",
+                         number if name is None else name, found)
     return found
 
 

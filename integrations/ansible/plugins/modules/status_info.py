@@ -23,7 +23,7 @@ options:
     type: path
   full:
     description:
-      - Whether I(snapshot) is in the result. It has some 40 kB for a host
+      - Whether I(snapshot) is in the result. It takes about 40 kB for a host
         with twelve drives, which the control node keeps to the end of the
         playbook.
     type: bool
