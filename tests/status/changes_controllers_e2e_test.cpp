@@ -10,8 +10,8 @@ static const std::string kMissing0 = "critical: controller 0: is missing\n";
 static const std::string kMissing1 = "critical: controller 1: is missing\n";
 static const std::string kFound0 = "info: no longer: controller 0: is missing\n";
 static const std::string kFound1 = "info: no longer: controller 1: is missing\n";
-static const std::string kNew0 = "info: controller 0: is new\n";
-static const std::string kNew1 = "info: controller 1: is new\n";
+static const std::string kBack0 = "info: controller 0: is back\n";
+static const std::string kBack1 = "info: controller 1: is back\n";
 
 // Two controllers, which are in the baseline.
 struct ChangesOfControllers : Changes {
@@ -48,7 +48,7 @@ TEST_F(ChangesOfControllers, ReportOnceThatAllAreMissing) {
     expectAgainst("1", 2, "");
     expectAgainst(2, "");
     restoreAll();
-    expectAgainst(0, kNew0 + kNew1 + kFound0 + kFound1 + kNoneAnymore);
+    expectAgainst(0, kBack0 + kBack1 + kFound0 + kFound1 + kNoneAnymore);
     expectAgainst(0, "");
 }
 
@@ -60,7 +60,7 @@ TEST_F(ChangesOfControllers, ReportOnceThatOneIsMissing) {
     expectAgainst("1", 2, "");
     expectAgainst(2, "");
     restoreAll();
-    expectAgainst(0, kNew1 + kFound1);
+    expectAgainst(0, kBack1 + kFound1);
     expectAgainst(0, "");
 }
 
@@ -73,9 +73,9 @@ TEST_F(ChangesOfControllers, ReportMissingOnesOneByOne) {
     expectAgainst("1", 2, kMissing1);
     expectAgainst(2, "");
     restoreAll();
-    expectAgainst("1", 0, kNew1 + kFound1 + kNoneAnymore);
+    expectAgainst("1", 0, kBack1 + kFound1 + kNoneAnymore);
     expectAgainst("1", 0, "");
-    expectAgainst("0", 0, kNew0 + kFound0);
+    expectAgainst("0", 0, kBack0 + kFound0);
     expectAgainst(0, "");
 }
 
@@ -100,7 +100,7 @@ TEST_F(ChangesOfControllers, StayMissingWhileTheLibraryFails) {
     expectAgainst(2, "unknown: " + kNone + "info: no longer: " + fault);
     expectAgainst(2, "");
     restoreAll();
-    expectAgainst(0, kNew0 + kNew1 + kFound0 + kFound1 + kNoneAnymore);
+    expectAgainst(0, kBack0 + kBack1 + kFound0 + kFound1 + kNoneAnymore);
 }
 
 // Whether a controller is missing does not depend on its drives.
@@ -114,14 +114,14 @@ TEST_F(ChangesOfControllers, AreFoundThoughTheirDrivesCannotBeListed) {
     expectAgainst(2, kMissing0 + "unknown: " + kNone);
     world["controllers"] = present;
     refuse("q5_getPhyDrvInfo");
-    expectAgainst(3, kNew0 + "unknown: " + fault + kFound0 + kNoneAnymore);
+    expectAgainst(3, kBack0 + "unknown: " + fault + kFound0 + kNoneAnymore);
     refuseNothing();
     expectAgainst(0, "info: no longer: " + fault);
 }
 
 // Without a baseline.
 
-TEST_F(ChangesOfControllers, AreNewOnceInRunsOfOne) {
+TEST_F(ChangesOfControllers, AreBackOnceInRunsOfOne) {
     const std::pair<std::string, std::string> runs[] = {{"0", "1"}, {"1", "0"}};
     for (const auto& [chosen, other] : runs) {
         SCOPED_TRACE(chosen);
@@ -130,10 +130,10 @@ TEST_F(ChangesOfControllers, AreNewOnceInRunsOfOne) {
         removeAll();
         expectChanges(2, kMissing0 + kMissing1 + "unknown: " + kNone);
         restoreAll();
-        expectOf(chosen, 0, "info: controller " + chosen + ": is new\n" + kNoneAnymore);
+        expectOf(chosen, 0, "info: controller " + chosen + ": is back\n" + kNoneAnymore);
         expectOf(chosen, 0, "");
         expectOf(chosen, 0, "");
-        expectChanges(0, "info: controller " + other + ": is new\n");
+        expectChanges(0, "info: controller " + other + ": is back\n");
         expectChanges(0, "");
     }
 }
@@ -145,9 +145,9 @@ TEST_F(ChangesOfControllers, AreComparedAlthoughAnotherOneWasReadFirst) {
     expectChanges(2, kMissing0 + kMissing1 + "unknown: " + kNone);
     restoreAll();
     controller()["drives"][0]["smartFailure"] = true;
-    expectOf("1", 0, kNew1 + kNoneAnymore);
+    expectOf("1", 0, kBack1 + kNoneAnymore);
     expectOf("0", 1,
-             kNew0 +
+             kBack0 +
                  "warning: drive 1 of controller 0: predicts its failure (SMART); channel 0, enclosure 0, "
                  "serial S0001\n");
     expectChanges(1, "");
@@ -159,10 +159,10 @@ TEST_F(ChangesOfControllers, AreNotMissingAgainWhenOnlyOneIsBack) {
     expectChanges(2, kMissing0 + kMissing1 + "unknown: " + kNone);
     restoreAll();
     world["controllers"].erase(1);
-    expectOf("0", 0, kNew0 + kNoneAnymore);
+    expectOf("0", 0, kBack0 + kNoneAnymore);
     expectChanges(0, "");
     restoreAll();
-    expectChanges(0, kNew1);
+    expectChanges(0, kBack1);
     expectChanges(0, "");
 }
 
@@ -174,7 +174,7 @@ TEST_F(ChangesOfControllers, KeepTheirVersionsWhileNoneIsFound) {
     removeAll();
     expectChanges(2, kMissing0 + kMissing1 + "unknown: " + kNone);
     restoreAll();
-    expectChanges(0, kNew0 + kNew1 + kNoneAnymore);
+    expectChanges(0, kBack0 + kBack1 + kNoneAnymore);
     expectChanges(0, "");
 }
 
@@ -182,9 +182,9 @@ TEST_F(ChangesOfControllers, AreNewOnceIfTheFirstStateHasNone) {
     removeAll();
     expectChanges(3, "unknown: " + kNone);
     restoreAll();
-    expectOf("1", 0, kNew1 + kNoneAnymore);
+    expectOf("1", 0, "info: controller 1: is new\n" + kNoneAnymore);
     expectOf("1", 0, "");
-    expectChanges(0, kNew0);
+    expectChanges(0, "info: controller 0: is new\n");
     expectChanges(0, "");
 }
 

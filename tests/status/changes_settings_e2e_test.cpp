@@ -11,7 +11,7 @@ static const std::string kSpareBack =
     "info: no longer: controller 0: has 0 spares; it had 1\n";
 static const std::string kNone = "this host: no controller is found\n";
 static const std::string kMissing1 = "critical: controller 1: is missing\n";
-static const std::string kNew1 = "info: controller 1: is new\n";
+static const std::string kBack1 = "info: controller 1: is back\n";
 
 static std::string warmth(int controllerId) {
     return "enclosure 0 of controller " + std::to_string(controllerId) +
@@ -26,7 +26,12 @@ struct ChangesOfSettings : Changes {
         Changes::SetUp();
         writeFile(limits, "enclosure-warm = 32\n");
     }
-    void addController() { world["controllers"].push_back(controller()); }
+    // It has drives of its own.
+    void addController() {
+        world["controllers"].push_back(controller());
+        for (Json& drive : world["controllers"].back()["drives"])
+            drive["serial"] = "T" + drive["serial"].get<std::string>();
+    }
     void expectLimited(int status, const std::string& output) {
         expect({"--changes", kept, "--limits", limits}, status, output);
     }
@@ -150,7 +155,7 @@ TEST_F(ChangesOfSettings, ReportOnceThatTheChosenControllerIsGone) {
     expectChanges(0, "");
     expectOf("1", 3, "");
     addController();
-    expectOf("1", 0, kNew1);
+    expectOf("1", 0, kBack1);
     expectOf("1", 0, "");
 }
 
@@ -161,7 +166,7 @@ TEST_F(ChangesOfSettings, ReportOnceInRunsOfAllThatAControllerIsGone) {
     expectChanges(2, kMissing1);
     expectOf("1", 3, "");
     addController();
-    expectChanges(0, kNew1);
+    expectChanges(0, kBack1);
     expectOf("1", 0, "");
 }
 
@@ -172,7 +177,7 @@ TEST_F(ChangesOfSettings, ReportOnceThatTheOnlyControllerIsGone) {
     expectOf("0", 2, "critical: controller 0: is missing\nunknown: " + kNone);
     expectOf("0", 3, "");
     world["controllers"] = present;
-    expectOf("0", 0, "info: controller 0: is new\ninfo: no longer: " + kNone);
+    expectOf("0", 0, "info: controller 0: is back\ninfo: no longer: " + kNone);
     expectOf("0", 0, "");
 }
 

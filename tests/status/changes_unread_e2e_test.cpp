@@ -282,7 +282,7 @@ TEST_F(Changes, ReportOnceThatThereIsNoController) {
     world["controllers"] = present;
     controller()["drives"].erase(2);
     expectChanges(1, kSpareGone +
-                         "info: controller 0: is new\n"
+                         "info: controller 0: is back\n"
                          "info: logical drive 0 Data of controller 0: has no spare\n"
                          "info: no longer: " +
                          none);
@@ -310,7 +310,7 @@ TEST_F(Changes, DoNotReportControllersAsNewThatCannotBeRead) {
                      "info: no longer: this host: no controller is found\n");
     refuseNothing();
     world["controllers"] = present;
-    expectChanges(0, "info: controller 0: is new\n"
+    expectChanges(0, "info: controller 0: is back\n"
                      "info: no longer: this host: q5_initialize failed with result 1\n");
 }
 

@@ -1,36 +1,9 @@
 // cli-status: controllers that have another number than before, because one before them is gone or is new.
-#include "tests/status/history.h"
+#include "tests/status/three_controllers.h"
 
-static std::string isMissing(int number, const std::string& name) {
-    return "critical: this host: the former controller " + std::to_string(number) +
-           " is missing, with 3 drives, logical drive 0 " + name + "\n";
-}
-static std::string wasNumber(int now, int former) {
-    const std::string text = ": has another number; it was controller " + std::to_string(former) + "\n";
-    return "info: controller " + std::to_string(now) + text;
-}
 static const std::string kOneProblem = "1 problem, critical\n";
 
-// Three controllers, each with drives of its own.
-struct Renumbered : Changes {
-    Json three;
-
-    void SetUp() override {
-        Changes::SetUp();
-        add("T", "Second");
-        add("U", "Third");
-        three = world["controllers"];
-        saveBaseline();
-        expectChanges(0, "");
-    }
-    void add(const std::string& serials, const std::string& name) {
-        Json added = controller();
-        int number = 0;
-        for (Json& drive : added["drives"])
-            drive["serial"] = serials + std::to_string(++number);
-        added["logicalDrives"][0]["name"] = name;
-        world["controllers"].push_back(added);
-    }
+struct Renumbered : ThreeControllers {
     // Without the lines of the controllers.
     void expectReport(int status, const std::string& output) {
         session.useWorld(world.dump());
@@ -42,8 +15,6 @@ struct Renumbered : Changes {
         EXPECT_EQ(outcome.status, status);
         EXPECT_EQ(outcome.out, expected + output);
     }
-    void remove(std::size_t number) { world["controllers"].erase(number); }
-    void restore() { world["controllers"] = three; }
 };
 
 TEST_F(Renumbered, FirstControllerIsMissing) {
@@ -78,7 +49,7 @@ TEST_F(Renumbered, FindingsFollow) {
     remove(0);
     expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2));
     restore();
-    expectChanges(1, wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n");
+    expectChanges(1, wasNumber(1, 0) + wasNumber(2, 1) + isBack(0));
 }
 
 TEST_F(Renumbered, ControllerIsBack) {
@@ -88,7 +59,7 @@ TEST_F(Renumbered, ControllerIsBack) {
     expect({"--changes", kept, "--baseline", before}, 2, "");
     restore();
     expect({"--changes", kept, "--baseline", before}, 0,
-           wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n" +
+           wasNumber(1, 0) + wasNumber(2, 1) + isBack(0) +
                "info: no longer: this host: the former controller 0 is missing, with 3 drives, logical "
                "drive 0 Data\n" +
                "info: no longer: controller 0: has another number; it was controller 1\n" +
@@ -146,12 +117,11 @@ TEST_F(Renumbered, NoControllerWasFoundMeanwhile) {
     EXPECT_EQ(session.run({"--changes", kept}).status, 2);
     restore();
     remove(0);
-    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2) +
-                         "info: controller 0: is new\ninfo: controller 1: is new\n" +
+    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2) + isBack(0) + isBack(1) +
                          "info: no longer: this host: no controller is found\n");
     expectChanges(0, "");
     restore();
-    expectChanges(0, wasNumber(1, 0) + wasNumber(2, 1) + "info: controller 0: is new\n");
+    expectChanges(0, wasNumber(1, 0) + wasNumber(2, 1) + isBack(0));
     expectChanges(0, "");
 }
 

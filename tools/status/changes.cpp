@@ -259,15 +259,20 @@ static bool isAboutNumbers(const Finding& finding) {
     return id == "former-controller-missing" || id == "controller-renumbered";
 }
 
-// Counts the controllers that a run has kept although it found none, or could not count them.
+std::uint32_t countEarlier(const Snapshot& earlier) {
+    return earlier.controllerCount == 0 || !earlier.faults.empty()
+               ? static_cast<std::uint32_t>(earlier.controllers.size())
+               : earlier.controllerCount;
+}
+
 static Snapshot withAllCounted(Snapshot earlier) {
-    if (earlier.controllerCount == 0 || !earlier.faults.empty())
-        earlier.controllerCount = static_cast<std::uint32_t>(earlier.controllers.size());
+    earlier.controllerCount = countEarlier(earlier);
     earlier.faults.clear();
     return earlier;
 }
 
-Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved) {
+Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved,
+                    std::vector<Controller>* missing) {
     const Snapshot complete = withAllCounted(*earlier);
     const std::optional<Renumbering> renumbering = findRenumbering(complete, now);
     if (!renumbering)
@@ -276,6 +281,7 @@ Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved) {
     std::erase_if(differences, [](const Finding& each) { return !isAboutNumbers(each); });
     *saved = inPresentNumbers(*renumbering, *saved);
     *earlier = renumbering->earlier;
+    *missing = renumbering->missing;
     return findingLines(differences);
 }
 
@@ -291,7 +297,8 @@ Lines changeLines(const Snapshot* earlier, const Snapshot& now, const Limits& li
         return findChanges(nullptr, now, limits, baseline, nullptr).lines;
     Snapshot followed = *earlier;
     Findings none;
-    Lines lines = followNumbers(now, &followed, &none);
+    std::vector<Controller> missing;
+    Lines lines = followNumbers(now, &followed, &none, &missing);
     addLines(findChanges(&followed, now, limits, baseline, nullptr).lines, &lines);
     return lines;
 }

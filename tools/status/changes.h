@@ -33,8 +33,12 @@ Changes findChanges(const Snapshot* earlier, const Snapshot& now, const Limits& 
                     const Snapshot* baseline, const Findings* saved);
 
 // Gives the earlier state and its findings the present numbers of the controllers. Returns which have
-// changed.
-Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved);
+// changed; missing: whose number another one has now.
+Lines followNumbers(const Snapshot& now, Snapshot* earlier, Findings* saved,
+                    std::vector<Controller>* missing);
+
+// How many controllers there were. A run that found none, or could not count them, has kept those before.
+std::uint32_t countEarlier(const Snapshot& earlier);
 
 // Adds the lines that are not there yet.
 void addLines(const Lines& added, Lines* lines);

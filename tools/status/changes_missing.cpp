@@ -22,8 +22,10 @@ static Finding missingController(std::uint32_t controller) {
     return controllerFinding("controller-missing", controller, "is missing");
 }
 
-static Finding newController(std::uint32_t controller) {
-    return controllerFinding("controller-new", controller, "is new");
+// One whose earlier state is known is back.
+static Finding newController(const Snapshot& earlier, std::uint32_t controller) {
+    const bool isKnown = findController(earlier, controller) != nullptr;
+    return controllerFinding("controller-new", controller, isKnown ? "is back" : "is new");
 }
 
 static void addOnce(const Finding& finding, Findings* findings) {
@@ -65,7 +67,10 @@ Findings compareWithKept(const Snapshot& earlier, const Findings& saved, const S
     Findings differences = compare(known, withoutMissing(earlier, saved, now));
     for (const Controller& each : now.controllers)
         if (persists(saved, missingController(each.id)))
-            addOnce(newController(each.id), &differences);
+            addOnce(newController(earlier, each.id), &differences);
+    for (Finding& each : differences)
+        if (isRule(*each.rule, "controller-new"))
+            each = newController(earlier, each.object.controller);
     sortFindings(&differences);
     return differences;
 }

@@ -5,6 +5,7 @@
 
 #include "snapshot/snapshot.h"
 #include "tools/status/finding.h"
+#include "tools/status/former.h"
 #include "tools/status/limits.h"
 
 struct Report {
@@ -21,10 +22,12 @@ struct TextStyle {
 
 std::string formatText(const Report& report, const TextStyle& style);
 std::string formatJson(const Report& report);
-std::string formatState(const Report& report); // the same with the parts of the findings, for a later run
 std::string formatPlugin(const Report& report);
 std::string pluginProblem(const std::string& problem); // the line printed when there is no report
 std::string formatMetrics(const Report& report);
+
+// For a later run: the same with the parts of the findings, and the former controllers.
+std::string formatState(const Report& report, const FormerControllers& former);
 
 // Every object of a controller, a line each.
 std::string formatObjects(const Controller& controller);

@@ -42,10 +42,26 @@ std::string formatJson(const Report& report) {
     return documentOf(reportToJson(report));
 }
 
-std::string formatState(const Report& report) {
+static Json findingsWithParts(const Findings& findings) {
+    Json list = Json::array();
+    for (const Finding& each : findings) {
+        list.push_back(findingToJson(each));
+        if (!each.parts.empty())
+            list.back()["parts"] = each.parts;
+    }
+    return list;
+}
+
+static Json formerToJson(const FormerController& former) {
+    Json json = {{"missing", former.missing}, {"findings", findingsWithParts(former.findings)}};
+    json.update(snapshotToJson({1, {former.controller}, {}}));
+    return json;
+}
+
+std::string formatState(const Report& report, const FormerControllers& former) {
     Json json = reportToJson(report);
-    for (std::size_t i = 0; i < report.findings.size(); ++i)
-        if (!report.findings[i].parts.empty())
-            json["findings"][i]["parts"] = report.findings[i].parts;
+    json["findings"] = findingsWithParts(report.findings);
+    for (const FormerController& each : former)
+        json["formerControllers"].push_back(formerToJson(each));
     return documentOf(json);
 }

@@ -7,8 +7,7 @@
 #include "tools/status/facts.h"
 #include "tools/status/rules.h"
 
-// The controller that has most of the drives; nullptr if none has any.
-static const Controller* findByDrives(const Snapshot& snapshot, const Controller& wanted) {
+const Controller* findByDrives(const Snapshot& snapshot, const Controller& wanted) {
     const Controller* best = nullptr;
     std::size_t most = 0;
     for (const Controller& each : snapshot.controllers) {
@@ -88,8 +87,8 @@ static bool isAboutNumber(const Finding& finding) {
            std::string_view(finding.rule->id) == "controller-renumbered";
 }
 
-static Object inPresentNumbers(const Renumbering& renumbering, Object object) {
-    object.controller = presentNumber(renumbering, object.controller);
+static Object withNumber(Object object, std::uint32_t number) {
+    object.controller = number;
     if (object.kind == ObjectKind::controller || object.kind == ObjectKind::battery)
         object.number = object.controller;
     return object;
@@ -102,8 +101,19 @@ Findings inPresentNumbers(const Renumbering& renumbering, const Findings& findin
             present.push_back(each);
         else if (!isMissing(renumbering, each.object.controller)) {
             present.push_back(each);
-            present.back().object = inPresentNumbers(renumbering, each.object);
+            present.back().object =
+                withNumber(each.object, presentNumber(renumbering, each.object.controller));
         }
     }
+    return present;
+}
+
+Findings inPresentNumber(const NumberChange& change, const Findings& findings) {
+    Findings present;
+    for (const Finding& each : findings)
+        if (!isAboutNumber(each) && each.object.controller == change.former) {
+            present.push_back(each);
+            present.back().object = withNumber(each.object, change.now);
+        }
     return present;
 }

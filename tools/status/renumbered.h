@@ -24,5 +24,11 @@ struct Renumbering {
 // incomplete, or both have the same number of controllers, so that drives may have been moved between them.
 std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapshot& now);
 
+// The controller that has most of the drives of another; nullptr if none has any.
+const Controller* findByDrives(const Snapshot& snapshot, const Controller& wanted);
+
 // The findings of the earlier snapshot, in the present numbers, without those of the missing controllers.
 Findings inPresentNumbers(const Renumbering& renumbering, const Findings& findings);
+
+// Those of one controller, in its present number.
+Findings inPresentNumber(const NumberChange& change, const Findings& findings);

@@ -39,6 +39,9 @@ void sortFindings(Findings* findings);
 // Applies the baseline rules only.
 Findings compare(const Snapshot& snapshot, const Snapshot& baseline);
 
+// "the former controller 0 is missing, with 3 drives, logical drive 0 Data"
+std::string formerMissingText(const Controller& former);
+
 // For the sources of the rules. Adds a finding of the current rule. parts: see Finding.
 void addFinding(Evaluation* evaluation, const Object& object, const std::string& text,
                 std::optional<std::uint32_t> percent = std::nullopt);

@@ -183,17 +183,24 @@ void findNewControllers(Evaluation* evaluation) {
             addFinding(evaluation, objectOf(controller), "is new");
 }
 
+static std::string formerName(const Controller& controller) {
+    return "former controller " + std::to_string(controller.id);
+}
+
 // Its logical drives are missing with it; their numbers may belong to others now.
+std::string formerMissingText(const Controller& former) {
+    std::string text =
+        "the " + formerName(former) + " is missing, with " + counted(former.drives.size(), "drive");
+    for (const LogicalDrive& drive : former.logicalDrives)
+        text += ", " + shortObjectText(objectOf(former, drive));
+    return text;
+}
+
 void findMissingFormerControllers(Evaluation* evaluation) {
     if (evaluation->renumbering == nullptr)
         return;
-    for (const Controller& controller : evaluation->renumbering->missing) {
-        const std::string name = "former controller " + std::to_string(controller.id);
-        std::string text = "the " + name + " is missing, with " + counted(controller.drives.size(), "drive");
-        for (const LogicalDrive& drive : controller.logicalDrives)
-            text += ", " + shortObjectText(objectOf(controller, drive));
-        addFindingOf(evaluation, {}, {name}, text);
-    }
+    for (const Controller& controller : evaluation->renumbering->missing)
+        addFindingOf(evaluation, {}, {formerName(controller)}, formerMissingText(controller));
 }
 
 void findRenumberedControllers(Evaluation* evaluation) {

@@ -72,9 +72,8 @@ static std::optional<Finding> findingFrom(const Json& json) {
     return Finding{rule, *object, line.substr(start.size()), std::nullopt, partsFrom(json)};
 }
 
-static Findings findingsFrom(const std::string& text) {
+static Findings findingsFrom(const Json& json) {
     Findings findings;
-    const Json json = Json::parse(text, nullptr, false);
     const auto list = json.find("findings");
     if (list == json.end() || !list->is_array())
         return findings;
@@ -82,6 +81,44 @@ static Findings findingsFrom(const std::string& text) {
         if (std::optional<Finding> finding = findingFrom(each))
             findings.push_back(std::move(*finding));
     return findings;
+}
+
+// Each is like a state with one controller. Returns an error message, empty on success.
+static std::string formerFrom(const Json& json, FormerController* former) {
+    Snapshot snapshot;
+    std::string problem = snapshotFromJson(json, &snapshot);
+    if (!problem.empty())
+        return problem;
+    const auto missing = json.find("missing");
+    if (snapshot.controllers.size() != 1 || missing == json.end() || !missing->is_boolean())
+        return "\"formerControllers\" is not a list of controllers";
+    *former = {snapshot.controllers.front(), findingsFrom(json), missing->get<bool>()};
+    return "";
+}
+
+// An earlier version has not written them.
+static std::string formerFrom(const Json& json, FormerControllers* former) {
+    const auto list = json.find("formerControllers");
+    if (list == json.end())
+        return "";
+    if (!list->is_array())
+        return "\"formerControllers\" is not a list";
+    std::string problem;
+    for (const Json& each : *list) {
+        former->emplace_back();
+        if (problem.empty())
+            problem = formerFrom(each, &former->back());
+    }
+    return problem;
+}
+
+static std::string stateFrom(const std::string& text, SavedState* state) {
+    std::string problem = snapshotFromText(text, &state->snapshot);
+    if (!problem.empty())
+        return problem;
+    const Json json = Json::parse(text, nullptr, false);
+    state->findings = findingsFrom(json);
+    return formerFrom(json, &state->former);
 }
 
 // Whether the text starts like that of formatState(), however early it was cut off.
@@ -100,11 +137,19 @@ SavedState readSavedState(const std::string& path) {
     state.problem = printable(problem);
     if (result != RegularFile::read)
         return state;
-    problem = snapshotFromText(text, &state.snapshot);
+    state.result = StateResult::read;
+    problem = stateFrom(text, &state);
     if (problem.empty())
-        return {StateResult::read, state.snapshot, findingsFrom(text), ""};
-    return {
-        isOwn(text) ? StateResult::damaged : StateResult::unusable, {}, {}, printable(path) + ": " + problem};
+        return state;
+    return {isOwn(text) ? StateResult::damaged : StateResult::unusable,
+            {},
+            {},
+            {},
+            printable(path) + ": " + problem};
+}
+
+bool isKnownController(const SavedState& state, std::uint32_t id) {
+    return isKnownController(state.snapshot, state.findings, id) || isFormer(state.former, id);
 }
 
 static std::string setAside(const std::string& path) {
@@ -133,9 +178,11 @@ static Findings findingsToKeep(const SavedState& earlier, const RunResult& run, 
 
 static std::string writeState(const std::string& path, const SavedState& earlier, const RunResult& run) {
     if (earlier.result != StateResult::read)
-        return replaceFile(path, formatState({run.snapshot, run.known, run.limits}));
+        return replaceFile(path, formatState({run.snapshot, run.known, run.limits}, {}));
     const Snapshot kept = stateToKeep(earlier.snapshot, run.snapshot, run.chosen);
-    return replaceFile(path, formatState({kept, findingsToKeep(earlier, run, kept), run.limits}));
+    const Findings findings = findingsToKeep(earlier, run, kept);
+    const FormerControllers former = formerToKeep(earlier.former, earlier.snapshot, earlier.findings, kept);
+    return replaceFile(path, formatState({kept, findings, run.limits}, former));
 }
 
 std::string keepState(const std::string& path, const SavedState& earlier, const RunResult& run) {

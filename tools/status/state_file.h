@@ -8,6 +8,7 @@
 
 #include "snapshot/snapshot.h"
 #include "tools/status/finding.h"
+#include "tools/status/former.h"
 #include "tools/status/limits.h"
 
 enum class StateResult {
@@ -22,10 +23,14 @@ struct SavedState {
     StateResult result = StateResult::missing;
     Snapshot snapshot;
     Findings findings;
+    FormerControllers former;
     std::string problem; // unless it was read or is missing
 };
 
 SavedState readSavedState(const std::string& path);
+
+// Whether an earlier run has read the controller, or reported it as missing.
+bool isKnownController(const SavedState& state, std::uint32_t id);
 
 // What a run leaves for the next one.
 struct RunResult {

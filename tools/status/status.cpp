@@ -13,7 +13,7 @@
 #include "tools/common/regular_file.h"
 #include "tools/common/standard_streams.h"
 #include "tools/status/changes.h"
-#include "tools/status/changes_missing.h"
+#include "tools/status/follow.h"
 #include "tools/status/format.h"
 #include "tools/status/log.h"
 #include "tools/status/options.h"
@@ -118,7 +118,7 @@ static Severity worstLine(const Lines& lines) {
 // Prints what changed since the kept state, then keeps the new one. changed: the worst change.
 static std::string reportChanges(const Options& options, SavedState saved, const Report& report,
                                  const Snapshot* baseline, Severity* changed) {
-    Lines lines = followNumbers(report.snapshot, &saved.snapshot, &saved.findings);
+    Lines lines = followControllers(report.snapshot, &saved.snapshot, &saved.findings, &saved.former);
     const Snapshot earlier = limitedTo(options, saved.snapshot);
     const bool first = saved.result != StateResult::read;
     const Changes changes =
@@ -154,7 +154,7 @@ static int refuseAbsent(const Options& options) {
 // An absent controller is reported as missing, once, if an earlier run has read it.
 static int runChanges(const Options& options, const Report& report, const Snapshot* baseline, bool absent) {
     const SavedState saved = readSavedState(options.changes);
-    if (absent && !isKnownController(saved.snapshot, saved.findings, *options.controller))
+    if (absent && !isKnownController(saved, *options.controller))
         return refuseAbsent(options);
     Severity changed = Severity::info; // the findings of the present state do not contain what disappeared
     const std::string problem = reportChanges(options, saved, report, baseline, &changed);
