@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "adapter/reply.h"
 #include "config/block.h"
 #include "config/ctrl_block.h"
 #include "config/logdrv_block.h"

@@ -1,9 +1,7 @@
 // What is different between two configuration files, and between the extents of two snapshots.
 #include <algorithm>
-#include <map>
 #include <sstream>
 
-#include "adapter/reply.h"
 #include "config/block.h"
 #include "config/ctrl_block.h"
 #include "config/logdrv_block.h"
