@@ -297,3 +297,27 @@ TEST_F(Returned, IsComparedWithTheBaselineAsWell) {
     expect(words, 1, isBack(2) + "info: no longer: controller 2: is missing\n");
     expect(words, 1, "");
 }
+
+// As many as before, but the one that stayed has another number.
+TEST_F(Returned, OneIsBackAndAnotherDisappears) {
+    place({0, 1});
+    expectChanges(2, isMissing(2));
+    three[1]["drives"][0]["smartFailure"] = true;
+    place({1, 2});
+    expectChanges(2, isMissing(0, "Data") + wasNumber(0, 1) + wasNumber(1, 2) + isBack(1) +
+                         "warning: " + smart(0) + "T1\n");
+    expectChanges(1, "");
+}
+
+// As many as before, in another order.
+TEST_F(Returned, NumbersAreSwapped) {
+    three[1]["drives"][0]["smartFailure"] = true;
+    restore();
+    expectChanges(1, "warning: " + smart(1) + "T1\n");
+    three[1]["drives"][0]["smartFailure"] = false;
+    three[2]["drives"][0]["smartFailure"] = true;
+    place({0, 2, 1});
+    expectChanges(1, wasNumber(2, 1) + wasNumber(1, 2) + "warning: " + smart(1) + "U1\n" +
+                         "info: no longer: " + smart(2) + "T1\n");
+    expectChanges(1, "");
+}

@@ -18,6 +18,10 @@ static const std::string kFirstIsMissing = isMissing(0, "Data") + wasNumber(0, 1
 
 struct UnlistedControllers : ThreeControllers {
     void refuseDrives() { refuse("q5_getPhyDrvInfo"); }
+    // Those of the first controller.
+    void refuseFirstList() {
+        world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getPhyDrvInfo"}, {"times", 1}}};
+    }
     // The drives of the first controllers are listed, a call for each.
     void refuseDrivesAfter(int calls) {
         world["rules"] = {{{"kind", "refuse"}, {"operation", "q5_getPhyDrvInfo"}, {"after", calls}}};
@@ -118,6 +122,48 @@ TEST_F(UnlistedControllers, AllAreBack) {
                      "warning: controller 0: has 0 spares; it had 1\n"
                      "info: logical drive 0 Data of controller 0: has no spare\n" +
                          kNoneRefused + "info: no longer: " + refused(2));
+    expectChanges(0, "");
+}
+
+// It is back, and all drives are listed again, in the same run. What was found of the one whose drives were
+// not listed is not taken for a problem of another one that has its number now.
+TEST_F(UnlistedControllers, AllAreBackAndListed) {
+    const auto predicts = [](int number, const std::string& serial) {
+        return "drive 1 of controller " + std::to_string(number) +
+               ": predicts its failure (SMART); channel 0, enclosure 0, serial " + serial + "\n";
+    };
+    three[2]["drives"][0]["smartFailure"] = true;
+    place({1, 2});
+    refuseFirstList();
+    expectChanges(2, hasNow(2, 3) + wasNumber(1, 2) + "unknown: " + refused(0) +
+                         "warning: " + predicts(1, "U1"));
+    expectChanges(3, "");
+    three[1]["drives"][0]["smartFailure"] = true;
+    three[2]["drives"][0]["smartFailure"] = false;
+    restore();
+    refuseNothing();
+    expectChanges(1, "info: this host: has 3 controllers; it had 2\n" + wasNumber(2, 1) +
+                         "warning: " + predicts(1, "T1") + "info: no longer: " + refused(0) +
+                         "info: no longer: " + predicts(2, "U1"));
+    expectChanges(1, "");
+}
+
+TEST_F(UnlistedControllers, OneIsRepairedWhileAnotherIsNotListed) {
+    three[1]["drives"][0]["smartFailure"] = true;
+    restore();
+    const std::string problem =
+        "drive 1 of controller 1: predicts its failure (SMART); channel 0, enclosure 0, serial T1\n";
+    expectChanges(1, "warning: " + problem);
+    place({0});
+    expectChanges(2, "critical: controller 1: is missing\ncritical: controller 2: is missing\n");
+    place({0, 2});
+    refuseFirstList();
+    expectChanges(3, hasNow(2, 1) + wasNumber(1, 2) + isBack(1) + "unknown: " + refused(0));
+    three[1]["drives"][0]["smartFailure"] = false;
+    restore();
+    refuseNothing();
+    expectChanges(0, "info: this host: has 3 controllers; it had 2\n" + isBack(1) + wasNumber(2, 1) +
+                         "info: no longer: " + refused(0) + "info: no longer: " + problem);
     expectChanges(0, "");
 }
 

@@ -136,10 +136,20 @@ static Lines reportMissing(const Snapshot& now, const Saved& saved) {
     return lines;
 }
 
-// The number of controllers has changed, and not all can be recognized by their drives.
-static bool isUncertain(const Snapshot& earlier, const Snapshot& now) {
+// Whether the number of a controller that is not missing is unknown since an earlier run.
+static bool hasUnknown(const FormerControllers& former) {
+    return std::any_of(former.begin(), former.end(), [](const auto& each) { return !each.missing; });
+}
+
+static bool areListed(const std::vector<Controller>& controllers) {
+    return std::all_of(controllers.begin(), controllers.end(), hasAllDrives);
+}
+
+// The number of controllers has changed, and not all can be recognized by their drives, or could before.
+static bool isUncertain(const Saved& saved, const Snapshot& now) {
+    const Snapshot& earlier = *saved.snapshot;
     return !earlier.controllers.empty() && isReadWhole(now) && countEarlier(earlier) != now.controllerCount &&
-           !std::all_of(now.controllers.begin(), now.controllers.end(), hasAllDrives);
+           (!areListed(now.controllers) || (hasUnknown(*saved.former) && !areListed(earlier.controllers)));
 }
 
 static bool isReportedMissing(const Findings& findings, std::uint32_t id) {
@@ -148,13 +158,28 @@ static bool isReportedMissing(const Findings& findings, std::uint32_t id) {
     });
 }
 
-// No controller can be compared with that of its number. Returns whether all can be recognized later.
+// What could not be read stays with the number.
+static void forgetProblems(std::uint32_t id, Findings* findings) {
+    std::erase_if(*findings, [id](const Finding& each) {
+        return each.object.kind != ObjectKind::host && each.object.controller == id &&
+               each.rule->severity != Severity::unknown;
+    });
+}
+
+// No controller can be compared with that of its number. One whose drives could not be listed may be one of
+// those whose number is unknown; its problems are reported again when it is recognized. Returns whether all
+// can be recognized later.
 static bool forgetNumbers(const Saved& saved) {
-    auto& controllers = saved.snapshot->controllers;
+    const bool anyUnknown = hasUnknown(*saved.former);
+    const std::vector<Controller> controllers = saved.snapshot->controllers;
     bool all = true;
-    for (auto each = controllers.rbegin(); each != controllers.rend(); ++each)
-        all &= makeFormer(*each, isReportedMissing(*saved.findings, each->id), saved);
-    controllers.clear();
+    for (auto each = controllers.rbegin(); each != controllers.rend(); ++each) {
+        const bool mayBeUnknown = anyUnknown && !hasAllDrives(*each);
+        if (mayBeUnknown)
+            forgetProblems(each->id, saved.findings);
+        all &= makeFormer(*each, isReportedMissing(*saved.findings, each->id), saved) || mayBeUnknown;
+    }
+    saved.snapshot->controllers.clear();
     std::erase_if(*saved.findings, isMissingController);
     return all;
 }
@@ -180,27 +205,29 @@ static Lines follow(const Snapshot& now, const Saved& saved) {
     return lines;
 }
 
-// A controller that was not recognized is new only if it cannot be one of those that were there before.
-static Lines countPresent(std::uint32_t before, bool allKnown, const Snapshot& now, Snapshot* earlier) {
+// How many controllers there are, if not all were recognized, or if a former one was back before that.
+static Lines countText(std::uint32_t before, bool allKnown, bool wereUnknown, const Snapshot& now) {
     Lines lines;
-    earlier->faults.clear();
-    earlier->controllerCount =
-        allKnown ? static_cast<std::uint32_t>(earlier->controllers.size()) : now.controllerCount;
-    if (!allKnown)
-        addLine(now.controllerCount < before ? Severity::critical : Severity::info, {},
+    const bool isFewer = now.controllerCount < before;
+    if (!allKnown || (wereUnknown && !isFewer))
+        addLine(isFewer ? Severity::critical : Severity::info, {},
                 "has " + counted(now.controllerCount, "controller") + "; it had " + std::to_string(before) +
-                    "; which of them is unknown until all drives can be listed",
+                    (allKnown ? "" : "; which of them is unknown until all drives can be listed"),
                 &lines);
     return lines;
 }
 
+// A controller that was not recognized is new only if it cannot be one of those that were there before.
 static Lines followUncertain(const Snapshot& now, const Saved& saved) {
     const std::uint32_t before = countEarlier(*saved.snapshot);
-    const bool recognizable = forgetNumbers(saved);
+    const bool wereUnknown = hasUnknown(*saved.former), recognizable = forgetNumbers(saved);
     const Lines restored = restoreFormer(now, saved);
     Lines lines = reportMissing(now, saved);
     const bool allKnown = recognizable && (saved.former->empty() || areIdentified(*saved.snapshot, now));
-    addLines(countPresent(before, allKnown, now, saved.snapshot), &lines);
+    const std::size_t recognized = saved.snapshot->controllers.size();
+    saved.snapshot->faults.clear();
+    saved.snapshot->controllerCount = allKnown ? static_cast<std::uint32_t>(recognized) : now.controllerCount;
+    addLines(countText(before, allKnown, wereUnknown, now), &lines);
     addLines(restored, &lines);
     return lines;
 }
@@ -208,7 +235,7 @@ static Lines followUncertain(const Snapshot& now, const Saved& saved) {
 Lines followControllers(const Snapshot& now, Snapshot* earlier, Findings* findings,
                         FormerControllers* former) {
     const Saved saved = {earlier, findings, former};
-    if (isUncertain(*earlier, now))
+    if (isUncertain(saved, now))
         return followUncertain(now, saved);
     Lines lines = follow(now, saved);
     const Lines restored = restoreFormer(now, saved);

@@ -66,7 +66,7 @@ static Snapshot inPresentNumbers(const Renumbering& renumbering, Snapshot snapsh
 }
 
 std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapshot& now) {
-    if (!isComplete(earlier) || !isComplete(now) || earlier.controllerCount == now.controllerCount)
+    if (!isComplete(earlier) || !isComplete(now))
         return std::nullopt;
     Renumbering renumbering;
     for (const Controller& each : earlier.controllers)

@@ -20,8 +20,8 @@ struct Renumbering {
     Snapshot earlier;                  // in the present numbers, without the missing ones
 };
 
-// Returns nothing if every controller has kept its number, or if that is uncertain: one of the snapshots is
-// incomplete, or both have the same number of controllers, so that drives may have been moved between them.
+// Returns nothing if every controller has kept its number, or if that is uncertain, because one of the
+// snapshots is incomplete.
 std::optional<Renumbering> findRenumbering(const Snapshot& earlier, const Snapshot& now);
 
 // The controller that has most of the drives of another; nullptr if none has any.
